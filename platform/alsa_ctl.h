@@ -1,0 +1,26 @@
+/* libalsa_ctl.so: the host's sound cards. */
+#ifndef PLATFORM_ALSA_CTL_H
+#define PLATFORM_ALSA_CTL_H
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef struct _acard_info { /* 268 bytes */
+  int entry_count;           /* capture entries the card reports; 0 = none */
+  int channel_mode;          /* 1 = mono, 2 = stereo capable */
+  int channel_count;         /* channels of the first capture entry */
+  char name[256];            /* the card's name */
+} _acard_info;
+
+/* Describes a sound card; returns 0 on success. */
+int ac_get_Acard_info(int card, _acard_info *info);
+
+/* Sets the capture volume of a sound card, 0 to 100, or -1 for silence; returns 0 on success. */
+int ac_set_audio_volume(int card, int volume);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
