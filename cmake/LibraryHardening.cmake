@@ -1,0 +1,47 @@
+# How the library is compiled and linked, apart from everything else in the tree: it runs inside other people's
+# processes on hosts that carry no C++ run-time, exports only what is listed, and takes no chances with bad input.
+
+# usbdev_library_code(TARGET): the compile settings alone, for any target that is made of the library's own sources.
+function(usbdev_library_code target)
+  set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+  set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  target_compile_options(${target} PRIVATE
+    -fno-exceptions
+    -fno-rtti
+    -fno-threadsafe-statics # the guards would need the C++ run-time; local statics are constants
+    -ffunction-sections
+    -fdata-sections
+    -fstack-protector-strong
+    -fstack-clash-protection
+    $<$<CONFIG:Release>:-O2> # smaller than CMake's own -O3, and a library that waits for commands gains nothing from it
+  )
+  if(NOT USBDEV_SANITIZE)
+    target_compile_options(${target} PRIVATE $<${optimised}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>)
+  endif()
+endfunction()
+
+# usbdev_harden(TARGET): the compile settings, and the link settings of the shared library, its host libraries included.
+function(usbdev_harden target)
+  usbdev_library_code(${target})
+  set(exports ${PROJECT_SOURCE_DIR}/src/libusbdevlib.map)
+  set_target_properties(${target} PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    LINKER_LANGUAGE C # the C++ driver would add libstdc++
+    LINK_DEPENDS ${exports}
+  )
+  target_link_options(${target} PRIVATE
+    LINKER:--version-script=${exports}
+    LINKER:-Bsymbolic # calls inside the library reach its own functions, whatever the application defines
+    LINKER:-z,relro
+    LINKER:-z,now
+    LINKER:-z,noexecstack
+    LINKER:--gc-sections
+  )
+  # The host libraries stay needed, also one of which nothing is used yet. What follows is what CMake adds for C++
+  # sources; nothing of it is used.
+  target_link_libraries(${target} PRIVATE -Wl,--no-as-needed vlxmlcfg vllog alsa_ctl -Wl,--as-needed)
+  if(NOT USBDEV_SANITIZE)
+    target_link_options(${target} PRIVATE LINKER:-z,defs)
+  endif()
+endfunction()
