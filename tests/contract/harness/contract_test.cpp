@@ -1,0 +1,40 @@
+#include "contract_test.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <future>
+
+namespace contract {
+
+using testing::IsEmpty;
+
+void ContractTest::TearDown() {
+  EXPECT_THAT(host.journal.violations(), IsEmpty());
+  expectEverythingClosed();
+  expectLockFree();
+}
+
+void ContractTest::expectEverythingClosed() {
+  EXPECT_EQ(host.config.openHandles(), 0) << "configuration handles left open";
+  EXPECT_THAT(host.files.leftOpen(), testing::UnorderedElementsAreArray(allowed_open_));
+  EXPECT_THAT(host.commands.leftOpen(), IsEmpty());
+  EXPECT_EQ(host.network.openSockets(), 0) << "sockets left open";
+}
+
+// A lock that a call left taken would make every later test hang, so the program ends there.
+void ContractTest::expectLockFree() {
+  host.config.failNothing();
+  auto reader = std::async(std::launch::async, [] {
+    int channel = 0;
+    trsProfiletoPlugCh(0, &channel);
+  });
+  if (reader.wait_for(std::chrono::seconds(20)) == std::future_status::ready) return;
+  ADD_FAILURE() << "the configuration lock is still taken";
+  std::_Exit(1);
+}
+
+std::string openFailure(int code) {
+  return "open:[/etc/config/usbdev.conf] failed, ret: " + std::to_string(code) + "\n";
+}
+
+}  // namespace contract

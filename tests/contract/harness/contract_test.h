@@ -1,0 +1,36 @@
+// The fixture of every contract test: a host to describe, and the rules that hold after every call of the library.
+#ifndef CONTRACT_HARNESS_CONTRACT_TEST_H
+#define CONTRACT_HARNESS_CONTRACT_TEST_H
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <usbdev/usbdev.h>
+
+#include <string>
+
+#include "host.h"
+#include "output_capture.h"
+
+namespace contract {
+
+class ContractTest : public testing::Test {
+ protected:
+  // The description leaves this file open on the path that the test takes.
+  void allowLeftOpen(const std::string &path) { allowed_open_.push_back(path); }
+  void TearDown() override;
+
+  Host host;
+
+ private:
+  void expectEverythingClosed();
+  void expectLockFree();
+
+  Lines allowed_open_;
+};
+
+// The message of a configuration that cannot be opened.
+std::string openFailure(int code);
+
+}  // namespace contract
+
+#endif

@@ -1,0 +1,122 @@
+#include "fake_config.h"
+
+#include <thread>
+
+namespace contract {
+
+void FakeConfig::set(const std::string &path, const std::string &value) {
+  std::lock_guard<std::mutex> guard(mutex_);
+  files_[kChannelFile][path] = value;
+}
+
+void FakeConfig::erase(const std::string &path) {
+  std::lock_guard<std::mutex> guard(mutex_);
+  files_[kChannelFile].erase(path);
+}
+
+bool FakeConfig::has(const std::string &path) const { return values().count(path) != 0; }
+
+std::string FakeConfig::text(const std::string &path) const {
+  const Values all = values();
+  const auto found = all.find(path);
+  return found == all.end() ? "" : found->second;
+}
+
+FakeConfig::Values FakeConfig::values(const std::string &file) const {
+  std::lock_guard<std::mutex> guard(mutex_);
+  const auto found = files_.find(file);
+  return found == files_.end() ? Values() : found->second;
+}
+
+Lines FakeConfig::writes() const {
+  std::lock_guard<std::mutex> guard(mutex_);
+  return writes_;
+}
+
+void FakeConfig::failOpenNumber(int number, int code) {
+  failing_open_ = number;
+  failing_open_result_ = code;
+}
+
+void FakeConfig::failNothing() {
+  failReadOpens(1);
+  failWriteOpens(1);
+  failOpenNumber(0, 1);
+}
+
+int FakeConfig::openHandles() const {
+  std::lock_guard<std::mutex> guard(mutex_);
+  int count = 0;
+  for (const auto &handle : handles_) count += handle->open ? 1 : 0;
+  return count;
+}
+
+int FakeConfig::openResult(int mode) {
+  if (failing_open_ > 0 && --failing_open_ == 0) return failing_open_result_;
+  return mode == 0 ? read_open_result_ : write_open_result_;
+}
+
+int FakeConfig::open(int mode, const char *file, void **handle) {
+  // A lock that is not held across the open lets another thread in here.
+  std::this_thread::yield();
+  if (mode != 0 && mode != 1) journal_.violation("configuration opened with mode " + std::to_string(mode));
+  if (openHandles() != 0) journal_.violation("configuration opened while a handle is open");
+  std::lock_guard<std::mutex> guard(mutex_);
+  const int result = openResult(mode);
+  const std::string name =
+      std::string(mode == 1 ? "open w" : "open r") + (std::string(file) == kChannelFile ? "" : " " + std::string(file));
+  if (result != 1) {
+    journal_.add(name + " failed");
+    *handle = reinterpret_cast<void *>(0x10);  // a handle that nobody may use
+    return result;
+  }
+  journal_.add(name);
+  auto opened = std::make_unique<Handle>();
+  opened->file = file;
+  opened->writing = mode == 1;
+  opened->pending = files_[file];
+  *handle = opened.get();
+  handles_.push_back(std::move(opened));
+  return 1;
+}
+
+FakeConfig::Handle *FakeConfig::checked(void *handle, const char *operation) {
+  for (const auto &known : handles_) {
+    if (known.get() == handle && known->open) return known.get();
+  }
+  journal_.violation(std::string("configuration ") + operation + " without an open handle");
+  return nullptr;
+}
+
+int FakeConfig::close(void *handle, int flag) {
+  std::this_thread::yield();
+  std::lock_guard<std::mutex> guard(mutex_);
+  if (flag != 0) journal_.violation("configuration closed with flag " + std::to_string(flag));
+  Handle *opened = checked(handle, "close");
+  if (opened == nullptr) return 0;
+  journal_.add("close");
+  opened->open = false;
+  if (opened->writing) files_[opened->file] = opened->pending;
+  return 1;
+}
+
+bool FakeConfig::read(void *handle, const std::string &path, std::string &value) {
+  std::lock_guard<std::mutex> guard(mutex_);
+  const Handle *opened = checked(handle, "read");
+  if (opened == nullptr) return false;
+  const auto found = opened->pending.find(path);
+  if (found == opened->pending.end()) return false;
+  value = found->second;
+  return true;
+}
+
+void FakeConfig::write(void *handle, const std::string &path, const std::string &value) {
+  std::lock_guard<std::mutex> guard(mutex_);
+  Handle *opened = checked(handle, "write");
+  if (opened == nullptr) return;
+  if (!opened->writing) journal_.violation("configuration written through a read handle: " + path);
+  opened->pending[path] = value;
+  writes_.push_back(path + "=" + value);
+}
+
+}  // namespace contract

@@ -1,0 +1,74 @@
+// The configuration files, in memory, behind the functions of libvlxmlcfg.so, which this defines.
+#ifndef CONTRACT_HARNESS_FAKE_CONFIG_H
+#define CONTRACT_HARNESS_FAKE_CONFIG_H
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "journal.h"
+
+namespace contract {
+
+inline constexpr char kChannelFile[] = "/etc/config/usbdev.conf";
+inline constexpr char kProfileStateFile[] = "/etc/config/vl_pfstate.conf";
+
+class FakeConfig {
+ public:
+  using Values = std::map<std::string, std::string>;  // "ch3/video/vnode" -> "2"
+
+  explicit FakeConfig(Journal &journal) : journal_(journal) {}
+
+  // Values of the channel file, by "SECTION/KEY" or "SECTION/KEY/SUBKEY".
+  void set(const std::string &path, const std::string &value);
+  void set(const std::string &path, int value) { set(path, std::to_string(value)); }
+  void erase(const std::string &path);
+  bool has(const std::string &path) const;
+  std::string text(const std::string &path) const;  // "" where missing
+  Values values(const std::string &file = kChannelFile) const;
+  // Every value written through a handle so far, in order, as "ch3/exists=1".
+  Lines writes() const;
+
+  // From now on opens fail with this code; 1 lets them succeed again.
+  void failReadOpens(int code) { read_open_result_ = code; }
+  void failWriteOpens(int code) { write_open_result_ = code; }
+  // The n-th open from now (1 = the next) fails with this code, whatever its mode.
+  void failOpenNumber(int number, int code);
+  void failNothing();
+
+  // Handles that are open now.
+  int openHandles() const;
+
+  // The interface itself.
+  int open(int mode, const char *file, void **handle);
+  int close(void *handle, int flag);
+  bool read(void *handle, const std::string &path, std::string &value);
+  void write(void *handle, const std::string &path, const std::string &value);
+
+ private:
+  struct Handle {
+    std::string file;
+    bool writing = false;
+    bool open = true;
+    Values pending;
+  };
+
+  int openResult(int mode);
+  Handle *checked(void *handle, const char *operation);
+
+  Journal &journal_;
+  mutable std::mutex mutex_;
+  std::map<std::string, Values> files_;
+  std::vector<std::unique_ptr<Handle>> handles_;  // closed ones stay, so that a use after close is seen
+  Lines writes_;
+  int read_open_result_ = 1;
+  int write_open_result_ = 1;
+  int failing_open_ = 0;
+  int failing_open_result_ = 1;
+};
+
+}  // namespace contract
+
+#endif

@@ -1,0 +1,77 @@
+#include "fake_network.h"
+
+#include <arpa/inet.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace contract {
+
+namespace {
+
+// "notify event=6 profile=1 video=0 audio=1 flag=0 target=1" for a change notification, else its size.
+std::string described(const Datagram &datagram) {
+  if (datagram.bytes.size() != 56) return "notify " + std::to_string(datagram.bytes.size()) + " bytes";
+  std::string line = "notify";
+  const struct {
+    const char *name;
+    size_t offset;
+  } fields[] = {{"event", 48}, {"profile", 32}, {"video", 36}, {"audio", 40}, {"flag", 44}, {"target", 52}};
+  for (const auto &field : fields) {
+    line += std::string(" ") + field.name + "=" + std::to_string(datagram.word(field.offset));
+  }
+  return line;
+}
+
+}  // namespace
+
+int Datagram::word(size_t offset) const {
+  int value = 0;
+  if (offset + sizeof value <= bytes.size()) memcpy(&value, bytes.data() + offset, sizeof value);
+  return value;
+}
+
+std::vector<Datagram> FakeNetwork::datagrams() const {
+  std::lock_guard<std::mutex> guard(mutex_);
+  return datagrams_;
+}
+
+int FakeNetwork::openSockets() const {
+  std::lock_guard<std::mutex> guard(mutex_);
+  return static_cast<int>(sockets_.size());
+}
+
+bool FakeNetwork::refusesSocket() {
+  if (sockets_fail_) errno = EMFILE;
+  return sockets_fail_;
+}
+
+void FakeNetwork::opened(int socket) {
+  std::lock_guard<std::mutex> guard(mutex_);
+  if (socket >= 0) sockets_.insert(socket);
+}
+
+void FakeNetwork::closed(int socket) {
+  std::lock_guard<std::mutex> guard(mutex_);
+  sockets_.erase(socket);
+}
+
+ssize_t FakeNetwork::send(const void *data, size_t size, int flags, const sockaddr_in &to) {
+  Datagram datagram;
+  datagram.bytes.assign(static_cast<const char *>(data), size);
+  char address[INET_ADDRSTRLEN] = "";
+  inet_ntop(AF_INET, &to.sin_addr, address, sizeof address);
+  datagram.address = address;
+  datagram.port = ntohs(to.sin_port);
+  datagram.flags = flags;
+  journal_.add(described(datagram));
+  std::lock_guard<std::mutex> guard(mutex_);
+  datagrams_.push_back(datagram);
+  if (sends_fail_) {
+    errno = EPERM;
+    return -1;
+  }
+  return short_send_ >= 0 ? short_send_ : static_cast<ssize_t>(size);
+}
+
+}  // namespace contract

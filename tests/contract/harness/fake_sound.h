@@ -1,0 +1,34 @@
+// The host's sound cards, as libalsa_ctl.so describes them.
+#ifndef CONTRACT_HARNESS_FAKE_SOUND_H
+#define CONTRACT_HARNESS_FAKE_SOUND_H
+
+#include <platform/alsa_ctl.h>
+
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "journal.h"
+
+namespace contract {
+
+class FakeSound {
+ public:
+  explicit FakeSound(Journal &journal) : journal_(journal) {}
+
+  // A card that exists; one that was never described makes its query fail.
+  void card(int number, int entry_count, int channel_mode, int channel_count, const std::string &name);
+
+  // The interface itself.
+  int describe(int number, _acard_info *info);
+  int setVolume(int number, int volume);
+
+ private:
+  Journal &journal_;
+  std::mutex mutex_;
+  std::map<int, _acard_info> cards_;
+};
+
+}  // namespace contract
+
+#endif

@@ -1,0 +1,47 @@
+#include "host.h"
+
+#include <atomic>
+
+namespace contract {
+
+namespace {
+
+// Constant-initialised, as the C library's functions are called before any constructor runs.
+std::atomic<Host *> current_host{nullptr};
+
+constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info";
+
+}  // namespace
+
+Host::Host()
+    : commands(journal, [this] {
+        return config.openHandles() == 0 ? std::string() : std::string("command inside a critical section");
+      }) {
+  processor("");
+  current_host = this;
+}
+
+Host::~Host() { current_host = nullptr; }
+
+Host *Host::current() { return current_host; }
+
+void Host::processor(const std::string &vendor) {
+  const std::string line = vendor.empty() ? "" : "vendor_id\t: " + vendor + "\n";
+  commands.does(kProcessorCommand, [this, line] { files.write("/tmp/vl_cpu.info", line); });
+}
+
+void Host::model(const std::string &name) {
+  files.write("/etc/config/Tundrel.conf", "[System]\nInternal Model = " + name + "\n[NTP]\n");
+}
+
+void Host::package(const std::string &name, const std::string &field, const std::string &value) {
+  commands.prints("/sbin/readcfg \"" + name + "\" \"" + field + "\" -c -d READCFG_FAILD -f /etc/config/bndl.conf",
+                  value + "\n");
+}
+
+void Host::limitToOneChannel() {
+  processor("AuthenticAMD");
+  model("TS-K41");
+}
+
+}  // namespace contract

@@ -1,0 +1,44 @@
+// socket, close and sendto of the C library, watched for the current host.
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstring>
+
+#include "host.h"
+#include "real_function.h"
+
+using contract::Host;
+using contract::realFunction;
+
+extern "C" {
+
+int socket(int domain, int type, int protocol) noexcept {
+  static auto *const real = realFunction<int(int, int, int)>("socket");
+  Host *host = Host::current();
+  if (host == nullptr) return real(domain, type, protocol);
+  if (host->network.refusesSocket()) return -1;
+  const int made = real(domain, type, protocol);
+  host->network.opened(made);
+  return made;
+}
+
+int close(int descriptor) {
+  static auto *const real = realFunction<int(int)>("close");
+  if (Host *host = Host::current()) host->network.closed(descriptor);
+  return real(descriptor);
+}
+
+ssize_t sendto(int descriptor, const void *data, size_t size, int flags, const sockaddr *to, socklen_t to_size) {
+  static auto *const real =
+      realFunction<ssize_t(int, const void *, size_t, int, const sockaddr *, socklen_t)>("sendto");
+  Host *host = Host::current();
+  if (host == nullptr || to == nullptr || to->sa_family != AF_INET) {
+    return real(descriptor, data, size, flags, to, to_size);
+  }
+  sockaddr_in address{};
+  memcpy(&address, to, sizeof address);
+  return host->network.send(data, size, flags, address);
+}
+
+}  // extern "C"

@@ -1,0 +1,37 @@
+// The streams that the library has open on made-up contents: files and the outputs of child commands.
+#ifndef CONTRACT_HARNESS_OPEN_STREAMS_H
+#define CONTRACT_HARNESS_OPEN_STREAMS_H
+
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "journal.h"
+
+namespace contract {
+
+class OpenStreams {
+ public:
+  ~OpenStreams();
+  // A stream that reads this content.
+  FILE *open(const std::string &name, const std::string &content);
+  bool owns(FILE *stream) const;
+  // Closes a stream that it owns and returns its name.
+  std::string close(FILE *stream);
+  Lines names() const;
+
+ private:
+  struct Stream {
+    std::string name;
+    std::unique_ptr<std::string> content;  // stays where it is while the stream reads it
+  };
+
+  mutable std::mutex mutex_;
+  std::map<FILE *, Stream> streams_;
+};
+
+}  // namespace contract
+
+#endif

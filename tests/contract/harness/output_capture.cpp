@@ -1,0 +1,31 @@
+#include "output_capture.h"
+
+#include <unistd.h>
+
+namespace contract {
+
+OutputCapture::OutputCapture(FILE *stream) : stream_(stream), descriptor_(fileno(stream)), file_(std::tmpfile()) {
+  fflush(stream_);
+  saved_ = dup(descriptor_);
+  dup2(fileno(file_), descriptor_);
+}
+
+OutputCapture::~OutputCapture() {
+  fflush(stream_);
+  dup2(saved_, descriptor_);
+  close(saved_);
+  fclose(file_);
+}
+
+std::string OutputCapture::text() {
+  fflush(stream_);
+  std::string all;
+  char part[512];
+  off_t position = 0;
+  for (ssize_t got; (got = pread(fileno(file_), part, sizeof part, position)) > 0; position += got) {
+    all.append(part, static_cast<size_t>(got));
+  }
+  return all;
+}
+
+}  // namespace contract

@@ -1,0 +1,29 @@
+// What the program writes to its standard error or standard output while this exists.
+#ifndef CONTRACT_HARNESS_OUTPUT_CAPTURE_H
+#define CONTRACT_HARNESS_OUTPUT_CAPTURE_H
+
+#include <cstdio>
+#include <string>
+
+namespace contract {
+
+class OutputCapture {
+ public:
+  explicit OutputCapture(FILE *stream = stderr);
+  ~OutputCapture();
+  OutputCapture(const OutputCapture &) = delete;
+  OutputCapture &operator=(const OutputCapture &) = delete;
+
+  // Everything since the construction.
+  std::string text();
+
+ private:
+  FILE *stream_;
+  int descriptor_;
+  int saved_;
+  FILE *file_;
+};
+
+}  // namespace contract
+
+#endif
