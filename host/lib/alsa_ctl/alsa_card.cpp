@@ -1,0 +1,125 @@
+#include <alsa/asoundlib.h>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "cards.h"
+
+namespace {
+
+template <auto Function>
+struct With {
+  template <typename Handle>
+  void operator()(Handle *handle) const {
+    Function(handle);
+  }
+};
+using Control = std::unique_ptr<snd_ctl_t, With<snd_ctl_close>>;
+using Pcm = std::unique_ptr<snd_pcm_t, With<snd_pcm_close>>;
+using Mixer = std::unique_ptr<snd_mixer_t, With<snd_mixer_close>>;
+
+constexpr int kMono = 1;
+constexpr int kStereo = 2;
+
+std::string device_name(int card) { return "hw:" + std::to_string(card); }
+
+/* Asked first, because opening a card that is not there prints on standard error. */
+bool is_present(int card) { return snd_card_load(card) == 1; }
+
+Control open_control(int card) {
+  snd_ctl_t *opened = nullptr;
+  if (!is_present(card) || snd_ctl_open(&opened, device_name(card).c_str(), SND_CTL_NONBLOCK) < 0) return nullptr;
+  return Control(opened);
+}
+
+bool read_name(snd_ctl_t *control, _acard_info &info) {
+  snd_ctl_card_info_t *card = nullptr;
+  snd_ctl_card_info_alloca(&card);
+  if (snd_ctl_card_info(control, card) < 0) return false;
+  snprintf(info.name, sizeof info.name, "%s", snd_ctl_card_info_get_name(card));
+  return true;
+}
+
+bool can_capture(snd_ctl_t *control, int device) {
+  snd_pcm_info_t *info = nullptr;
+  snd_pcm_info_alloca(&info);
+  snd_pcm_info_set_device(info, static_cast<unsigned>(device));
+  snd_pcm_info_set_stream(info, SND_PCM_STREAM_CAPTURE);
+  return snd_ctl_pcm_info(control, info) >= 0;
+}
+
+/* Counts the capture devices and tells the first one, -1 for none. */
+int count_capture_devices(snd_ctl_t *control, int &first) {
+  int count = 0;
+  first = -1;
+  for (int device = -1; snd_ctl_pcm_next_device(control, &device) >= 0 && device >= 0;) {
+    if (!can_capture(control, device)) continue;
+    if (count++ == 0) first = device;
+  }
+  return count;
+}
+
+/* A device that only does two channels counts two; one that can also do one channel counts one. */
+bool read_channels(int card, int device, _acard_info &info) {
+  std::string name = device_name(card) + "," + std::to_string(device);
+  snd_pcm_t *opened = nullptr;
+  if (snd_pcm_open(&opened, name.c_str(), SND_PCM_STREAM_CAPTURE, SND_PCM_NONBLOCK) < 0) return false;
+  Pcm pcm(opened);
+  snd_pcm_hw_params_t *parameters = nullptr;
+  snd_pcm_hw_params_alloca(&parameters);
+  unsigned fewest = 0;
+  unsigned most = 0;
+  if (snd_pcm_hw_params_any(opened, parameters) < 0 || snd_pcm_hw_params_get_channels_min(parameters, &fewest) < 0 ||
+      snd_pcm_hw_params_get_channels_max(parameters, &most) < 0)
+    return false;
+  info.channel_count = static_cast<int>(fewest);
+  info.channel_mode = most >= 2 ? kStereo : kMono;
+  return true;
+}
+
+Mixer open_mixer(int card) {
+  snd_mixer_t *opened = nullptr;
+  if (!is_present(card) || snd_mixer_open(&opened, 0) < 0) return nullptr;
+  Mixer mixer(opened);
+  if (snd_mixer_attach(opened, device_name(card).c_str()) < 0 ||
+      snd_mixer_selem_register(opened, nullptr, nullptr) < 0 || snd_mixer_load(opened) < 0)
+    return nullptr;
+  return mixer;
+}
+
+bool set_element(snd_mixer_elem_t *element, int volume) {
+  long low = 0;
+  long high = 0;
+  if (snd_mixer_selem_get_capture_volume_range(element, &low, &high) < 0) return false;
+  long level = volume == kSilence ? low : low + (high - low) * volume / kLoudest;
+  if (snd_mixer_selem_set_capture_volume_all(element, level) < 0) return false;
+  return !snd_mixer_selem_has_capture_switch(element) ||
+         snd_mixer_selem_set_capture_switch_all(element, volume != kSilence) >= 0;
+}
+
+}  // namespace
+
+namespace alsa_card {
+
+bool describe(int card, _acard_info &info) {
+  Control control = open_control(card);
+  if (!control || !read_name(control.get(), info)) return false;
+  int first = -1;
+  info.entry_count = count_capture_devices(control.get(), first);
+  return info.entry_count == 0 || read_channels(card, first, info);
+}
+
+bool set_capture_volume(int card, int volume) {
+  Mixer mixer = open_mixer(card);
+  if (!mixer) return false;
+  bool found = false;
+  for (auto *element = snd_mixer_first_elem(mixer.get()); element; element = snd_mixer_elem_next(element)) {
+    if (!snd_mixer_selem_has_capture_volume(element)) continue;
+    if (!set_element(element, volume)) return false;
+    found = true;
+  }
+  return found;
+}
+
+}  // namespace alsa_card

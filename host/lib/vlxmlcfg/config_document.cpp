@@ -1,0 +1,93 @@
+#include "config_document.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "readable_text.h"
+
+namespace xmlcfg {
+
+namespace {
+
+/* Comments are kept for the people who wrote them; a fragment also shows stray text behind the root element. */
+constexpr unsigned kParsing =
+    pugi::parse_escapes | pugi::parse_cdata | pugi::parse_eol | pugi::parse_comments | pugi::parse_fragment;
+
+bool is_one_element(const pugi::xml_document &document) {
+  int elements = 0;
+  for (const auto &node : document) {
+    if (node.type() == pugi::node_element)
+      ++elements;
+    else if (node.type() != pugi::node_comment)
+      return false;
+  }
+  return elements == 1;
+}
+
+bool is_xml_name(std::string_view name) {
+  auto is_letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
+  auto is_inner = [&](char c) { return is_letter(c) || (c >= '0' && c <= '9') || c == '-' || c == '.'; };
+  return !name.empty() && is_letter(name.front()) && std::all_of(name.begin(), name.end(), is_inner);
+}
+
+pugi::xml_node find(const pugi::xml_document &document, const ValuePath &path) {
+  pugi::xml_node key = document.child(path.root).child(path.section).child(path.key);
+  return path.sub_key ? key.child(path.sub_key) : key;
+}
+
+pugi::xml_node find_or_create(pugi::xml_node parent, const char *name) {
+  pugi::xml_node child = parent.child(name);
+  return child ? child : parent.append_child(name);
+}
+
+/* All text directly inside an element: comments may cut it into pieces. */
+std::string text_of(const pugi::xml_node &element) {
+  std::string text;
+  for (const auto &piece : element)
+    if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata) text += piece.value();
+  return text;
+}
+
+struct StringWriter : pugi::xml_writer {
+  std::string text;
+  void write(const void *data, std::size_t size) override { text.append(static_cast<const char *>(data), size); }
+};
+
+}  // namespace
+
+bool ConfigDocument::parse(std::vector<char> bytes) {
+  bytes_ = std::move(bytes);
+  if (std::find(bytes_.begin(), bytes_.end(), '\0') != bytes_.end()) return false;
+  auto result = document_.load_buffer_inplace(bytes_.data(), bytes_.size(), kParsing, pugi::encoding_utf8);
+  return result && is_one_element(document_);
+}
+
+bool ConfigDocument::get(const ValuePath &path, std::string &value) const {
+  pugi::xml_node element = find(document_, path);
+  if (!element) return false;
+  value = from_readable(text_of(element));
+  return true;
+}
+
+bool ConfigDocument::set(const ValuePath &path, const char *value) {
+  pugi::xml_node root = document_.child(path.root);
+  if (!root || !is_xml_name(path.section) || !is_xml_name(path.key)) return false;
+  if (path.sub_key && !is_xml_name(path.sub_key)) return false;
+
+  std::string old_value;
+  if (get(path, old_value) && old_value == value) return true;
+  pugi::xml_node element = find_or_create(find_or_create(root, path.section), path.key);
+  if (path.sub_key) element = find_or_create(element, path.sub_key);
+  element.remove_children();
+  changed_ = true;
+  return element.append_child(pugi::node_pcdata).set_value(to_readable(value).c_str());
+}
+
+std::string ConfigDocument::print() const {
+  StringWriter writer;
+  document_.save(writer, "  ", pugi::format_indent, pugi::encoding_utf8);
+  return std::move(writer.text);
+}
+
+}  // namespace xmlcfg

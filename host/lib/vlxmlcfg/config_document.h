@@ -1,0 +1,45 @@
+/* The content of one configuration file: a root element with sections, keys and sub-keys below it. */
+#ifndef HOST_LIB_VLXMLCFG_CONFIG_DOCUMENT_H
+#define HOST_LIB_VLXMLCFG_CONFIG_DOCUMENT_H
+
+#include <pugixml.hpp>
+#include <string>
+#include <vector>
+
+namespace xmlcfg {
+
+/* Where a value stands; the sub-key may be null. */
+struct ValuePath {
+  const char *root;
+  const char *section;
+  const char *key;
+  const char *sub_key;
+};
+
+class ConfigDocument {
+ public:
+  ConfigDocument() = default;
+  ConfigDocument(const ConfigDocument &) = delete;
+  ConfigDocument &operator=(const ConfigDocument &) = delete;
+
+  /* Takes the file's bytes; false when they are not one complete element. */
+  bool parse(std::vector<char> bytes);
+
+  /* False where the path is missing. */
+  bool get(const ValuePath &path, std::string &value) const;
+
+  /* Creates or replaces; false for a root other than the document's, or a name that XML cannot carry. */
+  bool set(const ValuePath &path, const char *value);
+
+  bool changed() const { return changed_; }
+  std::string print() const;
+
+ private:
+  std::vector<char> bytes_;  // the parsed document refers into it
+  pugi::xml_document document_;
+  bool changed_ = false;
+};
+
+}  // namespace xmlcfg
+
+#endif

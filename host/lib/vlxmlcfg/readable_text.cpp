@@ -1,0 +1,89 @@
+#include "readable_text.h"
+
+#include <cstddef>
+
+namespace xmlcfg {
+
+namespace {
+
+constexpr char kHexDigits[] = "0123456789abcdef";
+constexpr std::size_t kEscapeLength = 4;  // \xHH
+
+unsigned char byte_at(std::string_view text, std::size_t at) {
+  return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
+}
+
+bool continues(std::string_view text, std::size_t at, unsigned char low = 0x80, unsigned char high = 0xBF) {
+  unsigned char byte = byte_at(text, at);
+  return byte >= low && byte <= high;
+}
+
+/* The bytes of the well-formed UTF-8 character beyond ASCII that begins here, 0 for none. */
+std::size_t multibyte_length(std::string_view text, std::size_t at) {
+  unsigned char lead = byte_at(text, at);
+  if (lead >= 0xC2 && lead <= 0xDF) return continues(text, at + 1) ? 2 : 0;
+  if (lead >= 0xE0 && lead <= 0xEF) {
+    auto low = static_cast<unsigned char>(lead == 0xE0 ? 0xA0 : 0x80);   // below: longer than need be
+    auto high = static_cast<unsigned char>(lead == 0xED ? 0x9F : 0xBF);  // above: halves of UTF-16 pairs
+    bool noncharacter = lead == 0xEF && byte_at(text, at + 1) == 0xBF && byte_at(text, at + 2) >= 0xBE;
+    return continues(text, at + 1, low, high) && continues(text, at + 2) && !noncharacter ? 3 : 0;
+  }
+  if (lead >= 0xF0 && lead <= 0xF4) {
+    auto low = static_cast<unsigned char>(lead == 0xF0 ? 0x90 : 0x80);
+    auto high = static_cast<unsigned char>(lead == 0xF4 ? 0x8F : 0xBF);
+    return continues(text, at + 1, low, high) && continues(text, at + 2) && continues(text, at + 3) ? 4 : 0;
+  }
+  return 0;
+}
+
+/* The bytes that stand for themselves from here on, 0 when the byte here has to be escaped. */
+std::size_t readable_length(std::string_view value, std::size_t at) {
+  unsigned char byte = byte_at(value, at);
+  if (byte >= 0x80) return multibyte_length(value, at);
+  bool at_an_end = at == 0 || at + 1 == value.size();
+  bool escaped = byte < 0x20 || byte == 0x7F || byte == '\\' || (byte == ' ' && at_an_end);
+  return escaped ? 0 : 1;
+}
+
+int hex_value(char digit) {
+  std::size_t value = std::string_view(kHexDigits).find(digit);
+  return value == std::string_view::npos ? -1 : static_cast<int>(value);
+}
+
+/* The byte of the escape that begins here, 0 for none: no value holds a zero byte. */
+char escaped_byte(std::string_view text, std::size_t at) {
+  if (at + kEscapeLength > text.size() || text[at] != '\\' || text[at + 1] != 'x') return 0;
+  int high = hex_value(text[at + 2]);
+  int low = hex_value(text[at + 3]);
+  return high < 0 || low < 0 ? '\0' : static_cast<char>(high * 16 + low);
+}
+
+}  // namespace
+
+std::string to_readable(std::string_view value) {
+  std::string text;
+  text.reserve(value.size());
+  for (std::size_t at = 0; at < value.size();) {
+    if (std::size_t length = readable_length(value, at)) {
+      text.append(value, at, length);
+      at += length;
+      continue;
+    }
+    unsigned char byte = byte_at(value, at++);
+    text.append({'\\', 'x', kHexDigits[byte >> 4], kHexDigits[byte & 15]});
+  }
+  return text;
+}
+
+std::string from_readable(std::string_view text) {
+  std::string value;
+  value.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    char byte = escaped_byte(text, at);
+    value.push_back(byte ? byte : text[at]);
+    at += byte ? kEscapeLength : 1;
+  }
+  return value;
+}
+
+}  // namespace xmlcfg
