@@ -1,5 +1,5 @@
 /*
- * The event log: the table "events" (id, time in seconds since 1970 UTC, level, text) of one database. Each call opens
+ * The event log: the table "event" (id, time in seconds since 1970 UTC, level, text) of one database. Each call opens
  * the database for itself, so that a process may fork, and be killed, at any time.
  */
 #include <sqlite3.h>
@@ -16,9 +16,9 @@ constexpr char kFolder[] = "/var/log/vl";
 constexpr char kDatabase[] = "/var/log/vl/event.db";
 constexpr int kBusyMilliseconds = 5000;  // how long a line waits for other writers and readers
 constexpr char kTable[] =
-    "CREATE TABLE IF NOT EXISTS events("
+    "CREATE TABLE IF NOT EXISTS event("
     "id INTEGER PRIMARY KEY AUTOINCREMENT, time INTEGER NOT NULL, level INTEGER NOT NULL, text TEXT NOT NULL)";
-constexpr char kInsert[] = "INSERT INTO events(time, level, text) VALUES(?, ?, ?)";
+constexpr char kInsert[] = "INSERT INTO event(time, level, text) VALUES(?, ?, ?)";
 
 struct CloseDatabase {
   void operator()(sqlite3 *database) const { sqlite3_close(database); }
