@@ -1,0 +1,48 @@
+// Text that is read line by line into a fixed buffer: from a child command or from a file, closed on every path.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+
+namespace usbdev {
+
+class Lines {
+ public:
+  Lines(const Lines &) = delete;
+  Lines &operator=(const Lines &) = delete;
+
+  explicit operator bool() const { return stream_ != nullptr; }
+
+  /// Reads the next line, or the next N - 1 bytes of a longer one; false at the end or when nothing was opened.
+  template <std::size_t N>
+  bool next(char (&line)[N]) {
+    return stream_ != nullptr && std::fgets(line, static_cast<int>(N), stream_) != nullptr;
+  }
+
+ protected:
+  explicit Lines(FILE *stream) : stream_(stream) {}
+  ~Lines() = default;
+
+  FILE *stream_;
+};
+
+class CommandLines : public Lines {
+ public:
+  explicit CommandLines(const char *command) : Lines(popen(command, "r")) {}
+  ~CommandLines() {
+    if (stream_ != nullptr) pclose(stream_);
+  }
+};
+
+class FileLines : public Lines {
+ public:
+  explicit FileLines(const char *path) : Lines(std::fopen(path, "re")) {}
+  ~FileLines() {
+    if (stream_ != nullptr) std::fclose(stream_);
+  }
+
+  /// Gives the stream up unclosed, for the readers that are meant to leave theirs open.
+  void leaveOpen() { stream_ = nullptr; }
+};
+
+}  // namespace usbdev

@@ -1,0 +1,88 @@
+#include "core/text.h"
+
+#include <usbdev/core.h>
+
+#include <climits>
+#include <cstdlib>
+
+namespace usbdev {
+
+int toInt(const char *text) {
+  const long value = std::strtol(text, nullptr, 10);
+  if (value > INT_MAX) return INT_MAX;
+  if (value < INT_MIN) return INT_MIN;
+  return static_cast<int>(value);
+}
+
+void cutAtLineFeed(char *text) { text[std::strcspn(text, "\n")] = '\0'; }
+
+Pair splitPair(char *line, const char *separator) {
+  char *const cut = std::strstr(line, separator);
+  if (cut == nullptr) return {};
+  char *const right = cut + std::strlen(separator);
+  *cut = '\0';
+  return {trim(line), trim(right)};
+}
+
+namespace {
+
+constexpr int kEscapeCapacity = 1024;
+
+/// Puts a backslash before every `escaped` and drops line ends; 0 when the text does not fit its capacity.
+int escapeInPlace(char *text, int capacity, char escaped) {
+  char original[kEscapeCapacity];
+  const std::size_t limit = static_cast<std::size_t>(capacity);
+  std::memcpy(original, text, strnlen(text, limit - 1) + 1);
+  std::size_t written = 0;
+  for (std::size_t read = 0; read < limit && written < limit; ++read) {
+    const char c = original[read];
+    if (c == '\r' || c == '\n') continue;
+    if (c == escaped) {
+      text[written++] = '\\';
+      if (written == limit) return 0;
+    }
+    text[written++] = c;
+    if (c == '\0') return 1;
+  }
+  return 0;
+}
+
+}  // namespace
+}  // namespace usbdev
+
+char *trim(char *text) {
+  if (text == nullptr) return nullptr;
+  char *const start = text + std::strspn(text, " \t\"");
+  char *end = start + std::strlen(start);
+  // A trailing tab stays: only a leading one is cut.
+  while (end > start && std::strchr(" \n\r\"", end[-1]) != nullptr) *--end = '\0';
+  return start;
+}
+
+char *trimdatetime(char *text, const char *remove) {
+  if (text == nullptr || remove == nullptr) return text;
+  char kept[64];
+  std::size_t count = 0;
+  for (const char *c = text; *c != '\0' && count < sizeof kept - 1; ++c) {
+    if (*c != *remove) kept[count++] = *c;
+  }
+  kept[count] = '\0';
+  std::memcpy(text, kept, count + 1);
+  return text;
+}
+
+int get_two_params(char *line, const char *separator, char *left, char *right) {
+  if (line == nullptr || separator == nullptr || left == nullptr || right == nullptr) return -1;
+  const usbdev::Pair sides = usbdev::splitPair(line, separator);
+  if (!sides) return -1;
+  std::memmove(left, sides.left, std::strlen(sides.left) + 1);
+  std::memmove(right, sides.right, std::strlen(sides.right) + 1);
+  return 1;
+}
+
+int process_json_string(char *text, int capacity) {
+  if (text == nullptr || capacity < 1 || capacity > usbdev::kEscapeCapacity) return 0;
+  trim(text);  // meant for its effect on the end alone: leading blanks stay
+  if (usbdev::escapeInPlace(text, capacity, '\\') != 1) return 0;
+  return usbdev::escapeInPlace(text, capacity, '"');
+}

@@ -1,0 +1,152 @@
+#include "devices/conflicts.h"
+
+#include <usbdev/core.h>
+#include <usbdev/devices.h>
+
+#include <cstring>
+
+#include "core/config.h"
+#include "core/profile_mapping.h"
+#include "core/text.h"
+
+namespace usbdev {
+namespace {
+
+/// The root port of "1-1.2" is "1-1".
+std::size_t rootPortLength(const char *slot) { return std::strcspn(slot, "."); }
+
+bool haveSameRootPort(const char *a, const char *b) {
+  const std::size_t length = rootPortLength(a);
+  return length == rootPortLength(b) && std::strncmp(a, b, length) == 0;
+}
+
+/// A moment as two numbers, as in 20240305 and 81500.
+struct Moment {
+  int date = 0;
+  int time = 0;
+};
+
+bool readMoment(const char *text, Moment &moment) {
+  char date[128];
+  copyText(date, text);
+  char *const blank = std::strchr(date, ' ');
+  if (blank == nullptr) return false;
+  *blank = '\0';
+  moment.date = toInt(trimdatetime(date, "-"));
+  moment.time = toInt(trimdatetime(blank + 1, ":"));
+  return true;
+}
+
+/// What the search for a conflicting channel needs of each.
+struct Candidate {
+  bool active;  // attached, bound to a profile, not parked, switched on
+  int vnode;
+  char usbslot[128];
+};
+
+/// The first active channel that conflicts with `channel`; -1 for none. False when the file cannot be opened.
+bool findConflict(HostAnswers &host, int channel, int *found) {
+  *found = kNone;
+  Candidate channels[kChannels];
+  {
+    const ConfigReader config;
+    if (!config) return false;
+    for (int i = 0; i < kChannels; ++i) {
+      const Section section = config.channel(i);
+      Candidate &candidate = channels[i];
+      candidate.vnode = section.get(keys::vnode);
+      section.get(keys::usbslot, candidate.usbslot);
+      // Unlike everywhere else, a slot whose switch was never stored counts as switched on here.
+      candidate.active = section.get(keys::exists) != 0 && section.get(keys::profile) != kNone &&
+                         candidate.vnode != kNone && section.get(keys::conflictch) == kNone &&
+                         section.get(keys::slot_switch, 1) == 1;
+    }
+  }
+  ConflictTest test(host, channels[channel].usbslot);
+  test.addNode(channels[channel].vnode);
+  for (int i = 0; i < kChannels; ++i) {
+    if (i == channel || !channels[i].active) continue;
+    if (test.conflictsWith(channels[i].usbslot, channels[i].vnode)) {
+      *found = i;
+      break;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+const char *ConflictTest::ownBridge() {
+  for (int i = 0; i < node_count_; ++i) {
+    if (const char *path = host_.bridgeOf(nodes_[i])) return path;
+  }
+  return nullptr;
+}
+
+bool ConflictTest::conflictsWith(const char *other_slot, int other_vnode) {
+  if (haveSameRootPort(other_slot, slot_) || host_.isOneChannelLimited()) return true;
+  const char *own = ownBridge();
+  const char *other = own == nullptr ? nullptr : host_.bridgeOf(other_vnode);
+  return other != nullptr && isSame(own, other);
+}
+
+}  // namespace usbdev
+
+int chkconflict(char *other_slot, const char *slot, bool on_bridge, int other_vnode, const char *bridge_path) {
+  if (other_slot == nullptr || slot == nullptr) return 0;
+  const bool same_root_port = usbdev::haveSameRootPort(other_slot, slot);
+  other_slot[usbdev::rootPortLength(other_slot)] = '\0';  // callers see the root port
+  if (AMDmodel_oneChannelLimited() == 1 || same_root_port) return 1;
+  if (!on_bridge || bridge_path == nullptr || isPCIbridge(other_vnode) == 0) return 0;
+  char other_path[usbdev::kBridgePathSize];
+  if (get_pcibridgePath(other_vnode, other_path) == 0) return 0;
+  return usbdev::isSame(other_path, bridge_path) ? 1 : 0;
+}
+
+int isElderPf(const char *a, const char *b) {
+  usbdev::Moment first;
+  usbdev::Moment second;
+  if (a == nullptr || b == nullptr || !usbdev::readMoment(a, first) || !usbdev::readMoment(b, second)) return 0;
+  if (first.date != second.date) return first.date > second.date ? 1 : 0;
+  if (first.time != second.time) return first.time > second.time ? 1 : 0;
+  return 2;
+}
+
+int getConflictCH(int channel, int *answers) {
+  if (!usbdev::isChannel(channel) || answers == nullptr) return -1;
+  usbdev::HostAnswers host;
+  int found;
+  if (!usbdev::findConflict(host, channel, &found)) return -1;
+  if (found != usbdev::kNone) answers[channel] = found;
+  return 0;
+}
+
+int syncConflict(int *states) {
+  if (states == nullptr) return -1;
+  {
+    const usbdev::ConfigWriter config;
+    if (!config) return -1;
+    for (int i = 0; i < usbdev::kChannels; ++i) {
+      // 0 and 1 are codes, clear-and-recompute and recompute, and so no channel to be parked behind.
+      if (states[i] == -1 || states[i] == 1) continue;
+      config.channel(i).set(usbdev::keys::conflictch, states[i] == 0 ? usbdev::kNone : states[i]);
+      if (states[i] == 0) states[i] = 1;
+    }
+  }
+  usbdev::HostAnswers host;
+  int found[usbdev::kChannels];
+  for (int i = 0; i < usbdev::kChannels; ++i) {
+    found[i] = usbdev::kNone;
+    if (states[i] == 1) {
+      usbdev::findConflict(host, i, &found[i]);
+    } else {
+      states[i] = -1;
+    }
+  }
+  const usbdev::ConfigWriter config;
+  if (!config) return -1;
+  for (int i = 0; i < usbdev::kChannels; ++i) {
+    if (states[i] != -1) config.channel(i).set(usbdev::keys::conflictch, found[i]);
+  }
+  return 0;
+}

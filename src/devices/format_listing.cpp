@@ -1,0 +1,97 @@
+#include "devices/format_listing.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "core/channel_keys.h"
+#include "core/text.h"
+
+namespace usbdev {
+
+bool FormatListing::take(char *line) {
+  const Pair entry = splitPair(line, ":");
+  if (!entry) return true;
+  if (isSame(entry.left, "Interval")) return takeInterval(entry.right);
+  if (isSame(entry.left, "Size")) {
+    takeSize(entry.right);
+  } else if (isSame(entry.left, "Index")) {
+    takeIndex(entry.right);
+  } else if (isSame(entry.left, "Pixel Format")) {
+    takePixelFormat(entry.right);
+  }
+  return true;
+}
+
+void FormatListing::takeIndex(const char *value) {
+  index_ = toInt(value);
+  format_ = nullptr;
+  size_ = nullptr;
+}
+
+void FormatListing::takePixelFormat(const char *value) {
+  format_ = nullptr;
+  // The code stands behind a quote character, as in 'MJPG'.
+  const char *code = value[0] == '\0' ? value : value + 1;
+  if (startsWith(code, "MJPG")) {
+    openFormat(kMjpeg);
+  } else if (startsWith(code, "YUYV") && keep_raw_) {
+    openFormat(kH264);
+  }
+}
+
+void FormatListing::openFormat(int codec) {
+  if (count_ == USBDEV_FORMATS) return;
+  format_ = &table_[count_++];
+  format_->index = index_;
+  format_->codec = codec;
+  size_ = nullptr;
+}
+
+void FormatListing::takeSize(char *value) {
+  if (format_ == nullptr) return;
+  size_ = nullptr;
+  constexpr std::size_t kind_length = std::strlen("Discrete ");
+  if (strnlen(value, kind_length) < kind_length) return;
+  const Pair size = splitPair(value + kind_length, "x");
+  if (!size) return;
+  const int width = toInt(size.left);
+  const int height = toInt(size.right);
+  if (format_->res_count == USBDEV_SIZES) {
+    std::fprintf(stderr, "device[%d]:%.4x support(%dx%d) over max(%d) res. list define\n", vnode_,
+                 static_cast<unsigned>(format_->codec), width, height, USBDEV_SIZES);
+    return;
+  }
+  for (int i = 0; i < format_->res_count; ++i) {
+    if (format_->res[i].width == width && format_->res[i].height == height) return;
+  }
+  size_ = &format_->res[format_->res_count++];
+  size_->width = width;
+  size_->height = height;
+}
+
+bool FormatListing::takeInterval(char *value) {
+  if (format_ == nullptr || size_ == nullptr) return true;
+  const char *open = std::strchr(value, '(');
+  if (open == nullptr) return true;
+  const char *blank = std::strchr(open, ' ');
+  if (blank == nullptr) return true;
+  char text[16] = "";
+  const std::size_t length = static_cast<std::size_t>(blank - open - 1);
+  copyCut(text, open + 1, length < sizeof text ? length : sizeof text - 1);
+  const double rate = std::strtod(text, nullptr);
+  if (size_->fps_count == USBDEV_RATES) {
+    std::fprintf(stderr, "device[%d]:%.4x support(%3.2f fps) over max(%d) fps. list define\n", vnode_,
+                 static_cast<unsigned>(format_->codec), rate, USBDEV_RATES);
+    return true;
+  }
+  if (rate > 60.0) over60_ = true;
+  for (int i = 0; i < size_->fps_count; ++i) {
+    // A repeated rate ends the listing. The stored rate is single precision, so one like 29.970 is never equal.
+    if (static_cast<double>(size_->fps[i]) == rate) return false;
+  }
+  size_->fps[size_->fps_count++] = static_cast<float>(rate);
+  return true;
+}
+
+}  // namespace usbdev

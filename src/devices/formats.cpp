@@ -1,0 +1,87 @@
+#include <usbdev/core.h>
+#include <usbdev/devices.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "core/host_queries.h"
+#include "core/lines.h"
+#include "core/text.h"
+#include "devices/format_listing.h"
+#include "devices/identification.h"
+
+namespace usbdev {
+namespace {
+
+constexpr int kMostListingLines = 1024;
+
+/// Ends a format query that still runs on a node, so that closing its pipe cannot block.
+void killFormatQuery(int vnode) {
+  char command[192];
+  formatText(command,
+             "/bin/ps | /bin/grep \"v4l2-ctl\" | /bin/grep \"/dev/video%d\" | /bin/grep -v grep | "
+             "/bin/awk '{print $1}'",
+             vnode);
+  char line[128];
+  {
+    CommandLines processes(command);
+    if (!processes.next(line)) return;
+  }
+  const int process_id = toInt(line);
+  if (process_id <= 0) return;
+  if (vl_force_kill_v4l2_ctl(vnode) == 1) {
+    formatText(command, "kill -9 %d &", process_id);
+  } else {
+    formatText(command, "kill %d &", process_id);
+  }
+  static_cast<void>(std::system(command) == 0);  // a query that has ended meanwhile is fine
+}
+
+}  // namespace
+}  // namespace usbdev
+
+int mn_get_usbchn_fmts(int vnode, _usbfmt_des *table, int *over60) {
+  if (table == nullptr || over60 == nullptr) return -1;
+  *over60 = 0;
+  usbdev::isProcessorOtherThanIntel();  // for the processor file that it leaves; the answer decides nothing here
+  int may_encode = 0;
+  validate_hwenc(&may_encode);
+
+  char command[128];
+  usbdev::formatText(command, "%s -d /dev/video%d --list-formats-ext", "/usr/bin/v4l2-ctl", vnode);
+  usbdev::CommandLines query(command);
+  if (!query) return -1;
+  usbdev::FormatListing listing(vnode, may_encode == 1);
+  char line[256];
+  for (int count = 0; count < usbdev::kMostListingLines && query.next(line); ++count) {
+    if (!listing.take(line)) break;
+  }
+  usbdev::killFormatQuery(vnode);
+  *over60 = listing.hasRateOver60() ? 1 : 0;
+  if (listing.formatCount() > 0) std::memcpy(table, listing.table(), sizeof listing.table());
+  return listing.formatCount();
+}
+
+int vl_force_kill_v4l2_ctl(int vnode) {
+  char command[128];
+  usbdev::formatText(command, "/sbin/udevadm info --name=/dev/video%d --attribute-walk", vnode);
+  char vendor[usbdev::kShortCodeSize];
+  char product[usbdev::kShortCodeSize];
+  bool has_vendor = false;
+  bool has_product = false;
+  usbdev::CommandLines walk(command);
+  char line[256];
+  while (walk.next(line)) {
+    if (const char *value = usbdev::attributeValue(line, "ATTRS{idVendor}")) {
+      usbdev::copyText(vendor, value);
+      has_vendor = true;
+    } else if (const char *id = usbdev::attributeValue(line, "ATTRS{idProduct}")) {
+      usbdev::copyText(product, id);
+      has_product = true;
+    }
+    if (!has_vendor || !has_product) continue;
+    if (usbdev::isSame(vendor, "0603") && usbdev::isSame(product, "8612")) return 1;
+    has_vendor = has_product = false;
+  }
+  return 0;
+}

@@ -1,0 +1,25 @@
+#include "devices/host_answers.h"
+
+#include <usbdev/core.h>
+#include <usbdev/devices.h>
+
+namespace usbdev {
+
+bool HostAnswers::isOneChannelLimited() {
+  if (one_channel_limited_ == -1) one_channel_limited_ = AMDmodel_oneChannelLimited();
+  return one_channel_limited_ == 1;
+}
+
+const char *HostAnswers::bridgeOf(int vnode) {
+  for (int i = 0; i < bridge_count_; ++i) {
+    if (bridges_[i].vnode == vnode) return bridges_[i].known ? bridges_[i].path : nullptr;
+  }
+  // An operation asks about its channels' nodes and one more; should it ask further, the last answer makes room.
+  Bridge &bridge = bridges_[bridge_count_ <= kChannels ? bridge_count_++ : kChannels];
+  bridge.vnode = vnode;
+  bridge.path[0] = '\0';
+  bridge.known = isPCIbridge(vnode) == 1 && get_pcibridgePath(vnode, bridge.path) == 1;
+  return bridge.known ? bridge.path : nullptr;
+}
+
+}  // namespace usbdev

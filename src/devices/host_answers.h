@@ -1,0 +1,29 @@
+// The host's answers that one operation needs, each asked when it first matters and not again.
+#pragma once
+
+#include "core/channel_keys.h"
+#include "devices/identification.h"
+
+namespace usbdev {
+
+class HostAnswers {
+ public:
+  /// May the host serve one camera channel only?
+  bool isOneChannelLimited();
+
+  /// The path of the PCI device that a node's USB controller sits on; null when the node is behind no PCI bridge.
+  const char *bridgeOf(int vnode);
+
+ private:
+  struct Bridge {
+    int vnode;
+    bool known;
+    char path[kBridgePathSize];
+  };
+
+  int one_channel_limited_ = -1;
+  int bridge_count_ = 0;
+  Bridge bridges_[kChannels + 1];  // every channel's node and a new device's
+};
+
+}  // namespace usbdev

@@ -1,0 +1,116 @@
+#include "devices/identification.h"
+
+#include <usbdev/core.h>
+#include <usbdev/devices.h>
+
+#include "core/config.h"
+#include "core/lines.h"
+#include "core/text.h"
+
+namespace usbdev {
+
+char *attributeValue(char *line, const char *attribute) {
+  return contains(line, attribute) ? splitPair(line, "==").right : nullptr;
+}
+
+}  // namespace usbdev
+
+using usbdev::contains;
+
+int find_pidvid(const _usbdev_des *device, char *pidvid) {
+  if (device == nullptr || pidvid == nullptr || !usbdev::isTerminated(device->usbslot)) return 0;
+  char command[128];
+  usbdev::formatText(command, "/sbin/udevadm info --name=/dev/video%d --attribute-walk", device->node);
+  char marker[160];
+  usbdev::formatText(marker, "KERNELS==\"%s\"", device->usbslot);
+
+  char vendor[usbdev::kShortCodeSize] = "";
+  char product[usbdev::kShortCodeSize] = "";
+  bool has_vendor = false;
+  bool has_product = false;
+  bool in_block = false;
+  usbdev::CommandLines walk(command);
+  char line[256];
+  while (!(has_vendor && has_product) && walk.next(line)) {
+    in_block = in_block || contains(line, marker);
+    if (!in_block) continue;
+    if (contains(line, "looking")) break;
+    if (const char *value = has_vendor ? nullptr : usbdev::attributeValue(line, "ATTRS{idVendor}")) {
+      usbdev::copyText(vendor, value);
+      has_vendor = true;
+    } else if (const char *id = has_product ? nullptr : usbdev::attributeValue(line, "ATTRS{idProduct}")) {
+      usbdev::copyText(product, id);
+      has_product = true;
+    }
+  }
+  if (!has_vendor && !has_product) return 0;
+  char both[usbdev::kShortCodeSize];
+  usbdev::formatText(both, "%s:%s", vendor, product);
+  usbdev::copyCut(pidvid, both, sizeof both - 1);
+  return 1;
+}
+
+int get_fetypeid(const _usbdev_des *device, char *fetype) {
+  char pidvid[usbdev::kShortCodeSize];
+  if (fetype == nullptr || find_pidvid(device, pidvid) != 1) return -1;
+  usbdev::FileLines table("/etc/config/.usbFECam.dat");
+  char line[256];
+  while (table.next(line)) {
+    if (!contains(line, pidvid)) continue;
+    const usbdev::Pair entry = usbdev::splitPair(line, "=");
+    if (!entry) return -1;
+    usbdev::copyCut(fetype, entry.right, usbdev::kShortCodeSize - 1);
+    return 1;
+  }
+  return -1;
+}
+
+int isPCIbridge(int vnode) {
+  char command[128];
+  usbdev::formatText(command, "/sbin/udevadm info -a -n /dev/video%d | grep '{class}'", vnode);
+  usbdev::CommandLines classes(command);
+  char line[256];
+  while (classes.next(line)) {
+    if (contains(line, "0x06")) return 1;  // the PCI base class of bridges
+  }
+  return 0;
+}
+
+int get_pcibridgePath(int vnode, char *path) {
+  if (path == nullptr) return 0;
+  char command[128];
+  usbdev::formatText(command, "/sbin/udevadm info -a -n /dev/video%d | grep 'looking at device'", vnode);
+  usbdev::CommandLines device(command);
+  char line[usbdev::kBridgePathSize];
+  if (!device.next(line)) return 0;
+  const char *devices = std::strstr(line, "devices");
+  const char *usb = std::strstr(line, "usb");
+  if (devices == nullptr || devices == line || usb == nullptr || usb <= devices) return 0;
+  usbdev::copyCut(path, devices - 1, static_cast<std::size_t>(usb - devices));
+  return 1;
+}
+
+int get_switch_state(void *config, const char *usbslot) {
+  if (config == nullptr || usbslot == nullptr) return 1;
+  for (int i = 0; i < usbdev::kChannels; ++i) {
+    const usbdev::Section channel = usbdev::channelSection(config, i);
+    char stored_slot[128];
+    channel.get(usbdev::keys::usbslot, stored_slot);
+    const int slot_switch = channel.get(usbdev::keys::slot_switch);
+    if (slot_switch != -1 && usbdev::isSame(stored_slot, usbslot)) return slot_switch;
+  }
+  return 1;
+}
+
+int devlistcmp(const char *devname, const char *listfile) {
+  if (devname == nullptr || listfile == nullptr) return 0;
+  // The no-support list names whole products; any other list holds parts of names.
+  const bool whole_name = usbdev::isSame(listfile, usbdev::kNoSupportList);
+  usbdev::FileLines list(listfile);
+  char line[256];
+  while (list.next(line)) {
+    usbdev::cutAtLineFeed(line);
+    if (whole_name ? usbdev::isSame(devname, line) : contains(devname, line)) return 1;
+  }
+  return 0;
+}

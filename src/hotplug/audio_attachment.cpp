@@ -1,0 +1,70 @@
+#include "hotplug/audio_attachment.h"
+
+#include <platform/alsa_ctl.h>
+
+#include "core/text.h"
+
+namespace usbdev {
+namespace {
+
+/// The two fixed settings of a sound card.
+void writePreset(const Section &channel, bool stereo) {
+  channel.set(keys::acodec, stereo ? 1 : 0);
+  channel.set(keys::samplerate, stereo ? 48000 : 8000);
+  channel.set(keys::channelno, stereo ? 2 : 1);
+  channel.set(keys::bitrate, stereo ? 96000 : 64000);
+  channel.set(keys::volume, 50);
+}
+
+}  // namespace
+
+AudioFindings probeAudioCard(int card) {
+  AudioFindings findings;
+  _acard_info info{};
+  if (ac_get_Acard_info(card, &info) != 0 || info.entry_count < 1) return findings;
+  if (info.channel_mode == 2) {
+    findings.stereo = info.channel_count == 2;
+    copyText(findings.acap, findings.stereo ? "1" : "0 1");
+  }
+  return findings;
+}
+
+void writeNewDevice(const Section &channel, const _usbdev_des &device) {
+  channel.set(keys::usbslot, device.usbslot);
+  if (device.devtype == 1 || device.devname[0] != '\0') channel.set(keys::devname, device.devname);
+  channel.set(keys::profile, kNone);
+  channel.set(keys::createtime, "");
+  channel.set(keys::profilename, "");
+  channel.set(keys::hlspath, "");
+}
+
+void writeAudioCard(const Section &channel, const _usbdev_des &device, const AudioFindings &findings,
+                    bool exact_match) {
+  if constexpr (kAudioAttachment) {
+    channel.set(keys::exists, 1);
+    channel.set(keys::anode, device.node);
+    channel.set(keys::acap, findings.acap);
+    if (exact_match) return;
+    writeNewDevice(channel, device);
+    channel.set(keys::aenable, 1);
+    writePreset(channel, findings.stereo);
+  }
+}
+
+void writeAudioDetached(const Section &channel) {
+  if constexpr (!kAudioAttachment) {
+    channel.set(keys::anode, kNone);
+    channel.set(keys::aenable, 0);
+  }
+}
+
+void writeInheritedAudio(const Section &channel, int anode, const char *acap) {
+  if constexpr (kAudioAttachment) {
+    channel.set(keys::anode, anode);
+    channel.set(keys::acap, acap);
+    channel.set(keys::aenable, 1);
+    writePreset(channel, !contains(acap, "0"));
+  }
+}
+
+}  // namespace usbdev

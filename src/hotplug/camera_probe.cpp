@@ -1,0 +1,66 @@
+#include "hotplug/camera_probe.h"
+
+#include <usbdev/core.h>
+#include <usbdev/devices.h>
+
+#include <cstdio>
+
+#include "core/event_log.h"
+#include "core/text.h"
+
+namespace usbdev {
+namespace {
+
+void report(_usbdev_conflict &out, int channel, int profile, const char *profilename) {
+  out.channel = channel;
+  out.profile = profile;
+  copyText(out.profilename, profilename);
+}
+
+}  // namespace
+
+CameraFindings probeCamera(const _usbdev_des &device) {
+  CameraFindings findings;
+  _usbfmt_des formats[USBDEV_FORMATS];
+  int over60 = 0;
+  const int count = mn_get_usbchn_fmts(device.node, formats, &over60);
+  if (over60 == 1) {
+    logEvent(EventLevel::warning, "Camera[%s %s] has image size over 60 fps. It may cause decode error.",
+             device.usbslot, device.devname);
+  }
+  findings.usable = count > 0;
+  char cap[2 * USBDEV_FORMATS + 1] = "";
+  for (int i = 0; i < count; ++i) {
+    const std::size_t length = std::strlen(cap);
+    std::snprintf(cap + length, sizeof cap - length, "%d ", formats[i].codec);
+  }
+  copyText(findings.cap, trim(cap));
+  if (!contains(findings.cap, "1")) findings.vcodec = kH264;
+  get_fetypeid(&device, findings.fetype);
+  return findings;
+}
+
+ConflictFindings findConflicts(HostAnswers &host, const ChannelState (&channels)[kChannels], int chosen,
+                               const _usbdev_des &device, bool supported, _usbdev_conflict &out) {
+  ConflictFindings findings;
+  ConflictTest test(host, device.usbslot);
+  test.addNode(device.node);
+  for (int i = 0; i < kChannels; ++i) {
+    if (i == chosen) continue;
+    const ChannelState &other = channels[i];
+    copyText(out.devname, other.devname);
+    const bool active = other.exists != 0 && other.vnode != kNone && other.conflictch == kNone;
+    if (!active || !test.conflictsWith(other.usbslot, other.vnode)) continue;
+    if (other.profile != kNone) {
+      findings.parked_behind = i;
+      if (supported) report(out, i, other.profile, other.profilename);
+    } else if (channels[chosen].profile != kNone) {
+      findings.parks = i;
+      if (supported) report(out, chosen, kNone, channels[chosen].profilename);
+    }
+    break;
+  }
+  return findings;
+}
+
+}  // namespace usbdev

@@ -1,0 +1,30 @@
+// What a camera that was plugged in can do, and whom it collides with.
+#pragma once
+
+#include <usbdev/records.h>
+
+#include "devices/conflicts.h"
+#include "hotplug/channel_choice.h"
+
+namespace usbdev {
+
+struct CameraFindings {
+  char cap[16] = "";     // codec codes of its formats, as in "0 1"
+  char fetype[16] = "";  // front-end camera type
+  int vcodec = kMjpeg;
+  bool usable = false;  // it has a format that the host can use
+};
+
+/// Asks the camera for its formats and its type, and warns of rates that may be too high to decode.
+CameraFindings probeCamera(const _usbdev_des &device);
+
+struct ConflictFindings {
+  int parked_behind = kNone;  // the channel with a profile that the new camera yields to
+  int parks = kNone;          // the channel without a profile that yields to the new camera
+};
+
+/// Looks for the first attached camera that the new one collides with; fills the report as the caller expects it.
+ConflictFindings findConflicts(HostAnswers &host, const ChannelState (&channels)[kChannels], int chosen,
+                               const _usbdev_des &device, bool supported, _usbdev_conflict &report);
+
+}  // namespace usbdev

@@ -1,0 +1,40 @@
+// Which channel a device that comes or goes belongs to: the rules, on a snapshot of the ten channels.
+#pragma once
+
+#include <usbdev/records.h>
+
+#include "core/channel_keys.h"
+
+namespace usbdev {
+
+/// A channel as the configuration file has it before the event.
+struct ChannelState {
+  int exists;
+  int profile;
+  char usbslot[128];
+  char devname[256];
+  char profilename[256];
+  int vcodec;
+  int vnode;
+  int conflictch;
+  int anode;
+  char acap[16];
+};
+
+struct ChannelChoice {
+  int channel = kNone;
+  bool exact_match = false;      // the channel already holds this very device
+  int replaced = kNone;          // the channel whose camera gave way to another one in the same port
+  int profile = kNone;           // what the caller is told
+  const char *rename = nullptr;  // an audio card takes this name, its channel's
+};
+
+/// Plug-in: the channel that knows the port, else the first free one.
+ChannelChoice chooseForPlugged(const ChannelState (&channels)[kChannels], const _usbdev_des &device);
+
+/// Removal: the attached channel in the port.
+ChannelChoice chooseForRemoved(const ChannelState (&channels)[kChannels], const _usbdev_des &device);
+
+inline bool isCamera(const _usbdev_des &device) { return device.devtype == 1; }
+
+}  // namespace usbdev

@@ -1,0 +1,188 @@
+#include <usbdev/core.h>
+#include <usbdev/devices.h>
+#include <usbdev/hotplug.h>
+
+#include "core/change_notification.h"
+#include "core/config.h"
+#include "core/text.h"
+#include "devices/conflicts.h"
+#include "hotplug/audio_attachment.h"
+#include "hotplug/camera_probe.h"
+#include "hotplug/channel_choice.h"
+
+namespace usbdev {
+namespace {
+
+/// One event, from what was read to what is written.
+struct HotplugEvent {
+  explicit HotplugEvent(_usbdev_des &event_device) : device(event_device) {}
+
+  _usbdev_des &device;
+  ChannelState channels[kChannels];
+  int slot_switch = 1;
+  ChannelChoice choice;
+  bool supported = true;
+  CameraFindings camera;
+  AudioFindings audio;
+  ConflictFindings conflicts;
+
+  const ChannelState &chosen() const { return channels[choice.channel]; }
+};
+
+bool readChannels(HotplugEvent &event) {
+  const ConfigReader config;
+  if (!config) return false;
+  for (int i = 0; i < kChannels; ++i) {
+    const Section section = config.channel(i);
+    ChannelState &channel = event.channels[i];
+    channel.exists = section.get(keys::exists);
+    channel.profile = section.get(keys::profile);
+    section.get(keys::usbslot, channel.usbslot);
+    section.get(keys::devname, channel.devname);
+    section.get(keys::profilename, channel.profilename);
+    channel.vcodec = section.get(keys::vcodec);
+    channel.vnode = section.get(keys::vnode);
+    channel.conflictch = section.get(keys::conflictch);
+    channel.anode = section.get(keys::anode, 0);  // read for a replaced channel only, with a default of its own
+    section.get(keys::acap, channel.acap);
+  }
+  if (event.device.plugged != 0) event.slot_switch = get_switch_state(config.handle(), event.device.usbslot);
+  return true;
+}
+
+bool isIgnoredCard(const _usbdev_des &device) { return !isCamera(device) && startsWith(device.devname, "KAB"); }
+
+void judgePlugged(HostAnswers &host, HotplugEvent &event, _usbdev_conflict &report) {
+  _usbdev_des &device = event.device;
+  event.supported = devlistcmp(device.devname, kNoSupportList) == 0;
+  if (!isCamera(device)) {
+    event.audio = probeAudioCard(device.node);
+    return;
+  }
+  event.camera = probeCamera(device);
+  event.supported = event.supported && event.camera.usable;
+  event.conflicts = findConflicts(host, event.channels, event.choice.channel, device, event.supported, report);
+}
+
+void writeRemoved(const Section &channel) {
+  channel.set(keys::exists, 0);
+  channel.set(keys::vnode, kNone);
+  channel.set(keys::anode, kNone);
+  channel.set(keys::spsstate, 0);
+  channel.set(keys::conflictch, kNone);
+}
+
+void writeNewCamera(const Section &channel, const HotplugEvent &event) {
+  writeNewDevice(channel, event.device);
+  channel.set(keys::venable, 1);
+  channel.set(keys::vcodec, event.camera.vcodec);
+  channel.set(keys::width, 1280);
+  channel.set(keys::height, 720);
+  channel.set(keys::framerate, "30.00");
+  channel.set(keys::osdenable, 1);
+  channel.set(keys::flip, 0);
+  channel.set(keys::mirror, 0);
+}
+
+void writeCamera(const Section &channel, const HotplugEvent &event) {
+  channel.set(keys::exists, 1);
+  channel.set(keys::vnode, event.device.node);
+  channel.set(keys::spsstate, 0);
+  channel.set(keys::conflictch, event.conflicts.parked_behind);
+  channel.set(keys::cap, event.camera.cap);
+  channel.set(keys::fetype, event.camera.fetype);
+  channel.set(keys::ldspoutput, 0);
+  if (!event.choice.exact_match) writeNewCamera(channel, event);
+}
+
+void writePlugged(const ConfigWriter &config, const HotplugEvent &event) {
+  const Section channel = config.channel(event.choice.channel);
+  channel.set(keys::slot_switch, event.slot_switch);
+  if (isCamera(event.device)) {
+    writeCamera(channel, event);
+  } else {
+    writeAudioCard(channel, event.device, event.audio, event.choice.exact_match);
+  }
+  writeAudioDetached(channel);
+  if (!event.supported) {
+    channel.set(keys::conflictch, kUnsupported);
+  } else if (event.conflicts.parks != kNone) {
+    config.channel(event.conflicts.parks).set(keys::conflictch, event.choice.channel);
+  }
+  if (event.choice.replaced != kNone) {
+    const ChannelState &replaced = event.channels[event.choice.replaced];
+    writeInheritedAudio(channel, replaced.anode, replaced.acap);
+    const Section displaced = config.channel(event.choice.replaced);
+    displaced.set(keys::exists, -1);  // not 0: its camera was displaced, not unplugged
+    displaced.set(keys::anode, kNone);
+  }
+}
+
+bool writeEvent(const HotplugEvent &event) {
+  const ConfigWriter config;
+  if (!config) return false;
+  if (event.device.plugged != 0) {
+    writePlugged(config, event);
+  } else {
+    writeRemoved(config.channel(event.choice.channel));
+  }
+  return true;
+}
+
+/// The profile of the channel that took over, or kNoSuccessor.
+int followUpConflicts(HostAnswers &host, const HotplugEvent &event) {
+  int successor = kNoSuccessor;
+  if (event.device.plugged == 0) {
+    if (event.chosen().conflictch == kNone) {
+      handOverConflict(host, event.choice.channel, kNone, kHandOver, &successor);
+    }
+  } else if (event.conflicts.parked_behind != kNone && host.isOneChannelLimited()) {
+    handOverConflict(host, event.choice.channel, event.conflicts.parked_behind, kHandOverOnPlug, &successor);
+  }
+  return successor;
+}
+
+void notify(const HotplugEvent &event, int successor) {
+  if (!isCamera(event.device)) return;
+  const bool plugged = event.device.plugged != 0;
+  const ChannelState &channel = event.chosen();
+  const bool starts_streaming = event.choice.exact_match && event.conflicts.parked_behind == kNone &&
+                                channel.vcodec == kMjpeg && event.slot_switch == 1;
+  if (plugged && !starts_streaming) return;
+  ChangeNotification notification =
+      plugged ? ChangeNotification::plugged(channel.profile) : ChangeNotification::removed(channel.profile);
+  if (successor != kNoSuccessor) notification.target = successor;
+  vl_settingNotify(&notification);
+}
+
+}  // namespace
+}  // namespace usbdev
+
+int mn_set_usbdev_hotplug(_usbdev_des *device, int *profile, char *devname, int *vnode, _usbdev_conflict *conflict) {
+  using namespace usbdev;
+  if (device == nullptr || profile == nullptr || devname == nullptr || vnode == nullptr || conflict == nullptr ||
+      !isTerminated(device->usbslot)) {
+    return -1;
+  }
+  device->devname[sizeof device->devname - 1] = '\0';
+  *profile = kNone;
+  HotplugEvent event(*device);
+  if (!readChannels(event)) return -1;
+
+  const bool plugged = device->plugged != 0;
+  event.choice = plugged ? chooseForPlugged(event.channels, *device) : chooseForRemoved(event.channels, *device);
+  *profile = event.choice.profile;
+  if (event.choice.channel == kNone) return -1;
+  if (event.choice.rename != nullptr) copyText(device->devname, event.choice.rename);
+  if (!plugged) {
+    *vnode = event.chosen().vnode;
+    if (isCamera(*device)) copyCut(devname, event.chosen().devname, sizeof device->devname - 1);
+  }
+  if (isIgnoredCard(*device)) return -1;
+
+  HostAnswers host;
+  if (plugged) judgePlugged(host, event, *conflict);
+  if (!writeEvent(event)) return -1;
+  notify(event, followUpConflicts(host, event));
+  return event.choice.channel;
+}
