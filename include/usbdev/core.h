@@ -7,6 +7,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+#pragma GCC visibility push(default)
 
 /* --- text utilities --- */
 
@@ -28,6 +29,7 @@ int trsProfiletoPlugCh(int profile, int *channel);
 int vl_getDevName(int profile, char *name);
 int vl_settingNotify(const void *datagram);
 
+#pragma GCC visibility pop
 #ifdef __cplusplus
 }
 #endif

@@ -7,6 +7,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+#pragma GCC visibility push(default)
 
 /* --- USB device identification --- */
 
@@ -45,6 +46,7 @@ int vl_HOS_CLI_usbid(const char *usbslot);
 int vl_find_HOS_model_pic(void);
 int vl_check_HOS_halvane_support(int *supported);
 
+#pragma GCC visibility pop
 #ifdef __cplusplus
 }
 #endif

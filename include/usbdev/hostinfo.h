@@ -7,6 +7,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+#pragma GCC visibility push(default)
 
 /* --- host information --- */
 
@@ -21,6 +22,7 @@ void *vl_attach_log_shm(int id);
 void vl_log_shm_init(void *address);
 int vl_add_shm_timeout_log(int index);
 
+#pragma GCC visibility pop
 #ifdef __cplusplus
 }
 #endif

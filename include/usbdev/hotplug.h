@@ -7,6 +7,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+#pragma GCC visibility push(default)
 
 /* --- hotplug --- */
 
@@ -36,6 +37,7 @@ int get_usb_anode(_usbdev_update *record);
 int mn_set_usbchn_sps(int profile, int value);
 int mn_set_usbdev_volume(int profile);
 
+#pragma GCC visibility pop
 #ifdef __cplusplus
 }
 #endif

@@ -7,6 +7,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+#pragma GCC visibility push(default)
 
 /* --- profile assignment --- */
 
@@ -45,6 +46,7 @@ int vl_get_profile_info(int profile, _profile_info *info);
 int vl_get_profileID(int channel);
 int vl_get_stream_info(int profile, _streaminfo *info);
 
+#pragma GCC visibility pop
 #ifdef __cplusplus
 }
 #endif

@@ -7,6 +7,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+#pragma GCC visibility push(default)
 
 /* --- HTTP client and socket I/O --- */
 
@@ -64,6 +65,7 @@ int vl_SourcerStreamingProcess(int number, int kind);
 int mn_update_pfstate(int profile, int value);
 int vl_get_pidvid(int profile, char *pidvid);
 
+#pragma GCC visibility pop
 #ifdef __cplusplus
 }
 #endif
