@@ -13,7 +13,7 @@ function(usbdev_library_code target)
     -fdata-sections
     -fstack-protector-strong
     -fstack-clash-protection
-    $<$<CONFIG:Release>:-O2> # smaller than CMake's own -O3, and a library that waits for commands gains nothing from it
+    $<$<CONFIG:Release>:-Os> # a library that waits for commands gains nothing from larger code
   )
   if(NOT USBDEV_SANITIZE)
     target_compile_options(${target} PRIVATE $<${optimised}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>)
