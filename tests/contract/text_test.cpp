@@ -173,8 +173,8 @@ TEST_F(ATextForJson, IsNeverWrittenBehindItsCapacity) {
 }
 
 TEST_F(ATextForJson, AnEscapedPairIsCutBetweenItsBytes) {
-  EXPECT_EQ(escape("ab\"c", 3), 0);
-  EXPECT_EQ(bytes(3), "ab\\");
+  EXPECT_EQ(escape("\"\"\"x", 5), 0);
+  EXPECT_EQ(bytes(6), "\\\"\\\"\\" + std::string(1, '#'));
 }
 
 TEST_F(ATextForJson, IsNotQuotedWhenTheBackslashPassFails) {

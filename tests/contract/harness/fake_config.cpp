@@ -1,6 +1,6 @@
 #include "fake_config.h"
 
-#include <thread>
+#include <algorithm>
 
 namespace contract {
 
@@ -46,9 +46,18 @@ void FakeConfig::failNothing() {
 
 int FakeConfig::openHandles() const {
   std::lock_guard<std::mutex> guard(mutex_);
-  int count = 0;
-  for (const auto &handle : handles_) count += handle->open ? 1 : 0;
-  return count;
+  return countOpen();
+}
+
+bool FakeConfig::openInThisThread() const {
+  std::lock_guard<std::mutex> guard(mutex_);
+  return std::any_of(handles_.begin(), handles_.end(),
+                     [](const auto &handle) { return handle->open && handle->opener == std::this_thread::get_id(); });
+}
+
+int FakeConfig::countOpen() const {
+  return static_cast<int>(
+      std::count_if(handles_.begin(), handles_.end(), [](const auto &handle) { return handle->open; }));
 }
 
 int FakeConfig::openResult(int mode) {
@@ -60,8 +69,8 @@ int FakeConfig::open(int mode, const char *file, void **handle) {
   // A lock that is not held across the open lets another thread in here.
   std::this_thread::yield();
   if (mode != 0 && mode != 1) journal_.violation("configuration opened with mode " + std::to_string(mode));
-  if (openHandles() != 0) journal_.violation("configuration opened while a handle is open");
   std::lock_guard<std::mutex> guard(mutex_);
+  if (countOpen() != 0) journal_.violation("configuration opened while a handle is open");
   const int result = openResult(mode);
   const std::string name =
       std::string(mode == 1 ? "open w" : "open r") + (std::string(file) == kChannelFile ? "" : " " + std::string(file));
@@ -74,6 +83,7 @@ int FakeConfig::open(int mode, const char *file, void **handle) {
   auto opened = std::make_unique<Handle>();
   opened->file = file;
   opened->writing = mode == 1;
+  opened->opener = std::this_thread::get_id();
   opened->pending = files_[file];
   *handle = opened.get();
   handles_.push_back(std::move(opened));

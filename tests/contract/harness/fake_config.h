@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "journal.h"
@@ -38,8 +39,9 @@ class FakeConfig {
   void failOpenNumber(int number, int code);
   void failNothing();
 
-  // Handles that are open now.
+  // Handles that are open now, of all threads and of the calling one.
   int openHandles() const;
+  bool openInThisThread() const;
 
   // The interface itself.
   int open(int mode, const char *file, void **handle);
@@ -52,10 +54,12 @@ class FakeConfig {
     std::string file;
     bool writing = false;
     bool open = true;
+    std::thread::id opener;
     Values pending;
   };
 
   int openResult(int mode);
+  int countOpen() const;
   Handle *checked(void *handle, const char *operation);
 
   Journal &journal_;

@@ -14,9 +14,8 @@ constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_
 }  // namespace
 
 Host::Host()
-    : commands(journal, [this] {
-        return config.openHandles() == 0 ? std::string() : std::string("command inside a critical section");
-      }) {
+    : commands(journal,
+               [this] { return std::string(config.openInThisThread() ? "command inside a critical section" : ""); }) {
   processor("");
   current_host = this;
 }

@@ -1,0 +1,73 @@
+// Many threads at the configuration at once. The made-up configuration reports every open beside another one.
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "contract_test.h"
+
+namespace contract {
+namespace {
+
+constexpr int kRounds = 200;
+
+class ManyThreads : public ContractTest {
+ protected:
+  void run(const std::function<void()> &work) {
+    threads_.emplace_back([work] {
+      for (int round = 0; round < kRounds; ++round) work();
+    });
+  }
+  void join() {
+    for (std::thread &thread : threads_) thread.join();
+  }
+  static void read() {
+    int channel = -1;
+    EXPECT_EQ(trsProfiletoPlugCh(1, &channel), 0);
+    EXPECT_EQ(channel, 6);
+  }
+  static void readName() {
+    char name[256] = "";
+    EXPECT_EQ(vl_getDevName(1, name), 0);
+    EXPECT_STREQ(name, "HD Webcam");
+  }
+  static void write() {
+    int states[10] = {-1, -1, -1, 5, -1, -1, -1, -1, -1, -1};
+    EXPECT_EQ(syncConflict(states), 0);
+  }
+
+ private:
+  std::vector<std::thread> threads_;
+};
+
+TEST_F(ManyThreads, ReadAndWriteTheConfigurationOneAfterTheOther) {
+  host.channel(6).profile(1).name("HD Webcam");
+  for (int i = 0; i < 2; ++i) {
+    run(read);
+    run(readName);
+    run(write);
+  }
+  join();
+  EXPECT_EQ(host.journal.count("open r"), 2 * kRounds * 3);
+  EXPECT_EQ(host.channel(3).get("conflictch"), "5");
+}
+
+TEST_F(ManyThreads, ShareTheLockWithOpensThatFail) {
+  OutputCapture output;
+  host.config.failWriteOpens(-3);
+  host.channel(6).profile(1).name("HD Webcam");
+  for (int i = 0; i < 2; ++i) {
+    run(read);
+    run([] {
+      int states[10] = {};
+      EXPECT_EQ(syncConflict(states), -1);
+    });
+  }
+  join();
+  std::string expected;
+  for (int i = 0; i < 2 * kRounds; ++i) expected += openFailure(-3);
+  EXPECT_EQ(output.text(), expected);
+}
+
+}  // namespace
+}  // namespace contract
