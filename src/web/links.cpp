@@ -1,0 +1,35 @@
+#include "web/links.h"
+
+#include <sys/stat.h>
+
+#include "core/execution.h"
+#include "core/text.h"
+
+namespace usbdev {
+namespace {
+
+using LinkPath = char[127];
+
+void formatLinkPath(LinkPath &path, const char *name) { formatText(path, "/mnt/ext/opt/apps/Velmora2/%s", name); }
+
+}  // namespace
+
+void makeStreamLink(int profile, const char *name) {
+  if (name[0] == '\0') return;
+  LinkPath target;
+  LinkPath link;
+  formatText(target, "/mnt/ext/opt/apps/Velmora2/hls/channel%d", profile + 1);
+  formatLinkPath(link, name);
+  makeLink(target, link);
+}
+
+void removeStreamLink(const char *name) {
+  if (name[0] == '\0') return;
+  LinkPath path;
+  formatLinkPath(path, name);
+  struct stat status;
+  // A link that leads nowhere is removed too.
+  if (lstat(path, &status) == 0) removePath(path);
+}
+
+}  // namespace usbdev
