@@ -1,4 +1,8 @@
-/* Text utilities, queries of the host, the mapping from profile to channel and the change notification. */
+/*
+ * Text utilities, queries of the host, the mapping from profile to channel and the change notification.
+ *
+ * The words of the comments are defined in <usbdev/usbdev.h>.
+ */
 #ifndef USBDEV_CORE_H
 #define USBDEV_CORE_H
 
@@ -9,24 +13,84 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-/* --- text utilities --- */
+/* --- text utilities: take no lock, run nothing --- */
 
+/*
+ * Cuts a text to what matters, in place: leading blanks, tabs and double quotes are passed over, trailing blanks, line
+ * ends and double quotes are overwritten with zeros.
+ * text (in/out). Returns where the kept text starts, inside the same buffer; null for null.
+ */
 char *trim(char *text);
+
+/*
+ * Removes every occurrence of one character from a short text, in place.
+ * text (in/out): below 64 bytes. remove (in): points to the character. Returns text.
+ */
 char *trimdatetime(char *text, const char *remove);
+
+/*
+ * Splits a line at the first occurrence of a separator and trims both parts.
+ * line (in/out): is cut at the separator. separator (in): a text. left, right (out): as large as the line.
+ * Returns 1, or -1 when the line has no separator.
+ */
 int get_two_params(char *line, const char *separator, char *left, char *right);
+
+/*
+ * Makes a text fit to stand inside a JSON string, in place: cuts its trailing blanks and quotes, drops line ends and
+ * escapes backslashes and double quotes.
+ * text (in/out): a buffer of `capacity` bytes, 1 to 1024. Returns 1, or 0 when the capacity is out of range (the text
+ * is then unchanged) or the result does not fit (the text is then not terminated and not to be used).
+ */
 int process_json_string(char *text, int capacity);
 
-/* --- host platform queries --- */
+/* --- host platform queries: take no lock --- */
 
+/*
+ * Tells where an application package is installed. Runs commands: "/sbin/readcfg".
+ * package (in): its name. path (out): 128 bytes. Fails when the package is unknown, or its name holds a character that
+ * a shell would read ($, back quote, backslash, double quote, line end).
+ */
 int get_bndl_install_path(const char *package, char *path);
+
+/*
+ * Reads one field of an application package's registration. Runs commands: "/sbin/readcfg".
+ * package, field (in): names, as for get_bndl_install_path. value (out): 128 bytes. Fails when there is no such field.
+ */
 int get_bndl_info(const char *package, const char *field, char *value);
+
+/*
+ * Reads a value of the host's system configuration, from the settings that stand before its section "[NTP]".
+ * key (in). value (out): 32 bytes. Returns 0 also when the key does not occur (value is then untouched); -1 when the
+ * configuration cannot be opened or the search meets the section "[NTP]" or a line that is no setting.
+ */
 int get_nas_info(const char *key, char *value);
+
+/*
+ * Tells whether this host may serve one camera channel only. Runs commands, and leaves "/tmp/vl_cpu.info" behind.
+ * Returns 1 on such a host, else 0; what cannot be found out counts as 0.
+ */
 int AMDmodel_oneChannelLimited(void);
 
 /* --- profile mapping and change notification --- */
 
+/*
+ * Finds the channel that serves a profile; of several, the lowest. Takes the lock, runs nothing.
+ * profile (in): 0 to 3. channel (out). Fails when no channel serves it or the file cannot be opened.
+ */
 int trsProfiletoPlugCh(int profile, int *channel);
+
+/*
+ * Copies the name of the device that serves a profile. Takes the lock, runs nothing.
+ * profile (in): 0 to 3. name (out): 256 bytes. Fails when no channel serves it or the file cannot be opened.
+ */
 int vl_getDevName(int profile, char *name);
+
+/*
+ * Sends a change notification to the manager, without waiting for anyone to receive it. Takes no lock.
+ * datagram (in): 56 bytes; the magic "ORDA_VLM2_CFCG_N", 16 bytes of request header, then the 32-bit words profile,
+ * video node, audio node, flag, event and target, in host byte order. Fails, with a message on standard error, when it
+ * cannot be sent.
+ */
 int vl_settingNotify(const void *datagram);
 
 #pragma GCC visibility pop

@@ -1,4 +1,8 @@
-/* HTTP client, encodings, login, link identifiers, share links and the state of the live streams. */
+/*
+ * HTTP client, encodings, login, link identifiers, share links and the state of the live streams.
+ *
+ * The words of the comments are defined in <usbdev/usbdev.h>.
+ */
 #ifndef USBDEV_WEB_H
 #define USBDEV_WEB_H
 
@@ -41,10 +45,25 @@ int write_sid(const char *reply, char *sid);
 int vl_auth(const char *user, const char *password);
 int vl_sid_auth(const char *sid);
 
-/* --- link identifiers --- */
+/* --- link identifiers: take no lock --- */
 
+/*
+ * Makes a share link's short identifier: eight decimal digits. Two calls of one process within a second give the same
+ * one. Seeds the process's rand(). Runs nothing. out (out): 9 bytes. Returns 0.
+ */
 int generate_ssid(char *out);
+
+/*
+ * Makes a random identifier of 32 lower-case hexadecimal characters, for tokens and link names. Runs commands.
+ * out (out): 33 bytes; untouched when the host gives no random text. Returns 0.
+ */
 int generate_hash(char *out);
+
+/*
+ * Copies a text without its hyphens and without trailing blanks, line ends and double quotes.
+ * in (in/out): loses its trailing part. out (out): as large as in. Returns the length of in afterwards, its hyphens
+ * counted.
+ */
 int strip(char *in, char *out);
 
 /* --- share links --- */
