@@ -1,0 +1,1 @@
+"""The simulated USB hardware of the sandboxed host."""

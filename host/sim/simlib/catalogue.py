@@ -1,0 +1,91 @@
+"""The cameras and hubs that can be plugged in: a folder or file of data each."""
+
+from __future__ import annotations
+
+import tomllib
+from dataclasses import dataclass, field
+from pathlib import Path
+
+from simlib.errors import SimError
+
+DATA = Path(__file__).resolve().parent.parent
+METADATA = "metadata"
+LONGEST_NAME = 31
+
+
+@dataclass(frozen=True)
+class SoundCard:
+    """entry_count, channel_mode and channel_count are what the audio library reports of the card."""
+
+    name: str
+    first_interface: int
+    entry_count: int
+    channel_mode: int
+    channel_count: int
+
+
+@dataclass(frozen=True)
+class UsbDevice:
+    """What every device tells about itself; the texts are absent where the device has none."""
+
+    name: str
+    vendor_id: str
+    product_id: str
+    manufacturer: str | None = None
+    product: str | None = None
+    serial: str | None = None
+    speed: int = 480
+    usb_version: str = "2.00"
+    max_power: str = "500mA"
+    max_packet: int = 64
+    release: str = "0100"
+
+
+@dataclass(frozen=True)
+class Hub(UsbDevice):
+    ports: int = 4
+
+
+@dataclass(frozen=True)
+class Camera(UsbDevice):
+    interface: str | None = None
+    quirks: str = "0x0"
+    interface_count: int = 2
+    first_video_interface: int = 0
+    nodes: list[str] = field(default_factory=lambda: ["formats.txt", METADATA])
+    sound: SoundCard | None = None
+    comment: str = ""
+
+    @property
+    def node_name(self) -> str:
+        """The name of the video nodes, as the camera driver builds and cuts it."""
+        name = self.product or f"UVC Camera ({self.vendor_id}:{self.product_id})"
+        if self.interface:
+            name += f": {self.interface}"
+        return name.encode()[:LONGEST_NAME].decode(errors="ignore")
+
+    def listing(self, node: str) -> bytes:
+        """The answer of v4l2-ctl for one of the nodes."""
+        if node == METADATA:
+            return b"ioctl: VIDIOC_ENUM_FMT\n"
+        return (DATA / "cameras" / self.name / node).read_bytes()
+
+
+def camera_names() -> list[str]:
+    return sorted(path.parent.name for path in (DATA / "cameras").glob("*/camera.toml"))
+
+
+def load_camera(name: str) -> Camera:
+    path = DATA / "cameras" / name / "camera.toml"
+    if "/" in name or not path.is_file():
+        raise SimError(f"there is no camera '{name}'; 'sim list' shows them")
+    text = path.read_text(encoding="utf-8")
+    facts = tomllib.loads(text)
+    sound = facts.pop("sound", None)
+    comment = " ".join(line[2:] for line in text.splitlines() if line.startswith("# "))
+    return Camera(name=name, sound=SoundCard(**sound) if sound else None, comment=comment, **facts)
+
+
+def load_hub(name: str) -> Hub:
+    path = DATA / "hubs" / f"{name}.toml"
+    return Hub(name=name, **tomllib.loads(path.read_text(encoding="utf-8")))

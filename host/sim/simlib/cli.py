@@ -1,0 +1,92 @@
+"""The command "sim"."""
+
+from __future__ import annotations
+
+import argparse
+import sys
+from pathlib import Path
+
+from simlib.catalogue import camera_names, load_camera
+from simlib.devicemanager import announce
+from simlib.errors import SimError
+from simlib.hardware import Hardware
+from simlib.ports import parse_port
+from simlib.store import Store
+from simlib.topology import Bus
+
+ROOT = Path("/")
+
+
+def main(arguments: list[str]) -> int:
+    options = _parser().parse_args(arguments)
+    try:
+        return options.run(options)
+    except SimError as problem:
+        print(f"sim: {problem}", file=sys.stderr)
+        return 1
+
+
+def _plug(options: argparse.Namespace) -> int:
+    camera = load_camera(options.camera)
+    with Store(ROOT).machine() as machine:
+        plugged = machine.plug(camera, parse_port(options.port))
+        Hardware(ROOT).appear(machine, plugged)
+    return 0 if options.hardware_only else announce("plug", plugged)
+
+
+def _unplug(options: argparse.Namespace) -> int:
+    with Store(ROOT).machine() as machine:
+        gone = machine.unplug(parse_port(options.port))
+        for plugged in gone:
+            Hardware(ROOT).vanish(machine, plugged)
+    if options.hardware_only:
+        return 0
+    return max((announce("unplug", plugged) for plugged in gone), default=0)
+
+
+def _list(_options: argparse.Namespace) -> int:
+    for name in camera_names():
+        camera = load_camera(name)
+        print(f"{name:18} {camera.vendor_id}:{camera.product_id}  {camera.comment}")
+    return 0
+
+
+def _ports(_options: argparse.Namespace) -> int:
+    with Store(ROOT).machine() as machine:
+        for bus in machine.topology.buses.values():
+            print(_bus_line(bus))
+    return 0
+
+
+def _bus_line(bus: Bus) -> str:
+    bridges = max(bus.controller.count("/") - 1, 0) if bus.controller.startswith("pci") else 0
+    place = f"behind {bridges} PCI bridge{'s' if bridges > 1 else ''}" if bridges else "no PCI bridge"
+    return f"{bus.number}-1 to {bus.number}-{bus.ports:<4} {bus.speed:5} Mbit/s  {place}  ({bus.controller})"
+
+
+def _status(_options: argparse.Namespace) -> int:
+    with Store(ROOT).machine() as machine:
+        for slot in machine.hubs:
+            print(f"{slot:10} hub")
+        for slot, plugged in machine.cameras.items():
+            nodes = " ".join(f"video{node}" for node in plugged.nodes)
+            card = "" if plugged.card is None else f" card{plugged.card}"
+            print(f"{slot:10} {plugged.camera.name:18} {nodes}{card}")
+    return 0
+
+
+def _parser() -> argparse.ArgumentParser:
+    parser = argparse.ArgumentParser(prog="sim", description="Plugs simulated cameras into the sandboxed host.")
+    commands = parser.add_subparsers(required=True, metavar="COMMAND")
+    plug = commands.add_parser("plug", help="plug a camera in and tell the library, as the device manager would")
+    plug.add_argument("camera", metavar="CAMERA", help="one of those that 'sim list' shows")
+    plug.set_defaults(run=_plug)
+    unplug = commands.add_parser("unplug", help="pull a camera out, or a hub with all that hangs on it")
+    unplug.set_defaults(run=_unplug)
+    for command in (plug, unplug):
+        command.add_argument("port", metavar="PORT", help="such as 3-1 or, behind a hub, 3-1.2")
+        command.add_argument("--hardware-only", action="store_true", help="do not tell the library")
+    commands.add_parser("list", help="show the cameras").set_defaults(run=_list)
+    commands.add_parser("ports", help="show the ports of this host").set_defaults(run=_ports)
+    commands.add_parser("status", help="show what is plugged in").set_defaults(run=_status)
+    return parser

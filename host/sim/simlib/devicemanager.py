@@ -1,0 +1,28 @@
+"""What the host's device manager does when a device comes or goes: it calls the library, here through usbdevctl."""
+
+from __future__ import annotations
+
+import subprocess
+
+from simlib.errors import SimError
+from simlib.machine import PluggedCamera
+
+PROGRAM = "usbdevctl"
+
+
+def announce(action: str, plugged: PluggedCamera) -> int:
+    """Reports a camera ("plug" or "unplug") and then its sound card. Returns how the camera's report ended: the
+    library may well turn a sound card down."""
+    status = _call(action, "camera", plugged.nodes[0], plugged, plugged.camera.node_name)
+    if plugged.card is not None and plugged.camera.sound is not None:
+        _call(action, "audio", plugged.card, plugged, plugged.camera.sound.name)
+    return status
+
+
+def _call(action: str, kind: str, number: int, plugged: PluggedCamera, name: str) -> int:
+    arguments = [PROGRAM, action, "--type", kind, "--node", str(number), "--slot", plugged.port.slot, "--name", name]
+    try:
+        return subprocess.run(arguments, check=False).returncode
+    except OSError as problem:
+        reason = f"the library was not told: {PROGRAM} cannot be run ({problem.strerror})"
+        raise SimError(reason) from problem

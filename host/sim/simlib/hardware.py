@@ -1,0 +1,101 @@
+"""The files by which a plugged camera shows itself: sysfs, the device nodes and the tools' prepared answers."""
+
+from __future__ import annotations
+
+import os
+import shutil
+from pathlib import Path
+
+from simlib.catalogue import SoundCard
+from simlib.machine import Machine, PluggedCamera
+from simlib.walk import render_walk
+
+VIDEO_DRIVER = "uvcvideo"
+SOUND_DRIVER = "snd-usb-audio"
+VIDEO_INTERFACES = 2
+SOUND_INTERFACES = 2
+
+
+class Hardware:
+    """The file tree of the simulated host, below its root."""
+
+    def __init__(self, root: Path) -> None:
+        self._root = root
+        self._sys = root / "sys"
+        self._sim = root / "run/usbdev-sim"
+
+    def appear(self, machine: Machine, plugged: PluggedCamera) -> None:
+        """Creates everything of a camera, the device nodes last: who sees them finds the rest in place."""
+        first = plugged.camera.first_video_interface
+        self._bind(VIDEO_DRIVER, machine, plugged, range(first, first + VIDEO_INTERFACES))
+        for index in range(len(plugged.nodes)):
+            self._add_video_node(machine, plugged, index)
+        if plugged.camera.sound is not None:
+            self._add_sound_card(machine, plugged, plugged.camera.sound)
+        for node in plugged.nodes:
+            (self._root / f"dev/video{node}").touch()
+
+    def vanish(self, machine: Machine, plugged: PluggedCamera) -> None:
+        """Removes what appear() created; the drivers stay loaded."""
+        for node in plugged.nodes:
+            (self._root / f"dev/video{node}").unlink(missing_ok=True)
+            (self._sys / f"class/video4linux/video{node}").unlink(missing_ok=True)
+            shutil.rmtree(self._sim / f"nodes/video{node}", ignore_errors=True)
+        if plugged.card is not None:
+            (self._sys / f"class/sound/card{plugged.card}").unlink(missing_ok=True)
+            shutil.rmtree(self._sim / f"cards/card{plugged.card}", ignore_errors=True)
+        for driver in (VIDEO_DRIVER, SOUND_DRIVER):
+            for link in (self._sys / "bus/usb/drivers" / driver).glob(f"{plugged.port.slot}:*"):
+                link.unlink()
+        shutil.rmtree(self._device(machine, plugged), ignore_errors=True)
+
+    def _device(self, machine: Machine, plugged: PluggedCamera) -> Path:
+        return self._sys / machine.topology.devpath(plugged.port).lstrip("/")
+
+    def _bind(self, driver: str, machine: Machine, plugged: PluggedCamera, numbers: range) -> None:
+        folder = self._load_driver(driver)
+        for number in numbers:
+            interface = self._device(machine, plugged) / f"{plugged.port.slot}:1.{number}"
+            interface.mkdir(parents=True)
+            _link(folder / interface.name, interface)
+
+    def _load_driver(self, driver: str) -> Path:
+        folder = self._sys / "bus/usb/drivers" / driver
+        if not folder.exists():
+            folder.mkdir(parents=True)
+            for name in ("bind", "new_id", "remove_id", "uevent", "unbind"):
+                (folder / name).touch()
+            module = self._sys / "module" / driver.replace("-", "_")
+            module.mkdir(parents=True, exist_ok=True)
+            _link(folder / "module", module)
+        return folder
+
+    def _add_video_node(self, machine: Machine, plugged: PluggedCamera, index: int) -> None:
+        name = f"video{plugged.nodes[index]}"
+        device = self._sys / machine.interface_devpath(plugged).lstrip("/") / "video4linux" / name
+        device.mkdir(parents=True)
+        (device / "name").write_text(f"{plugged.camera.node_name}\n", encoding="utf-8")
+        (device / "index").write_text(f"{index}\n", encoding="ascii")
+        _link(self._sys / "class/video4linux" / name, device)
+        answers = self._sim / "nodes" / name
+        answers.mkdir(parents=True)
+        (answers / "walk").write_text(render_walk(machine, plugged, index), encoding="utf-8")
+        (answers / "formats").write_bytes(plugged.camera.listing(plugged.camera.nodes[index]))
+
+    def _add_sound_card(self, machine: Machine, plugged: PluggedCamera, sound: SoundCard) -> None:
+        first = sound.first_interface
+        self._bind(SOUND_DRIVER, machine, plugged, range(first, first + SOUND_INTERFACES))
+        name = f"card{plugged.card}"
+        device = self._device(machine, plugged) / f"{plugged.port.slot}:1.{first}/sound" / name
+        device.mkdir(parents=True)
+        _link(self._sys / "class/sound" / name, device)
+        facts = self._sim / "cards" / name
+        facts.mkdir(parents=True)
+        for key in ("name", "entry_count", "channel_mode", "channel_count"):
+            (facts / key).write_text(f"{getattr(sound, key)}\n", encoding="utf-8")
+        (facts / "volume").write_text("0\n", encoding="ascii")
+
+
+def _link(link: Path, target: Path) -> None:
+    link.parent.mkdir(parents=True, exist_ok=True)
+    link.symlink_to(os.path.relpath(target, link.parent))

@@ -1,0 +1,111 @@
+"""What is plugged in where, and the numbers that the kernel would give it. Nothing here touches a file."""
+
+from __future__ import annotations
+
+from dataclasses import dataclass, field
+
+from simlib.catalogue import Camera, UsbDevice, load_hub
+from simlib.errors import SimError
+from simlib.ports import Port
+from simlib.topology import SUPERSPEED, Topology
+
+HUB = "full-speed-hub"
+LAST_ADDRESS = 127
+
+
+@dataclass
+class PluggedCamera:
+    camera: Camera
+    port: Port
+    address: int
+    nodes: list[int]
+    card: int | None
+
+
+@dataclass
+class Machine:
+    topology: Topology
+    hubs: dict[str, int] = field(default_factory=dict)
+    cameras: dict[str, PluggedCamera] = field(default_factory=dict)
+    next_address: dict[int, int] = field(default_factory=dict)
+
+    def __post_init__(self) -> None:
+        self.hub = load_hub(HUB)
+
+    def plug(self, camera: Camera, port: Port) -> PluggedCamera:
+        """Gives the camera its numbers; hubs that the port implies come with it."""
+        self._check_free(camera, port)
+        self._plug_hubs(port)
+        address = self._take_address(port.bus)
+        nodes = self._free_nodes(len(camera.nodes))
+        card = self._free_card() if camera.sound else None
+        plugged = PluggedCamera(camera, port, address, nodes, card)
+        self.cameras[port.slot] = plugged
+        return plugged
+
+    def unplug(self, port: Port) -> list[PluggedCamera]:
+        """Takes away what is at the port: a camera, or a hub with everything behind it."""
+        gone = [plugged for slot, plugged in self.cameras.items() if _is_at(slot, port)]
+        if not gone and port.slot not in self.hubs:
+            raise SimError(f"nothing is plugged in at {port.slot}")
+        self.cameras = {slot: plugged for slot, plugged in self.cameras.items() if not _is_at(slot, port)}
+        self.hubs = {slot: address for slot, address in self.hubs.items() if not _is_at(slot, port)}
+        return gone
+
+    def speed_at(self, port: Port, device: UsbDevice) -> int:
+        """The speed at which the device runs there, in Mbit/s: the slowest on the way."""
+        speeds = [device.speed, self.topology.bus_of(port).speed]
+        if port.hub is not None:
+            speeds.append(self.hub.speed)
+        return min(speeds)
+
+    def interface_devpath(self, plugged: PluggedCamera) -> str:
+        """The path of the interface that carries the picture, below /sys."""
+        return f"{self.topology.devpath(plugged.port)}/{plugged.port.slot}:1.{plugged.camera.first_video_interface}"
+
+    def _check_free(self, camera: Camera, port: Port) -> None:
+        bus = self.topology.bus_of(port)
+        first = self.hub if port.hub else camera
+        if bus.speed >= SUPERSPEED > first.speed:
+            raise SimError(f"bus {bus.number} is for superspeed devices; {first.name} belongs on bus {bus.number - 1}")
+        if port.hub is not None and max(port.path[1:]) > self.hub.ports:
+            raise SimError(f"a hub has {self.hub.ports} ports only")
+        if port.slot in self.hubs:
+            raise SimError(f"{port.slot} holds a hub; unplug it or choose a port behind it")
+        taken = next((slot for slot in self._slots_up_from(port) if slot in self.cameras), None)
+        if taken is not None:
+            raise SimError(f"{taken} holds the camera {self.cameras[taken].camera.name}; unplug it first")
+
+    def _plug_hubs(self, port: Port) -> None:
+        for slot in reversed(self._slots_up_from(port)[1:]):
+            if slot not in self.hubs:
+                self.hubs[slot] = self._take_address(port.bus)
+
+    def _slots_up_from(self, port: Port | None) -> list[str]:
+        slots = []
+        while port is not None:
+            slots.append(port.slot)
+            port = port.hub
+        return slots
+
+    def _take_address(self, bus: int) -> int:
+        """The kernel goes round: an address that was just given back is not given out again at once."""
+        used = {plugged.address for plugged in self.cameras.values() if plugged.port.bus == bus}
+        used |= {address for slot, address in self.hubs.items() if slot.startswith(f"{bus}-")}
+        start = self.next_address.get(bus, 2)
+        candidates = [*range(start, LAST_ADDRESS + 1), *range(2, start)]
+        address = next(number for number in candidates if number not in used)
+        self.next_address[bus] = address + 1 if address < LAST_ADDRESS else 2
+        return address
+
+    def _free_nodes(self, count: int) -> list[int]:
+        used = {node for plugged in self.cameras.values() for node in plugged.nodes}
+        return [node for node in range(len(used) + count) if node not in used][:count]
+
+    def _free_card(self) -> int:
+        used = {plugged.card for plugged in self.cameras.values()}
+        return next(card for card in range(len(used) + 1) if card not in used)
+
+
+def _is_at(slot: str, port: Port) -> bool:
+    return slot == port.slot or slot.startswith(f"{port.slot}.")

@@ -1,0 +1,81 @@
+"""Which USB bus stands on which controller of the host, and what lies between."""
+
+from __future__ import annotations
+
+import tomllib
+from dataclasses import dataclass
+
+from simlib.attributes import AttributeList, Values
+from simlib.catalogue import DATA
+from simlib.errors import SimError
+from simlib.ports import Port
+
+SUPERSPEED = 5000
+
+
+@dataclass(frozen=True)
+class Bus:
+    number: int
+    controller: str
+    speed: int
+    ports: int
+    manufacturer: str
+    product: str
+
+    @property
+    def devpath(self) -> str:
+        return f"/devices/{self.controller}/usb{self.number}"
+
+    def values(self) -> Values:
+        """The attributes of the root hub."""
+        superspeed = self.speed >= SUPERSPEED
+        return {
+            "busnum": self.number,
+            "protocol": "03" if superspeed else "01",
+            "max_packet": 9 if superspeed else 64,
+            "product_id": "0003" if superspeed else "0002",
+            "usb_version": " 3.00" if superspeed else " 2.00",
+            "manufacturer": self.manufacturer,
+            "product": self.product,
+            "serial": self.controller.rsplit("/", 1)[1],
+            "ports": self.ports,
+            "speed": self.speed,
+        }
+
+
+class Topology:
+    def __init__(self, name: str) -> None:
+        self.folder = DATA / "topologies" / name
+        path = self.folder / "topology.toml"
+        if "/" in name or not path.is_file():
+            raise SimError(f"there is no topology '{name}'; there are: {', '.join(topology_names())}")
+        self.name = name
+        facts = tomllib.loads(path.read_text(encoding="utf-8"))
+        self.buses = {bus["number"]: Bus(**bus) for bus in facts["bus"]}
+
+    def bus_of(self, port: Port) -> Bus:
+        bus = self.buses.get(port.bus)
+        if bus is None:
+            numbers = ", ".join(map(str, self.buses))
+            raise SimError(f"this host has no USB bus {port.bus}; its buses are {numbers}")
+        if port.path[0] > bus.ports:
+            raise SimError(f"bus {bus.number} has {bus.ports} ports only")
+        return bus
+
+    def devpath(self, port: Port) -> str:
+        """The path of the device at a port, below /sys."""
+        slots = [Port(port.bus, port.path[:length]).slot for length in range(1, len(port.path) + 1)]
+        return "/".join([self.buses[port.bus].devpath, *slots])
+
+    def controller_blocks(self, bus: Bus) -> list[str]:
+        """The walk from the controller up to the root of the tree."""
+        parts = bus.controller.split("/")
+        paths = ["/devices/" + "/".join(parts[:length]) for length in range(len(parts), 0, -1)]
+        return [self._attributes(path).block(path, {}) for path in paths]
+
+    def _attributes(self, devpath: str) -> AttributeList:
+        return AttributeList(self.folder / "devices" / f"{devpath.rsplit('/', 1)[1]}.txt")
+
+
+def topology_names() -> list[str]:
+    return sorted(path.parent.name for path in (DATA / "topologies").glob("*/topology.toml"))
