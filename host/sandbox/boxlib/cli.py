@@ -1,0 +1,83 @@
+"""The command "sandbox"."""
+
+from __future__ import annotations
+
+import argparse
+import signal
+import subprocess
+import sys
+import tempfile
+from collections.abc import Iterator
+from contextlib import contextmanager
+from pathlib import Path
+
+from boxlib import bubblewrap, state
+from boxlib.errors import SandboxError
+from boxlib.programs import REPOSITORY, Programs
+
+CANNOT_START = 125
+# Runs the command so that one that cannot be found ends with a shell's message and status.
+STARTER = ["/bin/sh", "-c", 'exec "$@"', "sandbox"]
+
+
+def main(arguments: list[str]) -> int:
+    options = _parser().parse_args(arguments)
+    try:
+        return _run(options)
+    except (SandboxError, OSError) as problem:
+        print(f"sandbox: {problem}", file=sys.stderr)
+        return CANNOT_START
+
+
+def _run(options: argparse.Namespace) -> int:
+    bubblewrap.check_possible()
+    build = Path(options.build).resolve()
+    if not build.is_dir():
+        raise SandboxError(f"there is no build in {build}")
+    programs = Programs(build)
+    if programs.missing:
+        print(f"sandbox: {build} lacks {', '.join(programs.missing)}; going on without", file=sys.stderr)
+    with _state_folder(options.state) as folder:
+        state.prepare(folder, options.host, options.topology)
+        return _start(bubblewrap.arguments(folder, build, programs), options.command)
+
+
+@contextmanager
+def _state_folder(given: str | None) -> Iterator[Path]:
+    if given is not None:
+        yield Path(given).resolve()
+        return
+    with tempfile.TemporaryDirectory(prefix="usbdev-sandbox-") as fresh:
+        yield Path(fresh)
+
+
+def _start(arguments: list[str], command: list[str]) -> int:
+    """Hands bubblewrap its many arguments through a file, so that process lists stay readable."""
+    with tempfile.TemporaryFile() as file:
+        file.write("\0".join(arguments).encode() + b"\0")
+        file.seek(0)
+        process = subprocess.Popen(
+            ["bwrap", "--args", str(file.fileno()), *STARTER, *command], pass_fds=[file.fileno()]
+        )
+    _pass_on_signals(process)
+    status = process.wait()
+    return status if status >= 0 else 128 - status
+
+
+def _pass_on_signals(process: subprocess.Popen[bytes]) -> None:
+    """A terminal sends its interrupt to the command itself; what is sent to this process alone ends the sandbox."""
+    signal.signal(signal.SIGINT, signal.SIG_IGN)
+    for number in (signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, lambda *_: process.terminate())
+
+
+def _parser() -> argparse.ArgumentParser:
+    parser = argparse.ArgumentParser(prog="sandbox", description="A sandboxed host with simulated cameras.")
+    commands = parser.add_subparsers(required=True, metavar="run")
+    run = commands.add_parser("run", help="run a command on the host")
+    run.add_argument("--state", metavar="DIR", help="keep the host's files there (default: gone at the end)")
+    run.add_argument("--host", metavar="MODEL", help=f"{', '.join(state.host_names())} (default: {state.DEFAULT_HOST})")
+    run.add_argument("--topology", metavar="NAME", help=f"USB controllers (default: {state.DEFAULT_TOPOLOGY})")
+    run.add_argument("--build", metavar="DIR", default=REPOSITORY / "build/release", help="default: build/release")
+    run.add_argument("command", nargs="+", metavar="COMMAND", help="the command and its arguments, after --")
+    return parser

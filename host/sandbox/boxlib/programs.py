@@ -1,0 +1,48 @@
+"""The programs that the sandbox puts into the host's folders, and where they come from."""
+
+from __future__ import annotations
+
+from collections.abc import Iterator
+from pathlib import Path
+
+REPOSITORY = Path(__file__).resolve().parent.parent.parent.parent
+SIM = REPOSITORY / "host/sim/bin"
+OWN = REPOSITORY / "host/sandbox/bin"
+HOST_BIN = "/usr/host-bin"
+HOST_SBIN = "/usr/host-sbin"
+
+BUILT_FOR_BIN = ("usbdevctl", "gpuinfo_app", "hwinfo_app")
+BUILT_FOR_SBIN = ("readcfg",)
+
+
+class Programs:
+    """The contents of /usr/bin and /usr/sbin inside: links to the machine's own programs, to the project's and to
+    those of the build folder, of which the missing ones are noted."""
+
+    def __init__(self, build: Path) -> None:
+        self._build = build
+        self.missing: list[str] = []
+        self.bin = self._machine_links("/usr/bin", HOST_BIN)
+        self.sbin = self._machine_links("/usr/sbin", HOST_SBIN)
+        self.bin |= {"ps": OWN / "ps", "sim": SIM / "sim", "v4l2-ctl": SIM / "v4l2-ctl", "udevadm": SIM / "udevadm"}
+        self.sbin |= {"udevadm": SIM / "udevadm"}
+        self.bin |= dict(self._built(BUILT_FOR_BIN))
+        self.sbin |= dict(self._built(BUILT_FOR_SBIN))
+
+    @staticmethod
+    def _machine_links(folder: str, inside: str) -> dict[str, Path]:
+        return {path.name: Path(inside) / path.name for path in Path(folder).iterdir()}
+
+    def _built(self, names: tuple[str, ...]) -> Iterator[tuple[str, Path]]:
+        for name in names:
+            path = self._find(name)
+            if path is None:
+                self.missing.append(name)
+            else:
+                yield name, path
+
+    def _find(self, name: str) -> Path | None:
+        """Looks at the top of the build folder and in the folders of host/ and tools/."""
+        patterns = (name, f"host/tools/{name}", f"host/tools/*/{name}", f"tools/{name}/{name}")
+        found = (path for pattern in patterns for path in self._build.glob(pattern) if path.is_file())
+        return next(found, None)
