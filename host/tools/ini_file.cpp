@@ -1,0 +1,35 @@
+#include "ini_file.h"
+
+#include <cstddef>
+#include <fstream>
+
+namespace {
+
+std::string trimmed(const std::string &text) {
+  const char *blanks = " \t\r";
+  std::size_t begin = text.find_first_not_of(blanks);
+  if (begin == std::string::npos) return "";
+  return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+bool is_comment(const std::string &line) { return line.front() == '#' || line.front() == ';'; }
+
+bool is_section(const std::string &line) { return line.front() == '[' && line.back() == ']'; }
+
+}  // namespace
+
+std::vector<IniEntry> read_ini_file(const std::string &path) {
+  std::vector<IniEntry> entries;
+  std::ifstream file(path);
+  std::string section;
+  for (std::string raw; std::getline(file, raw);) {
+    std::string line = trimmed(raw);
+    if (line.empty() || is_comment(line)) continue;
+    std::size_t separator = line.find('=');
+    if (is_section(line))
+      section = trimmed(line.substr(1, line.size() - 2));
+    else if (separator != std::string::npos)
+      entries.push_back({section, trimmed(line.substr(0, separator)), trimmed(line.substr(separator + 1))});
+  }
+  return entries;
+}
