@@ -19,6 +19,9 @@ class Lines {
     return stream_ != nullptr && std::fgets(line, static_cast<int>(N), stream_) != nullptr;
   }
 
+  /// Gives the stream up unclosed, for the readers that are meant to leave theirs open.
+  void leaveOpen() { stream_ = nullptr; }
+
  protected:
   explicit Lines(FILE *stream) : stream_(stream) {}
   ~Lines() = default;
@@ -40,9 +43,6 @@ class FileLines : public Lines {
   ~FileLines() {
     if (stream_ != nullptr) std::fclose(stream_);
   }
-
-  /// Gives the stream up unclosed, for the readers that are meant to leave theirs open.
-  void leaveOpen() { stream_ = nullptr; }
 };
 
 }  // namespace usbdev

@@ -90,6 +90,34 @@ bool ConflictTest::conflictsWith(const char *other_slot, int other_vnode) {
   return other != nullptr && isSame(own, other);
 }
 
+int recomputeConflicts(HostAnswers &host, int *states) {
+  {
+    const ConfigWriter config;
+    if (!config) return -1;
+    for (int i = 0; i < kChannels; ++i) {
+      // 0 and 1 are codes, clear-and-recompute and recompute, and so no channel to be parked behind.
+      if (states[i] == -1 || states[i] == 1) continue;
+      config.channel(i).set(keys::conflictch, states[i] == 0 ? kNone : states[i]);
+      if (states[i] == 0) states[i] = 1;
+    }
+  }
+  int found[kChannels];
+  for (int i = 0; i < kChannels; ++i) {
+    found[i] = kNone;
+    if (states[i] == 1) {
+      findConflict(host, i, &found[i]);
+    } else {
+      states[i] = -1;
+    }
+  }
+  const ConfigWriter config;
+  if (!config) return -1;
+  for (int i = 0; i < kChannels; ++i) {
+    if (states[i] != -1) config.channel(i).set(keys::conflictch, found[i]);
+  }
+  return 0;
+}
+
 }  // namespace usbdev
 
 int chkconflict(char *other_slot, const char *slot, bool on_bridge, int other_vnode, const char *bridge_path) {
@@ -123,30 +151,6 @@ int getConflictCH(int channel, int *answers) {
 
 int syncConflict(int *states) {
   if (states == nullptr) return -1;
-  {
-    const usbdev::ConfigWriter config;
-    if (!config) return -1;
-    for (int i = 0; i < usbdev::kChannels; ++i) {
-      // 0 and 1 are codes, clear-and-recompute and recompute, and so no channel to be parked behind.
-      if (states[i] == -1 || states[i] == 1) continue;
-      config.channel(i).set(usbdev::keys::conflictch, states[i] == 0 ? usbdev::kNone : states[i]);
-      if (states[i] == 0) states[i] = 1;
-    }
-  }
   usbdev::HostAnswers host;
-  int found[usbdev::kChannels];
-  for (int i = 0; i < usbdev::kChannels; ++i) {
-    found[i] = usbdev::kNone;
-    if (states[i] == 1) {
-      usbdev::findConflict(host, i, &found[i]);
-    } else {
-      states[i] = -1;
-    }
-  }
-  const usbdev::ConfigWriter config;
-  if (!config) return -1;
-  for (int i = 0; i < usbdev::kChannels; ++i) {
-    if (states[i] != -1) config.channel(i).set(usbdev::keys::conflictch, found[i]);
-  }
-  return 0;
+  return usbdev::recomputeConflicts(host, states);
 }

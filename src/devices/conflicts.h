@@ -34,6 +34,9 @@ class ConflictTest {
   int nodes_[kChannels + 1] = {};
 };
 
+/// syncConflict with answers that the calling operation may already have.
+int recomputeConflicts(HostAnswers &host, int *states);
+
 /// updateConflict with answers that the calling operation may already have.
 int handOverConflict(HostAnswers &host, int channel, int value, int mode, int *profile);
 

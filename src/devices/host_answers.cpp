@@ -14,8 +14,9 @@ const char *HostAnswers::bridgeOf(int vnode) {
   for (int i = 0; i < bridge_count_; ++i) {
     if (bridges_[i].vnode == vnode) return bridges_[i].known ? bridges_[i].path : nullptr;
   }
-  // An operation asks about its channels' nodes and one more; should it ask further, the last answer makes room.
-  Bridge &bridge = bridges_[bridge_count_ <= kChannels ? bridge_count_++ : kChannels];
+  // Should an operation ask about more nodes than it has devices, the last answer makes room.
+  if (bridge_count_ < kMostBridges) ++bridge_count_;
+  Bridge &bridge = bridges_[bridge_count_ - 1];
   bridge.vnode = vnode;
   bridge.path[0] = '\0';
   bridge.known = isPCIbridge(vnode) == 1 && get_pcibridgePath(vnode, bridge.path) == 1;

@@ -23,7 +23,9 @@ class HostAnswers {
 
   int one_channel_limited_ = -1;
   int bridge_count_ = 0;
-  Bridge bridges_[kChannels + 1];  // every channel's node and a new device's
+  // The nodes of every channel, and of as many new devices.
+  static constexpr int kMostBridges = 2 * kChannels;
+  Bridge bridges_[kMostBridges];
 };
 
 }  // namespace usbdev

@@ -1,3 +1,5 @@
+#include "hotplug/hotplug.h"
+
 #include <usbdev/core.h>
 #include <usbdev/devices.h>
 #include <usbdev/hotplug.h>
@@ -156,33 +158,38 @@ void notify(const HotplugEvent &event, int successor) {
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int mn_set_usbdev_hotplug(_usbdev_des *device, int *profile, char *devname, int *vnode, _usbdev_conflict *conflict) {
-  using namespace usbdev;
-  if (device == nullptr || profile == nullptr || devname == nullptr || vnode == nullptr || conflict == nullptr ||
-      !isTerminated(device->usbslot)) {
-    return -1;
-  }
-  device->devname[sizeof device->devname - 1] = '\0';
-  *profile = kNone;
-  HotplugEvent event(*device);
+int handleHotplug(HostAnswers &host, const HotplugArguments &caller) {
+  _usbdev_des &device = *caller.device;
+  device.devname[sizeof device.devname - 1] = '\0';
+  *caller.profile = kNone;
+  HotplugEvent event(device);
   if (!readChannels(event)) return -1;
 
-  const bool plugged = device->plugged != 0;
-  event.choice = plugged ? chooseForPlugged(event.channels, *device) : chooseForRemoved(event.channels, *device);
-  *profile = event.choice.profile;
+  const bool plugged = device.plugged != 0;
+  event.choice = plugged ? chooseForPlugged(event.channels, device) : chooseForRemoved(event.channels, device);
+  *caller.profile = event.choice.profile;
   if (event.choice.channel == kNone) return -1;
-  if (event.choice.rename != nullptr) copyText(device->devname, event.choice.rename);
+  if (event.choice.rename != nullptr) copyText(device.devname, event.choice.rename);
   if (!plugged) {
-    *vnode = event.chosen().vnode;
-    if (isCamera(*device)) copyCut(devname, event.chosen().devname, sizeof device->devname - 1);
+    *caller.vnode = event.chosen().vnode;
+    if (isCamera(device)) copyCut(caller.devname, event.chosen().devname, sizeof device.devname - 1);
   }
-  if (isIgnoredCard(*device)) return -1;
+  if (isIgnoredCard(device)) return -1;
 
-  HostAnswers host;
-  if (plugged) judgePlugged(host, event, *conflict);
+  if (plugged) judgePlugged(host, event, *caller.conflict);
   if (!writeEvent(event)) return -1;
   notify(event, followUpConflicts(host, event));
   return event.choice.channel;
+}
+
+}  // namespace usbdev
+
+int mn_set_usbdev_hotplug(_usbdev_des *device, int *profile, char *devname, int *vnode, _usbdev_conflict *conflict) {
+  if (device == nullptr || profile == nullptr || devname == nullptr || vnode == nullptr || conflict == nullptr ||
+      !usbdev::isTerminated(device->usbslot)) {
+    return -1;
+  }
+  usbdev::HostAnswers host;
+  return usbdev::handleHotplug(host, {device, profile, devname, vnode, conflict});
 }

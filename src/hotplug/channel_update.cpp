@@ -1,0 +1,71 @@
+#include <usbdev/devices.h>
+#include <usbdev/hotplug.h>
+#include <usbdev/web.h>
+
+#include "core/config.h"
+#include "core/text.h"
+#include "web/links.h"
+
+namespace usbdev {
+namespace {
+
+void writePresence(const Section &channel, const _usbdev_update &record) {
+  channel.set(keys::vnode, record.vnode);
+  channel.set(keys::anode, record.anode);
+  if (record.vnode != kNone || record.anode != kNone) {
+    channel.set(keys::exists, 1);
+    return;
+  }
+  channel.set(keys::exists, 0);
+  channel.set(keys::conflictch, kNone);
+  if (record.profile != kNone) return;
+  channel.set(keys::profile, kNone);
+  channel.set(keys::createtime, "");
+  channel.set(keys::profilename, "");
+  channel.set(keys::hlspath, "");
+}
+
+void writeCameraType(const Section &channel, const _usbdev_update &record) {
+  _usbdev_des device{};
+  device.node = record.vnode;
+  copyText(device.usbslot, record.usbslot);
+  char fetype[16] = "";
+  get_fetypeid(&device, fetype);
+  channel.set(keys::fetype, fetype);
+  channel.set(keys::ldspoutput, 0);
+}
+
+void restoreLinks(const Section &channel, _usbdev_update &record) {
+  if (record.hlspath[0] == '\0') {
+    generate_hash(record.hlspath);
+    channel.set(keys::hlspath, record.hlspath);
+  }
+  makeStreamLink(record.profile, record.hlspath);
+  makeStreamLink(record.profile, record.hash);
+}
+
+}  // namespace
+}  // namespace usbdev
+
+using namespace usbdev;
+
+int update_usbinfo(_usbdev_update *channels) {
+  if (channels == nullptr) return -1;
+  // One pass: the lock is held over its commands.
+  const ConfigWriter config;
+  if (!config) return -1;
+  int slot_switch = 1;  // carried over on purpose: a channel without a stored switch takes the previous channel's
+  for (int i = 0; i < kChannels; ++i) {
+    _usbdev_update &record = channels[i];
+    if (record.state == -1) continue;
+    const Section channel = config.channel(i);
+    writePresence(channel, record);
+    if (record.vnode != kNone) {
+      writeCameraType(channel, record);
+      if (record.profile != kNone) restoreLinks(channel, record);
+    }
+    if (record.slot_switch == 0 || record.slot_switch == 1) slot_switch = record.slot_switch;
+    channel.set(keys::slot_switch, slot_switch);
+  }
+  return 0;
+}

@@ -1,0 +1,49 @@
+#include <usbdev/devices.h>
+#include <usbdev/hotplug.h>
+
+#include "core/config.h"
+#include "core/text.h"
+
+namespace usbdev {
+namespace {
+
+/// What a channel gets on a host that cannot encode.
+enum class Remedy { none, unsupported, use_mjpeg };
+
+Remedy judge(const Section &channel) {
+  const bool in_use = channel.get(keys::exists) != 0 || channel.get(keys::profile) != kNone;
+  if (channel.get(keys::vnode) == kNone || !in_use) return Remedy::none;
+  char cap[16];
+  channel.get(keys::cap, cap);
+  if (!contains(cap, "1")) return Remedy::unsupported;
+  return channel.get(keys::vcodec) == kH264 ? Remedy::use_mjpeg : Remedy::none;
+}
+
+}  // namespace
+}  // namespace usbdev
+
+using namespace usbdev;
+
+int check_halvane(void) {
+  int may_encode = 0;
+  validate_hwenc(&may_encode);
+  if (may_encode == 1) return 0;
+  Remedy remedies[kChannels];
+  bool any = false;
+  {
+    const ConfigReader config;
+    if (!config) return -1;
+    for (int i = 0; i < kChannels; ++i) {
+      remedies[i] = judge(config.channel(i));
+      any = any || remedies[i] != Remedy::none;
+    }
+  }
+  if (!any) return 0;
+  const ConfigWriter config;
+  if (!config) return -1;
+  for (int i = 0; i < kChannels; ++i) {
+    if (remedies[i] == Remedy::use_mjpeg) config.channel(i).set(keys::vcodec, kMjpeg);
+    if (remedies[i] == Remedy::unsupported) config.channel(i).set(keys::conflictch, kUnsupported);
+  }
+  return 0;
+}

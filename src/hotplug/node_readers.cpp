@@ -1,0 +1,131 @@
+#include <platform/alsa_ctl.h>
+#include <usbdev/core.h>
+#include <usbdev/hotplug.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "core/lines.h"
+#include "core/shell_text.h"
+#include "core/text.h"
+
+namespace usbdev {
+namespace {
+
+using Line = char[256];
+using Command = char[384];
+using NamePath = char[64];
+
+/// The number of a node from the line that names it: its last digit alone, also for video12.
+int nodeNumber(Line &line) {
+  cutAtLineFeed(line);
+  const std::size_t length = std::strlen(line);
+  return length == 0 ? 0 : toInt(line + length - 1);
+}
+
+void formatNamePath(NamePath &path, int vnode) { formatText(path, "/sys/class/video4linux/video%d/name", vnode); }
+
+/// Copies a sound card's name where the host knows the card.
+void copyCardName(int card, char *out) {
+  _acard_info info{};
+  if (ac_get_Acard_info(card, &info) == 0) copyCut(out, info.name, sizeof info.name - 1);
+}
+
+/// Where the two drivers list the nodes of an interface.
+constexpr char kCameraNodes[] = "/bin/ls /sys/bus/usb/drivers/uvcvideo/%s\\:1.%d/video4linux | /bin/awk '{print $1}'";
+constexpr char kCardNodes[] = "/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s\\:1.%d/sound | /bin/awk '{print $1}'";
+
+/// Takes a camera's node and name; false when its name cannot be read.
+bool takeCamera(_usbdev_update &record, Line &line) {
+  record.vnode = nodeNumber(line);
+  record.state = 1;
+  NamePath path;
+  formatNamePath(path, record.vnode);
+  FileLines file(path);
+  if (!file) {
+    std::fprintf(stderr, "open:[%s] failed\n", path);
+    return false;
+  }
+  if (file.next(line)) {
+    cutAtLineFeed(line);
+    copyText(record.devname, line);
+  }
+  return true;
+}
+
+void takeCard(_usbdev_update &record, Line &line) {
+  record.anode = nodeNumber(line);
+  record.state = 1;
+  copyCardName(record.anode, record.devname);
+}
+
+/// Asks interfaces 0 and 2 of the record's port, both always; `take` gets the first line of each that has a node.
+template <typename Take>
+void readNodes(_usbdev_update *record, const char *pattern, Take take) {
+  if (record == nullptr || !isTerminated(record->usbslot) || !isSafeWord(record->usbslot)) return;
+  for (int interface = 0; interface <= 2; interface += 2) {
+    Command command;
+    std::snprintf(command, sizeof command, pattern, record->usbslot, interface);
+    CommandLines nodes(command);
+    if (!nodes) {
+      std::fputs("scan failure ...", stdout);
+      continue;
+    }
+    Line line;
+    if (nodes.next(line) && !take(*record, line)) nodes.leaveOpen();  // meant to stay open then
+  }
+}
+
+}  // namespace
+}  // namespace usbdev
+
+using namespace usbdev;
+
+int get_video_info(const char *interface_name, int *vnode, char *name) {
+  if (interface_name == nullptr || vnode == nullptr || name == nullptr) return -1;
+  if (!isSafeWord(interface_name)) return 0;
+  Command command;
+  formatText(command, "/bin/ls /sys/bus/usb/drivers/uvcvideo/%s/video4linux | /bin/awk '{print $1}'", interface_name);
+  CommandLines nodes(command);
+  if (!nodes) return -1;
+  Line line;
+  if (!nodes.next(line)) return 0;
+  *vnode = nodeNumber(line);
+  NamePath path;
+  formatNamePath(path, *vnode);
+  FileLines file(path);
+  if (!file) {
+    std::fprintf(stderr, "open:[%s] failed\n", path);
+    return -1;
+  }
+  if (!file.next(line)) line[0] = '\0';
+  copyCut(name, trim(line), sizeof line - 1);
+  return 0;
+}
+
+int get_audio_info(const char *interface_name, int *card, char *name) {
+  if (interface_name == nullptr || card == nullptr || name == nullptr) return -1;
+  if (!isSafeWord(interface_name)) return 0;
+  Command command;
+  formatText(command, "/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s/sound | /bin/awk '{print $1}'", interface_name);
+  CommandLines nodes(command);
+  if (!nodes) return -1;
+  Line line;
+  if (!nodes.next(line)) return 0;
+  *card = nodeNumber(line);
+  copyCardName(*card, name);
+  return 0;
+}
+
+int get_usb_vnode(_usbdev_update *record) {
+  readNodes(record, kCameraNodes, takeCamera);
+  return 0;
+}
+
+int get_usb_anode(_usbdev_update *record) {
+  readNodes(record, kCardNodes, [](_usbdev_update &card, Line &line) {
+    takeCard(card, line);
+    return true;
+  });
+  return 0;
+}
