@@ -1,0 +1,90 @@
+#!/usr/bin/python3
+"""Checks one property of the library file: library_file.py CHECK LIBRARY VERSION_SCRIPT."""
+
+import re
+import subprocess
+import sys
+
+HOST_LIBRARIES = {"libvlxmlcfg.so", "libvllog.so", "libalsa_ctl.so"}
+TEXT_LIMIT = 40 * 1024
+HEAP_FUNCTION = re.compile(
+    r"(malloc|calloc|realloc|reallocarray|free|strdup|strndup|asprintf|vasprintf|getline|getdelim|_Zn[wa].*|_Zd[la].*)$"
+)
+
+
+def output(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+
+
+def dynamic_symbols(library, kind):
+    """Names in the dynamic symbol table, without versions."""
+    lines = output("nm", "--dynamic", f"--{kind}-only", "--portability", library).splitlines()
+    symbols = (line.split() for line in lines)
+    return {symbol[0].split("@")[0] for symbol in symbols if symbol[1] != "A"}
+
+
+def dynamic_entries(library, tag):
+    """The texts in brackets of all entries with this tag."""
+    entries = output("readelf", "--dynamic", "--wide", library)
+    return re.findall(rf"\({tag}\).*\[(.*)\]", entries)
+
+
+def listed_exports(version_script):
+    with open(version_script, encoding="utf-8") as script:
+        text = re.sub(r"/\*.*?\*/", "", script.read(), flags=re.DOTALL)
+    return set(re.findall(r"(\w+);", text.split("global:")[1].split("local:")[0]))
+
+
+def expect_equal(actual, expected):
+    if actual == expected:
+        return
+    print(f"expected {expected}\nfound    {actual}")
+    if isinstance(actual, set):
+        print(f"missing  {expected - actual}\nextra    {actual - expected}")
+    sys.exit(1)
+
+
+def check_exports(library, version_script):
+    """The exported symbols are exactly those that the version script lists."""
+    expect_equal(dynamic_symbols(library, "defined"), listed_exports(version_script))
+
+
+def check_soname(library, _):
+    """Programs that are linked against the library ask for its major version."""
+    expect_equal(dynamic_entries(library, "SONAME"), ["libusbdevlib.so.1"])
+
+
+def check_needed_libraries(library, _):
+    """The library needs the C library and the host libraries, and nothing else."""
+    needed = {name for name in dynamic_entries(library, "NEEDED") if not re.match(r"(libc\.so|ld-linux)", name)}
+    expect_equal({re.sub(r"\.so\..*", ".so", name) for name in needed}, HOST_LIBRARIES)
+
+
+def check_executable_stack(library, _):
+    """The library asks for a stack that is not executable."""
+    segments = output("readelf", "--program-headers", "--wide", library)
+    expect_equal(re.findall(r"GNU_STACK.* (R\w*) ", segments), ["RW"])
+
+
+def check_relocations(library, _):
+    """All relocations are done at load time and read-only afterwards."""
+    expect_equal("GNU_RELRO" in output("readelf", "--program-headers", "--wide", library), True)
+    flags = output("readelf", "--dynamic", "--wide", library)
+    expect_equal(re.search(r"BIND_NOW|Flags:.*NOW", flags) is not None, True)
+
+
+def check_heap(library, _):
+    """The library itself never asks for heap memory."""
+    imports = dynamic_symbols(library, "undefined")
+    expect_equal({name for name in imports if HEAP_FUNCTION.match(name)}, set())
+
+
+def check_text_size(library, _):
+    """The code fits into its budget."""
+    text = int(output("size", library).splitlines()[1].split()[0])
+    print(f"{text} bytes of {TEXT_LIMIT}")
+    expect_equal(text <= TEXT_LIMIT, True)
+
+
+if __name__ == "__main__":
+    globals()["check_" + sys.argv[1]](sys.argv[2], sys.argv[3])
