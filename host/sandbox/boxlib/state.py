@@ -12,7 +12,7 @@ from pathlib import Path
 
 from boxlib.errors import SandboxError
 from simlib.errors import SimError
-from simlib.store import Store
+from simlib.host import SimulatedHost
 
 HOSTS = Path(__file__).resolve().parent.parent / "hosts"
 DEFAULT_HOST = "intel"
@@ -63,7 +63,7 @@ def _create(folder: Path, host: str, topology: str) -> None:
     for source in ("common", host):
         shutil.copytree(HOSTS / source, folder, dirs_exist_ok=True, copy_function=_copy_writable)
     try:
-        Store(folder).create(topology)
+        SimulatedHost(folder).create(topology)
     except SimError as problem:
         raise SandboxError(str(problem)) from problem
 

@@ -4,41 +4,30 @@ from __future__ import annotations
 
 import argparse
 import sys
-from pathlib import Path
 
 from simlib.catalogue import camera_names, load_camera
 from simlib.devicemanager import announce
 from simlib.errors import SimError
-from simlib.hardware import Hardware
-from simlib.ports import parse_port
-from simlib.store import Store
+from simlib.host import SimulatedHost
 from simlib.topology import Bus
-
-ROOT = Path("/")
 
 
 def main(arguments: list[str]) -> int:
     options = _parser().parse_args(arguments)
     try:
-        return options.run(options)
+        return int(options.run(options))
     except SimError as problem:
         print(f"sim: {problem}", file=sys.stderr)
         return 1
 
 
 def _plug(options: argparse.Namespace) -> int:
-    camera = load_camera(options.camera)
-    with Store(ROOT).machine() as machine:
-        plugged = machine.plug(camera, parse_port(options.port))
-        Hardware(ROOT).appear(machine, plugged)
+    plugged = SimulatedHost().plug(options.camera, options.port)
     return 0 if options.hardware_only else announce("plug", plugged)
 
 
 def _unplug(options: argparse.Namespace) -> int:
-    with Store(ROOT).machine() as machine:
-        gone = machine.unplug(parse_port(options.port))
-        for plugged in gone:
-            Hardware(ROOT).vanish(machine, plugged)
+    gone = SimulatedHost().unplug(options.port)
     if options.hardware_only:
         return 0
     return max((announce("unplug", plugged) for plugged in gone), default=0)
@@ -52,9 +41,8 @@ def _list(_options: argparse.Namespace) -> int:
 
 
 def _ports(_options: argparse.Namespace) -> int:
-    with Store(ROOT).machine() as machine:
-        for bus in machine.topology.buses.values():
-            print(_bus_line(bus))
+    for bus in SimulatedHost().machine().topology.buses.values():
+        print(_bus_line(bus))
     return 0
 
 
@@ -65,13 +53,13 @@ def _bus_line(bus: Bus) -> str:
 
 
 def _status(_options: argparse.Namespace) -> int:
-    with Store(ROOT).machine() as machine:
-        for slot in machine.hubs:
-            print(f"{slot:10} hub")
-        for slot, plugged in machine.cameras.items():
-            nodes = " ".join(f"video{node}" for node in plugged.nodes)
-            card = "" if plugged.card is None else f" card{plugged.card}"
-            print(f"{slot:10} {plugged.camera.name:18} {nodes}{card}")
+    machine = SimulatedHost().machine()
+    for slot in machine.hubs:
+        print(f"{slot:10} hub")
+    for slot, plugged in machine.cameras.items():
+        nodes = " ".join(f"video{node}" for node in plugged.nodes)
+        card = "" if plugged.card is None else f" card{plugged.card}"
+        print(f"{slot:10} {plugged.camera.name:18} {nodes}{card}")
     return 0
 
 

@@ -93,7 +93,7 @@ class Machine:
         used = {plugged.address for plugged in self.cameras.values() if plugged.port.bus == bus}
         used |= {address for slot, address in self.hubs.items() if slot.startswith(f"{bus}-")}
         start = self.next_address.get(bus, 2)
-        candidates = [*range(start, LAST_ADDRESS + 1), *range(2, start)]
+        candidates: list[int] = [*range(start, LAST_ADDRESS + 1), *range(2, start)]
         address = next(number for number in candidates if number not in used)
         self.next_address[bus] = address + 1 if address < LAST_ADDRESS else 2
         return address

@@ -28,17 +28,17 @@ class Store:
         self._write(Machine(Topology(topology)))
 
     @contextmanager
-    def machine(self) -> Iterator[Machine]:
+    def change(self) -> Iterator[Machine]:
         """The machine, for one change at a time; it is stored unless the change fails."""
-        if not self._file.is_file():
-            raise SimError("there is no simulated host here; run this inside the sandbox")
+        self._check_there()
         with open(self.folder / "lock", "w", encoding="ascii") as lock:
             fcntl.flock(lock, fcntl.LOCK_EX)
-            machine = self._read()
+            machine = self.read()
             yield machine
             self._write(machine)
 
-    def _read(self) -> Machine:
+    def read(self) -> Machine:
+        self._check_there()
         facts = json.loads(self._file.read_text(encoding="utf-8"))
         machine = Machine(Topology(facts["topology"]), hubs=facts["hubs"])
         machine.next_address = {int(bus): address for bus, address in facts["next_address"].items()}
@@ -46,6 +46,10 @@ class Store:
             camera = load_camera(entry.pop("camera"))
             machine.cameras[slot] = PluggedCamera(camera, parse_port(slot), **entry)
         return machine
+
+    def _check_there(self) -> None:
+        if not self._file.is_file():
+            raise SimError("there is no simulated host here; run this inside the sandbox")
 
     def _write(self, machine: Machine) -> None:
         cameras = {

@@ -1,0 +1,40 @@
+"""The simulated host as a whole: the machine's numbers and the files that show them, changed together."""
+
+from __future__ import annotations
+
+from pathlib import Path
+
+from simlib.catalogue import load_camera
+from simlib.hardware import Hardware
+from simlib.machine import Machine, PluggedCamera
+from simlib.ports import parse_port
+from simlib.store import Store
+
+
+class SimulatedHost:
+    def __init__(self, root: Path = Path("/")) -> None:
+        self._store = Store(root)
+        self._hardware = Hardware(root)
+
+    def create(self, topology: str) -> None:
+        """Makes a host on which nothing is plugged in."""
+        self._store.create(topology)
+
+    def plug(self, camera_name: str, port: str) -> PluggedCamera:
+        camera = load_camera(camera_name)
+        with self._store.change() as machine:
+            plugged = machine.plug(camera, parse_port(port))
+            self._hardware.appear(machine, plugged)
+        return plugged
+
+    def unplug(self, port: str) -> list[PluggedCamera]:
+        """Takes away what is at the port, and tells which cameras went with it."""
+        with self._store.change() as machine:
+            gone = machine.unplug(parse_port(port))
+            for plugged in gone:
+                self._hardware.vanish(machine, plugged)
+        return gone
+
+    def machine(self) -> Machine:
+        """What is plugged in now, for reading."""
+        return self._store.read()

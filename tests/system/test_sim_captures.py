@@ -1,0 +1,93 @@
+"""A simulated camera looks like a real one: compared line by line with what real tools printed of the same cameras at
+the same places."""
+
+from __future__ import annotations
+
+import re
+from dataclasses import dataclass, field
+from pathlib import Path
+
+import pytest
+from simlib.host import SimulatedHost
+
+CAPTURES = Path(__file__).resolve().parent / "data/captures"
+
+# Attributes that change from one second to the next: times, transfer counts and the state of power saving.
+VOLATILE = (
+    "power/active_duration",
+    "power/connected_duration",
+    "power/runtime_active_kids",
+    "power/runtime_active_time",
+    "power/runtime_status",
+    "power/runtime_suspended_time",
+    "urbnum",
+)
+
+
+@dataclass
+class Scene:
+    """What was plugged, and taken out again, before a capture was made."""
+
+    capture: str
+    plugs: list[tuple[str, str]]
+    nodes: list[int] = field(default_factory=lambda: [0])
+    topology: str = "three-controllers"
+
+    def play(self, host: SimulatedHost) -> None:
+        for camera, port in self.plugs:
+            if camera == "unplug":
+                host.unplug(port)
+            else:
+                host.plug(camera, port)
+
+
+SCENES = [
+    Scene("mjpg-yuyv", [("usb2-camera", "3-1")], [0, 1]),
+    Scene("yuyv-only", [("pc-camera", "1-3")]),
+    Scene("hd-mic", [("hd-pro-webcam", "3-2")]),
+    Scene("superspeed", [("usb3-camera", "4-1")]),
+    Scene("behind-hub", [("hd-usb-camera", "3-1.2")]),
+    Scene("behind-pcie-switch", [("usb2-camera", "5-1")]),
+    Scene("not-on-pci", [("usb2-camera", "7-1"), ("hd-pro-webcam", "7-4")], [0, 2], "platform"),
+    Scene(
+        "two-on-one-root-port",
+        [("hd-usb-camera", "3-1.1"), ("hd-usb-camera", "3-1.2"), ("unplug", "3-1.1"), ("hd-usb-camera", "3-1.1")],
+        [0, 2],
+    ),
+    Scene(
+        "second-of-three-unplugged",
+        [("usb2-camera", "3-1"), ("pc-camera", "1-2"), ("hd-usb-camera", "5-1"), ("unplug", "1-2")],
+        [0, 4],
+    ),
+]
+
+
+@pytest.fixture(params=SCENES, ids=[scene.capture for scene in SCENES])
+def scene(request, new_host) -> tuple[Scene, Path]:
+    host, root = new_host(request.param.topology)
+    request.param.play(host)
+    return request.param, root
+
+
+def stable(text: str) -> list[str]:
+    volatile = "|".join(map(re.escape, VOLATILE))
+    return [re.sub(rf'(ATTRS?{{({volatile})}}==").*"', r'\1..."', line) for line in text.splitlines()]
+
+
+def test_the_walk_is_that_of_the_real_camera(scene):
+    it, root = scene
+    for node in it.nodes:
+        real = (CAPTURES / it.capture / f"walk.video{node}.txt").read_text()
+        simulated = (root / f"run/usbdev-sim/nodes/video{node}/walk").read_text()
+        assert stable(simulated) == stable(real)
+
+
+@pytest.mark.parametrize("driver", ["uvcvideo", "snd-usb-audio"])
+def test_the_driver_folder_lists_what_the_real_one_listed(scene, driver):
+    it, root = scene
+    real = (CAPTURES / it.capture / f"ls-plain-{driver}.txt").read_text().splitlines()
+    folder = root / "sys/bus/usb/drivers" / driver
+    if "No such file" in real[0]:
+        assert not folder.exists()
+    else:
+        assert sorted(path.name for path in folder.iterdir()) == sorted(real)
