@@ -21,6 +21,9 @@ class ConfigDocument {
   ConfigDocument() = default;
   ConfigDocument(const ConfigDocument &) = delete;
   ConfigDocument &operator=(const ConfigDocument &) = delete;
+  ConfigDocument(ConfigDocument &&) = delete;
+  ConfigDocument &operator=(ConfigDocument &&) = delete;
+  ~ConfigDocument() = default;
 
   /* Takes the file's bytes; false when they are not one complete element. */
   bool parse(std::vector<char> bytes);

@@ -16,6 +16,8 @@ class Descriptor {
   ~Descriptor() {
     if (descriptor_ >= 0) close(descriptor_);
   }
+  Descriptor(const Descriptor &) = delete;
+  Descriptor &operator=(const Descriptor &) = delete;
   Descriptor(Descriptor &&other) noexcept : descriptor_(other.release()) {}
   Descriptor &operator=(Descriptor &&other) noexcept {
     if (this != &other) {
