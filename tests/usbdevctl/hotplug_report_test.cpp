@@ -1,0 +1,79 @@
+#include "parts/hotplug_report.h"
+
+#include <gtest/gtest.h>
+
+#include "text_fields.h"
+
+namespace {
+
+using usbdevctl::HotplugOutcome;
+using usbdevctl::Json;
+using usbdevctl::jsonLine;
+using usbdevctl::plugJson;
+using usbdevctl::plugText;
+using usbdevctl::unplugJson;
+using usbdevctl::unplugText;
+
+HotplugOutcome chosen(int channel, int profile) {
+  HotplugOutcome outcome;
+  outcome.channel = channel;
+  outcome.profile = profile;
+  return outcome;
+}
+
+HotplugOutcome colliding(int channel, int other, int other_profile) {
+  HotplugOutcome outcome = chosen(channel, -1);
+  outcome.conflict.channel = other;
+  outcome.conflict.profile = other_profile;
+  setField(outcome.conflict.profilename, "Door\n");
+  return outcome;
+}
+
+TEST(APluggedDevice, IsReportedWithChannelAndProfile) {
+  EXPECT_EQ(plugText(chosen(3, 1)),
+            "channel     3\n"
+            "profile     1\n"
+            "conflict    none\n");
+  EXPECT_EQ(jsonLine(plugJson(chosen(3, 1))), "{\"schema\":1,\"channel\":3,\"profile\":1,\"conflict\":null}\n");
+}
+
+TEST(APluggedDevice, WithoutAChannelIsReportedAsNone) {
+  EXPECT_EQ(plugText(HotplugOutcome()), "channel     none\nprofile     none\nconflict    none\n");
+  EXPECT_EQ(jsonLine(plugJson(HotplugOutcome())),
+            "{\"schema\":1,\"channel\":null,\"profile\":null,\"conflict\":null}\n");
+}
+
+TEST(APluggedCamera, ThatWaitsNamesTheChannelItWaitsBehind) {
+  const HotplugOutcome outcome = colliding(1, 0, 2);
+  EXPECT_EQ(plugText(outcome),
+            "channel     1\n"
+            "profile     none\n"
+            "conflict    waits behind channel 0 (profile 2, \"Door\\x0a\")\n");
+  const Json expected = {{"channel", 0}, {"profile", 2}, {"profile_name", "Door\n"}, {"parked", true}};
+  EXPECT_EQ(plugJson(outcome)["conflict"], expected);
+}
+
+TEST(APluggedCamera, ThatMakesAnotherWaitSaysSo) {
+  const HotplugOutcome outcome = colliding(1, 1, -1);
+  EXPECT_EQ(plugText(outcome),
+            "channel     1\n"
+            "profile     none\n"
+            "conflict    another camera at this root port now waits behind this channel\n");
+  const Json expected = {{"channel", 1}, {"profile", nullptr}, {"profile_name", "Door\n"}, {"parked", false}};
+  EXPECT_EQ(plugJson(outcome)["conflict"], expected);
+}
+
+TEST(AnUnpluggedCamera, IsReportedWithItsNameAndNode) {
+  HotplugOutcome outcome = chosen(2, -1);
+  setField(outcome.device, "Cam\033");
+  outcome.video_node = 4;
+  EXPECT_EQ(unplugText(outcome),
+            "channel     2\n"
+            "profile     none\n"
+            "device      Cam\\x1b\n"
+            "video node  4\n");
+  EXPECT_EQ(jsonLine(unplugJson(outcome)),
+            "{\"schema\":1,\"channel\":2,\"profile\":null,\"device\":\"Cam\\u001b\",\"video_node\":4}\n");
+}
+
+}  // namespace

@@ -1,0 +1,40 @@
+#include "output/table.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using usbdevctl::Align;
+using usbdevctl::Style;
+using usbdevctl::Table;
+
+TEST(ATable, PutsColumnsTwoBlanksApartUnderTheirHeadings) {
+  Table table({{"N", Align::right}, {"NAME"}, {"LAST"}});
+  table.addRow({{"7"}, {"long name"}, {"x"}});
+  table.addRow({{"10"}, {"b"}, {"y"}});
+  EXPECT_EQ(table.text(false),
+            " N  NAME       LAST\n"
+            " 7  long name  x\n"
+            "10  b          y\n");
+}
+
+TEST(ATable, AlignsByWhatATerminalShows) {
+  Table table({{"NAME"}, {"X"}});
+  table.addRow({{"摄像头"}, {"1"}});
+  table.addRow({{"abcdef"}, {"2"}});
+  EXPECT_EQ(table.text(false), "NAME    X\n摄像头  1\nabcdef  2\n");
+}
+
+TEST(ATable, LeavesMissingCellsEmptyAndNoBlanksAtLineEnds) {
+  Table table({{"A"}, {"B"}});
+  table.addRow({{"only"}});
+  EXPECT_EQ(table.text(false), "A     B\nonly\n");
+}
+
+TEST(ATable, ColoursTheTextAndNotThePadding) {
+  Table table({{"AB"}, {"C"}});
+  table.addRow({{"g", Style::good}, {"p"}});
+  EXPECT_EQ(table.text(true), "\033[1mAB\033[0m  \033[1mC\033[0m\n\033[32mg\033[0m   p\n");
+}
+
+}  // namespace

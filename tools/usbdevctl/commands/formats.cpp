@@ -1,0 +1,52 @@
+#include "parts/formats.h"
+
+#include <usbdev/devices.h>
+
+#include <memory>
+
+#include "commands/commands.h"
+#include "output/output.h"
+#include "program.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  int node = 0;
+  bool json = false;
+};
+
+CameraFormats askCamera(int node) {
+  CameraFormats camera;
+  int over_60 = 0;
+  camera.count = mn_get_usbchn_fmts(node, camera.formats.data(), &over_60);
+  camera.over_60 = over_60 != 0;
+  return camera;
+}
+
+ExitStatus formats(const Options &options) {
+  const CameraFormats camera = askCamera(options.node);
+  const std::string device = "/dev/video" + std::to_string(options.node);
+  if (camera.count < 0) {
+    complain("the formats of " + device + " cannot be asked for");
+    return ExitStatus::failure;
+  }
+  print(options.json ? jsonText(formatsJson(options.node, camera)) : formatsText(camera, outputTakesColour()));
+  if (camera.over_60) complain("warning: " + device + " has rates above 60 frames per second; decoding may fail");
+  if (camera.count > 0) return ExitStatus::ok;
+  complain(device + " offers no format that can be used");
+  return ExitStatus::nothing;
+}
+
+}  // namespace
+
+void addFormats(Program &program) {
+  auto options = std::make_shared<Options>();
+  CLI::App &command = program.addCommand("formats", "Show the sizes and frame rates that a camera offers",
+                                         [options] { return formats(*options); });
+  command.add_option("NODE", options->node, "N of /dev/videoN")->required()->check(CLI::NonNegativeNumber);
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

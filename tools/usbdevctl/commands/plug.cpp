@@ -1,0 +1,26 @@
+#include <memory>
+
+#include "commands/commands.h"
+#include "commands/device.h"
+#include "output/output.h"
+
+namespace usbdevctl {
+
+namespace {
+
+ExitStatus plug(const DeviceOptions &device) {
+  const HotplugOutcome outcome = runHotplug(device, true);
+  print(device.json ? jsonText(plugJson(outcome)) : plugText(outcome));
+  return judgeHotplug(outcome, "no channel takes this device");
+}
+
+}  // namespace
+
+void addPlug(Program &program) {
+  auto device = std::make_shared<DeviceOptions>();
+  CLI::App &command = program.addCommand("plug", "Tell the library that a device was attached; print its channel",
+                                         [device] { return plug(*device); });
+  addDeviceOptions(command, *device, true);
+}
+
+}  // namespace usbdevctl

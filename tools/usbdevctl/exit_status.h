@@ -1,0 +1,13 @@
+// What the program's exit status says; docs/usbdevctl.md has the same table.
+#pragma once
+
+namespace usbdevctl {
+
+enum class ExitStatus : int {
+  ok = 0,
+  failure = 1,  // the library or the system refused
+  usage = 2,    // the command line is wrong
+  nothing = 3,  // it worked, and there is nothing that applies
+};
+
+}  // namespace usbdevctl

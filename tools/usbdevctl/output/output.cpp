@@ -1,0 +1,48 @@
+#include "output/output.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace usbdevctl {
+
+namespace {
+
+const char *colourOf(Style style) {
+  switch (style) {
+    case Style::heading:
+      return "\033[1m";
+    case Style::good:
+      return "\033[32m";
+    case Style::notice:
+      return "\033[33m";
+    case Style::bad:
+      return "\033[31m";
+    case Style::plain:
+      break;
+  }
+  return "";
+}
+
+bool isSet(const char *variable) {
+  const char *value = std::getenv(variable);
+  return value && *value;
+}
+
+}  // namespace
+
+void print(const std::string &text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+bool flushOutput() { return std::fflush(stdout) == 0 && !std::ferror(stdout); }
+
+void complain(const std::string &message) { std::fprintf(stderr, "usbdevctl: %s\n", message.c_str()); }
+
+std::string styled(const std::string &text, Style style, bool colour) {
+  if (!colour || style == Style::plain || text.empty()) return text;
+  return colourOf(style) + text + "\033[0m";
+}
+
+bool outputTakesColour() { return isatty(STDOUT_FILENO) && isSet("TERM") && !isSet("NO_COLOR"); }
+
+}  // namespace usbdevctl

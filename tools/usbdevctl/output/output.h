@@ -1,0 +1,25 @@
+// Standard output and standard error of the program, and whether the former takes colour.
+#pragma once
+
+#include <string>
+
+namespace usbdevctl {
+
+/// Writes text to standard output.
+void print(const std::string &text);
+
+/// Writes what has been printed so far; false when it could not be written.
+bool flushOutput();
+
+/// Writes one line "usbdevctl: message" to standard error.
+void complain(const std::string &message);
+
+enum class Style { plain, heading, good, notice, bad };
+
+/// The text in the colour of its style, or as it is where colour is off.
+std::string styled(const std::string &text, Style style, bool colour);
+
+/// Colour goes to terminals only, and not where NO_COLOR asks for none.
+bool outputTakesColour();
+
+}  // namespace usbdevctl

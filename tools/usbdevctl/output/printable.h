@@ -1,0 +1,25 @@
+// Texts from devices, made fit for a terminal. A device may call itself anything: escape sequences, line ends, bytes
+// that are no UTF-8, characters that turn the line around.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace usbdevctl {
+
+/// The text with everything that is not plainly visible written as \xHH (bytes) or \uHHHH (characters), and the
+/// backslash doubled, so that two different texts never look the same.
+std::string printable(std::string_view text);
+
+/// Terminal columns that a printable text takes.
+std::size_t displayWidth(std::string_view text);
+
+/// A text field of a record, up to its zero byte or its end.
+template <std::size_t Size>
+std::string fieldText(const char (&field)[Size]) {
+  std::string_view whole(field, Size);
+  return std::string(whole.substr(0, whole.find('\0')));
+}
+
+}  // namespace usbdevctl

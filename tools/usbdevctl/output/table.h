@@ -1,0 +1,42 @@
+// A table for people: one heading line, then one line a row, columns two blanks apart.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "output/output.h"
+
+namespace usbdevctl {
+
+enum class Align { left, right };
+
+struct Column {
+  std::string heading;
+  Align align = Align::left;
+};
+
+/// A cell's text is already printable.
+struct Cell {
+  std::string text;
+  Style style = Style::plain;
+};
+
+class Table {
+ public:
+  explicit Table(std::vector<Column> columns);
+
+  /// Cells that a row lacks are empty.
+  void addRow(std::vector<Cell> cells);
+
+  std::string text(bool colour) const;
+
+ private:
+  std::size_t widthOf(std::size_t column) const;
+  std::string line(const std::vector<Cell> &cells, const std::vector<std::size_t> &widths, bool colour) const;
+
+  std::vector<Column> columns_;
+  std::vector<std::vector<Cell>> rows_;
+};
+
+}  // namespace usbdevctl

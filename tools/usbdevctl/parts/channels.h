@@ -1,0 +1,54 @@
+// The ten channels as one table, put together from the library's listings: none of them alone tells about every
+// channel. The device table leaves out channels whose device is unplugged, the availability query those with a profile
+// and parked ones, and the profile table those without a profile.
+#pragma once
+
+#include <usbdev/records.h>
+
+#include <array>
+#include <optional>
+#include <string>
+
+#include "output/json.h"
+#include "output/table.h"
+
+namespace usbdevctl {
+
+/// What the listings answered; each was asked for itself, so a device that comes or goes meanwhile may show in part.
+struct ChannelListings {
+  std::array<_usbdev_entry, USBDEV_CHANNELS> devices = {};
+  std::array<_availinfo, USBDEV_CHANNELS> available = {};
+  std::array<_usbdev_entry, USBDEV_PROFILES> profiles = {};
+  std::array<int, USBDEV_CHANNELS> profile_ids = {};
+  /// What the slot of each channel's device answers; only that of a channel with a device is read.
+  std::array<_streaminfo, USBDEV_CHANNELS> slots = {};
+};
+
+enum class ChannelState {
+  free,       // never had a device
+  plugged,    // its device is attached
+  unplugged,  // keeps the place of a device that is not attached
+  displaced,  // another camera was put into its port
+};
+
+struct ChannelRow {
+  ChannelState state = ChannelState::free;
+  std::string slot;
+  std::string device;
+  std::optional<int> video_node;
+  std::optional<int> profile;
+  std::string profile_name;
+  std::optional<bool> slot_switch;
+  std::optional<int> parked_behind;
+  bool supported = true;
+  std::string created;
+};
+
+using ChannelRows = std::array<ChannelRow, USBDEV_CHANNELS>;
+
+ChannelRows describeChannels(const ChannelListings &listings);
+
+Table channelTable(const ChannelRows &rows);
+Json channelJson(const ChannelRows &rows);
+
+}  // namespace usbdevctl

@@ -1,0 +1,115 @@
+#include "parts/formats.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <set>
+#include <vector>
+
+#include "output/table.h"
+
+namespace usbdevctl {
+
+namespace {
+
+constexpr int kMjpeg = 1;
+constexpr float kUsualRate = 60;  // above it decoding may fail
+
+template <typename Item, std::size_t Size>
+std::vector<Item> firstOf(const Item (&items)[Size], int count) {
+  return {items, items + std::clamp<int>(count, 0, static_cast<int>(Size))};
+}
+
+std::vector<_usbres_des> sizesOf(const _usbfmt_des &format) { return firstOf(format.res, format.res_count); }
+
+std::vector<float> ratesOf(const _usbres_des &size) { return firstOf(size.fps, size.fps_count); }
+
+std::vector<_usbres_des> largestFirst(std::vector<_usbres_des> sizes) {
+  std::stable_sort(sizes.begin(), sizes.end(), [](const _usbres_des &one, const _usbres_des &other) {
+    return static_cast<long>(one.width) * one.height > static_cast<long>(other.width) * other.height;
+  });
+  return sizes;
+}
+
+std::set<float> allRates(const _usbfmt_des &format) {
+  std::set<float> rates;
+  for (const _usbres_des &size : sizesOf(format)) {
+    for (const float rate : ratesOf(size)) rates.insert(rate);
+  }
+  return rates;
+}
+
+Style rateStyle(float rate) { return rate > kUsualRate ? Style::notice : Style::good; }
+
+std::vector<Cell> sizeRow(const _usbres_des &size, const std::set<float> &columns) {
+  const std::vector<float> rates = ratesOf(size);
+  std::vector<Cell> row = {{std::to_string(size.width) + "x" + std::to_string(size.height)}};
+  for (const float rate : columns) {
+    const bool offered = std::find(rates.begin(), rates.end(), rate) != rates.end();
+    row.push_back(offered ? Cell{"x", rateStyle(rate)} : Cell{"."});
+  }
+  return row;
+}
+
+Table formatTable(const _usbfmt_des &format) {
+  const std::set<float> rates = allRates(format);
+  std::vector<Column> columns = {{"SIZE", Align::right}};
+  for (const float rate : rates) columns.push_back({rateText(rate), Align::right});
+  Table table(columns);
+  for (const _usbres_des &size : largestFirst(sizesOf(format))) table.addRow(sizeRow(size, rates));
+  return table;
+}
+
+std::string formatTitle(const _usbfmt_des &format) {
+  return "Format " + std::to_string(format.index) + ": " +
+         (format.codec == kMjpeg ? "MJPEG, as the camera sends it" : "H.264, encoded by the host from raw YUYV") +
+         "; frames per second\n";
+}
+
+Json sizeJson(const _usbres_des &size) {
+  Json rates = Json::array();
+  // Through the short text, so that 29.97 does not become 29.969999313354492.
+  for (const float rate : ratesOf(size)) rates.push_back(Json::parse(rateText(rate)));
+  return {{"width", size.width}, {"height", size.height}, {"rates", rates}};
+}
+
+Json formatJson(const _usbfmt_des &format) {
+  Json sizes = Json::array();
+  for (const _usbres_des &size : sizesOf(format)) sizes.push_back(sizeJson(size));
+  return {{"index", format.index}, {"codec", format.codec == kMjpeg ? "mjpeg" : "h264"}, {"sizes", sizes}};
+}
+
+std::vector<_usbfmt_des> formatsOf(const CameraFormats &camera) {
+  const int count = std::clamp(camera.count, 0, USBDEV_FORMATS);
+  return {camera.formats.begin(), camera.formats.begin() + count};
+}
+
+}  // namespace
+
+std::string rateText(float rate) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%.3f", static_cast<double>(rate));
+  std::string shortened = text;
+  shortened.erase(shortened.find_last_not_of('0') + 1);
+  if (shortened.back() == '.') shortened.pop_back();
+  return shortened;
+}
+
+std::string formatsText(const CameraFormats &camera, bool colour) {
+  std::string text;
+  for (const _usbfmt_des &format : formatsOf(camera)) {
+    if (!text.empty()) text += '\n';
+    text += formatTitle(format) + formatTable(format).text(colour);
+  }
+  return text;
+}
+
+Json formatsJson(int node, const CameraFormats &camera) {
+  Json document = jsonDocument();
+  document["node"] = node;
+  document["over_60"] = camera.over_60;
+  document["formats"] = Json::array();
+  for (const _usbfmt_des &format : formatsOf(camera)) document["formats"].push_back(formatJson(format));
+  return document;
+}
+
+}  // namespace usbdevctl

@@ -1,0 +1,26 @@
+// What a camera offers: one table a format, its sizes down and the rates across.
+#pragma once
+
+#include <usbdev/records.h>
+
+#include <array>
+#include <string>
+
+#include "output/json.h"
+
+namespace usbdevctl {
+
+/// The library's answer about one camera.
+struct CameraFormats {
+  int count = 0;
+  bool over_60 = false;
+  std::array<_usbfmt_des, USBDEV_FORMATS> formats = {};
+};
+
+std::string formatsText(const CameraFormats &camera, bool colour);
+Json formatsJson(int node, const CameraFormats &camera);
+
+/// A rate as short as it can be said: 30, 7.5, 29.97.
+std::string rateText(float rate);
+
+}  // namespace usbdevctl

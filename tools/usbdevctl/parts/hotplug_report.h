@@ -1,0 +1,28 @@
+// What the hotplug handler did with a device, for people and for programs.
+#pragma once
+
+#include <usbdev/records.h>
+
+#include <string>
+
+#include "output/json.h"
+
+namespace usbdevctl {
+
+/// The handler's result with its four outputs.
+struct HotplugOutcome {
+  int channel = -1;
+  int profile = -1;
+  char device[sizeof(_usbdev_des::devname)] = {};  // of a removed camera
+  int video_node = -1;                             // of a removed camera
+  _usbdev_conflict conflict = {};
+
+  HotplugOutcome() { conflict.channel = conflict.profile = -1; }
+};
+
+std::string plugText(const HotplugOutcome &outcome);
+Json plugJson(const HotplugOutcome &outcome);
+std::string unplugText(const HotplugOutcome &outcome);
+Json unplugJson(const HotplugOutcome &outcome);
+
+}  // namespace usbdevctl

@@ -1,0 +1,32 @@
+// The manager daemon's end of the change notification.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace usbdevctl {
+
+constexpr std::uint16_t kNotificationPort = 10171;
+
+class NotificationSocket {
+ public:
+  /// Takes the port on the loopback address; what fails is told by `error`. Port 0 takes any free one.
+  explicit NotificationSocket(std::uint16_t port);
+  ~NotificationSocket();
+  NotificationSocket(const NotificationSocket &) = delete;
+  NotificationSocket &operator=(const NotificationSocket &) = delete;
+
+  /// Empty while the socket is good.
+  const std::string &error() const { return error_; }
+
+  int descriptor() const { return socket_; }
+
+  /// The next datagram whole, whatever its size.
+  std::string receive() const;
+
+ private:
+  int socket_;
+  std::string error_;
+};
+
+}  // namespace usbdevctl
