@@ -1,4 +1,7 @@
 // The access pattern of the channel configuration, seen through its simplest users.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <string>
 
 #include "contract_test.h"
@@ -83,6 +86,20 @@ TEST_P(AChannelFileThatCannotBeOpened, IsReportedWithItsCode) {
   EXPECT_EQ(trsProfiletoPlugCh(0, &channel), -1);
   EXPECT_EQ(output.text(), openFailure(GetParam()));
   EXPECT_EQ(channel, -7);
+}
+
+TEST_P(AChannelFileThatCannotBeOpened, IsReportedInOnePiece) {
+  host.config.failReadOpens(GetParam());
+  const int all_of_stderr = dup(STDERR_FILENO);
+  int packets[2];
+  ASSERT_EQ(pipe2(packets, O_DIRECT | O_NONBLOCK), 0);  // keeps what each write wrote apart
+  dup2(packets[1], STDERR_FILENO);
+  int channel = -7;
+  trsProfiletoPlugCh(0, &channel);
+  dup2(all_of_stderr, STDERR_FILENO);
+  char piece[256];
+  EXPECT_EQ(read(packets[0], piece, sizeof piece), static_cast<ssize_t>(openFailure(GetParam()).size()));
+  for (int descriptor : {packets[0], packets[1], all_of_stderr}) close(descriptor);
 }
 
 TEST_P(AChannelFileThatCannotBeOpened, LeavesTheLockFreeForTheNextReader) {

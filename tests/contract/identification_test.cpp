@@ -95,6 +95,18 @@ TEST_F(ACamera, IsFoundByItsWholeSlotName) {
   EXPECT_EQ(pidvid(), 0);
 }
 
+TEST_F(ACamera, OfASlotWithoutATerminatorIsNotFound) {
+  memset(device.usbslot, 'x', sizeof device.usbslot);
+  walk("    KERNELS==\"" + std::string(128, 'x') + "\"\n" + kVendor + kProduct);
+  EXPECT_EQ(pidvid(), 0);
+}
+
+TEST_F(ACamera, OfTheLongestSlotIsFound) {
+  device = lookupRecord(2, std::string(127, 'x'));
+  walk("    KERNELS==\"" + std::string(127, 'x') + "\"\n" + kVendor + kProduct);
+  EXPECT_EQ(pidvid(), 1);
+}
+
 TEST_F(ACamera, IsNotFoundWhenItsIdentifiersHaveNoValue) {
   walk(kMarker + "    ATTRS{idVendor}=\"046d\"\n");
   EXPECT_EQ(pidvid(), 0);
