@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/alsa_ctl.h"
+#include "private_host.h"
+
+namespace {
+
+const std::string kCard = "/run/usbdev-sim/cards/card3/";
+constexpr int kAbsentCard = 31;
+
+class ASimulatedCard : public testing::Test {
+ protected:
+  void SetUp() override {
+    make_empty_folder(kCard);
+    write_file(kCard + "name", "HD Webcam Audio\n");
+    write_file(kCard + "entry_count", "1\n");
+    write_file(kCard + "channel_mode", "2\n");
+    write_file(kCard + "channel_count", "1\n");
+  }
+};
+
+TEST_F(ASimulatedCard, IsDescribedByItsFiles) {
+  _acard_info info{};
+  ASSERT_EQ(ac_get_Acard_info(3, &info), 0);
+  EXPECT_STREQ(info.name, "HD Webcam Audio");
+  EXPECT_EQ(info.entry_count, 1);
+  EXPECT_EQ(info.channel_mode, 2);
+  EXPECT_EQ(info.channel_count, 1);
+}
+
+TEST_F(ASimulatedCard, HasALongNameCut) {
+  write_file(kCard + "name", std::string(300, 'n'));
+  _acard_info info{};
+  ASSERT_EQ(ac_get_Acard_info(3, &info), 0);
+  EXPECT_EQ(info.name, std::string(255, 'n'));
+}
+
+TEST_F(ASimulatedCard, WithAnIncompleteFolderFailsAndLeavesTheRecord) {
+  write_file(kCard + "channel_mode", "");
+  _acard_info info{};
+  info.entry_count = 77;
+  EXPECT_EQ(ac_get_Acard_info(3, &info), -1);
+  EXPECT_EQ(info.entry_count, 77);
+}
+
+TEST_F(ASimulatedCard, KeepsTheLastVolume) {
+  EXPECT_EQ(ac_set_audio_volume(3, 70), 0);
+  EXPECT_EQ(read_file(kCard + "volume"), "70\n");
+  EXPECT_EQ(ac_set_audio_volume(3, -1), 0);
+  EXPECT_EQ(read_file(kCard + "volume"), "-1\n");
+}
+
+TEST_F(ASimulatedCard, RefusesVolumesOutsideTheScale) {
+  EXPECT_EQ(ac_set_audio_volume(3, 101), -1);
+  EXPECT_EQ(ac_set_audio_volume(3, -2), -1);
+  EXPECT_EQ(ac_set_audio_volume(3, 0), 0);
+  EXPECT_EQ(ac_set_audio_volume(3, 100), 0);
+}
+
+TEST(AnAbsentCard, FailsAndPrintsNothing) {
+  _acard_info info{};
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(ac_get_Acard_info(kAbsentCard, &info), -1);
+  EXPECT_EQ(ac_set_audio_volume(kAbsentCard, 50), -1);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(ACardArgument, MustBeANumberAndARecord) {
+  _acard_info info{};
+  EXPECT_EQ(ac_get_Acard_info(-1, &info), -1);
+  EXPECT_EQ(ac_get_Acard_info(3, nullptr), -1);
+  EXPECT_EQ(ac_set_audio_volume(-1, 50), -1);
+}
+
+}  // namespace

@@ -1,0 +1,139 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+
+#include "configuration.h"
+#include "private_host.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string kFolder = std::string(kWorkFolder) + "/config";
+const std::string kFile = kFolder + "/usbdev.conf";
+
+class AConfigurationFile : public testing::Test {
+ protected:
+  void SetUp() override { make_empty_folder(kFolder); }
+};
+
+void store(const std::string &path, int value) {
+  Configuration writer(kWrite, path);
+  ASSERT_EQ(writer.open_result(), xmlcfg::kOpened);
+  writer.set_number("ch0", "exists", value);
+  ASSERT_EQ(writer.close(), xmlcfg::kDone);
+}
+
+TEST_F(AConfigurationFile, ThatIsMissingCannotBeRead) {
+  EXPECT_EQ(Configuration(kRead, kFile).open_result(), xmlcfg::kMissing);
+  EXPECT_THAT(names_in(kFolder), IsEmpty());
+}
+
+TEST_F(AConfigurationFile, ThatIsMissingIsCreatedByWriting) {
+  store(kFile, 1);
+  EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "exists"), 1);
+}
+
+TEST_F(AConfigurationFile, IsNotCreatedWithoutItsFolder) {
+  EXPECT_EQ(Configuration(kWrite, kFolder + "/none/usbdev.conf").open_result(), xmlcfg::kMissing);
+  EXPECT_THAT(names_in(kFolder), IsEmpty());
+}
+
+class ADamagedFile : public AConfigurationFile, public testing::WithParamInterface<const char *> {};
+
+TEST_P(ADamagedFile, FailsToOpenAndStaysAsItIs) {
+  write_file(kFile, GetParam());
+  EXPECT_EQ(Configuration(kRead, kFile).open_result(), xmlcfg::kDamaged);
+  EXPECT_EQ(Configuration(kWrite, kFile).open_result(), xmlcfg::kDamaged);
+  EXPECT_EQ(read_file(kFile), GetParam());
+  EXPECT_THAT(names_in(kFolder), ElementsAre("usbdev.conf"));
+}
+
+INSTANTIATE_TEST_SUITE_P(OfAnyKind, ADamagedFile,
+                         testing::Values("", "\n", "text", "<velmora>", "<velmora><ch0></velmora>",
+                                         "<velmora><ch0><exists>1</exi", "<velmora/>rest", "<velmora/><velmora/>",
+                                         "<?xml version=\"1.0\"?>\n", "\x7F\x45LF\x02\x01"));
+
+TEST_F(AConfigurationFile, WithAZeroByteIsDamaged) {
+  write_file(kFile, std::string("<velmora/>\0", 11));
+  EXPECT_EQ(Configuration(kRead, kFile).open_result(), xmlcfg::kDamaged);
+}
+
+TEST_F(AConfigurationFile, MayHoldADeclarationAndComments) {
+  write_file(kFile,
+             "<?xml version=\"1.0\"?><!-- a --><velmora><!-- b --><ch0><exists>1<!-- c --></exists></ch0></velmora>");
+  EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "exists"), 1);
+  store(kFile, 2);
+  EXPECT_NE(read_file(kFile).find("<!-- b -->"), std::string::npos);
+}
+
+TEST_F(AConfigurationFile, MustBeAPlainFile) {
+  make_folder(kFile);
+  EXPECT_EQ(Configuration(kRead, kFile).open_result(), xmlcfg::kUnreadable);
+  ASSERT_EQ(mkfifo((kFolder + "/pipe").c_str(), 0600), 0);
+  EXPECT_EQ(Configuration(kRead, kFolder + "/pipe").open_result(), xmlcfg::kUnreadable);
+}
+
+TEST_F(AConfigurationFile, KeepsItsPermissions) {
+  write_file(kFile, "<velmora/>");
+  ASSERT_EQ(chmod(kFile.c_str(), 0604), 0);
+  store(kFile, 1);
+  struct stat status {};
+  ASSERT_EQ(stat(kFile.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0604U);
+}
+
+TEST_F(AConfigurationFile, IsTheOnlyOneLeftAfterAChange) {
+  store(kFile, 1);
+  store(kFile, 2);
+  EXPECT_THAT(names_in(kFolder), ElementsAre("usbdev.conf"));
+}
+
+TEST_F(AConfigurationFile, BehindALinkIsReplacedAndTheLinkStays) {
+  make_folder(kFolder + "/real");
+  write_file(kFolder + "/real/target.conf", "<velmora/>");
+  std::filesystem::create_symlink("real/target.conf", kFile);
+  store(kFile, 1);
+  EXPECT_TRUE(std::filesystem::is_symlink(kFile));
+  EXPECT_EQ(Configuration(kRead, kFolder + "/real/target.conf").number("ch0", "exists"), 1);
+}
+
+TEST_F(AConfigurationFile, IsNotWrittenByACloseWithoutAChange) {
+  const std::string content = "<velmora><ch0><exists>1</exists></ch0></velmora>";
+  write_file(kFile, content);
+  Configuration writer(kWrite, kFile);
+  EXPECT_EQ(writer.set_number("ch0", "exists", 1), xmlcfg::kDone);
+  EXPECT_EQ(writer.close(), xmlcfg::kDone);
+  EXPECT_EQ(read_file(kFile), content);
+}
+
+TEST_F(AConfigurationFile, ShowsAReaderTheStateOfItsOpening) {
+  store(kFile, 1);
+  Configuration reader(kRead, kFile);
+  store(kFile, 2);
+  EXPECT_EQ(reader.number("ch0", "exists"), 1);
+}
+
+TEST_F(AConfigurationFile, RefusesUnknownModesAndNullPointers) {
+  store(kFile, 1);
+  void *handle = nullptr;
+  EXPECT_EQ(xmlcfg_open(2, kFile.c_str(), &handle), xmlcfg::kBadArgument);
+  EXPECT_EQ(xmlcfg_open(0, nullptr, &handle), xmlcfg::kBadArgument);
+  EXPECT_EQ(xmlcfg_open(0, kFile.c_str(), nullptr), xmlcfg::kBadArgument);
+}
+
+TEST_F(AConfigurationFile, LeavesNoDescriptorOpen) {
+  store(kFile, 1);
+  const auto before = names_in("/proc/self/fd").size();
+  store(kFile, 2);
+  Configuration(kRead, kFile).close();
+  write_file(kFile, "<damaged");
+  Configuration(kWrite, kFile).close();
+  EXPECT_EQ(names_in("/proc/self/fd").size(), before);
+}
+
+}  // namespace

@@ -1,0 +1,141 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "configuration.h"
+#include "private_host.h"
+#include "processes.h"
+
+namespace {
+
+const std::string kFolder = std::string(kWorkFolder) + "/config";
+const std::string kFile = kFolder + "/usbdev.conf";
+constexpr std::array<const char *, 10> kSections{"ch0", "ch1", "ch2", "ch3", "ch4", "ch5", "ch6", "ch7", "ch8", "ch9"};
+
+/* Gives all ten sections the same number, together with a text that makes the file long. */
+bool write_generation(Configuration &writer, int generation) {
+  for (const char *section : kSections) {
+    writer.set_number(section, "profile", generation);
+    writer.set_text(section, "devname", std::string(3000, static_cast<char>('a' + generation % 26)));
+  }
+  return writer.close() == xmlcfg::kDone;
+}
+
+/* The generation of the file, -1 when it cannot be opened or is a mixture. */
+int read_generation() {
+  Configuration reader(kRead, kFile);
+  if (reader.open_result() != xmlcfg::kOpened) return -1;
+  const int generation = reader.number("ch0", "profile");
+  for (const char *section : kSections) {
+    const std::string expected(3000, static_cast<char>('a' + generation % 26));
+    if (reader.number(section, "profile") != generation || reader.text(section, "devname") != expected) return -1;
+  }
+  return generation;
+}
+
+class ConcurrentWriters : public testing::Test {
+ protected:
+  void SetUp() override {
+    make_empty_folder(kFolder);
+    Configuration writer(kWrite, kFile);
+    ASSERT_TRUE(write_generation(writer, 0));
+  }
+};
+
+constexpr int kWriters = 10;
+constexpr int kIncrementsEach = 40;
+
+int increment_many_times() {
+  for (int i = 0; i < kIncrementsEach; ++i) {
+    Configuration writer(kWrite, kFile);
+    if (writer.open_result() != xmlcfg::kOpened || !write_generation(writer, writer.number("ch0", "profile") + 1))
+      return 1;
+  }
+  return 0;
+}
+
+TEST_F(ConcurrentWriters, LoseNothingAndNeverShowHalfAFile) {
+  std::vector<pid_t> children(kWriters);
+  for (pid_t &child : children) child = start_child(increment_many_times);
+  int latest = 0;
+  while (any_is_running(children)) {
+    const int generation = read_generation();
+    EXPECT_GE(generation, latest);
+    latest = generation;
+  }
+  for (pid_t child : children) EXPECT_EQ(wait_for_child(child), 0);
+  EXPECT_EQ(read_generation(), kWriters * kIncrementsEach);
+}
+
+TEST_F(ConcurrentWriters, CreateAMissingFileOnce) {
+  ASSERT_EQ(unlink(kFile.c_str()), 0);
+  std::vector<pid_t> children(kWriters);
+  for (pid_t &child : children) child = start_child(increment_many_times);
+  for (pid_t child : children) EXPECT_EQ(wait_for_child(child), 0);
+  EXPECT_EQ(read_generation(), kWriters * kIncrementsEach - 1) << "a missing number counts as -1";
+}
+
+/* Writes one generation after the other until it is killed; a byte in the pipe tells that it has begun. */
+int write_for_ever(int pipe_end, int generation) {
+  if (write(pipe_end, "b", 1) != 1) return 1;
+  for (;;) {
+    Configuration writer(kWrite, kFile);
+    if (!write_generation(writer, ++generation)) return 1;
+  }
+}
+
+class AKilledWriter : public ConcurrentWriters {
+ protected:
+  void SetUp() override {
+    ConcurrentWriters::SetUp();
+    ASSERT_EQ(pipe(begun_), 0);
+  }
+  void TearDown() override {
+    close(begun_[0]);
+    close(begun_[1]);
+  }
+
+  void kill_at_random_moment(int generation) {
+    const pid_t child = start_child([&] { return write_for_ever(begun_[1], generation); });
+    char begun = 0;
+    ASSERT_EQ(read(begun_[0], &begun, 1), 1);
+    std::this_thread::sleep_for(std::chrono::microseconds(moment_(random_)));
+    kill(child, SIGKILL);
+    EXPECT_EQ(wait_for_child(child), -1) << "it was to end by the signal";
+  }
+
+ private:
+  int begun_[2] = {-1, -1};
+  std::mt19937 random_{20240229};
+  std::uniform_int_distribution<int> moment_{0, 3000};
+};
+
+TEST_F(AKilledWriter, LeavesTheOldOrTheNewFile) {
+  int generation = 0;
+  for (int kills = 0; kills < 200; ++kills) {
+    kill_at_random_moment(generation);
+    const int found = read_generation();
+    ASSERT_GE(found, generation) << "after " << kills << " kills";
+    generation = found;
+  }
+  EXPECT_GT(generation, 0) << "no writer came to its first replacement";
+}
+
+TEST_F(AKilledWriter, LeavesNothingThatTheNextOneDoesNotTakeAway) {
+  kill_at_random_moment(0);
+  write_file(kFolder + "/.usbdev.conf.new", "<half");
+  Configuration writer(kWrite, kFile);
+  EXPECT_TRUE(write_generation(writer, 1000));
+  EXPECT_EQ(read_generation(), 1000);
+  EXPECT_THAT(names_in(kFolder), testing::ElementsAre("usbdev.conf"));
+}
+
+}  // namespace

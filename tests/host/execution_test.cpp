@@ -1,0 +1,52 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+
+#include "platform/orda_exec.h"
+#include "private_host.h"
+
+namespace {
+
+class AProgram : public testing::Test {
+ protected:
+  void SetUp() override { make_empty_folder("/mnt/run"); }
+};
+
+TEST_F(AProgram, IsRunWithItsArgumentsAsTheyAre) {
+  const std::string target = "/mnt/run/a b;$(touch /mnt/run/shell) '\"*\\|&<>`";
+  const std::string link = "/mnt/run/link $HOME";
+  EXPECT_EQ(orda_exec(0, 0, 0, "/bin/ln", "-sf", target.c_str(), link.c_str(), nullptr), 0);
+  EXPECT_EQ(std::filesystem::read_symlink(link), target);
+  EXPECT_EQ(names_in("/mnt/run"), std::vector<std::string>{"link $HOME"});
+}
+
+TEST_F(AProgram, GivesItsExitStatus) {
+  EXPECT_EQ(orda_exec(0, 0, 0, "/bin/true", nullptr), 0);
+  EXPECT_EQ(orda_exec(0, 0, 0, "/bin/sh", "-c", "exit 42", nullptr), 42);
+}
+
+TEST_F(AProgram, KilledByASignalGives128AndItsNumber) {
+  EXPECT_EQ(orda_exec(0, 0, 0, "/bin/sh", "-c", "kill -9 $$", nullptr), 137);
+}
+
+TEST_F(AProgram, ThatIsMissingOrNoProgramGivesAFailure) {
+  write_file("/mnt/run/text", "no program");
+  EXPECT_EQ(orda_exec(0, 0, 0, "/mnt/run/none", nullptr), -1);
+  EXPECT_EQ(orda_exec(0, 0, 0, "/mnt/run/text", nullptr), -1);
+  EXPECT_EQ(orda_exec(0, 0, 0, nullptr), -1);
+}
+
+TEST_F(AProgram, IsNotSearchedInThePath) { EXPECT_EQ(orda_exec(0, 0, 0, "true", nullptr), -1); }
+
+TEST_F(AProgram, SeesNoDescriptorOfItsCaller) {
+  const int descriptor = open("/dev/null", O_RDONLY);
+  const std::string path = "/proc/self/fd/" + std::to_string(descriptor);
+  EXPECT_EQ(orda_exec(0, 0, 0, "/usr/bin/test", "-e", path.c_str(), nullptr), 1);
+  EXPECT_EQ(orda_exec(0, 0, 0, "/usr/bin/test", "-e", "/proc/self/fd/2", nullptr), 0);
+  close(descriptor);
+}
+
+}  // namespace
