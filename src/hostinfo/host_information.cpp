@@ -1,0 +1,62 @@
+// What the pages tell about the host and its packages.
+#include <usbdev/hostinfo.h>
+
+#include "core/host_queries.h"
+#include "core/lines.h"
+#include "core/shell_text.h"
+#include "core/text.h"
+
+namespace usbdev {
+namespace {
+
+using Answer = char[127];
+
+/// False when the package registry says nothing, or the name could not be asked for.
+bool askRegistry(const char *package, const char *key, Answer &answer) {
+  char command[256];
+  if (!isSafeWord(package) ||
+      !formatText(command, "/sbin/readcfg %s %s -f %s", package, key, "/etc/config/bndl.conf")) {
+    return false;
+  }
+  CommandLines registry(command);
+  if (!registry.next(answer)) return false;
+  cutAtLineFeed(answer);
+  return true;
+}
+
+template <std::size_t N>
+void askFor(const char *package, const char *key, char (&field)[N]) {
+  Answer answer;
+  if (askRegistry(package, key, answer)) copyText(field, answer);
+}
+
+}  // namespace
+}  // namespace usbdev
+
+int vl_get_nas_HTTPport(int *port) {
+  if (port == nullptr) return -1;
+  char line[256];
+  const char *value = nullptr;
+  const int result = usbdev::findHostSetting("Web Access Port", line, &value);
+  if (result == 1) *port = usbdev::toInt(value);
+  return result < 0 ? -1 : 0;
+}
+
+int vl_get_nas_version(char *version) {
+  if (version == nullptr) return -1;
+  char line[256];
+  const char *value = nullptr;
+  const int result = usbdev::findHostSetting("Version", line, &value);
+  if (result == 1) usbdev::copyCut(version, value, sizeof line - 1);
+  return result < 0 ? -1 : 0;
+}
+
+int vl_get_bndl_info(const char *package, BndlInfo *info) {
+  if (package == nullptr || info == nullptr) return 0;
+  usbdev::askFor(package, "Version", info->version);
+  usbdev::askFor(package, "Build", info->build);
+  usbdev::askFor(package, "Install_Path", info->install_path);
+  usbdev::Answer enabled = "";
+  info->enabled = usbdev::askRegistry(package, "Enable", enabled) && usbdev::isSame(enabled, "TRUE") ? 1 : 0;
+  return 0;
+}
