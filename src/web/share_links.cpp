@@ -1,0 +1,150 @@
+// The links by which a profile's live stream is shared.
+#include <usbdev/core.h>
+#include <usbdev/web.h>
+
+#include "core/config.h"
+#include "core/text.h"
+#include "web/links.h"
+
+namespace usbdev {
+namespace {
+
+/// What names a share link and lets its viewers in.
+struct LinkIdentifiers {
+  char ssid[48] = "";
+  char token[64] = "";
+  char hash_string[64] = "";
+};
+
+struct StoredLink {
+  char ssid[48];
+  char hash_string[64];
+  char shrpwd[32];
+};
+
+bool readStoredLink(int channel, StoredLink &stored) {
+  const ConfigReader config;
+  if (!config) return false;
+  const Section section = config.channel(channel);
+  section.get(keys::ssid, stored.ssid);
+  section.get(keys::hash_string, stored.hash_string);
+  section.get(keys::shrpwd, stored.shrpwd);
+  return true;
+}
+
+LinkIdentifiers makeIdentifiers(const char *kept_ssid) {
+  LinkIdentifiers made;
+  copyText(made.ssid, kept_ssid);
+  if (kept_ssid[0] == '\0') generate_ssid(made.ssid);
+  generate_hash(made.token);
+  generate_hash(made.hash_string);
+  return made;
+}
+
+/// Stores the identifiers and makes the link, all under the lock.
+void publish(const Section &section, int profile, const LinkIdentifiers &link, bool ssid_is_new) {
+  if (ssid_is_new) section.set(keys::ssid, link.ssid);
+  section.set(keys::token, link.token);
+  section.set(keys::hash_string, link.hash_string);
+  makeStreamLink(profile, link.hash_string);
+}
+
+void withdraw(const Section &section) {
+  section.set(keys::ssid, "");
+  section.set(keys::token, "");
+  section.set(keys::hash_string, "");
+}
+
+void tell(ShareLinkInfo &info, const LinkIdentifiers &link) {
+  copyText(info.ssid, link.ssid);
+  copyText(info.token, link.token);
+  copyText(info.hash_string, link.hash_string);
+}
+
+void setProtection(const Section &section, const ShareLinkInfo &info, const char *password) {
+  section.set(keys::shrenable, info.shrenable);
+  section.set(keys::pwdenable, info.pwdenable);
+  section.set(keys::shrpwd, password);
+}
+
+/// The number in a section name "ch0" to "ch9"; kNone for any other name.
+int channelNamed(const char *section) {
+  if (!startsWith(section, "ch") || section[2] < '0' || section[2] > '9' || section[3] != '\0') return kNone;
+  return section[2] - '0';
+}
+
+}  // namespace
+}  // namespace usbdev
+
+int vl_set_share_link(ShareLinkInfo *info) {
+  int channel = usbdev::kNone;
+  if (info == nullptr || trsProfiletoPlugCh(info->profile, &channel) != 0) return -1;
+  usbdev::StoredLink stored;
+  if (!usbdev::readStoredLink(channel, stored)) return -1;
+
+  char password[sizeof info->shrpwd];
+  usbdev::copyText(password, info->shrpwd);
+  const bool enabled = info->shrenable != 0;
+  const bool has_ssid = stored.ssid[0] != '\0';
+  const bool stays = enabled && has_ssid && usbdev::isSame(password, stored.shrpwd);
+  usbdev::LinkIdentifiers link;
+  if (enabled && !stays) link = usbdev::makeIdentifiers(stored.ssid);
+
+  {
+    const usbdev::ConfigWriter config;
+    if (!config) return -1;
+    const usbdev::Section section = config.channel(channel);
+    usbdev::setProtection(section, *info, password);
+    if (!stays) usbdev::removeStreamLink(stored.hash_string);
+    if (!enabled) usbdev::withdraw(section);
+    if (enabled && !stays) usbdev::publish(section, info->profile, link, !has_ssid);
+  }
+  usbdev::copyText(info->ssid, stored.ssid);
+  if (enabled && !stays) usbdev::tell(*info, link);
+  return 0;
+}
+
+int vl_get_share_link(ShareLinkInfo *info) {
+  int channel = usbdev::kNone;
+  if (info == nullptr || trsProfiletoPlugCh(info->profile, &channel) != 0) return -1;
+  const usbdev::ConfigReader config;
+  if (!config) return -1;
+  const usbdev::Section section = config.channel(channel);
+  section.get(usbdev::keys::profilename, info->profilename);
+  info->shrenable = section.get(usbdev::keys::shrenable);
+  section.get(usbdev::keys::ssid, info->ssid);
+  info->pwdenable = section.get(usbdev::keys::pwdenable);
+  section.get(usbdev::keys::shrpwd, info->shrpwd);
+  section.get(usbdev::keys::token, info->token);
+  section.get(usbdev::keys::hash_string, info->hash_string);
+  return 0;
+}
+
+int vl_renew_share_link(ShareLinkInfo *info) {
+  int channel = usbdev::kNone;
+  if (info == nullptr || trsProfiletoPlugCh(info->profile, &channel) != 0) return -1;
+  char name[8];
+  usbdev::formatText(name, "ch%d", channel);
+  remove_hash_link(name);  // the new link is made whether or not the old one went
+  const usbdev::LinkIdentifiers link = usbdev::makeIdentifiers("");
+  {
+    const usbdev::ConfigWriter config;
+    if (!config) return -1;
+    usbdev::publish(config.channel(channel), info->profile, link, true);
+  }
+  usbdev::tell(*info, link);
+  return 0;
+}
+
+int remove_hash_link(const char *section) {
+  if (section == nullptr) return -1;
+  char name[usbdev::kLinkNameSize] = "";
+  const int channel = usbdev::channelNamed(section);
+  {
+    const usbdev::ConfigReader config;
+    if (!config) return -1;
+    if (channel != usbdev::kNone) config.channel(channel).get(usbdev::keys::hash_string, name);
+  }
+  usbdev::removeStreamLink(name);
+  return 0;
+}

@@ -1,0 +1,39 @@
+// A TCP socket that closes itself.
+#pragma once
+
+#include <netinet/in.h>
+
+#include <cstdio>
+
+namespace usbdev {
+
+/// What is said, and where, when no connection comes about.
+struct ConnectMessages {
+  FILE *stream;
+  const char *no_socket;
+  const char *no_connection;
+};
+
+class StreamSocket {
+ public:
+  /// Connects, or says why not and tests false.
+  StreamSocket(const sockaddr_in &address, const ConnectMessages &messages);
+  ~StreamSocket();
+  StreamSocket(const StreamSocket &) = delete;
+  StreamSocket &operator=(const StreamSocket &) = delete;
+
+  explicit operator bool() const { return descriptor_ >= 0; }
+  int descriptor() const { return descriptor_; }
+  /// Hands the open socket over to the caller.
+  int release();
+  /// Sends without a signal when the peer has gone; the count sent, or negative.
+  long sendBytes(const void *bytes, std::size_t size) const;
+
+ private:
+  int descriptor_;
+};
+
+/// Looks a host up, first address first. Says "hp = NULL" on standard output where there is none.
+bool resolveHost(const char *host, int port, sockaddr_in &address);
+
+}  // namespace usbdev

@@ -1,0 +1,87 @@
+// The state of the live streams, and the signals about it.
+#include <sys/stat.h>
+#include <usbdev/core.h>
+#include <usbdev/devices.h>
+#include <usbdev/web.h>
+
+#include <cstring>
+
+#include "core/config.h"
+#include "core/host_queries.h"
+#include "core/lines.h"
+#include "core/text.h"
+#include "web/stream_socket.h"
+
+namespace usbdev {
+namespace {
+
+constexpr IntKey kAvailable{"available", nullptr, 0};
+constexpr int kStreamingPort = 10170;
+constexpr std::size_t kStreamMessageSize = 32;
+
+sockaddr_in streamingService() {
+  sockaddr_in address;
+  std::memset(&address, '0', sizeof address);
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_ANY);
+  address.sin_port = htons(kStreamingPort);
+  return address;
+}
+
+}  // namespace
+}  // namespace usbdev
+
+int vl_get_hls_status(int profile, int *status) {
+  if (status == nullptr) return 0;
+  char installed[usbdev::kPackageTextSize];
+  if (get_bndl_info("Velmora2", "Install_Path", installed) != 0) {
+    usbdev::copyText(installed, "/share/CACHEDEV1_DATA/.bndl/velmora2");
+  }
+  char playlist[192];
+  // The profile is not checked: the sum may wrap.
+  usbdev::formatText(playlist, "%s/%s/channel%d/playlist.m3u8", installed, "web/hls",
+                     static_cast<int>(static_cast<unsigned>(profile) + 1U));
+  struct stat found;
+  *status = stat(playlist, &found) == 0 ? 1 : 0;
+  return 0;
+}
+
+int vl_StreamNotify(const void *message) {
+  if (message == nullptr) return -1;
+  const usbdev::StreamSocket service(usbdev::streamingService(), {stderr, "StreamNotify -- Could not create socket.\n",
+                                                                  "StreamNotify -- Connect Failed.\n"});
+  if (!service) return -1;
+  if (service.sendBytes(message, usbdev::kStreamMessageSize) >= 0) return 0;
+  std::fputs("StreamNotify -- Send Error.\n", stderr);
+  return -1;
+}
+
+int vl_SourcerStreamingProcess(int number, int kind) {
+  char command[128];
+  usbdev::formatText(command, "/bin/ps | /bin/grep \"%s %d\" | /bin/grep -v grep | /bin/awk '{print $1}'",
+                     kind != 0 ? "v4l2_read" : "HDpipe", number);
+  usbdev::CommandLines processes(command);
+  char line[128];
+  return processes.next(line) && usbdev::toInt(line) != -1 ? 1 : 0;
+}
+
+int mn_update_pfstate(int profile, int value) {
+  const usbdev::ConfigWriter config(usbdev::OpenFailure::usual, usbdev::kProfileStateFile);
+  if (!config) return -1;
+  usbdev::Section(config.handle(), "pf%d", profile).set(usbdev::kAvailable, value);
+  return 0;
+}
+
+int vl_get_pidvid(int profile, char *pidvid) {
+  int channel = usbdev::kNone;
+  if (pidvid == nullptr || trsProfiletoPlugCh(profile, &channel) != 0) return -1;
+  _usbdev_des device;
+  std::memset(&device, '0', sizeof device);
+  {
+    const usbdev::ConfigReader config(usbdev::OpenFailure::silent);
+    if (!config) return -2;
+    device.node = config.channel(channel).get(usbdev::keys::vnode);
+    config.channel(channel).get(usbdev::keys::usbslot, device.usbslot);
+  }
+  return find_pidvid(&device, pidvid) == 1 ? 0 : -3;
+}
