@@ -3,8 +3,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "core/text.h"
-
 namespace usbdev {
 namespace {
 
@@ -22,6 +20,7 @@ struct Field {
 };
 
 constexpr unsigned char kNobody = 0;
+constexpr float kUsualRate = 30;
 
 constexpr Field number(int offset, const IntKey &key, int read_by, int preset_by = kNobody) {
   return {key.key,
@@ -157,10 +156,7 @@ void putNumber(const Field &field, const Section *channel, char *out) {
 }
 
 void putRate(const Section *channel, char *out) {
-  char digits[16];
-  copyText(digits, kUsualRate);
-  if (channel != nullptr) channel->get(keys::framerate, digits, kUsualRate);
-  const float value = static_cast<float>(std::atof(digits));
+  const float value = channel == nullptr ? kUsualRate : readRate(*channel);
   std::memcpy(out, &value, sizeof value);
 }
 
@@ -183,6 +179,12 @@ void put(const Field &field, const Section *channel, char *out) {
 }
 
 }  // namespace
+
+float readRate(const Section &channel) {
+  char text[16];
+  channel.get(keys::framerate, text, "30.00");
+  return static_cast<float>(std::atof(text));
+}
 
 void presetSettings(RecordReader reader, char *vnode) {
   for (const Field &field : kSettings) {

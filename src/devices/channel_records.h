@@ -52,7 +52,10 @@ inline int readStreamType(const Section &channel) {
   return streamType(channel.get(keys::vnode), channel.get(keys::anode));
 }
 
-/// What a frame rate reads as that was never stored.
-inline constexpr char kUsualRate[] = "30.00";
+constexpr bool hasVideo(int stream_type) { return stream_type == kVideoOnly || stream_type == kVideoAndAudio; }
+constexpr bool hasAudio(int stream_type) { return stream_type == kAudioOnly || stream_type == kVideoAndAudio; }
+
+/// The stored frame rate; 30 when there is none.
+float readRate(const Section &channel);
 
 }  // namespace usbdev

@@ -11,7 +11,7 @@ int vl_get_profile_info(int profile, _profile_info *info) {
   std::memset(info, 0, sizeof *info);
   presetSettings(kProfileInfo, *info);
   info->exists = -1;
-  int channel;
+  int channel = kNone;
   if (trsProfiletoPlugCh(profile, &channel) != 0) return -1;
   const ConfigReader config;
   if (!config) return -1;
@@ -31,7 +31,7 @@ int vl_get_stream_info(int profile, _streaminfo *info) {
   if (info == nullptr) return -1;
   info->stream_type = kNoStream;
   presetSettings(kStreamInfo, *info);
-  int channel;
+  int channel = kNone;
   if (trsProfiletoPlugCh(profile, &channel) != 0) return -1;
   const ConfigReader config;
   if (!config) return -1;

@@ -33,7 +33,7 @@ bool canStream(const Section &channel) {
   if (channel.get(keys::anode) != kNone) return true;
   const int vnode = channel.get(keys::vnode);
   _usbfmt_des formats[USBDEV_FORMATS];
-  int over60;
+  int over60 = 0;
   return vnode != kNone && mn_get_usbchn_fmts(vnode, formats, &over60) > 0;
 }
 
@@ -105,7 +105,7 @@ int vl_get_profile_list(_usbdev_entry *rows) {
     readRow(kProfileRow, channel, row);
     row.stream_type = readStreamType(channel);
     row.mjpeg = 0;
-    if (row.stream_type == kNoStream || row.stream_type == kAudioOnly) continue;
+    if (!hasVideo(row.stream_type)) continue;
     readRow(kVideoRow, channel, row);
     row.mjpeg = row.vcodec == kMjpeg ? 1 : 0;
   }

@@ -1,0 +1,127 @@
+#include <usbdev/core.h>
+#include <usbdev/devices.h>
+#include <usbdev/profiles.h>
+
+#include "core/change_notification.h"
+#include "core/event_log.h"
+#include "core/text.h"
+#include "devices/channel_records.h"
+#include "devices/conflicts.h"
+
+namespace usbdev {
+namespace {
+
+struct OtherChannel {
+  bool active;      // has a camera that is not parked
+  bool may_stream;  // bound to a profile and switched on
+  int vcodec;
+  int vnode;
+  char usbslot[128];
+};
+
+/// One switch, from what was read to what is written.
+struct SlotSwitch {
+  SlotSwitch(bool switch_on, const _streaminfo &slot_info) : on(switch_on), slot(slot_info), own(slot_info.channel) {}
+
+  bool on;
+  const _streaminfo &slot;
+  int own;
+  int own_conflict = kNone;
+  OtherChannel others[kChannels];
+  int parked_behind = kNone;   // the channel that has the bus already
+  bool parks[kChannels] = {};  // the channels that yield to this one
+};
+
+bool readOthers(SlotSwitch &change) {
+  const ConfigReader config(OpenFailure::read);
+  if (!config) return false;
+  change.own_conflict = config.channel(change.own).get(keys::conflictch);
+  for (int i = 0; i < kChannels; ++i) {
+    const Section section = config.channel(i);
+    OtherChannel &other = change.others[i];
+    other.vcodec = section.get(keys::vcodec);
+    other.vnode = section.get(keys::vnode);
+    other.active = i != change.own && section.get(keys::exists) != 0 && other.vnode != kNone &&
+                   section.get(keys::conflictch) == kNone;
+    other.may_stream = section.get(keys::profile) != kNone && section.get(keys::slot_switch, 1) == 1;
+    section.get(keys::usbslot, other.usbslot);
+  }
+  return true;
+}
+
+void findConflicts(HostAnswers &host, const char *usbslot, SlotSwitch &change) {
+  ConflictTest test(host, usbslot);
+  test.addNode(change.slot.vnode);
+  const bool may_park = change.on && change.slot.vprofile != kNone;
+  for (int i = 0; i < kChannels; ++i) {
+    const OtherChannel &other = change.others[i];
+    if (!other.active || !(other.may_stream || may_park)) continue;
+    if (!test.conflictsWith(other.usbslot, other.vnode)) continue;
+    if (other.may_stream) {
+      change.parked_behind = i;
+      return;  // the channels parked up to here stay so
+    }
+    change.parks[i] = true;
+  }
+}
+
+bool writeSwitch(const SlotSwitch &change) {
+  const ConfigWriter config(OpenFailure::write);
+  if (!config) return false;
+  for (int i = 0; i < kChannels; ++i) {
+    if (i == change.own) config.channel(i).set(keys::slot_switch, change.on ? 1 : 0);
+    if (change.parks[i]) config.channel(i).set(keys::conflictch, change.own);
+  }
+  config.channel(change.own).set(keys::conflictch, change.parked_behind);
+  return true;
+}
+
+/// The profile of the channel that took over, or kNoSuccessor.
+int followUpConflicts(HostAnswers &host, const SlotSwitch &change) {
+  int successor = kNoSuccessor;
+  if (!change.on) {
+    if (change.own_conflict == kNone) handOverConflict(host, change.own, kNone, kHandOver, &successor);
+  } else if (change.parked_behind != kNone && host.isOneChannelLimited()) {
+    handOverConflict(host, change.own, change.parked_behind, kHandOverOnPlug, &successor);
+  }
+  return successor;
+}
+
+/// Does the manager have a stream to start? The codec is meant to be that of the last channel but the own, not the
+/// slot's.
+bool startsStreaming(const SlotSwitch &change) {
+  const int last = change.own == kChannels - 1 ? kChannels - 2 : kChannels - 1;
+  return change.parked_behind == kNone && change.others[last].vcodec == kMjpeg;
+}
+
+void notify(const SlotSwitch &change, int successor) {
+  if (!hasVideo(change.slot.stream_type)) return;
+  const int profile = change.slot.vprofile;
+  const bool streams = change.on ? startsStreaming(change) : profile != kNone;
+  if (!streams) return;
+  ChangeNotification notification =
+      change.on ? ChangeNotification::plugged(profile) : ChangeNotification::removed(profile);
+  if (successor != kNoSuccessor) notification.target = successor;
+  vl_settingNotify(&notification);
+}
+
+}  // namespace
+}  // namespace usbdev
+
+// The address of the client is part of the interface and tells nobody anything.
+int vl_set_usbslot_switch(const char *usbslot, const char *state, const char * /*client_ip*/) {
+  using namespace usbdev;
+  if (usbslot == nullptr || state == nullptr) return -1;
+  _streaminfo slot;
+  if (vl_get_usbslot_info(usbslot, &slot) != 0 || slot.channel == kNone) return -1;
+  SlotSwitch change(isSame(state, "enable"), slot);
+  if (!readOthers(change)) return -1;
+
+  HostAnswers host;
+  findConflicts(host, usbslot, change);
+  if (!writeSwitch(change)) return -1;
+  const int successor = followUpConflicts(host, change);
+  logEvent(EventLevel::information, "USB slot [%s] has been %s.", usbslot, change.on ? "enabled" : "disabled");
+  notify(change, successor);
+  return 0;
+}

@@ -1,0 +1,129 @@
+#include <usbdev/core.h>
+#include <usbdev/profiles.h>
+#include <usbdev/web.h>
+
+#include <cstring>
+
+#include "core/change_notification.h"
+#include "core/text.h"
+#include "devices/channel_records.h"
+
+namespace usbdev {
+namespace {
+
+/// What the channel has before the change.
+struct Standing {
+  int vnode;
+  int anode;
+  float rate;
+};
+
+bool readStanding(int channel, Standing &standing) {
+  const ConfigReader config;
+  if (!config) return false;
+  const Section section = config.channel(channel);
+  standing.vnode = section.get(keys::vnode);
+  standing.anode = section.get(keys::anode);
+  standing.rate = readRate(section);
+  return true;
+}
+
+/// Writes to one channel what differs from the record as it stood.
+class ChangedSettings {
+ public:
+  ChangedSettings(const Section &channel, const _streaminfo &new_info, const _streaminfo &old_info)
+      : channel_(channel), new_(new_info), old_(old_info) {}
+
+  bool any() const { return any_; }
+
+  void writeVideo(float chosen_fps) {
+    channel_.set(keys::venable, 1);
+    write(keys::vcodec, &_streaminfo::vcodec);
+    write(keys::width, &_streaminfo::width);
+    write(keys::height, &_streaminfo::height);
+    if (chosen_fps != old_.framerate) writeRate(chosen_fps);
+    if (new_.vcodec == kMjpeg && any_) writeNewTag();
+    if (new_.vcodec == kH264) writeEncoding();
+  }
+
+  void writeAudio() {
+    write(keys::aenable, &_streaminfo::aenable);
+    if (new_.aenable != 1) return;
+    if (write(keys::acodec, &_streaminfo::acodec)) {
+      channel_.set(keys::samplerate, new_.samplerate);
+      channel_.set(keys::channelno, new_.channelno);
+      channel_.set(keys::bitrate, new_.bitrate);
+    }
+    write(keys::volume, &_streaminfo::volume);
+  }
+
+ private:
+  bool write(const IntKey &key, int _streaminfo::*setting) {
+    if (new_.*setting == old_.*setting) return false;
+    channel_.set(key, new_.*setting);
+    any_ = true;
+    return true;
+  }
+
+  void writeRate(float fps) {
+    char text[16];
+    formatText(text, "%3.2f", static_cast<double>(fps));
+    channel_.set(keys::framerate, text);
+    any_ = true;
+  }
+
+  /// A changed MJPEG stream is another one to those who watch it.
+  void writeNewTag() {
+    char tag[16] = "";
+    generate_ssid(tag);
+    channel_.set(keys::vtag, tag);
+  }
+
+  /// What only a picture that the host encodes has.
+  void writeEncoding() {
+    channel_.set(keys::spsstate, 0);
+    write(keys::osdenable, &_streaminfo::osdenable);
+    write(keys::flip, &_streaminfo::flip);
+    write(keys::mirror, &_streaminfo::mirror);
+    write(keys::ldspoutput, &_streaminfo::ldspoutput);
+  }
+
+  Section channel_;
+  const _streaminfo &new_;
+  const _streaminfo &old_;
+  bool any_ = false;
+};
+
+}  // namespace
+}  // namespace usbdev
+
+int vl_set_usbchn_stream(int profile, _streaminfo *new_info, const _streaminfo *old_info, int event_code) {
+  using namespace usbdev;
+  if (new_info == nullptr || old_info == nullptr) return -1;
+  int channel = kNone;
+  Standing standing;
+  if (trsProfiletoPlugCh(profile, &channel) != 0 || !readStanding(channel, standing)) return -1;
+
+  float chosen_fps = standing.rate;
+  if (findclosedFPS(profile, new_info, &chosen_fps) != 0) return -1;
+  new_info->stream_type = streamType(standing.vnode, standing.anode, new_info->stream_type);
+
+  bool changed = false;
+  {
+    const ConfigWriter config;
+    if (!config) return -1;
+    Add_setStream_log(profile, new_info, old_info, chosen_fps, event_code);  // by design before the first key
+    ChangedSettings settings(config.channel(channel), *new_info, *old_info);
+    if (hasVideo(new_info->stream_type)) settings.writeVideo(chosen_fps);
+    if (hasAudio(new_info->stream_type)) settings.writeAudio();
+    changed = settings.any();
+  }
+  if (!changed && event_code != kEventReportAll) return 0;
+  ChangeNotification notification(profile, event_code);
+  std::memcpy(notification.request_header, new_info->header, sizeof notification.request_header);
+  notification.vnode = standing.vnode;
+  notification.anode = standing.anode;
+  notification.flag = new_info->vcodec == kH264 ? 1 : 0;
+  notification.target = profile;
+  return vl_settingNotify(&notification);
+}
