@@ -93,7 +93,12 @@ TEST_F(GpuinfoApp, RefusesAWrongUsage) {
     expect(std::string("gpuinfo_app") + arguments, "", 2);
 }
 
-TEST(AHostWithoutGraphicsProcessors, ListsNone) { expect("gpuinfo_app -l", "", 0); }
+class AHostWithoutSettings : public testing::Test {
+ protected:
+  void SetUp() override { make_empty_folder("/etc/config"); }
+};
+
+TEST_F(AHostWithoutSettings, ListsNoGraphicsProcessors) { expect("gpuinfo_app -l", "", 0); }
 
 class HwinfoApp : public testing::Test {
  protected:
@@ -116,7 +121,7 @@ TEST_F(HwinfoApp, RefusesAWrongUsage) {
     expect(std::string("hwinfo_app") + arguments, "", 2);
 }
 
-TEST(AHostWithoutAPortTable, KnowsNoSlot) { expect("hwinfo_app --usb_get_port_id value='1-1'", "", 1); }
+TEST_F(AHostWithoutSettings, KnowsNoSlot) { expect("hwinfo_app --usb_get_port_id value='1-1'", "", 1); }
 
 TEST(EveryHostTool, ExplainsItself) {
   for (const std::string name : {"readcfg", "gpuinfo_app", "hwinfo_app"}) {

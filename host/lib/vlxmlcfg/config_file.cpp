@@ -94,7 +94,7 @@ int create(const std::string &path, const std::string &content) {
   return created ? kDone : kNotWritable;
 }
 
-/* The file behind all links. A link to a missing file stays a link. */
+/* The file behind all links; where they lead nowhere, the path itself. */
 std::string resolve(const char *path) {
   std::unique_ptr<char, decltype(&free)> resolved(realpath(path, nullptr), &free);
   return resolved ? resolved.get() : path;
