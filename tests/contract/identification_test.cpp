@@ -97,6 +97,7 @@ TEST_F(ACamera, IsFoundByItsWholeSlotName) {
 
 TEST_F(ACamera, OfASlotWithoutATerminatorIsNotFound) {
   memset(device.usbslot, 'x', sizeof device.usbslot);
+  device.plugged = 0;  // whoever reads on finds the end of the text here
   walk("    KERNELS==\"" + std::string(128, 'x') + "\"\n" + kVendor + kProduct);
   EXPECT_EQ(pidvid(), 0);
 }
@@ -279,10 +280,10 @@ TEST_F(ANode, WithALineLongerThanTheBufferIsReadUpToThere) {
   EXPECT_EQ(bridgePathFrom("  looking at device '/devices/" + longPart + "/usb3/3-1':\n"), 0);
 }
 
-TEST_F(ANode, WithNothingInFrontOfItsPathGivesNothingFromBeforeTheLine) {
+TEST_F(ANode, WithItsPartsInNoUsefulPlaceHasNoPath) {
   for (const char *line : {"usb/devices/x\n", "devices/x/usb1\n", "usb\n", "devices\n"}) {
-    bridgePathFrom(line);
-    EXPECT_LE(path.size(), strlen(line)) << line;
+    EXPECT_EQ(bridgePathFrom(line), 0) << line;
+    EXPECT_EQ(path, "") << line;
   }
 }
 

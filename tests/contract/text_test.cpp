@@ -39,6 +39,12 @@ TEST(Trim, PointsIntoTheSameBufferAndLeavesTheStartThere) {
   EXPECT_STREQ(text, "  abc");
 }
 
+TEST(Trim, CutsTheEndDownToTheKeptStartOnly) {
+  char text[] = " \t \r\n";
+  EXPECT_STREQ(trim(text), "");
+  EXPECT_STREQ(text, " \t ");
+}
+
 TEST(TrimDateTime, RemovesEveryOccurrence) {
   char date[] = "2024-03-05";
   EXPECT_EQ(trimdatetime(date, "-"), date);
