@@ -53,7 +53,7 @@ void addDeviceOptions(CLI::App &command, DeviceOptions &device, bool plugged) {
       ->check(CLI::NonNegativeNumber);
   command.add_option("--slot", device.slot, "Kernel name of the USB port, such as 3-1.2")
       ->required()
-      ->check(CLI::Validator(checkSlot, "TEXT"));
+      ->check(CLI::Validator(checkSlot, ""));
   command.add_option("--name", device.name, "Product name, cut at 255 bytes")->required(plugged);
   addJsonFlag(command, device.json);
 }

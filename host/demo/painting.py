@@ -1,0 +1,55 @@
+"""How the demo shows what it sees: text that is a picture of the channels, in colour where the terminal has it."""
+
+from __future__ import annotations
+
+from typing import Any
+
+BOLD, DIM, GREEN, YELLOW, RED, CYAN = "1", "2", "32", "33", "31", "36"
+
+# The library's own event codes.
+STREAMS, REMOVED = 6, 7
+EVENT_NAMES = {STREAMS: "starts to stream", REMOVED: "removed"}
+
+
+class Painter:
+    def __init__(self, colour: bool) -> None:
+        self._colour = colour
+
+    def _styled(self, text: str, style: str) -> str:
+        return f"\x1b[{style}m{text}\x1b[0m" if self._colour else text
+
+    def title(self, text: str) -> None:
+        print("\n" + self._styled(text, BOLD), flush=True)
+
+    def command(self, text: str) -> None:
+        print(self._styled(f"   $ {text}", DIM), flush=True)
+
+    def channels(self, before: list[dict[str, Any]], now: list[dict[str, Any]]) -> None:
+        """A line per channel in use; what the step changed is marked."""
+        for old, channel in zip(before, now):
+            if channel["state"] == "free":
+                continue
+            mark = ">" if channel != old else " "
+            print(f" {mark} {self._channel(channel)}", flush=True)
+
+    def _channel(self, channel: dict[str, Any]) -> str:
+        profile = "no profile" if channel["profile"] is None else f"profile {channel['profile']}"
+        text = f"channel {channel['channel']}  {channel['slot'] or '':<6} {channel['device'] or '':<31} {profile:<11}"
+        if channel["state"] != "plugged":
+            return self._styled(f"{text} {channel['state']}", DIM)
+        if channel["parked_behind"] is not None:
+            return self._styled(f"{text} waits behind channel {channel['parked_behind']}", YELLOW)
+        if not channel["supported"]:
+            return self._styled(f"{text} not supported", RED)
+        return self._styled(f"{text} ready", GREEN)
+
+    def datagrams(self, datagrams: list[dict[str, Any]]) -> None:
+        for datagram in datagrams:
+            event, profile = datagram["event"], datagram["profile"]
+            whose = "a camera without profile" if profile < 0 else f"profile {profile}"
+            text = f"   datagram to the manager: event {event}, {whose} {EVENT_NAMES[event]}"
+            print(self._styled(text, CYAN), flush=True)
+
+    def log(self, texts: list[str]) -> None:
+        for text in texts:
+            print(self._styled(f"   event log: {text}", CYAN), flush=True)

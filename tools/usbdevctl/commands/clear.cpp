@@ -1,0 +1,32 @@
+#include <usbdev/profiles.h>
+
+#include <memory>
+
+#include "commands/commands.h"
+#include "commands/profile_option.h"
+#include "output/output.h"
+#include "program.h"
+
+namespace usbdevctl {
+
+namespace {
+
+// The event code that the application sends when a user unbinds a profile.
+constexpr int kEventCleared = 4;
+
+ExitStatus clear(int profile) {
+  if (vl_clear_usbchn_profile(profile, nullptr, kEventCleared) == 0) return ExitStatus::ok;
+  complain("profile " + std::to_string(profile) + " is bound to no camera, or the configuration cannot be written");
+  return ExitStatus::failure;
+}
+
+}  // namespace
+
+void addClear(Program &program) {
+  auto profile = std::make_shared<int>(0);
+  CLI::App &command =
+      program.addCommand("clear", "Unbind a profile and remove its links", [profile] { return clear(*profile); });
+  addProfileOption(command, *profile);
+}
+
+}  // namespace usbdevctl
