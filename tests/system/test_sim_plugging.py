@@ -8,6 +8,9 @@ import pytest
 from simlib.attributes import AttributeList
 from simlib.catalogue import camera_names, load_camera
 from simlib.errors import SimError
+from simlib.machine import Machine
+from simlib.ports import parse_port
+from simlib.topology import Topology
 
 
 def files_below(root: Path) -> set[str]:
@@ -37,12 +40,13 @@ def test_usb_addresses_are_not_given_out_again_at_once(pc):
     assert host.plug("usb2-camera", "3-1").address == 3
 
 
-def test_usb_addresses_start_again_after_the_last(pc):
-    host, _ = pc
+def test_usb_addresses_start_again_after_the_last():
+    machine = Machine(Topology("three-controllers"))
+    camera, port = load_camera("usb2-camera"), parse_port("3-1")
     for _ in range(126):
-        host.plug("usb2-camera", "3-1")
-        host.unplug("3-1")
-    assert host.plug("usb2-camera", "3-1").address == 2
+        machine.plug(camera, port)
+        machine.unplug(port)
+    assert machine.plug(camera, port).address == 2
 
 
 def test_the_name_file_ends_with_a_line_feed(pc):
@@ -123,6 +127,14 @@ def test_a_hub_stays_when_its_cameras_go(pc):
     host.plug("hd-usb-camera", "3-1.1")
     host.unplug("3-1.1")
     assert list(host.machine().hubs) == ["3-1"]
+
+
+def test_the_walk_passes_every_hub_on_the_way(pc):
+    host, root = pc
+    host.plug("hd-usb-camera", "3-1.2.4")
+    lines = (root / "run/usbdev-sim/nodes/video0/walk").read_text().splitlines()
+    names = [line.split('"')[1] for line in lines if line.startswith("    KERNELS==")]
+    assert names[:5] == ["3-1.2.4:1.0", "3-1.2.4", "3-1.2", "3-1", "usb3"]
 
 
 def test_a_superspeed_camera_runs_slower_on_a_slower_bus(pc):
