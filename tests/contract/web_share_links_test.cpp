@@ -1,0 +1,303 @@
+// Share links: made, read, renewed and removed.
+#include <cstring>
+#include <string>
+
+#include "contract_test.h"
+
+namespace contract {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kUuidCommand[] = "/bin/cat /proc/sys/kernel/random/uuid";
+constexpr char kUuid[] = "1b4e28ba-2fa1-11d2-883f-0016d3cca427\n";
+constexpr char kHash[] = "1b4e28ba2fa111d2883f0016d3cca427";
+const std::string kRoot = "/mnt/ext/opt/apps/Velmora2/";
+
+std::string linking(int directory, const std::string &name) {
+  return "exec /bin/ln -sf " + kRoot + "hls/channel" + std::to_string(directory) + " " + kRoot + name;
+}
+std::string removing(const std::string &name) { return "exec /bin/rm -rf " + kRoot + name; }
+
+// Channel 6 serves profile 2.
+class AShareLink : public ContractTest {
+ protected:
+  AShareLink() {
+    host.commands.allowInsideCriticalSection();
+    host.commands.prints(kUuidCommand, kUuid);
+    host.chance.random = 4711;
+    host.channel(6).profile(2);
+    memset(&info, '#', sizeof info);
+    info.profile = 2;
+    info.shrenable = 1;
+    info.pwdenable = 1;
+    strcpy(info.shrpwd, "secret");
+  }
+  // A link that is there already.
+  void stored(const std::string &ssid, const std::string &hash, const std::string &password) {
+    host.channel(6).set("sharelink/ssid", ssid).set("sharelink/hash_string", hash).set("sharelink/shrpwd", password);
+    host.channel(6).set("sharelink/token", "old-token").set("sharelink/shrenable", 1);
+    if (!hash.empty()) host.files.link(kRoot + hash, kRoot + "hls/channel3");
+  }
+  std::string get(const std::string &key) { return host.channel(6).get("sharelink/" + key); }
+  Lines executed() { return host.journal.only({"exec"}); }
+
+  ShareLinkInfo info;
+};
+
+class ANewShareLink : public AShareLink {};
+
+TEST_F(ANewShareLink, IsStoredWithItsIdentifiers) {
+  EXPECT_EQ(vl_set_share_link(&info), 0);
+  EXPECT_THAT(host.config.writes(),
+              ElementsAre("ch6/sharelink/shrenable=1", "ch6/sharelink/pwdenable=1", "ch6/sharelink/shrpwd=secret",
+                          "ch6/sharelink/ssid=00004711", std::string("ch6/sharelink/token=") + kHash,
+                          std::string("ch6/sharelink/hash_string=") + kHash));
+}
+
+TEST_F(ANewShareLink, IsToldToTheCaller) {
+  vl_set_share_link(&info);
+  EXPECT_STREQ(info.ssid, "00004711");
+  EXPECT_STREQ(info.token, kHash);
+  EXPECT_STREQ(info.hash_string, kHash);
+  EXPECT_EQ(info.profile, 2);
+  EXPECT_EQ(info.profilename[0], '#');
+}
+
+TEST_F(ANewShareLink, LeadsToTheDirectoryOfTheProfileNotOfTheChannel) {
+  vl_set_share_link(&info);
+  EXPECT_THAT(executed(), ElementsAre(linking(3, kHash)));
+}
+
+TEST_F(ANewShareLink, HasItsIdentifiersMadeBeforeTheFileIsOpenedForWriting) {
+  vl_set_share_link(&info);
+  const std::string command = kUuidCommand;
+  EXPECT_THAT(host.journal.lines(),
+              ElementsAre("open r", "close", "open r", "close", "popen " + command, "pclose " + command,
+                          "popen " + command, "pclose " + command, "open w", linking(3, kHash), "close"));
+}
+
+TEST_F(ANewShareLink, WhoseNameCannotBeMadeIsStoredWithoutALink) {
+  host.commands.cannotStart(kUuidCommand);
+  EXPECT_EQ(vl_set_share_link(&info), 0);
+  EXPECT_EQ(get("ssid"), "00004711");
+  EXPECT_EQ(get("token"), "");
+  EXPECT_STREQ(info.hash_string, "");
+  EXPECT_THAT(executed(), IsEmpty());
+}
+
+TEST_F(ANewShareLink, WithAPasswordThatFillsItsFieldIsStoredCut) {
+  memset(info.shrpwd, 'p', sizeof info.shrpwd);
+  EXPECT_EQ(vl_set_share_link(&info), 0);
+  EXPECT_EQ(get("shrpwd"), std::string(31, 'p'));
+}
+
+class ASharedProfile : public AShareLink {
+ protected:
+  ASharedProfile() { stored("12345678", "old", "secret"); }
+};
+
+TEST_F(ASharedProfile, KeepsItsLinkWhenThePasswordIsTheSame) {
+  EXPECT_EQ(vl_set_share_link(&info), 0);
+  EXPECT_THAT(host.config.writes(),
+              ElementsAre("ch6/sharelink/shrenable=1", "ch6/sharelink/pwdenable=1", "ch6/sharelink/shrpwd=secret"));
+  EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close", "open r", "close", "open w", "close"));
+}
+
+TEST_F(ASharedProfile, ThatKeepsItsLinkTellsItsShareIdAlone) {
+  vl_set_share_link(&info);
+  EXPECT_STREQ(info.ssid, "12345678");
+  EXPECT_EQ(info.token[0], '#');
+  EXPECT_EQ(info.hash_string[0], '#');
+}
+
+TEST_F(ASharedProfile, GetsANewLinkUnderItsOldShareIdWithANewPassword) {
+  strcpy(info.shrpwd, "other");
+  EXPECT_EQ(vl_set_share_link(&info), 0);
+  EXPECT_THAT(
+      host.config.writes(),
+      ElementsAre("ch6/sharelink/shrenable=1", "ch6/sharelink/pwdenable=1", "ch6/sharelink/shrpwd=other",
+                  std::string("ch6/sharelink/token=") + kHash, std::string("ch6/sharelink/hash_string=") + kHash));
+  EXPECT_STREQ(info.ssid, "12345678");
+  EXPECT_THAT(executed(), ElementsAre(removing("old"), linking(3, kHash)));
+}
+
+TEST_F(ASharedProfile, LosesItsOldLinkWhileTheFileIsOpenForWriting) {
+  strcpy(info.shrpwd, "other");
+  vl_set_share_link(&info);
+  const Lines events = host.journal.only({"open", "lstat", "exec", "close"});
+  EXPECT_THAT(events, ElementsAre("open r", "close", "open r", "close", "open w", "lstat " + kRoot + "old",
+                                  removing("old"), linking(3, kHash), "close"));
+}
+
+TEST_F(ASharedProfile, LosesItsIdentifiersWhenSharingEnds) {
+  info.shrenable = 0;
+  EXPECT_EQ(vl_set_share_link(&info), 0);
+  EXPECT_THAT(host.config.writes(),
+              ElementsAre("ch6/sharelink/shrenable=0", "ch6/sharelink/pwdenable=1", "ch6/sharelink/shrpwd=secret",
+                          "ch6/sharelink/ssid=", "ch6/sharelink/token=", "ch6/sharelink/hash_string="));
+  EXPECT_THAT(executed(), ElementsAre(removing("old")));
+  EXPECT_EQ(host.journal.commands().size(), 0U);
+}
+
+TEST_F(ASharedProfile, WhoseLinkIsGoneIsNotRemovedAgain) {
+  host.files.remove(kRoot + "old");
+  info.shrenable = 0;
+  EXPECT_EQ(vl_set_share_link(&info), 0);
+  EXPECT_THAT(executed(), IsEmpty());
+}
+
+TEST_F(AShareLink, WithoutAStoredNameNeverRemovesAnything) {
+  stored("12345678", "", "other");
+  info.shrenable = 0;
+  EXPECT_EQ(vl_set_share_link(&info), 0);
+  EXPECT_THAT(host.journal.only({"lstat", "exec"}), IsEmpty());
+}
+
+TEST_F(AShareLink, WithoutAShareIdIsMadeAnewWithTheSamePasswordToo) {
+  stored("", "old", "secret");
+  EXPECT_EQ(vl_set_share_link(&info), 0);
+  EXPECT_EQ(get("ssid"), "00004711");
+  EXPECT_THAT(executed(), ElementsAre(removing("old"), linking(3, kHash)));
+}
+
+TEST_F(AShareLink, IsReadWhole) {
+  stored("12345678", "old", "word");
+  host.channel(6).profileName("Front door").set("sharelink/pwdenable", 1);
+  EXPECT_EQ(vl_get_share_link(&info), 0);
+  EXPECT_STREQ(info.profilename, "Front door");
+  EXPECT_EQ(info.shrenable, 1);
+  EXPECT_EQ(info.pwdenable, 1);
+  EXPECT_STREQ(info.shrpwd, "word");
+  EXPECT_STREQ(info.ssid, "12345678");
+  EXPECT_STREQ(info.token, "old-token");
+  EXPECT_STREQ(info.hash_string, "old");
+}
+
+TEST_F(AShareLink, ThatIsNotStoredIsReadAsDisabled) {
+  EXPECT_EQ(vl_get_share_link(&info), 0);
+  EXPECT_EQ(info.shrenable, 0);
+  EXPECT_EQ(info.pwdenable, 0);
+  EXPECT_STREQ(info.profilename, "");
+  EXPECT_STREQ(info.ssid, "");
+}
+
+TEST_F(AShareLink, IsReadWithItsTextsCutToTheirFields) {
+  stored(std::string(48, 's'), std::string(64, 'h'), std::string(32, 'p'));
+  host.channel(6).set("sharelink/token", std::string(64, 't'));
+  EXPECT_EQ(vl_get_share_link(&info), 0);
+  EXPECT_EQ(info.ssid, std::string(47, 's'));
+  EXPECT_EQ(info.hash_string, std::string(63, 'h'));
+  EXPECT_EQ(info.shrpwd, std::string(31, 'p'));
+  EXPECT_EQ(info.token, std::string(63, 't'));
+}
+
+class ARenewedShareLink : public ASharedProfile {};
+
+TEST_F(ARenewedShareLink, HasAllItsIdentifiersReplaced) {
+  EXPECT_EQ(vl_renew_share_link(&info), 0);
+  EXPECT_THAT(host.config.writes(),
+              ElementsAre("ch6/sharelink/ssid=00004711", std::string("ch6/sharelink/token=") + kHash,
+                          std::string("ch6/sharelink/hash_string=") + kHash));
+  EXPECT_STREQ(info.ssid, "00004711");
+  EXPECT_STREQ(info.token, kHash);
+  EXPECT_STREQ(info.hash_string, kHash);
+}
+
+TEST_F(ARenewedShareLink, LosesItsOldLinkOutsideTheLockAndGetsItsNewOneInside) {
+  vl_renew_share_link(&info);
+  EXPECT_THAT(host.journal.only({"open", "exec", "close"}),
+              ElementsAre("open r", "close", "open r", "close", removing("old"), "open w", linking(3, kHash), "close"));
+}
+
+TEST_F(ARenewedShareLink, IsMadeForADisabledOneToo) {
+  host.channel(6).set("sharelink/shrenable", 0);
+  info.shrenable = 0;
+  EXPECT_EQ(vl_renew_share_link(&info), 0);
+  EXPECT_THAT(executed(), ElementsAre(removing("old"), linking(3, kHash)));
+  EXPECT_EQ(get("shrenable"), "0");
+}
+
+TEST_F(ARenewedShareLink, IsMadeThoughTheOldOneCouldNotBeRead) {
+  OutputCapture output;
+  host.config.failOpenNumber(2, -5);
+  EXPECT_EQ(vl_renew_share_link(&info), 0);
+  EXPECT_EQ(output.text(), openFailure(-5));
+  EXPECT_THAT(executed(), ElementsAre(linking(3, kHash)));
+}
+
+TEST_F(ASharedProfile, HasItsLinkRemovedByItsSection) {
+  EXPECT_EQ(remove_hash_link("ch6"), 0);
+  EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close", "lstat " + kRoot + "old", removing("old")));
+  EXPECT_EQ(get("hash_string"), "old");
+}
+
+TEST_F(ASharedProfile, LosesNothingWithAnotherSection) {
+  for (const char *section : {"ch5", "ch", "ch66", "c", "", "%n%s"}) EXPECT_EQ(remove_hash_link(section), 0);
+  EXPECT_THAT(executed(), IsEmpty());
+  EXPECT_EQ(remove_hash_link(nullptr), -1);
+}
+
+using Operation = int (*)(ShareLinkInfo *);
+
+class EveryShareLinkOperation : public ASharedProfile, public testing::WithParamInterface<Operation> {
+ protected:
+  // The n-th open fails, and nothing is told.
+  void failsAtOpen(int number) {
+    strcpy(info.shrpwd, "other");
+    const ShareLinkInfo before = info;
+    OutputCapture output;
+    host.config.failOpenNumber(number, -4);
+    EXPECT_EQ(GetParam()(&info), -1);
+    EXPECT_EQ(output.text(), openFailure(-4));
+    EXPECT_EQ(memcmp(&before, &info, sizeof info), 0);
+    EXPECT_THAT(host.config.writes(), IsEmpty());
+  }
+};
+
+TEST_P(EveryShareLinkOperation, OfAProfileWithoutAChannelFails) {
+  info.profile = 1;
+  const ShareLinkInfo before = info;
+  EXPECT_EQ(GetParam()(&info), -1);
+  EXPECT_EQ(memcmp(&before, &info, sizeof info), 0);
+  EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close"));
+}
+
+TEST_P(EveryShareLinkOperation, OfNoProfileFailsBeforeAnything) {
+  for (const int profile : {-1, 4}) {
+    info.profile = profile;
+    EXPECT_EQ(GetParam()(&info), -1);
+  }
+  EXPECT_EQ(GetParam()(nullptr), -1);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
+TEST_P(EveryShareLinkOperation, FailsWhenTheMappingCannotBeRead) { failsAtOpen(1); }
+
+INSTANTIATE_TEST_SUITE_P(OfEveryKind, EveryShareLinkOperation,
+                         testing::Values(vl_set_share_link, vl_get_share_link, vl_renew_share_link));
+
+class AReadingOrSettingOperation : public EveryShareLinkOperation {};
+
+TEST_P(AReadingOrSettingOperation, FailsWhenItsReadingFails) { failsAtOpen(2); }
+
+INSTANTIATE_TEST_SUITE_P(OfEveryKind, AReadingOrSettingOperation,
+                         testing::Values(vl_set_share_link, vl_get_share_link));
+
+class AWritingOperation : public EveryShareLinkOperation {};
+
+TEST_P(AWritingOperation, FailsWhenItsWritingFails) { failsAtOpen(3); }
+
+INSTANTIATE_TEST_SUITE_P(OfEveryKind, AWritingOperation, testing::Values(vl_set_share_link, vl_renew_share_link));
+
+TEST_F(ASharedProfile, KeepsItsLinkWhenTheRemovalCannotRead) {
+  host.config.failReadOpens(-3);
+  OutputCapture output;
+  EXPECT_EQ(remove_hash_link("ch6"), -1);
+  EXPECT_EQ(output.text(), openFailure(-3));
+  EXPECT_THAT(executed(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace contract
