@@ -1,0 +1,52 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "configuration.h"
+#include "private_host.h"
+
+namespace {
+
+const std::string kFolder = std::string(kWorkFolder) + "/config";
+const std::string kFile = kFolder + "/usbdev.conf";
+std::vector<std::string> calls;
+
+std::string path_of(int descriptor) {
+  return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor));
+}
+
+}  // namespace
+
+/* These stand in for the C library's, also where the configuration library calls them. */
+
+int fsync(int descriptor) {
+  calls.push_back("flush " + path_of(descriptor));
+  return static_cast<int>(syscall(SYS_fsync, descriptor));
+}
+
+int rename(const char *from, const char *to) noexcept {
+  calls.push_back(std::string("rename ") + from + " to " + to);
+  return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+
+namespace {
+
+TEST(AStoredConfiguration, IsOnTheDiskBeforeItReplacesTheOldOneAndSoIsTheReplacement) {
+  make_empty_folder(kFolder);
+  write_file(kFile, "<velmora/>");
+  Configuration writer(kWrite, kFile);
+  writer.set_number("ch0", "exists", 1);
+  EXPECT_THAT(calls, testing::IsEmpty());
+  ASSERT_EQ(writer.close(), xmlcfg::kDone);
+  const std::string fresh = kFolder + "/.usbdev.conf.new";
+  EXPECT_THAT(calls, testing::ElementsAre("flush " + fresh, "rename " + fresh + " to " + kFile, "flush " + kFolder));
+}
+
+}  // namespace
