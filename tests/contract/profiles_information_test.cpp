@@ -1,0 +1,318 @@
+// What the settings of a profile are.
+#include <cstring>
+#include <string>
+
+#include "contract_test.h"
+#include "described_channel.h"
+#include "record_text.h"
+
+namespace contract {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kPresetVideo[] = "node -1 profile -1 codec 1 enable 0 sps 0 1280x720@30 fetype ";
+constexpr char kPresetAudio[] = "node -1 profile -1 codec 0 enable 0 8000 Hz 1 ch 64000 bit/s volume 50";
+constexpr char kPresetPicture[] = "osd 1 flip 0 mirror 0 ldsp 0";
+
+class AProfilesStream : public ContractTest {
+ protected:
+  int read(int profile = 2) {
+    info = untouched<_streaminfo>();
+    OutputCapture output;
+    const int result = vl_get_stream_info(profile, &info);
+    message = output.text();
+    return result;
+  }
+
+  void expectPresets() const {
+    EXPECT_EQ(info.stream_type, 0);
+    EXPECT_EQ(videoText(info), kPresetVideo);
+    EXPECT_EQ(audioText(info), kPresetAudio);
+    EXPECT_EQ(pictureText(info), kPresetPicture);
+    EXPECT_STREQ(info.vtag, "");
+  }
+
+  HostChannel channel() { return host.channel(4); }
+
+  _streaminfo info = untouched<_streaminfo>();
+  std::string message;
+};
+
+TEST_F(AProfilesStream, IsReadFromTheKeysOfItsChannel) {
+  describe(channel());
+  EXPECT_EQ(read(), 0);
+  EXPECT_EQ(info.stream_type, 3);
+  EXPECT_EQ(info.slot_switch, 1);
+  EXPECT_EQ(videoText(info), "node 5 profile 2 codec 0 enable 1 sps 1 1920x1080@15 fetype 7");
+  EXPECT_EQ(audioText(info), "node 3 profile 2 codec 1 enable 6 48000 Hz 2 ch 96000 bit/s volume 80");
+  EXPECT_EQ(pictureText(info), "osd 0 flip 1 mirror 2 ldsp 3");
+  EXPECT_STREQ(info.vtag, "12345678");
+}
+
+TEST_F(AProfilesStream, OfAnAttachedChannelWithNothingElseHasTheDefaults) {
+  channel().exists(1).profile(2);
+  EXPECT_EQ(read(), 0);
+  EXPECT_EQ(info.slot_switch, 1);
+  EXPECT_EQ(videoText(info), "node -1 profile 2 codec 1 enable 0 sps 0 1280x720@30 fetype ");
+  EXPECT_EQ(audioText(info), "node -1 profile 2 codec 0 enable 0 8000 Hz 1 ch 64000 bit/s volume 50");
+  EXPECT_EQ(pictureText(info), kPresetPicture);
+}
+
+TEST_F(AProfilesStream, LeavesHeaderChannelAndReservedWordsAlone) {
+  describe(channel());
+  read();
+  const _streaminfo before = untouched<_streaminfo>();
+  EXPECT_EQ(memcmp(info.header, before.header, sizeof info.header), 0);
+  EXPECT_EQ(info.channel, before.channel);
+  EXPECT_EQ(info.reserved1, before.reserved1);
+  EXPECT_EQ(memcmp(info.reserved2, before.reserved2, sizeof info.reserved2), 0);
+}
+
+TEST_F(AProfilesStream, IsReadInOnePassAfterTheMapping) {
+  describe(channel());
+  read();
+  EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close", "open r", "close"));
+}
+
+TEST_F(AProfilesStream, OfNoChannelIsThePresets) {
+  EXPECT_EQ(read(), -1);
+  EXPECT_EQ(info.slot_switch, 1);
+  expectPresets();
+}
+
+TEST_F(AProfilesStream, OfAnUnknownProfileIsThePresetsAndOpensNothing) {
+  for (const int profile : {-1, 4}) {
+    EXPECT_EQ(read(profile), -1);
+    expectPresets();
+  }
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
+TEST_F(AProfilesStream, ThatCannotBeOpenedAgainIsThePresets) {
+  describe(channel());
+  host.config.failOpenNumber(2, -5);
+  EXPECT_EQ(read(), -1);
+  EXPECT_EQ(message, openFailure(-5));
+  expectPresets();
+}
+
+TEST_F(AProfilesStream, OfAnAbsentDeviceIsRefusedFirst) {
+  describe(channel()).exists(0).conflict(2).slotSwitch(0);
+  EXPECT_EQ(read(), -2);
+  EXPECT_EQ(info.slot_switch, 0);
+  expectPresets();
+}
+
+TEST_F(AProfilesStream, OfADisplacedDeviceIsThere) {
+  describe(channel()).exists(-1);
+  EXPECT_EQ(read(), 0);
+}
+
+TEST_F(AProfilesStream, OfAParkedDeviceIsRefusedSecond) {
+  describe(channel()).conflict(2).slotSwitch(0);
+  EXPECT_EQ(read(), -3);
+  EXPECT_EQ(info.slot_switch, 0);
+  expectPresets();
+}
+
+TEST_F(AProfilesStream, OfASlotThatIsSwitchedOffIsRefusedThird) {
+  describe(channel()).slotSwitch(0);
+  EXPECT_EQ(read(), -4);
+  EXPECT_EQ(info.slot_switch, 0);
+  expectPresets();
+}
+
+TEST_F(AProfilesStream, IsOfTheTypeOfItsNodes) {
+  describeVideoOnly(channel());
+  read();
+  EXPECT_EQ(info.stream_type, 2);
+  describeAudioOnly(channel());
+  read();
+  EXPECT_EQ(info.stream_type, 1);
+  channel().vnode(-1).anode(-1);
+  read();
+  EXPECT_EQ(info.stream_type, 0);
+}
+
+TEST_F(AProfilesStream, DoesNotCountAudioThatIsSwitchedOff) {
+  describe(channel()).set("audio/aenable", 0);
+  read();
+  EXPECT_EQ(info.stream_type, 2);
+  describeAudioOnly(channel()).set("audio/aenable", 0);
+  read();
+  EXPECT_EQ(info.stream_type, 0);
+}
+
+TEST_F(AProfilesStream, WithALongTagOrTypeHasThemCutTo15Characters) {
+  describe(channel()).set("vtag", std::string(40, 't')).set("video/fetype", std::string(16, 'f'));
+  read();
+  EXPECT_EQ(info.vtag, std::string(15, 't'));
+  EXPECT_EQ(info.fetype, std::string(15, 'f'));
+  EXPECT_EQ(info.anode, 3);
+}
+
+TEST_F(AProfilesStream, IsRefusedWithoutARecord) {
+  EXPECT_EQ(vl_get_stream_info(2, nullptr), -1);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
+class AProfilesSettings : public ContractTest {
+ protected:
+  int read(int profile = 2) {
+    info = untouched<_profile_info>();
+    OutputCapture output;
+    const int result = vl_get_profile_info(profile, &info);
+    message = output.text();
+    return result;
+  }
+
+  void expectPresets() const {
+    EXPECT_EQ(info.exists, -1);
+    EXPECT_EQ(info.stream_type, 0);
+    EXPECT_STREQ(info.profilename, "");
+    EXPECT_STREQ(info.usbslot, "");
+    EXPECT_STREQ(info.devname, "");
+    EXPECT_EQ(videoText(info), kPresetVideo);
+    EXPECT_EQ(audioText(info), kPresetAudio);
+    EXPECT_EQ(pictureText(info), kPresetPicture);
+    EXPECT_STREQ(info.acap, "");
+  }
+
+  HostChannel channel() { return host.channel(4); }
+
+  _profile_info info = untouched<_profile_info>();
+  std::string message;
+};
+
+TEST_F(AProfilesSettings, NameItsDevice) {
+  describe(channel());
+  EXPECT_EQ(read(), 0);
+  EXPECT_EQ(info.exists, 1);
+  EXPECT_EQ(info.stream_type, 3);
+  EXPECT_STREQ(info.profilename, "Front door");
+  EXPECT_STREQ(info.usbslot, "3-1.2");
+  EXPECT_STREQ(info.devname, "HD Webcam");
+}
+
+TEST_F(AProfilesSettings, AreReadButForTheFieldsThatKeepTheirPresets) {
+  describe(channel());
+  read();
+  EXPECT_EQ(videoText(info), "node 5 profile -1 codec 0 enable 0 sps 0 1920x1080@15 fetype 7");
+  EXPECT_EQ(audioText(info), "node -1 profile -1 codec 1 enable 6 48000 Hz 1 ch 96000 bit/s volume 80");
+  EXPECT_EQ(pictureText(info), "osd 0 flip 1 mirror 2 ldsp 3");
+  EXPECT_STREQ(info.acap, "1");
+}
+
+TEST_F(AProfilesSettings, OfAnEmptyChannelAreTheDefaultsWithAudioOn) {
+  channel().profile(2);
+  EXPECT_EQ(read(), 0);
+  EXPECT_EQ(info.exists, 0);
+  EXPECT_EQ(videoText(info), kPresetVideo);
+  EXPECT_EQ(audioText(info), "node -1 profile -1 codec 0 enable 1 8000 Hz 1 ch 64000 bit/s volume 50");
+  EXPECT_EQ(pictureText(info), kPresetPicture);
+}
+
+TEST_F(AProfilesSettings, AreGivenWhateverStateTheDeviceIsIn) {
+  describe(channel()).exists(0).conflict(2).slotSwitch(0);
+  EXPECT_EQ(read(), 0);
+  EXPECT_EQ(info.exists, 0);
+  EXPECT_EQ(info.vnode, 5);
+}
+
+TEST_F(AProfilesSettings, HaveTheTypeOfTheNodesWithAudioOnOrOff) {
+  describeAudioOnly(channel()).set("audio/aenable", 0);
+  read();
+  EXPECT_EQ(info.stream_type, 1);
+  describeVideoOnly(channel());
+  read();
+  EXPECT_EQ(info.stream_type, 2);
+}
+
+TEST_F(AProfilesSettings, HaveClearedReservedWords) {
+  describe(channel());
+  read();
+  EXPECT_EQ(info.reserved1, 0);
+  EXPECT_THAT(info.reserved2, ElementsAre(0, 0, 0));
+}
+
+TEST_F(AProfilesSettings, ArePresetEvenWithoutAChannel) {
+  EXPECT_EQ(read(), -1);
+  expectPresets();
+}
+
+TEST_F(AProfilesSettings, ArePresetEvenForAnUnknownProfileAndOpenNothing) {
+  for (const int profile : {-1, 4}) {
+    EXPECT_EQ(read(profile), -1);
+    expectPresets();
+  }
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
+TEST_F(AProfilesSettings, ArePresetEvenWhenTheyCannotBeOpened) {
+  describe(channel());
+  host.config.failOpenNumber(2, -5);
+  EXPECT_EQ(read(), -1);
+  EXPECT_EQ(message, openFailure(-5));
+  expectPresets();
+}
+
+TEST_F(AProfilesSettings, WithTextsThatFillTheirFieldsEndThem) {
+  describe(channel()).profileName(std::string(300, 'p')).slot(std::string(128, 's')).name(std::string(256, 'd'));
+  read();
+  EXPECT_EQ(info.profilename, std::string(255, 'p'));
+  EXPECT_EQ(info.usbslot, std::string(127, 's'));
+  EXPECT_EQ(info.devname, std::string(255, 'd'));
+}
+
+TEST_F(AProfilesSettings, AreRefusedWithoutARecord) {
+  EXPECT_EQ(vl_get_profile_info(2, nullptr), -1);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
+class ARate : public AProfilesSettings {};
+
+TEST_F(ARate, ThatIsStoredIsReadAsANumber) {
+  channel().profile(2).set("video/framerate", "7.50");
+  read();
+  EXPECT_EQ(info.framerate, 7.5F);
+}
+
+TEST_F(ARate, ThatIsMissingIsThirty) {
+  channel().profile(2);
+  read();
+  EXPECT_EQ(info.framerate, 30.0F);
+}
+
+TEST_F(ARate, ThatIsNoNumberIsZero) {
+  channel().profile(2).set("video/framerate", "fast");
+  read();
+  EXPECT_EQ(info.framerate, 0.0F);
+}
+
+class AChannelsProfile : public ContractTest {};
+
+TEST_F(AChannelsProfile, IsTheStoredOne) {
+  host.channel(7).profile(3);
+  EXPECT_EQ(vl_get_profileID(7), 3);
+}
+
+TEST_F(AChannelsProfile, IsNoneWhenNothingIsStored) { EXPECT_EQ(vl_get_profileID(7), -1); }
+
+TEST_F(AChannelsProfile, IsAskedForByAnyNumber) {
+  host.channel(12).profile(3);
+  EXPECT_EQ(vl_get_profileID(12), 3);
+  EXPECT_EQ(vl_get_profileID(-2147483647 - 1), -1);
+}
+
+TEST_F(AChannelsProfile, IsNoneWhenTheFileCannotBeOpened) {
+  host.channel(7).profile(3);
+  host.config.failReadOpens(-3);
+  OutputCapture output;
+  EXPECT_EQ(vl_get_profileID(7), -1);
+  EXPECT_EQ(output.text(), openFailure(-3));
+}
+
+}  // namespace
+}  // namespace contract
