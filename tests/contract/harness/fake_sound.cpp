@@ -22,8 +22,9 @@ int FakeSound::describe(int number, _acard_info *info) {
 }
 
 int FakeSound::setVolume(int number, int volume) {
+  std::lock_guard<std::mutex> guard(mutex_);
   journal_.add("volume " + std::to_string(number) + " " + std::to_string(volume));
-  return 0;
+  return cards_.count(number) == 1 ? 0 : -1;
 }
 
 }  // namespace contract
