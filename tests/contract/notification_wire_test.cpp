@@ -17,7 +17,7 @@ bool enterNetworkOfItsOwn() {
   if (unshare(CLONE_NEWNET) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) return false;
   const int control = socket(AF_INET, SOCK_DGRAM, 0);
   ifreq loopback{};
-  strcpy(loopback.ifr_name, "lo");
+  memcpy(loopback.ifr_name, "lo", sizeof "lo");
   loopback.ifr_flags = IFF_UP;
   const bool up = ioctl(control, SIOCSIFFLAGS, &loopback) == 0;
   close(control);
@@ -42,7 +42,7 @@ class TheManager : public testing::Test {
     if (receiver_ >= 0) close(receiver_);
   }
   // A datagram that was sent over the loopback has arrived when the send returns.
-  std::string received() {
+  std::string received() const {
     char bytes[128];
     const ssize_t size = recv(receiver_, bytes, sizeof bytes, MSG_DONTWAIT);
     return size < 0 ? "" : std::string(bytes, static_cast<size_t>(size));

@@ -1,5 +1,6 @@
 #include "fake_files.h"
 
+#include <algorithm>
 #include <cerrno>
 
 namespace contract {
@@ -38,10 +39,9 @@ std::string FakeFiles::content(const std::string &path) const {
 }
 
 bool FakeFiles::isHostPath(const std::string &path) {
-  for (const char *prefix : {"/etc/config", "/tmp/vl_", "/proc/cpuinfo", "/sys/", "/home/httpd", "/mnt/", "/share/"}) {
-    if (path.rfind(prefix, 0) == 0) return true;
-  }
-  return false;
+  const auto prefixes = {"/etc/config", "/tmp/vl_", "/proc/cpuinfo", "/sys/", "/home/httpd", "/mnt/", "/share/"};
+  return std::any_of(prefixes.begin(), prefixes.end(),
+                     [&path](const char *prefix) { return path.rfind(prefix, 0) == 0; });
 }
 
 FILE *FakeFiles::open(const std::string &path, const std::string &mode) {

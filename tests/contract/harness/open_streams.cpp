@@ -33,7 +33,7 @@ bool OpenStreams::owns(FILE *stream) const {
 std::string OpenStreams::close(FILE *stream) {
   std::lock_guard<std::mutex> guard(mutex_);
   const auto entry = streams_.find(stream);
-  const std::string name = entry->second.name;
+  std::string name = entry->second.name;
   closeReally(stream);
   streams_.erase(entry);
   return name;

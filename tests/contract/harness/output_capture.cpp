@@ -22,8 +22,11 @@ std::string OutputCapture::text() {
   std::string all;
   char part[512];
   off_t position = 0;
-  for (ssize_t got; (got = pread(fileno(file_), part, sizeof part, position)) > 0; position += got) {
+  ssize_t got = pread(fileno(file_), part, sizeof part, 0);
+  while (got > 0) {
     all.append(part, static_cast<size_t>(got));
+    position += got;
+    got = pread(fileno(file_), part, sizeof part, position);
   }
   return all;
 }
