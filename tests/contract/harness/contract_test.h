@@ -15,7 +15,7 @@ namespace contract {
 
 class ContractTest : public testing::Test {
  protected:
-  // The description leaves this file open on the path that the test takes.
+  // The library is meant to leave this file or command open on the path that the test takes.
   void allowLeftOpen(const std::string &path) { allowed_open_.push_back(path); }
   void TearDown() override;
 
