@@ -76,9 +76,9 @@ TEST_F(AHandOver, IsToTheOldest) {
 }
 
 TEST_F(AHandOver, IsToTheSmallerProfileOfEquallyOldOnes) {
-  waiting(4, 2, "2024-03-05 08:15:00");
+  waiting(4, 3, "2024-03-05 08:15:00");
   waiting(5, 1, "2024-03-05 08:15:00");
-  waiting(6, 3, "2024-03-05 08:15:00");
+  waiting(6, 2, "2024-03-05 08:15:00");
   handOver();
   EXPECT_EQ(profile, 1);
 }

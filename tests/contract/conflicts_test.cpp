@@ -118,6 +118,12 @@ TEST_F(TwoTimes, OfWhichOneIsMissingAreNoTimes) {
   EXPECT_EQ(isElderPf("2024-03-05 08:15:00", nullptr), 0);
 }
 
+TEST_F(TwoTimes, MayBeOfAnyLength) {
+  const std::string digits(100, '1');
+  EXPECT_EQ(isElderPf((digits + " " + digits).c_str(), (digits + " " + digits).c_str()), 2);
+  EXPECT_EQ(isElderPf(std::string(500, '1').c_str(), "2024-03-05 08:15:00"), 0);
+}
+
 TEST_F(TwoTimes, AreNotChanged) {
   std::string a = "2024-03-05 08:15:00";
   std::string b = a;
@@ -286,6 +292,12 @@ TEST_F(ARecomputation, WritesAnyOtherEntryAsItStands) {
   states[4] = 999;
   EXPECT_EQ(syncConflict(states.data()), 0);
   EXPECT_THAT(host.config.writes(), ElementsAre("ch3/conflictch=5", "ch4/conflictch=999"));
+}
+
+TEST_F(ARecomputation, TellsWhichChannelsWereRecomputed) {
+  states = {-1, 0, 1, 5, 999, -1, -1, 9, -2, -1};
+  EXPECT_EQ(syncConflict(states.data()), 0);
+  EXPECT_THAT(states, ElementsAre(-1, 1, 1, -1, -1, -1, -1, -1, -1, -1));
 }
 
 TEST_F(ARecomputation, WritesInTwoPassesWithTheSearchBetween) {

@@ -138,6 +138,11 @@ TEST_F(ACameraOnASharedPort, NeedsNoQuestionAboutHostOrBridge) {
   EXPECT_THAT(host.journal.commands(), Not(Contains(classCommand(2))));
 }
 
+TEST_F(ACameraOnASharedPort, HandsNothingOver) {
+  plug();
+  EXPECT_THAT(host.journal.only({"open", "close"}), ElementsAre("open r", "close", "open w", "close"));
+}
+
 class ACameraBehindABridge : public ACameraOnASharedPort {
  protected:
   ACameraBehindABridge() {
@@ -238,7 +243,7 @@ TEST_F(ACameraThatLeavesASharedPort, HandsItOverOnAHostOfOneChannelToo) {
   EXPECT_EQ(mark(3), "-1");
 }
 
-TEST_F(ACameraThatLeavesASharedPort, HandsItOverAsASoundCardWould) {
+TEST_F(ACameraThatLeavesASharedPort, HandsItOverWhenItsSoundCardIsRemoved) {
   device.devtype = 0;
   EXPECT_EQ(pullOut(), 3);
   EXPECT_EQ(mark(6), "-1");
