@@ -103,6 +103,17 @@ TEST_F(AnEventLog, ThatIsDamagedIsAnError) {
   EXPECT_THAT(log.error(), HasSubstr("not a database"));
 }
 
+TEST_F(AnEventLog, DamagedBehindItsBeginningIsAnError) {
+  constexpr int kPage = 4096;
+  fill(0);
+  run("WITH RECURSIVE row(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM row WHERE n < 1000) "
+      "INSERT INTO event SELECT n, 1000, 1, 'event' FROM row");
+  std::fstream(file_, std::ios::in | std::ios::out).seekp(2L * kPage) << std::string(4L * kPage, 'x');
+  EventLog log(file_);
+  log.after(0);
+  EXPECT_THAT(log.error(), HasSubstr("malformed"));
+}
+
 TEST_F(AnEventLog, WithoutItsTableIsAnError) {
   run("CREATE TABLE other(id INTEGER)");
   EventLog log(file_);

@@ -1,11 +1,12 @@
 #include "parts/notification.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cstring>
 
 namespace {
 
+using testing::HasSubstr;
 using usbdevctl::decodeNotification;
 using usbdevctl::jsonLine;
 using usbdevctl::notificationJson;
@@ -52,6 +53,13 @@ TEST(ANotification, OfAClearedProfileNamesTheClient) {
 TEST(ANotification, WithAnotherHeaderShowsItsBytes) {
   EXPECT_EQ(textOf(datagramOf("0123456789abcde\xff", {0, 4, 2, 1, 5, 0})),
             "event 5  profile 0  video 4  audio 2  flag 1  target 0  request 303132333435363738396162636465ff\n");
+}
+
+TEST(ANotification, WhoseHeaderHoldsMoreThanAnAddressNamesNoClient) {
+  const std::string behind = std::string(4, '\0') + "\xc0\xa8\x01\x05" + std::string(7, '\0') + "\x01";
+  EXPECT_THAT(textOf(datagramOf(behind, {})), HasSubstr("request 00000000c0a801050000000000000001\n"));
+  const std::string before = "\x01" + std::string(3, '\0') + "\xc0\xa8\x01\x05" + std::string(8, '\0');
+  EXPECT_THAT(textOf(datagramOf(before, {})), HasSubstr("request 01000000c0a801050000000000000000\n"));
 }
 
 TEST(ANotification, IsOneLineOfJson) {

@@ -1,6 +1,11 @@
 #include "output/output.h"
 
 #include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdlib>
 
 namespace {
 
@@ -29,11 +34,45 @@ TEST(Colour, IsLeftOutWhereItIsOff) {
   EXPECT_EQ(styled("plain", Style::plain, true), "plain");
 }
 
-TEST(Colour, IsNotForAFile) {
-  testing::internal::CaptureStdout();
-  const bool colour = outputTakesColour();
-  testing::internal::GetCapturedStdout();
-  EXPECT_FALSE(colour);
+// Standard output on a terminal or in a file, in an environment that would take colour.
+class StandardOutput : public testing::Test {
+ protected:
+  void SetUp() override {
+    setenv("TERM", "xterm", 1);
+    unsetenv("NO_COLOR");
+    before_ = dup(STDOUT_FILENO);
+    ASSERT_EQ(openpty(&manager_, &terminal_, nullptr, nullptr, nullptr), 0);
+    dup2(terminal_, STDOUT_FILENO);
+  }
+
+  void TearDown() override {
+    dup2(before_, STDOUT_FILENO);
+    for (const int descriptor : {before_, manager_, terminal_}) close(descriptor);
+    unsetenv("NO_COLOR");
+  }
+
+  int before_ = -1;
+  int manager_ = -1;
+  int terminal_ = -1;
+};
+
+TEST_F(StandardOutput, TakesColourOnATerminal) { EXPECT_TRUE(outputTakesColour()); }
+
+TEST_F(StandardOutput, TakesNoColourInAFile) {
+  const int file = memfd_create("output", MFD_CLOEXEC);
+  dup2(file, STDOUT_FILENO);
+  close(file);
+  EXPECT_FALSE(outputTakesColour());
+}
+
+TEST_F(StandardOutput, TakesNoColourWhereNoneIsAskedFor) {
+  setenv("NO_COLOR", "1", 1);
+  EXPECT_FALSE(outputTakesColour());
+}
+
+TEST_F(StandardOutput, TakesNoColourOnATerminalOfNoKind) {
+  unsetenv("TERM");
+  EXPECT_FALSE(outputTakesColour());
 }
 
 }  // namespace
