@@ -1,4 +1,6 @@
-// time, rand and srand of the C library, over the current host.
+// time, sleep, rand and srand of the C library, over the current host.
+#include <unistd.h>
+
 #include <cstdlib>
 #include <ctime>
 
@@ -16,6 +18,15 @@ time_t time(time_t *out) noexcept {
   if (host == nullptr || host->chance.now == -1) return real(out);
   if (out != nullptr) *out = host->chance.now;
   return host->chance.now;
+}
+
+// Passes no time, but leaves its line.
+unsigned sleep(unsigned seconds) {
+  static auto *const real = realFunction<unsigned(unsigned)>("sleep");
+  Host *host = Host::current();
+  if (host == nullptr) return real(seconds);
+  host->journal.add("sleep " + std::to_string(seconds));
+  return 0;
 }
 
 int rand(void) noexcept {

@@ -1,6 +1,7 @@
 #include "fake_network.h"
 
 #include <arpa/inet.h>
+#include <sys/socket.h>
 
 #include <cerrno>
 #include <cstring>
@@ -41,7 +42,7 @@ int FakeNetwork::openSockets() const {
   return static_cast<int>(sockets_.size());
 }
 
-bool FakeNetwork::refusesSocket() {
+bool FakeNetwork::refusesSocket() const {
   if (sockets_fail_) errno = EMFILE;
   return sockets_fail_;
 }
@@ -72,6 +73,42 @@ ssize_t FakeNetwork::send(const void *data, size_t size, int flags, const sockad
     return -1;
   }
   return short_send_ >= 0 ? short_send_ : static_cast<ssize_t>(size);
+}
+
+void FakeNetwork::serve(int port, int actual_port) {
+  std::lock_guard<std::mutex> guard(mutex_);
+  servers_[port] = actual_port;
+}
+
+int FakeNetwork::portBehind(const sockaddr_in &address) {
+  char host[INET_ADDRSTRLEN] = "";
+  inet_ntop(AF_INET, &address.sin_addr, host, sizeof host);
+  const int port = ntohs(address.sin_port);
+  journal_.add(std::string("connect ") + host + ":" + std::to_string(port));
+  std::lock_guard<std::mutex> guard(mutex_);
+  const auto found = servers_.find(port);
+  return found == servers_.end() ? 0 : found->second;
+}
+
+void FakeNetwork::sending(const void *data, size_t size, int flags) {
+  if ((flags & MSG_NOSIGNAL) == 0) journal_.violation("sent with a signal for a peer that has gone");
+  std::lock_guard<std::mutex> guard(mutex_);
+  sent_.emplace_back(static_cast<const char *>(data), size);
+}
+
+void FakeNetwork::waiting(const std::string &line) {
+  std::lock_guard<std::mutex> guard(mutex_);
+  waits_.push_back(line);
+}
+
+Lines FakeNetwork::sent() const {
+  std::lock_guard<std::mutex> guard(mutex_);
+  return sent_;
+}
+
+Lines FakeNetwork::waits() const {
+  std::lock_guard<std::mutex> guard(mutex_);
+  return waits_;
 }
 
 }  // namespace contract

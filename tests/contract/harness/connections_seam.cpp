@@ -1,0 +1,75 @@
+// connect, send, select and gethostbyname of the C library, so that no call leaves the made-up host.
+#include <netdb.h>
+#include <netinet/in.h>
+#include <sys/select.h>
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include "host.h"
+#include "real_function.h"
+
+using contract::Host;
+using contract::realFunction;
+
+namespace {
+
+bool isDotted(const std::string &name) { return name.find_first_not_of("0123456789.") == std::string::npos; }
+
+int nobodyFlagged(int answer, fd_set *reading, fd_set *writing) {
+  if (reading != nullptr) FD_ZERO(reading);
+  if (writing != nullptr) FD_ZERO(writing);
+  if (answer < 0) errno = EBADF;
+  return answer;
+}
+
+}  // namespace
+
+extern "C" {
+
+int connect(int descriptor, const sockaddr *address, socklen_t size) {
+  static auto *const real = realFunction<int(int, const sockaddr *, socklen_t)>("connect");
+  Host *host = Host::current();
+  if (host == nullptr || address->sa_family != AF_INET) return real(descriptor, address, size);
+  sockaddr_in server{};
+  memcpy(&server, address, sizeof server);
+  const int port = host->network.portBehind(server);
+  if (port == 0) {
+    errno = ECONNREFUSED;
+    return -1;
+  }
+  server.sin_port = htons(static_cast<in_port_t>(port));
+  server.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const int result = real(descriptor, reinterpret_cast<const sockaddr *>(&server), sizeof server);
+  if (host->network.breaksConnections()) shutdown(descriptor, SHUT_WR);
+  return result;
+}
+
+ssize_t send(int descriptor, const void *data, size_t size, int flags) {
+  static auto *const real = realFunction<ssize_t(int, const void *, size_t, int)>("send");
+  if (Host *host = Host::current()) host->network.sending(data, size, flags);
+  return real(descriptor, data, size, flags);
+}
+
+int select(int count, fd_set *reading, fd_set *writing, fd_set *failing, timeval *patience) {
+  static auto *const real = realFunction<int(int, fd_set *, fd_set *, fd_set *, timeval *)>("select");
+  Host *host = Host::current();
+  if (host == nullptr) return real(count, reading, writing, failing, patience);
+  if (patience != nullptr) {
+    host->network.waiting(std::string(reading != nullptr ? "read " : "write ") + std::to_string(patience->tv_sec) +
+                          "." + std::to_string(patience->tv_usec));
+  }
+  const std::optional<int> answer = host->network.selectAnswer();
+  return answer ? nobodyFlagged(*answer, reading, writing) : real(count, reading, writing, failing, patience);
+}
+
+hostent *gethostbyname(const char *name) {
+  static auto *const real = realFunction<hostent *(const char *)>("gethostbyname");
+  Host *host = Host::current();
+  if (host == nullptr || isDotted(name)) return real(name);
+  return host->network.knows(name) ? real("127.0.0.1") : nullptr;
+}
+
+}  // extern "C"

@@ -1,0 +1,47 @@
+// A TCP server on the loopback address that answers one connection after the other as its script says, and
+// waits 20 seconds at most for each.
+#ifndef CONTRACT_HARNESS_SCRIPTED_SERVER_H
+#define CONTRACT_HARNESS_SCRIPTED_SERVER_H
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "journal.h"
+
+namespace contract {
+
+struct Answer {
+  enum class End { close, reset };
+
+  std::string bytes;
+  End end = End::close;
+  std::string until = "\r\n\r\n";  // the request is read up to here; "" = not at all
+  bool in_single_bytes = false;
+};
+
+class ScriptedServer {
+ public:
+  explicit ScriptedServer(std::vector<Answer> script);
+  ~ScriptedServer();
+  ScriptedServer(const ScriptedServer &) = delete;
+  ScriptedServer &operator=(const ScriptedServer &) = delete;
+
+  int port() const { return port_; }
+  // The requests that it has read, once the whole script is done.
+  Lines requests();
+
+ private:
+  void run();
+  void answer(int connection, const Answer &answer);
+
+  std::vector<Answer> script_;
+  Lines requests_;
+  int listener_;
+  int port_ = 0;
+  std::thread thread_;
+};
+
+}  // namespace contract
+
+#endif
