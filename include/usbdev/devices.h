@@ -7,6 +7,7 @@
 #ifndef USBDEV_DEVICES_H
 #define USBDEV_DEVICES_H
 
+#include <stdbool.h>
 #include <usbdev/records.h>
 
 #ifdef __cplusplus
