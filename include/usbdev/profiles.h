@@ -88,7 +88,8 @@ int vl_set_usbslot_switch(const char *usbslot, const char *state, const char *cl
 int vl_get_available_profile(char *out);
 
 /*
- * Lists the profiles that can stream now, in the order of their channels. The cameras are asked with the lock held.
+ * Lists the profiles that can stream now, in the order of their channels. Runs commands, those of mn_get_usbchn_fmts,
+ * with the lock held: others wait for the file as long as the cameras take.
  * out (out): as for vl_get_available_profile.
  */
 int vl_get_usbdev_list(char *out);
