@@ -123,7 +123,7 @@ int getConflictCH(int channel, int *answers);
 /*
  * Recomputes conflict marks. Takes the lock. Runs commands.
  * states (in/out): 10 ints, one per channel: -1 leaves it alone, 0 clears its mark and recomputes it, 1 recomputes it,
- * any other value is written as its mark. Afterwards: the marks computed, -1 where there is none.
+ * any other value is written as its mark. Afterwards: 1 for a channel that was recomputed, else -1.
  */
 int syncConflict(int *states);
 
