@@ -8,6 +8,10 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 # The library and the programs lie at the top of the build folder, so that tools and tests find them at one place.
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
 
+# Most of the tree is tests, and these are compiled more often than run; the library chooses for itself.
+set(CMAKE_CXX_FLAGS_RELEASE "-O1 -DNDEBUG")
+set(CMAKE_C_FLAGS_RELEASE "-O1 -DNDEBUG")
+
 option(USBDEV_COVERAGE "Instrument for coverage" OFF)
 set(USBDEV_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 
