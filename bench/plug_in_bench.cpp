@@ -27,6 +27,7 @@ struct Work {
   std::vector<std::string> questions;  // popen
   std::vector<std::string> effects;    // system
   std::vector<int> opens;              // modes
+  int repeated_questions = 0;
 };
 Work noted;
 bool noting = false;
@@ -146,6 +147,7 @@ void plugInBesideNine(benchmark::State &state) {
   state.counters["plain_ms"] = 1e3 * median(plain);
   state.counters["ratio"] = median(library) / median(plain);
   state.counters["commands"] = static_cast<double>(noted.questions.size() + noted.effects.size());
+  state.counters["repeated"] = noted.repeated_questions;
   state.counters["opens"] = static_cast<double>(noted.opens.size());
 }
 BENCHMARK(plugInBesideNine)->UseManualTime()->Iterations(25)->Unit(benchmark::kMillisecond);
@@ -156,7 +158,9 @@ extern "C" {
 
 std::FILE *popen(const char *command, const char *mode) {
   auto &questions = noted.questions;
-  if (noting && std::find(questions.begin(), questions.end(), command) == questions.end()) {
+  if (noting && std::find(questions.begin(), questions.end(), command) != questions.end()) {
+    ++noted.repeated_questions;
+  } else if (noting) {
     questions.emplace_back(command);
   }
   return real<std::FILE *(const char *, const char *)>("popen")(command, mode);
