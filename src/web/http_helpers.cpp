@@ -90,7 +90,7 @@ int http_skip_nvr_http_header(int sock) {
   int line_feeds = 0;
   // A run of line feeds that has begun is followed beyond the limit.
   for (int consumed = 0; consumed < usbdev::kHeaderLimit || line_feeds > 0; ++consumed) {
-    char byte;
+    char byte = '\0';
     if (!usbdev::readByte(sock, byte)) return -1;
     line_feeds = byte == '\n' ? line_feeds + 1 : 0;
     if (line_feeds == usbdev::kHeaderEnd) return 1;

@@ -35,7 +35,7 @@ bool setRequestPath(const char *pattern, const char *first, const char *second =
   url_encode(encoded, path, static_cast<int>(std::strlen(path)));
   const std::size_t length = std::strlen(encoded);
   if (length >= sizeof NVR_CGI) return false;
-  std::memcpy(NVR_CGI, encoded, length);
+  std::memcpy(NVR_CGI, encoded, length + 1);
   return true;
 }
 

@@ -16,12 +16,13 @@ namespace usbdev {
 namespace {
 
 constexpr IntKey kAvailable{"available", nullptr, 0};
+constexpr int kUnused = 0x30;  // the byte that has always stood where nothing is meant
 constexpr int kStreamingPort = 10170;
 constexpr std::size_t kStreamMessageSize = 32;
 
 sockaddr_in streamingService() {
   sockaddr_in address;
-  std::memset(&address, '0', sizeof address);
+  std::memset(&address, kUnused, sizeof address);
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_ANY);
   address.sin_port = htons(kStreamingPort);
@@ -76,7 +77,7 @@ int vl_get_pidvid(int profile, char *pidvid) {
   int channel = usbdev::kNone;
   if (pidvid == nullptr || trsProfiletoPlugCh(profile, &channel) != 0) return -1;
   _usbdev_des device;
-  std::memset(&device, '0', sizeof device);
+  std::memset(&device, usbdev::kUnused, sizeof device);
   {
     const usbdev::ConfigReader config(usbdev::OpenFailure::silent);
     if (!config) return -2;

@@ -236,6 +236,7 @@ TEST_F(ASession, MayHaveAPathOf255Characters) {
 
 TEST_F(ASession, WithALongerPathIsNotAskedFor) {
   for (const size_t length : {229, 300, 100000}) EXPECT_EQ(checkSession(std::string(length, 's')), -1);
+  EXPECT_EQ(checkSession(std::string(226, 's') + "/"), -1);
   EXPECT_EQ(checkSession(std::string(100, '/')), -1);
   EXPECT_THAT(host.journal.only({"connect"}), IsEmpty());
   EXPECT_EQ(std::string(NVR_CGI, sizeof NVR_CGI), std::string(256, '\0'));
