@@ -1,5 +1,7 @@
 #include "program.h"
 
+#include <utility>
+
 #include "output/output.h"
 
 namespace usbdevctl {
@@ -20,7 +22,7 @@ Program::Program() : app_(kDescription, "usbdevctl") {
 
 CLI::App &Program::addCommand(const std::string &name, const std::string &description, Action action) {
   CLI::App *command = app_.add_subcommand(name, description);
-  command->callback([this, action] { status_ = action(); });
+  command->callback([this, action = std::move(action)] { status_ = action(); });
   return *command;
 }
 

@@ -48,8 +48,6 @@ EventLog::EventLog(const std::string &file) {
 }
 
 EventLog::~EventLog() = default;
-EventLog::EventLog(EventLog &&) noexcept = default;
-EventLog &EventLog::operator=(EventLog &&) noexcept = default;
 
 void EventLog::fail() { error_ = database_ ? sqlite3_errmsg(database_.get()) : "out of memory"; }
 

@@ -27,8 +27,8 @@ class EventLog {
   /// Opens for reading only; `error` tells what fails.
   explicit EventLog(const std::string &file);
   ~EventLog();
-  EventLog(EventLog &&) noexcept;
-  EventLog &operator=(EventLog &&) noexcept;
+  EventLog(const EventLog &) = delete;
+  EventLog &operator=(const EventLog &) = delete;
 
   /// Empty while all is well; set by the first open or query that fails.
   const std::string &error() const { return error_; }

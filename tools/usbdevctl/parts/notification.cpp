@@ -49,7 +49,7 @@ bool isZero(unsigned char byte) { return byte == 0; }
 
 // A header of nothing but an address, in its bytes 4 to 7, is that of the client whose request cleared a profile.
 std::optional<std::string> clientAddress(const std::array<unsigned char, 16> &header) {
-  const auto address = header.begin() + 4;
+  const auto *const address = header.begin() + 4;
   const bool only_address = std::all_of(header.begin(), address, isZero) &&
                             !std::all_of(address, address + 4, isZero) &&
                             std::all_of(address + 4, header.end(), isZero);
