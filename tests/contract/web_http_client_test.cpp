@@ -179,7 +179,7 @@ TEST_F(AHttpRequestDeathTest, OnAConnectionThatCannotBeWrittenEndsTheProcess) {
   host.network.serve(8080, scripted.port());
   host.network.breakConnections();
   char out[64];
-  EXPECT_EXIT(connect_host(&server, out, 64, 1, 1), ExitedWithCode(0), "^ERROR writing to socket: Broken pipe\n$");
+  EXPECT_EXIT(connect_host(&server, out, 64, 1, 1), ExitedWithCode(0), "^ERROR writing to socket: Broken pipe\n");
 }
 
 TEST_F(AHttpRequestDeathTest, OnAConnectionThatBreaksEndsTheProcess) {
@@ -187,7 +187,7 @@ TEST_F(AHttpRequestDeathTest, OnAConnectionThatBreaksEndsTheProcess) {
   host.network.serve(8080, scripted.port());
   char out[64];
   EXPECT_EXIT(connect_host(&server, out, 64, 1, 1), ExitedWithCode(0),
-              "^ERROR reading from socket: Connection reset by peer\n$");
+              "^ERROR reading from socket: Connection reset by peer\n");
 }
 
 TEST(AnErrorDeathTest, IsToldWithItsReasonAndEndsTheProcessWithoutFailure) {
