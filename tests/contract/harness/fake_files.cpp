@@ -39,7 +39,8 @@ std::string FakeFiles::content(const std::string &path) const {
 }
 
 bool FakeFiles::isHostPath(const std::string &path) {
-  const auto prefixes = {"/etc/config", "/tmp/vl_", "/proc/cpuinfo", "/sys/", "/home/httpd", "/mnt/", "/share/"};
+  const auto prefixes = {"/etc/config", "/tmp/vl_", "/tmp/gpuinfo.type", "/proc/cpuinfo", "/sys/", "/home/httpd",
+                         "/mnt/",       "/share/"};
   return std::any_of(prefixes.begin(), prefixes.end(),
                      [&path](const char *prefix) { return path.rfind(prefix, 0) == 0; });
 }
