@@ -31,6 +31,8 @@ class Lines {
 
 class CommandLines : public Lines {
  public:
+  CommandLines(const CommandLines &) = delete;
+  CommandLines &operator=(const CommandLines &) = delete;
   explicit CommandLines(const char *command) : Lines(popen(command, "r")) {}
   ~CommandLines() {
     if (stream_ != nullptr) pclose(stream_);
@@ -39,6 +41,8 @@ class CommandLines : public Lines {
 
 class FileLines : public Lines {
  public:
+  FileLines(const FileLines &) = delete;
+  FileLines &operator=(const FileLines &) = delete;
   explicit FileLines(const char *path) : Lines(std::fopen(path, "re")) {}
   ~FileLines() {
     if (stream_ != nullptr) std::fclose(stream_);

@@ -16,12 +16,22 @@ int toInt(const char *text) {
 
 void cutAtLineFeed(char *text) { text[std::strcspn(text, "\n")] = '\0'; }
 
+/// Trims a text whose end is known.
+static char *trimUpTo(char *start, char *end) {
+  while (*start == ' ' || *start == '\t' || *start == '"') ++start;
+  // A trailing tab stays: only a leading one is cut.
+  while (end > start && (end[-1] == ' ' || end[-1] == '\n' || end[-1] == '\r' || end[-1] == '"')) *--end = '\0';
+  return start;
+}
+
 Pair splitPair(char *line, const char *separator) {
-  char *const cut = std::strstr(line, separator);
+  // Nearly every separator is one character, which strchr finds several times as fast.
+  const bool single = separator[0] != '\0' && separator[1] == '\0';
+  char *const cut = single ? std::strchr(line, separator[0]) : std::strstr(line, separator);
   if (cut == nullptr) return {};
   char *const right = cut + std::strlen(separator);
   *cut = '\0';
-  return {trim(line), trim(right)};
+  return {trimUpTo(line, cut), trimUpTo(right, right + std::strlen(right))};
 }
 
 namespace {
@@ -50,14 +60,7 @@ int escapeInPlace(char *text, int capacity, char escaped) {
 }  // namespace
 }  // namespace usbdev
 
-char *trim(char *text) {
-  if (text == nullptr) return nullptr;
-  char *const start = text + std::strspn(text, " \t\"");
-  char *end = start + std::strlen(start);
-  // A trailing tab stays: only a leading one is cut.
-  while (end > start && std::strchr(" \n\r\"", end[-1]) != nullptr) *--end = '\0';
-  return start;
-}
+char *trim(char *text) { return text == nullptr ? nullptr : usbdev::trimUpTo(text, text + std::strlen(text)); }
 
 char *trimdatetime(char *text, const char *remove) {
   if (text == nullptr || remove == nullptr) return text;
