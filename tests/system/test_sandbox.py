@@ -92,10 +92,12 @@ def test_the_model_key_stands_before_the_time_servers_without_an_empty_line(sand
 
 
 def test_process_lists_show_whole_command_lines_but_not_the_sandbox_itself(sandbox):
-    result = sandbox("sh -c 'sleep 30; true' marker & ps; kill $!")
+    result = sandbox(
+        "sh -c 'echo up; sleep 30; true' marker >/tmp/up & until [ -s /tmp/up ]; do :; done; ps; kill $!"
+    )
     lines = result.stdout.splitlines()
     assert lines[0].split() == ["PID", "USER", "TIME", "COMMAND"]
-    assert any("sh -c sleep 30; true marker" in line for line in lines)
+    assert any("sh -c echo up; sleep 30; true marker" in line for line in lines)
     assert not any("bwrap" in line or "kill $!" in line for line in lines)
 
 
