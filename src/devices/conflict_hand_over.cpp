@@ -146,6 +146,16 @@ int handOverConflict(HostAnswers &host, int channel, int value, int mode, int *p
   return successor.channel == kNone ? 0 : parkBehind(host, successor);
 }
 
+int followUpConflict(HostAnswers &host, int channel, bool came, int stored_conflict, int parked_behind) {
+  int successor = kNoSuccessor;
+  if (!came) {
+    if (stored_conflict == kNone) handOverConflict(host, channel, kNone, kHandOver, &successor);
+  } else if (parked_behind != kNone && host.isOneChannelLimited()) {
+    handOverConflict(host, channel, parked_behind, kHandOverOnPlug, &successor);
+  }
+  return successor;
+}
+
 }  // namespace usbdev
 
 int updateConflict(int channel, int value, int mode, int *profile) {

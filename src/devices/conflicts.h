@@ -37,6 +37,10 @@ class ConflictTest {
 /// syncConflict with answers that the calling operation may already have.
 int recomputeConflicts(HostAnswers &host, int *states);
 
+/// What follows once a channel has come or gone: one that went and was nobody's guest hands over; one that came and has
+/// to wait settles it on a one-channel host. The profile of the channel that took over, or kNoSuccessor.
+int followUpConflict(HostAnswers &host, int channel, bool came, int stored_conflict, int parked_behind);
+
 /// updateConflict with answers that the calling operation may already have.
 int handOverConflict(HostAnswers &host, int channel, int value, int mode, int *profile);
 

@@ -18,6 +18,8 @@ void writePreset(const Section &channel, bool stereo) {
 
 }  // namespace
 
+bool isIgnoredCardName(const char *name) { return startsWith(name, "KAB"); }
+
 AudioFindings probeAudioCard(int card) {
   AudioFindings findings;
   _acard_info info{};

@@ -15,6 +15,9 @@ struct AudioFindings {
   bool stereo = false;
 };
 
+/// Cards of this make are no camera's microphone.
+bool isIgnoredCardName(const char *name);
+
 /// Asks a sound card for its capture channels.
 AudioFindings probeAudioCard(int card);
 

@@ -8,6 +8,7 @@
 #include "core/config.h"
 #include "core/lines.h"
 #include "core/text.h"
+#include "hotplug/audio_attachment.h"
 
 namespace usbdev {
 namespace {
@@ -86,8 +87,6 @@ bool placeCamera(const Found &camera, const Known (&known)[kChannels], bool may_
   return placed;
 }
 
-bool isIgnoredName(const char *name) { return startsWith(name, "KAB"); }
-
 /// The camera in a card's port names the card too.
 const char *nameOfCard(const Found &card, const _usbdev_update *channels, int new_camera_count,
                        const _usbdev_update *new_cameras) {
@@ -104,7 +103,7 @@ const char *nameOfCard(const Found &card, const _usbdev_update *channels, int ne
 bool placeCard(const Found &card, const char *name, const Known (&known)[kChannels], _usbdev_update *channels) {
   bool placed = false;
   for (int i = 0; i < kChannels; ++i) {
-    if (isIgnoredName(known[i].devname)) {
+    if (isIgnoredCardName(known[i].devname)) {
       channels[i].anode = kNone;
       channels[i].profile = kNone;
     } else if (isSame(known[i].usbslot, card.usbslot)) {
@@ -176,7 +175,7 @@ int get_conf_audioinfo(_usbdev_update *channels, int *conflict_map, int *new_car
   while (nextDevice(interfaces, get_audio_info, card)) {
     markConfigured(known, channels);
     const char *name = nameOfCard(card, channels, new_camera_count, new_cameras);
-    if (placeCard(card, name, known, channels) || isIgnoredName(card.name)) continue;
+    if (placeCard(card, name, known, channels) || isIgnoredCardName(card.name)) continue;
     _usbdev_update *record = append(*new_card_count, new_cards, card, name);
     if (record != nullptr) record->anode = card.node;
   }

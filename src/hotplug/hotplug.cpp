@@ -52,7 +52,7 @@ bool readChannels(HotplugEvent &event) {
   return true;
 }
 
-bool isIgnoredCard(const _usbdev_des &device) { return !isCamera(device) && startsWith(device.devname, "KAB"); }
+bool isIgnoredCard(const _usbdev_des &device) { return !isCamera(device) && isIgnoredCardName(device.devname); }
 
 void judgePlugged(HostAnswers &host, HotplugEvent &event, _usbdev_conflict &report) {
   _usbdev_des &device = event.device;
@@ -131,19 +131,6 @@ bool writeEvent(const HotplugEvent &event) {
   return true;
 }
 
-/// The profile of the channel that took over, or kNoSuccessor.
-int followUpConflicts(HostAnswers &host, const HotplugEvent &event) {
-  int successor = kNoSuccessor;
-  if (event.device.plugged == 0) {
-    if (event.chosen().conflictch == kNone) {
-      handOverConflict(host, event.choice.channel, kNone, kHandOver, &successor);
-    }
-  } else if (event.conflicts.parked_behind != kNone && host.isOneChannelLimited()) {
-    handOverConflict(host, event.choice.channel, event.conflicts.parked_behind, kHandOverOnPlug, &successor);
-  }
-  return successor;
-}
-
 void notify(const HotplugEvent &event, int successor) {
   if (!isCamera(event.device)) return;
   const bool plugged = event.device.plugged != 0;
@@ -179,7 +166,8 @@ int handleHotplug(HostAnswers &host, const HotplugArguments &caller) {
 
   if (plugged) judgePlugged(host, event, *caller.conflict);
   if (!writeEvent(event)) return -1;
-  notify(event, followUpConflicts(host, event));
+  notify(event, followUpConflict(host, event.choice.channel, plugged, event.chosen().conflictch,
+                                 event.conflicts.parked_behind));
   return event.choice.channel;
 }
 

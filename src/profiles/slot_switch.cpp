@@ -76,17 +76,6 @@ bool writeSwitch(const SlotSwitch &change) {
   return true;
 }
 
-/// The profile of the channel that took over, or kNoSuccessor.
-int followUpConflicts(HostAnswers &host, const SlotSwitch &change) {
-  int successor = kNoSuccessor;
-  if (!change.on) {
-    if (change.own_conflict == kNone) handOverConflict(host, change.own, kNone, kHandOver, &successor);
-  } else if (change.parked_behind != kNone && host.isOneChannelLimited()) {
-    handOverConflict(host, change.own, change.parked_behind, kHandOverOnPlug, &successor);
-  }
-  return successor;
-}
-
 /// Does the manager have a stream to start? The codec is meant to be that of the last channel but the own, not the
 /// slot's.
 bool startsStreaming(const SlotSwitch &change) {
@@ -120,7 +109,7 @@ int vl_set_usbslot_switch(const char *usbslot, const char *state, const char * /
   HostAnswers host;
   findConflicts(host, usbslot, change);
   if (!writeSwitch(change)) return -1;
-  const int successor = followUpConflicts(host, change);
+  const int successor = followUpConflict(host, change.own, change.on, change.own_conflict, change.parked_behind);
   logEvent(EventLevel::information, "USB slot [%s] has been %s.", usbslot, change.on ? "enabled" : "disabled");
   notify(change, successor);
   return 0;
