@@ -57,7 +57,7 @@ unsigned char *decodeGroup(const char *in, int held, unsigned char *out) {
 }  // namespace usbdev
 
 int Base64enc(const unsigned char *in, int len, char *out) {
-  if (in == nullptr || out == nullptr) return 0;
+  if (out == nullptr || (in == nullptr && len > 0)) return 0;
   char *end = out;
   for (; len >= 3; len -= 3, in += 3) {
     end = usbdev::encodeGroup(static_cast<unsigned>(in[0]) << 16 | static_cast<unsigned>(in[1]) << 8 | in[2], end);

@@ -22,9 +22,15 @@ void sendLine(const StreamSocket &server, const char *line) {
   if (server.sendBytes(line, std::strlen(line)) < 0) error("ERROR writing to socket");
 }
 
+/// Forgets the path of a request that is not sent.
+int refuse() {
+  std::memset(NVR_CGI, 0, sizeof NVR_CGI);
+  return -1;
+}
+
 void sendRequest(const StreamSocket &connection, const NasServer &server, const char *authorization) {
   char line[512];
-  formatText(line, "GET %.255s HTTP/1.0\r\n", NVR_CGI);
+  formatText(line, "GET %s HTTP/1.0\r\n", NVR_CGI);
   sendLine(connection, line);
   if (authorization[0] != '\0') {
     formatText(line, "Authorization: %s\r\n", authorization);
@@ -58,10 +64,10 @@ int readReply(const StreamSocket &connection, char *out, int bufsize, std::size_
 
 int connect_host(const NasServer *server, char *out, int bufsize, unsigned chunk, int use_auth) {
   if (server == nullptr || out == nullptr || !usbdev::isTerminated(server->host)) return -1;
+  if (!usbdev::isTerminated(NVR_CGI)) return usbdev::refuse();
   usbdev::Authorization authorization = "";
   if (use_auth != 0 && !usbdev::formatAuthorization(authorization, server->user, server->password)) {
-    std::memset(NVR_CGI, 0, sizeof NVR_CGI);
-    return -1;
+    return usbdev::refuse();
   }
   sockaddr_in address;
   if (!usbdev::resolveHost(server->host, server->port, address)) return -1;

@@ -2,6 +2,8 @@
 #include <usbdev/core.h>
 #include <usbdev/web.h>
 
+#include <cstring>
+
 #include "core/config.h"
 #include "core/text.h"
 #include "web/links.h"
@@ -17,16 +19,16 @@ struct LinkIdentifiers {
 };
 
 struct StoredLink {
-  char ssid[48];
   char hash_string[64];
   char shrpwd[32];
 };
 
-bool readStoredLink(int channel, StoredLink &stored) {
+/// The share id is read into the caller's record, where it stays also when nothing can be written afterwards.
+bool readStoredLink(int channel, ShareLinkInfo &info, StoredLink &stored) {
   const ConfigReader config;
   if (!config) return false;
   const Section section = config.channel(channel);
-  section.get(keys::ssid, stored.ssid);
+  section.get(keys::ssid, info.ssid);
   section.get(keys::hash_string, stored.hash_string);
   section.get(keys::shrpwd, stored.shrpwd);
   return true;
@@ -55,10 +57,13 @@ void withdraw(const Section &section) {
   section.set(keys::hash_string, "");
 }
 
+/// The whole fields, so that nothing of what stood there before is left behind the texts.
 void tell(ShareLinkInfo &info, const LinkIdentifiers &link) {
-  copyText(info.ssid, link.ssid);
-  copyText(info.token, link.token);
-  copyText(info.hash_string, link.hash_string);
+  static_assert(sizeof info.ssid == sizeof link.ssid && sizeof info.token == sizeof link.token &&
+                sizeof info.hash_string == sizeof link.hash_string);
+  std::memcpy(info.ssid, link.ssid, sizeof info.ssid);
+  std::memcpy(info.token, link.token, sizeof info.token);
+  std::memcpy(info.hash_string, link.hash_string, sizeof info.hash_string);
 }
 
 void setProtection(const Section &section, const ShareLinkInfo &info, const char *password) {
@@ -80,15 +85,15 @@ int vl_set_share_link(ShareLinkInfo *info) {
   int channel = usbdev::kNone;
   if (info == nullptr || trsProfiletoPlugCh(info->profile, &channel) != 0) return -1;
   usbdev::StoredLink stored;
-  if (!usbdev::readStoredLink(channel, stored)) return -1;
+  if (!usbdev::readStoredLink(channel, *info, stored)) return -1;
 
   char password[sizeof info->shrpwd];
   usbdev::copyText(password, info->shrpwd);
   const bool enabled = info->shrenable != 0;
-  const bool has_ssid = stored.ssid[0] != '\0';
+  const bool has_ssid = info->ssid[0] != '\0';
   const bool stays = enabled && has_ssid && usbdev::isSame(password, stored.shrpwd);
   usbdev::LinkIdentifiers link;
-  if (enabled && !stays) link = usbdev::makeIdentifiers(stored.ssid);
+  if (enabled && !stays) link = usbdev::makeIdentifiers(info->ssid);
 
   {
     const usbdev::ConfigWriter config;
@@ -99,7 +104,6 @@ int vl_set_share_link(ShareLinkInfo *info) {
     if (!enabled) usbdev::withdraw(section);
     if (enabled && !stays) usbdev::publish(section, info->profile, link, !has_ssid);
   }
-  usbdev::copyText(info->ssid, stored.ssid);
   if (enabled && !stays) usbdev::tell(*info, link);
   return 0;
 }

@@ -61,6 +61,12 @@ TEST(ABase64Encoding, OfALengthBelowOneIsEmpty) {
   }
 }
 
+TEST(ABase64Encoding, OfNoBytesNeedsNone) {
+  char out[] = "before";
+  EXPECT_EQ(Base64enc(nullptr, 0, out), 0);
+  EXPECT_STREQ(out, "");
+}
+
 TEST(ABase64Encoding, OfATextStopsAtItsEnd) {
   char out[16] = "";
   EXPECT_EQ(Base64encs("ab\0cd", out), out);

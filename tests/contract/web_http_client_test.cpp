@@ -62,11 +62,19 @@ TEST_F(AHttpRequest, CarriesNoAuthorizationUnlessAsked) {
   EXPECT_THAT(scripted.requests(), ElementsAre("GET /path?a=b HTTP/1.0\r\nHost: 127.0.0.1:8080\r\n\r\n"));
 }
 
-TEST_F(AHttpRequest, CarriesThePathByItsFirst255Bytes) {
-  memset(NVR_CGI, 'x', sizeof NVR_CGI);
+TEST_F(AHttpRequest, CarriesAPathOf255Bytes) {
+  memset(NVR_CGI, 'x', sizeof NVR_CGI - 1);
   ScriptedServer scripted({Answer{""}});
   connectTo(scripted, 64);
   EXPECT_EQ(host.network.sent().at(0), "GET " + std::string(255, 'x') + " HTTP/1.0\r\n");
+}
+
+TEST_F(AHttpRequest, WithALongerPathIsRefusedAndItsPathCleared) {
+  memset(NVR_CGI, 'x', sizeof NVR_CGI);
+  EXPECT_EQ(connectNowhere(), -1);
+  EXPECT_EQ(std::string(NVR_CGI, sizeof NVR_CGI), std::string(256, '\0'));
+  EXPECT_EQ(said + printed, "");
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
 TEST_F(AHttpRequest, ToAServerThatClosesAtOnceHasAnEmptyReply) {

@@ -65,6 +65,12 @@ TEST_F(ANewShareLink, IsToldToTheCaller) {
   EXPECT_EQ(info.profilename[0], '#');
 }
 
+TEST_F(ANewShareLink, IsToldInFieldsThatWereClearedBefore) {
+  vl_set_share_link(&info);
+  EXPECT_EQ(std::string(info.token, sizeof info.token), kHash + std::string(32, '\0'));
+  EXPECT_EQ(std::string(info.hash_string, sizeof info.hash_string), kHash + std::string(32, '\0'));
+}
+
 TEST_F(ANewShareLink, LeadsToTheDirectoryOfTheProfileNotOfTheChannel) {
   vl_set_share_link(&info);
   EXPECT_THAT(executed(), ElementsAre(linking(3, kHash)));
@@ -110,6 +116,25 @@ TEST_F(ASharedProfile, ThatKeepsItsLinkTellsItsShareIdAlone) {
   EXPECT_STREQ(info.ssid, "12345678");
   EXPECT_EQ(info.token[0], '#');
   EXPECT_EQ(info.hash_string[0], '#');
+}
+
+TEST_F(ASharedProfile, ThatEndsItsSharingTellsTheShareIdThatItHad) {
+  info.shrenable = 0;
+  vl_set_share_link(&info);
+  EXPECT_STREQ(info.ssid, "12345678");
+  EXPECT_EQ(info.token[0], '#');
+  EXPECT_EQ(info.hash_string[0], '#');
+}
+
+TEST_F(ASharedProfile, TellsItsShareIdThoughNothingCanBeWritten) {
+  OutputCapture output;
+  host.config.failWriteOpens(-4);
+  strcpy(info.shrpwd, "other");
+  EXPECT_EQ(vl_set_share_link(&info), -1);
+  EXPECT_STREQ(info.ssid, "12345678");
+  EXPECT_EQ(info.token[0], '#');
+  EXPECT_EQ(info.hash_string[0], '#');
+  EXPECT_THAT(executed(), IsEmpty());
 }
 
 TEST_F(ASharedProfile, GetsANewLinkUnderItsOldShareIdWithANewPassword) {
@@ -243,7 +268,7 @@ using Operation = int (*)(ShareLinkInfo *);
 
 class EveryShareLinkOperation : public ASharedProfile, public testing::WithParamInterface<Operation> {
  protected:
-  // The n-th open fails, and nothing is told.
+  // The n-th open fails, and nothing is told but a share id that had been read before.
   void failsAtOpen(int number) {
     strcpy(info.shrpwd, "other");
     const ShareLinkInfo before = info;
@@ -251,6 +276,7 @@ class EveryShareLinkOperation : public ASharedProfile, public testing::WithParam
     host.config.failOpenNumber(number, -4);
     EXPECT_EQ(GetParam()(&info), -1);
     EXPECT_EQ(output.text(), openFailure(-4));
+    if (info.ssid[0] != '#') memcpy(info.ssid, before.ssid, sizeof info.ssid);
     EXPECT_EQ(memcmp(&before, &info, sizeof info), 0);
     EXPECT_THAT(host.config.writes(), IsEmpty());
   }
