@@ -26,7 +26,8 @@ bool considerSamePort(ChannelChoice &choice, int i, const ChannelState &channel,
     return false;
   }
   const bool attached = channel.exists == 1;
-  const bool same_name = isSame(channel.devname, device.devname);
+  // A card that took a name on an earlier channel is known by that one from there on.
+  const bool same_name = isSame(channel.devname, choice.rename != nullptr ? choice.rename : device.devname);
   if (same_name || (attached && !isCamera(device))) {
     choose(choice, i, channel.profile);
     choice.exact_match = true;

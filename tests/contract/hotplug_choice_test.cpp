@@ -189,6 +189,21 @@ TEST_F(ASoundCard, GoesToADetachedChannelWithAProfileByItsNameOnly) {
   EXPECT_EQ(plug(), 3);
 }
 
+TEST_F(ASoundCard, IsKnownByTheNameThatItHasJustTaken) {
+  known(3, 1, -1);
+  known(5, 0, 1);
+  EXPECT_EQ(plug(), 5);
+  EXPECT_EQ(profile, 1);
+  EXPECT_STREQ(device.devname, kName);
+}
+
+TEST_F(ASoundCard, IsNoLongerKnownByTheNameThatItHad) {
+  known(3, 1, -1);
+  known(5, 0, 1, kSlot, "USB Audio");
+  EXPECT_EQ(plug(), 3);
+  EXPECT_EQ(profile, -1);
+}
+
 TEST_F(ASoundCard, ReplacesNobody) {
   known(3, 1, 1);
   plug();
