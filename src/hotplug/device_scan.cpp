@@ -45,9 +45,9 @@ bool nextDevice(CommandLines &interfaces, GetInfo get_info, Found &device) {
   while (interfaces.next(line)) {
     cutAtLineFeed(line);
     device = Found{};
-    if (get_info(line, &device.node, device.name) != 0 || device.node == kNone) continue;
     const std::size_t slot_length = std::strcspn(line, ":");
     if (slot_length >= sizeof device.usbslot) continue;
+    if (get_info(line, &device.node, device.name) != 0 || device.node == kNone) continue;
     copyCut(device.usbslot, line, slot_length);
     return true;
   }
@@ -159,7 +159,7 @@ int get_conf_chinfo(_usbdev_update *channels, int *conflict_map, int *new_camera
 int get_conf_audioinfo(_usbdev_update *channels, int *conflict_map, int *new_card_count, _usbdev_update *new_cards,
                        int new_camera_count, const _usbdev_update *new_cameras) {
   if (channels == nullptr || conflict_map == nullptr || new_card_count == nullptr || new_cards == nullptr ||
-      new_cameras == nullptr) {
+      (new_cameras == nullptr && new_camera_count > 0)) {
     return -1;
   }
   const ConfigReader config;

@@ -25,6 +25,11 @@ int nodeNumber(Line &line) {
 
 void formatNamePath(NamePath &path, int vnode) { formatText(path, "/sys/class/video4linux/video%d/name", vnode); }
 
+/// May an interface be asked for? A port above 127 bytes is none.
+bool isInterface(const char *name) {
+  return isSafeWord(name) && std::strcspn(name, ":") < sizeof(_usbdev_update::usbslot);
+}
+
 /// Copies a sound card's name where the host knows the card.
 void copyCardName(int card, char *out) {
   _acard_info info{};
@@ -83,9 +88,12 @@ using namespace usbdev;
 
 int get_video_info(const char *interface_name, int *vnode, char *name) {
   if (interface_name == nullptr || vnode == nullptr || name == nullptr) return -1;
-  if (!isSafeWord(interface_name)) return 0;
+  if (!isInterface(interface_name)) return 0;
   Command command;
-  formatText(command, "/bin/ls /sys/bus/usb/drivers/uvcvideo/%s/video4linux | /bin/awk '{print $1}'", interface_name);
+  if (!formatText(command, "/bin/ls /sys/bus/usb/drivers/uvcvideo/%s/video4linux | /bin/awk '{print $1}'",
+                  interface_name)) {
+    return -1;
+  }
   CommandLines nodes(command);
   if (!nodes) return -1;
   Line line;
@@ -105,9 +113,12 @@ int get_video_info(const char *interface_name, int *vnode, char *name) {
 
 int get_audio_info(const char *interface_name, int *card, char *name) {
   if (interface_name == nullptr || card == nullptr || name == nullptr) return -1;
-  if (!isSafeWord(interface_name)) return 0;
+  if (!isInterface(interface_name)) return 0;
   Command command;
-  formatText(command, "/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s/sound | /bin/awk '{print $1}'", interface_name);
+  if (!formatText(command, "/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s/sound | /bin/awk '{print $1}'",
+                  interface_name)) {
+    return -1;
+  }
   CommandLines nodes(command);
   if (!nodes) return -1;
   Line line;

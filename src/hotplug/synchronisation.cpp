@@ -116,7 +116,7 @@ int mn_sync_usbdev_conf(void) {
 }
 
 int sync_usbdev(int new_camera_count, _usbdev_update *new_cameras, int new_card_count, _usbdev_update *new_cards) {
-  if (new_cameras == nullptr || new_cards == nullptr) return 0;
+  if ((new_cameras == nullptr && new_camera_count > 0) || (new_cards == nullptr && new_card_count > 0)) return 0;
   HostAnswers host;
   plugNewDevices(host, new_camera_count, new_cameras, new_card_count, new_cards);
   return 0;

@@ -126,6 +126,24 @@ TEST_F(AnInterface, ThatCouldBeReadAsMoreThanAWordRunsNothing) {
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
+TEST_F(AnInterface, OfAPortWhoseNameIsTooLongRunsNothing) {
+  const std::string longest = std::string(127, '3') + ":1.0";
+  EXPECT_EQ(videoInfo("3" + longest), 0);
+  EXPECT_EQ(audioInfo("3" + longest), 0);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+  videoInfo(longest);
+  audioInfo(longest);
+  EXPECT_THAT(host.journal.commands(), ElementsAre(cameraNodes(longest), cardNodes(longest)));
+}
+
+TEST_F(AnInterface, WithANameThatFitsNoCommandFails) {
+  const std::string endless = "3-1:" + std::string(1000, '1');
+  EXPECT_EQ(videoInfo(endless), -1);
+  EXPECT_EQ(audioInfo(endless), -1);
+  EXPECT_EQ(node, -7);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
 class APort : public ContractTest {
  protected:
   APort() {

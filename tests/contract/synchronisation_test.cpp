@@ -188,6 +188,7 @@ TEST_F(AStart, PassesOverAPortWhoseNameIsTooLong) {
     get_conf_chinfo(channels, map, &count, cameras);
     EXPECT_EQ(count, 1) << "the one of 127 bytes alone";
   }
+  EXPECT_THAT(host.journal.commands(), Not(Contains(testing::HasSubstr(std::string(128, '1')))));
 }
 
 // --- the conflict map ---
@@ -334,6 +335,12 @@ TEST_F(AScan, TakesTheProfileOfAChannelStoredAsKAB) {
   EXPECT_EQ(channels[2].anode, -1);
 }
 
+TEST_F(AScan, OfCardsNeedsNoListOfCamerasWithoutNewOnes) {
+  card("3-1", 1, "USB Audio");
+  EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, cards, 0, nullptr), 0);
+  EXPECT_EQ(card_count, 1);
+}
+
 // --- the codec check ---
 
 class ACodecCheck : public AStart {};
@@ -400,6 +407,18 @@ TEST_F(AStart, RunsItsLaterStepsWhateverTheEarlierReturned) {
   EXPECT_EQ(mn_sync_usbdev_conf(), 1);
   EXPECT_EQ(output.text(), openFailure(-4));
   EXPECT_EQ(key(2, "exists"), "0") << "the update has run";
+}
+
+TEST_F(AStart, NeedsNoListOfADeviceKindThatBroughtNothingNew) {
+  _usbdev_update device = {};
+  std::string("3-1").copy(device.usbslot, 3);
+  EXPECT_EQ(sync_usbdev(0, nullptr, 0, nullptr), 0);
+  EXPECT_EQ(sync_usbdev(1, nullptr, 1, nullptr), 0);
+  EXPECT_THAT(host.config.writes(), IsEmpty());
+  EXPECT_EQ(sync_usbdev(1, &device, 0, nullptr), 0);
+  EXPECT_EQ(key(0, "exists"), "1");
+  EXPECT_EQ(sync_usbdev(0, nullptr, 1, &device), 0);
+  EXPECT_EQ(key(0, "audio/anode"), "-1");
 }
 
 TEST_F(AStart, PlugsACardWithoutANameUnderTheNewCamerasName) {
