@@ -1,8 +1,9 @@
 // Text that is read line by line into a fixed buffer: from a child command or from a file, closed on every path.
 #pragma once
 
-#include <cstddef>
 #include <cstdio>
+
+#include "core/text.h"
 
 namespace usbdev {
 
@@ -13,11 +14,8 @@ class Lines {
 
   explicit operator bool() const { return stream_ != nullptr; }
 
-  /// Reads the next line, or the next N - 1 bytes of a longer one; false at the end or when nothing was opened.
-  template <std::size_t N>
-  bool next(char (&line)[N]) {
-    return stream_ != nullptr && std::fgets(line, static_cast<int>(N), stream_) != nullptr;
-  }
+  /// Reads the next line, or what fits of a longer one; false at the end or when nothing was opened.
+  bool next(TextBuffer line);
 
   /// Gives the stream up unclosed, for the readers that are meant to leave theirs open.
   void leaveOpen() { stream_ = nullptr; }

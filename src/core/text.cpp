@@ -3,9 +3,32 @@
 #include <usbdev/core.h>
 
 #include <climits>
+#include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 
 namespace usbdev {
+
+void copyText(TextBuffer out, const char *text) { copyCut(out.start, text, out.size - 1); }
+
+void copyCut(char *out, const char *text, std::size_t length) {
+  const std::size_t kept = strnlen(text, length);
+  std::memmove(out, text, kept);
+  out[kept] = '\0';
+}
+
+bool formatText(TextBuffer out, const char *pattern, ...) {
+  va_list arguments;
+  va_start(arguments, pattern);
+  const int length = std::vsnprintf(out.start, out.size, pattern, arguments);
+  va_end(arguments);
+  return length >= 0 && static_cast<std::size_t>(length) < out.size;
+}
+
+void appendNumber(TextBuffer out, const char *pattern, int number) {
+  const std::size_t length = std::strlen(out.start);
+  std::snprintf(out.start + length, out.size - length, pattern, number);
+}
 
 int toInt(const char *text) {
   const long value = std::strtol(text, nullptr, 10);

@@ -1,36 +1,31 @@
 // Bounded text: copying, formatting and reading numbers, always within the destination's own size.
 #pragma once
 
-#include <cstdarg>
 #include <cstddef>
-#include <cstdio>
 #include <cstring>
 
 namespace usbdev {
 
+/// An array that text goes into, together with its size.
+struct TextBuffer {
+  template <std::size_t N>
+  TextBuffer(char (&array)[N]) : start(array), size(N) {}  // implicit: every array is one
+
+  char *start;
+  std::size_t size;
+};
+
 /// Copies text into an array, cut to what fits.
-template <std::size_t N>
-void copyText(char (&out)[N], const char *text) {
-  memccpy(out, text, '\0', N - 1);
-  out[N - 1] = '\0';
-}
+void copyText(TextBuffer out, const char *text);
 
 /// Copies the first `length` bytes of a text into a caller's buffer and terminates it.
-inline void copyCut(char *out, const char *text, std::size_t length) {
-  const std::size_t kept = strnlen(text, length);
-  std::memmove(out, text, kept);
-  out[kept] = '\0';
-}
+void copyCut(char *out, const char *text, std::size_t length);
 
 /// printf into an array, cut to what fits; false when something was cut.
-template <std::size_t N>
-__attribute__((format(printf, 2, 3))) bool formatText(char (&out)[N], const char *pattern, ...) {
-  va_list arguments;
-  va_start(arguments, pattern);
-  const int length = std::vsnprintf(out, N, pattern, arguments);
-  va_end(arguments);
-  return length >= 0 && static_cast<std::size_t>(length) < N;
-}
+__attribute__((format(printf, 2, 3))) bool formatText(TextBuffer out, const char *pattern, ...);
+
+/// Appends a number, formatted by a pattern, to the text in an array, cut to what fits.
+void appendNumber(TextBuffer out, const char *pattern, int number);
 
 inline bool isSame(const char *a, const char *b) { return std::strcmp(a, b) == 0; }
 inline bool contains(const char *text, const char *part) { return std::strstr(text, part) != nullptr; }

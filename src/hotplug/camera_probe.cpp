@@ -3,8 +3,6 @@
 #include <usbdev/core.h>
 #include <usbdev/devices.h>
 
-#include <cstdio>
-
 #include "core/event_log.h"
 #include "core/text.h"
 
@@ -30,10 +28,7 @@ CameraFindings probeCamera(const _usbdev_des &device) {
   }
   findings.usable = count > 0;
   char cap[2 * USBDEV_FORMATS + 1] = "";
-  for (int i = 0; i < count; ++i) {
-    const std::size_t length = std::strlen(cap);
-    std::snprintf(cap + length, sizeof cap - length, "%d ", formats[i].codec);
-  }
+  for (int i = 0; i < count; ++i) appendNumber(cap, "%d ", formats[i].codec);
   copyText(findings.cap, trim(cap));
   if (!contains(findings.cap, "1")) findings.vcodec = kH264;
   get_fetypeid(&device, findings.fetype);

@@ -13,10 +13,7 @@ namespace {
 /// Profile ids as text, each with a comma in front of it, cut at 15 characters.
 class ProfileList {
  public:
-  void add(int profile) {
-    const std::size_t length = std::strlen(text_);
-    std::snprintf(text_ + length, sizeof text_ - length, ",%d", profile);
-  }
+  void add(int profile) { appendNumber(text_, ",%d", profile); }
 
   /// Gives the ids and commas behind the first comma and no terminator, as callers expect it; of no ids nothing.
   void giveTo(char *out) const {
