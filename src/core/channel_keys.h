@@ -2,8 +2,6 @@
 // its text is read into. A reader whose default or size differs on purpose says so at the call.
 #pragma once
 
-#include <cstddef>
-
 namespace usbdev {
 
 constexpr int kChannels = 10;
@@ -19,16 +17,24 @@ struct IntKey {
   int usual_default;
 };
 
-template <std::size_t Size>
-struct TextKey {
+struct TextPath {
   const char *key;
   const char *sub_key;
+  const char *usual_default;
+  int size;  // of the buffer that it is read into
+};
+
+/// A text key whose size the compiler knows.
+template <int Size>
+struct TextKey : TextPath {
+  constexpr TextKey(const char *name, const char *sub_name, const char *otherwise = "")
+      : TextPath{name, sub_name, otherwise, Size} {}
 
   /// The same key, read into a smaller buffer.
-  template <std::size_t Smaller>
+  template <int Smaller>
   constexpr TextKey<Smaller> cutTo() const {
     static_assert(Smaller < Size);
-    return {key, sub_key};
+    return {key, sub_key, usual_default};
   }
 };
 
@@ -52,7 +58,7 @@ inline constexpr TextKey<16> cap{"video", "cap"};
 inline constexpr TextKey<16> fetype{"video", "fetype"};
 inline constexpr IntKey width{"video", "width", 1280};
 inline constexpr IntKey height{"video", "height", 720};
-inline constexpr TextKey<16> framerate{"video", "framerate"};
+inline constexpr TextKey<16> framerate{"video", "framerate", "30.00"};
 inline constexpr IntKey osdenable{"video", "osdenable", 1};
 inline constexpr IntKey flip{"video", "flip", 0};
 inline constexpr IntKey mirror{"video", "mirror", 0};

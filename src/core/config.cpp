@@ -6,8 +6,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "core/text.h"
-
 namespace usbdev {
 namespace {
 
@@ -43,26 +41,35 @@ ConfigSession::~ConfigSession() {
   pthread_mutex_unlock(&config_lock);
 }
 
-Section::Section(void *handle, const char *pattern, int number) : handle_(handle) {
-  formatText(name_, pattern, number);
+Section ConfigSession::channel(int number) const { return channelSection(handle_, number); }
+
+ConfigReader::ConfigReader(OpenFailure failure) : ConfigSession(0, kChannelFile, failure) {}
+
+ConfigWriter::ConfigWriter(OpenFailure failure, const char *path) : ConfigSession(1, path, failure) {}
+
+Section channelSection(void *handle, int channel) {
+  static constexpr char kNames[kChannels][4] = {"ch0", "ch1", "ch2", "ch3", "ch4", "ch5", "ch6", "ch7", "ch8", "ch9"};
+  return {handle, kNames[channel]};
 }
+
+int Section::get(const IntKey &key) const { return get(key, key.usual_default); }
 
 int Section::get(const IntKey &key, int otherwise) const {
   return xmlcfg_get_int(handle_, otherwise, kRoot, name_, key.key, key.sub_key);
 }
 
-void Section::getText(const char *key, const char *sub_key, char *out, std::size_t size, const char *otherwise) const {
-  std::memset(out, 0, size);
-  xmlcfg_get_str(handle_, otherwise, out, static_cast<int>(size), kRoot, name_, key, sub_key);
-  out[size - 1] = '\0';  // the host library may fill all bytes
+void Section::getText(const TextPath &key, char *out) const {
+  std::memset(out, 0, static_cast<std::size_t>(key.size));
+  xmlcfg_get_str(handle_, key.usual_default, out, key.size, kRoot, name_, key.key, key.sub_key);
+  out[key.size - 1] = '\0';  // the host library may fill all bytes
 }
 
 void Section::set(const IntKey &key, int value) const {
   xmlcfg_set_int(handle_, value, kRoot, name_, key.key, key.sub_key);
 }
 
-void Section::setText(const char *key, const char *sub_key, const char *value) const {
-  xmlcfg_set_str(handle_, value, kRoot, name_, key, sub_key);
+void Section::set(const TextPath &key, const char *value) const {
+  xmlcfg_set_str(handle_, value, kRoot, name_, key.key, key.sub_key);
 }
 
 }  // namespace usbdev

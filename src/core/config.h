@@ -3,8 +3,6 @@
 // the lock is called while one lives.
 #pragma once
 
-#include <cstddef>
-
 #include "core/channel_keys.h"
 
 namespace usbdev {
@@ -15,34 +13,30 @@ inline constexpr char kProfileStateFile[] = "/etc/config/vl_pfstate.conf";
 /// What a failed open says on standard error.
 enum class OpenFailure { usual, read, write, silent };
 
-/// One section of an open file, "ch0" to "ch9" in the channel file.
+/// One section of an open file. The name is kept by whoever names it.
 class Section {
  public:
-  Section(void *handle, const char *pattern, int number);
+  Section(void *handle, const char *name) : handle_(handle), name_(name) {}
 
-  int get(const IntKey &key) const { return get(key, key.usual_default); }
+  int get(const IntKey &key) const;
   int get(const IntKey &key, int otherwise) const;
-  template <std::size_t N>
-  void get(const TextKey<N> &key, char (&out)[N], const char *otherwise = "") const {
-    getText(key.key, key.sub_key, out, N, otherwise);
+  template <int N>
+  void get(const TextKey<N> &key, char (&out)[N]) const {
+    getText(key, out);
   }
+  /// As get, for callers that know the key's size at run time only.
+  void getText(const TextPath &key, char *out) const;
 
   void set(const IntKey &key, int value) const;
-  template <std::size_t N>
-  void set(const TextKey<N> &key, const char *value) const {
-    setText(key.key, key.sub_key, value);
-  }
+  void set(const TextPath &key, const char *value) const;
 
  private:
-  void getText(const char *key, const char *sub_key, char *out, std::size_t size, const char *otherwise) const;
-  void setText(const char *key, const char *sub_key, const char *value) const;
-
   void *handle_;
-  char name_[16];
+  const char *name_;
 };
 
-/// A channel's section of a file that is already open.
-inline Section channelSection(void *handle, int channel) { return {handle, "ch%d", channel}; }
+/// A channel's section, "ch0" to "ch9", of a file that is already open.
+Section channelSection(void *handle, int channel);
 
 class ConfigSession {
  public:
@@ -52,7 +46,7 @@ class ConfigSession {
   explicit operator bool() const { return result_ == kOpened; }
   int openResult() const { return result_; }
   void *handle() const { return handle_; }
-  Section channel(int number) const { return channelSection(handle_, number); }
+  Section channel(int number) const;
 
  protected:
   ConfigSession(int mode, const char *path, OpenFailure failure);
@@ -66,13 +60,12 @@ class ConfigSession {
 
 class ConfigReader : public ConfigSession {
  public:
-  explicit ConfigReader(OpenFailure failure = OpenFailure::usual) : ConfigSession(0, kChannelFile, failure) {}
+  explicit ConfigReader(OpenFailure failure = OpenFailure::usual);
 };
 
 class ConfigWriter : public ConfigSession {
  public:
-  explicit ConfigWriter(OpenFailure failure = OpenFailure::usual, const char *path = kChannelFile)
-      : ConfigSession(1, path, failure) {}
+  explicit ConfigWriter(OpenFailure failure = OpenFailure::usual, const char *path = kChannelFile);
 };
 
 }  // namespace usbdev

@@ -6,15 +6,11 @@
 namespace usbdev {
 namespace {
 
-enum class FieldType : unsigned char { number, rate, text16, text64, text128, text256 };
-
-/// One field of a record and the key that fills it.
+/// One field of a record and the key that fills it: a number, a text, or with neither the frame rate.
 struct Field {
-  const char *key;
-  const char *sub_key;
-  int otherwise;
+  const IntKey *number;
+  const TextPath *text;
   short offset;
-  FieldType type;
   unsigned char read_by;
   unsigned char preset_by;
 };
@@ -22,35 +18,26 @@ struct Field {
 constexpr unsigned char kNobody = 0;
 constexpr float kUsualRate = 30;
 
-constexpr Field number(int offset, const IntKey &key, int read_by, int preset_by = kNobody) {
-  return {key.key,
-          key.sub_key,
-          key.usual_default,
-          static_cast<short>(offset),
-          FieldType::number,
-          static_cast<unsigned char>(read_by),
+constexpr Field field(const IntKey *number, const TextPath *text, int offset, int read_by, int preset_by) {
+  return {number, text, static_cast<short>(offset), static_cast<unsigned char>(read_by),
           static_cast<unsigned char>(preset_by)};
 }
 
-/// The same key, read with another default.
-constexpr IntKey orElse(const IntKey &key, int otherwise) { return {key.key, key.sub_key, otherwise}; }
+constexpr Field number(int offset, const IntKey &key, int read_by, int preset_by = kNobody) {
+  return field(&key, nullptr, offset, read_by, preset_by);
+}
 
-template <std::size_t N>
-constexpr Field text(int offset, const TextKey<N> &key, int read_by, int preset_by = kNobody) {
-  Field field = number(offset, {key.key, key.sub_key, 0}, read_by, preset_by);
-  field.type = N == 16    ? FieldType::text16
-               : N == 64  ? FieldType::text64
-               : N == 128 ? FieldType::text128
-                          : FieldType::text256;
-  static_assert(N == 16 || N == 64 || N == 128 || N == 256);
-  return field;
+constexpr Field text(int offset, const TextPath &key, int read_by, int preset_by = kNobody) {
+  return field(nullptr, &key, offset, read_by, preset_by);
 }
 
 constexpr Field rate(int offset, int read_by, int preset_by) {
-  Field field = text(offset, keys::framerate, read_by, preset_by);
-  field.type = FieldType::rate;
-  return field;
+  return field(nullptr, nullptr, offset, read_by, preset_by);
 }
+
+// Keys that the records read with another default.
+constexpr IntKey kSlotSwitchOn{"slot_switch", nullptr, 1};
+constexpr IntKey kAudioOff{"audio", "aenable", 0};
 
 // _availinfo, _profile_info and, from the video node on, _streaminfo are laid out alike, so that one list serves all:
 // offsets count from the video node.
@@ -89,7 +76,7 @@ constexpr Field kSettings[] = {
     text(at(offsetof(_profile_info, profilename)), keys::profilename, kProfileInfo),
     text(at(offsetof(_profile_info, usbslot)), keys::usbslot, kPages),
     text(at(offsetof(_profile_info, devname)), keys::devname, kPages),
-    number(atStream(offsetof(_streaminfo, slot_switch)), orElse(keys::slot_switch, 1), kSlotInfo, kStreams),
+    number(atStream(offsetof(_streaminfo, slot_switch)), kSlotSwitchOn, kSlotInfo, kStreams),
 
     number(at(offsetof(_profile_info, vnode)), keys::vnode, kEveryone, kPresetters),
     number(at(offsetof(_profile_info, vprofile)), keys::profile, kSlotInfo, kPresetters),
@@ -105,7 +92,7 @@ constexpr Field kSettings[] = {
     number(at(offsetof(_profile_info, aprofile)), keys::profile, kSlotInfo, kPresetters),
     number(at(offsetof(_profile_info, acodec)), keys::acodec, kEveryone, kPresetters),
     // Audio that was never switched counts as off in a stream record, as on elsewhere.
-    number(at(offsetof(_profile_info, aenable)), orElse(keys::aenable, 0), kStreams, kPresetters),
+    number(at(offsetof(_profile_info, aenable)), kAudioOff, kStreams, kPresetters),
     number(at(offsetof(_profile_info, aenable)), keys::aenable, kPages),
     number(at(offsetof(_profile_info, samplerate)), keys::samplerate, kStreams | kProfileInfo, kPresetters),
     number(at(offsetof(_profile_info, channelno)), keys::channelno, kStreams, kPresetters),
@@ -127,7 +114,7 @@ constexpr Field kRow[] = {
     text(offsetof(_usbdev_entry, profilename), keys::profilename, kBothRows),
     text(offsetof(_usbdev_entry, usbslot), keys::usbslot, kBothRows),
     text(offsetof(_usbdev_entry, devname), keys::devname, kBothRows),
-    number(offsetof(_usbdev_entry, slot_switch), orElse(keys::slot_switch, 1), kBothRows),
+    number(offsetof(_usbdev_entry, slot_switch), kSlotSwitchOn, kBothRows),
     number(offsetof(_usbdev_entry, exists), keys::exists, kBothRows),
     number(offsetof(_usbdev_entry, conflictch), keys::conflictch, kBothRows),
     text(offsetof(_usbdev_entry, createtime), keys::createtime, kBothRows),
@@ -139,42 +126,20 @@ constexpr Field kRow[] = {
     text(offsetof(_usbdev_entry, hlspath), keys::hlspath, kVideoRow),
 };
 
-/// Text fields of `N` bytes; without a channel they become empty.
-template <std::size_t N>
-void putText(const Field &field, const Section *channel, char *out) {
-  if (channel == nullptr) {
-    std::memset(out, 0, N);
-  } else {
-    channel->get(TextKey<N>{field.key, field.sub_key}, *reinterpret_cast<char(*)[N]>(out));
-  }
-}
-
-void putNumber(const Field &field, const Section *channel, char *out) {
-  const IntKey key{field.key, field.sub_key, field.otherwise};
-  const int value = channel == nullptr ? field.otherwise : channel->get(key);
-  std::memcpy(out, &value, sizeof value);
-}
-
-void putRate(const Section *channel, char *out) {
-  const float value = channel == nullptr ? kUsualRate : readRate(*channel);
-  std::memcpy(out, &value, sizeof value);
-}
-
-/// From the channel's key, or without a channel from what a missing key reads as.
+/// From the channel's key, or without a channel from what a missing key reads as; of texts that is nothing.
 void put(const Field &field, const Section *channel, char *out) {
-  switch (field.type) {
-    case FieldType::number:
-      return putNumber(field, channel, out);
-    case FieldType::rate:
-      return putRate(channel, out);
-    case FieldType::text16:
-      return putText<16>(field, channel, out);
-    case FieldType::text64:
-      return putText<64>(field, channel, out);
-    case FieldType::text128:
-      return putText<128>(field, channel, out);
-    case FieldType::text256:
-      return putText<256>(field, channel, out);
+  if (field.text != nullptr) {
+    if (channel == nullptr) {
+      std::memset(out, 0, static_cast<std::size_t>(field.text->size));
+    } else {
+      channel->getText(*field.text, out);
+    }
+  } else if (field.number != nullptr) {
+    const int value = channel == nullptr ? field.number->usual_default : channel->get(*field.number);
+    std::memcpy(out, &value, sizeof value);
+  } else {
+    const float value = channel == nullptr ? kUsualRate : readRate(*channel);
+    std::memcpy(out, &value, sizeof value);
   }
 }
 
@@ -182,7 +147,7 @@ void put(const Field &field, const Section *channel, char *out) {
 
 float readRate(const Section &channel) {
   char text[16];
-  channel.get(keys::framerate, text, "30.00");
+  channel.get(keys::framerate, text);
   return static_cast<float>(std::atof(text));
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "core/text.h"
 #include "devices/channel_records.h"
 
 int vl_get_profile_info(int profile, _profile_info *info) {
@@ -23,7 +24,10 @@ int vl_get_profile_info(int profile, _profile_info *info) {
 
 int vl_get_profileID(int channel) {
   const usbdev::ConfigReader config;
-  return config ? config.channel(channel).get(usbdev::keys::profile) : -1;
+  if (!config) return -1;
+  char name[16];
+  usbdev::formatText(name, "ch%d", channel);  // any number makes a name
+  return usbdev::Section(config.handle(), name).get(usbdev::keys::profile);
 }
 
 int vl_get_stream_info(int profile, _streaminfo *info) {

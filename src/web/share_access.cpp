@@ -19,6 +19,9 @@ constexpr int kSwitchedOff = 9009;
 constexpr int kNotShared = 9010;
 constexpr int kUnknownLink = 9011;
 
+// Shorter than what the other readers take.
+constexpr auto kViewerSsid = keys::ssid.cutTo<16>();
+
 int outcome(int code) { return code == kServe ? 0 : -1; }
 
 /// What keeps a channel's device from being seen.
@@ -40,7 +43,7 @@ int shareCode(const Section &channel, const char *token) {
   return isSame(stored, token) ? kServe : kWrongToken;
 }
 
-template <std::size_t N>
+template <int N>
 bool holdsShareId(const Section &channel, const TextKey<N> &key, const char *ssid) {
   char stored[N];
   channel.get(key, stored);
@@ -77,8 +80,7 @@ int vl_ssid_auth(const char *ssid, const char *token, int *profile, int *code) {
     const usbdev::Section channel = config.channel(i);
     *profile = channel.get(usbdev::keys::profile);
     if (*profile == usbdev::kNone) continue;
-    // Shorter than what the other readers take.
-    if (!usbdev::holdsShareId(channel, usbdev::keys::ssid.cutTo<16>(), ssid)) continue;
+    if (!usbdev::holdsShareId(channel, usbdev::kViewerSsid, ssid)) continue;
     *code = usbdev::shareCode(channel, token);
     break;
   }

@@ -69,7 +69,9 @@ int vl_SourcerStreamingProcess(int number, int kind) {
 int mn_update_pfstate(int profile, int value) {
   const usbdev::ConfigWriter config(usbdev::OpenFailure::usual, usbdev::kProfileStateFile);
   if (!config) return -1;
-  usbdev::Section(config.handle(), "pf%d", profile).set(usbdev::kAvailable, value);
+  char name[16];
+  usbdev::formatText(name, "pf%d", profile);
+  usbdev::Section(config.handle(), name).set(usbdev::kAvailable, value);
   return 0;
 }
 
