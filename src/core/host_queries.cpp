@@ -20,7 +20,7 @@ int askPackageRegistry(const char *package, const char *field, char *value) {
   formatText(command, "%s \"%s\" \"%s\" -c -d READCFG_FAILD %s", "/sbin/readcfg", package, field,
              "-f /etc/config/bndl.conf");
   char line[kPackageTextSize];
-  CommandLines answer(command);
+  CommandLines answer("%s", command);
   if (!answer.next(line) || startsWith(line, kPackageMissing)) return -1;
   cutAtLineFeed(line);
   copyCut(value, line, sizeof line - 1);

@@ -1,9 +1,30 @@
 #include "core/lines.h"
 
+#include <cstdarg>
+
 namespace usbdev {
 
 bool Lines::next(TextBuffer line) {
   return stream_ != nullptr && std::fgets(line.start, static_cast<int>(line.size), stream_) != nullptr;
+}
+
+CommandLines::CommandLines(const char *pattern, ...) : Lines(nullptr) {
+  char command[384];
+  va_list arguments;
+  va_start(arguments, pattern);
+  const int length = std::vsnprintf(command, sizeof command, pattern, arguments);
+  va_end(arguments);
+  if (length >= 0 && static_cast<std::size_t>(length) < sizeof command) stream_ = popen(command, "r");
+}
+
+CommandLines::~CommandLines() {
+  if (stream_ != nullptr) pclose(stream_);
+}
+
+FileLines::FileLines(const char *path) : Lines(std::fopen(path, "re")) {}
+
+FileLines::~FileLines() {
+  if (stream_ != nullptr) std::fclose(stream_);
 }
 
 }  // namespace usbdev

@@ -31,20 +31,17 @@ class CommandLines : public Lines {
  public:
   CommandLines(const CommandLines &) = delete;
   CommandLines &operator=(const CommandLines &) = delete;
-  explicit CommandLines(const char *command) : Lines(popen(command, "r")) {}
-  ~CommandLines() {
-    if (stream_ != nullptr) pclose(stream_);
-  }
+  /// Runs the command of a printf pattern; one longer than any that the host's names can make is not run.
+  __attribute__((format(printf, 2, 3))) explicit CommandLines(const char *pattern, ...);
+  ~CommandLines();
 };
 
 class FileLines : public Lines {
  public:
   FileLines(const FileLines &) = delete;
   FileLines &operator=(const FileLines &) = delete;
-  explicit FileLines(const char *path) : Lines(std::fopen(path, "re")) {}
-  ~FileLines() {
-    if (stream_ != nullptr) std::fclose(stream_);
-  }
+  explicit FileLines(const char *path);
+  ~FileLines();
 };
 
 }  // namespace usbdev

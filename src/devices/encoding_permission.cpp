@@ -44,9 +44,7 @@ int check_gpu_status(int *result) {
   if (name_end == nullptr) return 0;
   *name_end = '\0';
   if (!usbdev::areSafeWords(line)) return 0;
-  char command[sizeof line + 32];
-  usbdev::formatText(command, "gpuinfo_app -s %s", line);
-  usbdev::CommandLines state(command);
+  usbdev::CommandLines state("gpuinfo_app -s %s", line);
   if (state.next(line) && usbdev::contains(line, "driver_installed=1")) *result = 1;
   return 0;
 }

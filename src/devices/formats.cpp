@@ -17,23 +17,18 @@ constexpr int kMostListingLines = 1024;
 
 /// Ends a format query that still runs on a node, so that closing its pipe cannot block.
 void killFormatQuery(int vnode) {
-  char command[192];
-  formatText(command,
-             "/bin/ps | /bin/grep \"v4l2-ctl\" | /bin/grep \"/dev/video%d\" | /bin/grep -v grep | "
-             "/bin/awk '{print $1}'",
-             vnode);
   char line[128];
   {
-    CommandLines processes(command);
+    CommandLines processes(
+        "/bin/ps | /bin/grep \"v4l2-ctl\" | /bin/grep \"/dev/video%d\" | /bin/grep -v grep | "
+        "/bin/awk '{print $1}'",
+        vnode);
     if (!processes.next(line)) return;
   }
   const int process_id = toInt(line);
   if (process_id <= 0) return;
-  if (vl_force_kill_v4l2_ctl(vnode) == 1) {
-    formatText(command, "kill -9 %d &", process_id);
-  } else {
-    formatText(command, "kill %d &", process_id);
-  }
+  char command[32];
+  formatText(command, vl_force_kill_v4l2_ctl(vnode) == 1 ? "kill -9 %d &" : "kill %d &", process_id);
   static_cast<void>(std::system(command) == 0);  // a query that has ended meanwhile is fine
 }
 
@@ -47,9 +42,7 @@ int mn_get_usbchn_fmts(int vnode, _usbfmt_des *table, int *over60) {
   int may_encode = 0;
   validate_hwenc(&may_encode);
 
-  char command[128];
-  usbdev::formatText(command, "%s -d /dev/video%d --list-formats-ext", "/usr/bin/v4l2-ctl", vnode);
-  usbdev::CommandLines query(command);
+  usbdev::CommandLines query("/usr/bin/v4l2-ctl -d /dev/video%d --list-formats-ext", vnode);
   if (!query) return -1;
   usbdev::FormatListing listing(vnode, may_encode == 1);
   char line[256];
@@ -63,13 +56,11 @@ int mn_get_usbchn_fmts(int vnode, _usbfmt_des *table, int *over60) {
 }
 
 int vl_force_kill_v4l2_ctl(int vnode) {
-  char command[128];
-  usbdev::formatText(command, "/sbin/udevadm info --name=/dev/video%d --attribute-walk", vnode);
   char vendor[usbdev::kShortCodeSize];
   char product[usbdev::kShortCodeSize];
   bool has_vendor = false;
   bool has_product = false;
-  usbdev::CommandLines walk(command);
+  usbdev::CommandLines walk("/sbin/udevadm info --name=/dev/video%d --attribute-walk", vnode);
   char line[256];
   while (walk.next(line)) {
     if (const char *value = usbdev::attributeValue(line, "ATTRS{idVendor}")) {

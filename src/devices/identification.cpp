@@ -19,8 +19,6 @@ using usbdev::contains;
 
 int find_pidvid(const _usbdev_des *device, char *pidvid) {
   if (device == nullptr || pidvid == nullptr || !usbdev::isTerminated(device->usbslot)) return 0;
-  char command[128];
-  usbdev::formatText(command, "/sbin/udevadm info --name=/dev/video%d --attribute-walk", device->node);
   char marker[160];
   usbdev::formatText(marker, "KERNELS==\"%s\"", device->usbslot);
 
@@ -29,7 +27,7 @@ int find_pidvid(const _usbdev_des *device, char *pidvid) {
   bool has_vendor = false;
   bool has_product = false;
   bool in_block = false;
-  usbdev::CommandLines walk(command);
+  usbdev::CommandLines walk("/sbin/udevadm info --name=/dev/video%d --attribute-walk", device->node);
   char line[256];
   while (!(has_vendor && has_product) && walk.next(line)) {
     in_block = in_block || contains(line, marker);
@@ -66,9 +64,7 @@ int get_fetypeid(const _usbdev_des *device, char *fetype) {
 }
 
 int isPCIbridge(int vnode) {
-  char command[128];
-  usbdev::formatText(command, "/sbin/udevadm info -a -n /dev/video%d | grep '{class}'", vnode);
-  usbdev::CommandLines classes(command);
+  usbdev::CommandLines classes("/sbin/udevadm info -a -n /dev/video%d | grep '{class}'", vnode);
   char line[256];
   while (classes.next(line)) {
     if (contains(line, "0x06")) return 1;  // the PCI base class of bridges
@@ -78,9 +74,7 @@ int isPCIbridge(int vnode) {
 
 int get_pcibridgePath(int vnode, char *path) {
   if (path == nullptr) return 0;
-  char command[128];
-  usbdev::formatText(command, "/sbin/udevadm info -a -n /dev/video%d | grep 'looking at device'", vnode);
-  usbdev::CommandLines device(command);
+  usbdev::CommandLines device("/sbin/udevadm info -a -n /dev/video%d | grep 'looking at device'", vnode);
   char line[usbdev::kBridgePathSize];
   if (!device.next(line)) return 0;
   const char *devices = std::strstr(line, "devices");

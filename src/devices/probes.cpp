@@ -6,9 +6,7 @@
 
 int vl_HOS_CLI_usbid(const char *usbslot) {
   if (usbslot == nullptr || !usbdev::isSafeInSingleQuotes(usbslot) || std::strlen(usbslot) > 127) return -1;
-  char command[192];
-  usbdev::formatText(command, "hwinfo_app --usb_get_port_id value='%s'", usbslot);
-  usbdev::CommandLines answer(command);
+  usbdev::CommandLines answer("hwinfo_app --usb_get_port_id value='%s'", usbslot);
   char line[256];
   return answer.next(line) ? usbdev::toInt(line) : -1;
 }

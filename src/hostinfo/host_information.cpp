@@ -18,7 +18,7 @@ bool askRegistry(const char *package, const char *key, Answer &answer) {
       !formatText(command, "/sbin/readcfg %s %s -f %s", package, key, "/etc/config/bndl.conf")) {
     return false;
   }
-  CommandLines registry(command);
+  CommandLines registry("%s", command);
   if (!registry.next(answer)) return false;
   cutAtLineFeed(answer);
   return true;

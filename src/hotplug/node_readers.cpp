@@ -13,7 +13,6 @@ namespace usbdev {
 namespace {
 
 using Line = char[256];
-using Command = char[384];
 using NamePath = char[64];
 
 /// The number of a node from the line that names it: its last digit alone, also for video12.
@@ -69,9 +68,7 @@ template <typename Take>
 void readNodes(_usbdev_update *record, const char *pattern, Take take) {
   if (record == nullptr || !isTerminated(record->usbslot) || !isSafeWord(record->usbslot)) return;
   for (int interface = 0; interface <= 2; interface += 2) {
-    Command command;
-    std::snprintf(command, sizeof command, pattern, record->usbslot, interface);
-    CommandLines nodes(command);
+    CommandLines nodes(pattern, record->usbslot, interface);
     if (!nodes) {
       std::fputs("scan failure ...", stdout);
       continue;
@@ -89,12 +86,7 @@ using namespace usbdev;
 int get_video_info(const char *interface_name, int *vnode, char *name) {
   if (interface_name == nullptr || vnode == nullptr || name == nullptr) return -1;
   if (!isInterface(interface_name)) return 0;
-  Command command;
-  if (!formatText(command, "/bin/ls /sys/bus/usb/drivers/uvcvideo/%s/video4linux | /bin/awk '{print $1}'",
-                  interface_name)) {
-    return -1;
-  }
-  CommandLines nodes(command);
+  CommandLines nodes("/bin/ls /sys/bus/usb/drivers/uvcvideo/%s/video4linux | /bin/awk '{print $1}'", interface_name);
   if (!nodes) return -1;
   Line line;
   if (!nodes.next(line)) return 0;
@@ -114,12 +106,7 @@ int get_video_info(const char *interface_name, int *vnode, char *name) {
 int get_audio_info(const char *interface_name, int *card, char *name) {
   if (interface_name == nullptr || card == nullptr || name == nullptr) return -1;
   if (!isInterface(interface_name)) return 0;
-  Command command;
-  if (!formatText(command, "/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s/sound | /bin/awk '{print $1}'",
-                  interface_name)) {
-    return -1;
-  }
-  CommandLines nodes(command);
+  CommandLines nodes("/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s/sound | /bin/awk '{print $1}'", interface_name);
   if (!nodes) return -1;
   Line line;
   if (!nodes.next(line)) return 0;

@@ -58,10 +58,8 @@ int vl_StreamNotify(const void *message) {
 }
 
 int vl_SourcerStreamingProcess(int number, int kind) {
-  char command[128];
-  usbdev::formatText(command, "/bin/ps | /bin/grep \"%s %d\" | /bin/grep -v grep | /bin/awk '{print $1}'",
-                     kind != 0 ? "v4l2_read" : "HDpipe", number);
-  usbdev::CommandLines processes(command);
+  usbdev::CommandLines processes("/bin/ps | /bin/grep \"%s %d\" | /bin/grep -v grep | /bin/awk '{print $1}'",
+                                 kind != 0 ? "v4l2_read" : "HDpipe", number);
   char line[128];
   return processes.next(line) && usbdev::toInt(line) != -1 ? 1 : 0;
 }
