@@ -34,14 +34,13 @@ ConfigSession::ConfigSession(int mode, const char *path, OpenFailure failure) {
   pthread_mutex_lock(&config_lock);
   result_ = xmlcfg_open(mode, path, &handle_);
   if (!*this) sayOpenFailed(failure, path, result_);
+  for (int i = 0; i < kChannels; ++i) channels_[i] = channelSection(handle_, i);
 }
 
 ConfigSession::~ConfigSession() {
   if (*this) xmlcfg_close(handle_, 0);
   pthread_mutex_unlock(&config_lock);
 }
-
-Section ConfigSession::channel(int number) const { return channelSection(handle_, number); }
 
 ConfigReader::ConfigReader(OpenFailure failure) : ConfigSession(0, kChannelFile, failure) {}
 

@@ -13,9 +13,10 @@ inline constexpr char kProfileStateFile[] = "/etc/config/vl_pfstate.conf";
 /// What a failed open says on standard error.
 enum class OpenFailure { usual, read, write, silent };
 
-/// One section of an open file. The name is kept by whoever names it.
+/// One section of an open file. Its name is kept elsewhere.
 class Section {
  public:
+  Section() = default;
   Section(void *handle, const char *name) : handle_(handle), name_(name) {}
 
   int get(const IntKey &key) const;
@@ -31,8 +32,8 @@ class Section {
   void set(const TextPath &key, const char *value) const;
 
  private:
-  void *handle_;
-  const char *name_;
+  void *handle_ = nullptr;
+  const char *name_ = nullptr;
 };
 
 /// A channel's section, "ch0" to "ch9", of a file that is already open.
@@ -46,7 +47,7 @@ class ConfigSession {
   explicit operator bool() const { return result_ == kOpened; }
   int openResult() const { return result_; }
   void *handle() const { return handle_; }
-  Section channel(int number) const;
+  const Section &channel(int number) const { return channels_[number]; }
 
  protected:
   ConfigSession(int mode, const char *path, OpenFailure failure);
@@ -56,6 +57,7 @@ class ConfigSession {
   static constexpr int kOpened = 1;
   void *handle_ = nullptr;
   int result_;
+  Section channels_[kChannels];
 };
 
 class ConfigReader : public ConfigSession {

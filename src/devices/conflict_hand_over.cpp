@@ -35,7 +35,7 @@ Standing readWaiting(int channel, Waiting (&waiting)[kChannels]) {
   if (!config) return Standing::unreadable;
   if (config.channel(channel).get(keys::conflictch) != kNone) return Standing::parked;
   for (int i = 0; i < kChannels; ++i) {
-    const Section section = config.channel(i);
+    const Section &section = config.channel(i);
     if (i == channel || section.get(keys::conflictch) != channel) continue;
     Waiting &other = waiting[i];
     other.waits = true;
@@ -104,7 +104,7 @@ int parkBehind(HostAnswers &host, const Successor &successor) {
     if (!config) return -1;
     for (int i = 0; i < kChannels; ++i) {
       if (i == successor.channel) continue;
-      const Section section = config.channel(i);
+      const Section &section = config.channel(i);
       cameras[i].vnode = section.get(keys::vnode);
       cameras[i].present = section.get(keys::exists) != 0 && cameras[i].vnode != kNone;
       section.get(keys::usbslot, cameras[i].usbslot);

@@ -52,7 +52,7 @@ bool findConflict(HostAnswers &host, int channel, int *found) {
     const ConfigReader config;
     if (!config) return false;
     for (int i = 0; i < kChannels; ++i) {
-      const Section section = config.channel(i);
+      const Section &section = config.channel(i);
       Candidate &candidate = channels[i];
       candidate.vnode = section.get(keys::vnode);
       section.get(keys::usbslot, candidate.usbslot);

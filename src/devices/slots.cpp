@@ -37,7 +37,7 @@ int vl_get_available_dev(_availinfo *rows) {
   if (!config) return -1;
   std::memset(rows, 0, kChannels * sizeof *rows);
   for (int i = 0; i < kChannels; ++i) {
-    const Section channel = config.channel(i);
+    const Section &channel = config.channel(i);
     if (channel.get(keys::profile) != kNone || !isUnparked(channel)) continue;
     fillAvailable(channel, rows[i]);
     if (rows[i].stream_type == kVideoOnly) rows[i].aenable = 0;  // here only, not for the devices of a profile
@@ -52,7 +52,7 @@ int vl_get_available_dev_N_channel(_availinfo *rows, int profile) {
   if (!config) return -1;
   std::memset(rows, 0, kChannels * sizeof *rows);
   for (int i = 0; i < kChannels; ++i) {
-    const Section channel = config.channel(i);
+    const Section &channel = config.channel(i);
     if (channel.get(keys::profile) == profile && isUnparked(channel)) {
       fillAvailable(channel, rows[i]);
     } else {
@@ -68,7 +68,7 @@ int vl_get_usbslot_video_cap(const char *usbslot, char *cap) {
   const ConfigReader config;
   if (!config) return -1;
   for (int i = 0; i < kChannels; ++i) {
-    const Section channel = config.channel(i);
+    const Section &channel = config.channel(i);
     if (!isAttachedTo(channel, usbslot)) continue;
     if (channel.get(keys::vnode) == kNone || channel.get(keys::slot_switch, 1) == 0) return -1;
     char text[kShortCodeSize];
@@ -89,7 +89,7 @@ int vl_get_usbslot_info(const char *usbslot, _streaminfo *info) {
   const ConfigReader config;
   if (!config) return -1;
   for (int i = 0; i < kChannels; ++i) {
-    const Section channel = config.channel(i);
+    const Section &channel = config.channel(i);
     if (!isAttachedTo(channel, usbslot)) continue;
     info->channel = i;  // of two channels with the slot the last one counts
     readSettings(kSlotInfo, channel, *info);

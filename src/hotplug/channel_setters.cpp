@@ -23,7 +23,7 @@ int mn_set_usbdev_volume(int profile) {
   {
     const ConfigReader config;
     if (!config) return -1;
-    const Section channel = config.channel(number);
+    const Section &channel = config.channel(number);
     if (channel.get(keys::exists) != 0) card = channel.get(keys::anode);
     volume = channel.get(keys::volume);
   }

@@ -58,7 +58,7 @@ int update_usbinfo(_usbdev_update *channels) {
   for (int i = 0; i < kChannels; ++i) {
     _usbdev_update &record = channels[i];
     if (record.state == -1) continue;
-    const Section channel = config.channel(i);
+    const Section &channel = config.channel(i);
     writePresence(channel, record);
     if (record.vnode != kNone) {
       writeCameraType(channel, record);

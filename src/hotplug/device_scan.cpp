@@ -30,7 +30,7 @@ struct Found {
 
 void readKnown(const ConfigReader &config, Known (&known)[kChannels]) {
   for (int i = 0; i < kChannels; ++i) {
-    const Section section = config.channel(i);
+    const Section &section = config.channel(i);
     known[i].exists = section.get(keys::exists, -1);  // -1: never configured
     known[i].conflictch = section.get(keys::conflictch);
     section.get(keys::usbslot, known[i].usbslot);

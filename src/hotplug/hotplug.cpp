@@ -35,7 +35,7 @@ bool readChannels(HotplugEvent &event) {
   const ConfigReader config;
   if (!config) return false;
   for (int i = 0; i < kChannels; ++i) {
-    const Section section = config.channel(i);
+    const Section &section = config.channel(i);
     ChannelState &channel = event.channels[i];
     channel.exists = section.get(keys::exists);
     channel.profile = section.get(keys::profile);
@@ -98,7 +98,7 @@ void writeCamera(const Section &channel, const HotplugEvent &event) {
 }
 
 void writePlugged(const ConfigWriter &config, const HotplugEvent &event) {
-  const Section channel = config.channel(event.choice.channel);
+  const Section &channel = config.channel(event.choice.channel);
   channel.set(keys::slot_switch, event.slot_switch);
   if (isCamera(event.device)) {
     writeCamera(channel, event);
@@ -114,7 +114,7 @@ void writePlugged(const ConfigWriter &config, const HotplugEvent &event) {
   if (event.choice.replaced != kNone) {
     const ChannelState &replaced = event.channels[event.choice.replaced];
     writeInheritedAudio(channel, replaced.anode, replaced.acap);
-    const Section displaced = config.channel(event.choice.replaced);
+    const Section &displaced = config.channel(event.choice.replaced);
     displaced.set(keys::exists, -1);  // not 0: its camera was displaced, not unplugged
     displaced.set(keys::anode, kNone);
   }

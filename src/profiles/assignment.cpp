@@ -28,7 +28,7 @@ bool readHolders(Holder (&holders)[kChannels]) {
   const ConfigReader config;
   if (!config) return false;
   for (int i = 0; i < kChannels; ++i) {
-    const Section section = config.channel(i);
+    const Section &section = config.channel(i);
     holders[i].exists = section.get(keys::exists) != 0;
     holders[i].profile = section.get(keys::profile);
     holders[i].vnode = section.get(keys::vnode);
@@ -76,7 +76,7 @@ bool writeAssignment(int target, int profile, const NewLink &link, const bool (&
   if (!config) return false;
   char now[kTimeTextSize];
   formatLocalTime(now);
-  const Section channel = config.channel(target);
+  const Section &channel = config.channel(target);
   channel.set(keys::profile, profile);
   channel.set(keys::createtime, now);
   channel.set(keys::vtag, link.tag);
@@ -91,7 +91,7 @@ bool writeAssignment(int target, int profile, const NewLink &link, const bool (&
 bool writeCleared(int channel_number) {
   const ConfigWriter config;
   if (!config) return false;
-  const Section channel = config.channel(channel_number);
+  const Section &channel = config.channel(channel_number);
   channel.set(keys::profile, kNone);
   channel.set(keys::createtime, "");
   channel.set(keys::profilename, "");
@@ -158,7 +158,7 @@ int vl_clear_usbchn_profile(int profile, const char *client_ip, int event_code) 
   {
     const ConfigReader config;
     if (!config) return -1;
-    const Section channel = config.channel(channel_number);
+    const Section &channel = config.channel(channel_number);
     notification.vnode = channel.get(keys::vnode);
     notification.anode = channel.get(keys::anode);
     channel.get(keys::hash_string, share_link);

@@ -19,7 +19,7 @@ bool readCapability(int profile, const IntKey &node, const TextKey<16> &text, Ca
   if (trsProfiletoPlugCh(profile, &channel) != 0) return false;
   const ConfigReader config;
   if (!config) return false;
-  const Section section = config.channel(channel);
+  const Section &section = config.channel(channel);
   if (section.get(keys::exists) == 0 || section.get(keys::slot_switch, 1) == 0) return false;
   out.node = section.get(node);
   section.get(text, out.text);

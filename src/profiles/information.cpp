@@ -16,7 +16,7 @@ int vl_get_profile_info(int profile, _profile_info *info) {
   if (trsProfiletoPlugCh(profile, &channel) != 0) return -1;
   const ConfigReader config;
   if (!config) return -1;
-  const Section section = config.channel(channel);
+  const Section &section = config.channel(channel);
   readSettings(kProfileInfo, section, *info);
   info->stream_type = readStreamType(section);
   return 0;
@@ -39,7 +39,7 @@ int vl_get_stream_info(int profile, _streaminfo *info) {
   if (trsProfiletoPlugCh(profile, &channel) != 0) return -1;
   const ConfigReader config;
   if (!config) return -1;
-  const Section section = config.channel(channel);
+  const Section &section = config.channel(channel);
   info->slot_switch = section.get(keys::slot_switch, 1);  // set also when the channel is refused
   if (section.get(keys::exists) == 0) return -2;
   if (section.get(keys::conflictch) != kNone) return -3;

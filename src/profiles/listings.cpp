@@ -63,7 +63,7 @@ int vl_get_usbdev_list(char *out) {
   if (!config) return -1;
   ProfileList streamable;
   for (int i = 0; i < kChannels; ++i) {
-    const Section channel = config.channel(i);
+    const Section &channel = config.channel(i);
     const int profile = channel.get(keys::profile);
     if (isProfile(profile) && canStream(channel)) streamable.add(profile);
   }
@@ -78,7 +78,7 @@ int vl_get_devpf_list(_usbdev_entry *rows) {
   if (!config) return -1;
   std::memset(rows, 0, kChannels * sizeof *rows);
   for (int i = 0; i < kChannels; ++i) {
-    const Section channel = config.channel(i);
+    const Section &channel = config.channel(i);
     if (channel.get(keys::exists) == 0) continue;
     readRow(kDeviceRow, channel, rows[i]);
     rows[i].stream_type = readStreamType(channel);
@@ -95,7 +95,7 @@ int vl_get_profile_list(_usbdev_entry *rows) {
   std::memset(rows, 0, kProfiles * sizeof *rows);
   for (int i = 0; i < kProfiles; ++i) rows[i].profile = kNone;
   for (int i = 0; i < kChannels; ++i) {
-    const Section channel = config.channel(i);
+    const Section &channel = config.channel(i);
     const int profile = channel.get(keys::profile);
     if (!isProfile(profile)) continue;
     _usbdev_entry &row = rows[profile];

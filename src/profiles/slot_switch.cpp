@@ -37,7 +37,7 @@ bool readOthers(SlotSwitch &change) {
   if (!config) return false;
   change.own_conflict = config.channel(change.own).get(keys::conflictch);
   for (int i = 0; i < kChannels; ++i) {
-    const Section section = config.channel(i);
+    const Section &section = config.channel(i);
     OtherChannel &other = change.others[i];
     other.vcodec = section.get(keys::vcodec);
     other.vnode = section.get(keys::vnode);

@@ -21,7 +21,7 @@ struct Standing {
 bool readStanding(int channel, Standing &standing) {
   const ConfigReader config;
   if (!config) return false;
-  const Section section = config.channel(channel);
+  const Section &section = config.channel(channel);
   standing.vnode = section.get(keys::vnode);
   standing.anode = section.get(keys::anode);
   standing.rate = readRate(section);

@@ -58,7 +58,7 @@ int vl_check_share_link_ssid(const char *ssid) {
   const usbdev::ConfigReader config;
   if (!config) return -1;
   for (int i = 0; i < usbdev::kChannels; ++i) {
-    const usbdev::Section channel = config.channel(i);
+    const usbdev::Section &channel = config.channel(i);
     if (usbdev::holdsShareId(channel, usbdev::keys::ssid, ssid)) return channel.get(usbdev::keys::profile);
   }
   return -1;
@@ -77,7 +77,7 @@ int vl_ssid_auth(const char *ssid, const char *token, int *profile, int *code) {
   const usbdev::ConfigReader config;
   *code = config ? usbdev::kUnknownLink : usbdev::kNoVideo;
   for (int i = 0; config && i < usbdev::kChannels; ++i) {
-    const usbdev::Section channel = config.channel(i);
+    const usbdev::Section &channel = config.channel(i);
     *profile = channel.get(usbdev::keys::profile);
     if (*profile == usbdev::kNone) continue;
     if (!usbdev::holdsShareId(channel, usbdev::kViewerSsid, ssid)) continue;

@@ -27,7 +27,7 @@ struct StoredLink {
 bool readStoredLink(int channel, ShareLinkInfo &info, StoredLink &stored) {
   const ConfigReader config;
   if (!config) return false;
-  const Section section = config.channel(channel);
+  const Section &section = config.channel(channel);
   section.get(keys::ssid, info.ssid);
   section.get(keys::hash_string, stored.hash_string);
   section.get(keys::shrpwd, stored.shrpwd);
@@ -98,7 +98,7 @@ int vl_set_share_link(ShareLinkInfo *info) {
   {
     const usbdev::ConfigWriter config;
     if (!config) return -1;
-    const usbdev::Section section = config.channel(channel);
+    const usbdev::Section &section = config.channel(channel);
     usbdev::setProtection(section, *info, password);
     if (!stays) usbdev::removeStreamLink(stored.hash_string);
     if (!enabled) usbdev::withdraw(section);
@@ -113,7 +113,7 @@ int vl_get_share_link(ShareLinkInfo *info) {
   if (info == nullptr || trsProfiletoPlugCh(info->profile, &channel) != 0) return -1;
   const usbdev::ConfigReader config;
   if (!config) return -1;
-  const usbdev::Section section = config.channel(channel);
+  const usbdev::Section &section = config.channel(channel);
   section.get(usbdev::keys::profilename, info->profilename);
   info->shrenable = section.get(usbdev::keys::shrenable);
   section.get(usbdev::keys::ssid, info->ssid);
