@@ -12,8 +12,8 @@
 namespace {
 
 using testing::HasSubstr;
+using usbdevctl::addEvent;
 using usbdevctl::Event;
-using usbdevctl::eventJson;
 using usbdevctl::EventLog;
 using usbdevctl::eventText;
 using usbdevctl::Json;
@@ -148,9 +148,9 @@ TEST_F(AnEvent, OfLevelWarningStandsOut) {
 }
 
 TEST_F(AnEvent, IsJsonInUniversalTime) {
-  const Json expected = {
-      {"id", 7}, {"time", "2024-03-05T08:15:00Z"}, {"level", "warning"}, {"text", "Camera[3-1 Cam\033]"}};
-  EXPECT_EQ(eventJson(warning_), expected);
+  EXPECT_EQ(addEvent(Json::document(), warning_).line(),
+            R"({"schema":1,"id":7,"time":"2024-03-05T08:15:00Z","level":"warning","text":"Camera[3-1 Cam\u001b]"})"
+            "\n");
 }
 
 }  // namespace

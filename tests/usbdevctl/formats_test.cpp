@@ -9,7 +9,6 @@ namespace {
 using usbdevctl::CameraFormats;
 using usbdevctl::formatsJson;
 using usbdevctl::formatsText;
-using usbdevctl::jsonLine;
 using usbdevctl::rateText;
 
 constexpr int kMjpeg = 1;
@@ -20,6 +19,12 @@ _usbfmt_des &addFormat(CameraFormats &camera, int index, int codec) {
   format.index = index;
   format.codec = codec;
   return format;
+}
+
+int countOf(const std::string &text, const std::string &word) {
+  int count = 0;
+  for (auto at = text.find(word); at != std::string::npos; at = text.find(word, at + 1)) ++count;
+  return count;
 }
 
 void addSize(_usbfmt_des &format, int width, int height, std::initializer_list<float> rates) {
@@ -68,8 +73,9 @@ TEST(AFormatsTable, StaysWithinTheRecordWhateverItsCountsSay) {
   format.res_count = USBDEV_SIZES + 1;
   format.res[0].fps_count = -1;
   camera.count = USBDEV_FORMATS + 1;
-  EXPECT_EQ(formatsJson(0, camera)["formats"].size(), 8U);
-  EXPECT_EQ(formatsJson(0, camera)["formats"][0]["sizes"].size(), 32U);
+  const std::string json = formatsJson(0, camera).line();
+  EXPECT_EQ(countOf(json, "\"index\""), 8);
+  EXPECT_EQ(countOf(json, "\"width\""), 32);
 }
 
 TEST(FormatsJson, KeepsTheCamerasOrder) {
@@ -78,13 +84,13 @@ TEST(FormatsJson, KeepsTheCamerasOrder) {
   _usbfmt_des &format = addFormat(camera, 1, kRaw);
   addSize(format, 640, 480, {90, 29.97F});
   addSize(format, 1280, 720, {});
-  EXPECT_EQ(jsonLine(formatsJson(4, camera)),
+  EXPECT_EQ(formatsJson(4, camera).line(),
             "{\"schema\":1,\"node\":4,\"over_60\":true,\"formats\":[{\"index\":1,\"codec\":\"h264\",\"sizes\":["
             "{\"width\":640,\"height\":480,\"rates\":[90,29.97]},{\"width\":1280,\"height\":720,\"rates\":[]}]}]}\n");
 }
 
 TEST(FormatsJson, OfACameraWithoutFormatsHasAnEmptyList) {
-  EXPECT_EQ(jsonLine(formatsJson(0, CameraFormats())), "{\"schema\":1,\"node\":0,\"over_60\":false,\"formats\":[]}\n");
+  EXPECT_EQ(formatsJson(0, CameraFormats()).line(), "{\"schema\":1,\"node\":0,\"over_60\":false,\"formats\":[]}\n");
 }
 
 TEST(ARate, IsSaidAsShortAsItCanBe) {

@@ -5,27 +5,35 @@
 namespace {
 
 using usbdevctl::Json;
-using usbdevctl::jsonDocument;
-using usbdevctl::jsonLine;
-using usbdevctl::jsonOrNull;
-using usbdevctl::jsonText;
 
-TEST(AJsonDocument, BeginsWithItsSchema) {
-  Json document = jsonDocument();
-  document["a"] = 1;
-  EXPECT_EQ(jsonLine(document), "{\"schema\":1,\"a\":1}\n");
-  EXPECT_EQ(jsonText(document), "{\n  \"schema\": 1,\n  \"a\": 1\n}\n");
+TEST(AJsonDocument, BeginsWithItsSchemaAndKeepsTheOrderOfItsMembers) {
+  const Json document = Json::document().set("b", 1).set("a", Json::object().set("c", "text"));
+  EXPECT_EQ(document.line(), "{\"schema\":1,\"b\":1,\"a\":{\"c\":\"text\"}}\n");
+}
+
+TEST(AJsonDocument, IsIndentedForASingleAnswer) {
+  EXPECT_EQ(Json::document().set("a", true).text(), "{\n  \"schema\": 1,\n  \"a\": true\n}\n");
 }
 
 TEST(AJsonDocument, StaysJsonWhateverBytesATextHolds) {
-  Json document = jsonDocument();
-  document["name"] = "a\xff\"\n\033";
-  EXPECT_EQ(jsonLine(document), "{\"schema\":1,\"name\":\"a\xef\xbf\xbd\\\"\\n\\u001b\"}\n");
+  EXPECT_EQ(Json(std::string("a\xff\"\n\033")).line(), "\"a\xef\xbf\xbd\\\"\\n\\u001b\"\n");
+}
+
+TEST(AJsonArray, HoldsItsElementsInOrder) {
+  Json array = Json::array();
+  EXPECT_EQ(array.line(), "[]\n");
+  array.append(std::int64_t{1} << 40).append(Json()).append(false);
+  EXPECT_EQ(array.line(), "[1099511627776,null,false]\n");
+}
+
+TEST(AJsonNumber, IsAsItWasWritten) {
+  EXPECT_EQ(Json::number("29.97").line(), "29.97\n");
+  EXPECT_EQ(Json::number("30").line(), "30\n");
 }
 
 TEST(AMissingValue, IsNull) {
-  EXPECT_EQ(jsonOrNull(std::optional<int>()), Json(nullptr));
-  EXPECT_EQ(jsonOrNull(std::optional<int>(3)), Json(3));
+  EXPECT_EQ(Json(std::optional<int>()).line(), "null\n");
+  EXPECT_EQ(Json(std::optional<int>(3)).line(), "3\n");
 }
 
 }  // namespace

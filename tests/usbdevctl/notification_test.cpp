@@ -8,7 +8,6 @@ namespace {
 
 using testing::HasSubstr;
 using usbdevctl::decodeNotification;
-using usbdevctl::jsonLine;
 using usbdevctl::notificationJson;
 using usbdevctl::notificationText;
 
@@ -31,7 +30,7 @@ std::string textOf(const std::string &datagram) {
 std::string jsonOf(const std::string &datagram) {
   std::string reason;
   const auto notification = decodeNotification(datagram, reason);
-  return notification ? jsonLine(notificationJson(*notification)) : "refused: " + reason;
+  return notification ? notificationJson(*notification).line() : "refused: " + reason;
 }
 
 TEST(ANotification, OfAPluggedCameraIsDecoded) {

@@ -2,9 +2,9 @@
 #include "program.h"
 
 int main(int argc, char **argv) {
-  usbdevctl::Program program;
+  usbdevctl::Command program("usbdevctl", "Drives the USB camera library as the application would.");
 #define USBDEVCTL_COMMAND(name) usbdevctl::name(program);
 #include "commands/commands.def"
 #undef USBDEVCTL_COMMAND
-  return program.run(argc, argv);
+  return static_cast<int>(usbdevctl::runProgram(program, argc, argv));
 }

@@ -1,6 +1,7 @@
+// The one file that knows the library which reads command lines: including that takes seconds to compile.
 #include "program.h"
 
-#include <utility>
+#include <CLI/CLI.hpp>
 
 #include "output/output.h"
 
@@ -8,40 +9,68 @@ namespace usbdevctl {
 
 namespace {
 
-constexpr char kDescription[] = "Drives the USB camera library as the application would.";
 constexpr char kFooter[] =
     "Exit status: 0 success, 1 failure of the library or the system, 2 wrong command line,\n"
     "3 success with nothing that applies (no channel, no format, no datagram, no log).";
 
+/// Adds one argument, whatever its type.
+struct AddTo {
+  CLI::App &command;
+  const Argument &argument;
+
+  CLI::Option *operator()(bool *target) const { return command.add_flag(argument.name, *target, argument.help); }
+
+  CLI::Option *operator()(std::optional<bool> *target) const {
+    const auto store = [target](const std::string &word) { *target = word == "on"; };
+    return command.add_option_function<std::string>(argument.name, store, argument.help);
+  }
+
+  template <typename Value>
+  CLI::Option *operator()(Value *target) const {
+    return command.add_option(argument.name, *target, argument.help);
+  }
+};
+
+CLI::Validator rangeOf(const Argument &argument) {
+  const auto [least, most] = *argument.range;
+  CLI::Validator range = CLI::Range(least, most);
+  return most == Argument::kNoLimit ? range.description("at least " + std::to_string(least)) : range;
+}
+
+void addArgument(CLI::App &command, const Argument &argument) {
+  CLI::Option *option = std::visit(AddTo{command, argument}, argument.target)->required(argument.required);
+  if (!argument.words.empty()) option->check(CLI::IsMember(argument.words));
+  if (argument.range) option->check(rangeOf(argument));
+  if (argument.checker) option->check(CLI::Validator(argument.checker, ""));
+}
+
+void addCommands(CLI::App &app, const Command &described, ExitStatus &status) {
+  for (const Argument &argument : described.arguments()) addArgument(app, argument);
+  for (const Command &below : described.commands()) {
+    addCommands(*app.add_subcommand(below.name(), below.description()), below, status);
+  }
+  if (!described.commands().empty()) app.require_subcommand(1);
+  if (described.action()) app.callback([&described, &status] { status = described.action()(); });
+}
+
 }  // namespace
 
-Program::Program() : app_(kDescription, "usbdevctl") {
-  app_.require_subcommand(1);
-  app_.footer(kFooter);
-}
-
-CLI::App &Program::addCommand(const std::string &name, const std::string &description, Action action) {
-  CLI::App *command = app_.add_subcommand(name, description);
-  command->callback([this, action = std::move(action)] { status_ = action(); });
-  return *command;
-}
-
-int Program::run(int argc, char **argv) {
+ExitStatus runProgram(const Command &program, int argc, char **argv) {
+  CLI::App app(program.description(), program.name());
+  app.footer(kFooter);
+  ExitStatus status = ExitStatus::ok;
+  addCommands(app, program, status);
   try {
-    app_.parse(argc, argv);
+    app.parse(argc, argv);
   } catch (const CLI::Success &help) {
-    app_.exit(help);
+    app.exit(help);
   } catch (const CLI::ParseError &wrong) {
     complain(wrong.what());
     complain("try 'usbdevctl --help' or 'usbdevctl COMMAND --help'");
-    return static_cast<int>(ExitStatus::usage);
+    return ExitStatus::usage;
   }
-  if (!flushOutput() && status_ != ExitStatus::failure) status_ = ExitStatus::failure;
-  return static_cast<int>(status_);
-}
-
-void addJsonFlag(CLI::App &command, bool &json) {
-  command.add_flag("--json", json, "Print JSON for programs instead of text for people");
+  if (!flushOutput()) status = ExitStatus::failure;
+  return status;
 }
 
 }  // namespace usbdevctl

@@ -3,9 +3,8 @@
 #include <memory>
 
 #include "commands/commands.h"
-#include "commands/profile_option.h"
+#include "commands/shared_arguments.h"
 #include "output/output.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -25,12 +24,12 @@ ExitStatus assign(Options &options) {
 
 }  // namespace
 
-void addAssign(Program &program) {
+void addAssign(Command &program) {
   auto options = std::make_shared<Options>();
-  CLI::App &command =
+  Command &command =
       program.addCommand("assign", "Bind a profile to the camera in a port", [options] { return assign(*options); });
-  addPortOption(command, options->port);
-  addProfileOption(command, options->profile);
+  addPort(command, options->port);
+  addProfile(command, options->profile);
 }
 
 }  // namespace usbdevctl

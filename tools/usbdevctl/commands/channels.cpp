@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "commands/commands.h"
+#include "commands/shared_arguments.h"
 #include "output/output.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -44,16 +44,16 @@ ExitStatus channels(const Options &options) {
     return ExitStatus::failure;
   }
   const ChannelRows rows = describeChannels(listings);
-  print(options.json ? jsonText(channelJson(rows)) : channelTable(rows).text(outputTakesColour()));
+  print(options.json ? channelJson(rows).text() : channelTable(rows).text(outputTakesColour()));
   return ExitStatus::ok;
 }
 
 }  // namespace
 
-void addChannels(Program &program) {
+void addChannels(Command &program) {
   auto options = std::make_shared<Options>();
-  CLI::App &command = program.addCommand("channels", "Show the ten channels and what is attached to them",
-                                         [options] { return channels(*options); });
+  Command &command = program.addCommand("channels", "Show the ten channels and what is attached to them",
+                                        [options] { return channels(*options); });
   addJsonFlag(command, options->json);
 }
 

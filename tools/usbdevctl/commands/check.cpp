@@ -3,10 +3,9 @@
 #include <memory>
 
 #include "commands/commands.h"
-#include "commands/profile_option.h"
+#include "commands/shared_arguments.h"
 #include "output/json.h"
 #include "output/output.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -22,10 +21,7 @@ ExitStatus check(const Options &options) {
   int unassigned = 0;
   const bool allowed = vl_chk_usbdev_profile(options.port.c_str(), options.profile, &unassigned) == 0;
   if (options.json) {
-    Json document = jsonDocument();
-    document["allowed"] = allowed;
-    document["unassigned"] = unassigned == 1;
-    print(jsonText(document));
+    print(Json::document().set("allowed", allowed).set("unassigned", unassigned == 1).text());
   } else if (allowed) {
     print(unassigned == 1 ? "free: the port's camera has no profile\n" : "allowed\n");
   } else {
@@ -36,12 +32,12 @@ ExitStatus check(const Options &options) {
 
 }  // namespace
 
-void addCheck(Program &program) {
+void addCheck(Command &program) {
   auto options = std::make_shared<Options>();
-  CLI::App &command = program.addCommand("check", "Tell whether the camera in a port may take a profile",
-                                         [options] { return check(*options); });
-  addPortOption(command, options->port);
-  addProfileOption(command, options->profile);
+  Command &command = program.addCommand("check", "Tell whether the camera in a port may take a profile",
+                                        [options] { return check(*options); });
+  addPort(command, options->port);
+  addProfile(command, options->profile);
   addJsonFlag(command, options->json);
 }
 

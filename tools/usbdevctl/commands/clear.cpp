@@ -3,9 +3,8 @@
 #include <memory>
 
 #include "commands/commands.h"
-#include "commands/profile_option.h"
+#include "commands/shared_arguments.h"
 #include "output/output.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -22,11 +21,11 @@ ExitStatus clear(int profile) {
 
 }  // namespace
 
-void addClear(Program &program) {
+void addClear(Command &program) {
   auto profile = std::make_shared<int>(0);
-  CLI::App &command =
+  Command &command =
       program.addCommand("clear", "Unbind a profile and remove its links", [profile] { return clear(*profile); });
-  addProfileOption(command, *profile);
+  addProfile(command, *profile);
 }
 
 }  // namespace usbdevctl

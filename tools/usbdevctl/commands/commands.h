@@ -1,11 +1,11 @@
 // Declares the function that adds each command, so that no command file needs a header of its own.
 #pragma once
 
+#include "command.h"
+
 namespace usbdevctl {
 
-class Program;
-
-#define USBDEVCTL_COMMAND(name) void name(Program &program);
+#define USBDEVCTL_COMMAND(name) void name(Command &program);
 #include "commands/commands.def"
 #undef USBDEVCTL_COMMAND
 

@@ -5,6 +5,7 @@
 
 #include <array>
 
+#include "commands/shared_arguments.h"
 #include "output/output.h"
 
 namespace usbdevctl {
@@ -44,17 +45,11 @@ bool configurationOpens() {
 
 }  // namespace
 
-void addDeviceOptions(CLI::App &command, DeviceOptions &device, bool plugged) {
-  command.add_option("--type", device.type, "Kind of device: camera or audio")
-      ->required()
-      ->check(CLI::IsMember({kCamera, kAudio}));
-  command.add_option("--node", device.node, "N of /dev/videoN, or the number of the sound card")
-      ->required(plugged)
-      ->check(CLI::NonNegativeNumber);
-  command.add_option("--slot", device.slot, "Kernel name of the USB port, such as 3-1.2")
-      ->required()
-      ->check(CLI::Validator(checkSlot, ""));
-  command.add_option("--name", device.name, "Product name, cut at 255 bytes")->required(plugged);
+void addDeviceOptions(Command &command, DeviceOptions &device, bool plugged) {
+  command.add("--type", &device.type, "Kind of device").require().allow({kCamera, kAudio});
+  command.add("--node", &device.node, "N of /dev/videoN, or the number of the sound card").require(plugged).limit(0);
+  command.add("--slot", &device.slot, "Kernel name of the USB port, such as 3-1.2").require().check(checkSlot);
+  command.add("--name", &device.name, "Product name, cut at 255 bytes").require(plugged);
   addJsonFlag(command, device.json);
 }
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "command.h"
 #include "parts/hotplug_report.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -17,7 +17,7 @@ struct DeviceOptions {
 };
 
 /// The options that plug and unplug share; node and name matter for a plug-in only, which needs them.
-void addDeviceOptions(CLI::App &command, DeviceOptions &device, bool plugged);
+void addDeviceOptions(Command &command, DeviceOptions &device, bool plugged);
 
 HotplugOutcome runHotplug(const DeviceOptions &device, bool plugged);
 

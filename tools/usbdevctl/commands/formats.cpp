@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "commands/commands.h"
+#include "commands/shared_arguments.h"
 #include "output/output.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -32,7 +32,7 @@ ExitStatus formats(const Options &options) {
     complain("the formats of " + device + " cannot be asked for");
     return ExitStatus::failure;
   }
-  print(options.json ? jsonText(formatsJson(options.node, camera)) : formatsText(camera, outputTakesColour()));
+  print(options.json ? formatsJson(options.node, camera).text() : formatsText(camera, outputTakesColour()));
   if (camera.over_60) complain("warning: " + device + " has rates above 60 frames per second; decoding may fail");
   if (camera.count > 0) return ExitStatus::ok;
   complain(device + " offers no format that can be used");
@@ -41,11 +41,11 @@ ExitStatus formats(const Options &options) {
 
 }  // namespace
 
-void addFormats(Program &program) {
+void addFormats(Command &program) {
   auto options = std::make_shared<Options>();
-  CLI::App &command = program.addCommand("formats", "Show the sizes and frame rates that a camera offers",
-                                         [options] { return formats(*options); });
-  command.add_option("NODE", options->node, "N of /dev/videoN")->required()->check(CLI::NonNegativeNumber);
+  Command &command = program.addCommand("formats", "Show the sizes and frame rates that a camera offers",
+                                        [options] { return formats(*options); });
+  command.add("NODE", &options->node, "N of /dev/videoN").limit(0);
   addJsonFlag(command, options->json);
 }
 

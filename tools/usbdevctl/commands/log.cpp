@@ -1,11 +1,11 @@
 #include <memory>
 
 #include "commands/commands.h"
+#include "commands/shared_arguments.h"
 #include "output/output.h"
 #include "parts/event_log.h"
 #include "parts/event_text.h"
 #include "parts/stop_request.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -26,16 +26,13 @@ ExitStatus failed(const EventLog &log) {
 
 // A line an event, which a reader who follows can take as it comes.
 void printLine(const Event &event, bool json) {
-  Json document = jsonDocument();
-  document.update(eventJson(event));
-  print(json ? jsonLine(document) : eventText(event, outputTakesColour()));
+  print(json ? addEvent(Json::document(), event).line() : eventText(event, outputTakesColour()));
 }
 
 std::string listText(const std::vector<Event> &events) {
-  Json document = jsonDocument();
-  document["events"] = Json::array();
-  for (const Event &event : events) document["events"].push_back(eventJson(event));
-  return jsonText(document);
+  Json list = Json::array();
+  for (const Event &event : events) list.append(addEvent(Json::object(), event));
+  return Json::document().set("events", std::move(list)).text();
 }
 
 ExitStatus show(const Options &options) {
@@ -84,12 +81,12 @@ ExitStatus follow(const Options &options) {
 
 }  // namespace
 
-void addLog(Program &program) {
+void addLog(Command &program) {
   auto options = std::make_shared<Options>();
-  CLI::App &command = program.addCommand("log", "Show the newest events of the host's event log",
-                                         [options] { return options->follow ? follow(*options) : show(*options); });
-  command.add_option("--lines", options->lines, "Events to show, 20 if not given")->check(CLI::PositiveNumber);
-  command.add_flag("--follow", options->follow, "Go on with each new event until Ctrl-C");
+  Command &command = program.addCommand("log", "Show the newest events of the host's event log",
+                                        [options] { return options->follow ? follow(*options) : show(*options); });
+  command.add("--lines", &options->lines, "Events to show, 20 if not given").limit(1);
+  command.add("--follow", &options->follow, "Go on with each new event until Ctrl-C");
   addJsonFlag(command, options->json);
 }
 

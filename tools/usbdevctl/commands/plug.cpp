@@ -10,16 +10,16 @@ namespace {
 
 ExitStatus plug(const DeviceOptions &device) {
   const HotplugOutcome outcome = runHotplug(device, true);
-  print(device.json ? jsonText(plugJson(outcome)) : plugText(outcome));
+  print(device.json ? plugJson(outcome).text() : plugText(outcome));
   return judgeHotplug(outcome, "no channel takes this device");
 }
 
 }  // namespace
 
-void addPlug(Program &program) {
+void addPlug(Command &program) {
   auto device = std::make_shared<DeviceOptions>();
-  CLI::App &command = program.addCommand("plug", "Tell the library that a device was attached; print its channel",
-                                         [device] { return plug(*device); });
+  Command &command = program.addCommand("plug", "Tell the library that a device was attached; print its channel",
+                                        [device] { return plug(*device); });
   addDeviceOptions(command, *device, true);
 }
 

@@ -3,9 +3,8 @@
 #include <memory>
 
 #include "commands/commands.h"
-#include "commands/profile_option.h"
+#include "commands/shared_arguments.h"
 #include "output/output.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -26,12 +25,12 @@ ExitStatus rename(const Options &options) {
 
 }  // namespace
 
-void addRename(Program &program) {
+void addRename(Command &program) {
   auto options = std::make_shared<Options>();
-  CLI::App &command =
+  Command &command =
       program.addCommand("rename", "Give a profile a display name", [options] { return rename(*options); });
-  addProfileOption(command, options->profile);
-  command.add_option("name", options->name, "Name, cut at 255 bytes")->required();
+  addProfile(command, options->profile);
+  command.add("name", &options->name, "Name, cut at 255 bytes");
 }
 
 }  // namespace usbdevctl

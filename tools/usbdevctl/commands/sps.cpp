@@ -3,9 +3,8 @@
 #include <memory>
 
 #include "commands/commands.h"
-#include "commands/profile_option.h"
+#include "commands/shared_arguments.h"
 #include "output/output.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -25,12 +24,12 @@ ExitStatus sps(const Options &options) {
 
 }  // namespace
 
-void addSps(Program &program) {
+void addSps(Command &program) {
   auto options = std::make_shared<Options>();
-  CLI::App &command =
+  Command &command =
       program.addCommand("sps", "Record a profile's stream-parameter state", [options] { return sps(*options); });
-  addProfileOption(command, options->profile);
-  command.add_option("value", options->value, "The state's flag")->required();
+  addProfile(command, options->profile);
+  command.add("value", &options->value, "The state's flag");
 }
 
 }  // namespace usbdevctl

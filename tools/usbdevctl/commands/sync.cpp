@@ -2,7 +2,6 @@
 
 #include "commands/commands.h"
 #include "output/output.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -18,7 +17,7 @@ ExitStatus sync() {
 
 }  // namespace
 
-void addSync(Program &program) {
+void addSync(Command &program) {
   program.addCommand("sync", "Bring the channels into line with the devices that are attached, as at start-up", sync);
 }
 

@@ -10,16 +10,16 @@ namespace {
 
 ExitStatus unplug(const DeviceOptions &device) {
   const HotplugOutcome outcome = runHotplug(device, false);
-  print(device.json ? jsonText(unplugJson(outcome)) : unplugText(outcome));
+  print(device.json ? unplugJson(outcome).text() : unplugText(outcome));
   return judgeHotplug(outcome, "no channel has a device at this port");
 }
 
 }  // namespace
 
-void addUnplug(Program &program) {
+void addUnplug(Command &program) {
   auto device = std::make_shared<DeviceOptions>();
-  CLI::App &command = program.addCommand("unplug", "Tell the library that a device was removed; print its channel",
-                                         [device] { return unplug(*device); });
+  Command &command = program.addCommand("unplug", "Tell the library that a device was removed; print its channel",
+                                        [device] { return unplug(*device); });
   addDeviceOptions(command, *device, false);
 }
 

@@ -3,9 +3,8 @@
 #include <memory>
 
 #include "commands/commands.h"
-#include "commands/profile_option.h"
+#include "commands/shared_arguments.h"
 #include "output/output.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -19,11 +18,11 @@ ExitStatus volume(int profile) {
 
 }  // namespace
 
-void addVolume(Program &program) {
+void addVolume(Command &program) {
   auto profile = std::make_shared<int>(0);
-  CLI::App &command = program.addCommand("volume", "Apply a profile's stored volume to its sound card",
-                                         [profile] { return volume(*profile); });
-  addProfileOption(command, *profile);
+  Command &command = program.addCommand("volume", "Apply a profile's stored volume to its sound card",
+                                        [profile] { return volume(*profile); });
+  addProfile(command, *profile);
 }
 
 }  // namespace usbdevctl

@@ -3,11 +3,11 @@
 #include <optional>
 
 #include "commands/commands.h"
+#include "commands/shared_arguments.h"
 #include "output/output.h"
 #include "parts/notification.h"
 #include "parts/notification_socket.h"
 #include "parts/stop_request.h"
-#include "program.h"
 
 namespace usbdevctl {
 
@@ -40,7 +40,7 @@ bool show(const std::string &datagram, bool json) {
     complain("refused a datagram: " + reason);
     return false;
   }
-  print(json ? jsonLine(notificationJson(*notification)) : notificationText(*notification));
+  print(json ? notificationJson(*notification).line() : notificationText(*notification));
   return true;
 }
 
@@ -71,14 +71,14 @@ ExitStatus watch(const Options &options) {
 
 }  // namespace
 
-void addWatch(Program &program) {
+void addWatch(Command &program) {
   constexpr int kMostSeconds = 1000000;  // in milliseconds still a number that can be waited for
   auto options = std::make_shared<Options>();
-  CLI::App &command = program.addCommand("watch", "Print the library's change notifications as they arrive",
-                                         [options] { return watch(*options); });
-  command.add_option("--count", options->count, "End after so many notifications")->check(CLI::PositiveNumber);
-  command.add_option("--timeout", options->seconds, "End after so many seconds; status 3 if too few have come by then")
-      ->check(CLI::Range(1, kMostSeconds));
+  Command &command = program.addCommand("watch", "Print the library's change notifications as they arrive",
+                                        [options] { return watch(*options); });
+  command.add("--count", &options->count, "End after so many notifications").limit(1);
+  command.add("--timeout", &options->seconds, "End after so many seconds; status 3 if too few have come by then")
+      .limit(1, kMostSeconds);
   addJsonFlag(command, options->json);
 }
 

@@ -1,20 +1,66 @@
 #include "output/json.h"
 
+#include <nlohmann/json.hpp>
+#include <utility>
+
 namespace usbdevctl {
 
 namespace {
 
-// Texts come from devices: what is not UTF-8 becomes U+FFFD, so that the output is JSON whatever a device calls itself.
-std::string dump(const Json &document, int indent) {
-  return document.dump(indent, ' ', false, Json::error_handler_t::replace) + '\n';
+template <typename Content>
+std::unique_ptr<nlohmann::ordered_json> make(Content &&content) {
+  return std::make_unique<nlohmann::ordered_json>(std::forward<Content>(content));
 }
 
 }  // namespace
 
-Json jsonDocument() { return Json{{"schema", kJsonSchema}}; }
+Json Json::object() { return Json(make(nlohmann::ordered_json::object())); }
 
-std::string jsonText(const Json &document) { return dump(document, 2); }
+Json Json::array() { return Json(make(nlohmann::ordered_json::array())); }
 
-std::string jsonLine(const Json &document) { return dump(document, -1); }
+Json Json::document() { return object().set("schema", kJsonSchema); }
+
+Json Json::number(const std::string &text) { return Json(make(nlohmann::ordered_json::parse(text))); }
+
+Json::Json(Value value) : value_(std::move(value)) {}
+
+Json::Json() : Json(make(nullptr)) {}
+
+Json::Json(bool value) : Json(make(value)) {}
+
+Json::Json(int value) : Json(make(value)) {}
+
+Json::Json(std::int64_t value) : Json(make(value)) {}
+
+Json::Json(const char *value) : Json(make(value)) {}
+
+Json::Json(const std::string &value) : Json(make(value)) {}
+
+Json::~Json() = default;
+
+Json::Json(Json &&other) noexcept = default;
+
+Json &Json::operator=(Json &&other) noexcept = default;
+
+Json &Json::set(const std::string &name, Json value) & {
+  (*value_)[name] = std::move(*value.value_);
+  return *this;
+}
+
+Json &&Json::set(const std::string &name, Json value) && { return std::move(set(name, std::move(value))); }
+
+Json &Json::append(Json value) {
+  value_->push_back(std::move(*value.value_));
+  return *this;
+}
+
+// Texts come from devices: what is not UTF-8 becomes U+FFFD, so that the output is JSON whatever a device calls itself.
+std::string Json::dump(int indent) const {
+  return value_->dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n';
+}
+
+std::string Json::text() const { return dump(2); }
+
+std::string Json::line() const { return dump(-1); }
 
 }  // namespace usbdevctl

@@ -1,30 +1,64 @@
 // JSON for programs. Every object that is printed carries the number of its schema.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <cstdint>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 
 namespace usbdevctl {
 
-using Json = nlohmann::ordered_json;
-
 /// Raised when a field changes its meaning or goes; a new field alone does not raise it.
 constexpr int kJsonSchema = 1;
 
-/// An object that begins with "schema".
-Json jsonDocument();
+/// A value that is built once and printed. The library behind it is known to json.cpp alone: including it takes seconds
+/// to compile.
+class Json {
+ public:
+  static Json object();
+  static Json array();
+  /// An object that begins with "schema".
+  static Json document();
+  /// The number that the text says, to its last digit.
+  static Json number(const std::string &text);
 
-/// Null where there is no value.
-template <typename Value>
-Json jsonOrNull(const std::optional<Value> &value) {
-  return value ? Json(*value) : Json(nullptr);
-}
+  /// Null.
+  Json();
+  Json(bool value);
+  Json(int value);
+  Json(std::int64_t value);
+  Json(const char *value);
+  Json(const std::string &value);
+  /// Null where there is no value.
+  template <typename Value>
+  Json(const std::optional<Value> &value) : Json(value ? Json(*value) : Json()) {}
 
-/// For a command's single answer: several lines, indented.
-std::string jsonText(const Json &document);
+  ~Json();
+  Json(Json &&other) noexcept;
+  Json &operator=(Json &&other) noexcept;
+  Json(const Json &) = delete;
+  Json &operator=(const Json &) = delete;
 
-/// For a stream of answers: one line each.
-std::string jsonLine(const Json &document);
+  /// Gives an object its next member.
+  Json &&set(const std::string &name, Json value) &&;
+  Json &set(const std::string &name, Json value) &;
+
+  /// Gives an array its next element.
+  Json &append(Json value);
+
+  /// For a command's single answer: several lines, indented.
+  std::string text() const;
+
+  /// For a stream of answers: one line each.
+  std::string line() const;
+
+ private:
+  using Value = std::unique_ptr<nlohmann::ordered_json>;
+  explicit Json(Value value);
+  std::string dump(int indent) const;
+
+  Value value_;
+};
 
 }  // namespace usbdevctl

@@ -110,17 +110,18 @@ std::string profileText(const ChannelRow &row) {
 }
 
 Json rowJson(std::size_t channel, const ChannelRow &row) {
-  return {{"channel", channel},
-          {"state", stateName(row.state)},
-          {"slot", row.slot},
-          {"device", row.device},
-          {"video_node", jsonOrNull(row.video_node)},
-          {"profile", jsonOrNull(row.profile)},
-          {"profile_name", row.profile_name},
-          {"slot_switch", jsonOrNull(row.slot_switch)},
-          {"parked_behind", jsonOrNull(row.parked_behind)},
-          {"supported", row.supported},
-          {"created", row.created}};
+  return Json::object()
+      .set("channel", static_cast<int>(channel))
+      .set("state", stateName(row.state))
+      .set("slot", row.slot)
+      .set("device", row.device)
+      .set("video_node", row.video_node)
+      .set("profile", row.profile)
+      .set("profile_name", row.profile_name)
+      .set("slot_switch", row.slot_switch)
+      .set("parked_behind", row.parked_behind)
+      .set("supported", row.supported)
+      .set("created", row.created);
 }
 
 }  // namespace
@@ -157,12 +158,9 @@ Table channelTable(const ChannelRows &rows) {
 }
 
 Json channelJson(const ChannelRows &rows) {
-  Json document = jsonDocument();
-  document["channels"] = Json::array();
-  for (std::size_t channel = 0; channel < rows.size(); ++channel) {
-    document["channels"].push_back(rowJson(channel, rows[channel]));
-  }
-  return document;
+  Json channels = Json::array();
+  for (std::size_t channel = 0; channel < rows.size(); ++channel) channels.append(rowJson(channel, rows[channel]));
+  return Json::document().set("channels", std::move(channels));
 }
 
 }  // namespace usbdevctl

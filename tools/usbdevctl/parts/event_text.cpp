@@ -42,11 +42,12 @@ std::string eventText(const Event &event, bool colour) {
          styled(levelColumn(event.level), style, colour) + "  " + printable(event.text) + "\n";
 }
 
-Json eventJson(const Event &event) {
-  return {{"id", event.id},
-          {"time", timeText(event.time, "%Y-%m-%dT%H:%M:%SZ", gmtime_r)},
-          {"level", levelName(event.level)},
-          {"text", event.text}};
+Json addEvent(Json object, const Event &event) {
+  return std::move(object)
+      .set("id", event.id)
+      .set("time", timeText(event.time, "%Y-%m-%dT%H:%M:%SZ", gmtime_r))
+      .set("level", levelName(event.level))
+      .set("text", event.text);
 }
 
 }  // namespace usbdevctl

@@ -11,7 +11,7 @@ namespace usbdevctl {
 /// One line, in local time.
 std::string eventText(const Event &event, bool colour);
 
-/// The event's own fields, its time in UTC.
-Json eventJson(const Event &event);
+/// The object with the event's fields, its time in UTC.
+Json addEvent(Json object, const Event &event);
 
 }  // namespace usbdevctl

@@ -68,14 +68,17 @@ std::string formatTitle(const _usbfmt_des &format) {
 Json sizeJson(const _usbres_des &size) {
   Json rates = Json::array();
   // Through the short text, so that 29.97 does not become 29.969999313354492.
-  for (const float rate : ratesOf(size)) rates.push_back(Json::parse(rateText(rate)));
-  return {{"width", size.width}, {"height", size.height}, {"rates", rates}};
+  for (const float rate : ratesOf(size)) rates.append(Json::number(rateText(rate)));
+  return Json::object().set("width", size.width).set("height", size.height).set("rates", std::move(rates));
 }
 
 Json formatJson(const _usbfmt_des &format) {
   Json sizes = Json::array();
-  for (const _usbres_des &size : sizesOf(format)) sizes.push_back(sizeJson(size));
-  return {{"index", format.index}, {"codec", format.codec == kMjpeg ? "mjpeg" : "h264"}, {"sizes", sizes}};
+  for (const _usbres_des &size : sizesOf(format)) sizes.append(sizeJson(size));
+  return Json::object()
+      .set("index", format.index)
+      .set("codec", format.codec == kMjpeg ? "mjpeg" : "h264")
+      .set("sizes", std::move(sizes));
 }
 
 std::vector<_usbfmt_des> formatsOf(const CameraFormats &camera) {
@@ -104,12 +107,9 @@ std::string formatsText(const CameraFormats &camera, bool colour) {
 }
 
 Json formatsJson(int node, const CameraFormats &camera) {
-  Json document = jsonDocument();
-  document["node"] = node;
-  document["over_60"] = camera.over_60;
-  document["formats"] = Json::array();
-  for (const _usbfmt_des &format : formatsOf(camera)) document["formats"].push_back(formatJson(format));
-  return document;
+  Json formats = Json::array();
+  for (const _usbfmt_des &format : formatsOf(camera)) formats.append(formatJson(format));
+  return Json::document().set("node", node).set("over_60", camera.over_60).set("formats", std::move(formats));
 }
 
 }  // namespace usbdevctl

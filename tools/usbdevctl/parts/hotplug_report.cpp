@@ -28,11 +28,12 @@ std::string conflictText(const HotplugOutcome &outcome) {
 
 Json conflictJson(const HotplugOutcome &outcome) {
   const _usbdev_conflict &conflict = outcome.conflict;
-  if (!numberUnlessNone(conflict.channel)) return nullptr;
-  return {{"channel", conflict.channel},
-          {"profile", jsonOrNull(numberUnlessNone(conflict.profile))},
-          {"profile_name", fieldText(conflict.profilename)},
-          {"parked", isParked(outcome)}};
+  if (!numberUnlessNone(conflict.channel)) return {};
+  return Json::object()
+      .set("channel", conflict.channel)
+      .set("profile", numberUnlessNone(conflict.profile))
+      .set("profile_name", fieldText(conflict.profilename))
+      .set("parked", isParked(outcome));
 }
 
 std::string commonText(const HotplugOutcome &outcome) {
@@ -40,10 +41,9 @@ std::string commonText(const HotplugOutcome &outcome) {
 }
 
 Json commonJson(const HotplugOutcome &outcome) {
-  Json document = jsonDocument();
-  document["channel"] = jsonOrNull(numberUnlessNone(outcome.channel));
-  document["profile"] = jsonOrNull(numberUnlessNone(outcome.profile));
-  return document;
+  return Json::document()
+      .set("channel", numberUnlessNone(outcome.channel))
+      .set("profile", numberUnlessNone(outcome.profile));
 }
 
 }  // namespace
@@ -52,11 +52,7 @@ std::string plugText(const HotplugOutcome &outcome) {
   return commonText(outcome) + labelled("conflict", conflictText(outcome));
 }
 
-Json plugJson(const HotplugOutcome &outcome) {
-  Json document = commonJson(outcome);
-  document["conflict"] = conflictJson(outcome);
-  return document;
-}
+Json plugJson(const HotplugOutcome &outcome) { return commonJson(outcome).set("conflict", conflictJson(outcome)); }
 
 std::string unplugText(const HotplugOutcome &outcome) {
   return commonText(outcome) + labelled("device", printable(fieldText(outcome.device))) +
@@ -64,10 +60,9 @@ std::string unplugText(const HotplugOutcome &outcome) {
 }
 
 Json unplugJson(const HotplugOutcome &outcome) {
-  Json document = commonJson(outcome);
-  document["device"] = fieldText(outcome.device);
-  document["video_node"] = jsonOrNull(numberUnlessNone(outcome.video_node));
-  return document;
+  return commonJson(outcome)
+      .set("device", fieldText(outcome.device))
+      .set("video_node", numberUnlessNone(outcome.video_node));
 }
 
 }  // namespace usbdevctl

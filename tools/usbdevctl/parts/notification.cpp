@@ -93,16 +93,15 @@ std::string notificationText(const Notification &notification) {
 }
 
 Json notificationJson(const Notification &notification) {
-  Json document = jsonDocument();
-  document["event"] = notification.event;
-  document["profile"] = notification.profile;
-  document["video_node"] = notification.video_node;
-  document["audio_node"] = notification.audio_node;
-  document["flag"] = notification.flag;
-  document["target"] = notification.target;
-  document["header"] = hexadecimal(notification.header);
-  document["client"] = jsonOrNull(clientAddress(notification.header));
-  return document;
+  return Json::document()
+      .set("event", notification.event)
+      .set("profile", notification.profile)
+      .set("video_node", notification.video_node)
+      .set("audio_node", notification.audio_node)
+      .set("flag", notification.flag)
+      .set("target", notification.target)
+      .set("header", hexadecimal(notification.header))
+      .set("client", clientAddress(notification.header));
 }
 
 }  // namespace usbdevctl
