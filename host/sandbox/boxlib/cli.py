@@ -18,6 +18,7 @@ from boxlib.programs import REPOSITORY, Programs
 CANNOT_START = 125
 # Runs the command so that one that cannot be found ends with a shell's message and status.
 STARTER = ["/bin/sh", "-c", 'exec "$@"', "sandbox"]
+WITH_SERVICES = [str(REPOSITORY / "host/services/with-services"), "--", *STARTER]
 
 
 def main(arguments: list[str]) -> int:
@@ -39,7 +40,8 @@ def _run(options: argparse.Namespace) -> int:
         print(f"sandbox: {build} lacks {', '.join(programs.missing)}; going on without", file=sys.stderr)
     with _state_folder(options.state) as folder:
         state.prepare(folder, options.host, options.topology)
-        return _start(bubblewrap.arguments(folder, build, programs), options.command)
+        command = [*WITH_SERVICES, *options.command] if options.services else options.command
+        return _start(bubblewrap.arguments(folder, build, programs), command)
 
 
 @contextmanager
@@ -79,5 +81,6 @@ def _parser() -> argparse.ArgumentParser:
     run.add_argument("--host", metavar="MODEL", help=f"{', '.join(state.host_names())} (default: {state.DEFAULT_HOST})")
     run.add_argument("--topology", metavar="NAME", help=f"USB controllers (default: {state.DEFAULT_TOPOLOGY})")
     run.add_argument("--build", metavar="DIR", default=REPOSITORY / "build/release", help="default: build/release")
+    run.add_argument("--services", action="store_true", help="with the login, manager and streaming services running")
     run.add_argument("command", nargs="+", metavar="COMMAND", help="the command and its arguments, after --")
     return parser

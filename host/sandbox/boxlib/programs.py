@@ -8,9 +8,11 @@ from pathlib import Path
 REPOSITORY = Path(__file__).resolve().parent.parent.parent.parent
 SIM = REPOSITORY / "host/sim/bin"
 OWN = REPOSITORY / "host/sandbox/bin"
+SERVICES = REPOSITORY / "host/services"
 HOST_BIN = "/usr/host-bin"
 HOST_SBIN = "/usr/host-sbin"
 
+SERVICE_PROGRAMS = ("login-service", "login-users", "manager-service", "streaming-service")
 BUILT_FOR_BIN = ("usbdevctl", "gpuinfo_app", "hwinfo_app")
 BUILT_FOR_SBIN = ("readcfg",)
 
@@ -26,6 +28,7 @@ class Programs:
         self.sbin = self._machine_links("/usr/sbin", HOST_SBIN)
         self.bin |= {"ps": OWN / "ps", "sim": SIM / "sim", "v4l2-ctl": SIM / "v4l2-ctl", "udevadm": SIM / "udevadm"}
         self.sbin |= {"udevadm": SIM / "udevadm"}
+        self.bin |= {name: SERVICES / name for name in SERVICE_PROGRAMS}
         self.bin |= dict(self._built(BUILT_FOR_BIN))
         self.sbin |= dict(self._built(BUILT_FOR_SBIN))
 

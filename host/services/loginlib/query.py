@@ -1,0 +1,33 @@
+"""What a request's query says. The client sends a "+" as it is, so a "+" is no blank here."""
+
+from __future__ import annotations
+
+import base64
+import binascii
+from urllib.parse import unquote_to_bytes
+
+Query = dict[str, bytes]
+
+
+def parse(query: bytes) -> Query:
+    """The first value of each name."""
+    values: Query = {}
+    for field in query.split(b"&"):
+        name, _, value = field.partition(b"=")
+        values.setdefault(name.decode("latin-1"), unquote_to_bytes(value))
+    return values
+
+
+def text(query: Query, name: str) -> str | None:
+    """A value that is text, or nothing."""
+    try:
+        return query[name].decode()
+    except (KeyError, UnicodeDecodeError):
+        return None
+
+
+def password(query: Query) -> bytes | None:
+    try:
+        return base64.b64decode(query["pwd"], validate=True)
+    except (KeyError, binascii.Error):
+        return None

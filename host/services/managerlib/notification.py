@@ -1,0 +1,51 @@
+"""The change notification, taken apart."""
+
+from __future__ import annotations
+
+import ipaddress
+import struct
+from dataclasses import dataclass
+
+MAGIC = b"ORDA_VLM2_CFCG_N"
+# Sender and receiver run on one host, so numbers are in its own byte order.
+_LAYOUT = struct.Struct("=16s16s6i")
+_EVENTS = {6: "6 (plugged)", 7: "7 (removed)"}
+
+
+@dataclass
+class Notification:
+    header: bytes
+    profile: int
+    video_node: int
+    audio_node: int
+    flag: int
+    event: int
+    target: int
+
+    def __str__(self) -> str:
+        return (
+            f"event {_EVENTS.get(self.event, self.event)}  profile {_number(self.profile)}"
+            f"  video {_number(self.video_node)}  audio {_number(self.audio_node)}  flag {self.flag}"
+            f"  target {_number(self.target)}  request {self._request()}"
+        )
+
+    def _request(self) -> str:
+        """A header of nothing but an address is that of the client whose request cleared a profile."""
+        before, address, after = self.header[:4], self.header[4:8], self.header[8:]
+        if not any(self.header):
+            return "none"
+        return self.header.hex() if any(before + after) else str(ipaddress.IPv4Address(address))
+
+
+def decode(datagram: bytes) -> Notification:
+    """Raises ValueError for a datagram of another size or with another beginning."""
+    if len(datagram) != _LAYOUT.size:
+        raise ValueError(f"it has {len(datagram)} bytes, not {_LAYOUT.size}")
+    magic, header, *numbers = _LAYOUT.unpack(datagram)
+    if magic != MAGIC:
+        raise ValueError(f"it does not begin with {MAGIC.decode()}")
+    return Notification(header, *numbers)
+
+
+def _number(value: int) -> str:
+    return "none" if value == -1 else str(value)

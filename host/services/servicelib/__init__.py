@@ -1,0 +1,1 @@
+"""What the services have in common."""

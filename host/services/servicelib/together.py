@@ -1,0 +1,94 @@
+"""The command "with-services": the services run as long as a command does."""
+
+from __future__ import annotations
+
+import argparse
+import os
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+from collections.abc import Iterator
+from contextlib import ExitStack, contextmanager
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent.parent
+LOGS = Path("/var/log/vl")
+SERVICES = ("login-service", "manager-service", "streaming-service")
+CANNOT_START = 125
+LOOK_SECONDS = 0.1
+
+Service = subprocess.Popen[bytes]
+
+
+class ServiceError(Exception):
+    """A service did not start; the text says which and why."""
+
+
+def main(arguments: list[str]) -> int:
+    parser = argparse.ArgumentParser(prog="with-services", description="Runs a command beside the host's services.")
+    parser.add_argument("command", nargs="+", metavar="COMMAND", help="the command and its arguments, after --")
+    options = parser.parse_args(arguments)
+    try:
+        with _services():
+            return _run(options.command)
+    except (ServiceError, OSError) as problem:
+        print(f"with-services: {problem}", file=sys.stderr)
+        return CANNOT_START
+
+
+def _run(command: list[str]) -> int:
+    """A terminal's interrupt reaches the command itself; what is sent to this process alone is for the command."""
+    process = subprocess.Popen(command)
+    signal.signal(signal.SIGINT, signal.SIG_IGN)
+    for number in (signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, lambda received, _: process.send_signal(received))
+    status = process.wait()
+    return status if status >= 0 else 128 - status
+
+
+@contextmanager
+def _services() -> Iterator[None]:
+    """All services, ready when the body begins."""
+    with ExitStack() as running, _ready_socket() as ready:
+        services = {name: running.enter_context(_service(name, ready.getsockname())) for name in SERVICES}
+        for _ in services:
+            _wait_for_one(ready, services)
+        yield
+
+
+@contextmanager
+def _ready_socket() -> Iterator[socket.socket]:
+    with tempfile.TemporaryDirectory() as folder, socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as ready:
+        ready.bind(f"{folder}/ready")
+        ready.settimeout(LOOK_SECONDS)
+        yield ready
+
+
+@contextmanager
+def _service(name: str, ready: str) -> Iterator[Service]:
+    """Its output goes to a log of its own. It does not hear the terminal's interrupt, which is for the command."""
+    LOGS.mkdir(parents=True, exist_ok=True)
+    with open(LOGS / f"{name}.log", "ab") as log:
+        process = subprocess.Popen(
+            [HERE / name],
+            stdin=subprocess.DEVNULL, stdout=log, stderr=log,
+            env={**os.environ, "NOTIFY_SOCKET": ready}, start_new_session=True,
+        )  # fmt: skip
+    try:
+        yield process
+    finally:
+        process.terminate()
+        process.wait()
+
+
+def _wait_for_one(ready: socket.socket, services: dict[str, Service]) -> None:
+    while True:
+        try:
+            ready.recv(64)
+            return
+        except TimeoutError:
+            for name, process in services.items():
+                if process.poll() is not None:
+                    raise ServiceError(f"{name} ended at its start; see {LOGS / name}.log") from None

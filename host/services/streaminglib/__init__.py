@@ -1,0 +1,1 @@
+"""The streaming service's receiving end."""

@@ -1,0 +1,48 @@
+"""The command "streaming-service"."""
+
+from __future__ import annotations
+
+import argparse
+import asyncio
+
+from servicelib import lifecycle
+
+from streaminglib import message
+
+ADDRESS = ("127.0.0.1", 10170)
+# A sender that stays silent does not hold its connection for ever.
+PATIENCE_SECONDS = 10
+
+
+async def receive(reader: asyncio.StreamReader, writer: asyncio.StreamWriter) -> None:
+    """Prints the one signal of a connection; there is no answer."""
+    try:
+        signal = await asyncio.wait_for(_whole(reader), PATIENCE_SECONDS)
+        message.check(signal)
+        print(message.shown(signal), flush=True)
+    except asyncio.TimeoutError:
+        lifecycle.say(f"refused a signal: it was not complete after {PATIENCE_SECONDS} seconds")
+    except (ValueError, ConnectionError) as problem:
+        lifecycle.say(f"refused a signal: {problem}")
+    finally:
+        writer.close()
+
+
+async def _whole(reader: asyncio.StreamReader) -> bytes:
+    """All that the sender sends, but not more than is needed to see that it is too much."""
+    try:
+        return await reader.readexactly(message.SIZE + 1)
+    except asyncio.IncompleteReadError as end:
+        return end.partial
+
+
+async def serve() -> None:
+    server = await asyncio.start_server(receive, *ADDRESS)
+    await lifecycle.until_stopped("{}:{}".format(*ADDRESS))
+    server.close()
+
+
+def main(arguments: list[str]) -> int:
+    parser = argparse.ArgumentParser(prog="streaming-service", description="Receives the library's stream signals.")
+    parser.parse_args(arguments)
+    return lifecycle.run(serve())

@@ -1,0 +1,88 @@
+"""The login service with the library as its client."""
+
+from __future__ import annotations
+
+import json
+
+from conftest import RunOnHost
+
+# A name and a password with everything that the client escapes and everything that it does not.
+USER = "Ann/e ~B+=#ü"
+PASSWORD = "?>~ /+=\x7eü>>?"
+ADD = f"printf %s '{PASSWORD}' | login-users add '{USER}'\n"
+REQUESTS = "cat /var/log/vl/login-requests.log\n"
+URL = "http://127.0.0.1:58080/cgi-bin/"
+GET = f"get() {{ curl --silent --show-error --max-time 10 '{URL}'\"$1\"; }}\n"
+SESSION = "session=$(get 'authLogin.cgi?user=ann&pwd=c2VjcmV0' | sed -n 's/.*<authSid><!\\[CDATA\\[\\(.*\\)\\]\\]>.*/\\1/p')\n"
+LOG_IN = GET + "echo secret | login-users add ann\n" + SESSION
+
+
+def requests(text: str, *fields: str) -> list[tuple[object, ...]]:
+    """Of each request in the log, the given fields."""
+    return [tuple(entry.get(field) for field in fields) for entry in map(json.loads, text.splitlines())]
+
+
+def test_the_right_password_opens_a_session_which_the_library_closes_again(with_services: RunOnHost) -> None:
+    done = with_services(ADD + f"call vl_auth '{USER}' '{PASSWORD}' >/tmp/result\n" + REQUESTS + "tail -n 1 /tmp/result >&2")
+    login, logout = requests(done.stdout, "request", "user", "passed", "session", "client", "path", "status")
+    assert (login[:3], logout[:3]) == (("login", USER, True), ("logout", None, True))
+    assert login[3] == logout[3] and len(str(login[3])) == 8
+    assert login[4:] == ("127.0.0.1", "/cgi-bin/authLogin.cgi", 200)
+    assert logout[4:] == ("127.0.0.1", "/cgi-bin/authLogout.cgi", 200)
+    assert done.stderr == "0\n"
+
+
+def test_a_wrong_password_and_an_unknown_user_are_refused_and_logged(with_services: RunOnHost) -> None:
+    done = with_services(
+        ADD + f"call vl_auth '{USER}' wrong-one 2>/dev/null; call vl_auth nobody '{PASSWORD}' 2>/dev/null\n" + REQUESTS
+    )
+    first, second, *log = done.stdout.splitlines()
+    assert (first, second) == ("-1", "-1")
+    assert requests("\n".join(log), "user", "passed", "session") == [(USER, False, None), ("nobody", False, None)]
+    assert "wrong" not in done.stdout
+
+
+def test_a_session_counts_until_it_is_logged_out(with_services: RunOnHost) -> None:
+    done = with_services(
+        LOG_IN + 'call vl_sid_auth "$session"; get "authLogout.cgi?logout=1&sid=$session" >/tmp/answer\n'
+        'call vl_sid_auth "$session"; cat /tmp/answer'
+    )
+    before, after, *answer = done.stdout.splitlines()
+    assert (before, after) == ("0", "-1")
+    assert "<authPassed><![CDATA[1]]></authPassed>" in answer
+
+
+def test_sessions_end_with_the_service(on_host: RunOnHost) -> None:
+    start = "login-service 2>/tmp/said & service=$!; until_true grep -q listening /tmp/said\n"
+    done = on_host(
+        start + LOG_IN + 'call vl_sid_auth "$session"; kill $service; wait $service; echo "ended with $?"\n'
+        + start + 'call vl_sid_auth "$session"; kill $service'
+    )  # fmt: skip
+    assert done.stdout == "0\nended with 0\n-1\n"
+
+
+def test_a_session_made_up_or_absent_is_none(with_services: RunOnHost) -> None:
+    done = with_services(LOG_IN + "call vl_sid_auth 00000000; call vl_sid_auth ''; get authLogin.cgi; get authLogout.cgi")
+    assert done.stdout.splitlines()[:2] == ["-1", "-1"]
+    assert done.stdout.count("<authPassed><![CDATA[0]]></authPassed>") == 2
+
+
+def test_a_user_who_is_removed_cannot_log_in_any_more(with_services: RunOnHost) -> None:
+    done = with_services(LOG_IN + f"login-users remove ann\n{SESSION}" + 'echo "session: $session"; login-users list')
+    assert done.stdout == "session: \n"
+
+
+def test_the_service_listens_where_the_hosts_settings_say(on_host: RunOnHost) -> None:
+    done = on_host(
+        "sed -i 's/^InnerWebAccessPort = .*/InnerWebAccessPort = 8099/' /etc/config/Tundrel.conf\n"
+        "login-service 2>/tmp/said & service=$!; until_true grep -q listening /tmp/said\n"
+        "call vl_sid_auth none >/dev/null; kill $service; cat /tmp/said\n" + REQUESTS
+    )
+    said, log = done.stdout.split("\n", 1)
+    assert said == "login-service: listening on 127.0.0.1:8099"
+    assert requests(log, "request", "passed") == [("check", False)]
+
+
+def test_other_pages_and_methods_are_refused_and_logged(with_services: RunOnHost) -> None:
+    done = with_services(f"curl -s {URL}other.cgi >/dev/null; curl -s --data x=1 {URL}authLogin.cgi >/dev/null\n" + REQUESTS)
+    assert requests(done.stdout, "path", "status") == [("/cgi-bin/other.cgi", 404), ("/cgi-bin/authLogin.cgi", 405)]
