@@ -4,10 +4,12 @@ the same places."""
 from __future__ import annotations
 
 import re
+import subprocess
 from dataclasses import dataclass, field
 from pathlib import Path
 
 import pytest
+from conftest import REPOSITORY
 from simlib.host import SimulatedHost
 
 CAPTURES = Path(__file__).resolve().parent / "data/captures"
@@ -26,12 +28,13 @@ VOLATILE = (
 
 @dataclass
 class Scene:
-    """What was plugged, and taken out again, before a capture was made."""
+    """What was plugged, and taken out again, before a capture was made; or was there when the machine started."""
 
     capture: str
     plugs: list[tuple[str, str]]
     nodes: list[int] = field(default_factory=lambda: [0])
     topology: str = "three-controllers"
+    restarted: bool = False
 
     def play(self, host: SimulatedHost) -> None:
         for camera, port in self.plugs:
@@ -39,6 +42,8 @@ class Scene:
                 host.unplug(port)
             else:
                 host.plug(camera, port)
+        if self.restarted:
+            host.reboot()
 
 
 SCENES = [
@@ -58,6 +63,12 @@ SCENES = [
         "second-of-three-unplugged",
         [("usb2-camera", "3-1"), ("pc-camera", "1-2"), ("hd-usb-camera", "5-1"), ("unplug", "1-2")],
         [0, 4],
+    ),
+    Scene(
+        "present-at-boot",
+        [("hd-usb-camera", "1-4"), ("usb2-camera", "3-2"), ("pc-camera", "1-1")],
+        [0, 2, 4],
+        restarted=True,
     ),
 ]
 
@@ -91,3 +102,47 @@ def test_the_driver_folder_lists_what_the_real_one_listed(scene, driver):
         assert not folder.exists()
     else:
         assert sorted(path.name for path in folder.iterdir()) == sorted(real)
+
+
+def test_the_nodes_stand_where_the_real_ones_stood(scene):
+    it, root = scene
+    real = (CAPTURES / it.capture / "sysfs-paths.txt").read_text().splitlines()
+    nodes = sorted((root / "sys/class/video4linux").iterdir())
+    assert [f"/{node.resolve().relative_to(root)}" for node in nodes] == real
+
+
+def test_the_nodes_of_an_interface_are_listed_below_it(scene):
+    it, root = scene
+    for path in (CAPTURES / it.capture / "sysfs-paths.txt").read_text().splitlines():
+        interface, node = re.search(r"/([^/]+)/video4linux/(.*)", path).groups()
+        assert (root / "sys/bus/usb/drivers/uvcvideo" / interface / "video4linux" / node / "name").is_file()
+
+
+def test_the_nodes_have_the_names_of_the_real_ones(scene):
+    it, root = scene
+    real = (CAPTURES / it.capture / "names.txt").read_text().splitlines()
+    files = sorted((root / "sys/class/video4linux").glob("*/name"))
+    assert [f"/{file.relative_to(root)}: {file.read_text()}" for file in files] == [f"{line}\n" for line in real]
+
+
+def test_the_sound_cards_have_the_names_of_the_real_ones(scene):
+    it, root = scene
+    listing = CAPTURES / it.capture / "cards.txt"
+    real = re.findall(r"^ *(\d+) \[.*\]: USB-Audio - (.*)$", listing.read_text() if listing.exists() else "", re.M)
+    cards = sorted((root / "run/usbdev-sim/cards").glob("card*"))
+    assert [(card.name.removeprefix("card"), (card / "name").read_text().strip()) for card in cards] == real
+
+
+def has_listings(it: Scene) -> bool:
+    return (CAPTURES / it.capture / "formats.video0.txt").exists()
+
+
+@pytest.mark.parametrize("scene", filter(has_listings, SCENES), ids=lambda it: it.capture, indirect=True)
+def test_the_formats_are_those_of_the_real_camera(scene):
+    it, root = scene
+    for real in (CAPTURES / it.capture).glob("formats.video*.txt"):
+        old_layout = subprocess.run(
+            [REPOSITORY / "host/sim/bin/v4l2-old-layout", real], check=True, capture_output=True
+        ).stdout
+        node = real.name.split(".")[1]
+        assert (root / "run/usbdev-sim/nodes" / node / "formats").read_bytes() == old_layout

@@ -61,6 +61,18 @@ def test_a_name_is_cut_at_31_bytes(pc):
     assert (root / "sys/class/video4linux/video0/name").read_text() == "Integrated_Webcam_FHD: Integrat\n"
 
 
+def test_a_name_of_another_driver_may_be_300_bytes_long(pc):
+    host, root = pc
+    host.plug("long-name-camera", "3-1")
+    assert len((root / "sys/class/video4linux/video0/name").read_bytes()) == 300 + len("\n")
+
+
+def test_some_cameras_have_no_node_for_metadata(pc):
+    host, _ = pc
+    assert host.plug("8mp-camera", "3-1").nodes == [0]
+    assert host.plug("usb2-camera", "3-2").nodes == [1, 2]
+
+
 def test_a_camera_without_a_product_text_is_named_after_its_ids(pc):
     host, root = pc
     host.plug("nameless-webcam", "3-1")

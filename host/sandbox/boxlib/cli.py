@@ -14,8 +14,11 @@ from pathlib import Path
 from boxlib import bubblewrap, state
 from boxlib.errors import SandboxError
 from boxlib.programs import REPOSITORY, Programs
+from boxlib.reboot import add_changes, reboot_here
+from simlib.errors import SimError
 
 CANNOT_START = 125
+REFUSED = 1
 # Runs the command so that one that cannot be found ends with a shell's message and status.
 STARTER = ["/bin/sh", "-c", 'exec "$@"', "sandbox"]
 WITH_SERVICES = [str(REPOSITORY / "host/services/with-services"), "--", *STARTER]
@@ -24,13 +27,30 @@ WITH_SERVICES = [str(REPOSITORY / "host/services/with-services"), "--", *STARTER
 def main(arguments: list[str]) -> int:
     options = _parser().parse_args(arguments)
     try:
-        return _run(options)
+        return int(options.run(options))
+    except SimError as problem:
+        print(f"sandbox: {problem}", file=sys.stderr)
+        return REFUSED
     except (SandboxError, OSError) as problem:
         print(f"sandbox: {problem}", file=sys.stderr)
         return CANNOT_START
 
 
 def _run(options: argparse.Namespace) -> int:
+    return _run_on_host(options, [*WITH_SERVICES, *options.command] if options.services else options.command)
+
+
+def _reboot(options: argparse.Namespace) -> int:
+    """A kept host is rebooted from inside, too."""
+    if options.state is None:
+        return reboot_here(options.changes)
+    if not state.is_host(Path(options.state)):
+        raise SandboxError(f"there is no host in {options.state}")
+    options.host = options.topology = None
+    return _run_on_host(options, ["sandbox", "reboot", *(word for change in options.changes for word in change)])
+
+
+def _run_on_host(options: argparse.Namespace, command: list[str]) -> int:
     bubblewrap.check_possible()
     build = Path(options.build).resolve()
     if not build.is_dir():
@@ -40,7 +60,6 @@ def _run(options: argparse.Namespace) -> int:
         print(f"sandbox: {build} lacks {', '.join(programs.missing)}; going on without", file=sys.stderr)
     with _state_folder(options.state) as folder:
         state.prepare(folder, options.host, options.topology)
-        command = [*WITH_SERVICES, *options.command] if options.services else options.command
         return _start(bubblewrap.arguments(folder, build, programs), command)
 
 
@@ -75,12 +94,18 @@ def _pass_on_signals(process: subprocess.Popen[bytes]) -> None:
 
 def _parser() -> argparse.ArgumentParser:
     parser = argparse.ArgumentParser(prog="sandbox", description="A sandboxed host with simulated cameras.")
-    commands = parser.add_subparsers(required=True, metavar="run")
+    commands = parser.add_subparsers(required=True, metavar="run | reboot")
     run = commands.add_parser("run", help="run a command on the host")
     run.add_argument("--state", metavar="DIR", help="keep the host's files there (default: gone at the end)")
     run.add_argument("--host", metavar="MODEL", help=f"{', '.join(state.host_names())} (default: {state.DEFAULT_HOST})")
     run.add_argument("--topology", metavar="NAME", help=f"USB controllers (default: {state.DEFAULT_TOPOLOGY})")
-    run.add_argument("--build", metavar="DIR", default=REPOSITORY / "build/release", help="default: build/release")
     run.add_argument("--services", action="store_true", help="with the login, manager and streaming services running")
     run.add_argument("command", nargs="+", metavar="COMMAND", help="the command and its arguments, after --")
+    run.set_defaults(run=_run)
+    reboot = commands.add_parser("reboot", help="switch the host off and on, with changes in between, in their order")
+    reboot.add_argument("--state", metavar="DIR", help="the host kept there (default: the one that this runs on)")
+    add_changes(reboot)
+    reboot.set_defaults(run=_reboot)
+    for command in (run, reboot):
+        command.add_argument("--build", metavar="DIR", default=REPOSITORY / "build/release", help="default: build/release")
     return parser

@@ -8,6 +8,7 @@ from pathlib import Path
 REPOSITORY = Path(__file__).resolve().parent.parent.parent.parent
 SIM = REPOSITORY / "host/sim/bin"
 OWN = REPOSITORY / "host/sandbox/bin"
+SANDBOX = REPOSITORY / "host/sandbox/sandbox"
 SERVICES = REPOSITORY / "host/services"
 HOST_BIN = "/usr/host-bin"
 HOST_SBIN = "/usr/host-sbin"
@@ -26,7 +27,8 @@ class Programs:
         self.missing: list[str] = []
         self.bin = self._machine_links("/usr/bin", HOST_BIN)
         self.sbin = self._machine_links("/usr/sbin", HOST_SBIN)
-        self.bin |= {"ps": OWN / "ps", "sim": SIM / "sim", "v4l2-ctl": SIM / "v4l2-ctl", "udevadm": SIM / "udevadm"}
+        self.bin |= {"ps": OWN / "ps", "sandbox": SANDBOX}
+        self.bin |= {name: SIM / name for name in ("sim", "udevadm", "v4l2-ctl")}
         self.sbin |= {"udevadm": SIM / "udevadm"}
         self.bin |= {name: SERVICES / name for name in SERVICE_PROGRAMS}
         self.bin |= dict(self._built(BUILT_FOR_BIN))

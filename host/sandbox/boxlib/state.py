@@ -49,6 +49,10 @@ def prepare(folder: Path, host: str | None, topology: str | None) -> None:
         facts.write_text(json.dumps(chosen) + "\n", encoding="utf-8")
 
 
+def is_host(folder: Path) -> bool:
+    return (folder / "host.json").is_file()
+
+
 def host_names() -> list[str]:
     return sorted(path.parent.name for path in HOSTS.glob("*/cpuinfo"))
 

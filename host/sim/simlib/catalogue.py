@@ -54,11 +54,14 @@ class Camera(UsbDevice):
     first_video_interface: int = 0
     nodes: list[str] = field(default_factory=lambda: ["formats.txt", METADATA])
     sound: SoundCard | None = None
+    video_name: str | None = None
     comment: str = ""
 
     @property
     def node_name(self) -> str:
-        """The name of the video nodes, as the camera driver builds and cuts it."""
+        """The name of the video nodes, as the camera driver builds and cuts it, or as another driver gives it."""
+        if self.video_name is not None:
+            return self.video_name
         name = self.product or f"UVC Camera ({self.vendor_id}:{self.product_id})"
         if self.interface:
             name += f": {self.interface}"

@@ -1,4 +1,4 @@
-"""What the host's device manager does when a device comes or goes: it calls the library, here through usbdevctl."""
+"""What the host does when a device comes or goes and when it starts: it calls the library, here through usbdevctl."""
 
 from __future__ import annotations
 
@@ -19,8 +19,16 @@ def announce(action: str, plugged: PluggedCamera) -> int:
     return status
 
 
+def start_up() -> int:
+    """Has the library bring the channels into line with what is plugged in."""
+    return _run([PROGRAM, "sync"])
+
+
 def _call(action: str, kind: str, number: int, plugged: PluggedCamera, name: str) -> int:
-    arguments = [PROGRAM, action, "--type", kind, "--node", str(number), "--slot", plugged.port.slot, "--name", name]
+    return _run([PROGRAM, action, "--type", kind, "--node", str(number), "--slot", plugged.port.slot, "--name", name])
+
+
+def _run(arguments: list[str]) -> int:
     try:
         return subprocess.run(arguments, check=False).returncode
     except OSError as problem:

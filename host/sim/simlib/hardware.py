@@ -49,6 +49,15 @@ class Hardware:
                 link.unlink()
         shutil.rmtree(self._device(machine, plugged), ignore_errors=True)
 
+    def unload_drivers(self) -> None:
+        """After a start, the drivers are there with the first camera only."""
+        for driver in (VIDEO_DRIVER, SOUND_DRIVER):
+            shutil.rmtree(self._sys / "bus/usb/drivers" / driver, ignore_errors=True)
+            shutil.rmtree(self._module(driver), ignore_errors=True)
+
+    def _module(self, driver: str) -> Path:
+        return self._sys / "module" / driver.replace("-", "_")
+
     def _device(self, machine: Machine, plugged: PluggedCamera) -> Path:
         return self._sys / machine.topology.devpath(plugged.port).lstrip("/")
 
@@ -65,9 +74,8 @@ class Hardware:
             folder.mkdir(parents=True)
             for name in ("bind", "new_id", "remove_id", "uevent", "unbind"):
                 (folder / name).touch()
-            module = self._sys / "module" / driver.replace("-", "_")
-            module.mkdir(parents=True, exist_ok=True)
-            _link(folder / "module", module)
+            self._module(driver).mkdir(parents=True, exist_ok=True)
+            _link(folder / "module", self._module(driver))
         return folder
 
     def _add_video_node(self, machine: Machine, plugged: PluggedCamera, index: int) -> None:

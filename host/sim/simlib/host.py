@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+from collections.abc import Callable, Iterable
 from pathlib import Path
 
 from simlib.catalogue import load_camera
@@ -9,6 +10,9 @@ from simlib.hardware import Hardware
 from simlib.machine import Machine, PluggedCamera
 from simlib.ports import parse_port
 from simlib.store import Store
+
+
+Change = Callable[[Machine], object]
 
 
 class SimulatedHost:
@@ -34,6 +38,19 @@ class SimulatedHost:
             for plugged in gone:
                 self._hardware.vanish(machine, plugged)
         return gone
+
+    def reboot(self, changes: Iterable[Change] = ()) -> None:
+        """Switches the hardware off, makes the changes, and on again; nothing happens if one of them is refused."""
+        with self._store.change() as machine:
+            before = list(machine.cameras.values())
+            for change in changes:
+                change(machine)
+            machine.boot()
+            for plugged in before:
+                self._hardware.vanish(machine, plugged)
+            self._hardware.unload_drivers()
+            for plugged in machine.cameras.values():
+                self._hardware.appear(machine, plugged)
 
     def machine(self) -> Machine:
         """What is plugged in now, for reading."""

@@ -2,11 +2,13 @@
 
 from __future__ import annotations
 
+from collections.abc import Iterable, Iterator
 from dataclasses import dataclass, field
+from itertools import zip_longest
 
 from simlib.catalogue import Camera, UsbDevice, load_hub
 from simlib.errors import SimError
-from simlib.ports import Port
+from simlib.ports import Port, parse_port
 from simlib.topology import SUPERSPEED, Topology
 
 HUB = "full-speed-hub"
@@ -52,6 +54,25 @@ class Machine:
         self.hubs = {slot: address for slot, address in self.hubs.items() if not _is_at(slot, port)}
         return gone
 
+    def move(self, port: Port, to: Port) -> None:
+        """Puts what is at a port, be it a hub with all that hangs on it, into another port."""
+        self._put(self._take(port), to)
+
+    def swap(self, port: Port, other: Port) -> None:
+        here, there = self._take(port), self._take(other)
+        self._put(here, other)
+        self._put(there, port)
+
+    def boot(self) -> None:
+        """Numbers everything anew, as a start does that finds it plugged in."""
+        cameras, hubs = self.cameras, self.hubs
+        self.cameras, self.hubs, self.next_address = {}, {}, {}
+        for port in _in_order_of_discovery(map(parse_port, [*hubs, *cameras])):
+            if port.slot in hubs:
+                self.hubs[port.slot] = self._take_address(port.bus)
+            else:
+                self.plug(cameras[port.slot].camera, port)
+
     def speed_at(self, port: Port, device: UsbDevice) -> int:
         """The speed at which the device runs there, in Mbit/s: the slowest on the way."""
         speeds = [device.speed, self.topology.bus_of(port).speed]
@@ -63,9 +84,25 @@ class Machine:
         """The path of the interface that carries the picture, below /sys."""
         return f"{self.topology.devpath(plugged.port)}/{plugged.port.slot}:1.{plugged.camera.first_video_interface}"
 
-    def _check_free(self, camera: Camera, port: Port) -> None:
+    def _take(self, port: Port) -> dict[str, UsbDevice]:
+        """Takes away what is at the port, and tells what stood where behind it: ".2" is the second port of the hub."""
+        hubs = [slot for slot in self.hubs if _is_at(slot, port)]
+        taken: dict[str, UsbDevice] = {slot.removeprefix(port.slot): self.hub for slot in sorted(hubs, key=len)}
+        return taken | {it.port.slot.removeprefix(port.slot): it.camera for it in self.unplug(port)}
+
+    def _put(self, taken: dict[str, UsbDevice], to: Port) -> None:
+        for place, device in taken.items():
+            port = parse_port(to.slot + place)
+            if isinstance(device, Camera):
+                self.plug(device, port)
+            else:
+                self._check_free(device, port)
+                self._plug_hubs(port)
+                self.hubs[port.slot] = self._take_address(port.bus)
+
+    def _check_free(self, device: UsbDevice, port: Port) -> None:
         bus = self.topology.bus_of(port)
-        first = self.hub if port.hub else camera
+        first = self.hub if port.hub else device
         if bus.speed >= SUPERSPEED > first.speed:
             raise SimError(f"bus {bus.number} is for superspeed devices; {first.name} belongs on bus {bus.number - 1}")
         if port.hub is not None and max(port.path[1:]) > self.hub.ports:
@@ -105,6 +142,14 @@ class Machine:
     def _free_card(self) -> int:
         used = {plugged.card for plugged in self.cameras.values()}
         return next(card for card in range(len(used) + 1) if card not in used)
+
+
+def _in_order_of_discovery(ports: Iterable[Port]) -> Iterator[Port]:
+    """The buses are searched side by side, each port by port, hubs before what hangs on them."""
+    buses: dict[int, list[Port]] = {}
+    for port in sorted(ports, key=lambda it: (it.bus, len(it.path), it.path)):
+        buses.setdefault(port.bus, []).append(port)
+    return (port for turn in zip_longest(*buses.values()) for port in turn if port is not None)
 
 
 def _is_at(slot: str, port: Port) -> bool:

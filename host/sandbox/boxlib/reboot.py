@@ -1,0 +1,46 @@
+"""The command "sandbox reboot": the host goes down, its hardware changes, and it comes up again."""
+
+from __future__ import annotations
+
+import argparse
+from collections.abc import Sequence
+
+from simlib.catalogue import load_camera
+from simlib.devicemanager import start_up
+from simlib.host import Change, SimulatedHost
+from simlib.machine import Machine
+from simlib.ports import parse_port
+
+
+def reboot_here(changes: Sequence[Sequence[str]]) -> int:
+    """Reboots the host that this runs on; returns how its start-up ended."""
+    SimulatedHost().reboot([_change(*words) for words in changes])
+    return start_up()
+
+
+def add_changes(parser: argparse.ArgumentParser) -> None:
+    """Adds the options that say what happens while the host is off; they are kept in the order given."""
+    for option, places, meaning in (
+        ("--plug", ("CAMERA", "PORT"), "plug a camera in"),
+        ("--unplug", ("PORT",), "pull a camera out, or a hub with all that hangs on it"),
+        ("--move", ("PORT", "TO"), "the same, and plug it in elsewhere"),
+        ("--swap", ("PORT", "OTHER"), "exchange what is in two ports"),
+    ):
+        parser.add_argument(
+            option, dest="changes", action=_Append, nargs=len(places), metavar=places, default=[], help=meaning
+        )
+
+
+class _Append(argparse.Action):
+    def __call__(self, parser, options, values, option_string=None) -> None:  # type: ignore[no-untyped-def]
+        setattr(options, self.dest, [*getattr(options, self.dest), [option_string, *values]])
+
+
+def _change(option: str, *words: str) -> Change:
+    def change(machine: Machine) -> None:
+        if option == "--plug":
+            machine.plug(load_camera(words[0]), parse_port(words[1]))
+        else:
+            getattr(machine, option.removeprefix("--"))(*map(parse_port, words))
+
+    return change
