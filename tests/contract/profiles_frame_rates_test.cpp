@@ -93,8 +93,9 @@ TEST_F(AFrameRate, IsOfTheRequestedCodec) {
   EXPECT_EQ(chosen, 7.5F);
 }
 
-TEST_F(AFrameRate, OfACodecThatIsNotListedFails) {
+TEST_F(AFrameRate, OfACodecThatIsNotListedFailsAtAnyRate) {
   EXPECT_EQ(choose(2, 1280, 720, 30), -1);
+  EXPECT_EQ(choose(2, 1280, 720, 0), -1);
   EXPECT_EQ(chosen, kUntouched);
 }
 
@@ -103,6 +104,12 @@ TEST_F(AFrameRate, OfASizeThatIsNotListedForTheCodecFailsAtAnyRate) {
   EXPECT_EQ(choose(kMjpeg, 1280, 721, 30), -1);
   EXPECT_EQ(choose(kMjpeg, 640, 720, 0), -1);
   EXPECT_EQ(chosen, kUntouched);
+}
+
+TEST_F(AFrameRate, OfASizeListedTwiceIsOfTheFirstOne) {
+  host.camera(5, "3-1.2")
+      .listing(Listing().format("MJPG").size(1280, 720).rate("30.000").size(1280, 720).rate("10.000").text());
+  EXPECT_EQ(chosenFor(10), 30.0F);
 }
 
 TEST_F(AFrameRate, OfACodecListedTwiceIsOfTheFirstOne) {

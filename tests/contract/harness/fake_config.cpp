@@ -60,6 +60,17 @@ int FakeConfig::countOpen() const {
       std::count_if(handles_.begin(), handles_.end(), [](const auto &handle) { return handle->open; }));
 }
 
+void FakeConfig::beforeOpenNumber(int number, std::function<void()> effect) {
+  std::lock_guard<std::mutex> guard(mutex_);
+  awaited_open_ = number;
+  before_open_ = std::move(effect);
+}
+
+std::function<void()> FakeConfig::dueEffect() {
+  std::lock_guard<std::mutex> guard(mutex_);
+  return awaited_open_ > 0 && --awaited_open_ == 0 ? std::move(before_open_) : nullptr;
+}
+
 int FakeConfig::openResult(int mode) {
   if (failing_open_ > 0 && --failing_open_ == 0) return failing_open_result_;
   return mode == 0 ? read_open_result_ : write_open_result_;
@@ -68,6 +79,7 @@ int FakeConfig::openResult(int mode) {
 int FakeConfig::open(int mode, const char *file, void **handle) {
   // A lock that is not held across the open lets another thread in here.
   std::this_thread::yield();
+  if (const auto effect = dueEffect()) effect();
   if (mode != 0 && mode != 1) journal_.violation("configuration opened with mode " + std::to_string(mode));
   std::lock_guard<std::mutex> guard(mutex_);
   if (countOpen() != 0) journal_.violation("configuration opened while a handle is open");

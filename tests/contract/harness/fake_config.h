@@ -2,6 +2,7 @@
 #ifndef CONTRACT_HARNESS_FAKE_CONFIG_H
 #define CONTRACT_HARNESS_FAKE_CONFIG_H
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -38,6 +39,8 @@ class FakeConfig {
   // The n-th open from now (1 = the next) fails with this code, whatever its mode.
   void failOpenNumber(int number, int code);
   void failNothing();
+  // Just before the n-th open from now, what another writer does between two passes.
+  void beforeOpenNumber(int number, std::function<void()> effect);
 
   // Handles that are open now, of all threads and of the calling one.
   int openHandles() const;
@@ -58,6 +61,7 @@ class FakeConfig {
     Values pending;
   };
 
+  std::function<void()> dueEffect();
   int openResult(int mode);
   int countOpen() const;
   Handle *checked(void *handle, const char *operation);
@@ -71,6 +75,8 @@ class FakeConfig {
   int write_open_result_ = 1;
   int failing_open_ = 0;
   int failing_open_result_ = 1;
+  int awaited_open_ = 0;
+  std::function<void()> before_open_;
 };
 
 }  // namespace contract

@@ -5,8 +5,18 @@
 namespace contract {
 
 void Journal::add(const std::string &line) {
+  std::function<void(const std::string &)> observer;
+  {
+    std::lock_guard<std::mutex> guard(mutex_);
+    lines_.push_back(line);
+    observer = observer_;
+  }
+  if (observer) observer(line);
+}
+
+void Journal::watch(std::function<void(const std::string &)> observer) {
   std::lock_guard<std::mutex> guard(mutex_);
-  lines_.push_back(line);
+  observer_ = std::move(observer);
 }
 
 void Journal::violation(const std::string &what) {

@@ -2,6 +2,7 @@
 #ifndef CONTRACT_HARNESS_JOURNAL_H
 #define CONTRACT_HARNESS_JOURNAL_H
 
+#include <functional>
 #include <initializer_list>
 #include <mutex>
 #include <string>
@@ -17,6 +18,8 @@ class Journal {
   // Something that no call of the library may ever do; the fixture reports it at the end of the test.
   void violation(const std::string &what);
   void clear();
+  // Calls this after each line that is added, to look at the host as it is then.
+  void watch(std::function<void(const std::string &)> observer);
 
   Lines lines() const;
   Lines violations() const;
@@ -28,6 +31,7 @@ class Journal {
 
  private:
   mutable std::mutex mutex_;
+  std::function<void(const std::string &)> observer_;
   Lines lines_;
   Lines violations_;
 };
