@@ -30,6 +30,7 @@ bool make_fails = false;
 bool attach_fails = false;
 int attached = 0;
 Lines requests;
+Lines attachments;  // the address and the flags of each
 
 }  // namespace
 }  // namespace contract
@@ -49,6 +50,7 @@ int shmget(key_t key, size_t size, int flags) noexcept {
 
 void *shmat(int id, const void *address, int flags) noexcept {
   static auto *const real = contract::realFunction<void *(int, const void *, int)>("shmat");
+  contract::attachments.push_back(std::string(address == nullptr ? "anywhere " : "there ") + std::to_string(flags));
   if (contract::attach_fails) {
     errno = EACCES;
     return reinterpret_cast<void *>(-1);
@@ -75,6 +77,7 @@ class TheTimeoutCounters : public testing::Test {
     make_fails = attach_fails = false;
     attached = 0;
     requests.clear();
+    attachments.clear();
   }
   ~TheTimeoutCounters() override {
     const int id = realFunction<int(key_t, size_t, int)>("shmget")(ownKey(), 0, 0);
@@ -155,6 +158,45 @@ TEST_F(TheTimeoutCounters, AreSharedByProcesses) {
   EXPECT_EQ(status, 0);
   EXPECT_EQ(add(1), 0);
   EXPECT_THAT(counters(), ElementsAre(0, 2, 0, 0));
+}
+
+// No count is lost, as each has a counter of its own.
+TEST_F(TheTimeoutCounters, AreCountedByTwoProcessesAtOnce) {
+  ASSERT_NE(vl_create_log_shm(), -1);
+  std::vector<pid_t> children;
+  for (const int index : {0, 3}) {
+    children.push_back(fork());
+    if (children.back() != 0) continue;
+    int failures = 0;
+    for (int i = 0; i < 1000; ++i) failures += vl_add_shm_timeout_log(index) == 0 ? 0 : 1;
+    _exit(failures == 0 ? 0 : 1);
+  }
+  for (const pid_t child : children) {
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+  }
+  EXPECT_THAT(counters(), ElementsAre(1000, 0, 0, 1000));
+}
+
+TEST_F(TheTimeoutCounters, AreAttachedAnewByEveryAddition) {
+  for (const int index : {0, 0, 2}) add(index);
+  EXPECT_THAT(attachments, ElementsAre("anywhere 0", "anywhere 0", "anywhere 0"));
+}
+
+TEST_F(TheTimeoutCounters, AreAttachedByTheirNumber) {
+  EXPECT_EQ(add(1), 0);
+  attachments.clear();
+  void *const address = vl_attach_log_shm(vl_create_log_shm());
+  EXPECT_THAT(attachments, ElementsAre("anywhere 0"));
+  EXPECT_EQ(static_cast<uint32_t *>(address)[1], 1U);
+  shmdt(address);
+}
+
+TEST_F(TheTimeoutCounters, ThatExistAlreadyAreNotSetToZero) {
+  add(2);
+  EXPECT_NE(vl_create_log_shm(), -1);
+  EXPECT_THAT(counters(), ElementsAre(0, 0, 1, 0));
 }
 
 TEST_F(TheTimeoutCounters, AreDetachedAfterAnAddition) {
