@@ -14,7 +14,7 @@ from simlib.ports import parse_port
 
 def reboot_here(changes: Sequence[Sequence[str]]) -> int:
     """Reboots the host that this runs on; returns how its start-up ended."""
-    SimulatedHost().reboot([_change(*words) for words in changes])
+    SimulatedHost().reboot([hardware_change(*words) for words in changes])
     return start_up()
 
 
@@ -36,7 +36,8 @@ class _Append(argparse.Action):
         setattr(options, self.dest, [*getattr(options, self.dest), [option_string, *values]])
 
 
-def _change(option: str, *words: str) -> Change:
+def hardware_change(option: str, *words: str) -> Change:
+    """The change that an option asks for: "--move", "3-1", "1-2"."""
     def change(machine: Machine) -> None:
         if option == "--plug":
             machine.plug(load_camera(words[0]), parse_port(words[1]))
