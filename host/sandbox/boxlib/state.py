@@ -26,13 +26,16 @@ EMPTY_FOLDERS = (
     "tmp",
     "var/log",
     *(f"mnt/ext/opt/apps/Velmora2/hls/channel{number}" for number in range(1, 5)),
+    "mnt/ext/opt/apps/Velmora2/web",
 )
-DEVICE_LINKS = {
-    "fd": "/proc/self/fd",
-    "stdin": "/proc/self/fd/0",
-    "stdout": "/proc/self/fd/1",
-    "stderr": "/proc/self/fd/2",
-    "ptmx": "pts/ptmx",
+LINKS = {
+    "dev/fd": "/proc/self/fd",
+    "dev/stdin": "/proc/self/fd/0",
+    "dev/stdout": "/proc/self/fd/1",
+    "dev/stderr": "/proc/self/fd/2",
+    "dev/ptmx": "pts/ptmx",
+    # the application's pages look for the playlists here
+    "mnt/ext/opt/apps/Velmora2/web/hls": "../hls",
 }
 
 
@@ -62,8 +65,8 @@ def _create(folder: Path, host: str, topology: str) -> None:
         raise SandboxError(f"there is no host model '{host}'; there are: {', '.join(host_names())}")
     for name in EMPTY_FOLDERS:
         (folder / name).mkdir(parents=True, exist_ok=True)
-    for name, target in DEVICE_LINKS.items():
-        (folder / "dev" / name).symlink_to(target)
+    for name, target in LINKS.items():
+        (folder / name).symlink_to(target)
     for source in ("common", host):
         shutil.copytree(HOSTS / source, folder, dirs_exist_ok=True, copy_function=_copy_writable)
     try:

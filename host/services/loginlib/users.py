@@ -57,7 +57,7 @@ class Users:
     @cached_property
     def _nobody(self) -> str:
         """The hash for unknown names: they take as long as a wrong password, so that no answer's time tells them."""
-        return self._hasher.hash(os.urandom(16))
+        return str(self._hasher.hash(os.urandom(16)))
 
     def _read(self) -> Hashes:
         try:

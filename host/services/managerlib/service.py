@@ -8,27 +8,41 @@ import asyncio
 from servicelib import lifecycle
 
 from managerlib import notification
+from managerlib.library import Library
+from managerlib.streams import Streams
 
 ADDRESS = ("127.0.0.1", 10171)
 
 
 class Receiver(asyncio.DatagramProtocol):
-    """Prints each notification."""
+    """Prints each notification, and has the streams brought into line."""
+
+    def __init__(self, streams: Streams) -> None:
+        self._streams = streams
 
     def datagram_received(self, data: bytes, addr: tuple[str, int]) -> None:
         try:
             print(notification.decode(data), flush=True)
+            self._streams.look_again()
         except ValueError as problem:
             lifecycle.say(f"refused a datagram: {problem}")
 
 
 async def serve() -> None:
-    transport, _ = await asyncio.get_running_loop().create_datagram_endpoint(Receiver, local_addr=ADDRESS)
-    await lifecycle.until_stopped("{}:{}".format(*ADDRESS))
+    streams = Streams(Library())
+    loop = asyncio.get_running_loop()
+    transport, _ = await loop.create_datagram_endpoint(lambda: Receiver(streams), local_addr=ADDRESS)
+    following = loop.create_task(streams.follow())
+    stopped = loop.create_task(lifecycle.until_stopped("{}:{}".format(*ADDRESS)))
+    await asyncio.wait((following, stopped), return_when=asyncio.FIRST_COMPLETED)
     transport.close()
+    streams.end()
+    await following
 
 
 def main(arguments: list[str]) -> int:
-    parser = argparse.ArgumentParser(prog="manager-service", description="Receives the library's change notifications.")
+    parser = argparse.ArgumentParser(
+        prog="manager-service", description="Receives the library's change notifications and runs the profiles' streams."
+    )
     parser.parse_args(arguments)
     return lifecycle.run(serve())

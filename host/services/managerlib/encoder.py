@@ -1,0 +1,33 @@
+"""The process that makes a stream: ffmpeg with test pictures for what a camera would give."""
+
+from __future__ import annotations
+
+from pathlib import Path
+
+from managerlib.library import Stream
+
+PROGRAM = "/usr/bin/ffmpeg"
+SEGMENT_SECONDS = 1
+SEGMENTS_KEPT = 6
+
+
+def name(stream: Stream) -> str:
+    """The name, with the device's number, by which the library looks for the process.
+
+    Pictures that the camera compresses are read from its node; raw ones come through a pipe to the host's encoder.
+    """
+    return f"v4l2_read {stream.node}" if stream.is_mjpeg else f"HDpipe {stream.node}"
+
+
+def arguments(stream: Stream, playlist: Path) -> list[str]:
+    pictures = f"testsrc2=size={stream.width}x{stream.height}:rate={stream.rate:.2f}"
+    return [
+        *("-nostdin", "-hide_banner", "-loglevel", "error"),
+        *("-re", "-f", "lavfi", "-i", pictures),
+        # browsers play H.264 only, whatever the camera gives
+        *("-codec:v", "libx264", "-preset", "ultrafast", "-tune", "zerolatency", "-pix_fmt", "yuv420p"),
+        *("-force_key_frames", f"expr:gte(t,n_forced*{SEGMENT_SECONDS})"),
+        *("-f", "hls", "-hls_time", str(SEGMENT_SECONDS), "-hls_list_size", str(SEGMENTS_KEPT)),
+        *("-hls_flags", "delete_segments+temp_file"),
+        *("-hls_segment_filename", str(playlist.with_name("%d.ts")), str(playlist)),
+    ]
