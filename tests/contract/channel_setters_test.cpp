@@ -53,6 +53,25 @@ TEST_F(AProfileWithSound, PassesAVolumeOfZeroAsMinusOne) {
   EXPECT_THAT(volumeCalls(), ElementsAre("volume 3 -1"));
 }
 
+TEST_F(AProfileWithSound, ThatWasNeverSetIsAtFifty) {
+  host.config.erase("ch4/audio/volume");
+  mn_set_usbdev_volume(2);
+  EXPECT_THAT(volumeCalls(), ElementsAre("volume 3 50"));
+}
+
+TEST_F(AProfileWithSound, IsSetWithTheFileClosed) {
+  mn_set_usbdev_volume(2);
+  EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close", "open r", "close", "volume 3 70"));
+}
+
+TEST_F(AProfileWithSound, IsLeftAsItIsWhenTheFileCannotBeRead) {
+  host.config.failOpenNumber(2, -7);
+  OutputCapture output;
+  EXPECT_EQ(mn_set_usbdev_volume(2), -1);
+  EXPECT_EQ(output.text(), openFailure(-7));
+  EXPECT_THAT(volumeCalls(), IsEmpty());
+}
+
 TEST_F(AProfileWithSound, ReturnsWhatTheHostReturns) {
   EXPECT_EQ(mn_set_usbdev_volume(2), -1) << "the host knows no such card";
   EXPECT_THAT(volumeCalls(), ElementsAre("volume 3 70"));
