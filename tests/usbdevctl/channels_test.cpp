@@ -9,13 +9,14 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
-using usbdevctl::channelJson;
+using usbdevctl::channelFields;
 using usbdevctl::ChannelListings;
 using usbdevctl::ChannelRow;
 using usbdevctl::ChannelRows;
 using usbdevctl::ChannelState;
-using usbdevctl::channelTable;
 using usbdevctl::describeChannels;
+using usbdevctl::listJson;
+using usbdevctl::tableText;
 
 constexpr int kNone = -1;
 constexpr int kUnsupported = 999;
@@ -187,7 +188,7 @@ TEST(TheChannelTable, HasALineForEachChannel) {
   ChannelRows rows;
   rows[0] = pluggedRow();
   rows[1] = parkedRow();
-  const std::string text = channelTable(rows).text(false);
+  const std::string text = tableText(channelFields(rows), false);
   const std::vector<std::string> expected = {
       "CHANNEL  STATE    SLOT   DEVICE   VIDEO  PROFILE  SWITCH  CONFLICT         CREATED",
       "      0  plugged  3-1.2  Cam\\x1b      0  1 Door   on      -                2024-03-05 08:15:00",
@@ -200,22 +201,22 @@ TEST(TheChannelTable, HasALineForEachChannel) {
 TEST(TheChannelTable, MarksAnUnsupportedDevice) {
   ChannelRows rows;
   rows[0].supported = false;
-  EXPECT_THAT(channelTable(rows).text(true), HasSubstr("\033[31munsupported\033[0m"));
+  EXPECT_THAT(tableText(channelFields(rows), true), HasSubstr("\033[31munsupported\033[0m"));
 }
 
 TEST(TheChannelsJson, HasEveryFieldOfEachChannel) {
   ChannelRows rows;
   rows[0] = parkedRow();
-  EXPECT_THAT(channelJson(rows).line(),
-              StartsWith(R"({"schema":1,"channels":[{"channel":0,"state":"plugged","slot":"3-1.2",)"
+  EXPECT_THAT(listJson(channelFields(rows)).line(),
+              StartsWith(R"([{"channel":0,"state":"plugged","slot":"3-1.2",)"
                          R"("device":"Cam\u001b","video_node":0,"profile":null,"profile_name":"Door",)"
                          R"("slot_switch":false,"parked_behind":0,"supported":true,"created":""},{"channel":1,)"));
 }
 
 TEST(TheChannelsJson, SaysNullForWhatAFreeChannelLacks) {
-  EXPECT_THAT(channelJson(ChannelRows()).line(),
+  EXPECT_THAT(listJson(channelFields(ChannelRows())).line(),
               EndsWith(R"({"channel":9,"state":"free","slot":"","device":"","video_node":null,"profile":null,)"
-                       R"("profile_name":"","slot_switch":null,"parked_behind":null,"supported":true,"created":""}]})"
+                       R"("profile_name":"","slot_switch":null,"parked_behind":null,"supported":true,"created":""}])"
                        "\n"));
 }
 

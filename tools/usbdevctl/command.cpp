@@ -3,9 +3,7 @@
 namespace usbdevctl {
 
 Argument::Argument(std::string named, Target goes_to, std::string helped)
-    : name(std::move(named)), target(goes_to), help(std::move(helped)), required(!isOption()) {
-  if (std::holds_alternative<std::optional<bool> *>(target)) words = {"on", "off"};
-}
+    : name(std::move(named)), target(goes_to), help(std::move(helped)), required(!isOption()) {}
 
 Argument &Argument::require(bool is_required) {
   required = is_required;

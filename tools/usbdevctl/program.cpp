@@ -20,11 +20,6 @@ struct AddTo {
 
   CLI::Option *operator()(bool *target) const { return command.add_flag(argument.name, *target, argument.help); }
 
-  CLI::Option *operator()(std::optional<bool> *target) const {
-    const auto store = [target](const std::string &word) { *target = word == "on"; };
-    return command.add_option_function<std::string>(argument.name, store, argument.help);
-  }
-
   template <typename Value>
   CLI::Option *operator()(Value *target) const {
     return command.add_option(argument.name, *target, argument.help);

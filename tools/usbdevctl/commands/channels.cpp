@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "commands/commands.h"
+#include "commands/configuration.h"
 #include "commands/shared_arguments.h"
 #include "output/output.h"
 
@@ -39,12 +40,8 @@ bool readListings(ChannelListings &listings) {
 
 ExitStatus channels(const Options &options) {
   ChannelListings listings;
-  if (!readListings(listings)) {
-    complain("the channel configuration cannot be read");
-    return ExitStatus::failure;
-  }
-  const ChannelRows rows = describeChannels(listings);
-  print(options.json ? channelJson(rows).text() : channelTable(rows).text(outputTakesColour()));
+  if (!readListings(listings)) return configurationUnreadable();
+  print(listOutput("channels", channelFields(describeChannels(listings)), options.json));
   return ExitStatus::ok;
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 ExitStatus plug(const DeviceOptions &device) {
   const HotplugOutcome outcome = runHotplug(device, true);
-  print(device.json ? plugJson(outcome).text() : plugText(outcome));
+  print(recordOutput(plugReport(outcome), device.json));
   return judgeHotplug(outcome, "no channel takes this device");
 }
 

@@ -1,7 +1,7 @@
 #include <usbdev/hotplug.h>
 
 #include "commands/commands.h"
-#include "output/output.h"
+#include "commands/configuration.h"
 
 namespace usbdevctl {
 
@@ -10,9 +10,7 @@ namespace {
 ExitStatus sync() {
   // The application's start-up sequence: the codec check, then the synchronisation, whose result tells.
   check_halvane();
-  if (mn_sync_usbdev_conf() == 1) return ExitStatus::ok;
-  complain("the channel configuration cannot be read");
-  return ExitStatus::failure;
+  return mn_sync_usbdev_conf() == 1 ? ExitStatus::ok : configurationUnreadable();
 }
 
 }  // namespace

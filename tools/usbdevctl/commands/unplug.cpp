@@ -10,7 +10,7 @@ namespace {
 
 ExitStatus unplug(const DeviceOptions &device) {
   const HotplugOutcome outcome = runHotplug(device, false);
-  print(device.json ? unplugJson(outcome).text() : unplugText(outcome));
+  print(recordOutput(unplugReport(outcome), device.json));
   return judgeHotplug(outcome, "no channel has a device at this port");
 }
 

@@ -38,6 +38,13 @@ Json::Json(const std::string &value) : Json(make(value)) {}
 
 Json::~Json() = default;
 
+Json::Json(const Json &other) : Json(make(*other.value_)) {}
+
+Json &Json::operator=(const Json &other) {
+  *value_ = *other.value_;
+  return *this;
+}
+
 Json::Json(Json &&other) noexcept = default;
 
 Json &Json::operator=(Json &&other) noexcept = default;

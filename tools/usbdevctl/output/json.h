@@ -37,8 +37,8 @@ class Json {
   ~Json();
   Json(Json &&other) noexcept;
   Json &operator=(Json &&other) noexcept;
-  Json(const Json &) = delete;
-  Json &operator=(const Json &) = delete;
+  Json(const Json &other);
+  Json &operator=(const Json &other);
 
   /// Gives an object its next member.
   Json &&set(const std::string &name, Json value) &&;

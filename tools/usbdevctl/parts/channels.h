@@ -9,8 +9,7 @@
 #include <optional>
 #include <string>
 
-#include "output/json.h"
-#include "output/table.h"
+#include "output/fields.h"
 
 namespace usbdevctl {
 
@@ -48,7 +47,15 @@ using ChannelRows = std::array<ChannelRow, USBDEV_CHANNELS>;
 
 ChannelRows describeChannels(const ChannelListings &listings);
 
-Table channelTable(const ChannelRows &rows);
-Json channelJson(const ChannelRows &rows);
+/// A row of the device table or of the profile table whose device is known.
+ChannelRow channelRow(const _usbdev_entry &entry);
+
+const char *stateName(ChannelState state);
+
+FieldRows channelFields(const ChannelRows &rows);
+
+/// The fields that begin and end a channel's description wherever it is listed.
+void addIdentity(Fields &fields, std::size_t channel, const ChannelRow &row);
+void addStanding(Fields &fields, const ChannelRow &row);
 
 }  // namespace usbdevctl

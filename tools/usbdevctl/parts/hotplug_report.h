@@ -3,9 +3,7 @@
 
 #include <usbdev/records.h>
 
-#include <string>
-
-#include "output/json.h"
+#include "output/fields.h"
 
 namespace usbdevctl {
 
@@ -20,9 +18,7 @@ struct HotplugOutcome {
   HotplugOutcome() { conflict.channel = conflict.profile = -1; }
 };
 
-std::string plugText(const HotplugOutcome &outcome);
-Json plugJson(const HotplugOutcome &outcome);
-std::string unplugText(const HotplugOutcome &outcome);
-Json unplugJson(const HotplugOutcome &outcome);
+Fields plugReport(const HotplugOutcome &outcome);
+Fields unplugReport(const HotplugOutcome &outcome);
 
 }  // namespace usbdevctl
