@@ -5,23 +5,28 @@
 #include "core/config.h"
 #include "core/text.h"
 
-int trsProfiletoPlugCh(int profile, int *channel) {
-  if (!usbdev::isProfile(profile) || channel == nullptr) return -1;
-  const usbdev::ConfigReader config;
-  if (!config) return -1;
-  for (int i = 0; i < usbdev::kChannels; ++i) {
-    if (config.channel(i).get(usbdev::keys::profile) == profile) {
-      *channel = i;
-      return 0;
-    }
+int usbdev::channelOfProfile(int profile) {
+  if (!isProfile(profile)) return kNone;
+  const ConfigReader config;
+  if (!config) return kNone;
+  for (int i = 0; i < kChannels; ++i) {
+    if (config.channel(i).get(keys::profile) == profile) return i;
   }
-  return -1;
+  return kNone;
+}
+
+int trsProfiletoPlugCh(int profile, int *channel) {
+  if (channel == nullptr) return -1;
+  const int found = usbdev::channelOfProfile(profile);
+  if (found == usbdev::kNone) return -1;
+  *channel = found;
+  return 0;
 }
 
 int vl_getDevName(int profile, char *name) {
   if (name == nullptr) return -1;
-  int channel = usbdev::kNone;
-  if (trsProfiletoPlugCh(profile, &channel) != 0) return -1;
+  const int channel = usbdev::channelOfProfile(profile);
+  if (channel == usbdev::kNone) return -1;
   char devname[256];
   {
     // Silent, unlike every other reader.

@@ -3,12 +3,13 @@
 #include <usbdev/hotplug.h>
 
 #include "core/config.h"
+#include "core/profile_mapping.h"
 
 using namespace usbdev;
 
 int mn_set_usbchn_sps(int profile, int value) {
-  int channel = kNone;
-  if (trsProfiletoPlugCh(profile, &channel) != 0) return -1;
+  const int channel = channelOfProfile(profile);
+  if (channel == kNone) return -1;
   const ConfigWriter config;
   if (!config) return -1;
   config.channel(channel).set(keys::spsstate, value);
@@ -16,8 +17,8 @@ int mn_set_usbchn_sps(int profile, int value) {
 }
 
 int mn_set_usbdev_volume(int profile) {
-  int number = kNone;
-  if (trsProfiletoPlugCh(profile, &number) != 0) return -1;
+  const int number = channelOfProfile(profile);
+  if (number == kNone) return -1;
   int card = kNone;
   int volume = 0;
   {

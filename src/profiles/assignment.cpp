@@ -146,8 +146,8 @@ int vl_set_usbchn_profile(char *usbslot, int profile) {
 }
 
 int vl_clear_usbchn_profile(int profile, const char *client_ip, int event_code) {
-  int channel_number = kNone;
-  if (trsProfiletoPlugCh(profile, &channel_number) != 0) return -1;
+  const int channel_number = channelOfProfile(profile);
+  if (channel_number == kNone) return -1;
   ChangeNotification notification(profile, event_code);
   if (client_ip != nullptr) {
     const in_addr_t address = inet_addr(client_ip);
@@ -175,8 +175,9 @@ int vl_clear_usbchn_profile(int profile, const char *client_ip, int event_code) 
 }
 
 int vl_set_profile_channelname(int profile, const char *name, int event_code) {
-  int channel_number = kNone;
-  if (name == nullptr || trsProfiletoPlugCh(profile, &channel_number) != 0) return -1;
+  if (name == nullptr) return -1;
+  const int channel_number = channelOfProfile(profile);
+  if (channel_number == kNone) return -1;
   char new_name[256];
   copyText(new_name, name);
   char old_name[256];

@@ -3,6 +3,7 @@
 #include <usbdev/profiles.h>
 
 #include "core/config.h"
+#include "core/profile_mapping.h"
 #include "core/text.h"
 
 namespace usbdev {
@@ -15,8 +16,8 @@ struct Capability {
 
 /// A profile's camera or sound card; false when it is not attached, switched off or has no node.
 bool readCapability(int profile, const IntKey &node, const TextKey<16> &text, Capability &out) {
-  int channel = kNone;
-  if (trsProfiletoPlugCh(profile, &channel) != 0) return false;
+  const int channel = channelOfProfile(profile);
+  if (channel == kNone) return false;
   const ConfigReader config;
   if (!config) return false;
   const Section &section = config.channel(channel);

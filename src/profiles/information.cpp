@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/channel_records.h"
 
@@ -12,8 +13,8 @@ int vl_get_profile_info(int profile, _profile_info *info) {
   std::memset(info, 0, sizeof *info);
   presetSettings(kProfileInfo, *info);
   info->exists = -1;
-  int channel = kNone;
-  if (trsProfiletoPlugCh(profile, &channel) != 0) return -1;
+  const int channel = channelOfProfile(profile);
+  if (channel == kNone) return -1;
   const ConfigReader config;
   if (!config) return -1;
   const Section &section = config.channel(channel);
@@ -35,8 +36,8 @@ int vl_get_stream_info(int profile, _streaminfo *info) {
   if (info == nullptr) return -1;
   info->stream_type = kNoStream;
   presetSettings(kStreamInfo, *info);
-  int channel = kNone;
-  if (trsProfiletoPlugCh(profile, &channel) != 0) return -1;
+  const int channel = channelOfProfile(profile);
+  if (channel == kNone) return -1;
   const ConfigReader config;
   if (!config) return -1;
   const Section &section = config.channel(channel);

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "core/change_notification.h"
+#include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/channel_records.h"
 
@@ -100,9 +101,9 @@ class ChangedSettings {
 int vl_set_usbchn_stream(int profile, _streaminfo *new_info, const _streaminfo *old_info, int event_code) {
   using namespace usbdev;
   if (new_info == nullptr || old_info == nullptr) return -1;
-  int channel = kNone;
+  const int channel = channelOfProfile(profile);
   Standing standing;
-  if (trsProfiletoPlugCh(profile, &channel) != 0 || !readStanding(channel, standing)) return -1;
+  if (channel == kNone || !readStanding(channel, standing)) return -1;
 
   float chosen_fps = standing.rate;
   if (findclosedFPS(profile, new_info, &chosen_fps) != 0) return -1;

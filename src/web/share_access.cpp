@@ -3,6 +3,7 @@
 #include <usbdev/web.h>
 
 #include "core/config.h"
+#include "core/profile_mapping.h"
 #include "core/text.h"
 
 namespace usbdev {
@@ -65,8 +66,9 @@ int vl_check_share_link_ssid(const char *ssid) {
 }
 
 int vl_validate_chliveview(int profile, int *code) {
-  int channel = usbdev::kNone;
-  if (code == nullptr || trsProfiletoPlugCh(profile, &channel) != 0) return -1;
+  if (code == nullptr) return -1;
+  const int channel = usbdev::channelOfProfile(profile);
+  if (channel == usbdev::kNone) return -1;
   const usbdev::ConfigReader config;
   *code = config ? usbdev::viewCode(config.channel(channel)) : usbdev::kNoVideo;
   return usbdev::outcome(*code);

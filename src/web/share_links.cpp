@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "core/config.h"
+#include "core/profile_mapping.h"
 #include "core/text.h"
 #include "web/links.h"
 
@@ -82,8 +83,9 @@ int channelNamed(const char *section) {
 }  // namespace usbdev
 
 int vl_set_share_link(ShareLinkInfo *info) {
-  int channel = usbdev::kNone;
-  if (info == nullptr || trsProfiletoPlugCh(info->profile, &channel) != 0) return -1;
+  if (info == nullptr) return -1;
+  const int channel = usbdev::channelOfProfile(info->profile);
+  if (channel == usbdev::kNone) return -1;
   usbdev::StoredLink stored;
   if (!usbdev::readStoredLink(channel, *info, stored)) return -1;
 
@@ -109,8 +111,9 @@ int vl_set_share_link(ShareLinkInfo *info) {
 }
 
 int vl_get_share_link(ShareLinkInfo *info) {
-  int channel = usbdev::kNone;
-  if (info == nullptr || trsProfiletoPlugCh(info->profile, &channel) != 0) return -1;
+  if (info == nullptr) return -1;
+  const int channel = usbdev::channelOfProfile(info->profile);
+  if (channel == usbdev::kNone) return -1;
   const usbdev::ConfigReader config;
   if (!config) return -1;
   const usbdev::Section &section = config.channel(channel);
@@ -125,8 +128,9 @@ int vl_get_share_link(ShareLinkInfo *info) {
 }
 
 int vl_renew_share_link(ShareLinkInfo *info) {
-  int channel = usbdev::kNone;
-  if (info == nullptr || trsProfiletoPlugCh(info->profile, &channel) != 0) return -1;
+  if (info == nullptr) return -1;
+  const int channel = usbdev::channelOfProfile(info->profile);
+  if (channel == usbdev::kNone) return -1;
   char name[8];
   usbdev::formatText(name, "ch%d", channel);
   remove_hash_link(name);  // the new link is made whether or not the old one went

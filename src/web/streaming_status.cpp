@@ -9,6 +9,7 @@
 #include "core/config.h"
 #include "core/host_queries.h"
 #include "core/lines.h"
+#include "core/profile_mapping.h"
 #include "core/text.h"
 #include "web/stream_socket.h"
 
@@ -74,8 +75,9 @@ int mn_update_pfstate(int profile, int value) {
 }
 
 int vl_get_pidvid(int profile, char *pidvid) {
-  int channel = usbdev::kNone;
-  if (pidvid == nullptr || trsProfiletoPlugCh(profile, &channel) != 0) return -1;
+  if (pidvid == nullptr) return -1;
+  const int channel = usbdev::channelOfProfile(profile);
+  if (channel == usbdev::kNone) return -1;
   _usbdev_des device;
   std::memset(&device, usbdev::kUnused, sizeof device);
   {
