@@ -44,7 +44,9 @@ ConfigSession::~ConfigSession() {
 
 ConfigReader::ConfigReader(OpenFailure failure) : ConfigSession(0, kChannelFile, failure) {}
 
-ConfigWriter::ConfigWriter(OpenFailure failure, const char *path) : ConfigSession(1, path, failure) {}
+ConfigWriter::ConfigWriter(OpenFailure failure) : ConfigSession(1, kChannelFile, failure) {}
+
+ProfileStateWriter::ProfileStateWriter() : ConfigSession(1, kProfileStateFile, OpenFailure::usual) {}
 
 Section channelSection(void *handle, int channel) {
   static constexpr char kNames[kChannels][4] = {"ch0", "ch1", "ch2", "ch3", "ch4", "ch5", "ch6", "ch7", "ch8", "ch9"};

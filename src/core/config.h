@@ -67,7 +67,13 @@ class ConfigReader : public ConfigSession {
 
 class ConfigWriter : public ConfigSession {
  public:
-  explicit ConfigWriter(OpenFailure failure = OpenFailure::usual, const char *path = kChannelFile);
+  explicit ConfigWriter(OpenFailure failure = OpenFailure::usual);
+};
+
+/// The file in which the stream manager tells which profiles it serves.
+class ProfileStateWriter : public ConfigSession {
+ public:
+  ProfileStateWriter();
 };
 
 }  // namespace usbdev

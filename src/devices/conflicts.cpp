@@ -8,6 +8,7 @@
 #include "core/config.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
+#include "devices/channel_state.h"
 
 namespace usbdev {
 namespace {
@@ -37,39 +38,20 @@ bool readMoment(const char *text, Moment &moment) {
   return true;
 }
 
-/// What the search for a conflicting channel needs of each.
-struct Candidate {
-  bool active;  // attached, bound to a profile, not parked, switched on
-  int vnode;
-  char usbslot[128];
-};
-
 /// The first active channel that conflicts with `channel`; -1 for none. False when the file cannot be opened.
 bool findConflict(HostAnswers &host, int channel, int *found) {
   *found = kNone;
-  Candidate channels[kChannels];
-  {
-    const ConfigReader config;
-    if (!config) return false;
-    for (int i = 0; i < kChannels; ++i) {
-      const Section &section = config.channel(i);
-      Candidate &candidate = channels[i];
-      candidate.vnode = section.get(keys::vnode);
-      section.get(keys::usbslot, candidate.usbslot);
-      // Unlike everywhere else, a slot whose switch was never stored counts as switched on here.
-      candidate.active = section.get(keys::exists) != 0 && section.get(keys::profile) != kNone &&
-                         candidate.vnode != kNone && section.get(keys::conflictch) == kNone &&
-                         section.get(keys::slot_switch, 1) == 1;
-    }
-  }
+  ChannelStates channels;
+  if (!readChannels(channels)) return false;
   ConflictTest test(host, channels[channel].usbslot);
   test.addNode(channels[channel].vnode);
   for (int i = 0; i < kChannels; ++i) {
-    if (i == channel || !channels[i].active) continue;
-    if (test.conflictsWith(channels[i].usbslot, channels[i].vnode)) {
-      *found = i;
-      break;
-    }
+    const ChannelState &other = channels[i];
+    // Unlike everywhere else, a slot whose switch was never stored counts as switched on here.
+    const bool active = other.hasUnparkedCamera() && other.profile != kNone && other.switched_on;
+    if (i == channel || !active || !test.conflictsWith(other.usbslot, other.vnode)) continue;
+    *found = i;
+    break;
   }
   return true;
 }

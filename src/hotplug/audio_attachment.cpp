@@ -3,6 +3,7 @@
 #include <platform/alsa_ctl.h>
 
 #include "core/text.h"
+#include "devices/channel_state.h"
 
 namespace usbdev {
 namespace {
@@ -34,10 +35,7 @@ AudioFindings probeAudioCard(int card) {
 void writeNewDevice(const Section &channel, const _usbdev_des &device) {
   channel.set(keys::usbslot, device.usbslot);
   if (device.devtype == 1 || device.devname[0] != '\0') channel.set(keys::devname, device.devname);
-  channel.set(keys::profile, kNone);
-  channel.set(keys::createtime, "");
-  channel.set(keys::profilename, "");
-  channel.set(keys::hlspath, "");
+  writeUnbound(channel);
 }
 
 void writeAudioCard(const Section &channel, const _usbdev_des &device, const AudioFindings &findings,

@@ -35,8 +35,8 @@ CameraFindings probeCamera(const _usbdev_des &device) {
   return findings;
 }
 
-ConflictFindings findConflicts(HostAnswers &host, const ChannelState (&channels)[kChannels], int chosen,
-                               const _usbdev_des &device, bool supported, _usbdev_conflict &out) {
+ConflictFindings findConflicts(HostAnswers &host, const ChannelStates &channels, int chosen, const _usbdev_des &device,
+                               bool supported, _usbdev_conflict &out) {
   ConflictFindings findings;
   ConflictTest test(host, device.usbslot);
   test.addNode(device.node);
@@ -44,8 +44,7 @@ ConflictFindings findConflicts(HostAnswers &host, const ChannelState (&channels)
     if (i == chosen) continue;
     const ChannelState &other = channels[i];
     copyText(out.devname, other.devname);
-    const bool active = other.exists != 0 && other.vnode != kNone && other.conflictch == kNone;
-    if (!active || !test.conflictsWith(other.usbslot, other.vnode)) continue;
+    if (!other.hasUnparkedCamera() || !test.conflictsWith(other.usbslot, other.vnode)) continue;
     if (other.profile != kNone) {
       findings.parked_behind = i;
       if (supported) report(out, i, other.profile, other.profilename);

@@ -24,7 +24,7 @@ struct ConflictFindings {
 };
 
 /// Looks for the first attached camera that the new one collides with; fills the report as the caller expects it.
-ConflictFindings findConflicts(HostAnswers &host, const ChannelState (&channels)[kChannels], int chosen,
-                               const _usbdev_des &device, bool supported, _usbdev_conflict &report);
+ConflictFindings findConflicts(HostAnswers &host, const ChannelStates &channels, int chosen, const _usbdev_des &device,
+                               bool supported, _usbdev_conflict &report);
 
 }  // namespace usbdev

@@ -42,7 +42,7 @@ bool considerSamePort(ChannelChoice &choice, int i, const ChannelState &channel,
 
 }  // namespace
 
-ChannelChoice chooseForPlugged(const ChannelState (&channels)[kChannels], const _usbdev_des &device) {
+ChannelChoice chooseForPlugged(const ChannelStates &channels, const _usbdev_des &device) {
   ChannelChoice choice;
   for (int i = 0; i < kChannels; ++i) {
     if (!isSame(channels[i].usbslot, device.usbslot)) {
@@ -54,7 +54,7 @@ ChannelChoice chooseForPlugged(const ChannelState (&channels)[kChannels], const 
   return choice;
 }
 
-ChannelChoice chooseForRemoved(const ChannelState (&channels)[kChannels], const _usbdev_des &device) {
+ChannelChoice chooseForRemoved(const ChannelStates &channels, const _usbdev_des &device) {
   ChannelChoice choice;
   for (int i = 0; i < kChannels; ++i) {
     if (channels[i].exists != 1 || !isSame(channels[i].usbslot, device.usbslot)) continue;

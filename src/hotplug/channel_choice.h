@@ -3,23 +3,9 @@
 
 #include <usbdev/records.h>
 
-#include "core/channel_keys.h"
+#include "devices/channel_state.h"
 
 namespace usbdev {
-
-/// A channel as the configuration file has it before the event.
-struct ChannelState {
-  int exists;
-  int profile;
-  char usbslot[128];
-  char devname[256];
-  char profilename[256];
-  int vcodec;
-  int vnode;
-  int conflictch;
-  int anode;
-  char acap[16];
-};
 
 struct ChannelChoice {
   int channel = kNone;
@@ -30,10 +16,10 @@ struct ChannelChoice {
 };
 
 /// Plug-in: the channel that knows the port, else the first free one.
-ChannelChoice chooseForPlugged(const ChannelState (&channels)[kChannels], const _usbdev_des &device);
+ChannelChoice chooseForPlugged(const ChannelStates &channels, const _usbdev_des &device);
 
 /// Removal: the attached channel in the port.
-ChannelChoice chooseForRemoved(const ChannelState (&channels)[kChannels], const _usbdev_des &device);
+ChannelChoice chooseForRemoved(const ChannelStates &channels, const _usbdev_des &device);
 
 inline bool isCamera(const _usbdev_des &device) { return device.devtype == 1; }
 

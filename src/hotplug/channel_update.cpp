@@ -4,6 +4,7 @@
 
 #include "core/config.h"
 #include "core/text.h"
+#include "devices/channel_state.h"
 #include "web/links.h"
 
 namespace usbdev {
@@ -18,11 +19,7 @@ void writePresence(const Section &channel, const _usbdev_update &record) {
   }
   channel.set(keys::exists, 0);
   channel.set(keys::conflictch, kNone);
-  if (record.profile != kNone) return;
-  channel.set(keys::profile, kNone);
-  channel.set(keys::createtime, "");
-  channel.set(keys::profilename, "");
-  channel.set(keys::hlspath, "");
+  if (record.profile == kNone) writeUnbound(channel);
 }
 
 void writeCameraType(const Section &channel, const _usbdev_update &record) {

@@ -20,7 +20,7 @@ struct HotplugEvent {
   explicit HotplugEvent(_usbdev_des &event_device) : device(event_device) {}
 
   _usbdev_des &device;
-  ChannelState channels[kChannels];
+  ChannelStates channels;
   int slot_switch = 1;
   ChannelChoice choice;
   bool supported = true;
@@ -31,23 +31,10 @@ struct HotplugEvent {
   const ChannelState &chosen() const { return channels[choice.channel]; }
 };
 
-bool readChannels(HotplugEvent &event) {
+bool readBefore(HotplugEvent &event) {
   const ConfigReader config;
   if (!config) return false;
-  for (int i = 0; i < kChannels; ++i) {
-    const Section &section = config.channel(i);
-    ChannelState &channel = event.channels[i];
-    channel.exists = section.get(keys::exists);
-    channel.profile = section.get(keys::profile);
-    section.get(keys::usbslot, channel.usbslot);
-    section.get(keys::devname, channel.devname);
-    section.get(keys::profilename, channel.profilename);
-    channel.vcodec = section.get(keys::vcodec);
-    channel.vnode = section.get(keys::vnode);
-    channel.conflictch = section.get(keys::conflictch);
-    channel.anode = section.get(keys::anode, 0);  // read for a replaced channel only, with a default of its own
-    section.get(keys::acap, channel.acap);
-  }
+  readChannels(config, event.channels);
   if (event.device.plugged != 0) event.slot_switch = get_switch_state(config.handle(), event.device.usbslot);
   return true;
 }
@@ -151,7 +138,7 @@ int handleHotplug(HostAnswers &host, const HotplugArguments &caller) {
   device.devname[sizeof device.devname - 1] = '\0';
   *caller.profile = kNone;
   HotplugEvent event(device);
-  if (!readChannels(event)) return -1;
+  if (!readBefore(event)) return -1;
 
   const bool plugged = device.plugged != 0;
   event.choice = plugged ? chooseForPlugged(event.channels, device) : chooseForRemoved(event.channels, device);

@@ -5,64 +5,37 @@
 #include <usbdev/web.h>
 
 #include "core/change_notification.h"
-#include "core/config.h"
 #include "core/event_log.h"
 #include "core/local_time.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
-#include "devices/conflicts.h"
+#include "devices/channel_state.h"
 #include "web/links.h"
 
 namespace usbdev {
 namespace {
 
-struct Holder {
-  bool exists;
-  int profile;
-  int vnode;
-  char usbslot[128];
-  char devname[256];
-};
-
-bool readHolders(Holder (&holders)[kChannels]) {
-  const ConfigReader config;
-  if (!config) return false;
-  for (int i = 0; i < kChannels; ++i) {
-    const Section &section = config.channel(i);
-    holders[i].exists = section.get(keys::exists) != 0;
-    holders[i].profile = section.get(keys::profile);
-    holders[i].vnode = section.get(keys::vnode);
-    section.get(keys::usbslot, holders[i].usbslot);
-    section.get(keys::devname, holders[i].devname);
-  }
-  return true;
-}
-
 /// The attached channel that holds a profile; a channel whose device is gone is not asked.
-int findProfile(const Holder (&holders)[kChannels], int profile) {
+int findProfile(const ChannelStates &channels, int profile) {
   for (int i = 0; i < kChannels; ++i) {
-    if (holders[i].exists && holders[i].profile == profile) return i;
+    if (channels[i].exists != 0 && channels[i].profile == profile) return i;
   }
   return kNone;
 }
 
 /// The attached channel whose device sits in a port.
-int findSlot(const Holder (&holders)[kChannels], const char *usbslot) {
+int findSlot(const ChannelStates &channels, const char *usbslot) {
   for (int i = 0; i < kChannels; ++i) {
-    if (holders[i].exists && isSame(holders[i].usbslot, usbslot)) return i;
+    if (channels[i].exists != 0 && isSame(channels[i].usbslot, usbslot)) return i;
   }
   return kNone;
 }
 
-void findConflicts(const Holder (&holders)[kChannels], int target, bool (&conflicting)[kChannels]) {
+void findConflicts(const ChannelStates &channels, int target, ChannelMarks &conflicting) {
   HostAnswers host;
-  ConflictTest test(host, holders[target].usbslot);
-  test.addNode(holders[target].vnode);
-  for (int i = 0; i < kChannels; ++i) {
-    const Holder &other = holders[i];
-    conflicting[i] =
-        i != target && other.exists && other.vnode != kNone && test.conflictsWith(other.usbslot, other.vnode);
-  }
+  ConflictTest test(host, channels[target].usbslot);
+  test.addNode(channels[target].vnode);
+  markConflicts(test, channels, target, conflicting);
 }
 
 /// The identifiers that a profile gets with its camera.
@@ -71,7 +44,7 @@ struct NewLink {
   char hash[kLinkNameSize] = "";
 };
 
-bool writeAssignment(int target, int profile, const NewLink &link, const bool (&conflicting)[kChannels]) {
+bool writeAssignment(int target, int profile, const NewLink &link, const ChannelMarks &conflicting) {
   const ConfigWriter config;
   if (!config) return false;
   char now[kTimeTextSize];
@@ -82,9 +55,7 @@ bool writeAssignment(int target, int profile, const NewLink &link, const bool (&
   channel.set(keys::vtag, link.tag);
   channel.set(keys::hlspath, link.hash);
   makeStreamLink(profile, link.hash);
-  for (int i = 0; i < kChannels; ++i) {
-    if (conflicting[i]) config.channel(i).set(keys::conflictch, target);
-  }
+  writeParked(config, conflicting, target);
   return true;
 }
 
@@ -92,18 +63,13 @@ bool writeCleared(int channel_number) {
   const ConfigWriter config;
   if (!config) return false;
   const Section &channel = config.channel(channel_number);
-  channel.set(keys::profile, kNone);
-  channel.set(keys::createtime, "");
-  channel.set(keys::profilename, "");
-  channel.set(keys::hlspath, "");
+  writeUnbound(channel);
   channel.set(keys::vtag, "");
   channel.set(keys::spsstate, 0);
   channel.set(keys::shrenable, 0);
   channel.set(keys::pwdenable, 0);
   channel.set(keys::shrpwd, "");
-  channel.set(keys::ssid, "");
-  channel.set(keys::token, "");
-  channel.set(keys::hash_string, "");
+  withdrawShareLink(channel);
   return true;
 }
 
@@ -114,34 +80,34 @@ using namespace usbdev;
 
 int vl_chk_usbdev_profile(const char *usbslot, int profile, int *unassigned) {
   if (usbslot == nullptr || unassigned == nullptr || !isProfile(profile)) return -1;
-  Holder holders[kChannels];
-  if (!readHolders(holders)) return -1;
-  const int channel = findSlot(holders, usbslot);
+  ChannelStates channels;
+  if (!readChannels(channels)) return -1;
+  const int channel = findSlot(channels, usbslot);
   if (channel == kNone) return 0;
-  if (holders[channel].profile == kNone) {
+  if (channels[channel].profile == kNone) {
     *unassigned = 1;
     return 0;
   }
-  return holders[channel].profile == profile ? 0 : -1;
+  return channels[channel].profile == profile ? 0 : -1;
 }
 
 int vl_set_usbchn_profile(char *usbslot, int profile) {
   if (usbslot == nullptr || !isProfile(profile)) return -1;
-  Holder holders[kChannels];
-  if (!readHolders(holders)) return -1;
-  const int holder = findProfile(holders, profile);
-  if (holder != kNone) return isSame(holders[holder].usbslot, usbslot) ? 0 : -1;
-  const int target = findSlot(holders, usbslot);
-  if (target == kNone || holders[target].profile != kNone) return -1;
+  ChannelStates channels;
+  if (!readChannels(channels)) return -1;
+  const int holder = findProfile(channels, profile);
+  if (holder != kNone) return isSame(channels[holder].usbslot, usbslot) ? 0 : -1;
+  const int target = findSlot(channels, usbslot);
+  if (target == kNone || channels[target].profile != kNone) return -1;
 
-  bool conflicting[kChannels];
-  findConflicts(holders, target, conflicting);
+  ChannelMarks conflicting;
+  findConflicts(channels, target, conflicting);
   NewLink link;
   generate_ssid(link.tag);
   generate_hash(link.hash);
   if (!writeAssignment(target, profile, link, conflicting)) return -1;
   logEvent(EventLevel::information, "Modified Channel %d USB device name: %s (%s)", profile + 1,
-           holders[target].devname, usbslot);
+           channels[target].devname, usbslot);
   return 0;
 }
 

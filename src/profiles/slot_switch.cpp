@@ -6,18 +6,10 @@
 #include "core/event_log.h"
 #include "core/text.h"
 #include "devices/channel_records.h"
-#include "devices/conflicts.h"
+#include "devices/channel_state.h"
 
 namespace usbdev {
 namespace {
-
-struct OtherChannel {
-  bool active;      // has a camera that is not parked
-  bool may_stream;  // bound to a profile and switched on
-  int vcodec;
-  int vnode;
-  char usbslot[128];
-};
 
 /// One switch, from what was read to what is written.
 struct SlotSwitch {
@@ -26,38 +18,21 @@ struct SlotSwitch {
   bool on;
   const _streaminfo &slot;
   int own;
-  int own_conflict = kNone;
-  OtherChannel others[kChannels];
-  int parked_behind = kNone;   // the channel that has the bus already
-  bool parks[kChannels] = {};  // the channels that yield to this one
+  ChannelStates channels;
+  int parked_behind = kNone;  // the channel that has the bus already
+  ChannelMarks parks = {};    // the channels that yield to this one
 };
-
-bool readOthers(SlotSwitch &change) {
-  const ConfigReader config(OpenFailure::read);
-  if (!config) return false;
-  change.own_conflict = config.channel(change.own).get(keys::conflictch);
-  for (int i = 0; i < kChannels; ++i) {
-    const Section &section = config.channel(i);
-    OtherChannel &other = change.others[i];
-    other.vcodec = section.get(keys::vcodec);
-    other.vnode = section.get(keys::vnode);
-    other.active = i != change.own && section.get(keys::exists) != 0 && other.vnode != kNone &&
-                   section.get(keys::conflictch) == kNone;
-    other.may_stream = section.get(keys::profile) != kNone && section.get(keys::slot_switch, 1) == 1;
-    section.get(keys::usbslot, other.usbslot);
-  }
-  return true;
-}
 
 void findConflicts(HostAnswers &host, const char *usbslot, SlotSwitch &change) {
   ConflictTest test(host, usbslot);
   test.addNode(change.slot.vnode);
   const bool may_park = change.on && change.slot.vprofile != kNone;
   for (int i = 0; i < kChannels; ++i) {
-    const OtherChannel &other = change.others[i];
-    if (!other.active || !(other.may_stream || may_park)) continue;
+    const ChannelState &other = change.channels[i];
+    const bool may_stream = other.profile != kNone && other.switched_on;
+    if (i == change.own || !other.hasUnparkedCamera() || !(may_stream || may_park)) continue;
     if (!test.conflictsWith(other.usbslot, other.vnode)) continue;
-    if (other.may_stream) {
+    if (may_stream) {
       change.parked_behind = i;
       return;  // the channels parked up to here stay so
     }
@@ -80,7 +55,7 @@ bool writeSwitch(const SlotSwitch &change) {
 /// slot's.
 bool startsStreaming(const SlotSwitch &change) {
   const int last = change.own == kChannels - 1 ? kChannels - 2 : kChannels - 1;
-  return change.parked_behind == kNone && change.others[last].vcodec == kMjpeg;
+  return change.parked_behind == kNone && change.channels[last].vcodec == kMjpeg;
 }
 
 void notify(const SlotSwitch &change, int successor) {
@@ -104,12 +79,13 @@ int vl_set_usbslot_switch(const char *usbslot, const char *state, const char * /
   _streaminfo slot;
   if (vl_get_usbslot_info(usbslot, &slot) != 0 || slot.channel == kNone) return -1;
   SlotSwitch change(isSame(state, "enable"), slot);
-  if (!readOthers(change)) return -1;
+  if (!readChannels(change.channels, OpenFailure::read)) return -1;
 
   HostAnswers host;
   findConflicts(host, usbslot, change);
   if (!writeSwitch(change)) return -1;
-  const int successor = followUpConflict(host, change.own, change.on, change.own_conflict, change.parked_behind);
+  const int successor =
+      followUpConflict(host, change.own, change.on, change.channels[change.own].conflictch, change.parked_behind);
   logEvent(EventLevel::information, "USB slot [%s] has been %s.", usbslot, change.on ? "enabled" : "disabled");
   notify(change, successor);
   return 0;

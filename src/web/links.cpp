@@ -32,4 +32,10 @@ void removeStreamLink(const char *name) {
   if (lstat(path, &status) == 0) removePath(path);
 }
 
+void withdrawShareLink(const Section &channel) {
+  channel.set(keys::ssid, "");
+  channel.set(keys::token, "");
+  channel.set(keys::hash_string, "");
+}
+
 }  // namespace usbdev

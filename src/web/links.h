@@ -3,6 +3,8 @@
 
 #include <cstddef>
 
+#include "core/config.h"
+
 namespace usbdev {
 
 constexpr std::size_t kLinkNameSize = 64;
@@ -12,5 +14,8 @@ void makeStreamLink(int profile, const char *name);
 
 /// Removes the link of that name where there is one, also when it leads nowhere.
 void removeStreamLink(const char *name);
+
+/// Forgets what names a channel's share link and lets its viewers in.
+void withdrawShareLink(const Section &channel);
 
 }  // namespace usbdev

@@ -52,12 +52,6 @@ void publish(const Section &section, int profile, const LinkIdentifiers &link, b
   makeStreamLink(profile, link.hash_string);
 }
 
-void withdraw(const Section &section) {
-  section.set(keys::ssid, "");
-  section.set(keys::token, "");
-  section.set(keys::hash_string, "");
-}
-
 /// The whole fields, so that nothing of what stood there before is left behind the texts.
 void tell(ShareLinkInfo &info, const LinkIdentifiers &link) {
   static_assert(sizeof info.ssid == sizeof link.ssid && sizeof info.token == sizeof link.token &&
@@ -103,7 +97,7 @@ int vl_set_share_link(ShareLinkInfo *info) {
     const usbdev::Section &section = config.channel(channel);
     usbdev::setProtection(section, *info, password);
     if (!stays) usbdev::removeStreamLink(stored.hash_string);
-    if (!enabled) usbdev::withdraw(section);
+    if (!enabled) usbdev::withdrawShareLink(section);
     if (enabled && !stays) usbdev::publish(section, info->profile, link, !has_ssid);
   }
   if (enabled && !stays) usbdev::tell(*info, link);

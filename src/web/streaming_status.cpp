@@ -66,7 +66,7 @@ int vl_SourcerStreamingProcess(int number, int kind) {
 }
 
 int mn_update_pfstate(int profile, int value) {
-  const usbdev::ConfigWriter config(usbdev::OpenFailure::usual, usbdev::kProfileStateFile);
+  const usbdev::ProfileStateWriter config;
   if (!config) return -1;
   char name[16];
   usbdev::formatText(name, "pf%d", profile);
