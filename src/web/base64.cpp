@@ -1,5 +1,7 @@
+#include <netinet/in.h>
 #include <usbdev/web.h>
 
+#include <cstdint>
 #include <cstring>
 
 namespace usbdev {
@@ -8,7 +10,21 @@ namespace {
 constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/=";
 constexpr unsigned kPad = 64;
 constexpr unsigned char kOutside = 255;
-constexpr int kGroup = 4;
+constexpr std::size_t kGroup = 4;
+
+struct EncodingTable {
+  char pairs[4096][2];
+};
+
+/// Two characters for twelve bits: half the work of one for six.
+constexpr EncodingTable makeEncodingTable() {
+  EncodingTable table{};
+  for (unsigned bits = 0; bits < 4096; ++bits) {
+    table.pairs[bits][0] = kAlphabet[bits >> 6];
+    table.pairs[bits][1] = kAlphabet[bits & 63U];
+  }
+  return table;
+}
 
 struct DecodingTable {
   unsigned char values[256];
@@ -21,13 +37,12 @@ constexpr DecodingTable makeDecodingTable() {
   return table;
 }
 
+constexpr EncodingTable kEncoding = makeEncodingTable();
 constexpr DecodingTable kDecoding = makeDecodingTable();
 
 char *encodeGroup(unsigned bits, char *out) {
-  out[0] = kAlphabet[bits >> 18 & 63U];
-  out[1] = kAlphabet[bits >> 12 & 63U];
-  out[2] = kAlphabet[bits >> 6 & 63U];
-  out[3] = kAlphabet[bits & 63U];
+  std::memcpy(out, kEncoding.pairs[bits >> 12], 2);
+  std::memcpy(out + 2, kEncoding.pairs[bits & 4095U], 2);
   return out + kGroup;
 }
 
@@ -39,18 +54,27 @@ char *encodeRest(const unsigned char *in, int length, char *out) {
   return end;
 }
 
-bool isEnd(char c) { return c == '\0' || c == '='; }
-
-unsigned placed(char c, int position) {
-  return static_cast<unsigned>(kDecoding.values[static_cast<unsigned char>(c)]) << (18 - 6 * position);
+std::uint32_t placed(char c, int position) {
+  return static_cast<std::uint32_t>(kDecoding.values[static_cast<unsigned char>(c)]) << (18 - 6 * position);
 }
 
 /// Characters outside the alphabet are not looked for: each spoils its group.
-unsigned char *decodeGroup(const char *in, int held, unsigned char *out) {
-  unsigned bits = 0;
-  for (int i = 0; i < held; ++i) bits |= placed(in[i], i);
-  for (int i = 0; i < held - 1; ++i) *out++ = static_cast<unsigned char>(bits >> (16 - 8 * i));
-  return out;
+inline unsigned char *decodeGroup(const char *in, unsigned char *out) {
+  const std::uint32_t bits = placed(in[0], 0) | placed(in[1], 1) | placed(in[2], 2) | placed(in[3], 3);
+  const std::uint32_t bytes = htonl(bits << 8);
+  std::memcpy(out, &bytes, kGroup);  // the fourth byte is zero and lies where the next one or the terminator goes
+  return out + kGroup - 1;
+}
+
+/// A last group gives one byte fewer than it has characters.
+unsigned char *decodeRest(const char *in, std::size_t held, unsigned char *out) {
+  if (held < 2) return out;
+  char group[kGroup] = {'A', 'A', 'A', 'A'};  // which stand for zero bits
+  std::memcpy(group, in, held);
+  unsigned char bytes[kGroup];
+  decodeGroup(group, bytes);
+  std::memcpy(out, bytes, held - 1);
+  return out + held - 1;
 }
 
 }  // namespace
@@ -76,12 +100,9 @@ char *Base64encs(const char *in, char *out) {
 int Base64dec(const char *in, unsigned char *out) {
   if (in == nullptr || out == nullptr) return 0;
   unsigned char *end = out;
-  int held = usbdev::kGroup;
-  for (; held == usbdev::kGroup; in += usbdev::kGroup) {
-    held = 0;
-    while (held < usbdev::kGroup && !usbdev::isEnd(in[held])) ++held;
-    end = usbdev::decodeGroup(in, held, end);
-  }
+  std::size_t left = std::strcspn(in, "=");
+  for (; left >= usbdev::kGroup; left -= usbdev::kGroup, in += usbdev::kGroup) end = usbdev::decodeGroup(in, end);
+  end = usbdev::decodeRest(in, left, end);
   *end = '\0';
   return static_cast<int>(end - out);
 }
