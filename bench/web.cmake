@@ -1,0 +1,10 @@
+# The web part: encodings and logins.
+find_package(OpenSSL REQUIRED)
+add_executable(base64_bench EXCLUDE_FROM_ALL base64_bench.cpp)
+add_executable(login_bench EXCLUDE_FROM_ALL login_bench.cpp)
+target_link_libraries(base64_bench PRIVATE OpenSSL::Crypto)
+foreach(program base64_bench login_bench)
+  target_compile_options(${program} PRIVATE -O2)
+  target_link_libraries(${program} PRIVATE usbdevlib benchmark::benchmark_main ${CMAKE_DL_LIBS})
+  add_dependencies(benchmarks ${program})
+endforeach()
