@@ -85,6 +85,17 @@ TEST_F(ACameraOnASharedPort, WithoutAConflictIsReportedWithTheLastNameRead) {
   EXPECT_TRUE(isReportUntouched());
 }
 
+TEST_F(ACameraOnASharedPort, IsComparedWithTheFirstAndTheLastChannelToo) {
+  for (const int first_or_last : {0, 9}) {
+    host.channel(6).exists(0);
+    known(3, 0, -1, "1-1.1");
+    other(first_or_last, "1-1.9", 3);
+    EXPECT_EQ(plug(), 3);
+    EXPECT_EQ(mark(3), std::to_string(first_or_last));
+    host.channel(first_or_last).exists(0);
+  }
+}
+
 TEST_F(ACameraOnASharedPort, PassesOverDetachedOnes) {
   host.channel(6).exists(0);
   plug();
