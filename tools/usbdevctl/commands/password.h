@@ -1,0 +1,13 @@
+// Passwords come from the terminal or from standard input: a command line is seen by everybody on the host.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace usbdevctl {
+
+/// Asks at the terminal, without showing what is typed, or reads the first line of a standard input that is none.
+/// Complains and gives nothing when there is no line, or one that the library could not take whole.
+std::optional<std::string> readPassword(std::size_t longest);
+
+}  // namespace usbdevctl

@@ -1,0 +1,115 @@
+#include <usbdev/web.h>
+
+#include <memory>
+
+#include "commands/absent.h"
+#include "commands/commands.h"
+#include "commands/configuration.h"
+#include "commands/password.h"
+#include "commands/share_check.h"
+#include "commands/shared_arguments.h"
+#include "output/fields.h"
+#include "output/output.h"
+#include "output/printable.h"
+
+namespace usbdevctl {
+
+namespace {
+
+constexpr std::size_t kLongestPassword = sizeof(ShareLinkInfo::shrpwd) - 1;
+
+struct Options {
+  int profile = 0;
+  bool password = false;
+  bool json = false;
+};
+
+ShareLinkInfo linkOf(const Options &options) {
+  ShareLinkInfo link = {};
+  link.profile = options.profile;
+  return link;
+}
+
+ExitStatus refusal(const Options &options) {
+  return refused("profile " + std::to_string(options.profile) +
+                 " is bound to no camera, or the configuration cannot be written");
+}
+
+/// Where the host's web pages show the stream; nowhere without a link.
+std::string pageOf(const ShareLinkInfo &link) {
+  if (link.ssid[0] == '\0') return "";
+  return "/share?ssid=" + fieldText(link.ssid) + "&token=" + fieldText(link.token);
+}
+
+Fields describe(const ShareLinkInfo &link) {
+  Fields fields;
+  fields.add(numberField("profile", link.profile));
+  fields.add(textField("profile_name", fieldText(link.profilename)));
+  fields.add(switchField("sharing", link.shrenable != 0));
+  fields.add(switchField("password", link.pwdenable != 0));
+  fields.add(absentIfEmpty(headed("share id", textField("ssid", fieldText(link.ssid)))));
+  fields.add(absentIfEmpty(textField("token", fieldText(link.token))));
+  fields.add(absentIfEmpty(headed("public link", textField("hash", fieldText(link.hash_string)))));
+  fields.add(absentIfEmpty(textField("page", pageOf(link))));
+  return fields;
+}
+
+ExitStatus show(const Options &options) {
+  ShareLinkInfo link = linkOf(options);
+  if (vl_get_share_link(&link) != 0) return refusal(options);
+  print(recordOutput(describe(link), options.json));
+  return ExitStatus::ok;
+}
+
+bool readPasswordInto(ShareLinkInfo &link) {
+  const std::optional<std::string> password = readPassword(kLongestPassword);
+  if (!password) return false;
+  link.pwdenable = 1;
+  link.shrpwd[password->copy(link.shrpwd, kLongestPassword)] = '\0';
+  return true;
+}
+
+ExitStatus on(const Options &options) {
+  ShareLinkInfo link = linkOf(options);
+  if (vl_get_share_link(&link) != 0) return refusal(options);
+  if (options.password && !readPasswordInto(link)) return ExitStatus::usage;
+  link.shrenable = 1;
+  return vl_set_share_link(&link) == 0 ? show(options) : refusal(options);
+}
+
+// The password goes with the link, so that whoever shares the profile again chooses anew.
+ExitStatus off(const Options &options) {
+  ShareLinkInfo link = linkOf(options);
+  return vl_set_share_link(&link) == 0 ? ExitStatus::ok : refusal(options);
+}
+
+ExitStatus renew(const Options &options) {
+  ShareLinkInfo link = linkOf(options);
+  return vl_renew_share_link(&link) == 0 ? show(options) : refusal(options);
+}
+
+using Operation = ExitStatus (*)(const Options &);
+
+void addOperation(Command &share, const char *name, const char *description, Operation operation) {
+  auto options = std::make_shared<Options>();
+  Command &command = share.addCommand(name, description, [options, operation] { return operation(*options); });
+  addProfile(command, options->profile);
+  if (operation == on) {
+    command.add("--password-stdin", &options->password,
+                "Protect the link by a password, asked for at a terminal or else read from standard input");
+  }
+  if (operation != off) addJsonFlag(command, options->json);
+}
+
+}  // namespace
+
+void addShare(Command &program) {
+  Command &share = program.addCommand("share", "The links by which live streams are shared");
+  addOperation(share, "show", "Show a profile's link", show);
+  addOperation(share, "on", "Share a profile; a link and a password that it has are kept", on);
+  addOperation(share, "off", "Take a profile's link and its password away", off);
+  addOperation(share, "renew", "Give a profile a new link, so that the old one leads nowhere", renew);
+  addShareCheck(share);
+}
+
+}  // namespace usbdevctl

@@ -1,0 +1,113 @@
+#include <sys/shm.h>
+#include <usbdev/hostinfo.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+
+#include "commands/commands.h"
+#include "commands/shared_arguments.h"
+#include "output/fields.h"
+#include "output/output.h"
+
+namespace usbdevctl {
+
+namespace {
+
+constexpr char kAdd[] = "add";
+constexpr char kReset[] = "reset";
+
+using Counters = std::array<std::uint32_t, 4>;
+
+struct Options {
+  std::optional<std::string> change;
+  std::optional<int> counter;
+  bool json = false;
+};
+
+/// The counters that all processes share.
+class Segment {
+ public:
+  Segment() : address_(vl_attach_log_shm(vl_create_log_shm())) {}
+  ~Segment() {
+    if (address_ != nullptr) shmdt(address_);
+  }
+  Segment(const Segment &) = delete;
+  Segment &operator=(const Segment &) = delete;
+
+  explicit operator bool() const { return address_ != nullptr; }
+
+  void reset() const { vl_log_shm_init(address_); }
+
+  Counters read() const {
+    Counters counters;
+    std::memcpy(counters.data(), address_, sizeof counters);
+    return counters;
+  }
+
+ private:
+  void *address_;
+};
+
+FieldRows describe(const Counters &counters) {
+  FieldRows rows;
+  int profile = 0;
+  for (const std::uint32_t counter : counters) {
+    Fields row;
+    row.add(numberField("profile", profile++));
+    row.add({"timeouts", {std::to_string(counter)}, Align::right, "timeouts", static_cast<std::int64_t>(counter)});
+    rows.push_back(std::move(row));
+  }
+  return rows;
+}
+
+ExitStatus failed() {
+  complain("the shared time-out counters cannot be had");
+  return ExitStatus::failure;
+}
+
+ExitStatus misused(const std::string &reason) {
+  complain(reason);
+  return ExitStatus::usage;
+}
+
+ExitStatus add(int counter) { return vl_add_shm_timeout_log(counter) == 0 ? ExitStatus::ok : failed(); }
+
+ExitStatus reset() {
+  const Segment segment;
+  if (!segment) return failed();
+  segment.reset();
+  return ExitStatus::ok;
+}
+
+ExitStatus show(bool as_json) {
+  const Segment segment;
+  if (!segment) return failed();
+  print(listOutput("counters", describe(segment.read()), as_json));
+  return ExitStatus::ok;
+}
+
+ExitStatus timeouts(const Options &options) {
+  if ((options.change == kAdd) != options.counter.has_value()) {
+    return misused("a profile belongs behind 'add', and nowhere else");
+  }
+  if (options.change && options.json) return misused("--json is for showing the counters");
+  if (options.change == kAdd) return add(*options.counter);
+  return options.change == kReset ? reset() : show(options.json);
+}
+
+}  // namespace
+
+void addTimeouts(Command &program) {
+  auto options = std::make_shared<Options>();
+  Command &command = program.addCommand("timeouts", "Show the profiles' time-out counters; 'add N' or 'reset' them",
+                                        [options] { return timeouts(*options); });
+  command.add("change", &options->change, "'add' counts a time-out, 'reset' sets all counters to zero")
+      .allow({kAdd, kReset})
+      .require(false);
+  command.add("profile", &options->counter, "Profile whose time-out is added, 0 to 3").limit(0, 3).require(false);
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl
