@@ -57,6 +57,29 @@ TEST_F(TheHostsWebPort, ThatIsMissingSucceedsAndLeavesTheOutput) {
   EXPECT_EQ(port, -7);
 }
 
+TEST_F(TheHostsWebPort, InALineWithABracketIsSkipped) {
+  EXPECT_EQ(portIn("Web Access Port = [80]\nother = [1]\n"), 0);
+  EXPECT_EQ(port, -7);
+}
+
+TEST_F(TheHostsWebPort, BehindALineThatNamesTheNtpSectionAnywhereIsNotFound) {
+  allowLeftOpen(kHostFile);
+  EXPECT_EQ(portIn("Note = see [NTP] below\nWeb Access Port = 80\n"), -1);
+  EXPECT_EQ(port, -7);
+}
+
+// Lines are read in pieces of 255 characters, of which the second one here has no equals sign.
+TEST_F(TheHostsWebPort, BehindALongLineIsNotFound) {
+  allowLeftOpen(kHostFile);
+  EXPECT_EQ(portIn("a = " + std::string(252, 'b') + "\nWeb Access Port = 80\n"), -1);
+  EXPECT_EQ(port, -7);
+}
+
+TEST_F(TheHostsWebPort, BehindALineOf254CharactersIsFound) {
+  EXPECT_EQ(portIn("a = " + std::string(250, 'b') + "\nWeb Access Port = 80\n"), 0);
+  EXPECT_EQ(port, 80);
+}
+
 TEST_F(TheHostsWebPort, WithoutASettingsFileFails) {
   EXPECT_EQ(vl_get_nas_HTTPport(&port), -1);
   EXPECT_EQ(port, -7);

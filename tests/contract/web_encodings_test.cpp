@@ -111,6 +111,17 @@ TEST(ABase64Decoding, OfAForeignCharacterSpoilsItsGroupOnly) {
             std::string("\xfc\0\0", 3));
 }
 
+// The last of four characters sets the lowest bits of the last byte: six, or all eight when it is foreign.
+TEST(ABase64Decoding, KnowsTheAlphabetAndNothingElse) {
+  const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  for (int c = 1; c < 256; ++c) {
+    if (c == '=') continue;
+    const size_t place = alphabet.find(static_cast<char>(c));
+    const char last = place == std::string::npos ? '\xff' : static_cast<char>(place);
+    EXPECT_EQ(decoded(std::string("AAA") + static_cast<char>(c)), std::string(2, '\0') + last) << c;
+  }
+}
+
 std::string escaped(const std::string &path) {
   std::string out(3 * path.size() + 4, '#');
   EXPECT_EQ(url_encode(out.data(), path.data(), static_cast<int>(path.size())), 0);

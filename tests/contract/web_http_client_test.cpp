@@ -2,9 +2,11 @@
 #include <cerrno>
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "contract_test.h"
 #include "scripted_server.h"
+#include "web_hesitant_server.h"
 
 namespace contract {
 namespace {
@@ -126,6 +128,21 @@ INSTANTIATE_TEST_SUITE_P(OfAnySize, AReply,
                                          Size{9000, 10000, 4096, 9000, false},
                                          Size{9000, 10000, 0xFFFFFFFF, 9000, false}, Size{5, 0, 1, 0, true},
                                          Size{5, 64, 0, 0, false}));
+
+// A server that answers with one byte, to a client that reads in pieces of so many.
+class AChunk : public AHttpRequest, public testing::WithParamInterface<std::pair<unsigned, size_t>> {};
+
+TEST_P(AChunk, IsReadAtATime) {
+  HesitantServer hesitant({{"x"}});
+  host.network.serve(8080, hesitant.port());
+  char out[16];
+  EXPECT_EQ(connect_host(&server, out, sizeof out, GetParam().first, 0), 1);
+  EXPECT_THAT(hesitant.lengthsAskedFor(), ElementsAre(GetParam().second, GetParam().second));
+}
+
+INSTANTIATE_TEST_SUITE_P(OfAnySize, AChunk,
+                         testing::Values(std::pair(1U, 1), std::pair(7U, 7), std::pair(2048U, 2048),
+                                         std::pair(2049U, 2048), std::pair(0xFFFFFFFFU, 2048)));
 
 TEST_F(AHttpRequest, ToAnUnknownHostFails) {
   strcpy(server.host, "nowhere.example");

@@ -183,7 +183,7 @@ TEST_P(AConfiguredPort, IsConnectedTo) {
 
 INSTANTIATE_TEST_SUITE_P(OfEveryKind, AConfiguredPort,
                          testing::Values(Port{"8080", 8080}, Port{"8080\n9090\n", 8080}, Port{" 81x\n", 81},
-                                         Port{"", 58080}));
+                                         Port{"", 58080}, Port{std::string(126, ' ') + "8080\n", 8}));
 
 TEST_F(ALogin, GoesToTheUsualPortWhenTheHostCannotBeAsked) {
   host.commands.cannotStart(kPortCommand);
@@ -226,6 +226,13 @@ TEST_F(ASession, WithoutAServiceIsNotValid) { EXPECT_EQ(checkSession("s1d"), -1)
 TEST_F(ASession, OfNobodyIsAbsent) {
   EXPECT_EQ(vl_sid_auth(nullptr), -10);
   EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
+TEST_F(ASession, LeavesNothingOfAnEarlierPathBehindItsOwn) {
+  memset(NVR_CGI, 'x', sizeof NVR_CGI);
+  answered(passedReply("1"));
+  const std::string expected = "/cgi-bin/authLogin.cgi?sid=s1d";
+  EXPECT_EQ(std::string(NVR_CGI, sizeof NVR_CGI), expected + std::string(256 - expected.size(), '\0'));
 }
 
 // The path around a session id has 27 characters of its own.

@@ -178,6 +178,15 @@ TEST_F(AViewer, OfTheHostIsToldTooWhenTheFileCannotBeOpenedAfterTheMapping) {
   EXPECT_EQ(output.text(), openFailure(-3));
 }
 
+TEST_F(AViewer, OfTheHostGetsNoCodeWhenTheMappingCannotBeRead) {
+  host.config.failReadOpens(-3);
+  OutputCapture output;
+  int code = -77;
+  EXPECT_EQ(vl_validate_chliveview(2, &code), -1);
+  EXPECT_EQ(code, -77);
+  EXPECT_EQ(output.text(), openFailure(-3));
+}
+
 TEST_F(AViewer, OfAProfileWithoutAChannelGetsNoCode) {
   int code = -77;
   for (const int id : {0, -1, 4}) EXPECT_EQ(vl_validate_chliveview(id, &code), -1);

@@ -31,6 +31,12 @@ class AConnection : public ContractTest {
     close(ends[1]);
     ends[1] = -1;
   }
+  // What the peer has not read when it closes breaks a connection of this kind.
+  void breakBehind(const std::string &bytes) {
+    EXPECT_EQ(write("unread"), 6);
+    peerSends(bytes);
+    peerCloses();
+  }
   std::string peerReceives() {
     char bytes[8192];
     const ssize_t got = recv(ends[1], bytes, sizeof bytes, MSG_DONTWAIT);
@@ -103,6 +109,19 @@ TEST_F(AConnection, ThatIsNoneCannotBeRead) {
   EXPECT_EQ(socket_read(listener, byte, 1), -3);
   EXPECT_EQ(output.text(), "sock_read:error recv()ing reply\n");
   close(listener);
+}
+
+TEST_F(AConnection, ThatBreaksIsReadUpToTheBreak) {
+  breakBehind("abc");
+  EXPECT_EQ(read(8), 3);
+  EXPECT_EQ(read(8), -3);
+  EXPECT_EQ(said, "sock_read:error recv()ing reply\n");
+  EXPECT_EQ(received, std::string(16, '#'));
+}
+
+TEST_F(AConnection, ThatBreaksInALineGivesNone) {
+  breakBehind("abc");
+  EXPECT_EQ(readLine(8), -1);
 }
 
 struct Wait {
@@ -257,6 +276,17 @@ TEST_F(AReplysHeader, WithAStatusThatFillsItsBufferIsReportedCut) {
 TEST_F(AReplysHeader, ThatCannotBeReadFails) {
   host.network.answerSelect(0);
   EXPECT_EQ(skip(""), -1);
+}
+
+TEST_F(AReplysHeader, ThatBreaksOffFails) {
+  breakBehind("HTTP/1.0 200 OK\r\nA: b\r\n");
+  OutputCapture output;
+  EXPECT_EQ(http_skip_nvr_http_header(sock()), -1);
+}
+
+TEST_F(AReplysHeader, MayHaveAnyStatusLineThatSays200Ok) {
+  EXPECT_EQ(skip("ICY 200 OK, more or less\n\n\n\n"), 1);
+  EXPECT_EQ(skip("HTTP/1.0 200 ok\n"), -2);
 }
 
 class ARequest : public AConnection {
