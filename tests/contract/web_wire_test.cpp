@@ -1,0 +1,153 @@
+// The web part on real sockets with the real C library, in a network of its own.
+#include <arpa/inet.h>
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <net/if.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <usbdev/usbdev.h>
+
+#include <cstring>
+#include <future>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+
+std::vector<std::string> addresses;  // that were connected to, byte for byte
+int seconds_slept = 0;
+
+bool enterNetworkOfItsOwn() {
+  if (unshare(CLONE_NEWNET) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) return false;
+  const int control = socket(AF_INET, SOCK_DGRAM, 0);
+  ifreq loopback{};
+  memcpy(loopback.ifr_name, "lo", sizeof "lo");
+  loopback.ifr_flags = IFF_UP;
+  const bool up = ioctl(control, SIOCSIFFLAGS, &loopback) == 0;
+  close(control);
+  return up;
+}
+
+// Listens on the loopback address; answers each connection whose bytes ended as asked.
+class Service {
+ public:
+  explicit Service(int port) : listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<in_port_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(bind(listener_, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    const timeval patience{20, 0};
+    setsockopt(listener_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    listen(listener_, 8);
+  }
+  ~Service() { close(listener_); }
+  Service(const Service &) = delete;
+  Service &operator=(const Service &) = delete;
+
+  // What the next connection brings, up to its end or to an empty line, which is then answered.
+  std::string serve(const std::string &reply) const {
+    const int connection = accept(listener_, nullptr, nullptr);
+    std::string request;
+    char part[512];
+    ssize_t got = recv(connection, part, sizeof part, 0);
+    for (; got > 0; got = recv(connection, part, sizeof part, 0)) {
+      request.append(part, static_cast<size_t>(got));
+      if (request.find("\r\n\r\n") != std::string::npos) break;
+    }
+    if (!reply.empty()) send(connection, reply.data(), reply.size(), MSG_NOSIGNAL);
+    close(connection);
+    return request;
+  }
+
+ private:
+  int listener_;
+};
+
+class AHostOfItsOwn : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!enterNetworkOfItsOwn()) GTEST_SKIP() << "no network namespaces here";
+    addresses.clear();
+    seconds_slept = 0;
+  }
+};
+
+TEST_F(AHostOfItsOwn, IsSignalledByThirtyTwoBytes) {
+  const Service streaming(10170);
+  auto received = std::async(std::launch::async, [&] { return streaming.serve(""); });
+  const std::string message(40, '\x07');
+  EXPECT_EQ(vl_StreamNotify(message.data()), 0);
+  EXPECT_EQ(received.get(), message.substr(0, 32));
+}
+
+// Family, port 10170 and address 0.0.0.0, then what fills the rest.
+TEST_F(AHostOfItsOwn, IsSignalledAtAnAddressFilledUpWithZeroCharacters) {
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(vl_StreamNotify(std::string(32, 'm').data()), -1);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "StreamNotify -- Connect Failed.\n");
+  ASSERT_EQ(addresses.size(), 1U);
+  EXPECT_EQ(addresses[0].substr(2), std::string("\x27\xba\0\0\0\0", 6) + "00000000");
+}
+
+TEST_F(AHostOfItsOwn, WithoutATellerOfItsPortIsAskedAtTheUsualOne) {
+  const Service web(58080);
+  auto request = std::async(std::launch::async, [&] { return web.serve("<authPassed><![CDATA[1]]></authPassed>"); });
+  testing::internal::CaptureStderr();  // the shell's
+  EXPECT_EQ(vl_sid_auth("s1d"), 0);
+  testing::internal::GetCapturedStderr();
+  EXPECT_EQ(request.get(), "GET /cgi-bin/authLogin.cgi?sid=s1d HTTP/1.0\r\nHost: 127.0.0.1:58080\r\n\r\n");
+}
+
+TEST_F(AHostOfItsOwn, LogsAUserInAndOutAgain) {
+  const Service web(58080);
+  auto requests = std::async(std::launch::async, [&] {
+    const std::string login = web.serve("<authSid><![CDATA[s1d]]></authSid>");
+    return std::pair(login, web.serve("bye"));
+  });
+  testing::internal::CaptureStderr();
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(vl_auth("admin", "secret"), 0);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "[admin] authentication OK, get sid:[s1d]...\n");
+  testing::internal::GetCapturedStderr();
+  const std::string rest = " HTTP/1.0\r\nAuthorization: Basic YWRtaW46c2VjcmV0\r\nHost: 127.0.0.1:58080\r\n\r\n";
+  EXPECT_EQ(requests.get(), std::pair("GET /cgi-bin/authLogin.cgi?user=admin&pwd=c2VjcmV0" + rest,
+                                      "GET /cgi-bin/authLogout.cgi?logout=1&sid=s1d" + rest));
+  EXPECT_EQ(seconds_slept, 1);
+}
+
+TEST_F(AHostOfItsOwn, IsReachedByItsNumberAtPortEighty) {
+  const Service web(80);
+  auto request = std::async(std::launch::async, [&] { return web.serve("HTTP/1.0 200 OK\n\n\n\nbody"); });
+  int connection = -1;
+  ASSERT_EQ(http_open(&connection, "127.0.0.1"), 0);
+  EXPECT_EQ(http_send_cmd(connection, "camera", "/state", "u", "p"), 0);
+  EXPECT_EQ(http_skip_nvr_http_header(connection), 1);
+  char body[16];
+  EXPECT_EQ(socket_read(connection, body, 15), 4);
+  EXPECT_STREQ(body, "body");
+  EXPECT_EQ(http_close(connection), 0);
+  EXPECT_EQ(request.get(), "GET /state HTTP/1.0\r\nAuthorization: Basic dTpw\r\nHost: camera\r\n\r\n");
+}
+
+}  // namespace
+
+extern "C" {
+
+int connect(int descriptor, const sockaddr *address, socklen_t size) {
+  static auto *const real = reinterpret_cast<int (*)(int, const sockaddr *, socklen_t)>(dlsym(RTLD_NEXT, "connect"));
+  if (address->sa_family == AF_INET) addresses.emplace_back(reinterpret_cast<const char *>(address), size);
+  return real(descriptor, address, size);
+}
+
+unsigned sleep(unsigned seconds) {
+  seconds_slept += static_cast<int>(seconds);
+  return 0;
+}
+
+}  // extern "C"
