@@ -36,8 +36,9 @@ constexpr Field rate(int offset, int read_by, int preset_by) {
 }
 
 // Keys that the records read with another default.
-constexpr IntKey kSlotSwitchOn{"slot_switch", nullptr, 1};
-constexpr IntKey kAudioOff{"audio", "aenable", 0};
+constexpr IntKey orElse(const IntKey &key, int otherwise) { return {key.key, key.sub_key, otherwise}; }
+constexpr IntKey kSlotSwitchOn = orElse(keys::slot_switch, 1);
+constexpr IntKey kAudioOff = orElse(keys::aenable, 0);
 
 // _availinfo, _profile_info and, from the video node on, _streaminfo are laid out alike, so that one list serves all:
 // offsets count from the video node.
