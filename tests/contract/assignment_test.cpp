@@ -45,6 +45,23 @@ TEST_F(AProfile, IsLinkedToTheDirectoryOfItsNumberPlusOne) {
               ElementsAre("exec /bin/ln -sf " + kRoot + "hls/channel3 " + kRoot + std::string(kHash)));
 }
 
+TEST_F(AProfile, OfNumberZeroOnChannelZeroIsOneLikeAnyOther) {
+  host.commands.allowInsideCriticalSection();
+  camera(0, "1-1", 0);
+  EXPECT_EQ(assign("1-1", 0), 0);
+  EXPECT_EQ(host.channel(0).get("profile"), "0");
+  EXPECT_THAT(host.journal.only({"exec"}),
+              ElementsAre("exec /bin/ln -sf " + kRoot + "hls/channel1 " + kRoot + std::string(kHash)));
+}
+
+TEST_F(AProfile, IsMissingWhereMinusOneIsStoredAndNowhereElse) {
+  int unassigned = 7;
+  host.channel(3).profile(-2);
+  EXPECT_EQ(assign("3-1.2", 2), -1);
+  EXPECT_EQ(vl_chk_usbdev_profile("3-1.2", 2, &unassigned), -1);
+  EXPECT_EQ(unassigned, 7);
+}
+
 TEST_F(AProfile, IsLoggedAfterTheFileIsWrittenAndNotNotified) {
   host.commands.allowInsideCriticalSection();
   assign("3-1.2", 2);

@@ -103,6 +103,7 @@ TEST_F(AFrameRate, OfASizeThatIsNotListedForTheCodecFailsAtAnyRate) {
   EXPECT_EQ(choose(kH264, 1280, 720, 30), -1);
   EXPECT_EQ(choose(kMjpeg, 1280, 721, 30), -1);
   EXPECT_EQ(choose(kMjpeg, 640, 720, 0), -1);
+  EXPECT_EQ(choose(kMjpeg, 0, 0, 30), -1);
   EXPECT_EQ(chosen, kUntouched);
 }
 
