@@ -6,6 +6,25 @@
 #include <usbdev/core.h>
 
 #include <cstdio>
+#include <cstring>
+
+namespace usbdev {
+
+ChangeNotification::ChangeNotification(int profile_id, int event_code) : profile(profile_id), event(event_code) {
+  std::memcpy(magic, "ORDA_VLM2_CFCG_N", sizeof magic);
+}
+
+ChangeNotification ChangeNotification::ofCamera(int profile_id, bool starts) {
+  ChangeNotification notification(profile_id, starts ? kEventPlugged : kEventRemoved);
+  if (starts) {
+    notification.vnode = 0;  // nodes 0 and 1 are fixed marks of the event, not node numbers
+    notification.anode = 1;
+    notification.target = profile_id;
+  }
+  return notification;
+}
+
+}  // namespace usbdev
 
 int vl_settingNotify(const void *datagram) {
   if (datagram == nullptr) return -1;

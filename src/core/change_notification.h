@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 
 #include "core/channel_keys.h"
 
@@ -24,20 +23,10 @@ struct ChangeNotification {
   int event;
   int target = kNone;
 
-  ChangeNotification(int profile_id, int event_code) : profile(profile_id), event(event_code) {
-    std::memcpy(magic, "ORDA_VLM2_CFCG_N", sizeof magic);
-  }
+  ChangeNotification(int profile_id, int event_code);
 
-  /// A camera that starts to stream. Nodes 0 and 1 are fixed marks of the event, not node numbers.
-  static ChangeNotification plugged(int profile_id) {
-    ChangeNotification notification(profile_id, kEventPlugged);
-    notification.vnode = 0;
-    notification.anode = 1;
-    notification.target = profile_id;
-    return notification;
-  }
-
-  static ChangeNotification removed(int profile_id) { return {profile_id, kEventRemoved}; }
+  /// A camera that starts or ends to stream.
+  static ChangeNotification ofCamera(int profile_id, bool starts);
 };
 
 static_assert(sizeof(ChangeNotification) == 56);

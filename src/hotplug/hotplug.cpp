@@ -125,8 +125,7 @@ void notify(const HotplugEvent &event, int successor) {
   const bool starts_streaming = event.choice.exact_match && event.conflicts.parked_behind == kNone &&
                                 channel.vcodec == kMjpeg && event.slot_switch == 1;
   if (plugged && !starts_streaming) return;
-  ChangeNotification notification =
-      plugged ? ChangeNotification::plugged(channel.profile) : ChangeNotification::removed(channel.profile);
+  ChangeNotification notification = ChangeNotification::ofCamera(channel.profile, plugged);
   if (successor != kNoSuccessor) notification.target = successor;
   vl_settingNotify(&notification);
 }

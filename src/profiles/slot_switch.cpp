@@ -63,8 +63,7 @@ void notify(const SlotSwitch &change, int successor) {
   const int profile = change.slot.vprofile;
   const bool streams = change.on ? startsStreaming(change) : profile != kNone;
   if (!streams) return;
-  ChangeNotification notification =
-      change.on ? ChangeNotification::plugged(profile) : ChangeNotification::removed(profile);
+  ChangeNotification notification = ChangeNotification::ofCamera(profile, change.on);
   if (successor != kNoSuccessor) notification.target = successor;
   vl_settingNotify(&notification);
 }
