@@ -90,14 +90,11 @@ int handOverConflict(HostAnswers &host, int channel, int value, int mode, int *p
   const bool chooses = mode == kHandOver || mode == kHandOverOnPlug || mode == kHandOverAndPark;
   const Successor successor = chooses ? chooseSuccessor(channels, waiting) : Successor{};
   *profile = successor.profile;
-  bool written;
-  if (mode != kHandOverOnPlug && successor.channel != kNone && host.isOneChannelLimited()) {
-    waiting[successor.channel] = false;
-    if (mode == kHandOverAndPark) waiting[channel] = true;
-    written = writeHandOverOfOnlyChannel(value, successor, waiting);
-  } else {
-    written = writeHandOver(channel, value, successor, waiting);
-  }
+  const bool only_one = mode != kHandOverOnPlug && successor.channel != kNone && host.isOneChannelLimited();
+  if (only_one) waiting[successor.channel] = false;
+  if (only_one && mode == kHandOverAndPark) waiting[channel] = true;
+  const bool written = only_one ? writeHandOverOfOnlyChannel(value, successor, waiting)
+                                : writeHandOver(channel, value, successor, waiting);
   if (!written) return -1;
   return successor.channel == kNone ? 0 : parkBehind(host, successor);
 }

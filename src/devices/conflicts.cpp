@@ -125,7 +125,7 @@ int isElderPf(const char *a, const char *b) {
 int getConflictCH(int channel, int *answers) {
   if (!usbdev::isChannel(channel) || answers == nullptr) return -1;
   usbdev::HostAnswers host;
-  int found;
+  int found = usbdev::kNone;
   if (!usbdev::findConflict(host, channel, &found)) return -1;
   if (found != usbdev::kNone) answers[channel] = found;
   return 0;

@@ -73,6 +73,18 @@ int channelNamed(const char *section) {
   return section[2] - '0';
 }
 
+/// Removes the link that a channel's file entry names; with no channel there is none.
+int removeStoredLink(int channel) {
+  char name[kLinkNameSize] = "";
+  {
+    const ConfigReader config;
+    if (!config) return -1;
+    if (channel != kNone) config.channel(channel).get(keys::hash_string, name);
+  }
+  removeStreamLink(name);
+  return 0;
+}
+
 }  // namespace
 }  // namespace usbdev
 
@@ -125,9 +137,7 @@ int vl_renew_share_link(ShareLinkInfo *info) {
   if (info == nullptr) return -1;
   const int channel = usbdev::channelOfProfile(info->profile);
   if (channel == usbdev::kNone) return -1;
-  char name[8];
-  usbdev::formatText(name, "ch%d", channel);
-  remove_hash_link(name);  // the new link is made whether or not the old one went
+  usbdev::removeStoredLink(channel);  // the new link is made whether or not the old one went
   const usbdev::LinkIdentifiers link = usbdev::makeIdentifiers("");
   {
     const usbdev::ConfigWriter config;
@@ -139,14 +149,5 @@ int vl_renew_share_link(ShareLinkInfo *info) {
 }
 
 int remove_hash_link(const char *section) {
-  if (section == nullptr) return -1;
-  char name[usbdev::kLinkNameSize] = "";
-  const int channel = usbdev::channelNamed(section);
-  {
-    const usbdev::ConfigReader config;
-    if (!config) return -1;
-    if (channel != usbdev::kNone) config.channel(channel).get(usbdev::keys::hash_string, name);
-  }
-  usbdev::removeStreamLink(name);
-  return 0;
+  return section == nullptr ? -1 : usbdev::removeStoredLink(usbdev::channelNamed(section));
 }
