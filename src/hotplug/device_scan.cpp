@@ -39,8 +39,7 @@ void readKnown(const ConfigReader &config, Known (&known)[kChannels]) {
 }
 
 /// Takes the next interface that has a node from a driver's list; false at the end of the list.
-template <typename GetInfo>
-bool nextDevice(CommandLines &interfaces, GetInfo get_info, Found &device) {
+bool nextDevice(CommandLines &interfaces, int (*get_info)(const char *, int *, char *), Found &device) {
   char line[256];
   while (interfaces.next(line)) {
     cutAtLineFeed(line);

@@ -13,7 +13,6 @@ namespace usbdev {
 namespace {
 
 using Line = char[256];
-using NamePath = char[64];
 
 /// The number of a node from the line that names it: its last digit alone, also for video12.
 int nodeNumber(Line &line) {
@@ -22,7 +21,18 @@ int nodeNumber(Line &line) {
   return length == 0 ? 0 : toInt(line + length - 1);
 }
 
-void formatNamePath(NamePath &path, int vnode) { formatText(path, "/sys/class/video4linux/video%d/name", vnode); }
+/// Reads the name of a camera's node, empty where its file is; false when the file cannot be opened.
+bool readCameraName(int vnode, Line &name) {
+  char path[64];
+  formatText(path, "/sys/class/video4linux/video%d/name", vnode);
+  FileLines file(path);
+  if (!file) {
+    std::fprintf(stderr, "open:[%s] failed\n", path);
+    return false;
+  }
+  if (!file.next(name)) name[0] = '\0';
+  return true;
+}
 
 /// May an interface be asked for? A port above 127 bytes is none.
 bool isInterface(const char *name) {
@@ -43,29 +53,22 @@ constexpr char kCardNodes[] = "/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s\\:1
 bool takeCamera(_usbdev_update &record, Line &line) {
   record.vnode = nodeNumber(line);
   record.state = 1;
-  NamePath path;
-  formatNamePath(path, record.vnode);
-  FileLines file(path);
-  if (!file) {
-    std::fprintf(stderr, "open:[%s] failed\n", path);
-    return false;
-  }
-  if (file.next(line)) {
-    cutAtLineFeed(line);
-    copyText(record.devname, line);
-  }
+  if (!readCameraName(record.vnode, line)) return false;
+  if (line[0] == '\0') return true;
+  cutAtLineFeed(line);
+  copyText(record.devname, line);
   return true;
 }
 
-void takeCard(_usbdev_update &record, Line &line) {
+bool takeCard(_usbdev_update &record, Line &line) {
   record.anode = nodeNumber(line);
   record.state = 1;
   copyCardName(record.anode, record.devname);
+  return true;
 }
 
 /// Asks interfaces 0 and 2 of the record's port, both always; `take` gets the first line of each that has a node.
-template <typename Take>
-void readNodes(_usbdev_update *record, const char *pattern, Take take) {
+void readNodes(_usbdev_update *record, const char *pattern, bool (*take)(_usbdev_update &, Line &)) {
   if (record == nullptr || !isTerminated(record->usbslot) || !isSafeWord(record->usbslot)) return;
   for (int interface = 0; interface <= 2; interface += 2) {
     CommandLines nodes(pattern, record->usbslot, interface);
@@ -78,6 +81,17 @@ void readNodes(_usbdev_update *record, const char *pattern, Take take) {
   }
 }
 
+/// Asks a driver for the node of one interface: 1 with the node, 0 when it has none, -1 when it cannot be asked.
+int findNode(const char *pattern, const char *interface_name, int *node) {
+  if (!isInterface(interface_name)) return 0;
+  CommandLines nodes(pattern, interface_name);
+  if (!nodes) return -1;
+  Line line;
+  if (!nodes.next(line)) return 0;
+  *node = nodeNumber(line);
+  return 1;
+}
+
 }  // namespace
 }  // namespace usbdev
 
@@ -85,34 +99,21 @@ using namespace usbdev;
 
 int get_video_info(const char *interface_name, int *vnode, char *name) {
   if (interface_name == nullptr || vnode == nullptr || name == nullptr) return -1;
-  if (!isInterface(interface_name)) return 0;
-  CommandLines nodes("/bin/ls /sys/bus/usb/drivers/uvcvideo/%s/video4linux | /bin/awk '{print $1}'", interface_name);
-  if (!nodes) return -1;
+  const int found =
+      findNode("/bin/ls /sys/bus/usb/drivers/uvcvideo/%s/video4linux | /bin/awk '{print $1}'", interface_name, vnode);
+  if (found != 1) return found;
   Line line;
-  if (!nodes.next(line)) return 0;
-  *vnode = nodeNumber(line);
-  NamePath path;
-  formatNamePath(path, *vnode);
-  FileLines file(path);
-  if (!file) {
-    std::fprintf(stderr, "open:[%s] failed\n", path);
-    return -1;
-  }
-  if (!file.next(line)) line[0] = '\0';
+  if (!readCameraName(*vnode, line)) return -1;
   copyCut(name, trim(line), sizeof line - 1);
   return 0;
 }
 
 int get_audio_info(const char *interface_name, int *card, char *name) {
   if (interface_name == nullptr || card == nullptr || name == nullptr) return -1;
-  if (!isInterface(interface_name)) return 0;
-  CommandLines nodes("/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s/sound | /bin/awk '{print $1}'", interface_name);
-  if (!nodes) return -1;
-  Line line;
-  if (!nodes.next(line)) return 0;
-  *card = nodeNumber(line);
-  copyCardName(*card, name);
-  return 0;
+  const int found =
+      findNode("/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s/sound | /bin/awk '{print $1}'", interface_name, card);
+  if (found == 1) copyCardName(*card, name);
+  return found == -1 ? -1 : 0;
 }
 
 int get_usb_vnode(_usbdev_update *record) {
@@ -121,9 +122,6 @@ int get_usb_vnode(_usbdev_update *record) {
 }
 
 int get_usb_anode(_usbdev_update *record) {
-  readNodes(record, kCardNodes, [](_usbdev_update &card, Line &line) {
-    takeCard(card, line);
-    return true;
-  });
+  readNodes(record, kCardNodes, takeCard);
   return 0;
 }
