@@ -13,19 +13,11 @@ constexpr char kRoot[] = "velmora";
 pthread_mutex_t config_lock = PTHREAD_MUTEX_INITIALIZER;
 
 void sayOpenFailed(OpenFailure failure, const char *path, int result) {
-  switch (failure) {
-    case OpenFailure::usual:
-      std::fprintf(stderr, "open:[%s] failed, ret: %d\n", path, result);
-      break;
-    case OpenFailure::read:
-      std::fprintf(stderr, "open read [%s] failed, ret: %d\n", path, result);
-      break;
-    case OpenFailure::write:
-      std::fprintf(stderr, "open write [%s] failed, ret: %d\n", path, result);
-      break;
-    case OpenFailure::silent:
-      break;
-  }
+  if (failure == OpenFailure::silent) return;
+  const char *what = "open:";
+  if (failure == OpenFailure::read) what = "open read ";
+  if (failure == OpenFailure::write) what = "open write ";
+  std::fprintf(stderr, "%s[%s] failed, ret: %d\n", what, path, result);
 }
 
 }  // namespace

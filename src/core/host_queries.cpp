@@ -34,12 +34,7 @@ bool isProcessorOtherThanIntel() {
   formatText(command, "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > %s", kProcessorFile);
   static_cast<void>(std::system(command) == 0);  // the file tells
   FileLines file(kProcessorFile);
-  if (!file) return false;
-  char line[256];
-  while (file.next(line)) {
-    if (contains(line, "GenuineIntel")) return false;
-  }
-  return true;
+  return file && !file.skipTo("GenuineIntel");
 }
 
 int findHostSetting(const char *key, char (&line)[256], const char **value) {

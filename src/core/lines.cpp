@@ -8,6 +8,14 @@ bool Lines::next(TextBuffer line) {
   return stream_ != nullptr && std::fgets(line.start, static_cast<int>(line.size), stream_) != nullptr;
 }
 
+bool Lines::skipTo(const char *part) {
+  char line[256];
+  while (next(line)) {
+    if (contains(line, part)) return true;
+  }
+  return false;
+}
+
 CommandLines::CommandLines(const char *pattern, ...) : Lines(nullptr) {
   char command[384];
   va_list arguments;

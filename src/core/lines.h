@@ -17,6 +17,9 @@ class Lines {
   /// Reads the next line, or what fits of a longer one; false at the end or when nothing was opened.
   bool next(TextBuffer line);
 
+  /// Reads on to the first line, or piece of a line, with a text in it; false when none has.
+  bool skipTo(const char *part);
+
   /// Gives the stream up unclosed, for the readers that are meant to leave theirs open.
   void leaveOpen() { stream_ = nullptr; }
 

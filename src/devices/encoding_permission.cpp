@@ -20,14 +20,7 @@ bool isCodecPackageReady() {
   return static_cast<bool>(FileLines(agent));
 }
 
-bool isArmProcessor() {
-  FileLines processor("/proc/cpuinfo");
-  char line[256];
-  while (processor.next(line)) {
-    if (contains(line, "ARM")) return true;
-  }
-  return false;
-}
+bool isArmProcessor() { return FileLines("/proc/cpuinfo").skipTo("ARM"); }
 
 }  // namespace
 }  // namespace usbdev

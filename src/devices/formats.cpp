@@ -63,13 +63,9 @@ int vl_force_kill_v4l2_ctl(int vnode) {
   usbdev::CommandLines walk("/sbin/udevadm info --name=/dev/video%d --attribute-walk", vnode);
   char line[256];
   while (walk.next(line)) {
-    if (const char *value = usbdev::attributeValue(line, "ATTRS{idVendor}")) {
-      usbdev::copyText(vendor, value);
-      has_vendor = true;
-    } else if (const char *id = usbdev::attributeValue(line, "ATTRS{idProduct}")) {
-      usbdev::copyText(product, id);
-      has_product = true;
-    }
+    // Of two vendors without a product between them the later one counts.
+    has_vendor = usbdev::takeAttribute(line, "ATTRS{idVendor}", vendor) || has_vendor;
+    has_product = usbdev::takeAttribute(line, "ATTRS{idProduct}", product) || has_product;
     if (!has_vendor || !has_product) continue;
     if (usbdev::isSame(vendor, "0603") && usbdev::isSame(product, "8612")) return 1;
     has_vendor = has_product = false;

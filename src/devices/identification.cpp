@@ -9,8 +9,11 @@
 
 namespace usbdev {
 
-char *attributeValue(char *line, const char *attribute) {
-  return contains(line, attribute) ? splitPair(line, "==").right : nullptr;
+bool takeAttribute(char *line, const char *attribute, char (&value)[kShortCodeSize]) {
+  if (!contains(line, attribute)) return false;
+  const Pair sides = splitPair(line, "==");
+  if (sides) copyText(value, sides.right);
+  return static_cast<bool>(sides);
 }
 
 }  // namespace usbdev
@@ -33,13 +36,8 @@ int find_pidvid(const _usbdev_des *device, char *pidvid) {
     in_block = in_block || contains(line, marker);
     if (!in_block) continue;
     if (contains(line, "looking")) break;
-    if (const char *value = has_vendor ? nullptr : usbdev::attributeValue(line, "ATTRS{idVendor}")) {
-      usbdev::copyText(vendor, value);
-      has_vendor = true;
-    } else if (const char *id = has_product ? nullptr : usbdev::attributeValue(line, "ATTRS{idProduct}")) {
-      usbdev::copyText(product, id);
-      has_product = true;
-    }
+    has_vendor = has_vendor || usbdev::takeAttribute(line, "ATTRS{idVendor}", vendor);
+    has_product = has_product || usbdev::takeAttribute(line, "ATTRS{idProduct}", product);
   }
   if (!has_vendor && !has_product) return 0;
   char both[usbdev::kShortCodeSize];
@@ -65,11 +63,7 @@ int get_fetypeid(const _usbdev_des *device, char *fetype) {
 
 int isPCIbridge(int vnode) {
   usbdev::CommandLines classes("/sbin/udevadm info -a -n /dev/video%d | grep '{class}'", vnode);
-  char line[256];
-  while (classes.next(line)) {
-    if (contains(line, "0x06")) return 1;  // the PCI base class of bridges
-  }
-  return 0;
+  return classes.skipTo("0x06") ? 1 : 0;  // the PCI base class of bridges
 }
 
 int get_pcibridgePath(int vnode, char *path) {

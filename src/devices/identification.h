@@ -10,8 +10,8 @@ constexpr std::size_t kShortCodeSize = 16;
 
 inline constexpr char kNoSupportList[] = "/etc/config/.usbnosupportlist.dat";
 
-/// What stands behind an attribute of one line of a device walk, as in ATTRS{idVendor}=="046d": cuts the line in place
-/// and returns the value; null when the line holds another attribute.
-char *attributeValue(char *line, const char *attribute);
+/// Takes the value of an attribute from one line of a device walk, as in ATTRS{idVendor}=="046d": cuts the line in
+/// place; false, nothing taken, when the line holds another attribute.
+bool takeAttribute(char *line, const char *attribute, char (&value)[kShortCodeSize]);
 
 }  // namespace usbdev
