@@ -1,0 +1,174 @@
+"""What the share page answers, and which files it gives out."""
+
+from __future__ import annotations
+
+import json
+from http.client import HTTPConnection, HTTPResponse
+from pathlib import Path
+from typing import Any
+
+import pytest
+from conftest import APPLICATION, CONFIGURATION, STREAM, share, store
+from sharelib.library import OPENS, WRONG_TOKEN, Library
+
+HASH = "0123456789abcdef0123456789abcdef"
+LINK = {
+    "sharelink.shrenable": 1,
+    "sharelink.ssid": "00004711",
+    "sharelink.token": "cafe",
+    "sharelink.hash_string": HASH,
+}
+QUESTION = {"ssid": "00004711", "token": "cafe", "password": ""}
+
+pytestmark = pytest.mark.usefixtures("page")
+
+
+def request(method: str, path: str, body: str | None = None) -> tuple[HTTPResponse, bytes]:
+    connection = HTTPConnection("127.0.0.1", 8080, timeout=20)
+    connection.request(method, path, body)
+    answer = connection.getresponse()
+    content = answer.read()
+    connection.close()
+    return answer, content
+
+
+def ask(**question: str) -> dict[str, Any]:
+    answer, content = request("POST", "/share/open", json.dumps({**QUESTION, **question}))
+    assert (answer.status, answer.headers["Cache-Control"]) == (200, "no-store")
+    return json.loads(content)
+
+
+def refusal(sentence: str) -> dict[str, str]:
+    return {"outcome": "refused", "sentence": sentence}
+
+
+def test_a_link_that_opens_leads_to_the_playlist() -> None:
+    store(**LINK, profilename="Door")
+    assert ask() == {"outcome": "plays", "name": "Door", "playlist": f"/{HASH}/playlist.m3u8"}
+
+
+def test_a_profile_without_a_name_has_the_number_that_users_know() -> None:
+    store(**LINK, profile=2)
+    assert ask()["name"] == "Channel 3"
+
+
+@pytest.mark.parametrize(
+    ("keys", "question", "sentence"),
+    [
+        ({}, {"token": "cafd"}, "This link is no longer valid; ask for the new one."),
+        ({"exists": 0}, {}, "The camera is not plugged in."),
+        ({"video.vnode": -1}, {}, "The camera gives no picture at the moment."),
+        ({"video.vnode": -1, "audio.anode": 1}, {}, "There is sound here, but no picture to show."),
+        ({"conflictch": 3}, {}, "The camera has to wait for another one, or cannot be used on this host."),
+        ({"slot_switch": 0}, {}, "The camera's port is switched off."),
+        ({"sharelink.shrenable": 0}, {}, "This camera is not shared at the moment."),
+        ({}, {"ssid": "00004712"}, "This link is unknown; it was renewed or taken back."),
+    ],
+    ids=["9000", "9001", "9003", "9004", "9007", "9009", "9010", "9011"],
+)
+def test_each_reason_has_its_sentence(keys: dict[str, object], question: dict[str, str], sentence: str) -> None:
+    store(**{**LINK, **keys})
+    assert ask(**question) == refusal(sentence)
+
+
+def test_a_configuration_that_cannot_be_read_shows_no_picture() -> None:
+    CONFIGURATION.write_text("<velmora")
+    assert ask() == refusal("The camera gives no picture at the moment.")
+
+
+@pytest.mark.parametrize("missing", ["ssid", "token"])
+def test_half_a_link_opens_nothing(missing: str) -> None:
+    store(**{**LINK, "sharelink.ssid": "", "sharelink.token": ""})
+    half = {"ssid": "", "token": "", "password": ""} if missing == "ssid" else {"token": ""}
+    assert ask(**half) == refusal("This link is incomplete; it was probably cut when it was copied.")
+
+
+class RenewedMeanwhile:
+    """The library, when a link is renewed between the two questions about it."""
+
+    def vl_ssid_auth(self, ssid: bytes, token: bytes, profile: Any, code: Any) -> int:
+        profile._obj.value, code._obj.value = 0, OPENS
+        return 0
+
+    def vl_get_share_link(self, info: Any) -> int:
+        info._obj.ssid, info._obj.token, info._obj.hash_string = b"00004711", b"beef", HASH.encode()
+        return 0
+
+
+def test_a_link_renewed_while_it_is_asked_about_gives_nothing_away() -> None:
+    assert Library(RenewedMeanwhile()).open("00004711", "cafe") == (WRONG_TOKEN, None)
+
+
+def test_a_protected_link_wants_its_password() -> None:
+    store(**LINK, **{"sharelink.pwdenable": 1, "sharelink.shrpwd": "päss"})
+    assert ask() == {"outcome": "password", "sentence": "This link is protected by a password."}
+    assert ask(password="pass") == {"outcome": "password", "sentence": "This is not the password."}
+    assert ask(password="päss")["outcome"] == "plays"
+
+
+def test_a_password_is_not_asked_for_before_the_link_is_right() -> None:
+    store(**LINK, **{"sharelink.pwdenable": 1, "sharelink.shrpwd": "pass"})
+    assert ask(token="cafd")["outcome"] == "refused"
+
+
+@pytest.mark.parametrize(
+    "body",
+    ["", "{", "[]", "{}", json.dumps({**QUESTION, "ssid": 4711}), json.dumps({**QUESTION, "token": "cafe\0"}),
+     json.dumps({**QUESTION, "token": "\ud800"})],
+)  # fmt: skip
+def test_a_question_that_is_none_is_refused(body: str) -> None:
+    store(**LINK)
+    assert request("POST", "/share/open", body)[0].status == 400
+
+
+def test_the_page_tells_nobody_its_address() -> None:
+    answer, content = request("GET", "/share?ssid=00004711&token=cafe")
+    assert (answer.status, answer.headers["Referrer-Policy"]) == (200, "no-referrer")
+    assert b"cafe" not in content
+
+
+@pytest.fixture
+def public_link() -> Path:
+    """The public link of a shared camera with a playlist."""
+    store()
+    (STREAM / "playlist.m3u8").write_text("#EXTM3U\n")
+    return APPLICATION / share("on", "0", "--json")["hash"]
+
+
+def test_a_playlist_is_not_kept_anywhere(public_link: Path) -> None:
+    answer, content = request("GET", f"/{public_link.name}/playlist.m3u8")
+    assert (answer.status, content) == (200, b"#EXTM3U\n")
+    assert answer.headers["Content-Type"] == "application/vnd.apple.mpegurl"
+    assert answer.headers["Cache-Control"] == "no-store"
+    assert "Etag" not in answer.headers
+
+
+@pytest.mark.parametrize("change", ["renew", "off"])
+def test_a_public_link_ends_with_the_link(public_link: Path, change: str) -> None:
+    share(change, "0")
+    assert request("GET", f"/{public_link.name}/playlist.m3u8")[0].status == 404
+
+
+@pytest.mark.parametrize(
+    "file", ["notes.txt", ".playlist.m3u8", "../channel1/playlist.m3u8", "%2e%2e/channel1/playlist.m3u8"]
+)
+def test_nothing_but_a_streams_own_files_is_given_out(public_link: Path, file: str) -> None:
+    (STREAM / "notes.txt").write_text("private")
+    (STREAM / ".playlist.m3u8").write_text("private")
+    assert request("GET", f"/{public_link.name}/{file}")[0].status == 404
+
+
+def test_a_link_that_leads_elsewhere_is_not_followed(tmp_path: Path) -> None:
+    (tmp_path / "playlist.m3u8").write_text("private")
+    (APPLICATION / HASH).symlink_to(tmp_path)
+    assert request("GET", f"/{HASH}/playlist.m3u8")[0].status == 404
+    (APPLICATION / HASH).unlink()
+
+
+def test_links_are_in_no_log(page: Path, public_link: Path) -> None:
+    request("GET", f"/{public_link.name}/gone.ts")
+    request("GET", "/nowhere?token=cafe")
+    request("POST", "/share/open", json.dumps({"token": "cafe"}))
+    logged = page.read_text()
+    assert "cafe" not in logged
+    assert public_link.name not in logged
