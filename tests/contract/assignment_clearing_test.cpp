@@ -44,6 +44,15 @@ TEST_F(ABoundProfile, ClearedLosesWhateverStandsInTheLinksPlace) {
   EXPECT_THAT(host.journal.only({"exec"}), ElementsAre("exec /bin/rm -rf " + kRoot + "live"));
 }
 
+TEST_F(ABoundProfile, WhoseLinksCannotBeRemovedIsClearedAllTheSame) {
+  linkOnDisk("shared");
+  linkOnDisk("live");
+  host.commands.programsReturn(1);
+  EXPECT_EQ(vl_clear_usbchn_profile(2, nullptr, 4), 0);
+  EXPECT_THAT(host.journal.only({"exec"}), SizeIs(2));
+  EXPECT_EQ(host.channel(3).get("profile"), "-1");
+}
+
 TEST_F(ABoundProfile, ClearedWithoutLinkNamesLooksForNone) {
   host.channel(3).set("hlspath", "").set("sharelink/hash_string", "");
   host.files.write(kRoot, "the directory itself");

@@ -10,6 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::MatchesRegex;
+using testing::SizeIs;
 using testing::StartsWith;
 
 // --- binding ---
@@ -74,6 +75,14 @@ TEST_F(AProfile, WhoseLinkNameCouldNotBeMadeGetsNoLink) {
   EXPECT_EQ(assign("3-1.2", 2), 0);
   EXPECT_EQ(host.channel(3).get("hlspath"), "");
   EXPECT_THAT(host.journal.only({"exec"}), IsEmpty());
+}
+
+TEST_F(AProfile, WhoseLinkCannotBeMadeIsBoundAllTheSame) {
+  host.commands.allowInsideCriticalSection();
+  host.commands.programsReturn(1);
+  EXPECT_EQ(assign("3-1.2", 2), 0);
+  EXPECT_EQ(host.channel(3).get("hlspath"), kHash);
+  EXPECT_THAT(host.journal.only({"log"}), SizeIs(1));
 }
 
 TEST_F(AProfile, HeldByTheSameDeviceIsLeftAsItIs) {

@@ -71,6 +71,16 @@ TEST_F(AStreamChange, OfTheSizeOfMjpegWritesItAndANewTag) {
                                                 MatchesRegex("ch4/vtag=[0-9]{8}")));
 }
 
+TEST_F(AStreamChange, GoesOnWhenAKeyCannotBeWritten) {
+  before.width = 1280;
+  before.height = 720;
+  host.config.refuseWritesOf("ch4/video/width");
+  EXPECT_EQ(store(), 0);
+  EXPECT_THAT(host.config.writes(),
+              ElementsAre("ch4/video/venable=1", "ch4/video/height=480", MatchesRegex("ch4/vtag=[0-9]{8}")));
+  EXPECT_THAT(host.network.datagrams(), SizeIs(1));
+}
+
 TEST_F(AStreamChange, OfTheRateOfMjpegWritesItAndANewTag) {
   after.framerate = 10;
   EXPECT_EQ(store(), 0);

@@ -57,7 +57,7 @@ int FakeCommands::execute(const Lines &program) {
   for (const std::string &argument : program) line += " " + argument;
   checkAllowed(line);
   journal_.add(line);
-  return 0;
+  return program_status_;
 }
 
 }  // namespace contract

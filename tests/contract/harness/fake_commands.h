@@ -27,6 +27,8 @@ class FakeCommands {
   void cannotStart(const std::string &command);
   // What system of this command does besides being recorded.
   void does(const std::string &command, std::function<void()> effect);
+  // What every program that is run without a shell returns.
+  void programsReturn(int status) { program_status_ = status; }
   // For the few operations that run commands inside a critical section by their description.
   void allowInsideCriticalSection() { objection_ = nullptr; }
 
@@ -49,6 +51,7 @@ class FakeCommands {
   std::map<std::string, std::string> outputs_;
   std::set<std::string> unstartable_;
   std::map<std::string, std::function<void()>> effects_;
+  int program_status_ = 0;
   OpenStreams streams_;
 };
 

@@ -132,13 +132,14 @@ bool FakeConfig::read(void *handle, const std::string &path, std::string &value)
   return true;
 }
 
-void FakeConfig::write(void *handle, const std::string &path, const std::string &value) {
+int FakeConfig::write(void *handle, const std::string &path, const std::string &value) {
   std::lock_guard<std::mutex> guard(mutex_);
   Handle *opened = checked(handle, "write");
-  if (opened == nullptr) return;
+  if (opened == nullptr || refused_.count(path) != 0) return 0;
   if (!opened->writing) journal_.violation("configuration written through a read handle: " + path);
   opened->pending[path] = value;
   writes_.push_back(path + "=" + value);
+  return 1;
 }
 
 }  // namespace contract

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -38,6 +39,8 @@ class FakeConfig {
   void failWriteOpens(int code) { write_open_result_ = code; }
   // The n-th open from now (1 = the next) fails with this code, whatever its mode.
   void failOpenNumber(int number, int code);
+  // This path cannot be written.
+  void refuseWritesOf(const std::string &path) { refused_.insert(path); }
   void failNothing();
   // Just before the n-th open from now, what another writer does between two passes.
   void beforeOpenNumber(int number, std::function<void()> effect);
@@ -50,7 +53,7 @@ class FakeConfig {
   int open(int mode, const char *file, void **handle);
   int close(void *handle, int flag);
   bool read(void *handle, const std::string &path, std::string &value);
-  void write(void *handle, const std::string &path, const std::string &value);
+  int write(void *handle, const std::string &path, const std::string &value);
 
  private:
   struct Handle {
@@ -71,6 +74,7 @@ class FakeConfig {
   std::map<std::string, Values> files_;
   std::vector<std::unique_ptr<Handle>> handles_;  // closed ones stay, so that a use after close is seen
   Lines writes_;
+  std::set<std::string> refused_;
   int read_open_result_ = 1;
   int write_open_result_ = 1;
   int failing_open_ = 0;

@@ -45,14 +45,12 @@ int xmlcfg_get_str(void *handle, const char *default_value, char *buffer, int si
 
 int xmlcfg_set_int(void *handle, int value, const char *root, const char *section, const char *key,
                    const char *sub_key) {
-  contract::Host::current()->config.write(handle, pathOf(root, section, key, sub_key), std::to_string(value));
-  return 1;
+  return contract::Host::current()->config.write(handle, pathOf(root, section, key, sub_key), std::to_string(value));
 }
 
 int xmlcfg_set_str(void *handle, const char *value, const char *root, const char *section, const char *key,
                    const char *sub_key) {
-  contract::Host::current()->config.write(handle, pathOf(root, section, key, sub_key), value);
-  return 1;
+  return contract::Host::current()->config.write(handle, pathOf(root, section, key, sub_key), value);
 }
 
 int xmlcfg_close(void *handle, int flag) { return contract::Host::current()->config.close(handle, flag); }
