@@ -202,8 +202,9 @@ int vl_get_hls_status(int profile, int *status);
 int vl_StreamNotify(const void *message);
 
 /*
- * Tells whether a source process runs: 1 or 0. Takes no lock. Runs commands. number (in): of the device. kind (in): 0 =
- * for sound, else for a camera.
+ * Tells whether a source process runs: 1 or 0. Takes no lock. Runs commands. number (in): of the device. kind (in):
+ * which process to look for: 0 = "HDpipe", for pictures that the host encodes, else "v4l2_read", for those of the
+ * camera.
  */
 int vl_SourcerStreamingProcess(int number, int kind);
 
