@@ -85,5 +85,47 @@ TEST_F(AProfileWithSound, DoesNotAskTheHostWithoutACardOrADevice) {
   EXPECT_THAT(volumeCalls(), IsEmpty());
 }
 
+TEST_F(AProfileWithSound, ThatNoChannelServesIsRefused) {
+  EXPECT_EQ(mn_set_usbchn_sps(3, 1), -1);
+  EXPECT_EQ(mn_set_usbdev_volume(3), -1);
+  EXPECT_THAT(host.config.writes(), IsEmpty());
+}
+
+TEST_F(AProfileWithSound, TakesAVolumeThatWasNeverStoredAsFifty) {
+  host.sound.card(3, 1, 1, 1, "Microphone");
+  host.config.erase("ch4/audio/volume");
+  EXPECT_EQ(mn_set_usbdev_volume(2), 0);
+  EXPECT_THAT(volumeCalls(), ElementsAre("volume 3 50"));
+}
+
+TEST_F(AProfileWithSound, HasNoneWhereItWasNeverStored) {
+  host.config.erase("ch4/audio/anode");
+  EXPECT_EQ(mn_set_usbdev_volume(2), -1);
+  host.channel(4).anode(3);
+  host.config.erase("ch4/exists");
+  EXPECT_EQ(mn_set_usbdev_volume(2), -1);
+  EXPECT_THAT(volumeCalls(), IsEmpty());
+}
+
+TEST_F(AProfileWithSound, OfADisplacedCameraIsSet) {
+  host.sound.card(3, 1, 1, 1, "Microphone");
+  host.channel(4).exists(-1);
+  EXPECT_EQ(mn_set_usbdev_volume(2), 0);
+}
+
+TEST_F(AProfileWithSound, OnCardZeroIsSet) {
+  host.sound.card(0, 1, 1, 1, "Microphone");
+  host.channel(4).anode(0);
+  EXPECT_EQ(mn_set_usbdev_volume(2), 0);
+}
+
+TEST_F(AProfileWithSound, FailsWhenItIsFoundButCannotBeRead) {
+  host.config.failOpenNumber(2, -7);
+  OutputCapture output;
+  EXPECT_EQ(mn_set_usbdev_volume(2), -1);
+  EXPECT_EQ(output.text(), openFailure(-7));
+  EXPECT_THAT(volumeCalls(), IsEmpty());
+}
+
 }  // namespace
 }  // namespace contract

@@ -1,0 +1,299 @@
+// Which of the devices that the drivers list are known, and which are new.
+#include <string>
+
+#include "encoding_host.h"
+#include "start_fixture.h"
+
+namespace contract {
+namespace {
+
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class AScan : public AStart {
+ protected:
+  AScan() {
+    for (int i = 0; i < 10; ++i) {
+      channels[i] = {};
+      channels[i].vnode = channels[i].anode = channels[i].state = channels[i].profile = -1;
+      map[i] = -1;
+    }
+  }
+
+  int scanCameras() { return get_conf_chinfo(channels, map, &camera_count, cameras); }
+  int scanCards() { return get_conf_audioinfo(channels, map, &card_count, cards, camera_count, cameras); }
+
+  _usbdev_update channels[10];
+  _usbdev_update cameras[10] = {};
+  _usbdev_update cards[10] = {};
+  int map[10];
+  int camera_count = 0;
+  int card_count = 0;
+};
+
+TEST_F(AScan, MarksAPresentCamera) {
+  configured(2, "3-1", "Camera");
+  camera("3-1", 4, "Camera");
+  EXPECT_EQ(scanCameras(), 0);
+  EXPECT_EQ(map[2], 1);
+  EXPECT_EQ(channels[2].vnode, 4);
+  EXPECT_STREQ(channels[2].usbslot, "3-1");
+  EXPECT_STREQ(channels[2].devname, "Camera");
+  EXPECT_EQ(camera_count, 0);
+}
+
+TEST_F(AScan, MarksAPortThatHoldsAnotherCamera) {
+  configured(2, "3-1", "Old");
+  configured(3, "3-1", "Older").exists(0);
+  camera("3-1", 4, "New");
+  scanCameras();
+  EXPECT_EQ(map[2], 0);
+  EXPECT_EQ(map[3], -1) << "only an attached channel is marked";
+  EXPECT_EQ(camera_count, 1);
+}
+
+TEST_F(AScan, MarksASecondClaimToOneCamera) {
+  configured(2, "3-1", "Camera");
+  configured(5, "3-1", "Camera");
+  camera("3-1", 4, "Camera");
+  scanCameras();
+  EXPECT_EQ(map[2], 1);
+  EXPECT_EQ(map[5], 0);
+  EXPECT_EQ(channels[5].vnode, -1);
+}
+
+TEST_F(AScan, KeepsAnUnsupportedCameraUnsupportedWithoutEncoding) {
+  configured(2, "3-1", "Camera").conflict(999);
+  camera("3-1", 4, "Camera");
+  scanCameras();
+  EXPECT_EQ(map[2], 999);
+}
+
+TEST_F(AScan, ForgetsAnUnsupportedMarkWhereTheHostEncodes) {
+  allowEncoding(host);
+  configured(2, "3-1", "Camera").conflict(999);
+  camera("3-1", 4, "Camera");
+  scanCameras();
+  EXPECT_EQ(map[2], 0);
+}
+
+TEST_F(AScan, RecomputesACameraThatWasAbsentWhateverItsMark) {
+  configured(2, "3-1", "Camera").exists(0).conflict(999);
+  camera("3-1", 4, "Camera");
+  scanCameras();
+  EXPECT_EQ(map[2], 1);
+}
+
+TEST_F(AScan, AsksForTheEncodingPermissionOnce) {
+  camera("3-1", 4, "Camera");
+  camera("3-2", 5, "Camera");
+  scanCameras();
+  EXPECT_EQ(host.journal.count(
+                "popen /sbin/readcfg \"Halvane\" \"Install_Path\" -c -d READCFG_FAILD -f /etc/config/bndl.conf"),
+            1);
+}
+
+TEST_F(AScan, WhoseListCannotStartSaysSoAndSucceeds) {
+  host.commands.cannotStart(kCameraList);
+  host.commands.cannotStart(kCardList);
+  OutputCapture output;
+  EXPECT_EQ(scanCameras(), 0);
+  EXPECT_EQ(scanCards(), 0);
+  EXPECT_EQ(output.text(), "cannot find video list ...\ncannot find audio list ...\n");
+}
+
+TEST_F(AStart, PassesOverDevicesBeyondTheTenth) {
+  _usbdev_update channels[10] = {};
+  _usbdev_update cameras[10] = {};
+  int map[10] = {};
+  int count = 0;
+  for (int i = 0; i < 11; ++i) camera("3-" + std::to_string(i + 1), i % 10, "Camera");
+  EXPECT_EQ(get_conf_chinfo(channels, map, &count, cameras), 0);
+  EXPECT_EQ(count, 10);
+}
+
+TEST_F(AStart, PassesOverAPortWhoseNameIsTooLong) {
+  for (const size_t length : {127U, 128U}) {
+    _usbdev_update channels[10] = {};
+    _usbdev_update cameras[10] = {};
+    int map[10] = {};
+    int count = 0;
+    AStart::camera(std::string(length, '1'), 4, "Camera");
+    get_conf_chinfo(channels, map, &count, cameras);
+    EXPECT_EQ(count, 1) << "the one of 127 bytes alone";
+  }
+  EXPECT_THAT(host.journal.commands(), Not(Contains(testing::HasSubstr(std::string(128, '1')))));
+}
+
+// --- sound cards ---
+
+TEST_F(AScan, TakesACardFromItsChannelByTheCamerasName) {
+  configured(2, "3-1", "Camera").anode(1);
+  camera("3-1", 4, "Camera");
+  card("3-1", 1, "USB Audio");
+  scanCameras();
+  channels[2].anode = 1;
+  EXPECT_EQ(scanCards(), 0);
+  EXPECT_EQ(channels[2].anode, -1);
+  EXPECT_EQ(card_count, 0) << "the camera and its microphone share a port and a name";
+}
+
+TEST_F(AScan, ListsAnUnknownCardAsNew) {
+  card("3-1", 1, "USB Audio");
+  scanCards();
+  ASSERT_EQ(card_count, 1);
+  EXPECT_EQ(cards[0].anode, 1);
+  EXPECT_EQ(cards[0].state, 1);
+  EXPECT_STREQ(cards[0].usbslot, "3-1");
+  EXPECT_STREQ(cards[0].devname, "USB Audio");
+}
+
+TEST_F(AScan, NamesTheCardOfANewCameraAfterIt) {
+  camera("3-1", 4, "Camera");
+  card("3-1", 1, "USB Audio");
+  scanCameras();
+  scanCards();
+  ASSERT_EQ(card_count, 1);
+  EXPECT_STREQ(cards[0].devname, "Camera");
+}
+
+TEST_F(AScan, NeverListsACardWhoseOwnNameBeginsWithKAB) {
+  camera("3-1", 4, "Camera");
+  card("3-1", 1, "KAB9");
+  scanCameras();
+  scanCards();
+  EXPECT_EQ(card_count, 0);
+}
+
+TEST_F(AScan, TakesTheProfileOfAChannelStoredAsKAB) {
+  configured(2, "3-1", "KAB9").profile(1);
+  channels[2].profile = 1;
+  channels[2].anode = 1;
+  card("5-1", 1, "USB Audio");
+  scanCards();
+  EXPECT_EQ(channels[2].profile, -1);
+  EXPECT_EQ(channels[2].anode, -1);
+}
+
+TEST_F(AScan, OfCardsNeedsNoListOfCamerasWithoutNewOnes) {
+  card("3-1", 1, "USB Audio");
+  EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, cards, 0, nullptr), 0);
+  EXPECT_EQ(card_count, 1);
+}
+
+TEST_F(AScan, OfCardsTakesTheFirstNameOfAPortThatMatches) {
+  configured(2, "3-1", "Other").anode(1);
+  configured(3, "3-1", "USB Audio").anode(1);
+  channels[2].anode = channels[3].anode = 1;
+  card("3-1", 1, "USB Audio");
+  EXPECT_EQ(scanCards(), 0);
+  EXPECT_EQ(card_count, 0);
+  EXPECT_EQ(channels[2].anode, -1);
+  EXPECT_EQ(channels[3].anode, -1);
+}
+
+TEST_F(AScan, OfCardsListsOneWhosePortIsKnownUnderOtherNamesOnly) {
+  configured(2, "3-1", "KAB9");
+  configured(3, "3-1", "Other");
+  card("3-1", 1, "USB Audio");
+  scanCards();
+  EXPECT_EQ(card_count, 1);
+}
+
+TEST_F(AScan, LeavesTheConflictMapOfCards) {
+  configured(2, "3-1", "USB Audio");
+  card("3-1", 1, "USB Audio");
+  scanCards();
+  EXPECT_THAT(map, Each(-1));
+}
+
+TEST_F(AScan, PassesOverADisplacedChannelsStateButNotItsPort) {
+  configured(2, "3-1", "Camera").exists(-1);
+  camera("3-1", 4, "Camera");
+  scanCameras();
+  EXPECT_EQ(channels[2].vnode, 4);
+  EXPECT_EQ(channels[2].state, -1);
+  EXPECT_EQ(map[2], 1);
+}
+
+TEST_F(AScan, RaisesTheStateOfEveryConfiguredChannelOnceADeviceIsListed) {
+  configured(2, "3-1", "Camera").exists(0);
+  configured(9, "9-1", "Far").exists(0);
+  scanCameras();
+  EXPECT_EQ(channels[2].state, -1);
+  camera("3-1", 4, "Camera");
+  scanCameras();
+  EXPECT_EQ(channels[2].state, 1);
+  EXPECT_EQ(channels[9].state, 1);
+  EXPECT_EQ(channels[0].state, -1) << "never configured";
+  for (_usbdev_update &record : channels) record.state = -1;
+  card("5-1", 1, "USB Audio");
+  scanCards();
+  EXPECT_EQ(channels[9].state, 1);
+}
+
+TEST_F(AScan, AddsToTheDevicesThatAreListedAlready) {
+  camera("3-1", 4, "Camera");
+  card("5-1", 1, "USB Audio");
+  camera_count = 9;
+  card_count = 9;
+  scanCameras();
+  scanCards();
+  EXPECT_EQ(camera_count, 10);
+  EXPECT_EQ(card_count, 10);
+  EXPECT_STREQ(cameras[9].usbslot, "3-1");
+  EXPECT_EQ(cameras[9].state, 1);
+  EXPECT_STREQ(cards[9].usbslot, "5-1");
+  scanCameras();
+  scanCards();
+  EXPECT_EQ(camera_count, 10) << "the list is full";
+  EXPECT_EQ(card_count, 10);
+}
+
+TEST_F(AScan, PassesOverACameraWhoseNameCannotBeRead) {
+  camera("3-1", 4, "Camera");
+  camera("3-2", 5, "Other");
+  host.files.makeUnreadable("/sys/class/video4linux/video4/name");
+  OutputCapture output;
+  EXPECT_EQ(scanCameras(), 0);
+  EXPECT_EQ(output.text(), "open:[/sys/class/video4linux/video4/name] failed\n");
+  ASSERT_EQ(camera_count, 1);
+  EXPECT_STREQ(cameras[0].usbslot, "3-2");
+}
+
+TEST_F(AScan, AsksForNoInterfaceThatTheShellWouldReadOtherwise) {
+  host.commands.prints(kCameraList, "$(reboot):1.0\n3-1;reboot:1.0\n-reboot:1.0\n");
+  host.commands.prints(kCardList, "`reboot`:1.0\n");
+  scanCameras();
+  scanCards();
+  EXPECT_THAT(host.journal.commands(), Each(Not(HasSubstr("reboot"))));
+  EXPECT_EQ(camera_count + card_count, 0);
+}
+
+TEST_F(AScan, OfAFileThatCannotBeReadFailsAndRunsNothing) {
+  host.config.failReadOpens(-2);
+  OutputCapture output;
+  EXPECT_EQ(scanCameras(), -1);
+  EXPECT_EQ(scanCards(), -1);
+  EXPECT_EQ(output.text(), openFailure(-2) + openFailure(-2));
+  EXPECT_THAT(host.journal.commands(), IsEmpty());
+}
+
+TEST_F(AScan, WithoutAPlaceForWhatItFindsFails) {
+  EXPECT_EQ(get_conf_chinfo(nullptr, map, &camera_count, cameras), -1);
+  EXPECT_EQ(get_conf_chinfo(channels, nullptr, &camera_count, cameras), -1);
+  EXPECT_EQ(get_conf_chinfo(channels, map, nullptr, cameras), -1);
+  EXPECT_EQ(get_conf_chinfo(channels, map, &camera_count, nullptr), -1);
+  EXPECT_EQ(get_conf_audioinfo(nullptr, map, &card_count, cards, 0, cameras), -1);
+  EXPECT_EQ(get_conf_audioinfo(channels, map, nullptr, cards, 0, cameras), -1);
+  EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, nullptr, 0, cameras), -1);
+  EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, cards, 1, nullptr), -1);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace contract
