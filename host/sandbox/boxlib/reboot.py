@@ -3,6 +3,8 @@
 from __future__ import annotations
 
 import argparse
+import os
+import signal
 from collections.abc import Sequence
 
 from simlib.catalogue import load_camera
@@ -15,7 +17,16 @@ from simlib.ports import parse_port
 def reboot_here(changes: Sequence[Sequence[str]]) -> int:
     """Reboots the host that this runs on; returns how its start-up ended."""
     SimulatedHost().reboot([hardware_change(*words) for words in changes])
-    return start_up()
+    status = start_up()
+    _restart_services()
+    return status
+
+
+def _restart_services() -> None:
+    """Those that run beside the host's commands, if any."""
+    services = os.environ.get("HOST_SERVICES_PID")
+    if services is not None:
+        os.kill(int(services), signal.SIGUSR1)
 
 
 def add_changes(parser: argparse.ArgumentParser) -> None:

@@ -10,7 +10,7 @@ import subprocess
 import sys
 import tempfile
 from collections.abc import Iterator
-from contextlib import ExitStack, contextmanager
+from contextlib import ExitStack, closing, contextmanager
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent.parent
@@ -18,6 +18,9 @@ LOGS = Path("/var/log/vl")
 SERVICES = ("login-service", "manager-service", "streaming-service")
 CANNOT_START = 125
 LOOK_SECONDS = 0.1
+# How the command, or the host's reboot in it, has the services restarted: this signal, to the process named there.
+RESTART = signal.SIGUSR1
+PID_VARIABLE = "HOST_SERVICES_PID"
 
 Service = subprocess.Popen[bytes]
 
@@ -31,31 +34,47 @@ def main(arguments: list[str]) -> int:
     parser.add_argument("command", nargs="+", metavar="COMMAND", help="the command and its arguments, after --")
     options = parser.parse_args(arguments)
     try:
-        with _services():
-            return _run(options.command)
+        with closing(Services()) as services:
+            services.start()
+            return _run(options.command, services)
     except (ServiceError, OSError) as problem:
         print(f"with-services: {problem}", file=sys.stderr)
         return CANNOT_START
 
 
-def _run(command: list[str]) -> int:
+def _run(command: list[str], services: Services) -> int:
     """A terminal's interrupt reaches the command itself; what is sent to this process alone is for the command."""
-    process = subprocess.Popen(command)
+    process = subprocess.Popen(command, env={**os.environ, PID_VARIABLE: str(os.getpid())})
     signal.signal(signal.SIGINT, signal.SIG_IGN)
     for number in (signal.SIGTERM, signal.SIGHUP):
         signal.signal(number, lambda received, _: process.send_signal(received))
+    signal.signal(RESTART, lambda *_: services.restart())
     status = process.wait()
     return status if status >= 0 else 128 - status
 
 
-@contextmanager
-def _services() -> Iterator[None]:
-    """All services, ready when the body begins."""
-    with ExitStack() as running, _ready_socket() as ready:
-        services = {name: running.enter_context(_service(name, ready.getsockname())) for name in SERVICES}
-        for _ in services:
-            _wait_for_one(ready, services)
-        yield
+class Services:
+    """All services, ready once they are started."""
+
+    def __init__(self) -> None:
+        self._running = ExitStack()
+
+    def start(self) -> None:
+        with _ready_socket() as ready:
+            services = {name: self._running.enter_context(_service(name, ready.getsockname())) for name in SERVICES}
+            for _ in services:
+                _wait_for_one(ready, services)
+
+    def restart(self) -> None:
+        """One that does not come back is told; the command goes on without it."""
+        self.close()
+        try:
+            self.start()
+        except ServiceError as problem:
+            print(f"with-services: {problem}", file=sys.stderr)
+
+    def close(self) -> None:
+        self._running.close()
 
 
 @contextmanager
