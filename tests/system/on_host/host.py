@@ -44,7 +44,7 @@ class Host:
         """Makes it a host on which nothing ever was."""
         machine = self.hardware.machine()
         ports = [slot for slot in [*machine.hubs, *machine.cameras] if "." not in slot]
-        self.hardware.reboot([hardware_change("--unplug", port) for port in ports])
+        self.change_hardware(*(f"unplug {port}" for port in ports))
         CONFIGURATION.write_text("<velmora/>\n")
         self.empty_links()
 
@@ -67,9 +67,12 @@ class Host:
             self._tell(plugged, 0)
 
     def reboot(self, *changes: str) -> None:
-        """A change is written as the sandbox's option, without the dashes: "move 3-1 3-2"."""
-        self.hardware.reboot([hardware_change(*f"--{change}".split()) for change in changes])
+        self.change_hardware(*changes)
         usbdevlib.start_up()
+
+    def change_hardware(self, *changes: str) -> None:
+        """While the host is off; a change is written as the sandbox's option, without the dashes: "move 3-1 3-2"."""
+        self.hardware.reboot([hardware_change(*f"--{change}".split()) for change in changes])
 
     def node(self, port: str) -> int:
         """The node that carries the picture of the camera in the port."""
