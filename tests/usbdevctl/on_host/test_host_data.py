@@ -1,0 +1,110 @@
+"""status, package and timeouts."""
+
+from __future__ import annotations
+
+import subprocess
+from collections.abc import Iterator
+
+import pytest
+from conftest import APPLICATION, CONFIGURATION, document, usbdevctl
+
+
+@pytest.fixture
+def stream(profile: str) -> Iterator[None]:
+    """A source process and a playlist of the profile."""
+    playlist = APPLICATION / "web/hls/channel3/playlist.m3u8"
+    playlist.parent.mkdir(parents=True, exist_ok=True)
+    playlist.touch()
+    with subprocess.Popen(["v4l2_read 0", "60"], executable="/usr/bin/sleep") as source:
+        yield
+        source.terminate()
+    playlist.unlink()
+
+
+@pytest.mark.usefixtures("stream")
+def test_the_state_of_a_stream_is_shown() -> None:
+    assert document("status")["streams"][2] == {
+        "profile": 2,
+        "profile_name": "Door",
+        "camera": "0c45:6366",
+        "source": "v4l2_read",
+        "playlist": True,
+        "live_view": True,
+        "code": None,
+        "reason": None,
+    }
+
+
+def test_a_profile_without_a_camera_has_no_state() -> None:
+    assert document("status")["streams"] == [
+        {
+            "profile": profile,
+            "profile_name": "",
+            "camera": None,
+            "source": None,
+            "playlist": False,
+            "live_view": None,
+            "code": None,
+            "reason": None,
+        }
+        for profile in range(4)
+    ]
+
+
+def test_a_stream_that_cannot_be_shown_has_a_reason() -> None:
+    CONFIGURATION.write_text(
+        "<velmora><ch0><exists>0</exists><profile>1</profile><usbslot>3-1</usbslot></ch0></velmora>"
+    )
+    row = usbdevctl("status").stdout.splitlines()[2]
+    assert row.split(maxsplit=5) == ["1", "-", "-", "-", "off", "no, the device is not attached"]
+
+
+def test_no_state_is_told_from_a_configuration_that_cannot_be_read() -> None:
+    CONFIGURATION.write_text("<velmora")
+    result = usbdevctl("status")
+    assert (result.stdout, result.returncode) == ("", 1)
+    assert result.stderr.endswith("usbdevctl: the channel configuration cannot be read\n")
+
+
+def test_a_package_is_shown_as_it_is_registered() -> None:
+    assert document("package", "Velmora2") == {
+        "package": "Velmora2",
+        "version": "2.1.0",
+        "build": "20240318",
+        "install_path": str(APPLICATION),
+        "enabled": True,
+    }
+
+
+def test_a_package_that_the_host_does_not_have_is_none() -> None:
+    result = usbdevctl("package", "Nothing", "--json")
+    assert (result.stdout, result.stderr) == ("", "usbdevctl: the host has no package 'Nothing'\n")
+    assert result.returncode == 3
+
+
+def counted() -> list[int]:
+    counters = document("timeouts")["counters"]
+    assert [row["profile"] for row in counters] == [0, 1, 2, 3]
+    return [row["timeouts"] for row in counters]
+
+
+def test_timeouts_are_counted_until_they_are_reset() -> None:
+    for profile in "330":
+        assert usbdevctl("timeouts", "add", profile).returncode == 0
+    assert counted() == [1, 0, 0, 2]
+    assert usbdevctl("timeouts", "reset").returncode == 0
+    assert counted() == [0, 0, 0, 0]
+
+
+def test_timeouts_are_a_table_for_people() -> None:
+    usbdevctl("timeouts", "add", "1")
+    lines = usbdevctl("timeouts").stdout.splitlines()
+    assert [line.split() for line in lines] == [["PROFILE", "TIMEOUTS"], ["0", "0"], ["1", "1"], ["2", "0"], ["3", "0"]]
+
+
+@pytest.mark.parametrize("wrong", ["add", "add 4", "reset 1", "2", "add 1 --json"])
+def test_a_wrong_change_of_the_timeouts_changes_nothing(wrong: str) -> None:
+    result = usbdevctl("timeouts", *wrong.split())
+    assert (result.stdout, result.returncode) == ("", 2)
+    assert result.stderr.startswith("usbdevctl: ")
+    assert counted() == [0, 0, 0, 0]
