@@ -15,18 +15,17 @@ enum Condition : unsigned { kVideo = 1, kAudio = 2, kMjpeg = 4, kH264 = 8, kSoun
 // What may have changed; the last one is there always.
 enum Change : unsigned {
   kCodec = 1,
-  kWidth = 2,
-  kHeight = 4,
-  kRate = 8,
-  kOverlay = 16,
-  kFlip = 32,
-  kMirror = 64,
-  kDisplay = 128,
-  kSound = 256,
-  kFormat = 512,
-  kVolume = 1024,
-  kAllChanges = 2047,
-  kAlways = 2048
+  kSize = 2,
+  kRate = 4,
+  kOverlay = 8,
+  kFlip = 16,
+  kMirror = 32,
+  kDisplay = 64,
+  kSound = 128,
+  kFormat = 256,
+  kVolume = 512,
+  kAllChanges = 1023,
+  kAlways = 1024
 };
 
 struct Rule {
@@ -39,11 +38,11 @@ constexpr Rule kKeys[] = {
     {kVideo, kAlways, "ch4/video/venable=1"},
     {kVideo | kMjpeg, kCodec, "ch4/video/vcodec=1"},
     {kVideo | kH264, kCodec, "ch4/video/vcodec=0"},
-    {kVideo, kWidth, "ch4/video/width=640"},
-    {kVideo, kHeight, "ch4/video/height=480"},
+    {kVideo, kSize, "ch4/video/width=640"},
+    {kVideo, kSize, "ch4/video/height=480"},
     {kVideo | kMjpeg, kRate, "ch4/video/framerate=120.00"},
     {kVideo | kH264, kRate, "ch4/video/framerate=30.00"},
-    {kVideo | kMjpeg, kCodec | kWidth | kHeight | kRate, "ch4/vtag=00004711"},
+    {kVideo | kMjpeg, kCodec | kSize | kRate, "ch4/vtag=00004711"},
     {kVideo | kH264, kAlways, "ch4/video/spsstate=0"},
     {kVideo | kH264, kOverlay, "ch4/video/osdenable=1"},
     {kVideo | kH264, kFlip, "ch4/video/flip=1"},
@@ -61,7 +60,7 @@ constexpr Rule kKeys[] = {
 constexpr Rule kLines[] = {
     {kVideo | kMjpeg, kCodec, "log 0 Modified Channel 3 video format: MJPEG"},
     {kVideo | kH264, kCodec, "log 0 Modified Channel 3 video format: H.264"},
-    {kVideo, kWidth | kHeight, "log 0 Modified Channel 3 resolution: 640x480"},
+    {kVideo, kSize, "log 0 Modified Channel 3 resolution: 640x480"},
     {kVideo | kMjpeg, kRate, "log 0 Modified Channel 3 FPS: 120.00"},
     {kVideo | kMjpeg, kRate, "log 1 Modified Channel 3 frame rate to over 60 FPS. Decode error may occur."},
     {kVideo | kH264, kRate, "log 0 Modified Channel 3 FPS: 30.00"},
@@ -153,8 +152,8 @@ _streaminfo oldSettings(const Case &c) {
     before.*setting = (c.changes & change) != 0 ? 1 - after.*setting : after.*setting;
   };
   set(kCodec, &_streaminfo::vcodec);
-  set(kWidth, &_streaminfo::width);
-  set(kHeight, &_streaminfo::height);
+  set(kSize, &_streaminfo::width);
+  set(kSize, &_streaminfo::height);
   before.framerate = (c.changes & kRate) != 0 ? 25.0F : after.framerate;
   set(kOverlay, &_streaminfo::osdenable);
   set(kFlip, &_streaminfo::flip);

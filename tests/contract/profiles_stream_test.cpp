@@ -71,6 +71,17 @@ TEST_F(AStreamChange, OfTheSizeOfMjpegWritesItAndANewTag) {
                                                 MatchesRegex("ch4/vtag=[0-9]{8}")));
 }
 
+TEST_F(AStreamChange, OfOneSideOfThePictureWritesThatSide) {
+  become(stream(kH264));
+  before.width = 1280;
+  store();
+  before = after;
+  before.height = 720;
+  store();
+  EXPECT_THAT(host.config.writes(), ElementsAre("ch4/video/venable=1", "ch4/video/width=640", "ch4/video/spsstate=0",
+                                                "ch4/video/venable=1", "ch4/video/height=480", "ch4/video/spsstate=0"));
+}
+
 TEST_F(AStreamChange, GoesOnWhenAKeyCannotBeWritten) {
   before.width = 1280;
   before.height = 720;
