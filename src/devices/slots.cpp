@@ -12,12 +12,27 @@ namespace {
 
 constexpr int kNotAvailable = -1;
 
-bool isUnparked(const Section &channel) { return channel.get(keys::conflictch) == kNone; }
-
 void fillAvailable(const Section &channel, _availinfo &row) {
   readSettings(kAvailability, channel, row);
   row.stream_type = readStreamType(channel);
   if (row.stream_type == kAudioOnly) row.framerate = 0;
+}
+
+/// Lists the channels with a profile that are not parked; the others get the stream type of unavailable ones.
+int listAvailable(_availinfo *rows, int profile, int unavailable) {
+  if (rows == nullptr) return -1;
+  const ConfigReader config;
+  if (!config) return -1;
+  std::memset(rows, 0, kChannels * sizeof *rows);
+  for (int i = 0; i < kChannels; ++i) {
+    const Section &channel = config.channel(i);
+    if (channel.get(keys::profile) == profile && channel.get(keys::conflictch) == kNone) {
+      fillAvailable(channel, rows[i]);
+    } else {
+      rows[i].stream_type = unavailable;
+    }
+  }
+  return 0;
 }
 
 bool isAttachedTo(const Section &channel, const char *usbslot) {
@@ -32,14 +47,8 @@ bool isAttachedTo(const Section &channel, const char *usbslot) {
 
 int vl_get_available_dev(_availinfo *rows) {
   using namespace usbdev;
-  if (rows == nullptr) return -1;
-  const ConfigReader config;
-  if (!config) return -1;
-  std::memset(rows, 0, kChannels * sizeof *rows);
+  if (listAvailable(rows, kNone, kNoStream) != 0) return -1;
   for (int i = 0; i < kChannels; ++i) {
-    const Section &channel = config.channel(i);
-    if (channel.get(keys::profile) != kNone || !isUnparked(channel)) continue;
-    fillAvailable(channel, rows[i]);
     if (rows[i].stream_type == kVideoOnly) rows[i].aenable = 0;  // here only, not for the devices of a profile
   }
   return 0;
@@ -47,19 +56,8 @@ int vl_get_available_dev(_availinfo *rows) {
 
 int vl_get_available_dev_N_channel(_availinfo *rows, int profile) {
   using namespace usbdev;
-  if (rows == nullptr || (profile != kNone && !isProfile(profile))) return -1;
-  const ConfigReader config;
-  if (!config) return -1;
-  std::memset(rows, 0, kChannels * sizeof *rows);
-  for (int i = 0; i < kChannels; ++i) {
-    const Section &channel = config.channel(i);
-    if (channel.get(keys::profile) == profile && isUnparked(channel)) {
-      fillAvailable(channel, rows[i]);
-    } else {
-      rows[i].stream_type = kNotAvailable;
-    }
-  }
-  return 0;
+  if (profile != kNone && !isProfile(profile)) return -1;
+  return listAvailable(rows, profile, kNotAvailable);
 }
 
 int vl_get_usbslot_video_cap(const char *usbslot, char *cap) {
