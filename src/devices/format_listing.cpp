@@ -12,26 +12,33 @@
 namespace usbdev {
 namespace {
 
-/// Reads a rate as strtod does. Cameras list plain decimals of a few digits; for those one exact division gives the
-/// same double at a fraction of the cost.
-double toRate(const char *text) {
-  constexpr int kExactDigits = 15;  // integers of so many digits, and their power of ten, are exact in a double
+/// Reads the rate that stands before a blank, as strtod does; false where no blank follows. Cameras list plain decimals
+/// of a few digits; for those one exact division gives the same double at a fraction of the cost.
+bool readRate(char *text, double &rate) {
+  constexpr int kLongestRate = 15;  // integers of so many digits, and their power of ten, are exact in a double
   std::int64_t digits = 0;
   std::int64_t scale = 1;
   bool fraction = false;
-  int length = 0;
-  for (const char *c = text; *c != '\0'; ++c) {
-    if (*c == '.' && !fraction) {
-      fraction = true;
-    } else if (*c >= '0' && *c <= '9' && length < kExactDigits) {
+  const char *c = text;
+  for (; c < text + kLongestRate; ++c) {
+    if (*c >= '0' && *c <= '9') {
       digits = digits * 10 + (*c - '0');
       if (fraction) scale *= 10;
-      ++length;
+    } else if (*c == '.' && !fraction) {
+      fraction = true;
     } else {
-      return std::strtod(text, nullptr);
+      break;
     }
   }
-  return static_cast<double>(digits) / static_cast<double>(scale);
+  if (*c == ' ') {
+    rate = static_cast<double>(digits) / static_cast<double>(scale);
+    return true;
+  }
+  char *const blank = std::strchr(text, ' ');
+  if (blank == nullptr) return false;
+  text[blank - text < kLongestRate ? blank - text : kLongestRate] = '\0';
+  rate = std::strtod(text, nullptr);
+  return true;
 }
 
 }  // namespace
@@ -101,12 +108,8 @@ bool FormatListing::takeInterval(char *value) {
   if (format_ == nullptr || size_ == nullptr) return true;
   char *const open = std::strchr(value, '(');
   if (open == nullptr) return true;
-  char *const text = open + 1;
-  char *const blank = std::strchr(text, ' ');
-  if (blank == nullptr) return true;
-  constexpr std::ptrdiff_t kLongestRate = 15;
-  text[blank - text < kLongestRate ? blank - text : kLongestRate] = '\0';
-  const double rate = toRate(text);
+  double rate = 0;
+  if (!readRate(open + 1, rate)) return true;
   if (size_->fps_count == USBDEV_RATES) {
     std::fprintf(stderr, "device[%d]:%.4x support(%3.2f fps) over max(%d) fps. list define\n", vnode_,
                  static_cast<unsigned>(format_->codec), rate, USBDEV_RATES);
