@@ -27,7 +27,7 @@ struct Reply {
 };
 
 /// Makes the request path from one value or two; false, the path cleared, when it does not fit.
-bool setRequestPath(const char *pattern, const char *first, const char *second = "") {
+bool setRequestPath(const char *pattern, const char *first, const char *second) {
   std::memset(NVR_CGI, 0, sizeof NVR_CGI);
   char path[kPathSize];
   if (!formatText(path, pattern, first, second)) return false;
@@ -39,7 +39,13 @@ bool setRequestPath(const char *pattern, const char *first, const char *second =
   return true;
 }
 
-int ask(const NasServer &server, Reply &reply, int use_auth) {
+constexpr int kAuthorized = 1;
+constexpr int kAnonymous = 0;
+
+/// Asks for a path made from one value or two; the count of the reply's bytes, or -1.
+int ask(const NasServer &server, int use_auth, Reply &reply, const char *pattern, const char *first,
+        const char *second = "") {
+  if (!setRequestPath(pattern, first, second)) return -1;
   return connect_host(&server, reply.text, kReplySize, 1, use_auth);
 }
 
@@ -94,25 +100,22 @@ int nas_auth(const NasServer *server, char *sid) {
   }
   char password[usbdev::kCredentialLength * 2];
   Base64encs(server->password, password);
-  if (!usbdev::setRequestPath("/cgi-bin/authLogin.cgi?user=%s&pwd=%s", server->user, password)) return -1;
   usbdev::Reply reply;
-  if (usbdev::ask(*server, reply, 1) < 0) return -1;
-  return write_sid(reply.text, sid);
+  const int count =
+      usbdev::ask(*server, usbdev::kAuthorized, reply, "/cgi-bin/authLogin.cgi?user=%s&pwd=%s", server->user, password);
+  return count < 0 ? -1 : write_sid(reply.text, sid);
 }
 
 int nas_logout(const NasServer *server, const char *sid) {
   if (server == nullptr || sid == nullptr) return -1;
-  if (!usbdev::setRequestPath("/cgi-bin/authLogout.cgi?logout=1&sid=%s", sid)) return -1;
   usbdev::Reply reply;
-  const int count = usbdev::ask(*server, reply, 1);
-  return count < 0 ? -1 : count;
+  return usbdev::ask(*server, usbdev::kAuthorized, reply, "/cgi-bin/authLogout.cgi?logout=1&sid=%s", sid);
 }
 
 int nas_sid_auth(const NasServer *server, const char *sid) {
   if (server == nullptr || sid == nullptr) return -1;
-  if (!usbdev::setRequestPath("/cgi-bin/authLogin.cgi?sid=%s", sid)) return -1;
   usbdev::Reply reply;
-  if (usbdev::ask(*server, reply, 0) < 0) return -1;
+  if (usbdev::ask(*server, usbdev::kAnonymous, reply, "/cgi-bin/authLogin.cgi?sid=%s", sid) < 0) return -1;
   const char *const marker = std::strstr(reply.text, usbdev::kPassedStart);
   if (marker == nullptr) return -1;
   const char passed = marker[sizeof usbdev::kPassedStart - 1];

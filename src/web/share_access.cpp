@@ -44,10 +44,9 @@ int shareCode(const Section &channel, const char *token) {
   return isSame(stored, token) ? kServe : kWrongToken;
 }
 
-template <int N>
-bool holdsShareId(const Section &channel, const TextKey<N> &key, const char *ssid) {
-  char stored[N];
-  channel.get(key, stored);
+bool holdsShareId(const Section &channel, const TextPath &key, const char *ssid) {
+  char stored[keys::ssid.size];
+  channel.getText(key, stored);
   return isSame(stored, ssid);
 }
 
