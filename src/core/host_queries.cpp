@@ -37,9 +37,10 @@ bool isProcessorOtherThanIntel() {
   return file && !file.skipTo("GenuineIntel");
 }
 
-int findHostSetting(const char *key, char (&line)[256], const char **value) {
+int copyHostSetting(const char *key, char *out, std::size_t length) {
   FileLines file("/etc/config/Tundrel.conf");
   if (!file) return -1;
+  char line[256];
   while (file.next(line)) {
     const bool ntp_section = contains(line, "[NTP]");
     if (!ntp_section && contains(line, "[")) continue;
@@ -49,7 +50,7 @@ int findHostSetting(const char *key, char (&line)[256], const char **value) {
       return -1;
     }
     if (isSame(setting.left, key)) {
-      *value = setting.right;
+      copyCut(out, setting.right, length);
       return 1;
     }
   }
@@ -67,11 +68,7 @@ int get_bndl_info(const char *package, const char *field, char *value) {
 
 int get_nas_info(const char *key, char *value) {
   if (key == nullptr || value == nullptr) return -1;
-  char line[256];
-  const char *found = nullptr;
-  const int result = usbdev::findHostSetting(key, line, &found);
-  if (result == 1) usbdev::copyCut(value, found, usbdev::kHostTextSize - 1);
-  return result < 0 ? -1 : 0;
+  return usbdev::copyHostSetting(key, value, usbdev::kHostTextSize - 1) < 0 ? -1 : 0;
 }
 
 int AMDmodel_oneChannelLimited(void) {

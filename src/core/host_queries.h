@@ -14,9 +14,9 @@ constexpr int kHostTextSize = 32;
 /// the file could be read and names another vendor than Intel.
 bool isProcessorOtherThanIntel();
 
-/// Scans the host's settings before the NTP section for a key. 1 with the value, which points into `line`; 0 when the
-/// file ends without it; -1 when the file cannot be opened, or at the NTP section or a line without "=", the file then
-/// left open as callers have known it.
-int findHostSetting(const char *key, char (&line)[256], const char **value);
+/// Copies the value of a key from the host's settings before the NTP section, cut to the length. 1 with the value; 0
+/// when the file ends without it; -1 when the file cannot be opened, or at the NTP section or a line without "=", the
+/// file then left open as callers have known it.
+int copyHostSetting(const char *key, char *out, std::size_t length);
 
 }  // namespace usbdev

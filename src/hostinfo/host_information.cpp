@@ -11,6 +11,8 @@ namespace {
 
 using Answer = char[127];
 
+constexpr std::size_t kLongestVersion = 255;
+
 /// False when the package registry says nothing, or the name could not be asked for.
 bool askRegistry(const char *package, const char *key, Answer &answer) {
   char command[256];
@@ -35,20 +37,15 @@ void askFor(const char *package, const char *key, char (&field)[N]) {
 
 int vl_get_nas_HTTPport(int *port) {
   if (port == nullptr) return -1;
-  char line[256];
-  const char *value = nullptr;
-  const int result = usbdev::findHostSetting("Web Access Port", line, &value);
+  char value[256];
+  const int result = usbdev::copyHostSetting("Web Access Port", value, sizeof value - 1);
   if (result == 1) *port = usbdev::toInt(value);
   return result < 0 ? -1 : 0;
 }
 
 int vl_get_nas_version(char *version) {
   if (version == nullptr) return -1;
-  char line[256];
-  const char *value = nullptr;
-  const int result = usbdev::findHostSetting("Version", line, &value);
-  if (result == 1) usbdev::copyCut(version, value, sizeof line - 1);
-  return result < 0 ? -1 : 0;
+  return usbdev::copyHostSetting("Version", version, usbdev::kLongestVersion) < 0 ? -1 : 0;
 }
 
 int vl_get_bndl_info(const char *package, BndlInfo *info) {
