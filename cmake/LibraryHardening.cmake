@@ -1,6 +1,11 @@
 # How the library is compiled and linked, apart from everything else in the tree: it runs inside other people's
 # processes on hosts that carry no C++ run-time, exports only what is listed, and takes no chances with bad input.
 
+include(CheckCXXCompilerFlag)
+# A library that waits for commands gains nothing from larger code; older compilers know no better than -Os.
+check_cxx_compiler_flag(-Oz USBDEV_HAS_OZ)
+set(usbdev_small_code $<IF:$<BOOL:${USBDEV_HAS_OZ}>,-Oz,-Os>)
+
 # usbdev_library_code(TARGET): the compile settings alone, for any target that is made of the library's own sources.
 function(usbdev_library_code target)
   set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
@@ -13,7 +18,7 @@ function(usbdev_library_code target)
     -fdata-sections
     -fstack-protector-strong
     -fstack-clash-protection
-    $<$<CONFIG:Release>:-Os> # a library that waits for commands gains nothing from larger code
+    $<$<CONFIG:Release>:${usbdev_small_code}>
   )
   if(NOT USBDEV_SANITIZE)
     target_compile_options(${target} PRIVATE $<${optimised}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>)
