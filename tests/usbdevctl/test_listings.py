@@ -1,11 +1,12 @@
-"""channels and formats."""
+"""channels, devices, profiles, free, slot list and formats."""
 
 from __future__ import annotations
 
 import json
+import re
 from typing import Any
 
-from conftest import RunOnHost
+from conftest import RunOnHost, run_all
 
 CONFIGURATION = """<velmora>
   <ch0><exists>1</exists><profile>2</profile><usbslot>3-1</usbslot><devname>Cam</devname><slot_switch>0</slot_switch>
@@ -88,3 +89,96 @@ def test_a_camera_without_a_usable_format_has_none_that_applies(on_host: RunOnHo
     assert json.loads(result.stdout) == {"schema": 1, "node": 0, "over_60": False, "formats": []}
     assert result.stderr == "usbdevctl: /dev/video0 offers no format that can be used\n"
     assert result.returncode == 3
+
+
+TWO_CAMERAS = "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 5-1; usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door"
+APPLICATION = "/mnt/ext/opt/apps/Velmora2"
+
+
+def test_the_devices_are_listed_with_what_they_are_set_to(on_host: RunOnHost) -> None:
+    _, document, text = run_all(on_host, TWO_CAMERAS, "usbdevctl devices --json", "usbdevctl devices")
+    keys = ("channel", "state", "slot", "stream", "audio", "shared", "profile", "profile_name", "slot_switch")
+    assert [tuple(device[key] for key in keys) for device in document.json["devices"]] == [
+        (0, "plugged", "3-1.1", "video", False, False, 0, "Door", True),
+        (1, "plugged", "5-1", "video", False, False, None, "", True),
+    ]
+    assert (document.json["schema"], document.status) == (1, 0)
+    assert text.out.split("\n")[0].split() == (
+        "CHANNEL STATE SLOT DEVICE STREAM AUDIO SHARED PROFILE SWITCH CONFLICT CREATED".split()
+    )
+
+
+def test_a_host_without_devices_has_none_to_list_or_to_bind(on_host: RunOnHost) -> None:
+    devices, free = run_all(on_host, "usbdevctl devices --json", "usbdevctl free --json")
+    assert (devices.json, devices.err, devices.status) == (
+        {"schema": 1, "devices": []},
+        "usbdevctl: no channel has a device\n",
+        3,
+    )
+    assert (free.json, free.err, free.status) == (
+        {"schema": 1, "profiles": [0, 1, 2, 3], "devices": []},
+        "usbdevctl: no device waits for a profile\n",
+        3,
+    )
+
+
+def test_what_is_free_is_listed_until_all_is_bound(on_host: RunOnHost) -> None:
+    configuration = "".join(
+        f"<ch{channel}><exists>1</exists><profile>{channel}</profile><usbslot>3-{channel}</usbslot></ch{channel}>"
+        for channel in range(4)
+    )
+    _, free, _, bound = run_all(
+        on_host,
+        TWO_CAMERAS,
+        "usbdevctl free --json",
+        f"echo '<velmora>{configuration}</velmora>' >/etc/config/usbdev.conf",
+        "usbdevctl free",
+    )
+    assert free.json["profiles"] == [1, 2, 3]
+    assert [(device["channel"], device["slot"]) for device in free.json["devices"]] == [(1, "5-1")]
+    assert free.status == 0
+    assert (bound.out, bound.status) == ("profiles    none\ndevices     none\n", 3)
+    assert bound.err == "usbdevctl: every profile is bound\n"
+
+
+def test_the_profiles_follow_their_live_view_links(on_host: RunOnHost) -> None:
+    _, good, _, nowhere, _, missing = run_all(
+        on_host,
+        TWO_CAMERAS,
+        "usbdevctl profiles --json",
+        f"rmdir {APPLICATION}/hls/channel1",
+        "usbdevctl profiles --json",
+        f"find {APPLICATION} -type l -delete",
+        "usbdevctl profiles",
+    )
+    profiles = good.json["profiles"]
+    assert [profile["state"] for profile in profiles] == ["ready", "unbound", "unbound", "unbound"]
+    link = profiles[0]["link"]
+    assert re.fullmatch(APPLICATION + "/[0-9a-f]{32}", link["path"])
+    assert (link["target"], link["state"]) == (f"{APPLICATION}/hls/channel1", "good")
+    assert profiles[1]["link"] is None
+    assert nowhere.json["profiles"][0]["link"]["state"] == "nowhere"
+    assert missing.out.splitlines()[1].endswith("  missing")
+    assert [done.status for done in (good, nowhere, missing)] == [0, 0, 0]
+
+
+def test_the_slots_are_listed_with_what_their_cameras_offer(on_host: RunOnHost) -> None:
+    _, slots = run_all(on_host, TWO_CAMERAS, "usbdevctl slot list --json")
+    keys = ("slot", "channel", "slot_switch", "stream", "codecs", "profile")
+    assert [tuple(slot[key] for key in keys) for slot in slots.json["slots"]] == [
+        ("3-1.1", 0, True, "video", ["mjpeg", "h264"], 0),
+        ("5-1", 1, True, "video", ["mjpeg", "h264"], None),
+    ]
+
+
+def test_a_slot_that_two_channels_hold_is_listed_once(on_host: RunOnHost) -> None:
+    configuration = "".join(
+        f"<ch{channel}><exists>{exists}</exists><usbslot>3-1</usbslot></ch{channel}>"
+        for channel, exists in enumerate((-1, 1))
+    )
+    _, slots = run_all(
+        on_host,
+        f"echo '<velmora>{configuration}</velmora>' >/etc/config/usbdev.conf",
+        "usbdevctl slot list --json",
+    )
+    assert [(slot["slot"], slot["channel"]) for slot in slots.json["slots"]] == [("3-1", 1)]

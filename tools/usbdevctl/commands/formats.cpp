@@ -25,6 +25,10 @@ CameraFormats askCamera(int node) {
   return camera;
 }
 
+std::string asJson(int node, const CameraFormats &camera) {
+  return Json::document().set("node", node).set("over_60", camera.over_60).set("formats", formatsJson(camera)).text();
+}
+
 ExitStatus formats(const Options &options) {
   const CameraFormats camera = askCamera(options.node);
   const std::string device = "/dev/video" + std::to_string(options.node);
@@ -32,7 +36,7 @@ ExitStatus formats(const Options &options) {
     complain("the formats of " + device + " cannot be asked for");
     return ExitStatus::failure;
   }
-  print(options.json ? formatsJson(options.node, camera).text() : formatsText(camera, outputTakesColour()));
+  print(options.json ? asJson(options.node, camera) : formatsText(camera, outputTakesColour()));
   if (camera.over_60) complain("warning: " + device + " has rates above 60 frames per second; decoding may fail");
   if (camera.count > 0) return ExitStatus::ok;
   complain(device + " offers no format that can be used");

@@ -44,6 +44,10 @@ Field switchField(const std::string &name, std::optional<bool> on) {
   return {asWords(name), std::move(cell), Align::left, name, on};
 }
 
+Field answerField(const std::string &name, bool yes) {
+  return {asWords(name), {yes ? "yes" : "no"}, Align::left, name, yes};
+}
+
 Field textField(const std::string &name, const std::string &text) {
   return {asWords(name), {printable(text)}, Align::left, name, text};
 }

@@ -22,6 +22,7 @@ struct Field {
 // For people the name's underscores are blanks.
 Field numberField(const std::string &name, std::optional<int> number);
 Field switchField(const std::string &name, std::optional<bool> on);
+Field answerField(const std::string &name, bool yes);
 /// A text from a device, which may hold anything.
 Field textField(const std::string &name, const std::string &text);
 /// One of the program's own words.

@@ -1,17 +1,16 @@
 #include "parts/formats.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <set>
 #include <vector>
 
 #include "output/table.h"
+#include "parts/stream_text.h"
 
 namespace usbdevctl {
 
 namespace {
 
-constexpr int kMjpeg = 1;
 constexpr float kUsualRate = 60;  // above it decoding may fail
 
 template <typename Item, std::size_t Size>
@@ -42,7 +41,7 @@ Style rateStyle(float rate) { return rate > kUsualRate ? Style::notice : Style::
 
 std::vector<Cell> sizeRow(const _usbres_des &size, const std::set<float> &columns) {
   const std::vector<float> rates = ratesOf(size);
-  std::vector<Cell> row = {{std::to_string(size.width) + "x" + std::to_string(size.height)}};
+  std::vector<Cell> row = {{sizeText(size.width, size.height)}};
   for (const float rate : columns) {
     const bool offered = std::find(rates.begin(), rates.end(), rate) != rates.end();
     row.push_back(offered ? Cell{"x", rateStyle(rate)} : Cell{"."});
@@ -67,8 +66,7 @@ std::string formatTitle(const _usbfmt_des &format) {
 
 Json sizeJson(const _usbres_des &size) {
   Json rates = Json::array();
-  // Through the short text, so that 29.97 does not become 29.969999313354492.
-  for (const float rate : ratesOf(size)) rates.append(Json::number(rateText(rate)));
+  for (const float rate : ratesOf(size)) rates.append(rateJson(rate));
   return Json::object().set("width", size.width).set("height", size.height).set("rates", std::move(rates));
 }
 
@@ -77,7 +75,7 @@ Json formatJson(const _usbfmt_des &format) {
   for (const _usbres_des &size : sizesOf(format)) sizes.append(sizeJson(size));
   return Json::object()
       .set("index", format.index)
-      .set("codec", format.codec == kMjpeg ? "mjpeg" : "h264")
+      .set("codec", wordFor(videoCodecs(), format.codec))
       .set("sizes", std::move(sizes));
 }
 
@@ -88,15 +86,6 @@ std::vector<_usbfmt_des> formatsOf(const CameraFormats &camera) {
 
 }  // namespace
 
-std::string rateText(float rate) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%.3f", static_cast<double>(rate));
-  std::string shortened = text;
-  shortened.erase(shortened.find_last_not_of('0') + 1);
-  if (shortened.back() == '.') shortened.pop_back();
-  return shortened;
-}
-
 std::string formatsText(const CameraFormats &camera, bool colour) {
   std::string text;
   for (const _usbfmt_des &format : formatsOf(camera)) {
@@ -106,10 +95,10 @@ std::string formatsText(const CameraFormats &camera, bool colour) {
   return text;
 }
 
-Json formatsJson(int node, const CameraFormats &camera) {
+Json formatsJson(const CameraFormats &camera) {
   Json formats = Json::array();
   for (const _usbfmt_des &format : formatsOf(camera)) formats.append(formatJson(format));
-  return Json::document().set("node", node).set("over_60", camera.over_60).set("formats", std::move(formats));
+  return formats;
 }
 
 }  // namespace usbdevctl

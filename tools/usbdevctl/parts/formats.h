@@ -18,9 +18,7 @@ struct CameraFormats {
 };
 
 std::string formatsText(const CameraFormats &camera, bool colour);
-Json formatsJson(int node, const CameraFormats &camera);
-
-/// A rate as short as it can be said: 30, 7.5, 29.97.
-std::string rateText(float rate);
+/// An array.
+Json formatsJson(const CameraFormats &camera);
 
 }  // namespace usbdevctl

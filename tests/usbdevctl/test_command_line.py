@@ -1,0 +1,89 @@
+"""Help, and command lines that are wrong. None of this reaches the library."""
+
+from __future__ import annotations
+
+import subprocess
+
+import pytest
+from conftest import USBDEVCTL, help_of
+
+CAMERA = "plug --type camera --node 0 --slot 3-1 --name Cam"
+WRONG = [
+    "",
+    "frobnicate",
+    "plug",
+    "plug --type camera --slot 3-1 --name Cam",
+    f"{CAMERA} --type toaster",
+    CAMERA.replace("--node 0", "--node -1"),
+    CAMERA.replace("--node 0", "--node 99999999999"),
+    CAMERA.replace("3-1", "''"),
+    CAMERA.replace("3-1", 128 * "3"),
+    "formats",
+    "formats one",
+    "watch --count 0",
+    "watch --timeout -1",
+    "log --lines 0",
+    "channels --colour",
+    "stream",
+    "stream show",
+    "stream show 4",
+    "stream set",
+    "stream set 0 --codec vp9",
+    "stream set 0 --size 640",
+    "stream set 0 --size 0x480",
+    "stream set 0 --fps fast",
+    "stream set 0 --overlay yes",
+    "stream set 0 --volume 101",
+    "caps",
+    "caps -1",
+    "devices all",
+    "profiles 0",
+    "free 0",
+    "slot",
+    "slot on",
+    "slot off " + 128 * "3",
+    "host",
+    "host port",
+    "completion",
+]
+
+
+@pytest.mark.parametrize("line", WRONG)
+def test_a_wrong_command_line_is_refused(line: str) -> None:
+    words = ["" if word == "''" else word for word in line.split()]
+    done = subprocess.run([USBDEVCTL, *words], check=False, capture_output=True, text=True)
+    assert (done.returncode, done.stdout) == (2, "")
+    assert done.stderr
+    assert all(error.startswith("usbdevctl: ") for error in done.stderr.splitlines())
+
+
+def every_command(*group: str) -> list[tuple[str, ...]]:
+    """The commands that the help names, those of each group behind it."""
+    commands = []
+    for name in help_of(*group)["commands"]:
+        commands += [(*group, name), *every_command(*group, name)]
+    return commands
+
+
+# Nothing is to be printed by these but a complaint.
+SILENT = ["assign", "clear", "rename", "sync", "volume", "sps", "login", "share off", "completion"]
+
+
+def test_every_command_has_help_that_says_how_it_is_called() -> None:
+    commands = every_command()
+    assert len(commands) > 30
+    for command in commands:
+        text = help_of(*command)["text"]
+        assert f"Usage: usbdevctl {' '.join(command)} " in text
+        assert text.splitlines()[0], "the first line says what the command does"
+
+
+def test_every_command_that_shows_something_has_json() -> None:
+    for command in every_command():
+        if not help_of(*command)["commands"] and " ".join(command) not in SILENT:
+            assert "--json" in help_of(*command)["options"], command
+
+
+def test_a_wrong_command_line_says_how_to_get_help() -> None:
+    done = subprocess.run([USBDEVCTL], check=False, capture_output=True, text=True)
+    assert done.stderr.splitlines()[-1] == "usbdevctl: try 'usbdevctl --help' or 'usbdevctl COMMAND --help'"

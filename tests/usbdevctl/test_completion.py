@@ -1,0 +1,125 @@
+"""What the shells complete, asked of the shells themselves with the scripts that usbdevctl prints."""
+
+from __future__ import annotations
+
+import re
+import shlex
+import shutil
+import subprocess
+
+import pytest
+from conftest import USBDEVCTL, help_of
+
+SHELLS = ["bash", "zsh"]
+
+# Each defines `complete_line WORD...`, which prints what the shell would offer for the last word, in one line.
+SCRIPTS = {
+    "bash": """
+eval "$("$USBDEVCTL" completion bash)"
+complete_line() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _usbdevctl; echo "${COMPREPLY[*]}"; }
+""",
+    # The shell's own part, the choice among what is found, is left out: it needs a terminal.
+    "zsh": """
+compdef() { : }
+compset() { : }
+_describe() { print -r -- "${(@)${(P)2}%%:*}" }
+eval "$("$USBDEVCTL" completion zsh)"
+complete_line() { local -a words=("$@"); local CURRENT=$#; _usbdevctl }
+""",
+}
+
+
+def run_shell(shell: str, script: str) -> list[str]:
+    options = ["--norc", "--noprofile"] if shell == "bash" else ["-f"]
+    done = subprocess.run(
+        [shell, *options, "-c", SCRIPTS[shell] + script],
+        env={"USBDEVCTL": str(USBDEVCTL), "PATH": "/usr/bin:/bin"},
+        check=False,
+        capture_output=True,
+        text=True,
+        timeout=60,
+    )
+    assert (done.stderr, done.returncode) == ("", 0)
+    return done.stdout.splitlines()
+
+
+def offered(shell: str, *lines: list[str]) -> list[set[str]]:
+    """What is offered for the last word of each command line."""
+    script = "".join("complete_line " + shlex.join(["usbdevctl", *line]) + "\n" for line in lines)
+    return [set(line.split()) for line in run_shell(shell, script)]
+
+
+@pytest.fixture(params=SHELLS)
+def shell(request: pytest.FixtureRequest) -> str:
+    if shutil.which(request.param, path="/usr/bin:/bin") is None:
+        pytest.skip(f"no {request.param} here")
+    return str(request.param)
+
+
+def test_the_commands_are_those_of_the_help(shell: str) -> None:
+    groups = ["stream", "slot", "host"]
+    answers = offered(shell, [""], *[[group, ""] for group in groups])
+    assert answers == [set(help_of()["commands"]), *[set(help_of(group)["commands"]) for group in groups]]
+
+
+def test_the_options_of_every_command_are_those_of_its_help(shell: str) -> None:
+    commands = list(help_of()["commands"])
+    answers = offered(shell, *[[command, "-"] for command in commands])
+    assert answers == [set(help_of(command)["options"]) for command in commands]
+
+
+@pytest.mark.parametrize(
+    ("line", "words"),
+    [
+        (["plug", "--type", ""], "camera audio"),
+        (["stream", "set", "0", "--codec", ""], "h264 mjpeg"),
+        (["stream", "set", "0", "--fps", "15", "--overlay", ""], "off on"),
+        (["clear", ""], "0 1 2 3"),
+        (["check", "3-1", ""], "0 1 2 3"),
+        (["completion", ""], "bash zsh"),
+    ],
+)
+def test_fixed_values_are_offered_where_they_belong(shell: str, line: list[str], words: str) -> None:
+    assert offered(shell, line) == [set(words.split())]
+
+
+def test_nothing_is_made_up_for_a_free_value(shell: str) -> None:
+    assert offered(shell, ["plug", "--slot", ""], ["stream", "set", "0", "--fps", ""]) == [set(), set()]
+
+
+def test_a_value_that_looks_like_a_command_leads_nowhere_else(shell: str) -> None:
+    (answer,) = offered(shell, ["plug", "--name", "stream", "--type", ""])
+    assert answer == {"camera", "audio"}
+
+
+def test_a_command_without_words_of_its_own_offers_its_options(shell: str) -> None:
+    assert offered(shell, ["channels", ""]) == [{"--help", "--json"}]
+
+
+def test_bash_keeps_what_begins_like_the_word() -> None:
+    assert offered("bash", ["ch"], ["stream", "set", "--codec", "m"]) == [{"channels", "check"}, {"mjpeg"}]
+
+
+def test_bash_completes_a_value_behind_an_equals_sign() -> None:
+    answers = offered("bash", ["plug", "--type", "=", ""], ["plug", "--type", "="], ["plug", "--type", "=", "c"])
+    assert answers == [{"camera", "audio"}, {"camera", "audio"}, {"camera"}]
+
+
+def test_bash_uses_the_script_for_the_program() -> None:
+    assert run_shell("bash", "complete -p usbdevctl") == ["complete -F _usbdevctl usbdevctl"]
+
+
+def test_zsh_says_what_each_word_means() -> None:
+    if shutil.which("zsh", path="/usr/bin:/bin") is None:
+        pytest.skip("no zsh here")
+    script = "_describe() { print -rl -- ${(P)2} }\ncomplete_line usbdevctl stream ''"
+    assert run_shell("zsh", script) == [
+        "show:Show a profile's stream settings",
+        "set:Change a profile's stream settings",
+    ]
+
+
+def test_the_scripts_are_refused_for_other_shells() -> None:
+    done = subprocess.run([USBDEVCTL, "completion", "fish"], check=False, capture_output=True, text=True)
+    assert (done.returncode, done.stdout) == (2, "")
+    assert re.search("bash,zsh", done.stderr)

@@ -1,0 +1,218 @@
+"""stream, caps, slot and host: what the settings pages of the application do."""
+
+from __future__ import annotations
+
+from conftest import RunOnHost, run_all
+
+# A camera with both codecs in a port of its own; profile 0 is bound to it.
+CAMERA = "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 0"
+UNBOUND = "usbdevctl: profile 0 is bound to no device\n"
+UNREADABLE = "echo '<vel' >/etc/config/usbdev.conf"
+
+
+def test_the_stream_of_a_new_profile_is_shown(on_host: RunOnHost) -> None:
+    _, shown, text = run_all(on_host, CAMERA, "usbdevctl stream show 0 --json", "usbdevctl stream show 0")
+    record = shown.json
+    assert len(record.pop("tag")) == 8
+    assert record == {
+        "schema": 1,
+        "stream": "video",
+        "video_node": 0,
+        "width": 1280,
+        "height": 720,
+        "fps": 30,
+        "codec": "mjpeg",
+        "overlay": True,
+        "flip": False,
+        "mirror": False,
+        "display": False,
+        "front_end": "",
+        "video_enabled": True,
+        "sps_state": 0,
+        "audio_node": None,
+        "audio": False,
+        "audio_codec": "ulaw",
+        "volume": 50,
+        "sample_rate": 8000,
+        "audio_channels": 1,
+        "bit_rate": 64000,
+    }
+    assert text.out.startswith("stream          video\nvideo node      0\nsize            1280x720\n")
+
+
+def test_a_change_tells_the_chosen_rate_and_what_was_logged(on_host: RunOnHost) -> None:
+    _, changed, shown = run_all(
+        on_host, CAMERA, "usbdevctl stream set 0 --size 640x480 --fps 100", "usbdevctl stream show 0 --json"
+    )
+    assert changed.out == (
+        "fps         60 (100 was asked for)\n"
+        "logged      Modified Channel 1 resolution: 640x480\n"
+        "logged      Modified Channel 1 FPS: 60.00\n"
+    )
+    assert (changed.err, changed.status) == ("", 0)
+    assert [shown.json[key] for key in ("width", "height", "fps")] == [640, 480, 60]
+
+
+def test_a_change_in_json_holds_the_events(on_host: RunOnHost) -> None:
+    _, changed = run_all(on_host, CAMERA, "usbdevctl stream set 0 --codec h264 --flip on --json")
+    texts = [event["text"] for event in changed.json["events"]]
+    assert texts == [
+        "Modified Channel 1 video format: H.264",
+        "Modified Channel 1 FPS: 9.00",
+        "Enabled image reverse on Channel 1",
+    ]
+    assert (changed.json["asked_fps"], changed.json["not_stored"], changed.status) == (None, [], 0)
+
+
+def test_a_change_that_does_not_fit_the_stream_is_named(on_host: RunOnHost) -> None:
+    _, changed = run_all(on_host, CAMERA, "usbdevctl stream set 0 --overlay off --volume 7 --json")
+    assert changed.json["not_stored"] == ["overlay", "volume"]
+    assert changed.err == (
+        "usbdevctl: overlay does not apply to this stream and was not stored\n"
+        "usbdevctl: volume does not apply to this stream and was not stored\n"
+    )
+    assert changed.status == 3
+
+
+def test_a_size_that_the_camera_does_not_offer_changes_nothing(on_host: RunOnHost) -> None:
+    _, before, refused, after = run_all(
+        on_host,
+        CAMERA,
+        "cat /etc/config/usbdev.conf",
+        "usbdevctl stream set 0 --size 641x480 --fps 5",
+        "cat /etc/config/usbdev.conf",
+    )
+    assert refused.err == "usbdevctl: the camera of profile 0 does not offer mjpeg at 641x480\n"
+    assert (refused.out, refused.status, after.out) == ("", 1, before.out)
+
+
+def test_a_profile_that_cannot_stream_says_why(on_host: RunOnHost) -> None:
+    results = run_all(
+        on_host,
+        "usbdevctl stream show 0",
+        "usbdevctl stream set 0 --fps 5",
+        "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2; usbdevctl assign 3-1.2 1; usbdevctl assign 3-1.1 0",
+        "usbdevctl stream show 1",
+        "usbdevctl slot off 3-1.1",
+        "usbdevctl stream show 0",
+        "sim unplug 3-1.1",
+        "usbdevctl stream show 0",
+    )
+    errors = [(result.err, result.status) for result in results]
+    assert errors[:2] == 2 * [(UNBOUND, 3)]
+    assert [errors[3], errors[5], errors[7]] == [
+        ("usbdevctl: the camera of profile 1 waits behind another one, or is not supported\n", 3),
+        ("usbdevctl: the port of profile 0 is switched off\n", 3),
+        ("usbdevctl: the device of profile 0 is not attached\n", 3),
+    ]
+
+
+def test_a_profile_with_sound_only_has_no_stream_to_set(on_host: RunOnHost) -> None:
+    configuration = (
+        "<velmora><ch0><exists>1</exists><profile>0</profile><usbslot>3-1</usbslot>"
+        "<audio><anode>0</anode><aenable>1</aenable><acap>0 1</acap></audio></ch0></velmora>"
+    )
+    _, changed, caps, listed = run_all(
+        on_host,
+        f"echo '{configuration}' >/etc/config/usbdev.conf",
+        "usbdevctl stream set 0 --volume 7",
+        "usbdevctl caps 0 --json",
+        "usbdevctl slot list --json",
+    )
+    assert changed.err == "usbdevctl: profile 0 has no camera, without which its stream cannot be set\n"
+    assert changed.status == 1
+    assert caps.json == {"schema": 1, "video": [], "audio": ["ulaw", "aac"], "formats": []}
+    assert caps.status == 0
+    assert [(slot["stream"], slot["codecs"]) for slot in listed.json["slots"]] == [("audio", [])]
+
+
+def test_the_capabilities_of_a_profile_are_codecs_and_formats(on_host: RunOnHost) -> None:
+    _, text, document = run_all(on_host, CAMERA, "usbdevctl caps 0", "usbdevctl caps 0 --json")
+    assert text.out.startswith("video       mjpeg, h264\naudio       none\n\nFormat 0: MJPEG, as the camera sends it;")
+    assert (document.json["video"], document.json["audio"]) == (["mjpeg", "h264"], [])
+    assert [entry["codec"] for entry in document.json["formats"]] == ["mjpeg", "h264"]
+
+
+def test_a_profile_whose_port_is_off_has_no_capabilities(on_host: RunOnHost) -> None:
+    none = "usbdevctl: no device is attached for profile 0 in a port that is switched on\n"
+    unbound, _, _, off = run_all(on_host, "usbdevctl caps 0", CAMERA, "usbdevctl slot off 3-1", "usbdevctl caps 0")
+    assert [(caps.out, caps.err, caps.status) for caps in (unbound, off)] == 2 * [("", none, 3)]
+
+
+def test_a_slot_is_switched_off_and_on_again(on_host: RunOnHost) -> None:
+    _, off, listed, on, log = run_all(
+        on_host,
+        CAMERA,
+        "usbdevctl slot off 3-1 --json",
+        "usbdevctl slot list --json",
+        "usbdevctl slot on 3-1",
+        "usbdevctl log --lines 2 --json",
+    )
+    assert off.json == {"schema": 1, "slot": "3-1", "slot_switch": False, "parked_behind": None}
+    assert listed.json["slots"][0]["slot_switch"] is False
+    assert on.out == "slot           3-1\nswitch         on\nparked behind  none\n"
+    assert [event["text"] for event in log.json["events"]] == [
+        "USB slot [3-1] has been disabled.",
+        "USB slot [3-1] has been enabled.",
+    ]
+
+
+def test_a_slot_that_is_switched_on_waits_behind_a_camera_that_streams(on_host: RunOnHost) -> None:
+    results = run_all(
+        on_host,
+        "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2; usbdevctl assign 3-1.1 0",
+        "usbdevctl slot off 3-1.2",
+        "usbdevctl slot on 3-1.2 --json",
+    )
+    assert results[2].json["parked_behind"] == 0
+
+
+def test_slots_without_a_device_are_told_apart(on_host: RunOnHost) -> None:
+    listed, on, off = run_all(on_host, "usbdevctl slot list --json", "usbdevctl slot on 9-9", "usbdevctl slot off 9-9")
+    assert (listed.json, listed.status) == ({"schema": 1, "slots": []}, 3)
+    assert listed.err == "usbdevctl: no USB slot has a device\n"
+    assert [(done.out, done.err, done.status) for done in (on, off)] == 2 * [
+        ("", "usbdevctl: no device is in port 9-9\n", 3)
+    ]
+
+
+def test_the_host_tells_about_itself(on_host: RunOnHost) -> None:
+    model, codec, port, text = run_all(
+        on_host,
+        "usbdevctl host model --json",
+        "usbdevctl host codec --json",
+        "usbdevctl host port 3-1 --json",
+        "usbdevctl host model",
+    )
+    assert model.json == {"schema": 1, "picture": True}
+    assert codec.json == {"schema": 1, "supported": True}
+    assert port.json == {"schema": 1, "slot": "3-1", "port": 3}
+    assert text.out == "picture     yes\n"
+    assert [done.status for done in (model, codec, port)] == [0, 0, 0]
+
+
+def test_a_host_without_picture_codec_and_numbers_says_so(on_host: RunOnHost) -> None:
+    _, model, codec, port, _, unknown = run_all(
+        on_host,
+        "rm /home/httpd/v3_menu/layout/model_0.svg; echo support=0 >/tmp/gpuinfo.type",
+        "usbdevctl host model --json",
+        "usbdevctl host codec --json",
+        "usbdevctl host port 9-9 --json",
+        "rm /tmp/gpuinfo.type",
+        "usbdevctl host codec --json",
+    )
+    assert (model.json["picture"], model.status) == (False, 3)
+    assert (codec.json["supported"], codec.status) == (False, 3)
+    assert (port.json["port"], port.status) == (None, 3)
+    assert (unknown.out, unknown.status) == ("", 1)
+    assert unknown.err == "usbdevctl: the host does not tell whether its graphics support the encoding add-on\n"
+
+
+READING = ["stream show 0", "stream set 0 --fps 5", "caps 0", "devices", "profiles", "free", "slot list", "slot on 3-1"]
+
+
+def test_a_damaged_configuration_is_a_failure(on_host: RunOnHost) -> None:
+    _, *results = run_all(on_host, UNREADABLE, *[f"usbdevctl {command}" for command in READING])
+    for command, result in zip(READING, results):
+        assert (result.out, result.status) == ("", 1), command
+        assert result.err.endswith("usbdevctl: the channel configuration cannot be read\n"), command

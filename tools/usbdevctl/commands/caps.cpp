@@ -1,0 +1,50 @@
+#include <usbdev/profiles.h>
+
+#include <memory>
+
+#include "commands/commands.h"
+#include "commands/configuration.h"
+#include "commands/shared_arguments.h"
+#include "output/output.h"
+#include "parts/capabilities.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  int profile = 0;
+  bool json = false;
+};
+
+Capabilities readCapabilities(int profile) {
+  Capabilities capabilities;
+  capabilities.camera.count = vl_get_usbchn_cap(profile, capabilities.camera.formats.data());
+  char stored[16] = {};
+  if (vl_get_profile_video_cap(profile, stored) == 0) capabilities.video = stored;
+  if (vl_get_usbchn_audio_cap(profile, stored) == 0) capabilities.audio = stored;
+  return capabilities;
+}
+
+ExitStatus caps(const Options &options) {
+  const Capabilities capabilities = readCapabilities(options.profile);
+  const std::string name = "profile " + std::to_string(options.profile);
+  if (!capabilities.video && !capabilities.audio) {
+    return nothingApplies("no device is attached for " + name + " in a port that is switched on");
+  }
+  print(options.json ? capabilitiesJson(capabilities).text() : capabilitiesText(capabilities, outputTakesColour()));
+  if (capabilities.audio || capabilities.camera.count > 0) return ExitStatus::ok;
+  return nothingApplies("the camera of " + name + " offers no format that can be used");
+}
+
+}  // namespace
+
+void addCaps(Command &program) {
+  auto options = std::make_shared<Options>();
+  Command &command =
+      program.addCommand("caps", "Show what the device of a profile can deliver", [options] { return caps(*options); });
+  addProfile(command, options->profile);
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

@@ -1,0 +1,63 @@
+#include <usbdev/devices.h>
+
+#include <memory>
+
+#include "commands/commands.h"
+#include "commands/shared_arguments.h"
+#include "output/fields.h"
+#include "output/output.h"
+#include "output/printable.h"
+#include "parts/numbers.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  std::string port;
+  bool json = false;
+};
+
+ExitStatus model(const Options &options) {
+  const bool found = vl_find_HOS_model_pic() == 0;
+  print(recordOutput(Fields().add(answerField("picture", found)), options.json));
+  return found ? ExitStatus::ok : ExitStatus::nothing;
+}
+
+ExitStatus codec(const Options &options) {
+  int supported = 0;
+  if (vl_check_HOS_halvane_support(&supported) != 0) {
+    complain("the host does not tell whether its graphics support the encoding add-on");
+    return ExitStatus::failure;
+  }
+  print(recordOutput(Fields().add(answerField("supported", supported != 0)), options.json));
+  return supported != 0 ? ExitStatus::ok : ExitStatus::nothing;
+}
+
+ExitStatus port(const Options &options) {
+  const int number = vl_HOS_CLI_usbid(options.port.c_str());
+  print(recordOutput(Fields().add(textField("slot", options.port)).add(numberField("port", numberUnlessNone(number))),
+                     options.json));
+  if (number != -1) return ExitStatus::ok;
+  complain("the host has no number for port " + printable(options.port));
+  return ExitStatus::nothing;
+}
+
+Command &addProbe(Command &host, const char *name, const char *description, ExitStatus (*probe)(const Options &),
+                  const std::shared_ptr<Options> &options) {
+  Command &command = host.addCommand(name, description, [probe, options] { return probe(*options); });
+  addJsonFlag(command, options->json);
+  return command;
+}
+
+}  // namespace
+
+void addHost(Command &program) {
+  auto options = std::make_shared<Options>();
+  Command &host = program.addCommand("host", "Ask the host about itself");
+  addProbe(host, "model", "Tell whether the host has a picture of its model", model, options);
+  addProbe(host, "codec", "Tell whether the host's graphics support the encoding add-on", codec, options);
+  addPort(addProbe(host, "port", "Show a port's number on the host's panel", port, options), options->port);
+}
+
+}  // namespace usbdevctl

@@ -1,0 +1,91 @@
+#include <usbdev/profiles.h>
+
+#include <memory>
+
+#include "commands/configuration.h"
+#include "commands/shared_arguments.h"
+#include "commands/stream.h"
+#include "output/output.h"
+#include "parts/stream_outcome.h"
+#include "parts/stream_text.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  int profile = 0;
+  bool json = false;
+  StreamChange change;
+};
+
+EventLog openLog() { return EventLog(kEventLogFile); }
+
+/// The newest event so far; 0 before the first one.
+std::int64_t newestEvent() {
+  if (!EventLog::exists(kEventLogFile)) return 0;
+  const std::vector<Event> newest = openLog().last(1);
+  return newest.empty() ? 0 : newest.front().id;
+}
+
+std::vector<Event> eventsAfter(std::int64_t id) {
+  return EventLog::exists(kEventLogFile) ? openLog().after(id) : std::vector<Event>();
+}
+
+ExitStatus explainRefusal(int profile, const _streaminfo &wanted) {
+  const std::string name = "profile " + std::to_string(profile);
+  if (wanted.vnode == -1) return refused(name + " has no camera, without which its stream cannot be set");
+  return refused("the camera of " + name + " does not offer " + wordFor(videoCodecs(), wanted.vcodec) + " at " +
+                 sizeText(wanted.width, wanted.height));
+}
+
+ExitStatus report(const Options &options, const StreamOutcome &outcome) {
+  print(recordOutput(outcomeFields(outcome, options.change), options.json));
+  const std::vector<std::string> in_vain = notStored(outcome.stored, options.change);
+  for (const std::string &setting : in_vain) complain(setting + " does not apply to this stream and was not stored");
+  return in_vain.empty() ? ExitStatus::ok : ExitStatus::nothing;
+}
+
+ExitStatus set(const Options &options) {
+  _streaminfo before;
+  const ExitStatus status = readStream(options.profile, before);
+  if (status != ExitStatus::ok) return status;
+
+  constexpr int kLogChangesOnly = 0;
+  const std::int64_t newest = newestEvent();
+  _streaminfo wanted = changed(before, options.change);
+  if (vl_set_usbchn_stream(options.profile, &wanted, &before, kLogChangesOnly) != 0) {
+    return explainRefusal(options.profile, wanted);
+  }
+  StreamOutcome outcome;
+  outcome.events = eventsAfter(newest);
+  const ExitStatus read_again = readStream(options.profile, outcome.stored);
+  return read_again == ExitStatus::ok ? report(options, outcome) : read_again;
+}
+
+void addChanges(Command &command, StreamChange &change) {
+  command.add("--size", &change.size, "Picture size, such as 1280x720").check(checkSize);
+  command.add("--fps", &change.rate, "Frames per second; the camera's next lower rate is taken");
+  const std::vector<StreamSetting> &settings = streamSettings();
+  for (std::size_t i = 0; i < settings.size(); ++i) {
+    Argument &option = command.add(settings[i].option, &change.settings[i], settings[i].help);
+    if (settings[i].words.empty()) {
+      option.limit(0, 100);
+    } else {
+      option.allow(settings[i].words);
+    }
+  }
+}
+
+}  // namespace
+
+void addStreamSet(Command &stream) {
+  auto options = std::make_shared<Options>();
+  Command &command =
+      stream.addCommand("set", "Change a profile's stream settings", [options] { return set(*options); });
+  addProfile(command, options->profile);
+  addChanges(command, options->change);
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

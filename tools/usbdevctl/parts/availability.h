@@ -1,0 +1,24 @@
+// The profiles that no channel has, and the devices that can be given one.
+#pragma once
+
+#include <usbdev/records.h>
+
+#include <array>
+#include <string>
+
+#include "output/fields.h"
+
+namespace usbdevctl {
+
+struct Availability {
+  std::string profiles;  // "0,2"
+  std::array<_availinfo, USBDEV_CHANNELS> channels = {};
+};
+
+/// Whether some profile can be bound to some device.
+bool canAssign(const Availability &available);
+
+std::string availabilityText(const Availability &available, bool colour);
+Json availabilityJson(const Availability &available);
+
+}  // namespace usbdevctl

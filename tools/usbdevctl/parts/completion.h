@@ -1,0 +1,14 @@
+// Completion of the program's command line in a shell, as a script that the shell reads. It is made from the
+// description of the commands and needs nothing of the program while it completes.
+#pragma once
+
+#include <string>
+
+#include "command.h"
+
+namespace usbdevctl {
+
+std::string bashCompletion(const Command &program);
+std::string zshCompletion(const Command &program);
+
+}  // namespace usbdevctl

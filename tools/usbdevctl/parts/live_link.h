@@ -1,0 +1,34 @@
+// A profile's live-view link: a symbolic link, named by a hash, to the folder that its stream is written to.
+#pragma once
+
+#include <string>
+
+#include "output/table.h"
+
+namespace usbdevctl {
+
+/// The folder of the links.
+inline constexpr char kApplicationFolder[] = "/mnt/ext/opt/apps/Velmora2";
+
+enum class LinkState {
+  none,     // the profile has none
+  missing,  // it is not on the disk
+  nowhere,  // it is, and what it leads to is not
+  good,
+};
+
+struct LiveLink {
+  LinkState state = LinkState::none;
+  std::string path;
+  std::string target;  // as the link says it, whether or not it is there
+};
+
+/// Follows the link of this name, which is empty for a profile without one.
+LiveLink followLink(const std::string &folder, const std::string &name);
+
+std::string linkStateName(LinkState state);
+
+/// The target, or what is wrong with the link.
+Cell linkCell(const LiveLink &link);
+
+}  // namespace usbdevctl

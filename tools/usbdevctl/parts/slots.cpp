@@ -1,0 +1,29 @@
+#include "parts/slots.h"
+
+#include "output/printable.h"
+#include "parts/channels.h"
+#include "parts/numbers.h"
+#include "parts/stream_text.h"
+
+namespace usbdevctl {
+
+Fields slotFields(const Slot &slot) {
+  return Fields()
+      .add(textField("slot", fieldText(slot.device.usbslot)))
+      .add(numberField("channel", slot.settings.channel))
+      .add(textField("device", fieldText(slot.device.devname)))
+      .add(headed("switch", switchField("slot_switch", slot.settings.slot_switch != 0)))
+      .add(streamField(slot.settings.stream_type))
+      .add(codecsField("codecs", videoCodecs(), slot.codecs))
+      .add(numberField("profile", numberUnlessNone(slot.settings.vprofile)));
+}
+
+Fields switchedFields(const Slot &slot) {
+  const ChannelRow row = channelRow(slot.device);
+  return Fields()
+      .add(textField("slot", row.slot))
+      .add(headed("switch", switchField("slot_switch", slot.settings.slot_switch != 0)))
+      .add(numberField("parked_behind", row.parked_behind));
+}
+
+}  // namespace usbdevctl

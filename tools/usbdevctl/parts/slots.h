@@ -1,0 +1,23 @@
+// The USB slots that the channels' devices sit in, and what switching one leads to.
+#pragma once
+
+#include <usbdev/records.h>
+
+#include <string>
+
+#include "output/fields.h"
+
+namespace usbdevctl {
+
+struct Slot {
+  _usbdev_entry device = {};  // of the channel whose settings count
+  _streaminfo settings = {};
+  std::string codecs;  // "0 1", as stored; empty where there is no picture
+};
+
+Fields slotFields(const Slot &slot);
+
+/// A slot that was switched, and whether its camera has to wait now.
+Fields switchedFields(const Slot &slot);
+
+}  // namespace usbdevctl

@@ -1,0 +1,35 @@
+// What a stream is described with, in one wording: its kind, codec, picture size and frame rate.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "output/fields.h"
+
+namespace usbdevctl {
+
+constexpr int kMjpeg = 1;
+
+// The codecs by their numbers.
+const std::vector<std::string> &videoCodecs();
+const std::vector<std::string> &audioCodecs();
+
+/// The word at the number's place, or the number where it has none.
+std::string wordFor(const std::vector<std::string> &words, int number);
+
+/// The codecs that are stored as "0 1".
+Field codecsField(const std::string &name, const std::vector<std::string> &codecs, const std::string &stored);
+
+/// none, audio, video or both.
+Field streamField(int stream_type);
+
+/// 1280x720
+std::string sizeText(int width, int height);
+
+/// A rate as short as it can be said: 30, 7.5, 29.97.
+std::string rateText(float rate);
+
+/// The number that the text says, and not 29.969999313354492 for 29.97; null for what is no number.
+Json rateJson(float rate);
+
+}  // namespace usbdevctl
