@@ -20,15 +20,14 @@ BUILT_FOR_SBIN = ("readcfg",)
 
 class Programs:
     """The contents of /usr/bin and /usr/sbin inside: links to the machine's own programs, to the project's and to
-    those of the build folder, of which the missing ones are noted. The shell is one that becomes the command it is
-    given, as on small hosts: who looks for a program by its name finds the program and not its shell."""
+    those of the build folder, of which the missing ones are noted."""
 
     def __init__(self, build: Path) -> None:
         self._build = build
         self.missing: list[str] = []
         self.bin = self._machine_links("/usr/bin", HOST_BIN)
         self.sbin = self._machine_links("/usr/sbin", HOST_SBIN)
-        self.bin |= {"ps": OWN / "ps", "sandbox": SANDBOX, "sh": self.bin["bash"]}
+        self.bin |= {"ps": OWN / "ps", "sandbox": SANDBOX}
         self.bin |= {name: SIM / name for name in ("sim", "udevadm", "v4l2-ctl")}
         self.sbin |= {"udevadm": SIM / "udevadm"}
         self.bin |= {name: SERVICES / name for name in SERVICE_PROGRAMS}

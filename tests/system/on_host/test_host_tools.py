@@ -43,6 +43,22 @@ def replace_tool() -> Iterator[ReplaceTool]:
 
 
 @pytest.fixture
+def short_lived_shell() -> Iterator[None]:
+    """A shell that becomes its command, as small hosts have it. One that stays names the query in the process list
+    too, and is what is killed then."""
+    shell = Path("/usr/bin/sh")
+    target = shell.readlink()
+    link_to(shell, Path("/usr/host-bin/bash"))
+    yield
+    link_to(shell, target)
+
+
+def link_to(link: Path, target: Path) -> None:
+    link.unlink()
+    link.symlink_to(target)
+
+
+@pytest.fixture
 def fifo(tmp_path: Path) -> Callable[[str], Path]:
     def make(name: str) -> Path:
         os.mkfifo(tmp_path / name)
@@ -101,6 +117,7 @@ class Asking:
         self._thread.join(20)
 
 
+@pytest.mark.usefixtures("short_lived_shell")
 def test_a_format_query_that_never_ends_after_a_repeated_rate_is_killed(host, replace_tool, fifo):
     host.hardware.plug("usb2-camera", "3-1")
     query = HangingQuery(replace_tool, fifo)
@@ -112,6 +129,7 @@ def test_a_format_query_that_never_ends_after_a_repeated_rate_is_killed(host, re
     assert (asking.table[0].res_count, asking.table[0].res[0].fps_count) == (1, 1)
 
 
+@pytest.mark.usefixtures("short_lived_shell")
 def test_the_query_of_a_stubborn_camera_is_killed_the_hard_way(host, replace_tool, fifo):
     """Its vendor and product are known to leave queries that ignore a termination request."""
     host.hardware.plug("usb2-camera", "3-1")
@@ -125,6 +143,7 @@ def test_the_query_of_a_stubborn_camera_is_killed_the_hard_way(host, replace_too
     assert asking.result.value == 1 and not is_running(process)
 
 
+@pytest.mark.usefixtures("short_lived_shell")
 def test_while_a_camera_does_not_answer_others_are_read_and_bound(host, replace_tool, fifo):
     host.plug("usb2-camera", "1-1")
     query = HangingQuery(replace_tool, fifo)

@@ -1,0 +1,128 @@
+"""The channels as the rules make them, in memory: which device sits where, and which profile it serves.
+
+Conflicts are no part of it: who waits for whom is judged by itself.
+"""
+
+from __future__ import annotations
+
+from collections.abc import Iterable
+from dataclasses import dataclass, field
+from typing import NamedTuple
+
+ATTACHED, GONE, DISPLACED = 1, 0, -1
+NONE = -1
+
+class Camera(NamedTuple):
+    """A camera that is plugged in."""
+
+    slot: str
+    name: str
+    node: int
+
+
+@dataclass
+class ModelChannel:
+    exists: int | None = None
+    slot: str = ""
+    device: str = ""
+    profile: int = NONE
+    node: int = NONE
+
+    def knows(self, camera: Camera) -> bool:
+        return (self.slot, self.device) == (camera.slot, camera.name)
+
+    def attach(self, camera: Camera) -> None:
+        self.exists, self.node = ATTACHED, camera.node
+
+    def detach(self) -> None:
+        self.exists, self.node = GONE, NONE
+
+
+@dataclass
+class Model:
+    channels: list[ModelChannel] = field(default_factory=lambda: [ModelChannel() for _ in range(10)])
+
+    def plug(self, camera: Camera) -> None:
+        bound_here = [it for it in self.channels if it.slot == camera.slot and it.profile != NONE]
+        displaced = self._displaced(bound_here, camera)
+        own = self._own(bound_here, displaced, camera)
+        if own is not None:
+            own.attach(camera)
+            return
+        chosen = self._place_for(camera.slot, displaced)
+        if chosen is None:
+            return
+        chosen.slot, chosen.device = camera.slot, camera.name
+        chosen.attach(camera)
+        if displaced is not None:
+            displaced.exists = DISPLACED
+
+    def unplug(self, slot: str) -> None:
+        for channel in self.channels:
+            if channel.slot == slot and channel.exists == ATTACHED:
+                channel.detach()
+                return
+
+    def assign(self, slot: str, profile: int) -> bool:
+        """A displaced channel counts as attached here."""
+        present = [it for it in self.channels if it.exists]
+        holder = next((it for it in present if it.profile == profile), None)
+        if holder is not None:
+            return holder.slot == slot
+        channel = next((it for it in present if it.slot == slot), None)
+        if channel is None or channel.profile != NONE:
+            return False
+        channel.profile = profile
+        return True
+
+    def clear(self, profile: int) -> bool:
+        channel = next((it for it in self.channels if it.profile == profile), None)
+        if channel is None:
+            return False
+        channel.profile = NONE
+        return True
+
+    def start_up(self, cameras: Iterable[Camera]) -> None:
+        """The cameras in the order in which the host lists them."""
+        found: dict[int, Camera] = {}
+        new = []
+        for camera in cameras:
+            number = next((number for number, it in enumerate(self.channels) if it.knows(camera)), None)
+            if number is None:
+                new.append(camera)
+            else:
+                found[number] = camera
+        for number, channel in enumerate(self.channels):
+            if channel.exists not in (ATTACHED, GONE):
+                continue
+            if number in found:
+                channel.attach(found[number])
+            else:
+                channel.detach()
+        for camera in new:
+            self.plug(camera)
+
+    def _displaced(self, bound_here: list[ModelChannel], camera: Camera) -> ModelChannel | None:
+        """The bound channel in whose port another camera is found, unless the port's own camera is met first."""
+        for channel in bound_here:
+            if channel.knows(camera):
+                return None
+            if channel.exists == ATTACHED:
+                return channel
+        return None
+
+    def _own(
+        self, bound_here: list[ModelChannel], displaced: ModelChannel | None, camera: Camera
+    ) -> ModelChannel | None:
+        return None if displaced is not None else next((it for it in bound_here if it.knows(camera)), None)
+
+    def _place_for(self, slot: str, displaced: ModelChannel | None) -> ModelChannel | None:
+        """The last unbound channel that knows the slot, as far as it is looked for, or else the first free one."""
+        end = len(self.channels) if displaced is None else _position(self.channels, displaced)
+        knowing = [it for it in self.channels[:end] if it.slot == slot and it.profile == NONE]
+        free = (it for it in self.channels if it.slot != slot and it.profile == NONE and it.exists != ATTACHED)
+        return knowing[-1] if knowing else next(free, None)
+
+
+def _position(channels: list[ModelChannel], wanted: ModelChannel) -> int:
+    return next(number for number, channel in enumerate(channels) if channel is wanted)
