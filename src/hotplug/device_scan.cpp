@@ -44,10 +44,8 @@ bool nextDevice(CommandLines &interfaces, int (*get_info)(const char *, int *, c
   while (interfaces.next(line)) {
     cutAtLineFeed(line);
     device = Found{};
-    const std::size_t slot_length = std::strcspn(line, ":");
-    if (slot_length >= sizeof device.usbslot) continue;
     if (get_info(line, &device.node, device.name) != 0 || device.node == kNone) continue;
-    copyCut(device.usbslot, line, slot_length);
+    copyCut(device.usbslot, line, std::strcspn(line, ":"));  // fits: the interface of a longer port has no node
     return true;
   }
   return false;

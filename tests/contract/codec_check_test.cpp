@@ -43,6 +43,13 @@ TEST_F(ACodecCheck, TakesMissingKeysAsMjpegWithoutFormats) {
   EXPECT_THAT(host.config.writes(), ElementsAre("ch2/conflictch=999"));
 }
 
+TEST_F(ACodecCheck, LooksAtTheFirstAndTheLastChannelToo) {
+  configured(0, "3-1", "Raw").vnode(4).set("video/cap", "0");
+  configured(9, "3-2", "Both").vnode(5).vcodec(0).set("video/cap", "1");
+  EXPECT_EQ(check_halvane(), 0);
+  EXPECT_THAT(host.config.writes(), ElementsAre("ch0/conflictch=999", "ch9/video/vcodec=1"));
+}
+
 TEST_F(ACodecCheck, CountsADisplacedCameraAsAttached) {
   configured(2, "3-1", "Raw").exists(-1).vnode(4).set("video/cap", "0");
   EXPECT_EQ(check_halvane(), 0);

@@ -152,6 +152,15 @@ TEST_F(AScan, ListsAnUnknownCardAsNew) {
   EXPECT_STREQ(cards[0].devname, "USB Audio");
 }
 
+TEST_F(AScan, ListsACardThatTheHostCannotDescribeWithoutAName) {
+  card("3-1", 1, "USB Audio");
+  host.commands.prints("/bin/ls /sys/bus/usb/drivers/snd-usb-audio/3-1:1.2/sound | /bin/awk '{print $1}'", "card9\n");
+  scanCards();
+  ASSERT_EQ(card_count, 1);
+  EXPECT_EQ(cards[0].anode, 9);
+  EXPECT_STREQ(cards[0].devname, "");
+}
+
 TEST_F(AScan, NamesTheCardOfANewCameraAfterIt) {
   camera("3-1", 4, "Camera");
   card("3-1", 1, "USB Audio");
