@@ -64,6 +64,14 @@ TEST_F(AHttpRequest, CarriesNoAuthorizationUnlessAsked) {
   EXPECT_THAT(scripted.requests(), ElementsAre("GET /path?a=b HTTP/1.0\r\nHost: 127.0.0.1:8080\r\n\r\n"));
 }
 
+TEST_F(AHttpRequest, CarriesAuthorizationForAnyFlagButZero) {
+  for (const int flag : {2, -1}) {
+    ScriptedServer scripted({Answer{""}});
+    connectTo(scripted, 64, 1, flag);
+    EXPECT_THAT(scripted.requests(), ElementsAre(testing::HasSubstr("\r\nAuthorization: Basic ")));
+  }
+}
+
 TEST_F(AHttpRequest, CarriesAPathOf255Bytes) {
   memset(NVR_CGI, 'x', sizeof NVR_CGI - 1);
   ScriptedServer scripted({Answer{""}});
@@ -188,6 +196,7 @@ TEST_F(AHttpRequest, WithoutAuthorizationLooksAtNoCredentials) {
 TEST_F(AHttpRequest, ToAHostWithoutAnEndIsRefused) {
   memset(server.host, '1', sizeof server.host);
   EXPECT_EQ(connectNowhere(), -1);
+  EXPECT_EQ(said + printed, "");
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
