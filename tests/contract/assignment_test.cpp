@@ -291,7 +291,7 @@ TEST_F(AProfile, ThatNoChannelHoldsIsNotRenamed) {
 
 TEST_F(AProfile, IsNotRenamedWhenTheFileCannotBeOpened) {
   host.channel(3).profile(2);
-  for (const int open : {2, 3}) {
+  for (const int open : {1, 2, 3}) {
     host.config.failOpenNumber(open, -5);
     OutputCapture output;
     EXPECT_EQ(vl_set_profile_channelname(2, "Front door", 5), -1);

@@ -135,15 +135,18 @@ TEST_F(AProfilesCapabilities, OfAVideoOnlyDeviceAreThoseOfItsPicture) {
 }
 
 TEST_F(AProfilesCapabilities, AreNoneWhenTheFileCannotBeOpened) {
-  for (auto *query : {vl_get_profile_video_cap, vl_get_usbchn_audio_cap}) {
-    host.config.failOpenNumber(2, -8);
-    OutputCapture output;
-    EXPECT_EQ(query(kProfile, cap.data()), -1);
-    EXPECT_EQ(output.text(), openFailure(-8));
+  for (const int open : {1, 2}) {
+    host.config.failOpenNumber(open, -8);
+    EXPECT_EQ(formats(), -1);
+    EXPECT_EQ(message, openFailure(-8));
+    host.config.failOpenNumber(open, -8);
+    EXPECT_EQ(video(), -1);
+    EXPECT_EQ(message, openFailure(-8));
+    host.config.failOpenNumber(open, -8);
+    EXPECT_EQ(audio(), -1);
+    EXPECT_EQ(message, openFailure(-8));
   }
-  host.config.failOpenNumber(2, -8);
-  EXPECT_EQ(formats(), -1);
-  EXPECT_EQ(message, openFailure(-8));
+  EXPECT_THAT(host.journal.commands(), IsEmpty());
 }
 
 TEST_F(AProfilesCapabilities, AreRefusedWithoutAPlaceForThem) {

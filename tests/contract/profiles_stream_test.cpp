@@ -361,17 +361,12 @@ TEST_F(AStreamChange, OfAProfileWithoutAChannelDoesNothing) {
   EXPECT_EQ(message, "");
 }
 
-TEST_F(AStreamChange, ThatCannotReadItsChannelDoesNothing) {
-  host.config.failOpenNumber(2, -3);
-  EXPECT_EQ(store(kReportAll), -1);
-  EXPECT_EQ(message, openFailure(-3));
-  expectNothingDone();
-}
-
-TEST_F(AStreamChange, ThatCannotFindOutAboutItsCameraDoesNothing) {
-  host.config.failOpenNumber(4, -3);
-  EXPECT_EQ(store(kReportAll), -1);
-  EXPECT_EQ(message, openFailure(-3));
+TEST_F(AStreamChange, ThatCannotReadDoesNothing) {
+  for (const int open : {1, 2, 3, 4}) {
+    host.config.failOpenNumber(open, -3);
+    EXPECT_EQ(store(kReportAll), -1);
+    EXPECT_EQ(message, openFailure(-3)) << "open " << open;
+  }
   expectNothingDone();
 }
 
