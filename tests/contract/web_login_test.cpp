@@ -131,6 +131,18 @@ TEST_F(ALogin, OfTheLongestCredentialsIsTried) {
   EXPECT_THAT(path(0), StartsWith("/cgi-bin/authLogin.cgi?user=" + std::string(64, 'u') + "&pwd=cHBw"));
 }
 
+// 28 characters, the user, 5 more, and three for each of the 64 slashes of the encoded password.
+TEST_F(ALogin, OfSlashesOnlyMayHaveAPathOf255Characters) {
+  const std::string password(48, '\xff');
+  serviceAnswers({Answer{""}});
+  login(std::string(30, 'u'), password);
+  EXPECT_EQ(path(0).size(), 255U);
+  EXPECT_EQ(path(0).substr(255 - 9), "%2F%2F%2F");
+  login(std::string(31, 'u'), password);
+  login(std::string(28, 'u') + "/", password);
+  EXPECT_THAT(host.journal.only({"connect"}), SizeIs(1));
+}
+
 TEST_F(ALogin, WhosePathDoesNotFitIsRefusedAndItsPathCleared) {
   EXPECT_EQ(login(std::string(64, 'u'), std::string(64, '\xff')), -1);
   EXPECT_THAT(host.journal.only({"connect"}), IsEmpty());
