@@ -1,12 +1,15 @@
-"""status, package and timeouts."""
+"""status, host info, package and timeouts."""
 
 from __future__ import annotations
 
 import subprocess
 from collections.abc import Iterator
+from pathlib import Path
 
 import pytest
 from conftest import APPLICATION, CONFIGURATION, document, usbdevctl
+
+SYSTEM = Path("/etc/config/Tundrel.conf")
 
 
 @pytest.fixture
@@ -56,7 +59,7 @@ def test_a_stream_that_cannot_be_shown_has_a_reason() -> None:
         "<velmora><ch0><exists>0</exists><profile>1</profile><usbslot>3-1</usbslot></ch0></velmora>"
     )
     row = usbdevctl("status").stdout.splitlines()[2]
-    assert row.split(maxsplit=5) == ["1", "-", "-", "-", "off", "no, the device is not attached"]
+    assert row.split(maxsplit=5) == ["1", "-", "-", "-", "no", "no, the device is not attached"]
 
 
 def test_no_state_is_told_from_a_configuration_that_cannot_be_read() -> None:
@@ -64,6 +67,32 @@ def test_no_state_is_told_from_a_configuration_that_cannot_be_read() -> None:
     result = usbdevctl("status")
     assert (result.stdout, result.returncode) == ("", 1)
     assert result.stderr.endswith("usbdevctl: the channel configuration cannot be read\n")
+
+
+@pytest.fixture
+def system() -> Iterator[None]:
+    """The host's system configuration, which a test may change."""
+    before = SYSTEM.read_text()
+    yield
+    SYSTEM.write_text(before)
+
+
+def test_the_host_tells_its_version_and_web_port() -> None:
+    assert document("host", "info") == {"version": "5.1.0", "web_port": 8080}
+
+
+@pytest.mark.usefixtures("system")
+def test_what_the_host_does_not_tell_is_null() -> None:
+    SYSTEM.write_text("[System]\nVersion = 5.2.1\n")
+    assert document("host", "info") == {"version": "5.2.1", "web_port": None}
+
+
+@pytest.mark.usefixtures("system")
+def test_a_host_that_tells_nothing_is_a_failure() -> None:
+    SYSTEM.unlink()
+    result = usbdevctl("host", "info", "--json")
+    assert (result.stdout, result.returncode) == ("", 1)
+    assert result.stderr == "usbdevctl: the host's system configuration cannot be read or does not tell\n"
 
 
 def test_a_package_is_shown_as_it_is_registered() -> None:

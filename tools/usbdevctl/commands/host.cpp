@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "commands/commands.h"
+#include "commands/host_info.h"
 #include "commands/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
@@ -55,6 +56,7 @@ Command &addProbe(Command &host, const char *name, const char *description, Exit
 void addHost(Command &program) {
   auto options = std::make_shared<Options>();
   Command &host = program.addCommand("host", "Ask the host about itself");
+  addHostInfo(host);
   addProbe(host, "model", "Tell whether the host has a picture of its model", model, options);
   addProbe(host, "codec", "Tell whether the host's graphics support the encoding add-on", codec, options);
   addPort(addProbe(host, "port", "Show a port's number on the host's panel", port, options), options->port);

@@ -22,13 +22,12 @@ bool isRegistered(const BndlInfo &info) {
 }
 
 Fields describe(const std::string &name, const BndlInfo &info) {
-  Fields fields;
-  fields.add(textField("package", name));
-  fields.add(textField("version", fieldText(info.version)));
-  fields.add(textField("build", fieldText(info.build)));
-  fields.add(textField("install_path", fieldText(info.install_path)));
-  fields.add(switchField("enabled", info.enabled != 0));
-  return fields;
+  return Fields()
+      .add(textField("package", name))
+      .add(textField("version", fieldText(info.version)))
+      .add(textField("build", fieldText(info.build)))
+      .add(textField("install_path", fieldText(info.install_path)))
+      .add(answerField("enabled", info.enabled != 0));
 }
 
 ExitStatus package(const Options &options) {

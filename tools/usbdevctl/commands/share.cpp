@@ -42,16 +42,15 @@ std::string pageOf(const ShareLinkInfo &link) {
 }
 
 Fields describe(const ShareLinkInfo &link) {
-  Fields fields;
-  fields.add(numberField("profile", link.profile));
-  fields.add(textField("profile_name", fieldText(link.profilename)));
-  fields.add(switchField("sharing", link.shrenable != 0));
-  fields.add(switchField("password", link.pwdenable != 0));
-  fields.add(absentIfEmpty(headed("share id", textField("ssid", fieldText(link.ssid)))));
-  fields.add(absentIfEmpty(textField("token", fieldText(link.token))));
-  fields.add(absentIfEmpty(headed("public link", textField("hash", fieldText(link.hash_string)))));
-  fields.add(absentIfEmpty(textField("page", pageOf(link))));
-  return fields;
+  return Fields()
+      .add(numberField("profile", link.profile))
+      .add(textField("profile_name", fieldText(link.profilename)))
+      .add(switchField("sharing", link.shrenable != 0))
+      .add(answerField("password", link.pwdenable != 0))
+      .add(absentIfEmpty(headed("share id", textField("ssid", fieldText(link.ssid)))))
+      .add(absentIfEmpty(textField("token", fieldText(link.token))))
+      .add(absentIfEmpty(headed("public link", textField("hash", fieldText(link.hash_string)))))
+      .add(absentIfEmpty(textField("page", pageOf(link))));
 }
 
 ExitStatus show(const Options &options) {

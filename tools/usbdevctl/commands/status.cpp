@@ -49,11 +49,11 @@ Fields describe(int profile, const _usbdev_entry &entry) {
   _profile_info info;
   vl_get_profile_info(profile, &info);
   Fields fields;
-  fields.add(numberField("profile", profile));
-  fields.add(headed("name", textField("profile_name", fieldText(entry.profilename))));
-  fields.add(absentIfEmpty(textField("camera", cameraOf(profile))));
-  fields.add(absentIfEmpty(wordField("source", sourceOf(info.vnode))));
-  fields.add(switchField("playlist", hasPlaylist(profile)));
+  fields.add(numberField("profile", profile))
+      .add(headed("name", textField("profile_name", fieldText(entry.profilename))))
+      .add(absentIfEmpty(textField("camera", cameraOf(profile))))
+      .add(absentIfEmpty(wordField("source", sourceOf(info.vnode))))
+      .add(answerField("playlist", hasPlaylist(profile)));
   addView(fields, "live view", "live_view", bound ? std::optional(viewCodeOf(profile)) : std::nullopt);
   return fields;
 }
