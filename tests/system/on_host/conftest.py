@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import os
 import sys
+from collections.abc import Iterator
 from pathlib import Path
 
 import pytest
@@ -15,6 +16,16 @@ sys.path[:0] = [str(REPOSITORY / folder) for folder in ("host/sim", "host/sandbo
 os.environ.pop("LD_PRELOAD", None)
 
 from host import Host  # noqa: E402
+
+
+@pytest.fixture
+def without_process_list() -> Iterator[None]:
+    """For tests in which no query hangs: looking for one that does takes a good part of the time."""
+    ps = Path("/usr/bin/ps")
+    target = ps.readlink()
+    ps.unlink()
+    yield
+    ps.symlink_to(target)
 
 
 @pytest.fixture

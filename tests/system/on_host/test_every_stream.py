@@ -1,0 +1,102 @@
+"""Every camera of the collection set to every size it has, at rates below, between, at and above those it lists."""
+
+from __future__ import annotations
+
+import xml.etree.ElementTree as ElementTree
+from collections.abc import Iterator
+from ctypes import byref
+from itertools import cycle
+
+import pytest
+import usbdevlib
+from host import CONFIGURATION, Host
+from listing import ListedSize, offered_sizes, single
+from manager import Manager
+from simlib.catalogue import camera_names, load_camera
+
+PORT = "3-1"
+CHANGED = 4
+
+Stored = tuple[int, int, int, str]
+
+
+def sizes_of(camera: str) -> list[ListedSize]:
+    return offered_sizes(load_camera(camera).listing("formats.txt").decode())
+
+
+# The camera with the long name has the formats of another one.
+STREAMING = [name for name in camera_names() if sizes_of(name) and name != "long-name-camera"]
+
+
+def requests(rates: list[float]) -> list[float]:
+    """Below all rates, at one of them, between two, and above all."""
+    ordered = sorted(rates)
+    between = [(low + high) / 2 for low, high in zip(ordered, ordered[1:])]
+    return [ordered[0] / 2, ordered[len(ordered) // 2], *between[len(between) // 2 :][:1], ordered[-1] + 5]
+
+
+def cases(camera: str) -> Iterator[tuple[ListedSize, float]]:
+    """Every list of rates is asked for everything once; the further sizes with the same list take turns."""
+    turns: dict[tuple[int, tuple[float, ...]], Iterator[float]] = {}
+    for size in sizes_of(camera):
+        key = (size.codec, tuple(size.rates))
+        if key not in turns:
+            turns[key] = cycle(requests(size.rates))
+            yield from ((size, rate) for rate in requests(size.rates))
+        else:
+            yield size, next(turns[key])
+
+
+def stored() -> Stored:
+    video = ElementTree.parse(CONFIGURATION).getroot().find("ch0/video")
+    return (*(int(video.findtext(key)) for key in ("vcodec", "width", "height")), video.findtext("framerate"))
+
+
+def set_stream(size: ListedSize, rate: float) -> int:
+    before, wanted = usbdevlib.Stream(), usbdevlib.Stream()
+    for record in (before, wanted):
+        assert usbdevlib.library.vl_get_stream_info(0, byref(record)) == 0
+    wanted.vcodec, wanted.width, wanted.height, wanted.framerate = size.codec, size.width, size.height, rate
+    return usbdevlib.library.vl_set_usbchn_stream(0, byref(wanted), byref(before), CHANGED)
+
+
+def is_change(before: Stored, size: ListedSize, rate: float) -> bool:
+    """The rate is compared with the stored text, which has two decimals: one with three is always another."""
+    return (*before[:3], single(float(before[3]))) != (size.codec, size.width, size.height, size.chosen(rate))
+
+
+@pytest.fixture
+def bound(host: Host, request: pytest.FixtureRequest, without_process_list: None) -> str:
+    """The camera, with profile 0."""
+    host.plug(request.param, PORT)
+    assert usbdevlib.assign(PORT, 0) == 0
+    return request.param
+
+
+@pytest.mark.parametrize("bound", STREAMING, indirect=True)
+def test_a_stream_is_stored_with_the_first_listed_rate_that_is_not_above_the_request(bound):
+    with Manager() as manager:
+        for size, rate in cases(bound):
+            before = stored()
+            assert set_stream(size, rate) == 0
+            expected = (size.codec, size.width, size.height, f"{size.chosen(rate):3.2f}")
+            assert stored() == expected, f"asked for {rate} at {size}"
+            told = [(it.event, it.profile, it.flag) for it in manager.received()]
+            assert told == ([(CHANGED, 0, int(size.codec == 0))] if is_change(before, size, rate) else [])
+
+
+@pytest.mark.parametrize("bound", ["h264-camera"], indirect=True)
+def test_sizes_listed_after_a_repeated_rate_are_not_offered(bound):
+    before = stored()
+    assert set_stream(ListedSize(codec=1, width=320, height=240), 30.0) == -1
+    assert stored() == before
+
+
+def test_there_are_twelve_cameras_at_least():
+    assert len(STREAMING) >= 12
+
+
+def test_a_camera_without_a_usable_format_cannot_be_set(host):
+    host.plug("infrared-camera", PORT)
+    assert usbdevlib.assign(PORT, 0) == 0
+    assert usbdevlib.library.vl_set_usbchn_stream(0, byref(usbdevlib.Stream()), byref(usbdevlib.Stream()), 5) == -1
