@@ -81,10 +81,8 @@ void readNodes(_usbdev_update *record, const char *pattern, bool (*take)(_usbdev
   }
 }
 
-/// Asks a driver for the node of one interface: 1 with the node, 0 when it has none, -1 when it cannot be asked.
-int findNode(const char *pattern, const char *interface_name, int *node) {
-  if (!isInterface(interface_name)) return 0;
-  CommandLines nodes(pattern, interface_name);
+/// Takes the first of an interface's nodes: 1 with the node, 0 when it has none, -1 when it could not be asked.
+int takeFirst(CommandLines &nodes, int *node) {
   if (!nodes) return -1;
   Line line;
   if (!nodes.next(line)) return 0;
@@ -99,8 +97,10 @@ using namespace usbdev;
 
 int get_video_info(const char *interface_name, int *vnode, char *name) {
   if (interface_name == nullptr || vnode == nullptr || name == nullptr) return -1;
-  const int found =
-      findNode("/bin/ls /sys/bus/usb/drivers/uvcvideo/%s/video4linux | /bin/awk '{print $1}'", interface_name, vnode);
+  if (!isInterface(interface_name)) return 0;
+  // Open until the name is read, too.
+  CommandLines nodes("/bin/ls /sys/bus/usb/drivers/uvcvideo/%s/video4linux | /bin/awk '{print $1}'", interface_name);
+  const int found = takeFirst(nodes, vnode);
   if (found != 1) return found;
   Line line;
   if (!readCameraName(*vnode, line)) return -1;
@@ -110,8 +110,9 @@ int get_video_info(const char *interface_name, int *vnode, char *name) {
 
 int get_audio_info(const char *interface_name, int *card, char *name) {
   if (interface_name == nullptr || card == nullptr || name == nullptr) return -1;
-  const int found =
-      findNode("/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s/sound | /bin/awk '{print $1}'", interface_name, card);
+  if (!isInterface(interface_name)) return 0;
+  CommandLines nodes("/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s/sound | /bin/awk '{print $1}'", interface_name);
+  const int found = takeFirst(nodes, card);
   if (found == 1) copyCardName(*card, name);
   return found == -1 ? -1 : 0;
 }

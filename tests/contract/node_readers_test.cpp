@@ -48,6 +48,14 @@ TEST_F(AnInterface, OfACameraHasItsNodeAndTrimmedName) {
   EXPECT_EQ(name, "HD Webcam");
 }
 
+TEST_F(AnInterface, IsAskedUntilItsNameIsRead) {
+  host.commands.prints(cameraNodes("3-1:1.0"), "video4\n");
+  host.files.write(namePath(4), "HD Webcam\n");
+  videoInfo("3-1:1.0");
+  EXPECT_THAT(host.journal.lines(), ElementsAre("popen " + cameraNodes("3-1:1.0"), "fopen " + namePath(4),
+                                                "fclose " + namePath(4), "pclose " + cameraNodes("3-1:1.0")));
+}
+
 TEST_F(AnInterface, WithANodeAboveNineIsReadAsItsLastDigit) {
   host.commands.prints(cameraNodes("3-1:1.0"), "video12\n");
   host.files.write(namePath(2), "HD Webcam\n");
