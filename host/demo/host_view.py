@@ -1,15 +1,20 @@
-"""What a step of the demo looks at: the channels, the event log and the datagrams, as usbdevctl tells them."""
+"""What a step of the demo looks at: the channels, the profiles, the event log, and what the manager does."""
 
 from __future__ import annotations
 
 import json
 import subprocess
 import time
+from collections.abc import Callable
 from pathlib import Path
-from types import TracebackType
 from typing import Any
 
 Channel = dict[str, Any]
+
+MANAGER_LOG = Path("/var/log/vl/manager-service.log")
+PLAYLIST = "playlist.m3u8"
+# A stream's first segment takes a second to make, longer on a busy machine.
+PATIENCE_SECONDS = 15
 
 
 def run(*command: str) -> str:
@@ -20,45 +25,56 @@ def run(*command: str) -> str:
     return done.stdout
 
 
+def wait_for(condition: Callable[[], bool]) -> bool:
+    deadline = time.monotonic() + PATIENCE_SECONDS
+    while not condition():
+        if time.monotonic() > deadline:
+            return False
+        time.sleep(0.02)
+    return True
+
+
 def channels() -> list[Channel]:
     return json.loads(run("usbdevctl", "channels", "--json"))["channels"]
 
 
-def log_texts() -> list[str]:
-    """The event log, oldest first; nothing is logged before the first event."""
-    done = subprocess.run(["usbdevctl", "log", "--json"], capture_output=True, text=True, check=False)
-    if done.returncode != 0:
-        return []
-    return [event["text"] for event in json.loads(done.stdout)["events"]]
+def live_link(profile: int) -> Path:
+    """The link through which the application's pages read a profile's stream."""
+    return Path(json.loads(run("usbdevctl", "profiles", "--json"))["profiles"][profile]["link"]["path"])
+
+
+def is_live(profile: int) -> bool:
+    """Is there a stream at the end of a profile's live-view link?"""
+    return wait_for((live_link(profile) / PLAYLIST).exists)
+
+
+class EventLog:
+    """The host's event log, from what is new in it."""
+
+    def __init__(self) -> None:
+        self._seen = 0
+
+    def fresh(self) -> list[str]:
+        """The texts since the last call, oldest first; before the first event there is no log."""
+        done = subprocess.run(["usbdevctl", "log", "--lines", "1000", "--json"], capture_output=True, text=True, check=False)
+        texts = [event["text"] for event in json.loads(done.stdout)["events"]] if done.returncode == 0 else []
+        fresh, self._seen = texts[self._seen :], len(texts)
+        return fresh
 
 
 class Manager:
-    """The manager daemon's ear: a `usbdevctl watch` in the background."""
+    """The manager daemon: the datagrams that reach it and what it makes of them, a line each."""
 
-    def __init__(self, folder: Path) -> None:
-        self._received = folder / "datagrams"
-        with self._received.open("w") as out:
-            self._watch = subprocess.Popen(
-                ["usbdevctl", "watch", "--json"], stdout=out, stderr=subprocess.PIPE, text=True
-            )
-        assert self._watch.stderr is not None
-        self._watch.stderr.readline()  # it says when it listens
-        self._seen = 0
+    def __init__(self) -> None:
+        self._seen = len(self._lines())
 
-    def __enter__(self) -> Manager:
-        return self
-
-    def __exit__(self, kind: type[BaseException] | None, value: BaseException | None, at: TracebackType | None) -> None:
-        self._watch.terminate()
-        self._watch.wait()
-
-    def fresh(self, expected: int) -> list[dict[str, Any]]:
-        """The datagrams since the last call; waits for as many as are expected, two seconds at the most."""
-        deadline = time.monotonic() + 2
-        lines = self._received.read_text().splitlines()
-        while len(lines) < self._seen + expected and time.monotonic() < deadline:
-            time.sleep(0.01)
-            lines = self._received.read_text().splitlines()
-        fresh = [json.loads(line) for line in lines[self._seen :]]
-        self._seen = len(lines)
+    def fresh(self, expected: int) -> list[str]:
+        """The lines since the last call; waits for as many as are expected."""
+        wait_for(lambda: len(self._lines()) >= self._seen + expected)
+        lines = self._lines()
+        fresh, self._seen = lines[self._seen :], len(lines)
         return fresh
+
+    def _lines(self) -> list[str]:
+        """Without the lines that begin with the daemon's name: these are about itself."""
+        return [line for line in MANAGER_LOG.read_text().splitlines() if not line.startswith("manager-service:")]

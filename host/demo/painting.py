@@ -6,10 +6,6 @@ from typing import Any
 
 BOLD, DIM, GREEN, YELLOW, RED, CYAN = "1", "2", "32", "33", "31", "36"
 
-# The library's own event codes.
-STREAMS, REMOVED = 6, 7
-EVENT_NAMES = {STREAMS: "starts to stream", REMOVED: "removed"}
-
 
 class Painter:
     def __init__(self, colour: bool) -> None:
@@ -24,6 +20,11 @@ class Painter:
     def command(self, text: str) -> None:
         print(self._styled(f"   $ {text}", DIM), flush=True)
 
+    def answer(self, text: str) -> None:
+        """What a command printed."""
+        for line in text.splitlines():
+            print(f"     {line}", flush=True)
+
     def channels(self, before: list[dict[str, Any]], now: list[dict[str, Any]]) -> None:
         """A line per channel in use; what the step changed is marked."""
         for old, channel in zip(before, now):
@@ -34,7 +35,8 @@ class Painter:
 
     def _channel(self, channel: dict[str, Any]) -> str:
         profile = "no profile" if channel["profile"] is None else f"profile {channel['profile']}"
-        text = f"channel {channel['channel']}  {channel['slot'] or '':<6} {channel['device'] or '':<31} {profile:<11}"
+        node = "" if channel["video_node"] is None else f"/dev/video{channel['video_node']}"
+        text = f"channel {channel['channel']}  {channel['slot'] or '':<6} {channel['device'] or '':<31} {node:<11} {profile:<11}"
         if channel["state"] != "plugged":
             return self._styled(f"{text} {channel['state']}", DIM)
         if channel["parked_behind"] is not None:
@@ -43,13 +45,16 @@ class Painter:
             return self._styled(f"{text} not supported", RED)
         return self._styled(f"{text} ready", GREEN)
 
-    def datagrams(self, datagrams: list[dict[str, Any]]) -> None:
-        for datagram in datagrams:
-            event, profile = datagram["event"], datagram["profile"]
-            whose = "a camera without profile" if profile < 0 else f"profile {profile}"
-            text = f"   datagram to the manager: event {event}, {whose} {EVENT_NAMES[event]}"
-            print(self._styled(text, CYAN), flush=True)
+    def event_log(self, texts: list[str]) -> None:
+        self._heard("event log", texts)
 
-    def log(self, texts: list[str]) -> None:
-        for text in texts:
-            print(self._styled(f"   event log: {text}", CYAN), flush=True)
+    def manager(self, lines: list[str]) -> None:
+        self._heard("manager", lines)
+
+    def viewer(self, lines: list[str]) -> None:
+        """What the demo looked at besides, as a viewer would."""
+        self._heard("viewer", lines)
+
+    def _heard(self, who: str, lines: list[str]) -> None:
+        for line in lines:
+            print(self._styled(f"   {who + ':':<10} {line}", CYAN), flush=True)

@@ -1,0 +1,91 @@
+"""Shows the story, step by step, and ends with status 1 as soon as something is not as it should be.
+
+Runs inside the sandbox, beside the host's services.
+"""
+
+from __future__ import annotations
+
+import argparse
+
+import host_view
+from host_view import Channel, EventLog, Manager
+from painting import Painter
+from story import STORY, Step
+from viewer import Viewer, ViewerError, viewer
+
+
+def mismatches(step: Step, now: list[Channel], manager: list[str], log: list[str]) -> list[str]:
+    """What is not as the step says, one sentence each."""
+    wrong = [
+        f"channel {number}: {name} is {now[number][name]!r}, not {value!r}"
+        for number, fields in step.channels.items()
+        for name, value in fields.items()
+        if now[number][name] != value
+    ]
+    if len(manager) != len(step.manager) or not all(map(str.startswith, manager, step.manager)):
+        wrong.append(f"manager {manager}, not {step.manager}")
+    if len(log) != len(step.log) or not all(map(str.__contains__, log, step.log)):
+        wrong.append(f"log {log}, not {step.log}")
+    return wrong
+
+
+def look(step: Step, watching: Viewer) -> list[str]:
+    try:
+        return [line for one in step.looks for line in one(watching)]
+    except ViewerError as problem:
+        raise SystemExit(f"demo: not as it should be: {problem}") from problem
+
+
+class Show:
+    def __init__(self, paint: Painter, watching: Viewer) -> None:
+        self._paint = paint
+        self._watching = watching
+        self._manager = Manager()
+        self._event_log = EventLog()
+        self._channels = host_view.channels()
+
+    def play(self, number: int, step: Step) -> None:
+        self._paint.title(f"{number}. {step.title}")
+        for command in step.commands:
+            self._paint.command(command)
+            answer = host_view.run(*command.split())
+            if step.answers:
+                self._paint.answer(answer)
+        manager = self._manager.fresh(len(step.manager))
+        log = self._event_log.fresh()
+        now = host_view.channels()
+        if step.channels:
+            self._paint.channels(self._channels, now)
+        self._paint.event_log(log)
+        self._paint.manager(manager)
+        wrong = mismatches(step, now, manager, log)
+        if wrong:
+            raise SystemExit("demo: not as it should be: " + "; ".join(wrong))
+        self._paint.viewer(look(step, self._watching))
+        self._channels = now
+
+
+def stay(paint: Painter, watching: Viewer, address: str) -> None:
+    """Until the user has seen enough, whose Ctrl-C ends the whole sandbox."""
+    with watching.letting_others_in(address) as bridge:
+        paint.title(f"Watch it at {address} ; Ctrl-C ends the demo.")
+        bridge.wait()
+
+
+def main() -> None:
+    arguments = argparse.ArgumentParser(description="The demo; runs inside the sandbox, beside its services.")
+    arguments.add_argument("--colour", action="store_true")
+    arguments.add_argument("--browser", metavar="PORT", help="stay, for a browser that comes through this port")
+    options = arguments.parse_args()
+    paint = Painter(options.colour)
+    with viewer() as watching:
+        show = Show(paint, watching)
+        for number, step in enumerate(STORY, 1):
+            show.play(number, step)
+        paint.title("Everything is as it should be.")
+        if options.browser:
+            stay(paint, watching, f"http://127.0.0.1:{options.browser}{watching.link}")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,97 @@
+"""Somebody who watches the streams: through the live-view links, and with share links on the share page."""
+
+from __future__ import annotations
+
+import json
+import subprocess
+import urllib.error
+import urllib.request
+from collections.abc import Iterator
+from contextlib import contextmanager
+from pathlib import Path
+
+from host_view import is_live, live_link, run, wait_for
+
+SHARE_PAGE = Path(__file__).resolve().parent.parent / "share/share-page"
+
+
+class ViewerError(Exception):
+    """Something is not as a viewer should see it; the text says what."""
+
+
+def expect(truth: bool, otherwise: str) -> None:
+    if not truth:
+        raise ViewerError(otherwise)
+
+
+class Viewer:
+    """Keeps in mind which links it was given. Each look tells what was seen, a line each."""
+
+    def __init__(self, page: str) -> None:
+        self._page = page
+        self._live_links: dict[int, Path] = {}
+        self._share_links: list[str] = []
+
+    def watches(self, *profiles: int) -> list[str]:
+        """The streams are where they were when they were looked at last."""
+        for profile in profiles:
+            link = live_link(profile)
+            expect(link == self._live_links.setdefault(profile, link), f"profile {profile} has another link than before")
+            expect(is_live(profile), f"profile {profile} has no stream")
+        return [f"profile {profile} is live at {self._live_links[profile].name}" for profile in profiles]
+
+    def opens_the_newest_share_link(self, profile: int) -> list[str]:
+        """The page plays it: what it hands to the browser is a stream."""
+        link = json.loads(run("usbdevctl", "share", "show", str(profile), "--json"))["page"]
+        self._share_links.append(link)
+        answer = self._ask(link)
+        expect(answer["outcome"] == "plays", f"the share link does not open: {answer}")
+        expect(wait_for(lambda: self._is_there(answer["playlist"])), "the share link leads to no stream")
+        return [f"{link}", "the stream plays"]
+
+    def tries_the_link_before(self) -> list[str]:
+        link = self._share_links[-2]
+        answer = self._ask(link)
+        expect(answer["outcome"] == "refused", f"the old share link still opens: {answer}")
+        return [f"{link}", answer["sentence"]]
+
+    @property
+    def link(self) -> str:
+        """What was shared last."""
+        return self._share_links[-1]
+
+    @contextmanager
+    def letting_others_in(self, address: str) -> Iterator[subprocess.Popen[bytes]]:
+        """Connects the share page with a socket that can be reached from outside, as long as the process runs."""
+        socket = Path("/tmp/share-page")
+        inside = "TCP:" + self._page.removeprefix("http://")
+        with subprocess.Popen(["socat", f"UNIX-LISTEN:{socket},fork", inside]) as bridge:
+            wait_for(socket.exists)
+            Path("/tmp/address").write_text(address)
+            yield bridge
+
+    def _ask(self, link: str) -> dict[str, str]:
+        question = dict(pair.split("=") for pair in link.partition("?")[2].split("&")) | {"password": ""}
+        with urllib.request.urlopen(f"{self._page}/share/open", json.dumps(question).encode()) as answer:
+            return json.load(answer)
+
+    def _is_there(self, path: str) -> bool:
+        try:
+            with urllib.request.urlopen(self._page + path):
+                return True
+        except urllib.error.HTTPError:
+            return False
+
+
+@contextmanager
+def viewer() -> Iterator[Viewer]:
+    """A viewer, and the share page as long as there is one."""
+    with subprocess.Popen([SHARE_PAGE], stderr=subprocess.PIPE, text=True) as page:
+        try:
+            assert page.stderr is not None
+            said = page.stderr.readline()
+            if "listening on " not in said:
+                raise SystemExit(f"demo: {said.strip()}")
+            yield Viewer("http://" + said.split()[-1])
+        finally:
+            page.terminate()
