@@ -57,6 +57,20 @@ def test_a_wrong_command_line_is_refused(line: str) -> None:
     assert all(error.startswith("usbdevctl: ") for error in done.stderr.splitlines())
 
 
+@pytest.mark.parametrize(
+    ("line", "complaint"),
+    [
+        ("clear 4", "profile: must be 0 to 3, not 4"),
+        ("formats one", "NODE: must be at least 0, not one"),
+        ("log --lines 0", "--lines: must be at least 1, not 0"),
+        ("stream set 0 --size 640", "--size: 640 is no picture size such as 1280x720"),
+    ],
+)
+def test_a_wrong_value_is_named_with_what_it_should_be(line: str, complaint: str) -> None:
+    done = subprocess.run([USBDEVCTL, *line.split()], check=False, capture_output=True, text=True)
+    assert done.stderr.splitlines()[0] == f"usbdevctl: {complaint}"
+
+
 def every_command(*group: str) -> list[tuple[str, ...]]:
     """The commands that the help names, those of each group behind it."""
     commands = []

@@ -2,6 +2,7 @@
 #include "program.h"
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 
 #include "output/output.h"
 
@@ -27,9 +28,18 @@ struct AddTo {
 };
 
 CLI::Validator rangeOf(const Argument &argument) {
-  const auto [least, most] = *argument.range;
-  CLI::Validator range = CLI::Range(least, most);
-  return most == Argument::kNoLimit ? range.description("at least " + std::to_string(least)) : range;
+  const int least = argument.range->first;
+  const int most = argument.range->second;
+  const std::string wanted = most == Argument::kNoLimit ? "at least " + std::to_string(least)
+                                                        : std::to_string(least) + " to " + std::to_string(most);
+  const auto refuse = [least, most, wanted](const std::string &text) -> std::string {
+    int number = 0;
+    const char *end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, number);
+    const bool good = read.ec == std::errc() && read.ptr == end && number >= least && number <= most;
+    return good ? "" : "must be " + wanted + ", not " + text;
+  };
+  return {refuse, wanted};
 }
 
 void addArgument(CLI::App &command, const Argument &argument) {
