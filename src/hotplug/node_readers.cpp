@@ -54,7 +54,6 @@ bool takeCamera(_usbdev_update &record, Line &line) {
   record.vnode = nodeNumber(line);
   record.state = 1;
   if (!readCameraName(record.vnode, line)) return false;
-  if (line[0] == '\0') return true;
   cutAtLineFeed(line);
   copyText(record.devname, line);
   return true;

@@ -94,6 +94,25 @@ TEST_F(AnInterface, WithoutANameFileFailsWithAMessage) {
   EXPECT_EQ(output.text(), "open:[/sys/class/video4linux/video4/name] failed\n");
 }
 
+TEST_F(AnInterface, WithAnEmptyNameFileHasAnEmptyName) {
+  host.commands.prints(cameraNodes("3-1:1.0"), "video4\n");
+  host.files.write(namePath(4), "");
+  EXPECT_EQ(videoInfo("3-1:1.0"), 0);
+  EXPECT_EQ(name, "");
+}
+
+TEST_F(AnInterface, IsAskedForNothingWithoutAPlaceForTheAnswer) {
+  char buffer[256] = "untouched";
+  for (const auto get_info : {get_video_info, get_audio_info}) {
+    EXPECT_EQ(get_info(nullptr, &node, buffer), -1);
+    EXPECT_EQ(get_info("3-1:1.0", nullptr, buffer), -1);
+    EXPECT_EQ(get_info("3-1:1.0", &node, nullptr), -1);
+  }
+  EXPECT_EQ(get_usb_vnode(nullptr), 0);
+  EXPECT_EQ(get_usb_anode(nullptr), 0);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
 TEST_F(AnInterface, NameOf300BytesIsCutAt255) {
   host.commands.prints(cameraNodes("3-1:1.0"), "video4\n");
   host.files.write(namePath(4), std::string(300, 'n') + "\n");
@@ -185,6 +204,15 @@ TEST_F(APort, WithACameraHasItsNodeStateAndName) {
   EXPECT_EQ(record.vnode, 4);
   EXPECT_EQ(record.state, 1);
   EXPECT_STREQ(record.devname, " HD Webcam ") << "only the line feed goes";
+}
+
+TEST_F(APort, WithAnEmptyNameFileHasAnEmptyName) {
+  host.commands.prints(cameraNodes("3-1\\:1.0"), "video4\n");
+  host.files.write(namePath(4), "");
+  std::strcpy(record.devname, "before");
+  get_usb_vnode(&record);
+  EXPECT_EQ(record.vnode, 4);
+  EXPECT_STREQ(record.devname, "");
 }
 
 TEST_F(APort, WithBothInterfacesHasTheSecond) {

@@ -1,4 +1,6 @@
 // Start-up: the channels are brought into line with the devices that are really there.
+#include <algorithm>
+#include <cstring>
 #include <string>
 
 #include "start_fixture.h"
@@ -161,6 +163,24 @@ TEST_F(AStart, AsksWhetherTheHostIsLimitedOnceAtTheMost) {
   EXPECT_EQ(host.journal.count(std::string("system ") + kProcessorCommand), 1);
 }
 
+TEST_F(AStart, RecomputesTheConflictsOfPresentCameras) {
+  configured(2, "3-1.1", "Camera").conflict(7);
+  configured(5, "3-1.2", "Camera").profile(1).slotSwitch(1).conflict(-1);
+  camera("3-1.1", 4, "Camera");
+  camera("3-1.2", 5, "Camera");
+  mn_sync_usbdev_conf();
+  EXPECT_EQ(key(2, "conflictch"), "5");
+  EXPECT_EQ(key(5, "conflictch"), "-1");
+}
+
+TEST_F(AStart, DoesNotAskForTheHostWithoutALaterProfile) {
+  configured(0, "1-1", "A").profile(0);
+  configured(1, "1-2", "B");
+  host.channel(2).profile(3);  // never configured
+  mn_sync_usbdev_conf();
+  EXPECT_EQ(host.journal.count(std::string("system ") + kProcessorCommand), 0);
+}
+
 TEST_F(AStart, RunsItsLaterStepsWhateverTheEarlierReturned) {
   configured(2, "3-1", "Camera");
   host.config.failOpenNumber(2, -4);
@@ -173,8 +193,9 @@ TEST_F(AStart, RunsItsLaterStepsWhateverTheEarlierReturned) {
 TEST_F(AStart, NeedsNoListOfADeviceKindThatBroughtNothingNew) {
   _usbdev_update device = {};
   std::string("3-1").copy(device.usbslot, 3);
-  EXPECT_EQ(sync_usbdev(0, nullptr, 0, nullptr), 0);
-  EXPECT_EQ(sync_usbdev(1, nullptr, 1, nullptr), 0);
+  for (const int cameras : {0, 1}) {
+    for (const int cards : {0, 1}) EXPECT_EQ(sync_usbdev(cameras, nullptr, cards, nullptr), 0);
+  }
   EXPECT_THAT(host.config.writes(), IsEmpty());
   EXPECT_EQ(sync_usbdev(1, &device, 0, nullptr), 0);
   EXPECT_EQ(key(0, "exists"), "1");
@@ -182,19 +203,55 @@ TEST_F(AStart, NeedsNoListOfADeviceKindThatBroughtNothingNew) {
   EXPECT_EQ(key(0, "audio/anode"), "-1");
 }
 
-TEST_F(AStart, PlugsACardWithoutANameUnderTheNewCamerasName) {
-  _usbdev_update new_camera = {};
-  std::string("3-1").copy(new_camera.usbslot, 3);
-  std::string("Camera").copy(new_camera.devname, 6);
-  new_camera.vnode = 4;
-  _usbdev_update new_card = new_camera;
-  new_card.devname[0] = '\0';
-  new_card.anode = 1;
-  host.files.write("/etc/config/.usbnosupportlist.dat", "Camera\n");
-  EXPECT_EQ(sync_usbdev(0, &new_camera, 1, &new_card), 0);
-  EXPECT_EQ(key(0, "conflictch"), "(none)") << "no new camera counted, so no name to take";
-  EXPECT_EQ(sync_usbdev(1, &new_camera, 1, &new_card), 0);
-  EXPECT_EQ(key(0, "conflictch"), "999");
+// A camera and its card come to a channel that keeps both their names to themselves.
+class ACardOfANewCamera : public AStart {
+ protected:
+  ACardOfANewCamera() {
+    configured(3, "3-1", "Camera").profile(1);
+    std::string("3-1").copy(device.usbslot, 3);
+    std::string("Camera").copy(device.devname, 6);
+    device.vnode = 4;
+    AStart::camera("3-1", 4, "Camera");
+    card = device;
+  }
+
+  void plugBoth(const std::string &listed) {
+    host.files.write("/etc/config/.usbnosupportlist.dat", listed + "\n");
+    EXPECT_EQ(sync_usbdev(1, &device, 1, &card), 0);
+  }
+  long marks() const {
+    const Lines writes = host.config.writes();
+    return std::count(writes.begin(), writes.end(), "ch3/conflictch=999");
+  }
+
+  _usbdev_update device = {};
+  _usbdev_update card = {};
+};
+
+TEST_F(ACardOfANewCamera, WithoutANameIsPluggedUnderTheCamerasName) {
+  card.devname[0] = '\0';
+  plugBoth("Camera");
+  EXPECT_EQ(marks(), 2) << "once for each of the two";
+}
+
+TEST_F(ACardOfANewCamera, InAnotherPortHasNoName) {
+  card.devname[0] = '\0';
+  card.usbslot[2] = '2';
+  configured(4, "3-2", "Other").profile(2);
+  plugBoth("Camera");
+  EXPECT_EQ(key(4, "conflictch"), "(none)");
+}
+
+TEST_F(ACardOfANewCamera, IsPluggedUnderItsOwnName) {
+  std::strcpy(card.devname, "USB Audio");
+  plugBoth("USB Audio");
+  EXPECT_EQ(marks(), 1);
+}
+
+TEST_F(ACardOfANewCamera, OfOneCharacterIsAName) {
+  std::strcpy(card.devname, "U");
+  plugBoth("U");
+  EXPECT_EQ(marks(), 1);
 }
 
 TEST_F(AStart, PlugsNewCamerasBeforeNewCards) {
@@ -236,14 +293,17 @@ class TheLaterProfiles : public AStart {
 };
 
 TEST_F(TheLaterProfiles, AreClearedInTheChannelsThatAreConfigured) {
+  configured(0, "1-0", "Z").profile(3);
   configured(1, "1-1", "A").profile(1);
   configured(2, "1-2", "B").profile(2);
   configured(3, "1-3", "C").profile(0);
+  records[0].profile = 3;
   records[1].profile = 1;
   records[2].profile = 2;
   records[2].state = -1;
   records[3].profile = 0;
   EXPECT_EQ(rmNone1stProfile(records), 0);
+  EXPECT_EQ(key(0, "profile"), "-1");
   EXPECT_EQ(key(1, "profile"), "-1");
   EXPECT_EQ(key(2, "profile"), "2");
   EXPECT_EQ(key(3, "profile"), "0");
