@@ -73,6 +73,8 @@ struct Change {
   int number;
 };
 
+void PrintTo(const Change &change, std::ostream *out) { *out << change.option << '=' << change.value; }
+
 class AChangeOf : public testing::TestWithParam<Change> {};
 
 TEST_P(AChangeOf, ASettingReachesItsField) {

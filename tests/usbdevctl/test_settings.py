@@ -86,6 +86,13 @@ def test_a_size_that_the_camera_does_not_offer_changes_nothing(on_host: RunOnHos
     assert (refused.out, refused.status, after.out) == ("", 1, before.out)
 
 
+def test_a_damaged_event_log_does_not_hide_that_the_change_was_stored(on_host: RunOnHost) -> None:
+    damage = "mkdir -p /var/log/vl; yes | head -c 2000 >/var/log/vl/event.db"
+    _, changed = run_all(on_host, f"{CAMERA}; {damage}", "usbdevctl stream set 0 --fps 60")
+    assert (changed.out, changed.status) == ("fps         60\nlogged      none\n", 0)
+    assert "usbdevctl: cannot read the event log /var/log/vl/event.db: file is not a database\n" in changed.err
+
+
 def test_a_profile_that_cannot_stream_says_why(on_host: RunOnHost) -> None:
     results = run_all(
         on_host,

@@ -20,7 +20,7 @@ struct Options {
 };
 
 ExitStatus failed(const EventLog &log) {
-  complain(std::string("cannot read the event log ") + kEventLogFile + ": " + log.error());
+  complain(log.failure());
   return ExitStatus::failure;
 }
 

@@ -19,17 +19,20 @@ struct Options {
   StreamChange change;
 };
 
-EventLog openLog() { return EventLog(kEventLogFile); }
-
 /// The newest event so far; 0 before the first one.
 std::int64_t newestEvent() {
   if (!EventLog::exists(kEventLogFile)) return 0;
-  const std::vector<Event> newest = openLog().last(1);
+  const std::vector<Event> newest = EventLog(kEventLogFile).last(1);
   return newest.empty() ? 0 : newest.front().id;
 }
 
+/// A log that cannot be read leaves the change as it is, and its events unknown.
 std::vector<Event> eventsAfter(std::int64_t id) {
-  return EventLog::exists(kEventLogFile) ? openLog().after(id) : std::vector<Event>();
+  if (!EventLog::exists(kEventLogFile)) return {};
+  EventLog log(kEventLogFile);
+  std::vector<Event> events = log.after(id);
+  if (!log.error().empty()) complain(log.failure());
+  return events;
 }
 
 ExitStatus explainRefusal(int profile, const _streaminfo &wanted) {

@@ -36,7 +36,7 @@ bool EventLog::exists(const std::string &file) {
   return stat(file.c_str(), &found) == 0 && found.st_size > 0;
 }
 
-EventLog::EventLog(const std::string &file) {
+EventLog::EventLog(const std::string &file) : file_(file) {
   sqlite3 *opened = nullptr;
   const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READONLY, nullptr);
   database_.reset(opened);  // made on failure too, and tells what failed
@@ -48,6 +48,8 @@ EventLog::EventLog(const std::string &file) {
 }
 
 EventLog::~EventLog() = default;
+
+std::string EventLog::failure() const { return "cannot read the event log " + file_ + ": " + error_; }
 
 void EventLog::fail() { error_ = database_ ? sqlite3_errmsg(database_.get()) : "out of memory"; }
 

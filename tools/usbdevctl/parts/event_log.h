@@ -33,6 +33,9 @@ class EventLog {
   /// Empty while all is well; set by the first open or query that fails.
   const std::string &error() const { return error_; }
 
+  /// The error with the name of the file.
+  std::string failure() const;
+
   /// The newest events, oldest first.
   std::vector<Event> last(int count);
 
@@ -42,6 +45,8 @@ class EventLog {
  private:
   std::vector<Event> query(const char *statement, std::int64_t argument);
   void fail();
+
+  std::string file_;
 
   struct Close {
     void operator()(sqlite3 *database) const;
