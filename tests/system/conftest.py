@@ -25,6 +25,10 @@ def sandbox_command(script: str, *options: str) -> list[str]:
     return [str(SANDBOX), "run", "--build", build, *options, "--", "sh", "-c", script]
 
 
+def files_below(root: Path) -> set[str]:
+    return {str(path.relative_to(root)) for path in root.rglob("*") if path.is_file() or path.is_symlink()}
+
+
 @pytest.fixture
 def sandbox() -> RunInSandbox:
     """Runs a shell script on a fresh host; further arguments are options of the sandbox."""

@@ -2,19 +2,14 @@
 
 from __future__ import annotations
 
-from pathlib import Path
-
 import pytest
+from conftest import files_below
 from simlib.attributes import AttributeList
 from simlib.catalogue import camera_names, load_camera
 from simlib.errors import SimError
 from simlib.machine import Machine
 from simlib.ports import parse_port
 from simlib.topology import Topology
-
-
-def files_below(root: Path) -> set[str]:
-    return {str(path.relative_to(root)) for path in root.rglob("*") if path.is_file() or path.is_symlink()}
 
 
 def test_nodes_get_the_lowest_free_numbers(pc):

@@ -5,12 +5,12 @@ from __future__ import annotations
 import re
 
 import pytest
+from conftest import files_below
 from simlib.catalogue import load_camera
 from simlib.errors import SimError
 from simlib.host import Change, SimulatedHost
 from simlib.machine import Machine
 from simlib.ports import parse_port
-from test_sim_plugging import files_below
 
 
 def move(port: str, to: str) -> Change:

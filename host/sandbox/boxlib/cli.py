@@ -106,6 +106,7 @@ def _parser() -> argparse.ArgumentParser:
     reboot.add_argument("--state", metavar="DIR", help="the host kept there (default: the one that this runs on)")
     add_changes(reboot)
     reboot.set_defaults(run=_reboot)
+    default_build = REPOSITORY / "build/release"
     for command in (run, reboot):
-        command.add_argument("--build", metavar="DIR", default=REPOSITORY / "build/release", help="default: build/release")
+        command.add_argument("--build", metavar="DIR", default=default_build, help="default: build/release")
     return parser

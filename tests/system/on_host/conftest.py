@@ -18,7 +18,7 @@ os.environ.pop("LD_PRELOAD", None)
 from host import Host  # noqa: E402
 
 
-@pytest.fixture
+@pytest.fixture(scope="module")
 def without_process_list() -> Iterator[None]:
     """For tests in which no query hangs: looking for one that does takes a good part of the time."""
     ps = Path("/usr/bin/ps")

@@ -58,7 +58,7 @@ class Host:
         """Returns the channel."""
         plugged = self.hardware.plug(camera, port)
         channel = self._tell(plugged, 1)
-        if plugged.camera.sound is not None:
+        if plugged.camera.sound is not None and plugged.card is not None:
             usbdevlib.hotplug(0, plugged.card, port, 1, plugged.camera.sound.name)
         return channel
 

@@ -27,7 +27,7 @@ def single(rate: float) -> float:
 
 
 def offered_sizes(listing: str) -> list[ListedSize]:
-    """The sizes of the formats that can be streamed. The library stops reading at a rate that comes twice for a size."""
+    """The sizes of the formats that can be streamed. A rate that comes twice for a size ends the reading."""
     sizes: list[ListedSize] = []
     codec = None
     for line in listing.splitlines():

@@ -34,7 +34,7 @@ class Manager:
         self._socket.close()
 
     def received(self) -> list[Notification]:
-        notifications = []
+        notifications: list[Notification] = []
         while True:
             try:
                 datagram = self._socket.recv(1024)

@@ -43,9 +43,7 @@ class Model:
     channels: list[ModelChannel] = field(default_factory=lambda: [ModelChannel() for _ in range(10)])
 
     def plug(self, camera: Camera) -> None:
-        bound_here = [it for it in self.channels if it.slot == camera.slot and it.profile != NONE]
-        displaced = self._displaced(bound_here, camera)
-        own = self._own(bound_here, displaced, camera)
+        own, displaced = self._decisive_channel(camera)
         if own is not None:
             own.attach(camera)
             return
@@ -102,27 +100,23 @@ class Model:
         for camera in new:
             self.plug(camera)
 
-    def _displaced(self, bound_here: list[ModelChannel], camera: Camera) -> ModelChannel | None:
-        """The bound channel in whose port another camera is found, unless the port's own camera is met first."""
-        for channel in bound_here:
+    def _decisive_channel(self, camera: Camera) -> tuple[ModelChannel | None, ModelChannel | None]:
+        """The first bound channel of the port that decides: the camera's own, or one that misses the end of its camera,
+        which is displaced."""
+        for channel in self.channels:
+            if channel.slot != camera.slot or channel.profile == NONE:
+                continue
             if channel.knows(camera):
-                return None
+                return channel, None
             if channel.exists == ATTACHED:
-                return channel
-        return None
-
-    def _own(
-        self, bound_here: list[ModelChannel], displaced: ModelChannel | None, camera: Camera
-    ) -> ModelChannel | None:
-        return None if displaced is not None else next((it for it in bound_here if it.knows(camera)), None)
+                return None, channel
+        return None, None
 
     def _place_for(self, slot: str, displaced: ModelChannel | None) -> ModelChannel | None:
         """The last unbound channel that knows the slot, as far as it is looked for, or else the first free one."""
-        end = len(self.channels) if displaced is None else _position(self.channels, displaced)
-        knowing = [it for it in self.channels[:end] if it.slot == slot and it.profile == NONE]
-        free = (it for it in self.channels if it.slot != slot and it.profile == NONE and it.exists != ATTACHED)
-        return knowing[-1] if knowing else next(free, None)
-
-
-def _position(channels: list[ModelChannel], wanted: ModelChannel) -> int:
-    return next(number for number, channel in enumerate(channels) if channel is wanted)
+        scanned = self.channels
+        if displaced is not None:
+            scanned = scanned[: next(number for number, it in enumerate(scanned) if it is displaced)]
+        knowing = [it for it in scanned if it.slot == slot and it.profile == NONE]
+        free = [it for it in self.channels if it.slot != slot and it.profile == NONE and it.exists != ATTACHED]
+        return next(iter([*knowing[-1:], *free]), None)

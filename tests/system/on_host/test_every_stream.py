@@ -48,8 +48,9 @@ def cases(camera: str) -> Iterator[tuple[ListedSize, float]]:
 
 
 def stored() -> Stored:
-    video = ElementTree.parse(CONFIGURATION).getroot().find("ch0/video")
-    return (*(int(video.findtext(key)) for key in ("vcodec", "width", "height")), video.findtext("framerate"))
+    root, keys = ElementTree.parse(CONFIGURATION).getroot(), ("vcodec", "width", "height", "framerate")
+    vcodec, width, height, rate = (root.findtext(f"ch0/video/{key}", "") for key in keys)
+    return int(vcodec), int(width), int(height), rate
 
 
 def set_stream(size: ListedSize, rate: float) -> int:

@@ -11,7 +11,6 @@ from pathlib import Path
 
 import pytest
 import usbdevlib
-from host import Host
 
 ReplaceTool = Callable[[str, str], None]
 

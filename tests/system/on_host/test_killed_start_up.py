@@ -17,7 +17,7 @@ Disk = tuple[bytes, dict[str, str]]
 
 
 @pytest.fixture(scope="module")
-def switched_off() -> Host:
+def switched_off(without_process_list: None) -> Host:
     """Of three bound cameras one stays, without its link and its link's name, one moves, and one has gone."""
     host = Host()
     host.empty()
@@ -46,8 +46,9 @@ def restore(disk: Disk, host: Host) -> None:
 def start_killed_before(call: str, number: int) -> bool:
     """Starts up in a process of its own and kills it when it makes this system call for the given time; false when it
     does not so often."""
-    strace = ["strace", "-qq", "-o", "/dev/null", "-e", f"trace={call}", "-e", f"inject={call}:signal=KILL:when={number}"]
-    status = subprocess.run([*strace, "usbdevctl", "sync"], check=False, stderr=subprocess.DEVNULL).returncode
+    kill = ["-e", f"trace={call}", "-e", f"inject={call}:signal=KILL:when={number}"]
+    command = ["strace", "-qq", "-o", "/dev/null", *kill, "usbdevctl", "sync"]
+    status = subprocess.run(command, check=False, stderr=subprocess.DEVNULL).returncode
     assert status in (0, -signal.SIGKILL)
     return status != 0
 

@@ -7,6 +7,8 @@ import usbdevlib
 from host import Host, stream_folder
 from manager import Manager
 
+pytestmark = pytest.mark.usefixtures("without_process_list")
+
 PORTS = ["1-1", "3-1", "3-2", "5-1"]
 GIVEN_UP = 3
 

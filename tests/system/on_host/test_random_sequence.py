@@ -47,9 +47,6 @@ class Life:
         plugged = self.host.hardware.machine().cameras
         return [Camera(slot, it.camera.node_name, it.nodes[0]) for slot, it in sorted(plugged.items())]
 
-    def _camera_in(self, port: str) -> Camera | None:
-        return next((it for it in self.cameras() if it.slot == port), None)
-
     def _plug(self) -> str:
         port = self._free_port()
         if port is None:
@@ -59,7 +56,7 @@ class Life:
     def _plug_into(self, port: str) -> str:
         camera = self._chance.choice(CAMERAS)
         self.host.plug(camera, port)
-        self.model.plug(self._camera_in(port))
+        self.model.plug(next(it for it in self.cameras() if it.slot == port))
         return camera
 
     def _unplug(self) -> str:
