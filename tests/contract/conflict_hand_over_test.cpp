@@ -83,6 +83,22 @@ TEST_F(AHandOver, IsToTheSmallerProfileOfEquallyOldOnes) {
   EXPECT_EQ(profile, 1);
 }
 
+TEST_F(AHandOver, StaysWithTheFirstOfTwoThatAreAlikeInBoth) {
+  waiting(4, 1, "2024-03-05 08:15:00");
+  waiting(5, 1, "2024-03-05 08:15:00");
+  handOver();
+  EXPECT_EQ(host.channel(2).get("conflictch"), "4");
+}
+
+TEST_F(AHandOver, MayBeToTheFirstOrTheLastChannel) {
+  for (const int channel : {0, 9}) {
+    waiting(channel, 1, "2024-03-05 08:15:00");
+    host.channel(2).conflict(-1);
+    EXPECT_EQ(handOver(), 0);
+    EXPECT_EQ(host.channel(2).get("conflictch"), std::to_string(channel));
+  }
+}
+
 TEST_F(AHandOver, IsToTheFirstOneWhenNoneHasATimeBeforeNow) {
   waiting(4, 2, "9999-03-05 08:15:00");
   waiting(5, 1, "9998-03-05 08:15:00");
@@ -316,6 +332,17 @@ TEST_F(AHandOverOnAHostOfOneChannel, ParksEveryAttachedCameraWhateverItsPort) {
   handOver(0);
   EXPECT_EQ(host.channel(8).get("conflictch"), "5");
   EXPECT_EQ(host.channel(2).get("conflictch"), "5");
+}
+
+TEST_F(AHandOverOnAHostOfOneChannel, FailsAtALaterOpenWithWhatWasWrittenBefore) {
+  for (const int number : {2, 3, 4}) {
+    host.channel(4).conflict(2);
+    host.channel(5).conflict(2);
+    host.config.failOpenNumber(number, -5);
+    EXPECT_EQ(handOver(), -1) << number;
+    EXPECT_EQ(message, openFailure(-5)) << number;
+    EXPECT_EQ(host.channel(5).get("conflictch"), number == 2 ? "2" : "-1");
+  }
 }
 
 TEST_F(AHandOverOnAHostOfOneChannel, WithoutASuccessorReleasesEveryone) {

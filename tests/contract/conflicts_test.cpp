@@ -98,6 +98,7 @@ TEST_F(TwoTimes, AreComparedByDateThenTime) {
   EXPECT_EQ(isElderPf("2024-03-05 23:59:59", "2024-03-06 00:00:00"), 0);
   EXPECT_EQ(isElderPf("2024-03-05 08:15:01", "2024-03-05 08:15:00"), 1);
   EXPECT_EQ(isElderPf("2024-03-05 08:15:00", "2024-03-05 08:15:01"), 0);
+  EXPECT_EQ(isElderPf("2024-03-05 18:00:00", "2024-03-05 09:00:00"), 1);
 }
 
 TEST_F(TwoTimes, OfTheSameSecondAreEqual) { EXPECT_EQ(isElderPf("2024-03-05 08:15:00", "2024-03-05 08:15:00"), 2); }
@@ -285,6 +286,15 @@ TEST_F(ARecomputation, ClearsBeforeAnythingIsSearched) {
   EXPECT_EQ(syncConflict(states.data()), 0);
   EXPECT_EQ(host.channel(1).get("conflictch"), "-1");  // channel 3 is still parked while channel 1 searches
   EXPECT_EQ(host.channel(3).get("conflictch"), "1");
+}
+
+TEST_F(ARecomputation, IsOfTheFirstAndTheLastChannelToo) {
+  host.channel(0).exists(1).slot("1-1.7").vnode(0);
+  host.channel(9).exists(1).slot("1-1.8").vnode(9);
+  states[0] = states[9] = 0;
+  EXPECT_EQ(syncConflict(states.data()), 0);
+  EXPECT_THAT(host.config.writes(),
+              ElementsAre("ch0/conflictch=-1", "ch9/conflictch=-1", "ch0/conflictch=1", "ch9/conflictch=1"));
 }
 
 TEST_F(ARecomputation, WritesAnyOtherEntryAsItStands) {
