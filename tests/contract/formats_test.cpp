@@ -90,6 +90,10 @@ TEST_F(AFormatsListing, IgnoresASizeWithoutAnXAndItsRates) {
   }
 }
 
+TEST_F(AFormatsListing, KeepsASizeOfNothing) {
+  EXPECT_EQ(after("Size: Discrete 0x0\nSize: Discrete xyz\n"), "#0 codec 1: 640x480 0x0");
+}
+
 TEST_F(AFormatsListing, KeepsARepeatedSizeOnceWithItsFirstRates) {
   EXPECT_EQ(read(mjpeg().rate("30.000").size(320, 240).size(640, 480).rate("15.000").rate("5.000").text()), 1);
   EXPECT_EQ(format(0), "#0 codec 1: 640x480@30 320x240");
@@ -108,6 +112,19 @@ TEST_F(AFormatsListing, IgnoresRatesBeforeTheFirstSize) {
 TEST_F(AFormatsListing, IgnoresAnIntervalWithoutParenthesisOrBlank) {
   EXPECT_EQ(after(interval("Discrete 0.033s 30.000 fps") + interval("Discrete 0.033s (30.000)") + interval("")),
             "#0 codec 1: 640x480");
+}
+
+TEST_F(AFormatsListing, ReadsAsMuchOfARateAsIsANumber) {
+  const std::string start = "Discrete 0.033s (";
+  EXPECT_EQ(after(interval(start + "9.25x fps)") + interval(start + "30.5.5 fps)") + interval(start + "1e1 fps)") +
+                  interval(start + "-5.000 fps)") + interval(start + "+7 fps)") + interval(start + " fps)")),
+            "#0 codec 1: 640x480@9.25,30.5,10,-5,7,0");
+}
+
+TEST_F(AFormatsListing, CutsARateAt15Characters) {
+  after(interval("Discrete 0.033s (123456789012345 fps)") + interval("Discrete 0.033s (2234567890123456 fps)"));
+  EXPECT_EQ(table[0].res[0].fps[0], 123456789012345.0F);
+  EXPECT_EQ(table[0].res[0].fps[1], 223456789012345.0F);
 }
 
 TEST_F(AFormatsListing, StopsAltogetherAtARepeatedRate) {
