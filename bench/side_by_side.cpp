@@ -1,15 +1,31 @@
 #include "side_by_side.h"
 
+#include <sys/resource.h>
+
 #include <algorithm>
-#include <chrono>
 #include <limits>
 
 namespace {
 
+double seconds(const timeval &time) {
+  return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+}
+
+/// The processor time that this process and the children it has waited for have used.
+double usedSoFar() {
+  double used = 0;
+  for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
+    rusage usage = {};
+    getrusage(who, &usage);
+    used += seconds(usage.ru_utime) + seconds(usage.ru_stime);
+  }
+  return used;
+}
+
 double seconds(const bench::Step &step) {
-  const auto start = std::chrono::steady_clock::now();
+  const double before = usedSoFar();
   step();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return usedSoFar() - before;
 }
 
 }  // namespace
