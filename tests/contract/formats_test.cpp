@@ -110,8 +110,9 @@ TEST_F(AFormatsListing, IgnoresRatesBeforeTheFirstSize) {
 }
 
 TEST_F(AFormatsListing, IgnoresAnIntervalWithoutParenthesisOrBlank) {
-  EXPECT_EQ(after(interval("Discrete 0.033s 30.000 fps") + interval("Discrete 0.033s (30.000)") + interval("")),
-            "#0 codec 1: 640x480");
+  for (const char *value : {"Discrete 0.033s 30.000 fps", "Discrete 0.033s (30.000)", ""}) {
+    EXPECT_EQ(after(interval(value) + "Size: Discrete 320x240\n"), "#0 codec 1: 640x480 320x240") << value;
+  }
 }
 
 TEST_F(AFormatsListing, ReadsAsMuchOfARateAsIsANumber) {

@@ -113,6 +113,17 @@ TEST_F(ACamera, IsNotFoundWhenItsIdentifiersHaveNoValue) {
   EXPECT_EQ(pidvid(), 0);
 }
 
+TEST_F(ACamera, IsAskedForNothingWithoutARecordOrAPlaceForTheAnswer) {
+  char out[16] = "kept";
+  EXPECT_EQ(find_pidvid(nullptr, out), 0);
+  EXPECT_EQ(find_pidvid(&device, nullptr), 0);
+  EXPECT_EQ(get_fetypeid(nullptr, out), -1);
+  EXPECT_EQ(get_fetypeid(&device, nullptr), -1);
+  EXPECT_EQ(get_pcibridgePath(2, nullptr), 0);
+  EXPECT_STREQ(out, "kept");
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
 TEST_F(ACamera, WithoutAWalkHasNoIdentifiers) { EXPECT_EQ(pidvid(), 0); }
 
 TEST_F(ACamera, HasNoIdentifiersWhenTheCommandCannotStart) {
@@ -302,6 +313,14 @@ class ASlotSwitch : public ContractTest {
 
 TEST_F(ASlotSwitch, ThatNoChannelRemembersIsOn) { EXPECT_EQ(stateOf("3-1"), 1); }
 
+TEST_F(ASlotSwitch, OfNoFileOrNoSlotIsOn) {
+  EXPECT_EQ(get_switch_state(nullptr, "3-1"), 1);
+  void *handle = nullptr;
+  xmlcfg_open(0, kChannelFile, &handle);
+  EXPECT_EQ(get_switch_state(handle, nullptr), 1);
+  xmlcfg_close(handle, 0);
+}
+
 TEST_F(ASlotSwitch, IsAsItsChannelRemembers) {
   host.channel(9).slot("3-1").slotSwitch(0);
   EXPECT_EQ(stateOf("3-1"), 0);
@@ -372,6 +391,12 @@ TEST_F(ADeviceList, IsOfUnsupportedOnesByItsExactPathOnly) {
   const std::string path = "/etc/config//.usbnosupportlist.dat";
   host.files.write(path, "Webcam\n");
   EXPECT_EQ(devlistcmp("HD Webcam", path.c_str()), 1);
+}
+
+TEST_F(ADeviceList, WithoutANameOrAPathMatchesNothing) {
+  EXPECT_EQ(devlistcmp(nullptr, kUnsupportedFile), 0);
+  EXPECT_EQ(devlistcmp("", nullptr), 0);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
 TEST_F(ADeviceList, MatchesByAnyOfItsLines) {
