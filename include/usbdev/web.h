@@ -52,8 +52,8 @@ int socket_write(int sock, const char *text);
 int http_open(int *sock, const char *host);
 
 /*
- * Reads up to a line feed, which is not stored. sock (in). buf (out): max + 1 bytes; not terminated when it was filled
- * with max bytes. max (in). Returns the bytes stored, or -1.
+ * Reads up to a line feed, which is not stored. sock (in). buf (out): max bytes; not terminated when all of them were
+ * filled. max (in). Returns the bytes stored, or -1.
  */
 int http_read_line(int sock, char *buf, int max);
 
@@ -102,7 +102,10 @@ int Base64dec(const char *in, unsigned char *out);
 /* Decodes a text to a text. in (in). out (out): as for Base64dec. Returns out. */
 char *Base64decs(const char *in, char *out);
 
-/* Escapes bytes for a URL. out (out): 3 characters per byte, and a zero. in (in): len bytes. Returns 0. */
+/*
+ * Escapes "/", "~" and blanks in the query of a URL, which begins behind its first "?". out (out): up to 3 characters
+ * per byte, not terminated. in (in): len bytes. Returns 0.
+ */
 int url_encode(char *out, const char *in, int len);
 
 /* --- host login sessions: takes no lock, one at a time --- */
@@ -120,7 +123,7 @@ int nas_sid_auth(const NasServer *server, const char *sid);
 int write_sid(const char *reply, char *sid);
 
 /*
- * Tells whether the host accepts a user: 0 if so, else -1. user, password (in): without control characters. Runs
+ * Tells whether the host accepts a user: 0 if so, else -1. user (in): without control characters. password (in). Runs
  * commands.
  */
 int vl_auth(const char *user, const char *password);
@@ -154,7 +157,8 @@ int strip(char *in, char *out);
 /*
  * Stores the share settings of a profile and makes or removes its public link. An enabled link with the same password
  * is kept. Takes the lock; runs commands, "/bin/ln" and "/bin/rm", with it held.
- * info (in/out): profile, shrenable, pwdenable and shrpwd are read; ssid, token and hash_string are set.
+ * info (in/out): profile, shrenable, pwdenable and shrpwd are read; ssid is set to the stored one, which a new link
+ * keeps; token and hash_string are set when the link is new.
  */
 int vl_set_share_link(ShareLinkInfo *info);
 
