@@ -322,8 +322,10 @@ TEST_F(ASlotSwitch, OfNoFileOrNoSlotIsOn) {
 }
 
 TEST_F(ASlotSwitch, IsAsItsChannelRemembers) {
-  host.channel(9).slot("3-1").slotSwitch(0);
-  EXPECT_EQ(stateOf("3-1"), 0);
+  host.channel(0).slot("3-0").slotSwitch(0);
+  host.channel(9).slot("3-9").slotSwitch(0);
+  EXPECT_EQ(stateOf("3-0"), 0);
+  EXPECT_EQ(stateOf("3-9"), 0);
 }
 
 TEST_F(ASlotSwitch, IsTakenFromTheFirstChannelThatStoresIt) {
