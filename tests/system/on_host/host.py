@@ -58,13 +58,13 @@ class Host:
         """Returns the channel."""
         plugged = self.hardware.plug(camera, port)
         channel = self._tell(plugged, 1)
-        if plugged.camera.sound is not None and plugged.card is not None:
-            usbdevlib.hotplug(0, plugged.card, port, 1, plugged.camera.sound.name)
+        self._tell_of_card(plugged, 1)
         return channel
 
     def unplug(self, port: str) -> None:
         for plugged in self.hardware.unplug(port):
             self._tell(plugged, 0)
+            self._tell_of_card(plugged, 0)
 
     def reboot(self, *changes: str) -> None:
         self.change_hardware(*changes)
@@ -89,6 +89,11 @@ class Host:
     @staticmethod
     def _tell(plugged: PluggedCamera, state: int) -> int:
         return usbdevlib.hotplug(1, plugged.nodes[0], plugged.port.slot, state, plugged.camera.node_name)
+
+    @staticmethod
+    def _tell_of_card(plugged: PluggedCamera, state: int) -> None:
+        if plugged.camera.sound is not None and plugged.card is not None:
+            usbdevlib.hotplug(0, plugged.card, plugged.port.slot, state, plugged.camera.sound.name)
 
 
 def stream_folder(profile: int) -> str:

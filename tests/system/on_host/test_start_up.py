@@ -173,3 +173,12 @@ def test_a_camera_with_its_microphone_first_keeps_its_channel(host):
     channels = host.channels()
     assert (channels[0].exists, channels[0].profile, channels[0].vnode) == (1, 0, host.node("3-1"))
     assert [it.slot for it in channels[1:]] == ["1-1", *[""] * 8]
+
+
+def test_of_a_node_number_with_two_digits_the_last_one_counts(host):
+    """Six cameras with two nodes each: the picture of the last comes from /dev/video10."""
+    for port in range(1, 7):
+        host.plug("usb2-camera", f"1-{port}")
+    assert [it.vnode for it in host.channels()[:6]] == [0, 2, 4, 6, 8, 10]
+    host.reboot()
+    assert [it.vnode for it in host.channels()[:6]] == [0, 2, 4, 6, 8, 0]
