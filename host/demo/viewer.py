@@ -12,8 +12,6 @@ from pathlib import Path
 
 from host_view import is_live, live_link, run, wait_for
 
-SHARE_PAGE = Path(__file__).resolve().parent.parent / "share/share-page"
-
 
 class ViewerError(Exception):
     """Something is not as a viewer should see it; the text says what."""
@@ -86,7 +84,7 @@ class Viewer:
 @contextmanager
 def viewer() -> Iterator[Viewer]:
     """A viewer, and the share page as long as there is one."""
-    with subprocess.Popen([SHARE_PAGE], stderr=subprocess.PIPE, text=True) as page:
+    with subprocess.Popen(["share-page"], stderr=subprocess.PIPE, text=True) as page:
         try:
             assert page.stderr is not None
             said = page.stderr.readline()

@@ -10,6 +10,7 @@ SIM = REPOSITORY / "host/sim/bin"
 OWN = REPOSITORY / "host/sandbox/bin"
 SANDBOX = REPOSITORY / "host/sandbox/sandbox"
 SERVICES = REPOSITORY / "host/services"
+SHARE = REPOSITORY / "host/share"
 HOST_BIN = "/usr/host-bin"
 HOST_SBIN = "/usr/host-sbin"
 
@@ -31,6 +32,7 @@ class Programs:
         self.bin |= {name: SIM / name for name in ("sim", "udevadm", "v4l2-ctl")}
         self.sbin |= {"udevadm": SIM / "udevadm"}
         self.bin |= {name: SERVICES / name for name in SERVICE_PROGRAMS}
+        self.bin |= {"share-page": SHARE / "share-page"}
         self.bin |= dict(self._built(BUILT_FOR_BIN))
         self.sbin |= dict(self._built(BUILT_FOR_SBIN))
 
