@@ -88,8 +88,18 @@ TEST_F(APackage, GivesTheLongestLineThatIsReadWhole) {
 
 TEST_F(APackage, GivesALongerLineCut) {
   EXPECT_EQ(pathPrintedAs(std::string(500, 'p') + "\n"), 0);
-  EXPECT_LE(value.size(), 127U);
-  EXPECT_EQ(value, std::string(value.size(), 'p'));
+  EXPECT_EQ(value, std::string(127, 'p'));
+}
+
+TEST_F(APackage, IsAskedForNothingWithoutANameAFieldOrAPlaceForTheAnswer) {
+  char out[128] = "kept";
+  EXPECT_EQ(get_bndl_install_path(nullptr, out), -1);
+  EXPECT_EQ(get_bndl_install_path("Halvane", nullptr), -1);
+  EXPECT_EQ(get_bndl_info(nullptr, "Enable", out), -1);
+  EXPECT_EQ(get_bndl_info("Halvane", nullptr, out), -1);
+  EXPECT_EQ(get_bndl_info("Halvane", "Enable", nullptr), -1);
+  EXPECT_STREQ(out, "kept");
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
 TEST_F(APackage, GivesBlanksAndQuotesOfTheAnswerAsTheyAre) {
@@ -188,6 +198,15 @@ TEST_F(AHostSetting, ThatIsMissingSucceedsAndLeavesTheOutput) {
 }
 
 TEST_F(AHostSetting, OfAnEmptyFileIsMissing) { EXPECT_EQ(queryIn("", "Model"), 0); }
+
+TEST_F(AHostSetting, IsNotReadWithoutAKeyOrAPlaceForTheValue) {
+  host.files.write(kHostFile, "Model = K41\n");
+  char out[32] = "kept";
+  EXPECT_EQ(get_nas_info(nullptr, out), -1);
+  EXPECT_EQ(get_nas_info("Model", nullptr), -1);
+  EXPECT_STREQ(out, "kept");
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
 
 TEST_F(AHostSetting, OfNoFileFails) { EXPECT_EQ(query("Model"), -1); }
 

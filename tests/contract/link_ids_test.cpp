@@ -116,6 +116,15 @@ INSTANTIATE_TEST_SUITE_P(OfEveryShape, AStrippedText,
                                          Stripped{"---", "", 3}, Stripped{"", "", 0}, Stripped{"\r\n", "", 0},
                                          Stripped{"a-\t", "a\t", 3}));
 
+TEST(ALinkIdWithoutAPlace, IsNotMade) {
+  char text[] = "ab-cd\n";
+  EXPECT_EQ(generate_ssid(nullptr), 0);
+  EXPECT_EQ(generate_hash(nullptr), 0);
+  EXPECT_EQ(strip(nullptr, text), 0);
+  EXPECT_EQ(strip(text, nullptr), 0);
+  EXPECT_STREQ(text, "ab-cd\n");
+}
+
 TEST(AStrippedInput, IsTrimmedInPlace) {
   char in[] = "ab-cd \n";
   char out[8] = "";

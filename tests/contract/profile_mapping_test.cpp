@@ -109,8 +109,9 @@ TEST_F(AProfile, WhoseNameCannotBeReadFailsSilently) {
   EXPECT_EQ(name, std::string(256, '#'));
 }
 
-TEST_F(AProfile, IsRefusedWithoutAPlaceForTheName) {
+TEST_F(AProfile, IsRefusedWithoutAPlaceForTheAnswer) {
   host.channel(3).profile(1);
+  EXPECT_EQ(trsProfiletoPlugCh(1, nullptr), -1);
   EXPECT_EQ(vl_getDevName(1, nullptr), -1);
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }

@@ -45,6 +45,15 @@ TEST(Trim, CutsTheEndDownToTheKeptStartOnly) {
   EXPECT_STREQ(text, " \t ");
 }
 
+TEST(Trim, OfNothingIsNothing) { EXPECT_EQ(trim(nullptr), nullptr); }
+
+TEST(TrimDateTime, OfNothingDoesNothing) {
+  char text[] = "2024-03-05";
+  EXPECT_EQ(trimdatetime(nullptr, "-"), nullptr);
+  EXPECT_EQ(trimdatetime(text, nullptr), text);
+  EXPECT_STREQ(text, "2024-03-05");
+}
+
 TEST(TrimDateTime, RemovesEveryOccurrence) {
   char date[] = "2024-03-05";
   EXPECT_EQ(trimdatetime(date, "-"), date);
@@ -121,6 +130,24 @@ TEST_F(ALineToSplit, GivesEmptyPartsAroundALoneSeparator) {
   EXPECT_EQ(split(" = \n", "="), 1);
   EXPECT_STREQ(left, "");
   EXPECT_STREQ(right, "");
+}
+
+TEST_F(ALineToSplit, MayBeSplitIntoItself) {
+  char own[] = "  key = value ";
+  EXPECT_EQ(get_two_params(own, "=", own, right), 1);
+  EXPECT_STREQ(own, "key");
+  EXPECT_STREQ(right, "value");
+}
+
+TEST_F(ALineToSplit, WithAnythingMissingIsLeftAlone) {
+  char own[] = "key=value";
+  EXPECT_EQ(get_two_params(nullptr, "=", left, right), -1);
+  EXPECT_EQ(get_two_params(own, nullptr, left, right), -1);
+  EXPECT_EQ(get_two_params(own, "=", nullptr, right), -1);
+  EXPECT_EQ(get_two_params(own, "=", left, nullptr), -1);
+  EXPECT_STREQ(own, "key=value");
+  EXPECT_STREQ(left, "left");
+  EXPECT_STREQ(right, "right");
 }
 
 // A text with room for the terminator and guards behind the capacity.
@@ -202,6 +229,8 @@ TEST_F(ATextForJson, OfNothingButSpecialCharactersFillsTheLargestCapacity) {
   EXPECT_EQ(escape(std::string(511, '"') + "a", 1024), 1);
   EXPECT_EQ(result().size(), 1023U);
 }
+
+TEST(NoTextForJson, Fails) { EXPECT_EQ(process_json_string(nullptr, 64), 0); }
 
 class ARefusedCapacity : public ATextForJson, public testing::WithParamInterface<int> {};
 
