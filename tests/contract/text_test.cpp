@@ -79,9 +79,11 @@ TEST(TrimDateTime, TurnsNothingElseIntoNothing) {
 }
 
 TEST(TrimDateTime, TakesSixtyThreeCharacters) {
-  std::string text = std::string(62, '7') + "-";
-  trimdatetime(text.data(), "-");
-  EXPECT_STREQ(text.c_str(), std::string(62, '7').c_str());
+  for (const std::string &kept : {std::string(62, '7'), std::string(63, '7')}) {
+    std::string text = kept + std::string(63 - kept.size(), '-');
+    trimdatetime(text.data(), "-");
+    EXPECT_STREQ(text.c_str(), kept.c_str());
+  }
 }
 
 class ALineToSplit : public testing::Test {
@@ -218,6 +220,19 @@ TEST_F(ATextForJson, IsNotQuotedWhenTheBackslashPassFails) {
 TEST_F(ATextForJson, WithoutATerminatorWithinTheCapacityFails) {
   EXPECT_EQ(escape("abcdef", 6), 0);
   EXPECT_EQ(bytes(6), "abcdef");
+}
+
+TEST_F(ATextForJson, IsReadNoFurtherThanItsCapacityWhenLineEndsMakeRoom) {
+  EXPECT_EQ(escape("\n\nab", 4), 0);
+  EXPECT_EQ(escape("\n\nab", 5), 1);
+  EXPECT_EQ(result(), "ab");
+}
+
+TEST_F(ATextForJson, MayHaveACapacityOfOne) {
+  EXPECT_EQ(escape("", 1), 1);
+  EXPECT_EQ(result(), "");
+  EXPECT_EQ(escape("a", 1), 0);
+  EXPECT_EQ(bytes(3), std::string("a\0#", 3));
 }
 
 TEST_F(ATextForJson, MayHaveACapacityOf1024) {
