@@ -87,9 +87,9 @@ def viewer() -> Iterator[Viewer]:
     with subprocess.Popen(["share-page"], stderr=subprocess.PIPE, text=True) as page:
         try:
             assert page.stderr is not None
-            said = page.stderr.readline()
-            if "listening on " not in said:
-                raise SystemExit(f"demo: {said.strip()}")
-            yield Viewer("http://" + said.split()[-1])
+            listening = next((line for line in page.stderr if "listening on " in line), None)
+            if listening is None:
+                raise SystemExit("demo: the share page does not start; share-page in `./dev shell` says why")
+            yield Viewer("http://" + listening.split()[-1])
         finally:
             page.terminate()

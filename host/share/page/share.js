@@ -83,7 +83,7 @@ element("password-form").addEventListener("submit", (event) => {
   show();
 });
 
-if (Hls.isSupported()) {
+if (window.Hls?.isSupported()) {
   show();
 } else {
   say(kCannotPlay);

@@ -93,6 +93,5 @@ def main(arguments: list[str]) -> int:
     parser.add_argument("--address", metavar="IP", default="127.0.0.1", help="address to serve (default: 127.0.0.1)")
     options = parser.parse_args(arguments)
     if not (PLAYER / "hls.min.js").exists():
-        lifecycle.say("the player is missing: run host/share/install-player")
-        return 1
+        lifecycle.say("the player is missing, so that browsers cannot show streams: run host/share/install-player")
     return lifecycle.run(serve(options.address))
