@@ -59,6 +59,7 @@ TEST_F(AScan, MarksAPortThatHoldsAnotherCamera) {
 TEST_F(AScan, MarksASecondClaimToOneCamera) {
   configured(2, "3-1", "Camera");
   configured(5, "3-1", "Camera");
+  channels[5].vnode = 4;
   camera("3-1", 4, "Camera");
   scanCameras();
   EXPECT_EQ(map[2], 1);
@@ -140,6 +141,20 @@ TEST_F(AScan, TakesACardFromItsChannelByTheCamerasName) {
   EXPECT_EQ(scanCards(), 0);
   EXPECT_EQ(channels[2].anode, -1);
   EXPECT_EQ(card_count, 0) << "the camera and its microphone share a port and a name";
+}
+
+TEST_F(AScan, TakesACardFromTheFirstAndTheLastChannelToo) {
+  for (const int channel : {0, 9}) {
+    const std::string slot = "3-" + std::to_string(channel + 1);
+    configured(channel, slot, "Camera");
+    camera(slot, channel, "Camera");
+    card(slot, 1, "USB Audio");
+    scanCameras();
+    channels[channel].anode = 1;
+    scanCards();
+    EXPECT_EQ(channels[channel].anode, -1);
+  }
+  EXPECT_EQ(card_count, 0);
 }
 
 TEST_F(AScan, ListsAnUnknownCardAsNew) {
@@ -230,15 +245,15 @@ TEST_F(AScan, PassesOverADisplacedChannelsStateButNotItsPort) {
 }
 
 TEST_F(AScan, RaisesTheStateOfEveryConfiguredChannelOnceADeviceIsListed) {
-  configured(2, "3-1", "Camera").exists(0);
+  configured(0, "3-1", "Camera").exists(0);
   configured(9, "9-1", "Far").exists(0);
   scanCameras();
-  EXPECT_EQ(channels[2].state, -1);
+  EXPECT_EQ(channels[0].state, -1);
   camera("3-1", 4, "Camera");
   scanCameras();
-  EXPECT_EQ(channels[2].state, 1);
+  EXPECT_EQ(channels[0].state, 1);
   EXPECT_EQ(channels[9].state, 1);
-  EXPECT_EQ(channels[0].state, -1) << "never configured";
+  EXPECT_EQ(channels[1].state, -1) << "never configured";
   for (_usbdev_update &record : channels) record.state = -1;
   card("5-1", 1, "USB Audio");
   scanCards();
