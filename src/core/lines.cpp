@@ -16,6 +16,11 @@ bool Lines::skipTo(const char *part) {
   return false;
 }
 
+int Lines::nextNumber(int otherwise) {
+  char line[128];
+  return next(line) ? toInt(line) : otherwise;
+}
+
 CommandLines::CommandLines(const char *pattern, ...) : Lines(nullptr) {
   char command[384];
   va_list arguments;

@@ -17,15 +17,11 @@ constexpr int kMostListingLines = 1024;
 
 /// Ends a format query that still runs on a node, so that closing its pipe cannot block.
 void killFormatQuery(int vnode) {
-  char line[128];
-  {
-    CommandLines processes(
-        "/bin/ps | /bin/grep \"v4l2-ctl\" | /bin/grep \"/dev/video%d\" | /bin/grep -v grep | "
-        "/bin/awk '{print $1}'",
-        vnode);
-    if (!processes.next(line)) return;
-  }
-  const int process_id = toInt(line);
+  const int process_id = CommandLines(
+                             "/bin/ps | /bin/grep \"v4l2-ctl\" | /bin/grep \"/dev/video%d\" | "
+                             "/bin/grep -v grep | /bin/awk '{print $1}'",
+                             vnode)
+                             .nextNumber(0);
   if (process_id <= 0) return;
   char command[32];
   formatText(command, vl_force_kill_v4l2_ctl(vnode) == 1 ? "kill -9 %d &" : "kill %d &", process_id);

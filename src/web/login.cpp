@@ -49,11 +49,7 @@ int ask(const NasServer &server, int use_auth, Reply &reply, const char *pattern
   return connect_host(&server, reply.text, kReplySize, 1, use_auth);
 }
 
-int hostPort() {
-  CommandLines answer("/sbin/readcfg System InnerWebAccessPort -d 58080");
-  char line[128];
-  return answer.next(line) ? toInt(line) : kUsualPort;
-}
+int hostPort() { return CommandLines("/sbin/readcfg System InnerWebAccessPort -d 58080").nextNumber(kUsualPort); }
 
 NasServer hostServer() {
   NasServer server{};

@@ -61,8 +61,7 @@ int vl_StreamNotify(const void *message) {
 int vl_SourcerStreamingProcess(int number, int kind) {
   usbdev::CommandLines processes("/bin/ps | /bin/grep \"%s %d\" | /bin/grep -v grep | /bin/awk '{print $1}'",
                                  kind != 0 ? "v4l2_read" : "HDpipe", number);
-  char line[128];
-  return processes.next(line) && usbdev::toInt(line) != -1 ? 1 : 0;
+  return processes.nextNumber(-1) != -1 ? 1 : 0;
 }
 
 int mn_update_pfstate(int profile, int value) {
