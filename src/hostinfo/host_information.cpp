@@ -16,8 +16,7 @@ constexpr std::size_t kLongestVersion = 255;
 /// False when the package registry says nothing, or the name could not be asked for.
 bool askRegistry(const char *package, const char *key, Answer &answer) {
   char command[256];
-  if (!isSafeWord(package) ||
-      !formatText(command, "/sbin/readcfg %s %s -f %s", package, key, "/etc/config/bndl.conf")) {
+  if (!isSafeWord(package) || !formatText(command, "/sbin/readcfg %s %s -f /etc/config/bndl.conf", package, key)) {
     return false;
   }
   CommandLines registry("%s", command);
@@ -26,8 +25,7 @@ bool askRegistry(const char *package, const char *key, Answer &answer) {
   return true;
 }
 
-template <std::size_t N>
-void askFor(const char *package, const char *key, char (&field)[N]) {
+void askFor(const char *package, const char *key, TextBuffer field) {
   Answer answer;
   if (askRegistry(package, key, answer)) copyText(field, answer);
 }

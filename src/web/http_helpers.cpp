@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 
 #include "core/text.h"
 #include "web/authorization.h"
@@ -32,26 +33,17 @@ struct RequestLine {
 
 constexpr std::size_t kRequestLineSize = 2048;
 
-bool send(int sock, const RequestLine &line) {
-  char text[kRequestLineSize];
-  formatText(text, line.pattern, line.value);
-  return socket_write(sock, text) >= 0;
-}
-
-bool fits(const RequestLine &line) {
-  char text[kRequestLineSize];
-  return formatText(text, line.pattern, line.value);
-}
-
 template <std::size_t N>
 int sendRequest(int sock, const RequestLine (&lines)[N]) {
-  for (const RequestLine &line : lines) {
-    if (!fits(line)) return -1;
-  }
-  for (const RequestLine &line : lines) {
-    if (send(sock, line)) continue;
-    std::fputs("ERROR writing to socket", stdout);
-    return -1;
+  // All lines are looked at before the first one is sent.
+  for (const bool sending : {false, true}) {
+    for (const RequestLine &line : lines) {
+      char text[kRequestLineSize];
+      if (!formatText(text, line.pattern, line.value)) return -1;
+      if (!sending || socket_write(sock, text) >= 0) continue;
+      std::fputs("ERROR writing to socket", stdout);
+      return -1;
+    }
   }
   return 0;
 }

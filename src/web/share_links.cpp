@@ -35,13 +35,11 @@ bool readStoredLink(int channel, ShareLinkInfo &info, StoredLink &stored) {
   return true;
 }
 
-LinkIdentifiers makeIdentifiers(const char *kept_ssid) {
-  LinkIdentifiers made;
+void makeIdentifiers(const char *kept_ssid, LinkIdentifiers &made) {
   copyText(made.ssid, kept_ssid);
   if (kept_ssid[0] == '\0') generate_ssid(made.ssid);
   generate_hash(made.token);
   generate_hash(made.hash_string);
-  return made;
 }
 
 /// Stores the identifiers and makes the link, all under the lock.
@@ -101,7 +99,7 @@ int vl_set_share_link(ShareLinkInfo *info) {
   const bool has_ssid = info->ssid[0] != '\0';
   const bool stays = enabled && has_ssid && usbdev::isSame(password, stored.shrpwd);
   usbdev::LinkIdentifiers link;
-  if (enabled && !stays) link = usbdev::makeIdentifiers(info->ssid);
+  if (enabled && !stays) usbdev::makeIdentifiers(info->ssid, link);
 
   {
     const usbdev::ConfigWriter config;
@@ -138,7 +136,8 @@ int vl_renew_share_link(ShareLinkInfo *info) {
   const int channel = usbdev::channelOfProfile(info->profile);
   if (channel == usbdev::kNone) return -1;
   usbdev::removeStoredLink(channel);  // the new link is made whether or not the old one went
-  const usbdev::LinkIdentifiers link = usbdev::makeIdentifiers("");
+  usbdev::LinkIdentifiers link;
+  usbdev::makeIdentifiers("", link);
   {
     const usbdev::ConfigWriter config;
     if (!config) return -1;
