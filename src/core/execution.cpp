@@ -20,9 +20,9 @@ int runDirectly(const char *program, const char *first, const char *second, cons
   // posix_spawn takes writable arguments and leaves them as they are.
   char *const arguments[] = {const_cast<char *>(program), const_cast<char *>(first), const_cast<char *>(second),
                              const_cast<char *>(third), nullptr};
-  pid_t child;
+  pid_t child = 0;
   if (posix_spawn(&child, program, nullptr, nullptr, arguments, environ) != 0) return kCouldNotRun;
-  int status;
+  int status = 0;
   while (waitpid(child, &status, 0) == -1) {
     if (errno != EINTR) return kCouldNotRun;
   }

@@ -153,6 +153,7 @@ int get_conf_chinfo(_usbdev_update *channels, int *conflict_map, int *new_camera
   return 0;
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the interface is older than what is left to do here
 int get_conf_audioinfo(_usbdev_update *channels, int *conflict_map, int *new_card_count, _usbdev_update *new_cards,
                        int new_camera_count, const _usbdev_update *new_cameras) {
   if (channels == nullptr || conflict_map == nullptr || new_card_count == nullptr || new_cards == nullptr ||

@@ -42,9 +42,9 @@ void plug(HostAnswers &host, int devtype, int node, const _usbdev_update &record
   copyText(device.usbslot, record.usbslot);
   device.plugged = 1;
   copyText(device.devname, name);
-  int profile;
+  int profile = kNone;
   char devname[256];
-  int vnode;
+  int vnode = kNone;
   _usbdev_conflict conflict;
   handleHotplug(host, {&device, &profile, devname, &vnode, &conflict});
 }
@@ -71,11 +71,10 @@ bool holdsLaterProfile(const _usbdev_update &record) {
   return record.state != -1 && record.profile != kNone && record.profile != 0;
 }
 
-bool anyHoldsLaterProfile(const _usbdev_update (&records)[kChannels]) {
-  for (const _usbdev_update &record : records) {
-    if (holdsLaterProfile(record)) return true;
-  }
-  return false;
+int countLaterProfiles(const _usbdev_update (&records)[kChannels]) {
+  int count = 0;
+  for (const _usbdev_update &record : records) count += holdsLaterProfile(record) ? 1 : 0;
+  return count;
 }
 
 }  // namespace
@@ -91,7 +90,7 @@ int vl_set_devpf_list(void) {
 
 int mn_sync_usbdev_conf(void) {
   Records channels;
-  int result;
+  int result = -1;
   {
     const ConfigReader config;
     if (!config) return -1;
@@ -111,7 +110,7 @@ int mn_sync_usbdev_conf(void) {
   HostAnswers host;
   recomputeConflicts(host, conflict_map);
   plugNewDevices(host, camera_count, cameras.list, card_count, cards.list);
-  if (anyHoldsLaterProfile(channels.list) && host.isOneChannelLimited()) rmNone1stProfile(channels.list);
+  if (countLaterProfiles(channels.list) > 0 && host.isOneChannelLimited()) rmNone1stProfile(channels.list);
   return result;
 }
 
