@@ -21,15 +21,11 @@ void writePreset(const Section &channel, bool stereo) {
 
 bool isIgnoredCardName(const char *name) { return startsWith(name, "KAB"); }
 
-AudioFindings probeAudioCard(int card) {
-  AudioFindings findings;
+void probeAudioCard(int card, AudioFindings &findings) {
   _acard_info info{};
-  if (ac_get_Acard_info(card, &info) != 0 || info.entry_count < 1) return findings;
-  if (info.channel_mode == 2) {
-    findings.stereo = info.channel_count == 2;
-    copyText(findings.acap, findings.stereo ? "1" : "0 1");
-  }
-  return findings;
+  if (ac_get_Acard_info(card, &info) != 0 || info.entry_count < 1 || info.channel_mode != 2) return;
+  findings.stereo = info.channel_count == 2;
+  copyText(findings.acap, findings.stereo ? "1" : "0 1");
 }
 
 void writeNewDevice(const Section &channel, const _usbdev_des &device) {

@@ -19,7 +19,7 @@ struct AudioFindings {
 bool isIgnoredCardName(const char *name);
 
 /// Asks a sound card for its capture channels.
-AudioFindings probeAudioCard(int card);
+void probeAudioCard(int card, AudioFindings &findings);
 
 /// Identity of a device that is new on its channel; what hung on the channel before is cleared.
 void writeNewDevice(const Section &channel, const _usbdev_des &device);

@@ -9,16 +9,15 @@
 namespace usbdev {
 namespace {
 
-void report(_usbdev_conflict &out, int channel, int profile, const char *profilename) {
-  out.channel = channel;
-  out.profile = profile;
-  copyText(out.profilename, profilename);
+void fill(_usbdev_conflict &report, int channel, int profile, const char *profilename) {
+  report.channel = channel;
+  report.profile = profile;
+  copyText(report.profilename, profilename);
 }
 
 }  // namespace
 
-CameraFindings probeCamera(const _usbdev_des &device) {
-  CameraFindings findings;
+void probeCamera(const _usbdev_des &device, CameraFindings &findings) {
   _usbfmt_des formats[USBDEV_FORMATS];
   int over60 = 0;
   const int count = mn_get_usbchn_fmts(device.node, formats, &over60);
@@ -32,25 +31,24 @@ CameraFindings probeCamera(const _usbdev_des &device) {
   copyText(findings.cap, trim(cap));
   if (!contains(findings.cap, "1")) findings.vcodec = kH264;
   get_fetypeid(&device, findings.fetype);
-  return findings;
 }
 
 ConflictFindings findConflicts(HostAnswers &host, const ChannelStates &channels, int chosen, const _usbdev_des &device,
-                               bool supported, _usbdev_conflict &out) {
+                               bool supported, _usbdev_conflict &report) {
   ConflictFindings findings;
   ConflictTest test(host, device.usbslot);
   test.addNode(device.node);
   for (int i = 0; i < kChannels; ++i) {
     if (i == chosen) continue;
     const ChannelState &other = channels[i];
-    copyText(out.devname, other.devname);
+    copyText(report.devname, other.devname);
     if (!other.hasUnparkedCamera() || !test.conflictsWith(other.usbslot, other.vnode)) continue;
     if (other.profile != kNone) {
       findings.parked_behind = i;
-      if (supported) report(out, i, other.profile, other.profilename);
+      if (supported) fill(report, i, other.profile, other.profilename);
     } else if (channels[chosen].profile != kNone) {
       findings.parks = i;
-      if (supported) report(out, chosen, kNone, channels[chosen].profilename);
+      if (supported) fill(report, chosen, kNone, channels[chosen].profilename);
     }
     break;
   }

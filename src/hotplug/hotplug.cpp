@@ -45,10 +45,10 @@ void judgePlugged(HostAnswers &host, HotplugEvent &event, _usbdev_conflict &repo
   _usbdev_des &device = event.device;
   event.supported = devlistcmp(device.devname, kNoSupportList) == 0;
   if (!isCamera(device)) {
-    event.audio = probeAudioCard(device.node);
+    probeAudioCard(device.node, event.audio);
     return;
   }
-  event.camera = probeCamera(device);
+  probeCamera(device, event.camera);
   event.supported = event.supported && event.camera.usable;
   event.conflicts = findConflicts(host, event.channels, event.choice.channel, device, event.supported, report);
 }
