@@ -23,9 +23,9 @@ struct Known {
 
 /// A device that the drivers list.
 struct Found {
-  int node = kNone;
-  char usbslot[128] = "";
-  char name[256] = "";
+  int node;
+  char usbslot[128];
+  char name[256];
 };
 
 void readKnown(const ConfigReader &config, Known (&known)[kChannels]) {
@@ -43,7 +43,8 @@ bool nextDevice(CommandLines &interfaces, int (*get_info)(const char *, int *, c
   char line[256];
   while (interfaces.next(line)) {
     cutAtLineFeed(line);
-    device = Found{};
+    device.node = kNone;
+    device.name[0] = '\0';
     if (get_info(line, &device.node, device.name) != 0 || device.node == kNone) continue;
     copyCut(device.usbslot, line, std::strcspn(line, ":"));  // fits: the interface of a longer port has no node
     return true;
