@@ -13,7 +13,7 @@ struct Successor {
   int profile = kNoSuccessor;
   const char *slot = "";
   int node_count = 0;
-  int nodes[kChannels + 1] = {};  // of every choice on the way, in order: a later one without a bridge changes nothing
+  int nodes[kChannels + 1];  // of every choice on the way, in order: a later one without a bridge changes nothing
 };
 
 /// A channel that waits may follow when it is attached, bound to a profile and switched on.
@@ -67,8 +67,9 @@ bool writeHandOverOfOnlyChannel(int value, const Successor &successor, const Cha
 int parkBehind(HostAnswers &host, const Successor &successor) {
   ChannelStates channels;
   if (!readChannels(channels)) return -1;
-  ConflictTest test(host, successor.slot);
-  for (int i = successor.node_count - 1; i >= 0; --i) test.addNode(successor.nodes[i]);
+  const int last = successor.node_count - 1;
+  ConflictTest test(host, successor.slot, successor.nodes[last]);
+  for (int i = last - 1; i >= 0; --i) test.addNode(successor.nodes[i]);
   ChannelMarks conflicting;
   markConflicts(test, channels, successor.channel, conflicting);
   const ConfigWriter config;

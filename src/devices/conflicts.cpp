@@ -43,8 +43,7 @@ bool findConflict(HostAnswers &host, int channel, int *found) {
   *found = kNone;
   ChannelStates channels;
   if (!readChannels(channels)) return false;
-  ConflictTest test(host, channels[channel].usbslot);
-  test.addNode(channels[channel].vnode);
+  ConflictTest test(host, channels[channel].usbslot, channels[channel].vnode);
   for (int i = 0; i < kChannels; ++i) {
     const ChannelState &other = channels[i];
     // Unlike everywhere else, a slot whose switch was never stored counts as switched on here.
@@ -57,6 +56,10 @@ bool findConflict(HostAnswers &host, int channel, int *found) {
 }
 
 }  // namespace
+
+ConflictTest::ConflictTest(HostAnswers &host, const char *slot, int vnode) : host_(host), slot_(slot) {
+  addNode(vnode);
+}
 
 const char *ConflictTest::ownBridge() {
   for (int i = 0; i < node_count_; ++i) {

@@ -18,7 +18,7 @@ constexpr int kHandOverAndPark = 4;  // as kHandOver; a one-channel host parks t
 /// order, the first one that is behind a bridge counts.
 class ConflictTest {
  public:
-  ConflictTest(HostAnswers &host, const char *slot) : host_(host), slot_(slot) {}
+  ConflictTest(HostAnswers &host, const char *slot, int vnode);
 
   void addNode(int vnode) { nodes_[node_count_++] = vnode; }
 
@@ -31,7 +31,7 @@ class ConflictTest {
   HostAnswers &host_;
   const char *slot_;
   int node_count_ = 0;
-  int nodes_[kChannels + 1] = {};
+  int nodes_[kChannels + 1];
 };
 
 /// syncConflict with answers that the calling operation may already have.

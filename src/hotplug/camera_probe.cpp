@@ -36,8 +36,7 @@ void probeCamera(const _usbdev_des &device, CameraFindings &findings) {
 ConflictFindings findConflicts(HostAnswers &host, const ChannelStates &channels, int chosen, const _usbdev_des &device,
                                bool supported, _usbdev_conflict &report) {
   ConflictFindings findings;
-  ConflictTest test(host, device.usbslot);
-  test.addNode(device.node);
+  ConflictTest test(host, device.usbslot, device.node);
   for (int i = 0; i < kChannels; ++i) {
     if (i == chosen) continue;
     const ChannelState &other = channels[i];

@@ -33,8 +33,7 @@ int findSlot(const ChannelStates &channels, const char *usbslot) {
 
 void findConflicts(const ChannelStates &channels, int target, ChannelMarks &conflicting) {
   HostAnswers host;
-  ConflictTest test(host, channels[target].usbslot);
-  test.addNode(channels[target].vnode);
+  ConflictTest test(host, channels[target].usbslot, channels[target].vnode);
   markConflicts(test, channels, target, conflicting);
 }
 

@@ -24,8 +24,7 @@ struct SlotSwitch {
 };
 
 void findConflicts(HostAnswers &host, const char *usbslot, SlotSwitch &change) {
-  ConflictTest test(host, usbslot);
-  test.addNode(change.slot.vnode);
+  ConflictTest test(host, usbslot, change.slot.vnode);
   const bool may_park = change.on && change.slot.vprofile != kNone;
   for (int i = 0; i < kChannels; ++i) {
     const ChannelState &other = change.channels[i];
