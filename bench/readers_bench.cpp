@@ -23,6 +23,7 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr int kMostReaders = 10;
 constexpr auto kRunTime = std::chrono::seconds(1);
+constexpr auto kPauseOfReader = std::chrono::milliseconds(1);
 constexpr auto kPauseOfWriter = std::chrono::milliseconds(10);
 constexpr useconds_t kSlowness = 500000;
 
@@ -36,6 +37,7 @@ std::vector<double> readUntil(const std::atomic<bool> &stop) {
     const auto start = Clock::now();
     vl_get_stream_info(0, &stream);
     times.push_back(Milliseconds(Clock::now() - start).count());
+    std::this_thread::sleep_for(kPauseOfReader);
   }
   return times;
 }
