@@ -17,6 +17,7 @@ struct IntKey {
   int usual_default;
 };
 
+/// A text: where it stands and how it is read.
 struct TextPath {
   const char *key;
   const char *sub_key;

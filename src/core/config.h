@@ -13,7 +13,7 @@ inline constexpr char kProfileStateFile[] = "/etc/config/vl_pfstate.conf";
 /// What a failed open says on standard error.
 enum class OpenFailure { usual, read, write, silent };
 
-/// One section of an open file. Its name is kept elsewhere.
+/// One section of an open file; its name has to live as long.
 class Section {
  public:
   Section() = default;
