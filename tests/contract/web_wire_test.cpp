@@ -52,12 +52,13 @@ class Service {
   // What the next connection brings, up to its end or to an empty line, which is then answered.
   std::string serve(const std::string &reply) const {
     pollfd coming{listener_, POLLIN, 0};
-    if (poll(&coming, 1, 20000) != 1) return "nobody came";
-    const int connection = accept(listener_, nullptr, nullptr);
+    // The library's commands end meanwhile, which may interrupt a wait.
+    if (TEMP_FAILURE_RETRY(poll(&coming, 1, 20000)) != 1) return "nobody came";
+    const auto connection = static_cast<int>(TEMP_FAILURE_RETRY(accept(listener_, nullptr, nullptr)));
     std::string request;
     char part[512];
-    ssize_t got = recv(connection, part, sizeof part, 0);
-    for (; got > 0; got = recv(connection, part, sizeof part, 0)) {
+    const auto receive = [&] { return TEMP_FAILURE_RETRY(recv(connection, part, sizeof part, 0)); };
+    for (ssize_t got = receive(); got > 0; got = receive()) {
       request.append(part, static_cast<size_t>(got));
       if (request.find("\r\n\r\n") != std::string::npos) break;
     }
