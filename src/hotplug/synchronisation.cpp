@@ -6,7 +6,7 @@
 #include "core/config.h"
 #include "core/text.h"
 #include "devices/conflicts.h"
-#include "hotplug/hotplug.h"
+#include "hotplug/handler.h"
 
 namespace usbdev {
 namespace {

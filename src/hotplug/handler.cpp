@@ -1,4 +1,4 @@
-#include "hotplug/hotplug.h"
+#include "hotplug/handler.h"
 
 #include <usbdev/core.h>
 #include <usbdev/devices.h>
