@@ -53,7 +53,7 @@ def test_a_session_counts_until_it_is_logged_out(with_services: RunOnHost) -> No
 
 
 def test_sessions_end_with_the_service(on_host: RunOnHost) -> None:
-    start = "login-service 2>/tmp/said & service=$!; until_true grep -q listening /tmp/said\n"
+    start = "rm -f /tmp/said; login-service 2>/tmp/said & service=$!; until_true grep -q listening /tmp/said\n"
     done = on_host(
         start + LOG_IN + 'call vl_sid_auth "$session"; kill $service; wait $service; echo "ended with $?"\n'
         + start + 'call vl_sid_auth "$session"; kill $service'
