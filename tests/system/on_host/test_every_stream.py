@@ -3,9 +3,7 @@
 from __future__ import annotations
 
 import xml.etree.ElementTree as ElementTree
-from collections.abc import Iterator
 from ctypes import byref
-from itertools import cycle
 
 import pytest
 import usbdevlib
@@ -33,18 +31,6 @@ def requests(rates: list[float]) -> list[float]:
     ordered = sorted(rates)
     between = [(low + high) / 2 for low, high in zip(ordered, ordered[1:])]
     return [ordered[0] / 2, ordered[len(ordered) // 2], *between[len(between) // 2 :][:1], ordered[-1] + 5]
-
-
-def cases(camera: str) -> Iterator[tuple[ListedSize, float]]:
-    """Every list of rates is asked for everything once; the further sizes with the same list take turns."""
-    turns: dict[tuple[int, tuple[float, ...]], Iterator[float]] = {}
-    for size in sizes_of(camera):
-        key = (size.codec, tuple(size.rates))
-        if key not in turns:
-            turns[key] = cycle(requests(size.rates))
-            yield from ((size, rate) for rate in requests(size.rates))
-        else:
-            yield size, next(turns[key])
 
 
 def stored() -> Stored:
@@ -77,7 +63,7 @@ def bound(host: Host, request: pytest.FixtureRequest, without_process_list: None
 @pytest.mark.parametrize("bound", STREAMING, indirect=True)
 def test_a_stream_is_stored_with_the_first_listed_rate_that_is_not_above_the_request(bound):
     with Manager() as manager:
-        for size, rate in cases(bound):
+        for size, rate in ((size, rate) for size in sizes_of(bound) for rate in requests(size.rates)):
             before = stored()
             assert set_stream(size, rate) == 0
             expected = (size.codec, size.width, size.height, f"{size.chosen(rate):3.2f}")
