@@ -1,5 +1,3 @@
-#include "parts/profiles.h"
-
 #include <usbdev/profiles.h>
 
 #include <memory>
@@ -9,6 +7,7 @@
 #include "commands/shared_arguments.h"
 #include "output/output.h"
 #include "output/printable.h"
+#include "parts/profiles.h"
 
 namespace usbdevctl {
 
