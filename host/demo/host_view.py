@@ -5,12 +5,14 @@ from __future__ import annotations
 import json
 import subprocess
 import time
-from collections.abc import Callable
+import xml.etree.ElementTree as ElementTree
+from collections.abc import Callable, Iterator
 from pathlib import Path
 from typing import Any
 
 Channel = dict[str, Any]
 
+CONFIGURATION = Path("/etc/config/usbdev.conf")
 MANAGER_LOG = Path("/var/log/vl/manager-service.log")
 PLAYLIST = "playlist.m3u8"
 # A stream's first segment takes a second to make, longer on a busy machine.
@@ -36,6 +38,18 @@ def wait_for(condition: Callable[[], bool]) -> bool:
 
 def channels() -> list[Channel]:
     return json.loads(run("usbdevctl", "channels", "--json"))["channels"]
+
+
+def stored_keys() -> dict[str, str]:
+    """The channel configuration: the text of each key, by its path."""
+
+    def walk(element: ElementTree.Element, path: str) -> Iterator[tuple[str, str]]:
+        for child in element:
+            yield from walk(child, f"{path}{child.tag}/")
+        if len(element) == 0:
+            yield path.rstrip("/"), element.text or ""
+
+    return dict(walk(ElementTree.parse(CONFIGURATION).getroot(), ""))
 
 
 def live_link(profile: int) -> Path:

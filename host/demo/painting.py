@@ -45,6 +45,9 @@ class Painter:
             return self._styled(f"{text} not supported", RED)
         return self._styled(f"{text} ready", GREEN)
 
+    def stored(self, lines: list[str]) -> None:
+        self._heard("stored", lines)
+
     def event_log(self, texts: list[str]) -> None:
         self._heard("event log", texts)
 

@@ -14,7 +14,15 @@ from story import STORY, Step
 from viewer import Viewer, ViewerError, viewer
 
 
-def mismatches(step: Step, now: list[Channel], manager: list[str], log: list[str]) -> list[str]:
+def changes(before: dict[str, str], now: dict[str, str]) -> list[str]:
+    return [f"{key}: {before.get(key, '')} -> {text}" for key, text in sorted(now.items()) if before.get(key) != text]
+
+
+def begins(lines: list[str], expected: list[str]) -> bool:
+    return len(lines) == len(expected) and all(map(str.startswith, lines, expected))
+
+
+def mismatches(step: Step, now: list[Channel], stored: list[str], manager: list[str], log: list[str]) -> list[str]:
     """What is not as the step says, one sentence each."""
     wrong = [
         f"channel {number}: {name} is {now[number][name]!r}, not {value!r}"
@@ -22,7 +30,9 @@ def mismatches(step: Step, now: list[Channel], manager: list[str], log: list[str
         for name, value in fields.items()
         if now[number][name] != value
     ]
-    if len(manager) != len(step.manager) or not all(map(str.startswith, manager, step.manager)):
+    if step.stored and not begins(stored, step.stored):
+        wrong.append(f"stored {stored}, not {step.stored}")
+    if not begins(manager, step.manager):
         wrong.append(f"manager {manager}, not {step.manager}")
     if len(log) != len(step.log) or not all(map(str.__contains__, log, step.log)):
         wrong.append(f"log {log}, not {step.log}")
@@ -43,6 +53,7 @@ class Show:
         self._manager = Manager()
         self._event_log = EventLog()
         self._channels = host_view.channels()
+        self._stored = host_view.stored_keys()
 
     def play(self, number: int, step: Step) -> None:
         self._paint.title(f"{number}. {step.title}")
@@ -54,15 +65,19 @@ class Show:
         manager = self._manager.fresh(len(step.manager))
         log = self._event_log.fresh()
         now = host_view.channels()
+        stored = host_view.stored_keys()
+        changed = changes(self._stored, stored)
         if step.channels:
             self._paint.channels(self._channels, now)
+        if step.stored:
+            self._paint.stored(changed)
         self._paint.event_log(log)
         self._paint.manager(manager)
-        wrong = mismatches(step, now, manager, log)
+        wrong = mismatches(step, now, changed, manager, log)
         if wrong:
             raise SystemExit("demo: not as it should be: " + "; ".join(wrong))
         self._paint.viewer(look(step, self._watching))
-        self._channels = now
+        self._channels, self._stored = now, stored
 
 
 def stay(paint: Painter, watching: Viewer, address: str) -> None:

@@ -15,6 +15,8 @@ class Step:
     commands: list[str]
     # Per channel, the fields that must have these values now; the other fields may be anything.
     channels: dict[int, dict[str, Any]] = field(default_factory=dict)
+    # How the changes of the configuration begin, in the order of their keys; not looked at where none are named.
+    stored: list[str] = field(default_factory=list)
     # How the lines begin that the manager must have written, in order.
     manager: list[str] = field(default_factory=list)
     # Pieces of the log lines that must have been added, in order.
@@ -64,6 +66,7 @@ STORY = [
     Step(
         "Somebody wants 22 frames per second: the camera's next lower rate is taken, logged and told, and streamed",
         ["usbdevctl stream show 1", "usbdevctl stream set 1 --fps 22"],
+        stored=["ch2/video/framerate: 30.00 -> 20.00", "ch2/vtag: "],
         manager=["event 0  profile 1", "profile 1 streams no more", "profile 1 streams 640x480 at 20.00 from camera 4"],
         log=["Modified Channel 2 FPS: 20.00"],
         looks=[lambda viewer: viewer.watches(1)],
