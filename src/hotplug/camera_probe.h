@@ -25,6 +25,6 @@ struct ConflictFindings {
 
 /// Looks for the first attached camera that the new one collides with; fills the report as the caller expects it.
 ConflictFindings findConflicts(HostAnswers &host, const ChannelStates &channels, int chosen, const _usbdev_des &device,
-                               bool supported, _usbdev_conflict &out);
+                               bool supported, _usbdev_conflict &report);
 
 }  // namespace usbdev
