@@ -4,7 +4,6 @@ from __future__ import annotations
 
 import re
 import shlex
-import shutil
 import subprocess
 
 import pytest
@@ -51,8 +50,6 @@ def offered(shell: str, *lines: list[str]) -> list[set[str]]:
 
 @pytest.fixture(params=SHELLS)
 def shell(request: pytest.FixtureRequest) -> str:
-    if shutil.which(request.param, path="/usr/bin:/bin") is None:
-        pytest.skip(f"no {request.param} here")
     return str(request.param)
 
 
@@ -110,8 +107,6 @@ def test_bash_uses_the_script_for_the_program() -> None:
 
 
 def test_zsh_says_what_each_word_means() -> None:
-    if shutil.which("zsh", path="/usr/bin:/bin") is None:
-        pytest.skip("no zsh here")
     script = "_describe() { print -rl -- ${(P)2} }\ncomplete_line usbdevctl stream ''"
     assert run_shell("zsh", script) == [
         "show:Show a profile's stream settings",
