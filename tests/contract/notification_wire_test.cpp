@@ -1,9 +1,6 @@
 // The change notification on a real socket, in a network of its own.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <net/if.h>
-#include <sched.h>
-#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <usbdev/usbdev.h>
@@ -11,22 +8,13 @@
 #include <cstring>
 #include <string>
 
-namespace {
+#include "own_network.h"
 
-bool enterNetworkOfItsOwn() {
-  if (unshare(CLONE_NEWNET) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) return false;
-  const int control = socket(AF_INET, SOCK_DGRAM, 0);
-  ifreq loopback{};
-  memcpy(loopback.ifr_name, "lo", sizeof "lo");
-  loopback.ifr_flags = IFF_UP;
-  const bool up = ioctl(control, SIOCSIFFLAGS, &loopback) == 0;
-  close(control);
-  return up;
-}
+namespace {
 
 class TheManager : public testing::Test {
  protected:
-  void SetUp() override { ASSERT_TRUE(enterNetworkOfItsOwn()); }
+  void SetUp() override { ASSERT_TRUE(contract::enterNetworkOfItsOwn()); }
 
   void listen() {
     receiver_ = socket(AF_INET, SOCK_DGRAM, 0);

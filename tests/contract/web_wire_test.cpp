@@ -1,12 +1,8 @@
 // The web part on real sockets with the real C library, in a network of its own.
 #include <arpa/inet.h>
 #include <dlfcn.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <net/if.h>
 #include <poll.h>
-#include <sched.h>
-#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <usbdev/usbdev.h>
@@ -16,23 +12,12 @@
 #include <string>
 #include <vector>
 
-namespace {
+#include "own_network.h"
 
-using testing::ElementsAre;
+namespace {
 
 std::vector<std::string> addresses;  // that were connected to, byte for byte
 int seconds_slept = 0;
-
-bool enterNetworkOfItsOwn() {
-  if (unshare(CLONE_NEWNET) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) return false;
-  const int control = socket(AF_INET, SOCK_DGRAM, 0);
-  ifreq loopback{};
-  memcpy(loopback.ifr_name, "lo", sizeof "lo");
-  loopback.ifr_flags = IFF_UP;
-  const bool up = ioctl(control, SIOCSIFFLAGS, &loopback) == 0;
-  close(control);
-  return up;
-}
 
 // Listens on the loopback address; answers each connection whose bytes ended as asked.
 class Service {
@@ -74,7 +59,7 @@ class Service {
 class AHostOfItsOwn : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(enterNetworkOfItsOwn());
+    ASSERT_TRUE(contract::enterNetworkOfItsOwn());
     addresses.clear();
     seconds_slept = 0;
   }
