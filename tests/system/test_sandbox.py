@@ -110,11 +110,16 @@ def test_files_of_the_machine_cannot_be_changed(sandbox):
 
 def test_what_the_host_writes_stays_inside(sandbox, temporary):
     marker = f"usbdev-marker-{os.getpid()}"
-    folders = ["/etc/config", "/tmp", "/var/log", "/run", "/dev", "/dev/shm", "/mnt/ext", "/sys/class", "/home/httpd"]
+    folders = "/etc/config /tmp /var/log /var/lock /run /dev /dev/shm /mnt/ext /sys/class /home/httpd".split()
     script = "; ".join(f"echo x > {folder}/{marker} || exit 1" for folder in folders)
     assert sandbox(script).returncode == 0
     assert not any(Path(folder, marker).exists() for folder in folders)
     assert list(temporary.iterdir()) == []
+
+
+def test_lock_files_stand_under_both_names_of_their_folder(sandbox):
+    result = sandbox("flock /var/lock/x flock --nonblock /run/lock/x true || echo locked")
+    assert result.stdout == "locked\n"
 
 
 def test_the_network_is_the_loopback_of_the_host_alone(sandbox):

@@ -68,7 +68,7 @@ def _machine_tree() -> list[str]:
         result += _same(Path("/") / name)
     for name in MACHINE_ETC:
         result += ["--ro-bind-try", f"/etc/{name}", f"/etc/{name}"]
-    return result + ["--symlink", "/run", "/var/run"]
+    return [*result, "--symlink", "/run", "/var/run", "--symlink", "/run/lock", "/var/lock"]
 
 
 def _same(path: Path) -> list[str]:
