@@ -190,7 +190,7 @@ TEST(TheChannelTable, HasALineForEachChannel) {
   rows[1] = parkedRow();
   const std::string text = tableText(channelFields(rows), false);
   const std::vector<std::string> expected = {
-      "CHANNEL  STATE    SLOT   DEVICE   VIDEO  PROFILE  SWITCH  CONFLICT         CREATED",
+      "CHANNEL  STATE    PORT   DEVICE   VIDEO  PROFILE  SWITCH  CONFLICT         CREATED",
       "      0  plugged  3-1.2  Cam\\x1b      0  1 Door   on      -                2024-03-05 08:15:00",
       "      1  plugged  3-1.2  Cam\\x1b      0  -        off     parked behind 0  -",
       "      2  free     -      -            -  -        -       -                -"};

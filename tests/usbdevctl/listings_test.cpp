@@ -64,7 +64,7 @@ TEST(WhatIsFree, IsProfilesAndTheDevicesThatCanBeGivenOne) {
   EXPECT_EQ(availabilityText(someAvailability(), false),
             "profiles    0,2\n"
             "\n"
-            "CHANNEL  SLOT  DEVICE   STREAM\n"
+            "CHANNEL  PORT  DEVICE   STREAM\n"
             "      3  3-1   Cam\\x1b  video\n");
   EXPECT_EQ(availabilityJson(someAvailability()).line(),
             R"({"schema":1,"profiles":[0,2],"devices":[{"channel":3,"slot":"3-1","device":"Cam\u001b",)"
@@ -120,7 +120,7 @@ TEST(ASwitchedSlot, SaysWhichCameraItWaitsFor) {
   Slot slot = someSlot();
   slot.device.conflictch = 0;
   EXPECT_EQ(switchedFields(slot).text(false),
-            "slot           3-1\n"
+            "port           3-1\n"
             "switch         on\n"
             "parked behind  0\n");
 }

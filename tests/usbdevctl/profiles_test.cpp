@@ -39,7 +39,7 @@ class TheProfiles : public testing::Test {
 
 TEST_F(TheProfiles, AreFourRows) {
   EXPECT_EQ(tableText(profileFields(profiles_), false),
-            "PROFILE  NAME  CAMERA   SLOT  STREAM  STATE    LINK  LEADS TO\n"
+            "PROFILE  NAME  CAMERA   PORT  STREAM  STATE    LINK  LEADS TO\n"
             "      0  -     -        -     none    unbound  -     -\n"
             "      1  Door  Cam\\x0a  3-1   video   ready    a1b2  /apps/hls/channel2\n"
             "      2  -     -        -     none    unbound  -     -\n"

@@ -42,6 +42,10 @@ WRONG = [
     "slot",
     "slot on",
     "slot off " + 128 * "3",
+    "slot off 3-" + 126 * "1",
+    "clear cam",
+    "clear pf4",
+    "clear ch10",
     "host",
     "host port",
     "completion",
@@ -60,8 +64,9 @@ def test_a_wrong_command_line_is_refused(line: str) -> None:
 @pytest.mark.parametrize(
     ("line", "complaint"),
     [
-        ("clear 4", "profile: must be 0 to 3, not 4"),
-        ("formats one", "NODE: must be at least 0, not one"),
+        ("clear 4", "camera: profile must be 0 to 3, not 4"),
+        ("formats one", "camera: 'one' is not a port (3-1.2), channel (ch2), profile (pf1) or number"),
+        ("slot on 10", "camera: channel must be 0 to 9, not 10"),
         ("log --lines 0", "--lines: must be at least 1, not 0"),
         ("stream set 0 --size 640", "--size: 640 is no picture size such as 1280x720"),
     ],

@@ -71,7 +71,6 @@ def test_the_options_of_every_command_are_those_of_its_help(shell: str) -> None:
         (["plug", "--type", ""], "camera audio"),
         (["stream", "set", "0", "--codec", ""], "h264 mjpeg"),
         (["stream", "set", "0", "--fps", "15", "--overlay", ""], "off on"),
-        (["clear", ""], "0 1 2 3"),
         (["check", "3-1", ""], "0 1 2 3"),
         (["completion", ""], "bash zsh"),
     ],

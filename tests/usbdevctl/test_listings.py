@@ -104,7 +104,7 @@ def test_the_devices_are_listed_with_what_they_are_set_to(on_host: RunOnHost) ->
     ]
     assert (document.json["schema"], document.status) == (1, 0)
     assert text.out.split("\n")[0].split() == (
-        "CHANNEL STATE SLOT DEVICE STREAM AUDIO SHARED PROFILE SWITCH CONFLICT CREATED".split()
+        "CHANNEL STATE PORT DEVICE STREAM AUDIO SHARED PROFILE SWITCH CONFLICT CREATED".split()
     )
 
 

@@ -157,7 +157,7 @@ def test_a_slot_is_switched_off_and_on_again(on_host: RunOnHost) -> None:
     )
     assert off.json == {"schema": 1, "slot": "3-1", "slot_switch": False, "parked_behind": None}
     assert listed.json["slots"][0]["slot_switch"] is False
-    assert on.out == "slot           3-1\nswitch         on\nparked behind  none\n"
+    assert on.out == "port           3-1\nswitch         on\nparked behind  none\n"
     assert [event["text"] for event in log.json["events"]] == [
         "USB slot [3-1] has been disabled.",
         "USB slot [3-1] has been enabled.",
@@ -177,7 +177,7 @@ def test_a_slot_that_is_switched_on_waits_behind_a_camera_that_streams(on_host: 
 def test_slots_without_a_device_are_told_apart(on_host: RunOnHost) -> None:
     listed, on, off = run_all(on_host, "usbdevctl slot list --json", "usbdevctl slot on 9-9", "usbdevctl slot off 9-9")
     assert (listed.json, listed.status) == ({"schema": 1, "slots": []}, 3)
-    assert listed.err == "usbdevctl: no USB slot has a device\n"
+    assert listed.err == "usbdevctl: no USB port has a device\n"
     assert [(done.out, done.err, done.status) for done in (on, off)] == 2 * [
         ("", "usbdevctl: no device is in port 9-9\n", 3)
     ]

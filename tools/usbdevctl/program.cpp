@@ -2,9 +2,10 @@
 #include "program.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 
 #include "output/output.h"
+#include "output/printable.h"
+#include "parts/numbers.h"
 
 namespace usbdevctl {
 
@@ -33,11 +34,9 @@ CLI::Validator rangeOf(const Argument &argument) {
   const std::string wanted = most == Argument::kNoLimit ? "at least " + std::to_string(least)
                                                         : std::to_string(least) + " to " + std::to_string(most);
   const auto refuse = [least, most, wanted](const std::string &text) -> std::string {
-    int number = 0;
-    const char *end = text.data() + text.size();
-    const auto read = std::from_chars(text.data(), end, number);
-    const bool good = read.ec == std::errc() && read.ptr == end && number >= least && number <= most;
-    return good ? "" : "must be " + wanted + ", not " + text;
+    const std::optional<int> number = readNumber(text);
+    const bool good = number && *number >= least && *number <= most;
+    return good ? "" : "must be " + wanted + ", not " + printable(text);
   };
   return {refuse, wanted};
 }

@@ -94,7 +94,7 @@ def test_a_check_tells_programs_why(profile: str) -> None:
 def test_a_profile_without_a_camera_cannot_be_shared(command: str) -> None:
     result = usbdevctl("share", command, "1")
     assert (result.stdout, result.returncode) == ("", 1)
-    assert result.stderr == "usbdevctl: profile 1 is bound to no camera, or the configuration cannot be written\n"
+    assert result.stderr == "usbdevctl: profile 1 has no camera; no channel has a camera\n"
 
 
 @pytest.mark.parametrize("command", [("show", "1"), ("check", "1", "2")])

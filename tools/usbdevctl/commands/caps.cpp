@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/configuration.h"
 #include "commands/shared_arguments.h"
@@ -13,7 +14,7 @@ namespace usbdevctl {
 namespace {
 
 struct Options {
-  int profile = 0;
+  CameraArgument camera{CameraName::By::profile};
   bool json = false;
 };
 
@@ -27,8 +28,11 @@ Capabilities readCapabilities(int profile) {
 }
 
 ExitStatus caps(const Options &options) {
-  const Capabilities capabilities = readCapabilities(options.profile);
-  const std::string name = "profile " + std::to_string(options.profile);
+  int profile = 0;
+  const ExitStatus found = findProfile(options.camera.name(), profile);
+  if (found != ExitStatus::ok) return found;
+  const Capabilities capabilities = readCapabilities(profile);
+  const std::string name = "profile " + std::to_string(profile);
   if (!capabilities.video && !capabilities.audio) {
     return nothingApplies("no device is attached for " + name + " in a port that is switched on");
   }
@@ -43,7 +47,7 @@ void addCaps(Command &program) {
   auto options = std::make_shared<Options>();
   Command &command =
       program.addCommand("caps", "Show what the device of a profile can deliver", [options] { return caps(*options); });
-  addProfile(command, options->profile);
+  addCamera(command, options->camera);
   addJsonFlag(command, options->json);
 }
 

@@ -2,9 +2,9 @@
 
 #include <memory>
 
+#include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/shared_arguments.h"
-#include "output/output.h"
 
 namespace usbdevctl {
 
@@ -13,19 +13,20 @@ namespace {
 // The event code that the application sends when a user unbinds a profile.
 constexpr int kEventCleared = 4;
 
-ExitStatus clear(int profile) {
-  if (vl_clear_usbchn_profile(profile, nullptr, kEventCleared) == 0) return ExitStatus::ok;
-  complain("profile " + std::to_string(profile) + " is bound to no camera, or the configuration cannot be written");
-  return ExitStatus::failure;
+ExitStatus clear(const CameraName &camera) {
+  int profile = 0;
+  const ExitStatus found = findProfile(camera, profile);
+  if (found != ExitStatus::ok) return found;
+  return vl_clear_usbchn_profile(profile, nullptr, kEventCleared) == 0 ? ExitStatus::ok : refusedFor(profile);
 }
 
 }  // namespace
 
 void addClear(Command &program) {
-  auto profile = std::make_shared<int>(0);
+  auto camera = std::make_shared<CameraArgument>(CameraName::By::profile);
   Command &command =
-      program.addCommand("clear", "Unbind a profile and remove its links", [profile] { return clear(*profile); });
-  addProfile(command, *profile);
+      program.addCommand("clear", "Unbind a profile and remove its links", [camera] { return clear(camera->name()); });
+  addCamera(command, *camera);
 }
 
 }  // namespace usbdevctl

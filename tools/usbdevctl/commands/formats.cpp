@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/shared_arguments.h"
 #include "output/output.h"
@@ -13,7 +14,7 @@ namespace usbdevctl {
 namespace {
 
 struct Options {
-  int node = 0;
+  CameraArgument camera{CameraName::By::video_node};
   bool json = false;
 };
 
@@ -30,13 +31,16 @@ std::string asJson(int node, const CameraFormats &camera) {
 }
 
 ExitStatus formats(const Options &options) {
-  const CameraFormats camera = askCamera(options.node);
-  const std::string device = "/dev/video" + std::to_string(options.node);
+  int node = 0;
+  const ExitStatus found = findVideoNode(options.camera.name(), node);
+  if (found != ExitStatus::ok) return found;
+  const CameraFormats camera = askCamera(node);
+  const std::string device = "/dev/video" + std::to_string(node);
   if (camera.count < 0) {
     complain("the formats of " + device + " cannot be asked for");
     return ExitStatus::failure;
   }
-  print(options.json ? asJson(options.node, camera) : formatsText(camera, outputTakesColour()));
+  print(options.json ? asJson(node, camera) : formatsText(camera, outputTakesColour()));
   if (camera.over_60) complain("warning: " + device + " has rates above 60 frames per second; decoding may fail");
   if (camera.count > 0) return ExitStatus::ok;
   complain(device + " offers no format that can be used");
@@ -49,7 +53,7 @@ void addFormats(Command &program) {
   auto options = std::make_shared<Options>();
   Command &command = program.addCommand("formats", "Show the sizes and frame rates that a camera offers",
                                         [options] { return formats(*options); });
-  command.add("NODE", &options->node, "N of /dev/videoN").limit(0);
+  addCamera(command, options->camera);
   addJsonFlag(command, options->json);
 }
 

@@ -2,12 +2,14 @@
 
 #include <memory>
 
+#include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/host_info.h"
 #include "commands/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
 #include "output/printable.h"
+#include "parts/channels.h"
 #include "parts/numbers.h"
 
 namespace usbdevctl {
@@ -15,7 +17,7 @@ namespace usbdevctl {
 namespace {
 
 struct Options {
-  std::string port;
+  CameraArgument camera{CameraName::By::channel};
   bool json = false;
 };
 
@@ -36,11 +38,15 @@ ExitStatus codec(const Options &options) {
 }
 
 ExitStatus port(const Options &options) {
-  const int number = vl_HOS_CLI_usbid(options.port.c_str());
-  print(recordOutput(Fields().add(textField("slot", options.port)).add(numberField("port", numberUnlessNone(number))),
-                     options.json));
+  std::string port;
+  const ExitStatus found = findPort(options.camera.name(), port);
+  if (found != ExitStatus::ok) return found;
+  const int number = vl_HOS_CLI_usbid(port.c_str());
+  const Fields fields =
+      Fields().add(portField(port)).add(headed("number", numberField("port", numberUnlessNone(number))));
+  print(recordOutput(fields, options.json));
   if (number != -1) return ExitStatus::ok;
-  complain("the host has no number for port " + printable(options.port));
+  complain("the host has no number for port " + printable(port));
   return ExitStatus::nothing;
 }
 
@@ -59,7 +65,7 @@ void addHost(Command &program) {
   addHostInfo(host);
   addProbe(host, "model", "Tell whether the host has a picture of its model", model, options);
   addProbe(host, "codec", "Tell whether the host's graphics support the encoding add-on", codec, options);
-  addPort(addProbe(host, "port", "Show a port's number on the host's panel", port, options), options->port);
+  addCamera(addProbe(host, "port", "Show a port's number on the host's panel", port, options), options->camera);
 }
 
 }  // namespace usbdevctl

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "commands/absent.h"
+#include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/configuration.h"
 #include "commands/password.h"
@@ -19,20 +20,15 @@ namespace {
 constexpr std::size_t kLongestPassword = sizeof(ShareLinkInfo::shrpwd) - 1;
 
 struct Options {
-  int profile = 0;
+  CameraArgument camera{CameraName::By::profile};
   bool password = false;
   bool json = false;
 };
 
-ShareLinkInfo linkOf(const Options &options) {
+ShareLinkInfo linkOf(int profile) {
   ShareLinkInfo link = {};
-  link.profile = options.profile;
+  link.profile = profile;
   return link;
-}
-
-ExitStatus refusal(const Options &options) {
-  return refused("profile " + std::to_string(options.profile) +
-                 " is bound to no camera, or the configuration cannot be written");
 }
 
 /// Where the host's web pages show the stream; nowhere without a link.
@@ -53,9 +49,9 @@ Fields describe(const ShareLinkInfo &link) {
       .add(absentIfEmpty(textField("page", pageOf(link))));
 }
 
-ExitStatus show(const Options &options) {
-  ShareLinkInfo link = linkOf(options);
-  if (vl_get_share_link(&link) != 0) return refusal(options);
+ExitStatus show(int profile, const Options &options) {
+  ShareLinkInfo link = linkOf(profile);
+  if (vl_get_share_link(&link) != 0) return refusedFor(profile);
   print(recordOutput(describe(link), options.json));
   return ExitStatus::ok;
 }
@@ -68,31 +64,37 @@ bool readPasswordInto(ShareLinkInfo &link) {
   return true;
 }
 
-ExitStatus on(const Options &options) {
-  ShareLinkInfo link = linkOf(options);
-  if (vl_get_share_link(&link) != 0) return refusal(options);
+ExitStatus on(int profile, const Options &options) {
+  ShareLinkInfo link = linkOf(profile);
+  if (vl_get_share_link(&link) != 0) return refusedFor(profile);
   if (options.password && !readPasswordInto(link)) return ExitStatus::usage;
   link.shrenable = 1;
-  return vl_set_share_link(&link) == 0 ? show(options) : refusal(options);
+  return vl_set_share_link(&link) == 0 ? show(profile, options) : refusedFor(profile);
 }
 
 // The password goes with the link, so that whoever shares the profile again chooses anew.
-ExitStatus off(const Options &options) {
-  ShareLinkInfo link = linkOf(options);
-  return vl_set_share_link(&link) == 0 ? ExitStatus::ok : refusal(options);
+ExitStatus off(int profile, const Options &) {
+  ShareLinkInfo link = linkOf(profile);
+  return vl_set_share_link(&link) == 0 ? ExitStatus::ok : refusedFor(profile);
 }
 
-ExitStatus renew(const Options &options) {
-  ShareLinkInfo link = linkOf(options);
-  return vl_renew_share_link(&link) == 0 ? show(options) : refusal(options);
+ExitStatus renew(int profile, const Options &options) {
+  ShareLinkInfo link = linkOf(profile);
+  return vl_renew_share_link(&link) == 0 ? show(profile, options) : refusedFor(profile);
 }
 
-using Operation = ExitStatus (*)(const Options &);
+using Operation = ExitStatus (*)(int profile, const Options &);
+
+ExitStatus run(Operation operation, const Options &options) {
+  int profile = 0;
+  const ExitStatus found = findProfile(options.camera.name(), profile);
+  return found == ExitStatus::ok ? operation(profile, options) : found;
+}
 
 void addOperation(Command &share, const char *name, const char *description, Operation operation) {
   auto options = std::make_shared<Options>();
-  Command &command = share.addCommand(name, description, [options, operation] { return operation(*options); });
-  addProfile(command, options->profile);
+  Command &command = share.addCommand(name, description, [options, operation] { return run(operation, *options); });
+  addCamera(command, options->camera);
   if (operation == on) {
     command.add("--password-stdin", &options->password,
                 "Protect the link by a password, asked for at a terminal or else read from standard input");

@@ -5,6 +5,7 @@
 #include <memory>
 #include <set>
 
+#include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/configuration.h"
 #include "commands/shared_arguments.h"
@@ -17,7 +18,7 @@ namespace usbdevctl {
 namespace {
 
 struct Options {
-  std::string port;
+  CameraArgument camera{CameraName::By::channel};
   bool json = false;
 };
 
@@ -54,18 +55,20 @@ ExitStatus list(bool json) {
   if (!readSlots(rows)) return configurationUnreadable();
   print(listOutput("slots", rows, json));
   if (!rows.empty()) return ExitStatus::ok;
-  complain("no USB slot has a device");
+  complain("no USB port has a device");
   return ExitStatus::nothing;
 }
 
 ExitStatus switchSlot(const Options &options, bool on) {
-  if (vl_set_usbslot_switch(options.port.c_str(), on ? "enable" : "disable", nullptr) != 0) {
-    return nothingApplies("no device is in port " + printable(options.port));
+  std::string port;
+  const ExitStatus found = findPort(options.camera.name(), port);
+  if (found != ExitStatus::ok) return found;
+  if (vl_set_usbslot_switch(port.c_str(), on ? "enable" : "disable", nullptr) != 0) {
+    return nothingApplies("no device is in port " + printable(port));
   }
   Devices devices = {};
   Slot slot;
-  if (vl_get_devpf_list(devices.data()) != 0 || !readSlot(options.port, devices, slot))
-    return configurationUnreadable();
+  if (vl_get_devpf_list(devices.data()) != 0 || !readSlot(port, devices, slot)) return configurationUnreadable();
   print(recordOutput(switchedFields(slot), options.json));
   return ExitStatus::ok;
 }
@@ -73,24 +76,24 @@ ExitStatus switchSlot(const Options &options, bool on) {
 void addList(Command &slot) {
   auto json = std::make_shared<bool>(false);
   Command &command =
-      slot.addCommand("list", "Show the slots with devices and what they offer", [json] { return list(*json); });
+      slot.addCommand("list", "Show the ports with devices and what they offer", [json] { return list(*json); });
   addJsonFlag(command, *json);
 }
 
 void addSwitch(Command &slot, const char *name, const char *description, bool on) {
   auto options = std::make_shared<Options>();
   Command &command = slot.addCommand(name, description, [options, on] { return switchSlot(*options, on); });
-  addPort(command, options->port);
+  addCamera(command, options->camera);
   addJsonFlag(command, options->json);
 }
 
 }  // namespace
 
 void addSlot(Command &program) {
-  Command &slot = program.addCommand("slot", "Show USB slots, or switch one on or off");
+  Command &slot = program.addCommand("slot", "Show the USB ports with devices, or switch one on or off");
   addList(slot);
-  addSwitch(slot, "on", "Switch a slot on", true);
-  addSwitch(slot, "off", "Switch a slot off; its device keeps its channel", false);
+  addSwitch(slot, "on", "Switch a port on", true);
+  addSwitch(slot, "off", "Switch a port off; its device keeps its channel", false);
 }
 
 }  // namespace usbdevctl

@@ -2,24 +2,24 @@
 
 #include <memory>
 
+#include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/shared_arguments.h"
-#include "output/output.h"
 
 namespace usbdevctl {
 
 namespace {
 
 struct Options {
-  int profile = 0;
+  CameraArgument camera{CameraName::By::profile};
   int value = 0;
 };
 
 ExitStatus sps(const Options &options) {
-  if (mn_set_usbchn_sps(options.profile, options.value) == 0) return ExitStatus::ok;
-  complain("profile " + std::to_string(options.profile) +
-           " is bound to no camera, or the configuration cannot be written");
-  return ExitStatus::failure;
+  int profile = 0;
+  const ExitStatus found = findProfile(options.camera.name(), profile);
+  if (found != ExitStatus::ok) return found;
+  return mn_set_usbchn_sps(profile, options.value) == 0 ? ExitStatus::ok : refusedFor(profile);
 }
 
 }  // namespace
@@ -28,7 +28,7 @@ void addSps(Command &program) {
   auto options = std::make_shared<Options>();
   Command &command =
       program.addCommand("sps", "Record a profile's stream-parameter state", [options] { return sps(*options); });
-  addProfile(command, options->profile);
+  addCamera(command, options->camera);
   command.add("value", &options->value, "The state's flag");
 }
 

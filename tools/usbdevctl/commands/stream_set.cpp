@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "commands/cameras.h"
 #include "commands/configuration.h"
 #include "commands/shared_arguments.h"
 #include "commands/stream.h"
@@ -14,7 +15,7 @@ namespace usbdevctl {
 namespace {
 
 struct Options {
-  int profile = 0;
+  CameraArgument camera{CameraName::By::profile};
   bool json = false;
   StreamChange change;
 };
@@ -50,19 +51,22 @@ ExitStatus report(const Options &options, const StreamOutcome &outcome) {
 }
 
 ExitStatus set(const Options &options) {
+  int profile = 0;
+  const ExitStatus found = findProfile(options.camera.name(), profile);
+  if (found != ExitStatus::ok) return found;
   _streaminfo before;
-  const ExitStatus status = readStream(options.profile, before);
+  const ExitStatus status = readStream(profile, before);
   if (status != ExitStatus::ok) return status;
 
   constexpr int kLogChangesOnly = 0;
   const std::int64_t newest = newestEvent();
   _streaminfo wanted = changed(before, options.change);
-  if (vl_set_usbchn_stream(options.profile, &wanted, &before, kLogChangesOnly) != 0) {
-    return explainRefusal(options.profile, wanted);
+  if (vl_set_usbchn_stream(profile, &wanted, &before, kLogChangesOnly) != 0) {
+    return explainRefusal(profile, wanted);
   }
   StreamOutcome outcome;
   outcome.events = eventsAfter(newest);
-  const ExitStatus read_again = readStream(options.profile, outcome.stored);
+  const ExitStatus read_again = readStream(profile, outcome.stored);
   return read_again == ExitStatus::ok ? report(options, outcome) : read_again;
 }
 
@@ -86,7 +90,7 @@ void addStreamSet(Command &stream) {
   auto options = std::make_shared<Options>();
   Command &command =
       stream.addCommand("set", "Change a profile's stream settings", [options] { return set(*options); });
-  addProfile(command, options->profile);
+  addCamera(command, options->camera);
   addChanges(command, options->change);
   addJsonFlag(command, options->json);
 }

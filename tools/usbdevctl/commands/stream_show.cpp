@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "commands/cameras.h"
 #include "commands/shared_arguments.h"
 #include "commands/stream.h"
 #include "output/output.h"
@@ -10,13 +11,16 @@ namespace usbdevctl {
 namespace {
 
 struct Options {
-  int profile = 0;
+  CameraArgument camera{CameraName::By::profile};
   bool json = false;
 };
 
 ExitStatus show(const Options &options) {
+  int profile = 0;
+  const ExitStatus found = findProfile(options.camera.name(), profile);
+  if (found != ExitStatus::ok) return found;
   _streaminfo record;
-  const ExitStatus status = readStream(options.profile, record);
+  const ExitStatus status = readStream(profile, record);
   if (status == ExitStatus::ok) print(recordOutput(streamFields(record), options.json));
   return status;
 }
@@ -27,7 +31,7 @@ void addStreamShow(Command &stream) {
   auto options = std::make_shared<Options>();
   Command &command =
       stream.addCommand("show", "Show a profile's stream settings", [options] { return show(*options); });
-  addProfile(command, options->profile);
+  addCamera(command, options->camera);
   addJsonFlag(command, options->json);
 }
 

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 
+#include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/shared_arguments.h"
 #include "output/fields.h"
@@ -22,7 +23,7 @@ using Counters = std::array<std::uint32_t, 4>;
 
 struct Options {
   std::optional<std::string> change;
-  std::optional<int> counter;
+  CameraArgument camera{CameraName::By::profile};
   bool json = false;
 };
 
@@ -72,7 +73,12 @@ ExitStatus misused(const std::string &reason) {
   return ExitStatus::usage;
 }
 
-ExitStatus add(int counter) { return vl_add_shm_timeout_log(counter) == 0 ? ExitStatus::ok : failed(); }
+ExitStatus add(const CameraName &camera) {
+  int profile = 0;
+  const ExitStatus found = findProfile(camera, profile);
+  if (found != ExitStatus::ok) return found;
+  return vl_add_shm_timeout_log(profile) == 0 ? ExitStatus::ok : failed();
+}
 
 ExitStatus reset() {
   const Segment segment;
@@ -89,11 +95,11 @@ ExitStatus show(bool as_json) {
 }
 
 ExitStatus timeouts(const Options &options) {
-  if ((options.change == kAdd) != options.counter.has_value()) {
-    return misused("a profile belongs behind 'add', and nowhere else");
+  if ((options.change == kAdd) != options.camera.isGiven()) {
+    return misused("a camera belongs after 'add', and nowhere else");
   }
   if (options.change && options.json) return misused("--json is for showing the counters");
-  if (options.change == kAdd) return add(*options.counter);
+  if (options.change == kAdd) return add(options.camera.name());
   return options.change == kReset ? reset() : show(options.json);
 }
 
@@ -101,12 +107,13 @@ ExitStatus timeouts(const Options &options) {
 
 void addTimeouts(Command &program) {
   auto options = std::make_shared<Options>();
-  Command &command = program.addCommand("timeouts", "Show the profiles' time-out counters; 'add N' or 'reset' them",
-                                        [options] { return timeouts(*options); });
+  Command &command =
+      program.addCommand("timeouts", "Show the profiles' time-out counters; 'add CAMERA' or 'reset' them",
+                         [options] { return timeouts(*options); });
   command.add("change", &options->change, "'add' counts a time-out, 'reset' sets all counters to zero")
       .allow({kAdd, kReset})
       .require(false);
-  command.add("profile", &options->counter, "Profile whose time-out is added, 0 to 3").limit(0, 3).require(false);
+  addCamera(command, options->camera).require(false);
   addJsonFlag(command, options->json);
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/shared_arguments.h"
 #include "output/output.h"
@@ -10,7 +11,10 @@ namespace usbdevctl {
 
 namespace {
 
-ExitStatus volume(int profile) {
+ExitStatus volume(const CameraName &camera) {
+  int profile = 0;
+  const ExitStatus found = findProfile(camera, profile);
+  if (found != ExitStatus::ok) return found;
   if (mn_set_usbdev_volume(profile) == 0) return ExitStatus::ok;
   complain("profile " + std::to_string(profile) + " has no sound card whose volume could be set");
   return ExitStatus::failure;
@@ -19,10 +23,10 @@ ExitStatus volume(int profile) {
 }  // namespace
 
 void addVolume(Command &program) {
-  auto profile = std::make_shared<int>(0);
+  auto camera = std::make_shared<CameraArgument>(CameraName::By::profile);
   Command &command = program.addCommand("volume", "Apply a profile's stored volume to its sound card",
-                                        [profile] { return volume(*profile); });
-  addProfile(command, *profile);
+                                        [camera] { return volume(camera->name()); });
+  addCamera(command, *camera);
 }
 
 }  // namespace usbdevctl

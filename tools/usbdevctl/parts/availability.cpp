@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "output/printable.h"
+#include "parts/channels.h"
 #include "parts/stream_text.h"
 
 namespace usbdevctl {
@@ -18,7 +19,7 @@ FieldRows deviceRows(const std::array<_availinfo, USBDEV_CHANNELS> &records) {
     if (record.stream_type == kNoStream) continue;
     rows.push_back(Fields()
                        .add(numberField("channel", static_cast<int>(channel)))
-                       .add(textField("slot", fieldText(record.usbslot)))
+                       .add(portField(fieldText(record.usbslot)))
                        .add(textField("device", fieldText(record.devname)))
                        .add(streamField(record.stream_type)));
   }

@@ -115,10 +115,12 @@ ChannelRows describeChannels(const ChannelListings &listings) {
   return rows;
 }
 
+Field portField(const std::string &slot) { return headed("port", textField("slot", slot)); }
+
 void addIdentity(Fields &fields, std::size_t channel, const ChannelRow &row) {
   fields.add(numberField("channel", static_cast<int>(channel)))
       .add(wordField("state", stateName(row.state), stateStyle(row.state)))
-      .add(textField("slot", row.slot))
+      .add(portField(row.slot))
       .add(textField("device", row.device));
 }
 

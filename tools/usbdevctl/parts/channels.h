@@ -54,6 +54,9 @@ const char *stateName(ChannelState state);
 
 FieldRows channelFields(const ChannelRows &rows);
 
+/// The port of a device; for programs it is the slot, as in the library's records.
+Field portField(const std::string &slot);
+
 /// The fields that begin and end a channel's description wherever it is listed.
 void addIdentity(Fields &fields, std::size_t channel, const ChannelRow &row);
 void addStanding(Fields &fields, const ChannelRow &row);

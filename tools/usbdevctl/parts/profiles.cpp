@@ -30,7 +30,7 @@ Fields fieldsOf(int number, const Profile &profile) {
       .add(numberField("profile", number))
       .add(textField("name", row.profile_name))
       .add(textField("camera", row.device))
-      .add(textField("slot", row.slot))
+      .add(portField(row.slot))
       .add(streamField(profile.entry.stream_type))
       .add(stateField(row))
       .add(forPrograms("parked_behind", row.parked_behind))

@@ -9,7 +9,7 @@ namespace usbdevctl {
 
 Fields slotFields(const Slot &slot) {
   return Fields()
-      .add(textField("slot", fieldText(slot.device.usbslot)))
+      .add(portField(fieldText(slot.device.usbslot)))
       .add(numberField("channel", slot.settings.channel))
       .add(textField("device", fieldText(slot.device.devname)))
       .add(headed("switch", switchField("slot_switch", slot.settings.slot_switch != 0)))
@@ -21,7 +21,7 @@ Fields slotFields(const Slot &slot) {
 Fields switchedFields(const Slot &slot) {
   const ChannelRow row = channelRow(slot.device);
   return Fields()
-      .add(textField("slot", row.slot))
+      .add(portField(row.slot))
       .add(headed("switch", switchField("slot_switch", slot.settings.slot_switch != 0)))
       .add(numberField("parked_behind", row.parked_behind));
 }

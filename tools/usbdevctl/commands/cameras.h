@@ -1,0 +1,28 @@
+// The cameras that the library knows, looked up by the name that a command was given.
+#pragma once
+
+#include <string>
+
+#include "exit_status.h"
+#include "parts/camera_name.h"
+
+namespace usbdevctl {
+
+/// Asks the library for all channels; false when the configuration cannot be read.
+bool readChannels(ChannelRows &rows);
+
+/// The channels that are not free. Complains where the configuration cannot be read.
+ExitStatus readCameras(Cameras &cameras);
+
+/// Finds the one camera with the name. Where there is none, or more than one, it says so and names what there is.
+ExitStatus findCamera(const CameraName &name, Camera &camera);
+
+// What a camera's name leads to. A name that says it itself is taken at its word, whether or not there is a camera.
+ExitStatus findProfile(const CameraName &name, int &profile);
+ExitStatus findPort(const CameraName &name, std::string &port);
+ExitStatus findVideoNode(const CameraName &name, int &node);
+
+/// Says why the library refused what was asked for a profile: it has no camera, or it could not be stored.
+ExitStatus refusedFor(int profile);
+
+}  // namespace usbdevctl
