@@ -37,7 +37,9 @@ function(usbdev_harden target)
   )
   target_link_options(${target} PRIVATE
     LINKER:--version-script=${exports}
-    LINKER:-Bsymbolic # calls inside the library reach its own functions, whatever the application defines
+    # Calls inside the library reach its own functions, whatever the application defines. Data is shared: the application
+    # may hold its own copy of NVR_CGI, and the library then uses that one.
+    LINKER:-Bsymbolic-functions
     LINKER:-z,relro
     LINKER:-z,now
     LINKER:-z,noexecstack
