@@ -98,7 +98,8 @@ def test_a_profile_that_cannot_stream_says_why(on_host: RunOnHost) -> None:
         on_host,
         "usbdevctl stream show 0",
         "usbdevctl stream set 0 --fps 5",
-        "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2; usbdevctl assign 3-1.2 1; usbdevctl assign 3-1.1 0",
+        "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2; usbdevctl assign 3-1.2 1; "
+        "usbdevctl assign 3-1.1 0 --anyway",
         "usbdevctl stream show 1",
         "usbdevctl slot off 3-1.1",
         "usbdevctl stream show 0",

@@ -1,44 +1,45 @@
-#include <usbdev/profiles.h>
-
 #include <memory>
 
 #include "commands/commands.h"
-#include "commands/shared_arguments.h"
-#include "output/json.h"
+#include "commands/judgement.h"
 #include "output/output.h"
 
 namespace usbdevctl {
 
 namespace {
 
-struct Options {
-  std::string port;
-  int profile = 0;
-  bool json = false;
-};
-
-ExitStatus check(const Options &options) {
-  int unassigned = 0;
-  const bool allowed = vl_chk_usbdev_profile(options.port.c_str(), options.profile, &unassigned) == 0;
-  if (options.json) {
-    print(Json::document().set("allowed", allowed).set("unassigned", unassigned == 1).text());
-  } else if (allowed) {
-    print(unassigned == 1 ? "free: the port's camera has no profile\n" : "allowed\n");
-  } else {
-    print("refused: the port's camera has another profile\n");
+std::string asText(const Judgement &judgement, bool allowed) {
+  if (!allowed) {
+    return "refused: " + refusalText(judgement.assignment, judgement.rows) + "\n" +
+           adviceText(judgement.assignment, judgement.rows) + "\n";
   }
+  const bool bound = judgement.assignment.verdict == Verdict::bound;
+  return std::string(bound ? "bound already: " : "allowed: ") + cameraText(judgement.camera) + "\n";
+}
+
+std::string asJson(const Judgement &judgement, bool allowed) {
+  Fields fields;
+  fields.add(forPrograms("allowed", allowed)).add(forPrograms("unassigned", !judgement.camera.row.profile));
+  addCameraMembers(fields, judgement.camera);
+  return assignmentMembers(judgement.assignment, judgement.rows).addTo(fields.addTo(Json::document())).text();
+}
+
+ExitStatus check(const AssignmentOptions &options) {
+  Judgement judgement;
+  const ExitStatus judged = judge(options, judgement);
+  if (judged != ExitStatus::ok) return judged;
+  const bool allowed = isHarmless(judgement.assignment);
+  print(options.json ? asJson(judgement, allowed) : asText(judgement, allowed));
   return allowed ? ExitStatus::ok : ExitStatus::nothing;
 }
 
 }  // namespace
 
 void addCheck(Command &program) {
-  auto options = std::make_shared<Options>();
-  Command &command = program.addCommand("check", "Tell whether the camera in a port may take a profile",
+  auto options = std::make_shared<AssignmentOptions>();
+  Command &command = program.addCommand("check", "Tell whether a camera may be given a profile, and if not, why",
                                         [options] { return check(*options); });
-  addPort(command, options->port);
-  addProfile(command, options->profile);
-  addJsonFlag(command, options->json);
+  addAssignmentOptions(command, *options);
 }
 
 }  // namespace usbdevctl

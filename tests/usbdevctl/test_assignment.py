@@ -1,0 +1,135 @@
+"""assign and check: a profile is not given to a camera that would not stream, or would stop another one."""
+
+from __future__ import annotations
+
+from conftest import Done, RunOnHost, run_all
+
+TWO_AT_ONE_ROOT_PORT = "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2"
+FIRST = 'channel 0  3-1.1  "USB 2.0 Camera: USB Camera"'
+SECOND = 'channel 1  3-1.2  "USB 2.0 Camera: HD USB Camera"'
+CONFLICTS = "usbdevctl channels --json"
+
+
+def parked(channels: Done) -> list[int | None]:
+    """Whom each of the first three channels waits behind."""
+    return [row["parked_behind"] for row in channels.json["channels"][:3]]
+
+
+def test_an_assignment_says_who_waits_now(on_host: RunOnHost) -> None:
+    _, text, again, json = run_all(
+        on_host,
+        TWO_AT_ONE_ROOT_PORT,
+        "usbdevctl assign 3-1.1 0",
+        "usbdevctl assign ch0 0",
+        "usbdevctl clear 0 >/dev/null; usbdevctl assign 3-1.1 0 --json",
+    )
+    assert text.out == f"bound to profile 0: {FIRST}  profile 0\nwaits behind it now: {SECOND}  no profile\n"
+    assert again.out == f"bound already to profile 0: {FIRST}  profile 0\n"
+    assert [json.json[key] for key in ("changed", "now_waiting", "channel", "profile")] == [True, [1], 0, 0]
+    assert [(done.err, done.status) for done in (text, again, json)] == 3 * [("", 0)]
+
+
+def test_a_camera_that_waits_gets_no_profile_and_stops_nobody(on_host: RunOnHost) -> None:
+    _, refused, check, channels = run_all(
+        on_host,
+        f"{TWO_AT_ONE_ROOT_PORT}; usbdevctl assign 3-1.1 0",
+        "usbdevctl assign 3-1.2 1",
+        "usbdevctl check 3-1.2 1 --json",
+        CONFLICTS,
+    )
+    why = (
+        f"{SECOND}  no profile: it waits behind {FIRST}  profile 0 (both are on root port 3-1); "
+        "with a profile, both would wait behind each other"
+    )
+    advice = (
+        "plug it into a port of another root port, or take the profile of channel 0 ('usbdevctl clear pf0') "
+        "or switch its port off ('usbdevctl slot off 3-1.1'); --anyway binds the profile all the same"
+    )
+    assert (refused.out, refused.err) == ("", f"usbdevctl: {why}\nusbdevctl: {advice}\n")
+    assert (refused.status, check.status) == (1, 3)
+    assert [check.json[key] for key in ("allowed", "reason", "other_channel", "collision", "why", "advice")] == [
+        False,
+        "waits",
+        0,
+        "root_port",
+        why,
+        advice,
+    ]
+    assert parked(channels) == [None, 0, None]
+
+
+def test_a_camera_that_waits_gets_its_profile_anyway(on_host: RunOnHost) -> None:
+    _, anyway, channels = run_all(
+        on_host,
+        f"{TWO_AT_ONE_ROOT_PORT}; usbdevctl assign 3-1.1 0",
+        "usbdevctl assign 3-1.2 1 --anyway",
+        CONFLICTS,
+    )
+    assert anyway.out == f"bound to profile 1: {SECOND}  profile 1\nwaits behind it now: {FIRST}  profile 0\n"
+    assert (anyway.err, anyway.status) == ("usbdevctl: it does not stream: it waits behind channel 0\n", 0)
+    assert parked(channels) == [1, 0, None]
+
+
+def test_what_the_advice_names_lets_the_camera_have_its_profile(on_host: RunOnHost) -> None:
+    for remedy in ("usbdevctl clear pf0", "usbdevctl slot off 3-1.1"):
+        _, assigned = run_all(
+            on_host, f"{TWO_AT_ONE_ROOT_PORT}; usbdevctl assign 3-1.1 0; {remedy}", "usbdevctl assign 3-1.2 1"
+        )
+        assert (assigned.err, assigned.status) == ("", 0), remedy
+
+
+def test_an_unsupported_camera_uses_no_profile_up(on_host: RunOnHost) -> None:
+    _, refused, free, anyway = run_all(
+        on_host,
+        "echo 'USB 2.0 Camera: USB Camera' >/etc/config/.usbnosupportlist.dat; sim plug usb2-camera 3-1",
+        "usbdevctl assign 3-1 0",
+        "usbdevctl free --json",
+        "usbdevctl assign 3-1 0 --anyway",
+    )
+    assert "it is not supported; the profile would be used up and show nothing" in refused.err
+    assert "'usbdevctl explain ch0' says why it is not" in refused.err
+    assert (refused.status, free.json["profiles"]) == (1, [0, 1, 2, 3])
+    assert (anyway.err, anyway.status) == ("usbdevctl: it does not stream: it is not supported\n", 0)
+
+
+def test_a_profile_for_the_camera_in_a_displaced_ones_port_is_not_lost(on_host: RunOnHost) -> None:
+    """The library would bind it to the channel of the displaced camera, and do nothing where that has the profile."""
+    _, other, same = run_all(
+        on_host,
+        "sim plug usb2-camera 3-1; usbdevctl assign 3-1 0; usbdevctl plug --type camera --node 0 --slot 3-1 --name B",
+        "usbdevctl assign 3-1 1 --anyway",
+        "usbdevctl assign 3-1 0 --anyway",
+    )
+    assert [done.status for done in (other, same)] == [1, 1]
+    for done in (other, same):
+        assert "its port is kept by a displaced camera, which the library would bind instead: channel 0" in done.err
+        assert "'usbdevctl forget ch0' frees the channel that keeps the port, its profile with it" in done.err
+
+
+def test_a_camera_that_is_away_is_told_apart_from_none(on_host: RunOnHost) -> None:
+    _, away, none = run_all(
+        on_host, "sim plug usb2-camera 3-1; sim unplug 3-1", "usbdevctl assign 3-1 0", "usbdevctl assign 9-9 0"
+    )
+    assert (away.out, away.status, none.status) == ("", 1, 3)
+    assert "it is not attached\nusbdevctl: attach the camera, or name another one\n" in away.err
+
+
+def test_a_camera_whose_port_is_off_is_bound_and_said_not_to_stream(on_host: RunOnHost) -> None:
+    _, assigned = run_all(on_host, "sim plug usb2-camera 3-1; usbdevctl slot off 3-1", "usbdevctl assign 3-1 0")
+    assert (assigned.err, assigned.status) == ("usbdevctl: it does not stream: its port is switched off\n", 0)
+
+
+def test_a_check_allows_what_is_harmless(on_host: RunOnHost) -> None:
+    _, allowed, _, bound, taken = run_all(
+        on_host,
+        "sim plug usb2-camera 3-1",
+        "usbdevctl check 3-1 0",
+        "usbdevctl assign 3-1 0",
+        "usbdevctl check 3-1 0",
+        "usbdevctl check 3-1 1",
+    )
+    camera = 'channel 0  3-1  "USB 2.0 Camera: USB Camera"'
+    assert (allowed.out, allowed.status) == (f"allowed: {camera}  no profile\n", 0)
+    assert (bound.out, bound.status) == (f"bound already: {camera}  profile 0\n", 0)
+    assert taken.out.startswith(f"refused: {camera}  profile 0: it has another profile\n")
+    assert taken.status == 3

@@ -1,0 +1,31 @@
+#include "commands/judgement.h"
+
+#include "commands/cameras.h"
+#include "commands/collisions.h"
+#include "commands/configuration.h"
+#include "output/output.h"
+
+namespace usbdevctl {
+
+void addAssignmentOptions(Command &command, AssignmentOptions &options) {
+  addCamera(command, options.camera);
+  addProfile(command, options.profile);
+  addJsonFlag(command, options.json);
+}
+
+ExitStatus judge(const AssignmentOptions &options, Judgement &judgement) {
+  const ExitStatus found = findCamera(options.camera.name(), judgement.camera);
+  if (found != ExitStatus::ok) return found;
+  if (!readChannels(judgement.rows)) return configurationUnreadable();
+  const int channel = judgement.camera.channel;
+  judgement.assignment =
+      judgeAssignment(judgement.rows, channel, options.profile, readCollisions(judgement.rows, channel));
+  return ExitStatus::ok;
+}
+
+void explainRefusal(const Judgement &judgement) {
+  complain(refusalText(judgement.assignment, judgement.rows));
+  complain(adviceText(judgement.assignment, judgement.rows));
+}
+
+}  // namespace usbdevctl
