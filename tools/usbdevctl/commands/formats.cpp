@@ -7,7 +7,9 @@
 #include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/shared_arguments.h"
+#include "commands/tool_output.h"
 #include "output/output.h"
+#include "parts/format_survey.h"
 
 namespace usbdevctl {
 
@@ -26,8 +28,28 @@ CameraFormats askCamera(int node) {
   return camera;
 }
 
-std::string asJson(int node, const CameraFormats &camera) {
-  return Json::document().set("node", node).set("over_60", camera.over_60).set("formats", formatsJson(camera)).text();
+/// Looks into the listing itself only where the library found nothing in it.
+FormatSurvey surveyUnlessFound(int node, const CameraFormats &camera) {
+  return camera.count == 0 ? surveyFormats(formatListing(node)) : FormatSurvey();
+}
+
+std::string asJson(int node, const CameraFormats &camera, const FormatSurvey &survey) {
+  Json listed = Json::array();
+  for (const std::string &code : survey.codes) listed.append(code);
+  return Json::document()
+      .set("node", node)
+      .set("over_60", camera.over_60)
+      .set("formats", formatsJson(camera))
+      .set("unread", std::move(listed))
+      .set("layout_read", survey.layout != FormatSurvey::Layout::newer)
+      .text();
+}
+
+void complainOfNoFormat(const std::string &device, const FormatSurvey &survey) {
+  const std::string layout = layoutText(survey);
+  complain(device +
+           " offers no format that can be used: " + (layout.empty() ? "v4l2-ctl lists " + codesText(survey) : layout));
+  if (!layout.empty()) complain(kLayoutAdvice);
 }
 
 ExitStatus formats(const Options &options) {
@@ -40,10 +62,11 @@ ExitStatus formats(const Options &options) {
     complain("the formats of " + device + " cannot be asked for");
     return ExitStatus::failure;
   }
-  print(options.json ? asJson(node, camera) : formatsText(camera, outputTakesColour()));
+  const FormatSurvey survey = surveyUnlessFound(node, camera);
+  print(options.json ? asJson(node, camera, survey) : formatsText(camera, outputTakesColour()));
   if (camera.over_60) complain("warning: " + device + " has rates above 60 frames per second; decoding may fail");
   if (camera.count > 0) return ExitStatus::ok;
-  complain(device + " offers no format that can be used");
+  complainOfNoFormat(device, survey);
   return ExitStatus::nothing;
 }
 

@@ -1,6 +1,5 @@
 #include "parts/assignment.h"
 
-#include "output/printable.h"
 #include "parts/camera.h"
 #include "parts/numbers.h"
 
@@ -49,21 +48,9 @@ Assignment judgeBinding(const ChannelRows &rows, int channel, int profile) {
   return row.profile ? because(Verdict::camera_taken, kNobody) : assignment;
 }
 
-std::string slotOffAdvice(const ChannelRow &row) {
-  return "switch its port off ('usbdevctl slot off " + printable(row.slot) + "')";
-}
-
-std::string elsewhereAdvice(Collision collision) {
-  if (collision == Collision::root_port) return "plug it into a port of another root port, or ";
-  return collision == Collision::controller ? "plug it into a port of another USB controller, or " : "";
-}
-
 std::string rivalAdvice(const Assignment &assignment, const ChannelRows &rows) {
-  const ChannelRow &other = rowOf(rows, assignment.other);
-  if (!streams(other)) return "'usbdevctl sync' works out anew which camera waits";
-  return elsewhereAdvice(assignment.collision) + "take the profile of channel " + std::to_string(assignment.other) +
-         " ('usbdevctl clear pf" + numberText(other.profile) + "') or " + slotOffAdvice(other) +
-         "; --anyway binds the profile all the same";
+  const std::string remedy = rivalRemedy(rows, assignment.other, assignment.collision);
+  return streams(rowOf(rows, assignment.other)) ? remedy + "; --anyway binds the profile all the same" : remedy;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "parts/collision.h"
 
 #include "output/printable.h"
+#include "parts/numbers.h"
 
 namespace usbdevctl {
 
@@ -49,6 +50,16 @@ int streamingRival(const ChannelRows &rows, int channel, const Collisions &colli
     if (streams(rows[other])) return static_cast<int>(other);
   }
   return -1;
+}
+
+std::string rivalRemedy(const ChannelRows &rows, int other, Collision collision) {
+  const ChannelRow &row = rows[static_cast<std::size_t>(other)];
+  if (!streams(row)) return "'usbdevctl sync' works out anew which camera waits";
+  const char *elsewhere = collision == Collision::root_port    ? "plug it into a port of another root port, or "
+                          : collision == Collision::controller ? "plug it into a port of another USB controller, or "
+                                                               : "";
+  return elsewhere + ("take the profile of channel " + std::to_string(other)) + " ('usbdevctl clear pf" +
+         numberText(row.profile) + "') or switch its port off ('usbdevctl slot off " + printable(row.slot) + "')";
 }
 
 ChannelRows afterAssignment(ChannelRows rows, int channel, int profile, const Collisions &collisions) {

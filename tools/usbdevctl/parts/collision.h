@@ -39,6 +39,9 @@ std::string streamLackText(const ChannelRow &row);
 /// The channel whose streaming camera the one of this channel collides with; -1 where there is none.
 int streamingRival(const ChannelRows &rows, int channel, const Collisions &collisions);
 
+/// How to get a camera that collides with the one of another channel to stream.
+std::string rivalRemedy(const ChannelRows &rows, int other, Collision collision);
+
 /// The channels as they are once this one has been given the profile: the cameras that collide with it wait behind it.
 ChannelRows afterAssignment(ChannelRows rows, int channel, int profile, const Collisions &collisions);
 

@@ -1,0 +1,85 @@
+"""explain, and what formats says of a listing that the library does not read."""
+
+from __future__ import annotations
+
+from conftest import RunOnHost, run_all
+
+LISTING = r"\t[0]: \047MJPG\047 (Motion-JPEG, compressed)\n\t\tSize: Discrete 640x480\n"
+NEWER_LAYOUT = (
+    "sim plug --hardware-only usb2-camera 3-1 >/dev/null; "
+    f"printf '{LISTING}' >/run/usbdev-sim/nodes/video0/formats"
+)
+UNREAD = (
+    "v4l2-ctl lists MJPG in a layout that the library does not read "
+    "([0]: 'MJPG' instead of Pixel Format: 'MJPG')"
+)
+PLUG = "usbdevctl plug --type camera --node 0 --slot 3-1 --name Cam"
+
+
+def test_a_listing_of_the_newer_layout_is_named_as_the_cause(on_host: RunOnHost) -> None:
+    _, text, json, _, explained = run_all(
+        on_host, NEWER_LAYOUT, "usbdevctl formats 0", "usbdevctl formats 0 --json", PLUG, "usbdevctl explain 3-1"
+    )
+    assert text.err == (
+        f"usbdevctl: /dev/video0 offers no format that can be used: {UNREAD}\n"
+        "usbdevctl: put the host's v4l2-ctl-front in its place, which translates what it prints\n"
+    )
+    assert (text.out, text.status) == ("", 3)
+    assert (json.json["formats"], json.json["unread"], json.json["layout_read"]) == ([], ["MJPG"], False)
+    assert f"  {UNREAD}\n" in explained.out
+
+
+def test_a_camera_without_a_usable_format_is_told_what_it_lists(on_host: RunOnHost) -> None:
+    _, formats, explained = run_all(
+        on_host, "sim plug infrared-camera 3-1", "usbdevctl formats 0", "usbdevctl explain ch0 --json"
+    )
+    assert formats.err == "usbdevctl: /dev/video0 offers no format that can be used: v4l2-ctl lists GREY\n"
+    assert explained.json["streams"] is False
+    assert [(reason["reason"], reason["why"]) for reason in explained.json["reasons"]] == [
+        ("unsupported", "it lists GREY, and the library uses MJPG and YUYV only")
+    ]
+
+
+def test_a_listed_camera_is_told_its_line(on_host: RunOnHost) -> None:
+    _, explained = run_all(
+        on_host,
+        "echo 'USB 2.0 Camera: USB Camera' >/etc/config/.usbnosupportlist.dat; sim plug usb2-camera 3-1",
+        "usbdevctl explain 3-1",
+    )
+    assert explained.out == (
+        'channel 0  3-1  "USB 2.0 Camera: USB Camera"  no profile\n'
+        "  its name is a line of /etc/config/.usbnosupportlist.dat: USB 2.0 Camera: USB Camera\n"
+        "    take the line out, then plug the camera in again\n"
+    )
+
+
+def test_a_camera_that_would_have_to_be_encoded_is_told_what_the_host_lacks(on_host: RunOnHost) -> None:
+    agent = "$(readcfg Halvane Install_Path -f /etc/config/bndl.conf)/camera_agent.sh"
+    for breakage, lack in (
+        ("sed -i '/Halvane/,$d' /etc/config/bndl.conf", "the codec package Halvane is not installed"),
+        ("sed -i 's/TRUE/FALSE/' /etc/config/bndl.conf", "the codec package Halvane is not enabled"),
+        (f"rm {agent}", "the codec package Halvane has no camera_agent.sh"),
+    ):
+        _, explained = run_all(on_host, f"{breakage}; sim plug console-camera 3-1", "usbdevctl explain 3-1")
+        assert f"  it lists YUYV and no MJPG, and the host may not encode it: {lack}\n" in explained.out, breakage
+
+
+def test_a_camera_that_waits_is_told_behind_which_one_and_why(on_host: RunOnHost) -> None:
+    plugged, controller = run_all(
+        on_host,
+        "sim plug usb2-camera 5-1; sim plug hd-usb-camera 5-2; usbdevctl assign 5-1 0",
+        "usbdevctl explain 5-2 --json",
+    )
+    assert plugged.status == 0
+    waits = controller.json["reasons"][0]
+    assert (waits["reason"], waits["other_channel"], waits["collision"]) == ("waits", 0, "controller")
+    assert "waits behind channel 0  5-1" in waits["why"]
+    assert "both are on one USB controller behind a PCI bridge" in waits["why"]
+
+
+def test_a_camera_that_streams_is_told_so(on_host: RunOnHost) -> None:
+    _, explained, none = run_all(
+        on_host, "sim plug usb2-camera 3-1; usbdevctl assign 3-1 1", "usbdevctl explain pf1", "usbdevctl explain 9-9"
+    )
+    assert explained.out.endswith("  profile 1\n  nothing keeps it from streaming\n")
+    assert (explained.status, none.status) == (0, 3)
