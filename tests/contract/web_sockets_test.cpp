@@ -103,7 +103,7 @@ TEST_F(AConnection, ClosedByItsPeerCannotBeWritten) {
 }
 
 TEST_F(AConnection, ThatIsNoneCannotBeRead) {
-  const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+  const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   char byte[2];
   OutputCapture output;
   EXPECT_EQ(socket_read(listener, byte, 1), -3);

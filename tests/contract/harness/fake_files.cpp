@@ -46,7 +46,7 @@ bool FakeFiles::isHostPath(const std::string &path) {
 }
 
 FILE *FakeFiles::open(const std::string &path, const std::string &mode) {
-  if (mode[0] != 'r') journal_.violation("file opened for writing: " + path);
+  if (mode != "re") journal_.violation("file opened with mode " + mode + " instead of re: " + path);
   bool readable = false;
   {
     std::lock_guard<std::mutex> guard(mutex_);

@@ -17,6 +17,7 @@ int socket(int domain, int type, int protocol) noexcept {
   static auto *const real = realFunction<int(int, int, int)>("socket");
   Host *host = Host::current();
   if (host == nullptr) return real(domain, type, protocol);
+  if ((type & SOCK_CLOEXEC) == 0) host->journal.violation("socket that child processes inherit");
   if (host->network.refusesSocket()) return -1;
   const int made = real(domain, type, protocol);
   host->network.opened(made);
