@@ -127,6 +127,19 @@ TEST_F(AnUpdate, CarriesNoSlotSwitchOverFromAChannelThatIsPassedOver) {
   EXPECT_EQ(key(2, "slot_switch"), "1");
 }
 
+TEST_F(AnUpdate, CarriesTheLastSwitchOverToAChannelWithAnyOtherThanZeroAndOne) {
+  for (const int odd : {2, -1, -2, 2147483647}) {
+    for (const int last : {0, 1}) {
+      channels[0].state = channels[1].state = channels[2].state = 1;
+      channels[0].slot_switch = last;
+      channels[1].slot_switch = channels[2].slot_switch = odd;
+      EXPECT_EQ(update(), 0);
+      EXPECT_EQ(key(1, "slot_switch"), std::to_string(last)) << odd;
+      EXPECT_EQ(key(2, "slot_switch"), std::to_string(last)) << odd;
+    }
+  }
+}
+
 TEST_F(AnUpdate, IsOnePassOverTheFile) {
   withCamera(2);
   update();

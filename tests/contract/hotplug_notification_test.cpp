@@ -62,9 +62,11 @@ TEST_F(ACameraOfAProfile, IsNotToldOfWhenTheHostEncodesIt) {
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
 }
 
-TEST_F(ACameraOfAProfile, IsNotToldOfWhenItsPortIsSwitchedOff) {
-  host.channel(3).slotSwitch(0);
-  plug();
+TEST_F(ACameraOfAProfile, IsNotToldOfUnlessItsPortIsSwitchedOn) {
+  for (const int slot_switch : {0, 2, -2}) {
+    host.channel(3).slotSwitch(slot_switch);
+    plug();
+  }
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
 }
 
