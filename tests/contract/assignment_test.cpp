@@ -3,6 +3,7 @@
 #include <string>
 
 #include "assignment_fixture.h"
+#include "time_zone.h"
 
 namespace contract {
 namespace {
@@ -37,6 +38,14 @@ TEST_F(AProfile, IsWrittenInOrderWithTheLocalTimeInTwoDigits) {
   assign("3-1.2", 2);
   EXPECT_THAT(host.config.writes(), ElementsAre("ch3/profile=2", "ch3/createtime=2024-03-05 07:08:09",
                                                 "ch3/vtag=00004711", std::string("ch3/hlspath=") + kHash));
+}
+
+TEST_F(AProfile, HasTheTimeOfItsHostsTimeZone) {
+  host.commands.allowInsideCriticalSection();
+  const TimeZone five_and_a_half_hours_ahead("XXX-5:30");
+  host.chance.now = 1709607600;  // 2024-03-05 03:00:00 in UTC
+  assign("3-1.2", 2);
+  EXPECT_EQ(host.channel(3).get("createtime"), "2024-03-05 08:30:00");
 }
 
 TEST_F(AProfile, IsLinkedToTheDirectoryOfItsNumberPlusOne) {
