@@ -127,6 +127,12 @@ TEST_F(ASlot, OfADeviceWithNothingStoredHasTheDefaults) {
   EXPECT_EQ(pictureText(info), "osd 1 flip 0 mirror 0 ldsp 0");
 }
 
+TEST_F(ASlot, HasItsCamerasTypeInAFieldThatWasClearedBefore) {
+  describe(channel());
+  readInfo("3-1.2");
+  EXPECT_EQ(std::string(info.fetype, sizeof info.fetype), "7" + std::string(15, '\0'));
+}
+
 TEST_F(ASlot, LeavesHeaderReservedWordsAndTagOfTheRecordAlone) {
   describe(channel());
   readInfo("3-1.2");

@@ -200,6 +200,18 @@ TEST_F(AShareLink, IsReadWhole) {
   EXPECT_STREQ(info.hash_string, "old");
 }
 
+TEST_F(AShareLink, IsReadIntoFieldsThatWereClearedBefore) {
+  stored("1", "2", "3");
+  host.channel(6).profileName("4");
+  EXPECT_EQ(vl_get_share_link(&info), 0);
+  const auto filled = [](const std::string &text, size_t size) { return text + std::string(size - text.size(), '\0'); };
+  EXPECT_EQ(std::string(info.ssid, sizeof info.ssid), filled("1", sizeof info.ssid));
+  EXPECT_EQ(std::string(info.hash_string, sizeof info.hash_string), filled("2", sizeof info.hash_string));
+  EXPECT_EQ(std::string(info.shrpwd, sizeof info.shrpwd), filled("3", sizeof info.shrpwd));
+  EXPECT_EQ(std::string(info.token, sizeof info.token), filled("old-token", sizeof info.token));
+  EXPECT_EQ(std::string(info.profilename, sizeof info.profilename), filled("4", sizeof info.profilename));
+}
+
 TEST_F(AShareLink, ThatIsNotStoredIsReadAsDisabled) {
   EXPECT_EQ(vl_get_share_link(&info), 0);
   EXPECT_EQ(info.shrenable, 0);
