@@ -84,6 +84,14 @@ TEST_F(TwoDevices, OnAHostOfOneChannelConflictWhateverTheirSlots) {
   EXPECT_EQ(conflict("", "3-2"), 1);
 }
 
+TEST_F(TwoDevices, OfWhichThisOneHasNoBridgePathConflictByTheirPortsOnly) {
+  host.camera(5, "3-1").behindBridge(kController);
+  std::string slot = "3-1";
+  EXPECT_EQ(chkconflict(slot.data(), "3-2", true, 5, nullptr), 0);
+  EXPECT_EQ(chkconflict(slot.data(), "3-1", true, 5, nullptr), 1) << "they share the root port";
+  EXPECT_THAT(host.journal.commands(), Not(Contains(classCommand(5))));
+}
+
 TEST_F(TwoDevices, OfWhichOneIsMissingDoNot) {
   std::string slot = "1-1";
   EXPECT_EQ(chkconflict(nullptr, "1-1", true, 5, kController), 0);
@@ -123,6 +131,12 @@ TEST_F(TwoTimes, MayBeOfAnyLength) {
   const std::string digits(100, '1');
   EXPECT_EQ(isElderPf((digits + " " + digits).c_str(), (digits + " " + digits).c_str()), 2);
   EXPECT_EQ(isElderPf(std::string(500, '1').c_str(), "2024-03-05 08:15:00"), 0);
+}
+
+TEST_F(TwoTimes, AreSplitWithinTheirFirst127Bytes) {
+  const std::string fits = std::string(126, '0') + " 08:15:00";
+  EXPECT_EQ(isElderPf("2024-03-05 08:15:00", fits.c_str()), 1);
+  EXPECT_EQ(isElderPf("2024-03-05 08:15:00", ("0" + fits).c_str()), 0);
 }
 
 TEST_F(TwoTimes, AreNotChanged) {

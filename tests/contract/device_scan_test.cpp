@@ -209,6 +209,27 @@ TEST_F(AScan, OfCardsNeedsNoListOfCamerasWithoutNewOnes) {
   EXPECT_EQ(card_count, 1);
 }
 
+TEST_F(AScan, OfCardsTakesANegativeCountOfNewCamerasForNone) {
+  card("3-1", 1, "USB Audio");
+  EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, cards, -1, nullptr), 0);
+  EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, cards, -2147483647 - 1, cameras), 0);
+  EXPECT_EQ(card_count, 2);
+}
+
+TEST_F(AScan, AddsNothingToAListOfANegativeCount) {
+  camera("3-1", 4, "Camera");
+  card("5-1", 1, "USB Audio");
+  for (const int count : {-1, -2147483647 - 1}) {
+    camera_count = card_count = count;
+    EXPECT_EQ(scanCameras(), 0);
+    EXPECT_EQ(scanCards(), 0);
+    EXPECT_EQ(camera_count, count);
+    EXPECT_EQ(card_count, count);
+  }
+  EXPECT_STREQ(cameras[0].usbslot, "");
+  EXPECT_STREQ(cards[0].usbslot, "");
+}
+
 TEST_F(AScan, OfCardsTakesTheFirstNameOfAPortThatMatches) {
   configured(2, "3-1", "Other").anode(1);
   configured(3, "3-1", "USB Audio").anode(1);
@@ -313,6 +334,7 @@ TEST_F(AScan, WithoutAPlaceForWhatItFindsFails) {
   EXPECT_EQ(get_conf_chinfo(channels, map, nullptr, cameras), -1);
   EXPECT_EQ(get_conf_chinfo(channels, map, &camera_count, nullptr), -1);
   EXPECT_EQ(get_conf_audioinfo(nullptr, map, &card_count, cards, 0, cameras), -1);
+  EXPECT_EQ(get_conf_audioinfo(channels, nullptr, &card_count, cards, 0, cameras), -1);
   EXPECT_EQ(get_conf_audioinfo(channels, map, nullptr, cards, 0, cameras), -1);
   EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, nullptr, 0, cameras), -1);
   EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, cards, 1, nullptr), -1);

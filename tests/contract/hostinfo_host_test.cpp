@@ -28,6 +28,18 @@ TEST_F(TheHostsWebPort, IsReadFromTheHostsSettings) {
   EXPECT_THAT(host.journal.lines(), ElementsAre(std::string("fopen ") + kHostFile, std::string("fclose ") + kHostFile));
 }
 
+TEST_F(TheHostsWebPort, BeyondTheRangeOfAnIntIsCutToIt) {
+  const std::pair<const char *, int> numbers[] = {
+      {"2147483646", 2147483646},       {"2147483647", 2147483647},
+      {"2147483648", 2147483647},       {"99999999999999999999999", 2147483647},
+      {"-2147483647", -2147483647},     {"-2147483648", -2147483647 - 1},
+      {"-2147483649", -2147483647 - 1}, {"-99999999999999999999999", -2147483647 - 1}};
+  for (const auto &[text, value] : numbers) {
+    EXPECT_EQ(portIn(std::string("Web Access Port = ") + text + "\n"), 0);
+    EXPECT_EQ(port, value) << text;
+  }
+}
+
 TEST_F(TheHostsWebPort, IsFoundInAnySectionBeforeTheNtpSection) {
   EXPECT_EQ(portIn("[A]\nb = c\n[D]\nWeb Access Port = \"81\"\nWeb Access Port = 82\n"), 0);
   EXPECT_EQ(port, 81);

@@ -86,6 +86,14 @@ TEST(TrimDateTime, TakesSixtyThreeCharacters) {
   }
 }
 
+TEST(TrimDateTime, CutsAfterSixtyThreeCharacters) {
+  for (const int length : {64, 65, 200}) {
+    std::string text(static_cast<size_t>(length), '7');
+    trimdatetime(text.data(), "-");
+    EXPECT_STREQ(text.c_str(), std::string(63, '7').c_str());
+  }
+}
+
 class ALineToSplit : public testing::Test {
  protected:
   int split(const std::string &text, const char *separator) {
@@ -139,6 +147,14 @@ TEST_F(ALineToSplit, MayBeSplitIntoItself) {
   EXPECT_EQ(get_two_params(own, "=", own, right), 1);
   EXPECT_STREQ(own, "key");
   EXPECT_STREQ(right, "value");
+}
+
+TEST_F(ALineToSplit, WritesNothingAfterTheEndsOfItsParts) {
+  memset(left, '#', sizeof left);
+  memset(right, '#', sizeof right);
+  split("key=value", "=");
+  EXPECT_EQ(std::string(left, 5), std::string("key\0#", 5));
+  EXPECT_EQ(std::string(right, 7), std::string("value\0#", 7));
 }
 
 TEST_F(ALineToSplit, WithAnythingMissingIsLeftAlone) {
@@ -238,6 +254,16 @@ TEST_F(ATextForJson, MayHaveACapacityOfOne) {
 TEST_F(ATextForJson, MayHaveACapacityOf1024) {
   EXPECT_EQ(escape(std::string(1023, 'a'), 1024), 1);
   EXPECT_EQ(result(), std::string(1023, 'a'));
+}
+
+TEST_F(ATextForJson, Of1024BytesWithoutAnEndFailsAtTheLargestCapacity) {
+  for (const char filler : {'a', '\\', '"'}) {
+    const std::string text = std::string(1024, filler) + "b";
+    EXPECT_EQ(escape(text, 1024), 0);
+    EXPECT_EQ(bytes(1024), std::string(1024, filler));
+    EXPECT_EQ(buffer[1024], 'b');
+  }
+  EXPECT_EQ(escape(std::string(1023, '\n') + "ab", 1024), 0);
 }
 
 TEST_F(ATextForJson, OfNothingButSpecialCharactersFillsTheLargestCapacity) {
