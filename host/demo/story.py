@@ -99,8 +99,8 @@ STORY = [
         ["sandbox reboot --move 5-1 1-1"],
         {0: {**PLUGGED, "profile": 0}, 2: {**PLUGGED, "profile": 1}, 3: {**PLUGGED, "slot": "1-1"}},
         manager=[
-            "profile 1 streams no more",
             "profile 0 streams no more",
+            "profile 1 streams no more",
             "profile 0 streams 640x480 at 30.00 from camera 3",
             "profile 1 streams 640x480 at 20.00 from camera 1",
         ],

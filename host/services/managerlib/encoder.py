@@ -29,5 +29,7 @@ def arguments(stream: Stream, playlist: Path) -> list[str]:
         *("-force_key_frames", f"expr:gte(t,n_forced*{SEGMENT_SECONDS})"),
         *("-f", "hls", "-hls_time", str(SEGMENT_SECONDS), "-hls_list_size", str(SEGMENTS_KEPT)),
         *("-hls_flags", "delete_segments+temp_file"),
+        # a stream that is started again goes on with higher numbers, so that no viewer takes its segments for old ones
+        *("-hls_start_number_source", "epoch"),
         *("-hls_segment_filename", str(playlist.with_name("%d.ts")), str(playlist)),
     ]

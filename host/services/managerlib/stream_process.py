@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import asyncio
+from collections.abc import Callable
 from pathlib import Path
 
 from managerlib import encoder
@@ -14,33 +15,48 @@ SECONDS_TO_END = 5
 
 class StreamProcess:
     def __init__(self, profile: int, stream: Stream) -> None:
-        self.stream = stream
+        self._stream = stream
         self._playlist = Path(DIRECTORY.format(profile + 1)) / "playlist.m3u8"
+        self._last_written: int | None = None
 
-    async def start(self) -> None:
+    async def start(self, at_end: Callable[[], None]) -> None:
+        """Calls `at_end` once the process has ended, whoever ended it."""
         self._playlist.parent.mkdir(parents=True, exist_ok=True)
         self._remove_files()  # of a stream whose manager was killed
         self._process = await asyncio.create_subprocess_exec(
-            encoder.name(self.stream), *encoder.arguments(self.stream, self._playlist), executable=encoder.PROGRAM
+            encoder.name(self._stream), *encoder.arguments(self._stream, self._playlist), executable=encoder.PROGRAM
         )
-
-    async def end(self) -> int:
-        """Waits until the process has ended by itself."""
-        return await self._process.wait()
+        self._end = asyncio.get_running_loop().create_task(self._process.wait())
+        self._end.add_done_callback(lambda _: at_end())
 
     @property
-    def runs(self) -> bool:
-        return self._process.returncode is None
+    def status(self) -> int | None:
+        """What the process ended with, if it has ended."""
+        return self._process.returncode
+
+    def has_grown(self) -> bool:
+        """Whether the playlist has been written since the last call."""
+        before, self._last_written = self._last_written, self._written()
+        return self._last_written not in (None, before)
 
     async def stop(self) -> None:
-        if self.runs:
+        if self.status is None:
             self._process.terminate()
-            try:
-                await asyncio.wait_for(self._process.wait(), SECONDS_TO_END)
-            except asyncio.TimeoutError:
-                self._process.kill()
-                await self._process.wait()
+            await asyncio.wait((self._end,), timeout=SECONDS_TO_END)
+        await self.kill()
+
+    async def kill(self) -> None:
+        """Ends also a process that does not react any more."""
+        if self.status is None:
+            self._process.kill()
+            await self._end
         self._remove_files()
+
+    def _written(self) -> int | None:
+        try:
+            return self._playlist.stat().st_mtime_ns
+        except FileNotFoundError:
+            return None
 
     def _remove_files(self) -> None:
         """What is not there any more is not live any more. The playlist goes first: it names the others."""

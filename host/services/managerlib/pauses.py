@@ -1,0 +1,23 @@
+"""How long to wait before an encoder that failed is started again."""
+
+from __future__ import annotations
+
+SHORTEST_SECONDS = 1
+LONGEST_SECONDS = 60
+# An encoder that ran for so long ran well: what ended it is not what ended the one before.
+WELL_SECONDS = 60
+
+
+class Pauses:
+    """They double from failure to failure."""
+
+    def __init__(self) -> None:
+        self._next = SHORTEST_SECONDS
+
+    def after(self, ran_seconds: float) -> int:
+        """The pause after the failure of an encoder that ran for so long."""
+        if ran_seconds >= WELL_SECONDS:
+            self._next = SHORTEST_SECONDS
+        pause = self._next
+        self._next = min(2 * pause, LONGEST_SECONDS)
+        return pause

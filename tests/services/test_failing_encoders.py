@@ -1,0 +1,112 @@
+"""Encoders that end or stand still: what the manager says, and when it starts them again."""
+
+from __future__ import annotations
+
+import asyncio
+from pathlib import Path
+
+import pytest
+from conftest import RunOnHost
+from managerlib import encoder, stream_process
+from managerlib.kept_stream import NEVER, KeptStream
+from managerlib.library import Stream
+from managerlib.pauses import WELL_SECONDS, Pauses
+from streaming_camera import AVAILABLE, LOG, SHELL, SMALL
+
+FAILURES = f"grep -o 'the encoder of profile 1 .*\\|the playlist of profile 1 .*' {LOG}\n"
+# An encoder that cannot make a stream takes the place of the one that can.
+BREAK_ENCODER = "ln -sf /usr/host-bin/false /usr/bin/ffmpeg; kill -9 $(encoder)\n"
+
+
+def test_an_encoder_that_is_killed_is_started_again(with_services: RunOnHost) -> None:
+    done = with_services(
+        SHELL + SMALL + "live; kill -9 $(encoder); said 'streams 160' 2; live; available; encoder | wc -l\n" + FAILURES
+    )
+    assert (done.stdout.splitlines(), done.stderr) == (
+        [AVAILABLE(1), "1", "the encoder of profile 1 has ended with -9; the next start is in 1 s"],
+        "",
+    )
+
+
+def test_an_encoder_that_stands_still_is_replaced(with_services: RunOnHost) -> None:
+    done = with_services(
+        SHELL + SMALL + "live; old=$(encoder); kill -STOP $old; said 'streams 160' 2; live; available\n"
+        "[ -d /proc/$old ] || echo gone\n" + FAILURES
+    )  # fmt: skip
+    assert (done.stdout.splitlines(), done.stderr) == (
+        [AVAILABLE(1), "gone", "the playlist of profile 1 has not grown for 10 s; the next start is in 1 s"],
+        "",
+    )
+
+
+def pauses_said(log: str) -> list[int]:
+    return [int(line.split()[-2]) for line in log.splitlines() if "next start" in line]
+
+
+def test_an_encoder_that_always_fails_is_tried_less_and_less(with_services: RunOnHost) -> None:
+    done = with_services(
+        SHELL + SMALL + "said 'streams 160' 1\n" + BREAK_ENCODER + "said 'next start is in 4 s' 1; available\n" + FAILURES
+    )
+    available, log = done.stdout.split("\n", 1)
+    assert (available, pauses_said(log), done.stderr) == (AVAILABLE(0), [1, 2, 4], "")
+
+
+def test_other_settings_end_the_pause_and_begin_with_a_short_one_again(with_services: RunOnHost) -> None:
+    done = with_services(
+        SHELL + SMALL + "said 'streams 160' 1\n" + BREAK_ENCODER + "said 'next start is in 4 s' 1\n"
+        f"store framerate=10; said 'at 10.00' 1; said 'next start is in 1 s' 2; sed 1,/at.10.00/d {LOG}\n"
+    )  # fmt: skip
+    assert (pauses_said(done.stdout)[0], done.stderr) == (1, "")
+
+
+def test_settings_stored_as_they_are_do_not_shorten_the_pause(with_services: RunOnHost) -> None:
+    done = with_services(
+        SHELL + SMALL + "said 'streams 160' 1\n" + BREAK_ENCODER + "said 'next start is in 2 s' 1\n"
+        "store; said '^event' 2; said 'next start is in 4 s' 1\n" + FAILURES
+    )  # fmt: skip
+    assert (pauses_said(done.stdout), done.stderr) == ([1, 2, 4], "")
+
+
+def test_an_encoder_that_is_missing_is_told_and_waited_for(with_services: RunOnHost) -> None:
+    done = with_services(
+        "rm /usr/bin/ffmpeg\n" + SHELL + SMALL + "said 'cannot be started' 1\n"
+        "ln -s /usr/host-bin/ffmpeg /usr/bin/ffmpeg; said 'streams 160' 1; live; available"
+    )  # fmt: skip
+    assert (done.stdout.splitlines(), done.stderr) == ([AVAILABLE(1)], "")
+
+
+class Library:
+    """The part of the library that a kept stream uses."""
+
+    def tell_available(self, profile: int, available: bool) -> None: ...
+
+
+def test_a_stream_that_is_not_wanted_any_more_is_not_tried_again(
+    tmp_path: Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    monkeypatch.setattr(encoder, "PROGRAM", str(tmp_path / "no-such-encoder"))
+    monkeypatch.setattr(stream_process, "DIRECTORY", str(tmp_path / "channel{}"))
+
+    async def fail_and_be_given_up() -> tuple[float, float]:
+        stream = KeptStream(0, Library(), lambda: None)
+        await stream.want(Stream(0, True, 160, 120, 15))
+        await stream.look()
+        tried_again = stream.due
+        await stream.want(None)
+        return tried_again, stream.due
+
+    tried_again, given_up = asyncio.run(fail_and_be_given_up())
+    assert tried_again < given_up == NEVER
+
+
+class TestThePauses:
+    def test_double_up_to_a_minute(self) -> None:
+        pauses = Pauses()
+        assert [pauses.after(0) for _ in range(8)] == [1, 2, 4, 8, 16, 32, 60, 60]
+
+    @pytest.mark.parametrize(("ran", "pause"), [(WELL_SECONDS - 1, 4), (WELL_SECONDS, 1), (WELL_SECONDS + 1, 1)])
+    def test_begin_anew_after_an_encoder_that_ran_well(self, ran: float, pause: int) -> None:
+        pauses = Pauses()
+        pauses.after(0)
+        pauses.after(0)
+        assert pauses.after(ran) == pause
