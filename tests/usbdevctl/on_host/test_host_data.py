@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import os
 import subprocess
 from collections.abc import Iterator
 from pathlib import Path
@@ -17,7 +18,7 @@ def stream(profile: str) -> Iterator[None]:
     """A source process and a playlist of the profile."""
     playlist = APPLICATION / "web/hls/channel3/playlist.m3u8"
     playlist.parent.mkdir(parents=True, exist_ok=True)
-    playlist.touch()
+    playlist.write_text("#EXTM3U\n#EXT-X-TARGETDURATION:1000\n")
     with subprocess.Popen(["v4l2_read 0", "60"], executable="/usr/bin/sleep") as source:
         yield
         source.terminate()
@@ -32,10 +33,20 @@ def test_the_state_of_a_stream_is_shown() -> None:
         "camera": "0c45:6366",
         "source": "v4l2_read",
         "playlist": True,
+        "playlist_grows": True,
         "live_view": True,
         "code": None,
         "reason": None,
     }
+
+
+@pytest.mark.usefixtures("stream")
+def test_a_playlist_that_has_stopped_growing_is_told_from_a_live_one() -> None:
+    assert usbdevctl("status").stdout.splitlines()[3].split()[4] == "yes"
+    os.utime(APPLICATION / "hls/channel3/playlist.m3u8", (0, 0))
+    assert usbdevctl("status").stdout.splitlines()[3].split()[4] == "stopped"
+    stream = document("status")["streams"][2]
+    assert (stream["playlist"], stream["playlist_grows"]) == (True, False)
 
 
 def test_a_profile_without_a_camera_has_no_state() -> None:
@@ -46,6 +57,7 @@ def test_a_profile_without_a_camera_has_no_state() -> None:
             "camera": None,
             "source": None,
             "playlist": False,
+            "playlist_grows": None,
             "live_view": None,
             "code": None,
             "reason": None,

@@ -2,6 +2,7 @@
 #include <usbdev/web.h>
 
 #include <array>
+#include <ctime>
 #include <memory>
 
 #include "commands/absent.h"
@@ -12,6 +13,7 @@
 #include "output/fields.h"
 #include "output/output.h"
 #include "output/printable.h"
+#include "parts/playlist.h"
 
 namespace usbdevctl {
 
@@ -52,8 +54,8 @@ Fields describe(int profile, const _usbdev_entry &entry) {
   fields.add(numberField("profile", profile))
       .add(headed("name", textField("profile_name", fieldText(entry.profilename))))
       .add(absentIfEmpty(textField("camera", cameraOf(profile))))
-      .add(absentIfEmpty(wordField("source", sourceOf(info.vnode))))
-      .add(answerField("playlist", hasPlaylist(profile)));
+      .add(absentIfEmpty(wordField("source", sourceOf(info.vnode))));
+  addPlaylist(fields, hasPlaylist(profile), playlistGrows(playlistOf(profile), std::time(nullptr)));
   addView(fields, "live view", "live_view", bound ? std::optional(viewCodeOf(profile)) : std::nullopt);
   return fields;
 }
