@@ -57,7 +57,7 @@ def test_a_signal_is_shown_byte_by_byte() -> None:
 
 def test_the_manager_prints_what_the_library_sends(with_services: RunOnHost) -> None:
     done = with_services(
-        "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 1; usbdevctl clear 1 >/dev/null\n"
+        "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 1 >/dev/null; usbdevctl clear 1 >/dev/null\n"
         f"until_true grep -q event {MANAGER_LOG}; grep event {MANAGER_LOG}"
     )
     (line,) = done.stdout.splitlines()
