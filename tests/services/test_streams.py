@@ -33,7 +33,7 @@ def test_a_slot_that_is_switched_on_streams_again_until_the_profile_is_cleared(w
 
 def test_a_stream_is_back_after_a_reboot_from_the_node_that_its_camera_has_then(with_services: RunOnHost) -> None:
     done = with_services(
-        SHELL + SMALL + "said 'streams 160' 1; sandbox reboot --plug hd-usb-camera 1-1 2>/dev/null\n"
+        SHELL + SMALL + "said 'streams 160' 1; sandbox reboot --plug hd-usb-camera 1-1 >/dev/null 2>&1\n"
         f"said 'streams 160' 2; live; grep '^profile' {LOG}"
     )  # fmt: skip
     streams, no_more = "profile 1 streams 160x120 at 15.00 from camera {}".format, "profile 1 streams no more"

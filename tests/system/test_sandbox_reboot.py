@@ -17,7 +17,7 @@ def test_the_library_starts_up_once_the_hardware_is_there(sandbox):
 
 def test_a_profile_follows_its_camera_to_another_node(sandbox):
     result = sandbox(
-        "sim plug pc-camera 3-1 >/dev/null; usbdevctl assign 3-1 0; sandbox reboot --plug pc-camera 1-1 2>/dev/null;"
+        "sim plug pc-camera 3-1 >/dev/null; usbdevctl assign 3-1 0 >/dev/null; sandbox reboot --plug pc-camera 1-1 >/dev/null 2>&1;"
         " usbdevctl channels | sed -n 2,3p"
     )
     channels = [line.split()[:1] + line.split()[2:8] for line in result.stdout.splitlines()]
@@ -30,9 +30,9 @@ def test_a_profile_follows_its_camera_to_another_node(sandbox):
 def test_a_live_view_link_leads_to_the_stream_before_and_after_a_reboot(sandbox):
     result = sandbox(
         "cd /mnt/ext/opt/apps/Velmora2; echo a picture > hls/channel3/playlist.m3u8\n"
-        "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 2\n"
+        "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 2 >/dev/null\n"
         "link=$(find . -maxdepth 1 -type l); cat $link/playlist.m3u8\n"
-        "rm $link; sandbox reboot 2>/dev/null; cat $link/playlist.m3u8"
+        "rm $link; sandbox reboot >/dev/null 2>&1; cat $link/playlist.m3u8"
     )
     assert result.stdout == "a picture\n" * 2
 
@@ -40,7 +40,7 @@ def test_a_live_view_link_leads_to_the_stream_before_and_after_a_reboot(sandbox)
 def test_changes_are_made_in_the_order_given(sandbox):
     result = sandbox(
         "sim plug pc-camera 1-1 --hardware-only\n"
-        "sandbox reboot --move 1-1 1-2 --plug 8mp-camera 1-1 --swap 1-1 1-2 --unplug 1-2 2>/dev/null; sim status"
+        "sandbox reboot --move 1-1 1-2 --plug 8mp-camera 1-1 --swap 1-1 1-2 --unplug 1-2 >/dev/null 2>&1; sim status"
     )
     assert result.stdout.split() == ["1-1", "pc-camera", "video0", "video1"]
 

@@ -20,7 +20,6 @@ using usbdevctl::capabilitiesText;
 using usbdevctl::deviceFields;
 using usbdevctl::Slot;
 using usbdevctl::slotFields;
-using usbdevctl::switchedFields;
 
 _usbdev_entry someDevice() {
   _usbdev_entry entry = {};
@@ -114,15 +113,6 @@ TEST(ASlot, WithoutPictureAndProfileSaysSo) {
             R"({"schema":1,"slot":"3-1","channel":4,"device":"Cam","slot_switch":true,"stream":"audio",)"
             R"("codecs":[],"profile":null})"
             "\n");
-}
-
-TEST(ASwitchedSlot, SaysWhichCameraItWaitsFor) {
-  Slot slot = someSlot();
-  slot.device.conflictch = 0;
-  EXPECT_EQ(switchedFields(slot).text(false),
-            "port           3-1\n"
-            "switch         on\n"
-            "parked behind  0\n");
 }
 
 TEST(Capabilities, AreTheStoredCodecsAndTheCamerasFormats) {

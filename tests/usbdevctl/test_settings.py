@@ -156,9 +156,18 @@ def test_a_slot_is_switched_off_and_on_again(on_host: RunOnHost) -> None:
         "usbdevctl slot on 3-1",
         "usbdevctl log --lines 2 --json",
     )
-    assert off.json == {"schema": 1, "slot": "3-1", "slot_switch": False, "parked_behind": None}
+    assert off.json == {
+        "schema": 1,
+        "slot_switch": False,
+        "parked_behind": None,
+        "channel": 0,
+        "slot": "3-1",
+        "device": "USB 2.0 Camera: USB Camera",
+        "profile": 0,
+        "profile_name": "",
+    }
     assert listed.json["slots"][0]["slot_switch"] is False
-    assert on.out == "port           3-1\nswitch         on\nparked behind  none\n"
+    assert on.out == 'switched on: channel 0  3-1  "USB 2.0 Camera: USB Camera"  profile 0\n'
     assert [event["text"] for event in log.json["events"]] == [
         "USB slot [3-1] has been disabled.",
         "USB slot [3-1] has been enabled.",
@@ -170,9 +179,11 @@ def test_a_slot_that_is_switched_on_waits_behind_a_camera_that_streams(on_host: 
         on_host,
         "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2; usbdevctl assign 3-1.1 0",
         "usbdevctl slot off 3-1.2",
+        "usbdevctl slot on 3-1.2",
         "usbdevctl slot on 3-1.2 --json",
     )
-    assert results[2].json["parked_behind"] == 0
+    assert results[2].out.startswith("switched on, waits behind channel 0: channel 1  3-1.2  ")
+    assert results[3].json["parked_behind"] == 0
 
 
 def test_slots_without_a_device_are_told_apart(on_host: RunOnHost) -> None:
@@ -180,7 +191,7 @@ def test_slots_without_a_device_are_told_apart(on_host: RunOnHost) -> None:
     assert (listed.json, listed.status) == ({"schema": 1, "slots": []}, 3)
     assert listed.err == "usbdevctl: no USB port has a device\n"
     assert [(done.out, done.err, done.status) for done in (on, off)] == 2 * [
-        ("", "usbdevctl: no device is in port 9-9\n", 3)
+        ("", "usbdevctl: port 9-9 has no camera; no channel has a camera\n", 3)
     ]
 
 

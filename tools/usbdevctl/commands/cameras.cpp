@@ -76,6 +76,13 @@ ExitStatus findCamera(const CameraName &name, Camera &camera) {
   return ExitStatus::failure;
 }
 
+ExitStatus readAgain(Camera &camera) {
+  ChannelRows rows;
+  if (!readChannels(rows)) return configurationUnreadable();
+  camera.row = rows[static_cast<std::size_t>(camera.channel)];
+  return ExitStatus::ok;
+}
+
 ExitStatus findProfile(const CameraName &name, int &profile) {
   profile = name.number;
   if (name.by == By::profile) return ExitStatus::ok;
@@ -107,12 +114,16 @@ ExitStatus findVideoNode(const CameraName &name, int &node) {
   return ExitStatus::ok;
 }
 
+ExitStatus notStoredFor(const Camera &camera) {
+  complain("it could not be stored: " + cameraText(camera));
+  return ExitStatus::failure;
+}
+
 ExitStatus refusedFor(int profile) {
   Camera camera;
   const CameraName name = {By::profile, profile, ""};
-  const ExitStatus found = findCamera(name, camera);
-  if (found == ExitStatus::ok) complain("it could not be stored for " + cameraText(camera));
-  return ExitStatus::failure;
+  const bool found = findCamera(name, camera) == ExitStatus::ok;
+  return found ? notStoredFor(camera) : ExitStatus::failure;
 }
 
 }  // namespace usbdevctl

@@ -5,28 +5,43 @@
 #include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/shared_arguments.h"
+#include "output/output.h"
 
 namespace usbdevctl {
 
 namespace {
 
+struct Options {
+  CameraArgument camera{CameraName::By::profile};
+  bool json = false;
+};
+
 // The event code that the application sends when a user unbinds a profile.
 constexpr int kEventCleared = 4;
 
-ExitStatus clear(const CameraName &camera) {
+ExitStatus clear(const Options &options) {
   int profile = 0;
-  const ExitStatus found = findProfile(camera, profile);
+  const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
-  return vl_clear_usbchn_profile(profile, nullptr, kEventCleared) == 0 ? ExitStatus::ok : refusedFor(profile);
+  Camera camera;
+  if (findCamera({CameraName::By::profile, profile, ""}, camera) != ExitStatus::ok) return ExitStatus::failure;
+  if (vl_clear_usbchn_profile(profile, nullptr, kEventCleared) != 0) return refusedFor(profile);
+  const ExitStatus read_again = readAgain(camera);
+  if (read_again != ExitStatus::ok) return read_again;
+  if (camera.row.profile == profile) return notStoredFor(camera);
+  const Fields members = Fields().add(forPrograms("cleared", profile));
+  print(changeOutput("profile " + std::to_string(profile) + " cleared", members, camera, options.json));
+  return ExitStatus::ok;
 }
 
 }  // namespace
 
 void addClear(Command &program) {
-  auto camera = std::make_shared<CameraArgument>(CameraName::By::profile);
+  auto options = std::make_shared<Options>();
   Command &command =
-      program.addCommand("clear", "Unbind a profile and remove its links", [camera] { return clear(camera->name()); });
-  addCamera(command, *camera);
+      program.addCommand("clear", "Unbind a profile and remove its links", [options] { return clear(*options); });
+  addCamera(command, options->camera);
+  addJsonFlag(command, options->json);
 }
 
 }  // namespace usbdevctl

@@ -2,8 +2,12 @@
 
 #include <usbdev/hotplug.h>
 
+#include "commands/cameras.h"
 #include "commands/configuration.h"
 #include "commands/shared_arguments.h"
+#include "output/output.h"
+#include "parts/device_channel.h"
+#include "parts/hotplug_lock.h"
 
 namespace usbdevctl {
 
@@ -27,6 +31,18 @@ _usbdev_des descriptorOf(const DeviceOptions &device, bool plugged) {
   return descriptor;
 }
 
+/// The library's answer is the same for a device without a channel and for a channel that it could not store.
+ExitStatus explainNoChannel(const _usbdev_des &device) {
+  ChannelRows rows;
+  if (!readChannels(rows)) return configurationUnreadable();
+  if (hasChannel(rows, device)) {
+    complain("the channel of this device could not be stored");
+    return ExitStatus::failure;
+  }
+  complain(device.plugged != 0 ? "no channel takes this device" : "no channel has a device at this port");
+  return ExitStatus::nothing;
+}
+
 }  // namespace
 
 void addDeviceOptions(Command &command, DeviceOptions &device, bool plugged) {
@@ -37,16 +53,16 @@ void addDeviceOptions(Command &command, DeviceOptions &device, bool plugged) {
   addJsonFlag(command, device.json);
 }
 
-HotplugOutcome runHotplug(const DeviceOptions &device, bool plugged) {
+ExitStatus runHotplug(const DeviceOptions &device, bool plugged, HotplugOutcome &outcome) {
+  const HotplugLock lock(kHotplugLockFile);
+  if (!lock.error().empty()) {
+    complain(lock.error());
+    return ExitStatus::failure;
+  }
   _usbdev_des descriptor = descriptorOf(device, plugged);
-  HotplugOutcome outcome;
   outcome.channel =
       mn_set_usbdev_hotplug(&descriptor, &outcome.profile, outcome.device, &outcome.video_node, &outcome.conflict);
-  return outcome;
-}
-
-ExitStatus judgeHotplug(const HotplugOutcome &outcome, const std::string &explanation) {
-  return outcome.channel >= 0 ? ExitStatus::ok : nothingApplies(explanation);
+  return outcome.channel >= 0 ? ExitStatus::ok : explainNoChannel(descriptor);
 }
 
 }  // namespace usbdevctl

@@ -19,9 +19,8 @@ struct DeviceOptions {
 /// The options that plug and unplug share; node and name matter for a plug-in only, which needs them.
 void addDeviceOptions(Command &command, DeviceOptions &device, bool plugged);
 
-HotplugOutcome runHotplug(const DeviceOptions &device, bool plugged);
-
-/// What the outcome means for the exit status; a device without a channel is explained on standard error.
-ExitStatus judgeHotplug(const HotplugOutcome &outcome, const std::string &explanation);
+/// Passes the device to the library, one at a time over the whole host. A device without a channel is explained on
+/// standard error.
+ExitStatus runHotplug(const DeviceOptions &device, bool plugged, HotplugOutcome &outcome);
 
 }  // namespace usbdevctl

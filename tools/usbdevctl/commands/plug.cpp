@@ -9,9 +9,10 @@ namespace usbdevctl {
 namespace {
 
 ExitStatus plug(const DeviceOptions &device) {
-  const HotplugOutcome outcome = runHotplug(device, true);
-  print(recordOutput(plugReport(outcome), device.json));
-  return judgeHotplug(outcome, "no channel takes this device");
+  HotplugOutcome outcome;
+  const ExitStatus status = runHotplug(device, true, outcome);
+  if (status != ExitStatus::failure) print(recordOutput(plugReport(outcome), device.json));
+  return status;
 }
 
 }  // namespace

@@ -5,23 +5,35 @@
 #include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/shared_arguments.h"
+#include "output/output.h"
+#include "output/printable.h"
 
 namespace usbdevctl {
 
 namespace {
 
+constexpr std::size_t kLongestName = sizeof(_usbdev_entry::profilename) - 1;
+
 struct Options {
   CameraArgument camera{CameraName::By::profile};
   std::string name;
+  bool json = false;
 };
 
 ExitStatus rename(const Options &options) {
-  constexpr int kLogChangesOnly = 0;
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
-  return vl_set_profile_channelname(profile, options.name.c_str(), kLogChangesOnly) == 0 ? ExitStatus::ok
-                                                                                         : refusedFor(profile);
+  constexpr int kLogChangesOnly = 0;
+  if (vl_set_profile_channelname(profile, options.name.c_str(), kLogChangesOnly) != 0) return refusedFor(profile);
+  Camera camera;
+  const ExitStatus read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
+  if (read_again != ExitStatus::ok) return read_again;
+  const std::string &name = camera.row.profile_name;
+  if (name != options.name.substr(0, kLongestName)) return notStoredFor(camera);
+  print(changeOutput("profile " + std::to_string(profile) + " renamed to \"" + printable(name) + '"', {}, camera,
+                     options.json));
+  return ExitStatus::ok;
 }
 
 }  // namespace
@@ -32,6 +44,7 @@ void addRename(Command &program) {
       program.addCommand("rename", "Give a profile a display name", [options] { return rename(*options); });
   addCamera(command, options->camera);
   command.add("name", &options->name, "Name, cut at 255 bytes");
+  addJsonFlag(command, options->json);
 }
 
 }  // namespace usbdevctl

@@ -5,7 +5,6 @@
 #include "commands/absent.h"
 #include "commands/cameras.h"
 #include "commands/commands.h"
-#include "commands/configuration.h"
 #include "commands/password.h"
 #include "commands/share_check.h"
 #include "commands/shared_arguments.h"
@@ -73,9 +72,16 @@ ExitStatus on(int profile, const Options &options) {
 }
 
 // The password goes with the link, so that whoever shares the profile again chooses anew.
-ExitStatus off(int profile, const Options &) {
+ExitStatus off(int profile, const Options &options) {
   ShareLinkInfo link = linkOf(profile);
-  return vl_set_share_link(&link) == 0 ? ExitStatus::ok : refusedFor(profile);
+  if (vl_set_share_link(&link) != 0) return refusedFor(profile);
+  Camera camera;
+  const ExitStatus read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
+  if (read_again != ExitStatus::ok) return read_again;
+  if (vl_get_share_link(&link) != 0 || link.shrenable != 0) return notStoredFor(camera);
+  print(changeOutput("sharing of profile " + std::to_string(profile) + " ended",
+                     Fields().add(forPrograms("sharing", false)), camera, options.json));
+  return ExitStatus::ok;
 }
 
 ExitStatus renew(int profile, const Options &options) {
@@ -99,7 +105,7 @@ void addOperation(Command &share, const char *name, const char *description, Ope
     command.add("--password-stdin", &options->password,
                 "Protect the link by a password, asked for at a terminal or else read from standard input");
   }
-  if (operation != off) addJsonFlag(command, options->json);
+  addJsonFlag(command, options->json);
 }
 
 }  // namespace

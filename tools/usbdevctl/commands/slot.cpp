@@ -59,17 +59,33 @@ ExitStatus list(bool json) {
   return ExitStatus::nothing;
 }
 
+ExitStatus explainRefusal(Camera &camera) {
+  const ExitStatus read_again = readAgain(camera);
+  if (read_again != ExitStatus::ok) return read_again;
+  if (isAttached(camera)) return notStoredFor(camera);
+  complain("nothing is attached to switch: " + cameraText(camera));
+  return ExitStatus::nothing;
+}
+
+std::string switchedText(const ChannelRow &row) {
+  const std::string text = row.slot_switch == true ? "switched on" : "switched off";
+  return row.parked_behind ? text + ", waits behind channel " + std::to_string(*row.parked_behind) : text;
+}
+
 ExitStatus switchSlot(const Options &options, bool on) {
-  std::string port;
-  const ExitStatus found = findPort(options.camera.name(), port);
+  Camera camera;
+  const ExitStatus found = findCamera(options.camera.name(), camera);
   if (found != ExitStatus::ok) return found;
-  if (vl_set_usbslot_switch(port.c_str(), on ? "enable" : "disable", nullptr) != 0) {
-    return nothingApplies("no device is in port " + printable(port));
+  if (vl_set_usbslot_switch(camera.row.slot.c_str(), on ? "enable" : "disable", nullptr) != 0) {
+    return explainRefusal(camera);
   }
-  Devices devices = {};
-  Slot slot;
-  if (vl_get_devpf_list(devices.data()) != 0 || !readSlot(port, devices, slot)) return configurationUnreadable();
-  print(recordOutput(switchedFields(slot), options.json));
+  const ExitStatus read_again = readAgain(camera);
+  if (read_again != ExitStatus::ok) return read_again;
+  const ChannelRow &row = camera.row;
+  if (row.slot_switch != on) return notStoredFor(camera);
+  const Fields members =
+      Fields().add(forPrograms("slot_switch", row.slot_switch)).add(forPrograms("parked_behind", row.parked_behind));
+  print(changeOutput(switchedText(row), members, camera, options.json));
   return ExitStatus::ok;
 }
 

@@ -73,17 +73,27 @@ ExitStatus misused(const std::string &reason) {
   return ExitStatus::usage;
 }
 
-ExitStatus add(const CameraName &camera) {
+ExitStatus add(const Options &options) {
   int profile = 0;
-  const ExitStatus found = findProfile(camera, profile);
+  const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
-  return vl_add_shm_timeout_log(profile) == 0 ? ExitStatus::ok : failed();
+  const Segment segment;
+  if (!segment || vl_add_shm_timeout_log(profile) != 0) return failed();
+  const Counters counters = segment.read();
+  const auto count = counters[static_cast<std::size_t>(profile)];
+  const std::string line =
+      "time-out of profile " + std::to_string(profile) + " counted: " + std::to_string(count) + " now\n";
+  const Fields members = describe(counters)[static_cast<std::size_t>(profile)];
+  print(options.json ? recordOutput(members, true) : line);
+  return ExitStatus::ok;
 }
 
-ExitStatus reset() {
+ExitStatus reset(bool as_json) {
   const Segment segment;
   if (!segment) return failed();
   segment.reset();
+  print(as_json ? listOutput("counters", describe(segment.read()), true)
+                : "time-out counters of all profiles set to 0\n");
   return ExitStatus::ok;
 }
 
@@ -98,9 +108,8 @@ ExitStatus timeouts(const Options &options) {
   if ((options.change == kAdd) != options.camera.isGiven()) {
     return misused("a camera belongs after 'add', and nowhere else");
   }
-  if (options.change && options.json) return misused("--json is for showing the counters");
-  if (options.change == kAdd) return add(options.camera.name());
-  return options.change == kReset ? reset() : show(options.json);
+  if (options.change == kAdd) return add(options);
+  return options.change == kReset ? reset(options.json) : show(options.json);
 }
 
 }  // namespace

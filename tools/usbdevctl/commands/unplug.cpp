@@ -9,9 +9,10 @@ namespace usbdevctl {
 namespace {
 
 ExitStatus unplug(const DeviceOptions &device) {
-  const HotplugOutcome outcome = runHotplug(device, false);
-  print(recordOutput(unplugReport(outcome), device.json));
-  return judgeHotplug(outcome, "no channel has a device at this port");
+  HotplugOutcome outcome;
+  const ExitStatus status = runHotplug(device, false, outcome);
+  if (status != ExitStatus::failure) print(recordOutput(unplugReport(outcome), device.json));
+  return status;
 }
 
 }  // namespace

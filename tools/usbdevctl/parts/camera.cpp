@@ -26,11 +26,13 @@ Cameras camerasOf(const ChannelRows &rows) {
   return cameras;
 }
 
+bool isAttached(const Camera &camera) { return camera.row.state == ChannelState::plugged; }
+
 std::string cameraText(const Camera &camera) {
   const ChannelRow &row = camera.row;
   std::string text = "channel " + std::to_string(camera.channel) + kGap + printable(row.slot) + kGap + '"' +
                      printable(row.device) + '"' + kGap + profileText(row);
-  if (row.state != ChannelState::plugged) text += std::string(kGap) + stateName(row.state);
+  if (!isAttached(camera)) text += std::string(kGap) + stateName(row.state);
   return text;
 }
 

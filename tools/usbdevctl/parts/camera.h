@@ -21,6 +21,8 @@ using Cameras = std::vector<Camera>;
 /// The channels that are not free, in their order.
 Cameras camerasOf(const ChannelRows &rows);
 
+bool isAttached(const Camera &camera);
+
 /// channel 2  3-1.2  "USB Camera"  profile 1; a camera that is away says so behind that.
 std::string cameraText(const Camera &camera);
 

@@ -91,8 +91,7 @@ Cameras namedCameras(const Cameras &cameras, const CameraName &name) {
   Cameras named;
   std::copy_if(cameras.begin(), cameras.end(), std::back_inserter(named),
                [&name](const Camera &camera) { return hasName(camera, name); });
-  const auto attached = std::find_if(named.begin(), named.end(),
-                                     [](const Camera &camera) { return camera.row.state == ChannelState::plugged; });
+  const auto attached = std::find_if(named.begin(), named.end(), isAttached);
   return attached == named.end() ? named : Cameras{*attached};
 }
 

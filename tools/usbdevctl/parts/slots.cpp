@@ -18,12 +18,4 @@ Fields slotFields(const Slot &slot) {
       .add(numberField("profile", numberUnlessNone(slot.settings.vprofile)));
 }
 
-Fields switchedFields(const Slot &slot) {
-  const ChannelRow row = channelRow(slot.device);
-  return Fields()
-      .add(portField(row.slot))
-      .add(headed("switch", switchField("slot_switch", slot.settings.slot_switch != 0)))
-      .add(numberField("parked_behind", row.parked_behind));
-}
-
 }  // namespace usbdevctl

@@ -1,4 +1,4 @@
-// The USB slots that the channels' devices sit in, and what switching one leads to.
+// The USB slots that the channels' devices sit in.
 #pragma once
 
 #include <usbdev/records.h>
@@ -16,8 +16,5 @@ struct Slot {
 };
 
 Fields slotFields(const Slot &slot);
-
-/// A slot that was switched, and whether its camera has to wait now.
-Fields switchedFields(const Slot &slot);
 
 }  // namespace usbdevctl

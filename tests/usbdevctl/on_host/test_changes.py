@@ -1,0 +1,74 @@
+"""What changes something says what it did, in a line for people and in an object for programs."""
+
+from __future__ import annotations
+
+import pytest
+from conftest import CONFIGURATION, document, usbdevctl
+
+CAMERA = 'channel 4  3-1  "Cam"  profile 2'
+MEMBERS = {"channel": 4, "slot": "3-1", "device": "Cam", "profile": 2, "profile_name": "Door"}
+
+CHANGES = [
+    (("clear", "2"), 'profile 2 cleared: channel 4  3-1  "Cam"  no profile', {"cleared": 2, "profile": None, "profile_name": ""}),
+    (("rename", "2", "Gate\x1b"), f'profile 2 renamed to "Gate\\x1b": {CAMERA}', {"profile_name": "Gate\x1b"}),
+    (("rename", "2", ""), f'profile 2 renamed to "": {CAMERA}', {"profile_name": ""}),
+    (("sps", "2", "7"), f"stream-parameter state 7 recorded: {CAMERA}", {"sps_state": 7}),
+    (("slot", "off", "4"), f"switched off: {CAMERA}", {"slot_switch": False, "parked_behind": None}),
+    (("slot", "on", "4"), f"switched on: {CAMERA}", {"slot_switch": True, "parked_behind": None}),
+    (("share", "off", "2"), f"sharing of profile 2 ended: {CAMERA}", {"sharing": False}),
+]  # fmt: skip
+
+
+@pytest.mark.usefixtures("profile")
+@pytest.mark.parametrize(("command", "line", "_members"), CHANGES)
+def test_a_change_is_said_in_one_line(command: tuple[str, ...], line: str, _members: dict[str, object]) -> None:
+    result = usbdevctl(*command)
+    assert (result.stdout, result.stderr, result.returncode) == (f"{line}\n", "", 0)
+
+
+@pytest.mark.usefixtures("profile")
+@pytest.mark.parametrize(("command", "_line", "members"), CHANGES)
+def test_a_change_is_an_object_for_programs(command: tuple[str, ...], _line: str, members: dict[str, object]) -> None:
+    assert document(*command) == {**MEMBERS, **members}
+
+
+def test_a_name_that_is_cut_is_shown_as_it_is_stored(profile: str) -> None:
+    assert document("rename", profile, 254 * "x" + "yz")["profile_name"] == 254 * "x" + "y"
+
+
+def test_the_volume_that_was_set_is_said(profile: str) -> None:
+    card = "<audio><anode>0</anode><volume>30</volume></audio>"
+    CONFIGURATION.write_text(CONFIGURATION.read_text().replace("</ch4>", f"{card}</ch4>"))
+    result = usbdevctl("volume", profile)
+    assert result.stdout in (f"volume set to 30: {CAMERA}\n", "")
+    assert (result.returncode == 0) == (result.stdout != "")
+
+
+def test_a_profile_without_a_sound_card_has_no_volume(profile: str) -> None:
+    result = usbdevctl("volume", profile)
+    assert result.stderr == "usbdevctl: profile 2 has no sound card whose volume could be set\n"
+    assert (result.stdout, result.returncode) == ("", 1)
+
+
+@pytest.mark.usefixtures("profile")
+def test_a_synchronisation_says_what_it_found() -> None:
+    result = usbdevctl("sync")
+    assert result.stdout == "channels synchronised: 1 with an attached device, 1 that keep the place of another\n"
+    assert result.returncode == 0
+    assert document("sync") == {"attached": 1, "away": 1}
+
+
+def test_a_counted_timeout_is_said() -> None:
+    assert usbdevctl("timeouts", "add", "3").stdout == "time-out of profile 3 counted: 1 now\n"
+    assert document("timeouts", "add", "3") == {"profile": 3, "timeouts": 2}
+    assert [row["timeouts"] for row in document("timeouts", "reset")["counters"]] == [0, 0, 0, 0]
+    assert usbdevctl("timeouts", "reset").stdout == "time-out counters of all profiles set to 0\n"
+
+
+def test_nothing_is_attached_to_be_switched() -> None:
+    CONFIGURATION.write_text(
+        "<velmora><ch4><exists>0</exists><profile>2</profile><usbslot>3-1</usbslot><devname>Cam</devname></ch4></velmora>"
+    )
+    result = usbdevctl("slot", "off", "ch4")
+    assert result.stderr == f"usbdevctl: nothing is attached to switch: {CAMERA}  unplugged\n"
+    assert (result.stdout, result.returncode) == ("", 3)

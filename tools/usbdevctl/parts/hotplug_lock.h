@@ -1,0 +1,28 @@
+// Hotplug events and the synchronisation come one at a time over the whole host: two at once would choose one channel.
+// Whoever passes them to the library holds this lock around the call.
+#pragma once
+
+#include <string>
+
+namespace usbdevctl {
+
+inline constexpr char kHotplugLockFile[] = "/var/lock/usbdev-hotplug.lock";
+
+/// Held from its making, which waits for whoever holds it, to its end. Commands that the library runs do not inherit
+/// it.
+class HotplugLock {
+ public:
+  explicit HotplugLock(const std::string &file);
+  ~HotplugLock();
+  HotplugLock(const HotplugLock &) = delete;
+  HotplugLock &operator=(const HotplugLock &) = delete;
+
+  /// Empty while the lock is held.
+  const std::string &error() const { return error_; }
+
+ private:
+  int file_;
+  std::string error_;
+};
+
+}  // namespace usbdevctl
