@@ -254,7 +254,7 @@ TEST_F(ASession, MayHaveAPathOf255Characters) {
 }
 
 TEST_F(ASession, WithALongerPathIsNotAskedFor) {
-  for (const size_t length : {229, 300, 100000}) EXPECT_EQ(checkSession(std::string(length, 's')), -1);
+  for (const size_t length : {229U, 300U, 100000U}) EXPECT_EQ(checkSession(std::string(length, 's')), -1);
   EXPECT_EQ(checkSession(std::string(226, 's') + "/"), -1);
   EXPECT_EQ(checkSession(std::string(100, '/')), -1);
   EXPECT_THAT(host.journal.only({"connect"}), IsEmpty());
