@@ -1,6 +1,9 @@
 # How the library is compiled and linked, apart from everything else in the tree: it runs inside other people's
 # processes on hosts that carry no C++ run-time, exports only what is listed, and takes no chances with bad input.
 
+# Nothing of the C++ run-time is linked, which a compiler may come without.
+set(CMAKE_CXX_IMPLICIT_LINK_LIBRARIES "")
+
 include(CheckCXXCompilerFlag)
 # A library that waits for commands gains nothing from larger code; older compilers know no better than -Os.
 check_cxx_compiler_flag(-Oz USBDEV_HAS_OZ)
@@ -8,7 +11,7 @@ set(usbdev_small_code $<IF:$<BOOL:${USBDEV_HAS_OZ}>,-Oz,-Os>)
 
 # usbdev_library_code(TARGET): the compile settings alone, for any target that is made of the library's own sources.
 function(usbdev_library_code target)
-  set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+  set(optimised $<OR:$<CONFIG:Release>,$<CONFIG:RelWithDebInfo>,$<CONFIG:MinSizeRel>>)
   set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   target_compile_options(${target} PRIVATE
     -fno-exceptions
@@ -45,9 +48,8 @@ function(usbdev_harden target)
     LINKER:-z,noexecstack
     LINKER:--gc-sections
   )
-  # The host libraries stay needed, also one of which nothing is used yet. What follows is what CMake adds for C++
-  # sources; nothing of it is used.
-  target_link_libraries(${target} PRIVATE -Wl,--no-as-needed vlxmlcfg vllog alsa_ctl -Wl,--as-needed)
+  # The host libraries stay needed, also one of which nothing is used yet.
+  target_link_libraries(${target} PRIVATE -Wl,--no-as-needed vlxmlcfg vllog alsa_ctl)
   if(NOT USBDEV_SANITIZE)
     target_link_options(${target} PRIVATE LINKER:-z,defs)
   endif()
