@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+import shutil
 import subprocess
 from pathlib import Path
 
@@ -26,11 +27,25 @@ def tool(tmp_path):
         path = tmp_path / "v4l2-ctl"
         path.write_text(f"#!/bin/sh\n{script}\n")
         path.chmod(0o755)
-        environment = {**os.environ, "V4L2_CTL": str(path)}
-        command = [BIN / "v4l2-ctl-front", *arguments]
-        return subprocess.run(command, env=environment, capture_output=True, text=True, check=False, timeout=30)
+        return run_front(BIN / "v4l2-ctl-front", *arguments, V4L2_CTL=path)
 
     return run
+
+
+def run_front(front: Path, *arguments: str, **variables: str | Path) -> subprocess.CompletedProcess[str]:
+    environment = {name: value for name, value in os.environ.items() if name != "V4L2_CTL"} | variables
+    return subprocess.run(
+        [front, *arguments], env=environment, capture_output=True, text=True, check=False, timeout=30
+    )
+
+
+def install_as_link(place: Path) -> None:
+    place.symlink_to(BIN / "v4l2-ctl-front")
+
+
+def install_as_copy(place: Path) -> None:
+    for source, target in ((BIN / "v4l2-ctl-front", place), (BIN / "v4l2-old-layout", place.parent / "v4l2-old-layout")):
+        shutil.copy(source, target)
 
 
 def test_a_listing_is_what_the_older_tool_printed_of_such_a_camera():
@@ -81,3 +96,28 @@ def test_the_front_ends_as_the_tool_ends(tool):
 def test_the_front_translates_what_the_tool_prints(tool):
     result = tool(f"cat {LISTINGS}/today.txt")
     assert (result.returncode, result.stdout) == (0, (LISTINGS / "older.txt").read_text())
+
+
+@pytest.mark.parametrize("install", [install_as_link, install_as_copy])
+@pytest.mark.parametrize("named", [True, False], ids=["named", "in the search path"])
+def test_the_front_in_the_place_of_the_tool_refuses_to_start_itself(tmp_path, install, named):
+    place = tmp_path / "v4l2-ctl"
+    install(place)
+    variables = {"V4L2_CTL": place} if named else {"PATH": f"{tmp_path}:{os.environ['PATH']}"}
+    result = run_front(place, "-d", "/dev/video0", **variables)
+    assert (result.returncode, result.stdout) == (1, "")
+    assert result.stderr == (
+        f"v4l2-ctl-front: {place} is this program itself: set V4L2_CTL to the path of the real v4l2-ctl\n"
+    )
+
+
+@pytest.mark.parametrize("install", [install_as_link, install_as_copy])
+def test_the_front_in_the_place_of_the_tool_runs_the_one_that_is_named(tmp_path, install):
+    install(tmp_path / "v4l2-ctl")
+    assert run_front(tmp_path / "v4l2-ctl", "real one", V4L2_CTL="/bin/echo").stdout == "real one\n"
+
+
+def test_the_front_says_which_tool_is_missing(tmp_path):
+    result = run_front(BIN / "v4l2-ctl-front", V4L2_CTL=tmp_path / "none")
+    assert (result.returncode, result.stdout) == (127, "")
+    assert f"{tmp_path}/none" in result.stderr
