@@ -25,7 +25,8 @@ int xmlcfg_set_int(void *handle, int value, const char *root, const char *sectio
 int xmlcfg_set_str(void *handle, const char *value, const char *root, const char *section, const char *key,
                    const char *sub_key);
 
-/* Closes the handle; closing a handle opened for writing stores the changes. The flag is 0. */
+/* Closes the handle; closing a handle opened for writing stores the changes. A negative result means that nothing was
+ * stored, any other that all of it was. The flag is 0. */
 int xmlcfg_close(void *handle, int flag);
 
 #ifdef __cplusplus

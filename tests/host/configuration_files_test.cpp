@@ -1,7 +1,9 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 
@@ -78,28 +80,10 @@ TEST_F(AConfigurationFile, MustBeAPlainFile) {
   EXPECT_EQ(Configuration(kRead, kFolder + "/pipe").open_result(), xmlcfg::kUnreadable);
 }
 
-TEST_F(AConfigurationFile, KeepsItsPermissions) {
-  write_file(kFile, "<velmora/>");
-  ASSERT_EQ(chmod(kFile.c_str(), 0604), 0);
-  store(kFile, 1);
-  struct stat status {};
-  ASSERT_EQ(stat(kFile.c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 07777, 0604U);
-}
-
 TEST_F(AConfigurationFile, IsTheOnlyOneLeftAfterAChange) {
   store(kFile, 1);
   store(kFile, 2);
   EXPECT_THAT(names_in(kFolder), ElementsAre("usbdev.conf"));
-}
-
-TEST_F(AConfigurationFile, BehindALinkIsReplacedAndTheLinkStays) {
-  make_folder(kFolder + "/real");
-  write_file(kFolder + "/real/target.conf", "<velmora/>");
-  std::filesystem::create_symlink("real/target.conf", kFile);
-  store(kFile, 1);
-  EXPECT_TRUE(std::filesystem::is_symlink(kFile));
-  EXPECT_EQ(Configuration(kRead, kFolder + "/real/target.conf").number("ch0", "exists"), 1);
 }
 
 TEST_F(AConfigurationFile, IsNotWrittenByACloseWithoutAChange) {
@@ -124,6 +108,25 @@ TEST_F(AConfigurationFile, RefusesUnknownModesAndNullPointers) {
   EXPECT_EQ(xmlcfg_open(2, kFile.c_str(), &handle), xmlcfg::kBadArgument);
   EXPECT_EQ(xmlcfg_open(0, nullptr, &handle), xmlcfg::kBadArgument);
   EXPECT_EQ(xmlcfg_open(0, kFile.c_str(), nullptr), xmlcfg::kBadArgument);
+}
+
+TEST_F(AConfigurationFile, IsNotOpenInAProgramThatItsWriterStarts) {
+  store(kFile, 1);
+  const auto before = names_in("/proc/self/fd");
+  Configuration writer(kWrite, kFile);
+  for (const std::string &name : names_in("/proc/self/fd")) {
+    if (std::find(before.begin(), before.end(), name) != before.end()) continue;
+    const int flags = fcntl(std::stoi(name), F_GETFD);
+    EXPECT_TRUE(flags == -1 || (flags & FD_CLOEXEC) != 0) << name;
+  }
+}
+
+TEST_F(AConfigurationFile, WhoseFolderIsGoneIsNotStored) {
+  store(kFile, 1);
+  Configuration writer(kWrite, kFile);
+  writer.set_number("ch0", "exists", 2);
+  std::filesystem::remove_all(kFolder);
+  EXPECT_EQ(writer.close(), xmlcfg::kNotStored);
 }
 
 TEST_F(AConfigurationFile, LeavesNoDescriptorOpen) {

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <string>
+#include <utility>
 
 #include "configuration.h"
 #include "private_host.h"
@@ -129,6 +130,13 @@ TEST_F(AConfiguration, ReadsWhatIsNoDecimalIntegerAsTheDefault) {
   for (const char *garbage : {"", "x", "1x", "0x10", "+1", "1 ", "1.0", "2147483648", "--1"}) {
     stored_and_read_again(garbage);
     EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "devname", 77), 77) << garbage;
+  }
+}
+
+TEST_F(AConfiguration, ReadsAnIntegerOfUpTo64Digits) {
+  for (const auto &[zeros, expected] : {std::pair(62, 7), std::pair(63, 7), std::pair(64, -1)}) {
+    stored_and_read_again(std::string(static_cast<std::size_t>(zeros), '0') + "7");
+    EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "devname", -1), expected) << zeros;
   }
 }
 

@@ -1,10 +1,8 @@
 #include "config_document.h"
 
 #include <algorithm>
-#include <string_view>
+#include <new>
 #include <utility>
-
-#include "readable_text.h"
 
 namespace xmlcfg {
 
@@ -13,6 +11,8 @@ namespace {
 /* Comments are kept for the people who wrote them; a fragment also shows stray text behind the root element. */
 constexpr unsigned kParsing =
     pugi::parse_escapes | pugi::parse_cdata | pugi::parse_eol | pugi::parse_comments | pugi::parse_fragment;
+
+constexpr int kDepthOfSubKey = 3;  // that of the root is 0
 
 bool is_one_element(const pugi::xml_document &document) {
   int elements = 0;
@@ -24,6 +24,13 @@ bool is_one_element(const pugi::xml_document &document) {
   }
   return elements == 1;
 }
+
+/* Asks of every node whether it stands no deeper than a sub-key's text. */
+struct DepthCheck : pugi::xml_tree_walker {
+  bool for_each(pugi::xml_node &node) override {
+    return node.type() != pugi::node_element || depth() <= kDepthOfSubKey;
+  }
+};
 
 bool is_xml_name(std::string_view name) {
   auto is_letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
@@ -38,15 +45,8 @@ pugi::xml_node find(const pugi::xml_document &document, const ValuePath &path) {
 
 pugi::xml_node find_or_create(pugi::xml_node parent, const char *name) {
   pugi::xml_node child = parent.child(name);
-  return child ? child : parent.append_child(name);
-}
-
-/* All text directly inside an element: comments may cut it into pieces. */
-std::string text_of(const pugi::xml_node &element) {
-  std::string text;
-  for (const auto &piece : element)
-    if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata) text += piece.value();
-  return text;
+  if (!child) child = parent.append_child(name);
+  return child ? child : throw std::bad_alloc();
 }
 
 struct StringWriter : pugi::xml_writer {
@@ -60,14 +60,24 @@ bool ConfigDocument::parse(std::vector<char> bytes) {
   bytes_ = std::move(bytes);
   if (std::find(bytes_.begin(), bytes_.end(), '\0') != bytes_.end()) return false;
   auto result = document_.load_buffer_inplace(bytes_.data(), bytes_.size(), kParsing, pugi::encoding_utf8);
-  return result && is_one_element(document_);
+  if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
+  DepthCheck depth_check;
+  return result && is_one_element(document_) && document_.traverse(depth_check);
 }
 
-bool ConfigDocument::get(const ValuePath &path, std::string &value) const {
+/* A value is all text directly inside its element: comments may cut it into pieces. */
+bool ConfigDocument::get(const ValuePath &path, BoundedText &value) const {
   pugi::xml_node element = find(document_, path);
-  if (!element) return false;
-  value = from_readable(text_of(element));
-  return true;
+  for (const auto &piece : element)
+    if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata)
+      append_from_readable(piece.value(), value);
+  return element;
+}
+
+bool ConfigDocument::holds(const ValuePath &path, std::string_view value) const {
+  std::string bytes(value.size(), '\0');
+  BoundedText held(bytes.data(), bytes.size());
+  return get(path, held) && held.length == value.size() && bytes == value;
 }
 
 bool ConfigDocument::set(const ValuePath &path, const char *value) {
@@ -75,13 +85,13 @@ bool ConfigDocument::set(const ValuePath &path, const char *value) {
   if (!root || !is_xml_name(path.section) || !is_xml_name(path.key)) return false;
   if (path.sub_key && !is_xml_name(path.sub_key)) return false;
 
-  std::string old_value;
-  if (get(path, old_value) && old_value == value) return true;
+  if (holds(path, value)) return true;
   pugi::xml_node element = find_or_create(find_or_create(root, path.section), path.key);
   if (path.sub_key) element = find_or_create(element, path.sub_key);
   element.remove_children();
   changed_ = true;
-  return element.append_child(pugi::node_pcdata).set_value(to_readable(value).c_str());
+  if (!element.append_child(pugi::node_pcdata).set_value(to_readable(value).c_str())) throw std::bad_alloc();
+  return true;
 }
 
 std::string ConfigDocument::print() const {

@@ -4,7 +4,10 @@
 
 #include <pugixml.hpp>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "readable_text.h"
 
 namespace xmlcfg {
 
@@ -25,19 +28,23 @@ class ConfigDocument {
   ConfigDocument &operator=(ConfigDocument &&) = delete;
   ~ConfigDocument() = default;
 
-  /* Takes the file's bytes; false when they are not one complete element. */
+  /* Takes the file's bytes; false when they are not one complete element, or when elements stand deeper in it than a
+   * path leads: such a file would grow with each level's indentation when it is stored. */
   bool parse(std::vector<char> bytes);
 
-  /* False where the path is missing. */
-  bool get(const ValuePath &path, std::string &value) const;
+  /* Appends to the value; false where the path is missing. */
+  bool get(const ValuePath &path, BoundedText &value) const;
 
-  /* Creates or replaces; false for a root other than the document's, or a name that XML cannot carry. */
+  /* Creates or replaces; false for a root other than the document's, or a name that XML cannot carry. When it throws
+   * for lack of memory, the document must not be stored. */
   bool set(const ValuePath &path, const char *value);
 
   bool changed() const { return changed_; }
   std::string print() const;
 
  private:
+  bool holds(const ValuePath &path, std::string_view value) const;
+
   std::vector<char> bytes_;  // the parsed document refers into it
   pugi::xml_document document_;
   bool changed_ = false;

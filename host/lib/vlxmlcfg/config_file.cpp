@@ -8,8 +8,8 @@
 #include <cerrno>
 #include <climits>
 #include <cstddef>
-#include <cstdlib>
-#include <memory>
+#include <cstdint>
+#include <utility>
 
 #include "results.h"
 
@@ -17,7 +17,21 @@ namespace xmlcfg {
 
 namespace {
 
-constexpr mode_t kPermissionsOfNewFile = 0644;
+constexpr mode_t kOwnersOnly = 0600;       // the file holds tokens and passwords
+constexpr mode_t kOwnersAndGroups = 0770;  // what a replaced file may keep of its permissions
+constexpr mode_t kOwners = 0700;           // and without its group
+constexpr int kMostLinks = 40;
+
+/* Repeats a system call that a signal interrupted. */
+template <typename Call>
+auto uninterrupted(Call call) {
+  for (;;) {
+    auto result = call();
+    if (result >= 0 || errno != EINTR) return result;
+  }
+}
+
+bool says_missing(int error) { return error == ENOENT || error == ENOTDIR; }
 
 std::string folder_of(const std::string &path) {
   std::size_t slash = path.rfind('/');
@@ -31,113 +45,137 @@ std::string neighbour_of(const std::string &path, const char *ending) {
   return path.substr(0, name) + "." + path.substr(name) + ending;
 }
 
-bool lock_exclusively(int descriptor) {
-  while (flock(descriptor, LOCK_EX) != 0)
-    if (errno != EINTR) return false;
-  return true;
+Descriptor open_uninterrupted(const std::string &path, int flags, mode_t mode = 0) {
+  return Descriptor(uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC, mode); }));
 }
 
-/* False when another writer has replaced the file since it was opened. */
-bool is_still_at(const std::string &path, const Descriptor &file) {
+Descriptor open_folder_of(const std::string &path) {
+  return open_uninterrupted(folder_of(path), O_RDONLY | O_DIRECTORY);
+}
+
+bool lock_exclusively(const Descriptor &file) {
+  return uninterrupted([&] { return flock(file.get(), LOCK_EX); }) == 0;
+}
+
+bool flush(const Descriptor &file) {
+  return uninterrupted([&] { return fsync(file.get()); }) == 0;
+}
+
+/* Tells whether the file is still the one at the path, which another writer may have replaced since it was opened. */
+int ask_still_there(const std::string &path, const Descriptor &file, bool &still_there) {
   struct stat opened {};
   struct stat found {};
-  return fstat(file.get(), &opened) == 0 && stat(path.c_str(), &found) == 0 && opened.st_dev == found.st_dev &&
-         opened.st_ino == found.st_ino;
+  if (fstat(file.get(), &opened) != 0) return kUnreadable;
+  bool any = stat(path.c_str(), &found) == 0;
+  if (!any && !says_missing(errno)) return kUnreadable;
+  still_there = any && opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
+  return kDone;
 }
 
-bool write_all(int descriptor, const std::string &content) {
+bool write_all(const Descriptor &file, const std::string &content) {
   for (std::size_t written = 0; written < content.size();) {
-    ssize_t count = write(descriptor, content.data() + written, content.size() - written);
-    if (count < 0 && errno != EINTR) return false;
-    if (count > 0) written += static_cast<std::size_t>(count);
+    ssize_t count =
+        uninterrupted([&] { return write(file.get(), content.data() + written, content.size() - written); });
+    if (count <= 0) return false;
+    written += static_cast<std::size_t>(count);
   }
   return true;
+}
+
+/*
+ * Keeps owner, group and their permissions; nobody else may read the file. A writer who may not give files away owns
+ * it from now on, and one who may not give it to its group keeps it for himself.
+ */
+bool give_access(const Descriptor &file, const struct stat &like) {
+  constexpr auto kSameOwner = static_cast<uid_t>(-1);
+  bool in_group = fchown(file.get(), like.st_uid, like.st_gid) == 0 || fchown(file.get(), kSameOwner, like.st_gid) == 0;
+  return fchmod(file.get(), like.st_mode & (in_group ? kOwnersAndGroups : kOwners)) == 0;
 }
 
 /* A new file with the content on the disk; leaves none on failure. */
 bool write_new_file(const std::string &path, const std::string &content, const struct stat *like) {
   unlink(path.c_str());
-  Descriptor file(
-      open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, like ? S_IRUSR | S_IWUSR : kPermissionsOfNewFile));
+  Descriptor file = open_uninterrupted(path, O_WRONLY | O_CREAT | O_EXCL, kOwnersOnly);
   if (!file) return false;
-  if (like && (like->st_uid != geteuid() || like->st_gid != getegid())) {
-    /* A writer who may not give files away owns the file from now on. */
-    [[maybe_unused]] int kept = fchown(file.get(), like->st_uid, like->st_gid);
-  }
-  bool written = (!like || fchmod(file.get(), like->st_mode & 07777) == 0) && write_all(file.get(), content) &&
-                 fsync(file.get()) == 0;
+  bool written = (like ? give_access(file, *like) : fchmod(file.get(), kOwnersOnly) == 0) && write_all(file, content) &&
+                 flush(file);
   written = close(file.release()) == 0 && written;
   if (!written) unlink(path.c_str());
   return written;
 }
 
-bool flush_folder(const std::string &folder) {
-  Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  return opened && fsync(opened.get()) == 0;
-}
-
-bool move_into_place(const std::string &new_path, const std::string &path) {
-  if (rename(new_path.c_str(), path.c_str()) == 0) return true;
-  unlink(new_path.c_str());
-  return false;
+/* Puts a new file at the path. Once it is there it is stored, whatever a flush of its folder says. */
+int put(const std::string &path, const Descriptor &folder, const std::string &new_path, const std::string &content,
+        const struct stat *like) {
+  if (!write_new_file(new_path, content, like)) return kNotStored;
+  if (rename(new_path.c_str(), path.c_str()) != 0) {
+    unlink(new_path.c_str());
+    return kNotStored;
+  }
+  return flush(folder) ? kDone : kNotFlushed;
 }
 
 /* Makes the missing file, complete from its first moment on; the folder's lock lets one creator in at a time. */
 int create(const std::string &path, const std::string &content) {
-  std::string folder = folder_of(path);
-  Descriptor guard(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!guard) return kMissing;
-  if (!lock_exclusively(guard.get())) return kNotWritable;
+  Descriptor folder = open_folder_of(path);
+  if (!folder) return says_missing(errno) ? kMissing : kNotWritable;
+  if (!lock_exclusively(folder)) return kNotWritable;
   if (access(path.c_str(), F_OK) == 0) return kDone;
-  std::string new_path = neighbour_of(path, ".first");
-  bool created = write_new_file(new_path, content, nullptr) && move_into_place(new_path, path) && flush_folder(folder);
-  return created ? kDone : kNotWritable;
+  if (errno != ENOENT) return kNotWritable;
+  return put(path, folder, neighbour_of(path, ".first"), content, nullptr) == kNotStored ? kNotWritable : kDone;
 }
 
-/* The file behind all links; where they lead nowhere, the path itself. */
-std::string resolve(const char *path) {
-  std::unique_ptr<char, decltype(&free)> resolved(realpath(path, nullptr), &free);
-  return resolved ? resolved.get() : path;
+/* Follows the path's links, also a last one that leads to no file yet: the file is replaced, and the link stays. */
+int resolve(std::string path, std::string &target) {
+  for (int links = 0; links < kMostLinks; ++links) {
+    char next[PATH_MAX];
+    ssize_t length = readlink(path.c_str(), next, sizeof next);
+    if (length < 0) {
+      target = path;
+      return errno == EINVAL || says_missing(errno) ? kDone : kUnreadable;  // the former: not a link
+    }
+    std::string name(next, static_cast<std::size_t>(length));
+    path = name[0] == '/' ? name : folder_of(path).append("/").append(name);
+  }
+  return kUnreadable;
 }
 
 }  // namespace
 
-int open_for_reading(const char *path, Descriptor &file) {
-  Descriptor opened(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));  // a pipe in its place must not block
-  if (!opened) return errno == ENOENT || errno == ENOTDIR ? kMissing : kUnreadable;
+int open_for_reading(const std::string &path, Descriptor &file) {
+  Descriptor opened = open_uninterrupted(path, O_RDONLY | O_NONBLOCK);  // a pipe in its place must not block
+  if (!opened) return says_missing(errno) ? kMissing : kUnreadable;
   file = std::move(opened);
   return kDone;
 }
 
-int open_for_writing(const char *path, const std::string &first_content, Descriptor &file, std::string &real_path) {
-  for (;;) {
-    std::string target = resolve(path);
-    Descriptor opened;
-    int result = open_for_reading(target.c_str(), opened);
+int open_for_writing(const std::string &path, const std::string &first_content, Descriptor &file,
+                     std::string &real_path) {
+  for (bool still_there = false; !still_there;) {
+    int result = resolve(path, real_path);
+    if (result == kDone) result = open_for_reading(real_path, file);
     if (result == kMissing) {
-      result = create(target, first_content);
-      if (result != kDone) return result;
-      continue;
+      result = create(real_path, first_content);
+      if (result == kDone) continue;
     }
     if (result != kDone) return result;
     /* On a disk that is read-only as a whole the close tells; until then the values can be read. */
-    if (access(target.c_str(), W_OK) != 0 && errno != EROFS) return kNotWritable;
-    if (!lock_exclusively(opened.get())) return kNotWritable;
-    if (!is_still_at(target, opened)) continue;
-    file = std::move(opened);
-    real_path = target;
-    return kDone;
+    if (access(real_path.c_str(), W_OK) != 0 && errno != EROFS) return kNotWritable;
+    if (!lock_exclusively(file)) return kNotWritable;
+    result = ask_still_there(real_path, file, still_there);
+    if (result != kDone) return result;
   }
+  return kDone;
 }
 
 int read_all(const Descriptor &file, std::vector<char> &bytes) {
   struct stat status {};
   if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return kUnreadable;
+  if (static_cast<std::uintmax_t>(status.st_size) > kLargestFile) return kDamaged;
   std::vector<char> content(static_cast<std::size_t>(status.st_size));
   std::size_t filled = 0;
   while (filled < content.size()) {
-    ssize_t count = read(file.get(), content.data() + filled, content.size() - filled);
-    if (count < 0 && errno == EINTR) continue;
+    ssize_t count = uninterrupted([&] { return read(file.get(), content.data() + filled, content.size() - filled); });
     if (count < 0) return kUnreadable;
     if (count == 0) break;
     filled += static_cast<std::size_t>(count);
@@ -149,11 +187,9 @@ int read_all(const Descriptor &file, std::vector<char> &bytes) {
 
 int replace(const std::string &path, const Descriptor &old_file, const std::string &content) {
   struct stat old {};
-  if (fstat(old_file.get(), &old) != 0) return kNotStored;
-  std::string new_path = neighbour_of(path, ".new");
-  bool replaced =
-      write_new_file(new_path, content, &old) && move_into_place(new_path, path) && flush_folder(folder_of(path));
-  return replaced ? kDone : kNotStored;
+  if (content.size() > kLargestFile || fstat(old_file.get(), &old) != 0) return kNotStored;
+  Descriptor folder = open_folder_of(path);
+  return folder ? put(path, folder, neighbour_of(path, ".new"), content, &old) : kNotStored;
 }
 
 }  // namespace xmlcfg

@@ -39,22 +39,24 @@ class Descriptor {
   int descriptor_;
 };
 
-/* All of these return a result of results.h; the outputs are set only with kDone. */
+/* All of these return a result of results.h; the bytes are set only with kDone. */
 
-int open_for_reading(const char *path, Descriptor &file);
+int open_for_reading(const std::string &path, Descriptor &file);
 
 /*
  * Opens the file and holds its lock, waiting for another writer, until the descriptor is closed; creates a missing file
- * with the content given. The real path, links resolved, is the one to replace. Readers need no lock, since they see
- * the file before or after a replacement and never between.
+ * with the content given, for its owner alone. The real path, links resolved, is the one to replace. Readers need no
+ * lock, since they see the file before or after a replacement and never between.
  */
-int open_for_writing(const char *path, const std::string &first_content, Descriptor &file, std::string &real_path);
+int open_for_writing(const std::string &path, const std::string &first_content, Descriptor &file,
+                     std::string &real_path);
 
 int read_all(const Descriptor &file, std::vector<char> &bytes);
 
 /*
- * Replaces the file at the path, whose lock the caller holds, atomically and durably; owner and permissions stay. With
- * kNotStored the file is as it was and no other is left behind.
+ * Replaces the file at the path, whose lock the caller holds, atomically and durably. Owner and group keep it and their
+ * permissions; whoever else could read it no longer can. With kNotStored the file is as it was and no other is left
+ * behind.
  */
 int replace(const std::string &path, const Descriptor &old_file, const std::string &content);
 

@@ -1,7 +1,5 @@
 #include "readable_text.h"
 
-#include <cstddef>
-
 namespace xmlcfg {
 
 namespace {
@@ -75,15 +73,12 @@ std::string to_readable(std::string_view value) {
   return text;
 }
 
-std::string from_readable(std::string_view text) {
-  std::string value;
-  value.reserve(text.size());
+void append_from_readable(std::string_view text, BoundedText &value) {
   for (std::size_t at = 0; at < text.size();) {
     char byte = escaped_byte(text, at);
-    value.push_back(byte ? byte : text[at]);
+    value.append(byte ? byte : text[at]);
     at += byte ? kEscapeLength : 1;
   }
-  return value;
 }
 
 }  // namespace xmlcfg

@@ -6,13 +6,30 @@
 #ifndef HOST_LIB_VLXMLCFG_READABLE_TEXT_H
 #define HOST_LIB_VLXMLCFG_READABLE_TEXT_H
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace xmlcfg {
 
+/* A caller's buffer, filled as far as it goes; the length is that of the whole text. */
+struct BoundedText {
+  char *buffer;
+  std::size_t size;
+  std::size_t length = 0;
+
+  BoundedText(char *to_fill, std::size_t room) : buffer(to_fill), size(room) {}
+
+  void append(char byte) {
+    if (length < size) buffer[length] = byte;
+    ++length;
+  }
+};
+
 std::string to_readable(std::string_view value);
-std::string from_readable(std::string_view text);
+
+/* Appends the value that the text stands for. Takes no memory: a value can always be read. */
+void append_from_readable(std::string_view text, BoundedText &value);
 
 }  // namespace xmlcfg
 

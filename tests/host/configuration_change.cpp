@@ -1,0 +1,72 @@
+#include "configuration_change.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "private_host.h"
+
+namespace {
+
+const std::string kFolder = std::string(kWorkFolder) + "/config";
+const std::string kText(40000, 'x');  // takes memory wherever it is handled
+const std::string kNew =
+    "<?xml version=\"1.0\"?>\n<velmora>\n  <ch0>\n    <exists>1</exists>\n    <video>\n      <cap>" + kText +
+    "</cap>\n    </video>\n  </ch0>\n</velmora>\n";
+constexpr char kEmpty[] = "<velmora/>\n";
+
+std::size_t open_descriptors() { return names_in("/proc/self/fd").size(); }
+
+}  // namespace
+
+const std::string ConfigurationChange::kFile = kFolder + "/usbdev.conf";
+
+ConfigurationChange::ConfigurationChange(const std::string &before) : before_(before) {
+  make_empty_folder(kFolder);
+  if (!before.empty()) {
+    write_file(kFile, before);
+    EXPECT_EQ(chmod(kFile.c_str(), 0640), 0);
+  }
+  descriptors_ = open_descriptors();
+}
+
+/* The results of setting are not looked at: what a caller loses by that, the close has to tell. */
+void ConfigurationChange::run() {
+  void *handle = nullptr;
+  opened_ = xmlcfg_open(kWrite, kFile.c_str(), &handle);
+  if (opened_ != xmlcfg::kOpened) return;
+  xmlcfg_set_int(handle, 1, "velmora", "ch0", "exists", nullptr);
+  xmlcfg_set_str(handle, kText.c_str(), "velmora", "ch0", "video", "cap");
+  closed_ = xmlcfg_close(handle, 0);
+}
+
+unsigned ConfigurationChange::permissions() {
+  struct stat status {};
+  EXPECT_EQ(stat(kFile.c_str(), &status), 0);
+  return status.st_mode & 07777;
+}
+
+std::string ConfigurationChange::content_afterwards() const {
+  if (stored()) return kNew;
+  return before_.empty() ? kEmpty : before_;
+}
+
+void ConfigurationChange::expect_rules() const {
+  EXPECT_TRUE(opened_ == xmlcfg::kOpened || opened_ < 0) << opened_;
+  EXPECT_EQ(open_descriptors(), descriptors_);
+  if (before_.empty() && opened_ != xmlcfg::kOpened && !std::filesystem::exists(kFile)) {
+    EXPECT_THAT(names_in(kFolder), testing::IsEmpty());
+    return;
+  }
+  EXPECT_THAT(names_in(kFolder), testing::ElementsAre("usbdev.conf"));
+  EXPECT_EQ(read_file(kFile), content_afterwards());
+  EXPECT_EQ(permissions() & S_IRWXO, 0U);
+  const int descriptor = open(kFile.c_str(), O_RDONLY | O_CLOEXEC);
+  EXPECT_EQ(flock(descriptor, LOCK_EX | LOCK_NB), 0);
+  close(descriptor);
+}

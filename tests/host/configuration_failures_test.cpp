@@ -1,0 +1,103 @@
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+
+#include "configuration_change.h"
+#include "failing.h"
+
+namespace {
+
+constexpr char kBefore[] = "<velmora><ch0><exists>0</exists></ch0></velmora>";
+constexpr int kFewestCalls = 10;
+
+class AConfigurationChange : public testing::TestWithParam<const char *> {};
+
+TEST_P(AConfigurationChange, IsMadeOrReportedWhicheverCallFails) {
+  for (int number = 1;; ++number) {
+    SCOPED_TRACE("call " + std::to_string(number));
+    ConfigurationChange change(GetParam());
+    failing::fail(failing::kAny, number, EIO);
+    change.run();
+    const bool failed = failing::stop();
+    change.expect_rules();
+    if (failed) continue;
+    EXPECT_TRUE(change.stored());
+    EXPECT_GT(number, kFewestCalls);
+    break;
+  }
+}
+
+TEST_P(AConfigurationChange, IsMadeWhicheverCallASignalInterrupts) {
+  bool interrupted = true;
+  for (int number = 1; interrupted; ++number) {
+    SCOPED_TRACE("call " + std::to_string(number));
+    ConfigurationChange change(GetParam());
+    failing::fail(failing::kAny, number, EINTR);
+    change.run();
+    interrupted = failing::stop();
+    change.expect_rules();
+    EXPECT_EQ(change.close_result(), xmlcfg::kDone);
+    EXPECT_TRUE(change.stored());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(OfAFileThatIsThereOrMissing, AConfigurationChange, testing::Values(kBefore, ""));
+
+class ACallThatAlwaysFails : public testing::TestWithParam<const char *> {};
+
+TEST_P(ACallThatAlwaysFails, EndsTheChangeAndLeavesTheFileFree) {
+  for (const char *before : {kBefore, ""}) {
+    ConfigurationChange change(before);
+    failing::fail(GetParam(), failing::kEvery, EIO);
+    change.run();
+    EXPECT_TRUE(failing::stop());
+    change.expect_rules();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(OfAnyKind, ACallThatAlwaysFails,
+                         testing::Values("open", "read", "write", "flock", "fsync", "close", "fstat", "stat", "access",
+                                         "fchown", "fchmod", "readlink", "rename", "unlink"),
+                         [](const auto &name) { return std::string(name.param); });
+
+/* The first flush is that of the new file. */
+TEST(AFolderThatCannotBeFlushed, LeavesTheChangeStoredAndSaysSo) {
+  ConfigurationChange change(kBefore);
+  failing::fail("fsync", 2, EIO);
+  change.run();
+  EXPECT_TRUE(failing::stop());
+  EXPECT_EQ(change.close_result(), xmlcfg::kNotFlushed);
+  change.expect_rules();
+}
+
+TEST(AMissingFile, IsNotMadeWhereOneMayBe) {
+  ConfigurationChange change("");
+  failing::fail("access", failing::kEvery, EIO);
+  change.run();
+  EXPECT_TRUE(failing::stop());
+  EXPECT_FALSE(std::filesystem::exists(ConfigurationChange::kFile));
+}
+
+TEST(ALink, IsNotReplacedWhenItCannotBeRead) {
+  ConfigurationChange change(kBefore);
+  const std::string target = ConfigurationChange::kFile + ".real";
+  std::filesystem::rename(ConfigurationChange::kFile, target);
+  std::filesystem::create_symlink(target, ConfigurationChange::kFile);
+  failing::fail("readlink", failing::kEvery, EIO);
+  change.run();
+  EXPECT_TRUE(failing::stop());
+  EXPECT_TRUE(std::filesystem::is_symlink(ConfigurationChange::kFile));
+}
+
+TEST(AGroupThatCannotBeKept, LosesItsPermissions) {
+  ConfigurationChange change(kBefore);
+  failing::fail("fchown", failing::kEvery, EPERM);
+  change.run();
+  EXPECT_TRUE(failing::stop());
+  EXPECT_TRUE(change.stored());
+  EXPECT_EQ(change.permissions(), 0600U);
+}
+
+}  // namespace
