@@ -23,7 +23,7 @@ bool exists(int card) {
 bool describe(int card, _acard_info &info) {
   std::string folder = folder_of(card);
   std::string name;
-  std::getline(std::ifstream(folder + "/name"), name);
+  if (!std::getline(std::ifstream(folder + "/name"), name)) return false;
   name.copy(info.name, sizeof info.name - 1);
   return read_number(folder + "/entry_count", info.entry_count) &&
          read_number(folder + "/channel_mode", info.channel_mode) &&

@@ -8,6 +8,8 @@
 #include <cstdarg>
 #include <vector>
 
+#include "host/lib/without_exceptions.h"
+
 namespace {
 
 constexpr int kNotRun = -1;
@@ -30,18 +32,27 @@ int exit_status_of(pid_t child) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : kKilledBySignal + WTERMSIG(status);
 }
 
+/* The program and what follows it, up to the null. */
+std::vector<char *> gather(const char *program, va_list &rest) {
+  std::vector<char *> arguments{const_cast<char *>(program)};
+  do arguments.push_back(va_arg(rest, char *));
+  while (arguments.back());
+  return arguments;
+}
+
+int run(const std::vector<char *> &arguments) {
+  pid_t child = 0;
+  return start(arguments, child) ? exit_status_of(child) : kNotRun;
+}
+
 }  // namespace
 
 /* Returns the exit status, 128 plus the signal's number for a killed program, -1 when it could not be started. */
 extern "C" int orda_exec(int, int, int, const char *program, ...) {
   if (!program) return kNotRun;
-  std::vector<char *> arguments{const_cast<char *>(program)};
   va_list rest;
   va_start(rest, program);
-  do arguments.push_back(va_arg(rest, char *));
-  while (arguments.back());
+  int status = without_exceptions(kNotRun, [&] { return run(gather(program, rest)); });
   va_end(rest);
-
-  pid_t child = 0;
-  return start(arguments, child) ? exit_status_of(child) : kNotRun;
+  return status;
 }

@@ -1,0 +1,46 @@
+#include "failing_memory.h"
+
+#include <atomic>
+#include <cstddef>
+
+/* The C library's own, under the names that it keeps for those who stand in for them. */
+extern "C" {
+void *__libc_malloc(std::size_t size);
+void *__libc_calloc(std::size_t count, std::size_t size);
+void *__libc_realloc(void *memory, std::size_t size);
+void __libc_free(void *memory);
+}
+
+namespace {
+
+std::atomic<int> pieces = 0;
+
+void *counted(void *memory) {
+  if (memory) ++pieces;
+  return memory;
+}
+
+}  // namespace
+
+int failing::pieces_in_use() { return pieces; }
+
+extern "C" {
+
+void *malloc(std::size_t size) noexcept {
+  return failing::must_fail("memory") ? nullptr : counted(__libc_malloc(size));
+}
+
+void *calloc(std::size_t count, std::size_t size) noexcept {
+  return failing::must_fail("memory") ? nullptr : counted(__libc_calloc(count, size));
+}
+
+void *realloc(void *memory, std::size_t size) noexcept {
+  if (failing::must_fail("memory")) return nullptr;
+  return memory ? __libc_realloc(memory, size) : counted(__libc_realloc(memory, size));
+}
+
+void free(void *memory) noexcept {
+  if (memory) --pieces;
+  __libc_free(memory);
+}
+}
