@@ -1,0 +1,28 @@
+// Takes secrets out of texts that are handed on, wherever they turn up.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace usbdevctl {
+
+class Redaction {
+ public:
+  /// Empty texts are no secrets.
+  void add(const std::string &secret);
+
+  /// The text with "[removed]" for each secret in it, the longest first.
+  std::string apply(std::string text) const;
+
+ private:
+  std::vector<std::string> secrets_;  // longest first
+};
+
+/// Makes the devices' serial numbers in the attribute walks of udevadm secrets. The kernel gives a host controller the
+/// address of its PCI device for one, which is none.
+void addSerialNumbers(Redaction &redaction, const std::string &walk);
+
+/// The walk without the lines' serial numbers, however short.
+std::string withoutSerialNumbers(const std::string &walk);
+
+}  // namespace usbdevctl
