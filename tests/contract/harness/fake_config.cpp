@@ -33,6 +33,11 @@ Lines FakeConfig::writes() const {
   return writes_;
 }
 
+int FakeConfig::reads() const {
+  std::lock_guard<std::mutex> guard(mutex_);
+  return reads_;
+}
+
 void FakeConfig::failOpenNumber(int number, int code) {
   failing_open_ = number;
   failing_open_result_ = code;
@@ -126,6 +131,7 @@ bool FakeConfig::read(void *handle, const std::string &path, std::string &value)
   std::lock_guard<std::mutex> guard(mutex_);
   const Handle *opened = checked(handle, "read");
   if (opened == nullptr) return false;
+  ++reads_;
   const auto found = opened->pending.find(path);
   if (found == opened->pending.end()) return false;
   value = found->second;

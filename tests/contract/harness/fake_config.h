@@ -33,6 +33,8 @@ class FakeConfig {
   Values values(const std::string &file = kChannelFile) const;
   // Every value written through a handle so far, in order, as "ch3/exists=1".
   Lines writes() const;
+  // How many values were asked for through a handle so far.
+  int reads() const;
 
   // From now on opens fail with this code; 1 lets them succeed again.
   void failReadOpens(int code) { read_open_result_ = code; }
@@ -74,6 +76,7 @@ class FakeConfig {
   std::map<std::string, Values> files_;
   std::vector<std::unique_ptr<Handle>> handles_;  // closed ones stay, so that a use after close is seen
   Lines writes_;
+  int reads_ = 0;
   std::set<std::string> refused_;
   int read_open_result_ = 1;
   int write_open_result_ = 1;

@@ -1,6 +1,6 @@
-// Every exported function in its typical situations, with the child processes that it needs there and no more.
-#ifndef CONTRACT_CHILDREN_SITUATIONS_H
-#define CONTRACT_CHILDREN_SITUATIONS_H
+// Every exported function in its typical situations, with what it costs there and no more.
+#ifndef CONTRACT_COSTS_SITUATIONS_H
+#define CONTRACT_COSTS_SITUATIONS_H
 
 #include <functional>
 #include <ostream>
@@ -10,21 +10,14 @@
 #include "contract_test.h"
 #include "encoding_host.h"
 #include "record_text.h"
+#include "steps.h"
 
 namespace contract {
-
-struct Children {
-  int answers = 0;   // commands whose output is read
-  int effects = 0;   // commands that are only run
-  int programs = 0;  // programs that are run without a shell
-
-  bool any() const { return answers != 0 || effects != 0 || programs != 0; }
-};
 
 struct Situation {
   std::string function;
   std::string when;
-  Children children;
+  Costs costs;
   std::function<void(Host &)> play;  // describes the host and calls the function once
 };
 
@@ -36,21 +29,27 @@ inline void PrintTo(const Situation &situation, std::ostream *out) {
 
 Situations coreSituations();
 Situations deviceSituations();
-Situations hotplugSituations();
+Situations conflictSituations();
+Situations eventSituations();
+Situations startUpSituations();
+Situations assignmentSituations();
 Situations profileSituations();
 Situations webSituations();
 
-// An attached camera on a channel, its slot switched on, that offers MJPEG.
+inline constexpr char kController[] = "/devices/pci0000:00/0000:00:1c.0/0000:03:00.0";
+inline constexpr char kUuidCommand[] = "/bin/cat /proc/sys/kernel/random/uuid";
+
+// A camera as the host's tools describe it: known vendor and product, MJPEG.
+HostCamera plugged(Host &host, const std::string &slot, int node);
+
+// The same on a channel, its slot switched on.
 HostChannel cameraOn(Host &host, int channel, const std::string &slot, int node, int profile = -1);
 
 // A link below the application's folder.
 void linkOnDisk(Host &host, const std::string &name);
 
-// What plugging a camera in needs when no other channel is there: the processor file, the codec package, the formats,
-// a format query that still runs, and the device walk.
-inline constexpr Children kLoneCamera{4, 1, 0};
-// Of these, what its formats need.
-inline constexpr Children kFormats{3, 1, 0};
+// Answers for the commands that make a link's name.
+void makeIdentifiers(Host &host);
 
 }  // namespace contract
 

@@ -19,11 +19,12 @@ NasServer server() {
 }
 
 HostChannel shared(Host &host) {
-  host.commands.allowInsideCriticalSection();  // the link commands hold the lock
-  host.commands.prints("/bin/cat /proc/sys/kernel/random/uuid", "1b4e28ba-2fa1-11d2-883f-0016d3cca427\n");
+  makeIdentifiers(host);
   linkOnDisk(host, "old");
   return cameraOn(host, 0, "3-1", 1, 0)
+      .set("sharelink/shrenable", 1)
       .set("sharelink/ssid", "00004711")
+      .set("sharelink/token", "token")
       .set("sharelink/shrpwd", "secret")
       .set("sharelink/hash_string", "old");
 }
@@ -90,49 +91,54 @@ Situations logins() {
          nas_sid_auth(&record, "a1b2");
        }},
       {"write_sid", "", {}, [](Host &) { write_sid("<authSid><![CDATA[a1b2]]></authSid>", text); }},
-      {"vl_auth", "", {1}, [](Host &) { vl_auth("admin", "secret"); }},
-      {"vl_sid_auth", "", {1}, [](Host &) { vl_sid_auth("a1b2"); }},
+      {"vl_auth", "", answers(), [](Host &) { vl_auth("admin", "secret"); }},
+      {"vl_sid_auth", "", answers(), [](Host &) { vl_sid_auth("a1b2"); }},
   };
 }
+
+// The share id, the link's name and the password as they stand.
+constexpr Costs kStored = lookUp(0) + reading(3);
+// The token and the link's name, made by the same command.
+constexpr Costs kTwoIdentifiers = answers(2) + repeats();
 
 Situations shareLinks() {
   return {
       {"generate_ssid", "", {}, [](Host &) { generate_ssid(text); }},
-      {"generate_hash", "", {1}, [](Host &) { generate_hash(text); }},
+      {"generate_hash", "", answers(), [](Host &) { generate_hash(text); }},
       {"strip", "", {}, [](Host &) { strcpy(text, "ab-cd"), strip(text, name); }},
-      {"vl_set_share_link",
-       "a first link",
-       {2, 0, 1},
+      {"vl_set_share_link", "a first link", kStored + kTwoIdentifiers + writing(6) + programs(),
        [](Host &host) {
          shared(host).set("sharelink/ssid", "").set("sharelink/hash_string", "");
          share(1, "");
        }},
-      {"vl_set_share_link", "the same password", {}, [](Host &host) { shared(host), share(1, "secret"); }},
-      {"vl_set_share_link", "another password", {2, 0, 2}, [](Host &host) { shared(host), share(1, "other"); }},
-      {"vl_set_share_link", "no longer shared", {0, 0, 1}, [](Host &host) { shared(host), share(0, "secret"); }},
-      {"vl_get_share_link",
-       "",
-       {},
+      {"vl_set_share_link", "the same password", kStored + writing(3),
+       [](Host &host) { shared(host), share(1, "secret"); }},
+      {"vl_set_share_link", "another password", kStored + kTwoIdentifiers + writing(5) + programs(2),
+       [](Host &host) { shared(host), share(1, "other"); }},
+      {"vl_set_share_link", "no longer shared", kStored + writing(6) + programs(),
+       [](Host &host) { shared(host), share(0, "secret"); }},
+      {"vl_get_share_link", "", lookUp(0) + reading(7),
        [](Host &host) {
          shared(host);
          ShareLinkInfo info = link(0, "");
          vl_get_share_link(&info);
        }},
-      {"vl_renew_share_link",
-       "",
-       {2, 0, 2},
+      {"vl_renew_share_link", "", lookUp(0) + reading(1) + kTwoIdentifiers + writing(3) + programs(2),
        [](Host &host) {
          shared(host);
          ShareLinkInfo info = link(0, "");
          vl_renew_share_link(&info);
        }},
-      {"remove_hash_link", "a link on disk", {0, 0, 1}, [](Host &host) { shared(host), remove_hash_link("ch0"); }},
-      {"remove_hash_link", "none", {}, [](Host &) { remove_hash_link("ch0"); }},
-      {"vl_check_share_link_ssid", "", {}, [](Host &host) { shared(host), vl_check_share_link_ssid("00004711"); }},
-      {"vl_validate_chliveview", "", {}, [](Host &host) { shared(host), vl_validate_chliveview(0, &number); }},
-      {"vl_ssid_auth",
-       "",
-       {},
+      {"remove_hash_link", "a link on disk", reading(1) + programs(),
+       [](Host &host) { shared(host), remove_hash_link("ch0"); }},
+      {"remove_hash_link", "none", reading(1), [](Host &) { remove_hash_link("ch0"); }},
+      // Up to the channel that holds it, then its profile.
+      {"vl_check_share_link_ssid", "", reading(1 + 1),
+       [](Host &host) { shared(host), vl_check_share_link_ssid("00004711"); }},
+      {"vl_validate_chliveview", "", lookUp(0) + reading(4),
+       [](Host &host) { shared(host), vl_validate_chliveview(0, &number); }},
+      // Up to the channel that holds it two values each, then four as above, the switch and the token.
+      {"vl_ssid_auth", "", reading(2 + 4 + 2),
        [](Host &host) {
          int profile = 0;
          shared(host);
@@ -143,13 +149,11 @@ Situations shareLinks() {
 
 Situations streams() {
   return {
-      {"vl_get_hls_status", "", {1}, [](Host &) { vl_get_hls_status(0, &number); }},
+      {"vl_get_hls_status", "", answers(), [](Host &) { vl_get_hls_status(0, &number); }},
       {"vl_StreamNotify", "", {}, [](Host &) { vl_StreamNotify(text); }},
-      {"vl_SourcerStreamingProcess", "", {1}, [](Host &) { vl_SourcerStreamingProcess(0, 0); }},
-      {"mn_update_pfstate", "", {}, [](Host &) { mn_update_pfstate(0, 1); }},
-      {"vl_get_pidvid",
-       "",
-       {1},
+      {"vl_SourcerStreamingProcess", "", answers(), [](Host &) { vl_SourcerStreamingProcess(0, 0); }},
+      {"mn_update_pfstate", "", writing(1), [](Host &) { mn_update_pfstate(0, 1); }},
+      {"vl_get_pidvid", "", lookUp(0) + reading(2) + answers(),
        [](Host &host) {
          cameraOn(host, 0, "3-1", 1, 0);
          vl_get_pidvid(0, text);

@@ -2,8 +2,14 @@
 
 namespace contract {
 
+HostCamera plugged(Host &host, const std::string &slot, int node) {
+  return host.camera(node, slot)
+      .ids("046d", "0825")
+      .listing(Listing().format("MJPG").size(640, 480).rate("30.000").text());
+}
+
 HostChannel cameraOn(Host &host, int channel, const std::string &slot, int node, int profile) {
-  host.camera(node, slot).ids("046d", "0825").listing(Listing().format("MJPG").size(640, 480).rate("30.000").text());
+  plugged(host, slot, node);
   return host.channel(channel)
       .exists(1)
       .slot(slot)
@@ -17,6 +23,11 @@ HostChannel cameraOn(Host &host, int channel, const std::string &slot, int node,
 void linkOnDisk(Host &host, const std::string &name) {
   const std::string root = "/mnt/ext/opt/apps/Velmora2/";
   host.files.link(root + name, root + "hls/channel1");
+}
+
+void makeIdentifiers(Host &host) {
+  host.commands.allowInsideCriticalSection();  // the link commands hold the lock
+  host.commands.prints(kUuidCommand, "1b4e28ba-2fa1-11d2-883f-0016d3cca427\n");
 }
 
 }  // namespace contract

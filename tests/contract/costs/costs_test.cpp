@@ -1,0 +1,169 @@
+// What each exported function costs: as much as it must, and no more; and the table that says so.
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <sstream>
+
+#include "output_capture.h"
+#include "situations.h"
+
+// No counters are made or read in the host's memory here.
+extern "C" {
+int shmget(key_t, size_t, int) noexcept { return 1; }
+void *shmat(int, const void *, int) noexcept {
+  static unsigned counters[4];
+  return counters;
+}
+int shmdt(const void *) noexcept { return 0; }
+}
+
+namespace contract {
+namespace {
+
+using Names = std::set<std::string>;
+
+// Data, and a function that ends the process.
+const Names kNotCalled{"NVR_CGI", "error"};
+
+// What one call may run again: the first for the file that it leaves, the second for another identifier each time. The
+// encoding question is not kept yet by the start-up and by the list of what can stream.
+const Names kMayRepeat{"system /bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info",
+                       std::string("popen ") + kUuidCommand,
+                       "popen /sbin/readcfg \"Halvane\" \"Install_Path\" -c -d READCFG_FAILD -f /etc/config/bndl.conf",
+                       "popen /sbin/readcfg \"Halvane\" \"Enable\" -c -d READCFG_FAILD -f /etc/config/bndl.conf",
+                       std::string("popen ") + kModelCommand,
+                       std::string("popen ") + kGpuListCommand,
+                       std::string("popen ") + kGpuStateCommand};
+
+const Situations &situations() {
+  static const Situations all = [] {
+    Situations gathered;
+    for (const auto &part : {coreSituations(), deviceSituations(), conflictSituations(), eventSituations(),
+                             startUpSituations(), assignmentSituations(), profileSituations(), webSituations()}) {
+      gathered.insert(gathered.end(), part.begin(), part.end());
+    }
+    return gathered;
+  }();
+  return all;
+}
+
+std::string read(const std::string &path) {
+  std::ifstream file(path);
+  std::ostringstream content;
+  content << file.rdbuf();
+  return content.str();
+}
+
+// The names in the library's list of exports.
+Names exportedNames() {
+  const std::string list = read(EXPORTS);
+  std::istringstream words(list.substr(list.find("global:")));
+  Names names;
+  for (std::string word; words >> word;) {
+    if (word.back() == ';' && word != "*;" && word != "};") names.insert(word.substr(0, word.size() - 1));
+  }
+  return names;
+}
+
+// The names of the first set that the second one lacks: a difference is printed whole, a set of all names is not.
+Lines lacking(const Names &names, const Names &others) {
+  Lines left;
+  std::set_difference(names.begin(), names.end(), others.begin(), others.end(), std::back_inserter(left));
+  return left;
+}
+
+bool costsNothing(const Costs &costs) {
+  return std::all_of(std::begin(kCostColumns), std::end(kCostColumns),
+                     [&costs](const CostColumn &column) { return costs.*column.count == 0; });
+}
+
+std::string headOfTable() {
+  std::string titles = "| Function | When |";
+  std::string line = "\n|---|---|";
+  for (const CostColumn &column : kCostColumns) {
+    titles += std::string(" ") + column.title + " |";
+    line += "---|";
+  }
+  return titles + line + "\n";
+}
+
+std::string row(const Situation &situation) {
+  std::string text = "| `" + situation.function + "` | " + situation.when + " |";
+  for (const CostColumn &column : kCostColumns) {
+    const int count = situation.costs.*column.count;
+    text += " " + (count == 0 ? "" : std::to_string(count)) + " |";
+  }
+  return text + "\n";
+}
+
+// The table as the documentation has it: the functions that cost something in some situation, and the rest by name.
+std::string table() {
+  Names busy;
+  Names idle;
+  for (const Situation &s : situations()) {
+    if (!costsNothing(s.costs)) busy.insert(s.function);
+  }
+  std::string text = headOfTable();
+  for (const Situation &s : situations()) {
+    if (busy.count(s.function) == 0) {
+      idle.insert(s.function);
+    } else {
+      text += row(s);
+    }
+  }
+  text += "\nNothing of this, ever:\n";
+  for (const std::string &function : idle) text += "`" + function + (function == *idle.rbegin() ? "`.\n" : "`,\n");
+  return text;
+}
+
+void play(const Situation &situation, Host &host) {
+  OutputCapture output;
+  situation.play(host);
+  fflush(stdout);  // what the functions say ends in the capture
+}
+
+std::string whole(const Journal &journal) {
+  std::string text;
+  for (const std::string &line : journal.lines()) text += line + "\n";
+  return text;
+}
+
+class AFunction : public testing::TestWithParam<Situation> {};
+
+TEST_P(AFunction, CostsWhatItMustAndNoMore) {
+  Host host;
+  play(GetParam(), host);
+  EXPECT_EQ(describe(countedOn(host)), describe(GetParam().costs)) << whole(host.journal);
+  EXPECT_THAT(host.journal.violations(), testing::IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, AFunction, testing::ValuesIn(situations()), [](const auto &tested) {
+  std::string name = tested.param.function + "_" + tested.param.when;
+  for (char &c : name) c = isalnum(static_cast<unsigned char>(c)) ? c : '_';
+  return name;
+});
+
+TEST(TheSituations, NameEveryExportedFunction) {
+  Names named = kNotCalled;
+  for (const Situation &s : situations()) named.insert(s.function);
+  EXPECT_THAT(lacking(exportedNames(), named), testing::IsEmpty()) << "exported, without a situation";
+  EXPECT_THAT(lacking(named, exportedNames()), testing::IsEmpty()) << "with a situation, not exported";
+}
+
+TEST(TheSituations, RunNothingAgainWhoseAnswerCouldBeKept) {
+  for (const Situation &situation : situations()) {
+    Host host;
+    play(situation, host);
+    const Lines repeated = repeatedOn(host);
+    EXPECT_THAT(lacking({repeated.begin(), repeated.end()}, kMayRepeat), testing::IsEmpty())
+        << testing::PrintToString(situation);
+  }
+}
+
+TEST(TheTable, InTheDocumentationTellsTheseCounts) {
+  EXPECT_NE(read(DOCUMENT).find(table()), std::string::npos) << "docs/costs.md should hold:\n" << table();
+}
+
+}  // namespace
+}  // namespace contract
