@@ -70,8 +70,11 @@ const char *ConflictTest::ownBridge() {
 
 bool ConflictTest::conflictsWith(const char *other_slot, int other_vnode) {
   if (haveSameRootPort(other_slot, slot_) || host_.isOneChannelLimited()) return true;
-  const char *own = ownBridge();
-  const char *other = own == nullptr ? nullptr : host_.bridgeOf(other_vnode);
+  const char *found = ownBridge();
+  if (found == nullptr) return false;
+  char own[kBridgePathSize];
+  copyText(own, found);  // a further answer may take its place
+  const char *other = host_.bridgeOf(other_vnode);
   return other != nullptr && isSame(own, other);
 }
 

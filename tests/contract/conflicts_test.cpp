@@ -1,6 +1,7 @@
 // Which devices cannot stream at the same time, and how the marks of that are recomputed.
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -347,6 +348,27 @@ TEST_F(ARecomputation, GoesOnWhenASearchCannotOpen) {
   EXPECT_EQ(syncConflict(states.data()), 0);
   EXPECT_EQ(output.text(), openFailure(-3));
   EXPECT_THAT(host.config.writes(), ElementsAre("ch3/conflictch=-1"));
+}
+
+// Ten searches, each among ten cameras on nodes of which no search before it has asked.
+TEST_F(ARecomputation, AsksAboutAnyNumberOfNodes) {
+  int node = 0;
+  const std::function<void()> renumber = [&] {
+    for (int i = 0; i < 10; ++i) {
+      host.camera(++node, "").behindBridge(i < 5 ? kController : kOtherController);
+      host.channel(i).exists(1).profile(0).slot(std::to_string(i)).slotSwitch(1).vnode(node);
+    }
+    host.config.beforeOpenNumber(1, renumber);
+  };
+  renumber();
+  for (int i = 0; i < 10; ++i) host.channel(i).conflict(-1);
+  states.fill(1);
+  EXPECT_EQ(syncConflict(states.data()), 0);
+  host.config.beforeOpenNumber(0, nullptr);
+  for (int i = 0; i < 10; ++i) {
+    const int first = i < 5 ? 0 : 5;
+    EXPECT_EQ(host.channel(i).get("conflictch"), std::to_string(i == first ? first + 1 : first)) << i;
+  }
 }
 
 TEST_F(ARecomputation, KeepsItsFirstPassWhenTheLastCannotOpen) {
