@@ -55,6 +55,16 @@ TEST_F(TheManager, ReceivesOneDatagramForEachNotification) {
   EXPECT_EQ(received(), "");
 }
 
+TEST_F(TheManager, IsToldByAProcessWithoutStandardInput) {
+  listen();
+  const int input = dup(STDIN_FILENO);
+  close(STDIN_FILENO);  // the next socket takes its number, 0
+  EXPECT_EQ(vl_settingNotify(datagram.data()), 0);
+  dup2(input, STDIN_FILENO);
+  close(input);
+  EXPECT_EQ(received(), datagram);
+}
+
 TEST_F(TheManager, NeedNotBeThere) {
   EXPECT_EQ(vl_settingNotify(datagram.data()), 0);
   EXPECT_EQ(vl_settingNotify(datagram.data()), 0);

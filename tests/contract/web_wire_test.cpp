@@ -1,6 +1,8 @@
 // The web part on real sockets with the real C library, in a network of its own.
 #include <arpa/inet.h>
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -120,6 +122,36 @@ TEST_F(AHostOfItsOwn, IsReachedByItsNumberAtPortEighty) {
   EXPECT_STREQ(body, "body");
   EXPECT_EQ(http_close(connection), 0);
   EXPECT_EQ(request.get(), "GET /state HTTP/1.0\r\nAuthorization: Basic dTpw\r\nHost: camera\r\n\r\n");
+}
+
+TEST_F(AHostOfItsOwn, IsReachedByAProcessWithoutStandardInput) {
+  const Service web(80);
+  auto request = std::async(std::launch::async, [&] { return web.serve("body"); });
+  const int input = dup(STDIN_FILENO);
+  close(STDIN_FILENO);
+  int connection = -1;
+  EXPECT_EQ(http_open(&connection, "127.0.0.1"), 0);
+  EXPECT_EQ(connection, 0);
+  EXPECT_EQ(http_send_cmd(connection, "camera", "/", "u", "p"), 0);
+  char body[16];
+  EXPECT_EQ(http_read_line(connection, body, 4), 4);
+  EXPECT_EQ(http_close(connection), 0);
+  EXPECT_EQ(fcntl(connection, F_GETFD), -1) << "it is still open";
+  dup2(input, STDIN_FILENO);
+  close(input);
+  EXPECT_THAT(request.get(), testing::StartsWith("GET / HTTP/1.0"));
+}
+
+TEST_F(AHostOfItsOwn, IsSignalledByAProcessWithoutStandardInput) {
+  const Service streaming(10170);
+  auto received = std::async(std::launch::async, [&] { return streaming.serve(""); });
+  const int input = dup(STDIN_FILENO);
+  close(STDIN_FILENO);
+  EXPECT_EQ(vl_StreamNotify(std::string(32, 'm').data()), 0);
+  EXPECT_EQ(fcntl(STDIN_FILENO, F_GETFD), -1) << "the socket is still open";
+  dup2(input, STDIN_FILENO);
+  close(input);
+  EXPECT_EQ(received.get(), std::string(32, 'm'));
 }
 
 }  // namespace
