@@ -98,6 +98,21 @@ TEST_F(AScan, AsksForTheEncodingPermissionOnce) {
             1);
 }
 
+TEST_F(AScan, TakesAnInterfaceOfUpTo255Bytes) {
+  const auto askingFor = [](const std::string &interface) {
+    return "/bin/ls /sys/bus/usb/drivers/uvcvideo/" + interface + "/video4linux | /bin/awk '{print $1}'";
+  };
+  const std::string fits = "3-1:" + std::string(251, '1');
+  host.commands.prints(kCameraList, fits + "\n");
+  scanCameras();
+  EXPECT_THAT(host.journal.commands(), Contains(askingFor(fits)));
+  host.commands.prints(kCameraList, fits + "2\n");
+  host.journal.clear();
+  scanCameras();
+  EXPECT_THAT(host.journal.commands(), Contains(askingFor(fits)));
+  EXPECT_THAT(host.journal.commands(), Contains(askingFor("2")));
+}
+
 TEST_F(AScan, WhoseListCannotStartSaysSoAndSucceeds) {
   host.commands.cannotStart(kCameraList);
   host.commands.cannotStart(kCardList);
@@ -126,6 +141,8 @@ TEST_F(AStart, PassesOverAPortWhoseNameIsTooLong) {
     AStart::camera(std::string(length, '1'), 4, "Camera");
     get_conf_chinfo(channels, map, &count, cameras);
     EXPECT_EQ(count, 1) << "the one of 127 bytes alone";
+    EXPECT_EQ(cameras[0].usbslot, std::string(127, '1'));
+    EXPECT_STREQ(cameras[0].devname, "Camera");
   }
   EXPECT_THAT(host.journal.commands(), Not(Contains(testing::HasSubstr(std::string(128, '1')))));
 }
@@ -207,6 +224,16 @@ TEST_F(AScan, OfCardsNeedsNoListOfCamerasWithoutNewOnes) {
   card("3-1", 1, "USB Audio");
   EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, cards, 0, nullptr), 0);
   EXPECT_EQ(card_count, 1);
+}
+
+TEST_F(AScan, OfCardsTakesTheNameOfTheNewCameraInThePort) {
+  camera("3-1", 4, "First");
+  camera("3-2", 5, "Second");
+  scanCameras();
+  card("3-2", 1, "USB Audio");
+  scanCards();
+  ASSERT_EQ(card_count, 1);
+  EXPECT_STREQ(cards[0].devname, "Second");
 }
 
 TEST_F(AScan, OfCardsTakesANegativeCountOfNewCamerasForNone) {

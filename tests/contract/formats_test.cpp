@@ -220,6 +220,16 @@ TEST_F(AnOverlongListing, HasLinesLongerThanTheBufferReadInPieces) {
   EXPECT_EQ(format(0), "#0 codec 1: 320x240");
 }
 
+// The end of such a listing lies in the same buffer as what is left of the longer line before it.
+TEST_F(AFormatsListing, WhoseLastLineHasNoCodeOffersNothing) {
+  EXPECT_EQ(read("Index: 0\n" + std::string(14, 'x') + "MJPG\nPixel Format:"), 0);
+}
+
+TEST_F(AFormatsListing, WhoseLastLineHasNoSizeOffersNoSize) {
+  EXPECT_EQ(read("Index: 0\nPixel Format: 'MJPG'\n" + std::string(15, 'x') + "640x480\nSize: Discrete"), 1);
+  EXPECT_EQ(format(0), "#0 codec 1:");
+}
+
 TEST_F(AnOverlongListing, MayHoldNumbersOfAnyLength) {
   const std::string digits(80, '9');
   EXPECT_EQ(read("Index: 0\nPixel Format: 'MJPG'\nSize: Discrete " + digits + "x-" + digits +

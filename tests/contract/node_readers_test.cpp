@@ -113,6 +113,18 @@ TEST_F(AnInterface, IsAskedForNothingWithoutAPlaceForTheAnswer) {
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
+TEST_F(AnInterface, OfANameThatMakesACommandOf383BytesIsAskedAndOfALongerOneIsNot) {
+  const std::string fits = "3-1:" + std::string(383 - cameraNodes("3-1:").size(), '1');
+  ASSERT_EQ(cameraNodes(fits).size(), 383U);
+  host.commands.prints(cameraNodes(fits), "video4\n");
+  host.files.write(namePath(4), "Camera\n");
+  EXPECT_EQ(videoInfo(fits), 0);
+  EXPECT_EQ(node, 4);
+  host.journal.clear();
+  EXPECT_EQ(videoInfo(fits + "1"), -1);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
 TEST_F(AnInterface, NameOf300BytesIsCutAt255) {
   host.commands.prints(cameraNodes("3-1:1.0"), "video4\n");
   host.files.write(namePath(4), std::string(300, 'n') + "\n");
