@@ -1,0 +1,145 @@
+"""How ./dev installs what is missing, and what it says where it cannot."""
+
+from __future__ import annotations
+
+import pytest
+from conftest import APT_PLAN, Machine
+
+LIBRARY_ALONE = "cmake -B build -DUSBDEV_LIBRARY_ONLY=ON"
+
+
+@pytest.fixture
+def lacking(machine: Machine) -> Machine:
+    """A machine without ninja."""
+    machine.lacks("ninja-build")
+    return machine
+
+
+def installed(machine: Machine) -> bool:
+    return any(call.endswith("install ninja-build") and "--yes" in call and "--download-only" not in call
+               for call in machine.called("apt-get"))
+
+
+def test_apt_is_left_alone_where_nothing_is_missing(machine: Machine) -> None:
+    assert machine.dev("build").status == 0
+    assert machine.called("apt-get") == []
+
+
+def test_names_and_sizes_are_said(lacking: Machine) -> None:
+    output = lacking.dev("build").output
+    assert "missing packages: ninja-build" in output
+    assert "packages to install: 212, with those that they need" in output
+    assert "to download: 332 MB" in output
+    assert "disk space: 1203 MB" in output
+
+
+def test_packages_that_were_downloaded_before_are_not_counted_again(lacking: Machine) -> None:
+    lacking.answers("apt-get", ("*--assume-no*", APT_PLAN.replace("get 332", "get 0 B/332"), 0), ("*", "", 0))
+    assert "to download: 0 B/332 MB" in lacking.dev("build").output
+
+
+def test_it_goes_on_unasked_without_a_terminal(lacking: Machine) -> None:
+    assert lacking.dev("build").status == 0
+    assert installed(lacking)
+
+
+@pytest.mark.parametrize("answer", ["\n", "y\n", "Yes\n"])
+def test_a_terminal_is_asked_and_may_agree(lacking: Machine, answer: str) -> None:
+    outcome = lacking.dev_on_terminal("build", typed=answer)
+    assert "install them? [Y/n]" in outcome.output
+    assert outcome.status == 0 and installed(lacking)
+
+
+@pytest.mark.parametrize("answer", ["n\n", "no\n", "what\n", "\x04"])
+def test_any_other_answer_installs_nothing(lacking: Machine, answer: str) -> None:
+    outcome = lacking.dev_on_terminal("build", typed=answer)
+    assert outcome.status == 1 and not installed(lacking)
+    assert "nothing was installed" in outcome.output
+    assert lacking.called("ninja") == []
+
+
+@pytest.mark.parametrize("words", [["--yes", "build"], ["build", "--yes"]])
+def test_yes_goes_on_unasked_on_a_terminal(lacking: Machine, words: list[str]) -> None:
+    outcome = lacking.dev_on_terminal(*words)
+    assert "install them?" not in outcome.output
+    assert outcome.status == 0 and installed(lacking)
+
+
+def test_a_log_gets_a_line_for_every_tenth(lacking: Machine) -> None:
+    steps = "".join(f"pmstatus:some-package:{percent}.5:Unpacking some-package\n" for percent in range(100))
+    lacking.answers("apt-get", ("*--assume-no*", APT_PLAN, 0), ("*--download-only*", "", 0), ("*--yes*", steps, 0), ("*", "", 0))
+    output = lacking.dev("build").output
+    assert [line for line in output.splitlines() if line.startswith("installing: ")] == [
+        f"installing: {percent} of 100" for percent in range(10, 100, 10)]
+    assert "\r" not in output
+
+
+def assert_gives_up(machine: Machine, reason: str) -> None:
+    """What was wanted is not built, and what can be done instead is said."""
+    outcome = machine.dev("build")
+    assert outcome.status == 1 and machine.called("ninja") == []
+    assert f"dev: {reason}" in outcome.output
+    assert "apt-get install --no-install-recommends ninja-build" in outcome.output
+    assert LIBRARY_ALONE in outcome.output
+
+
+def test_without_a_network_it_says_what_can_be_done(lacking: Machine) -> None:
+    lacking.answers("apt-get", ("*--assume-no*", APT_PLAN, 0), ("*--download-only*", "E: no route\n", 100), ("*", "", 0))
+    assert_gives_up(lacking, "the packages could not be downloaded, which takes a network")
+    assert not installed(lacking)
+
+
+def test_what_apt_says_of_a_failure_is_shown(lacking: Machine) -> None:
+    lacking.answers("apt-get", ("*--assume-no*", APT_PLAN, 0), ("*--download-only*", "noise\nE: no route\n", 100), ("*", "", 0))
+    output = lacking.dev("build").output
+    assert "E: no route" in output and "noise" not in output
+
+
+def test_a_failed_installation_is_told_from_a_failed_download(lacking: Machine) -> None:
+    lacking.answers("apt-get", ("*--assume-no*", APT_PLAN, 0), ("*--download-only*", "", 0), ("*--yes*", "", 100), ("*", "", 0))
+    assert_gives_up(lacking, "apt-get could not install the packages")
+
+
+def test_a_package_that_apt_does_not_know_is_named(lacking: Machine) -> None:
+    lacking.answers("apt-get", ("*--assume-no*", "E: Unable to locate package ninja-build\n", 100), ("*", "", 0))
+    assert_gives_up(lacking, "apt does not find them")
+    assert "E: Unable to locate package ninja-build" in lacking.dev("build").output
+
+
+def test_lists_that_cannot_be_read_again_are_used_as_they_are(lacking: Machine) -> None:
+    lacking.answers("apt-get", ("*update*", "", 100), ("*--assume-no*", APT_PLAN, 0), ("*", "", 0))
+    outcome = lacking.dev("build")
+    assert "not every list could be read" in outcome.output
+    assert outcome.status == 0 and installed(lacking)
+
+
+def test_without_rights_and_sudo_it_says_what_can_be_done(lacking: Machine) -> None:
+    lacking.answers("id", ("*", "1000\n", 0))
+    assert_gives_up(lacking, "installing packages takes the rights of root, and there is no sudo here")
+    assert lacking.called("apt-get") == []
+
+
+def test_a_sudo_that_refuses_is_told_from_one_that_is_missing(lacking: Machine) -> None:
+    lacking.answers("id", ("*", "1000\n", 0))
+    lacking.answers("sudo", ("*", "", 1))
+    assert_gives_up(lacking, "installing packages takes the rights of root, and sudo does not give them")
+
+
+def test_sudo_asks_for_a_password_on_a_terminal_only(lacking: Machine) -> None:
+    lacking.answers("id", ("*", "1000\n", 0))
+    lacking.script("sudo", '[ "$1" != --non-interactive ] || shift\n"$@"')
+    lacking.dev("build")
+    assert lacking.called("sudo") and all(call.startswith("--non-interactive ") for call in lacking.called("sudo"))
+    lacking.calls.write_text("")
+    lacking.dev_on_terminal("build", "--yes")
+    assert lacking.called("sudo") and not any("--non-interactive" in call for call in lacking.called("sudo"))
+    assert installed(lacking)
+
+
+def test_a_system_without_apt_is_told_so(lacking: Machine) -> None:
+    (lacking.programs / "apt-get").unlink()
+    (lacking.programs / "dpkg-query").unlink()
+    outcome = lacking.dev("build")
+    assert outcome.status == 1
+    assert "dev: packages are installed on Debian only, and there is no apt-get here" in outcome.output
+    assert LIBRARY_ALONE in outcome.output

@@ -1,0 +1,74 @@
+"""Which tests ./dev runs, and how it sums them up."""
+
+from __future__ import annotations
+
+from conftest import Machine
+
+PASSED = "100% tests passed, 0 tests failed out of 7\n"
+FAILED = """\
+ 2/7 Test #3: Three ...........***Failed    0.07 sec
+expected 1, found 2
+71% tests passed, 2 tests failed out of 7
+"""
+
+
+def last_line(output: str) -> str:
+    return output.splitlines()[-1]
+
+
+def test_the_last_line_sums_the_plain_build_and_both_sanitizers(machine: Machine) -> None:
+    outcome = machine.dev("test")
+    assert outcome.status == 0 and last_line(outcome.output) == "21 passed, 0 failed"
+    assert [call.split()[1] for call in machine.called("ctest")] == ["build/release", "build/asan", "build/tsan"]
+
+
+def test_failed_tests_are_summed_and_shown(machine: Machine) -> None:
+    machine.tests_end_with(FAILED, status=8)
+    outcome = machine.dev("test")
+    assert outcome.status == 1 and last_line(outcome.output) == "15 passed, 6 failed"
+    assert outcome.output.count("expected 1, found 2") == 3
+
+
+def test_a_test_program_that_fails_without_a_failed_test_counts_as_one(machine: Machine) -> None:
+    machine.tests_end_with(PASSED, status=8)
+    assert last_line(machine.dev("test").output) == "18 passed, 3 failed"
+
+
+def test_a_sanitizer_build_that_fails_is_shown_and_counts_as_a_failure(machine: Machine) -> None:
+    machine.answers("ninja", ("*asan*", "file.cpp:3:5: error: no such thing\n", 1), ("*", "", 0))
+    outcome = machine.dev("test")
+    assert outcome.status == 1 and last_line(outcome.output) == "7 passed, 1 failed"
+    assert "error: no such thing" in outcome.output
+
+
+def test_a_log_gets_a_line_for_every_tenth_of_the_tests(machine: Machine) -> None:
+    steps = "".join(f"      Start {step}: Test {step}\n{step:3}/300 Test #{step}: Name ...   Passed    0.1 sec\n" for step in range(1, 301))
+    machine.tests_end_with(steps + PASSED)
+    output = machine.dev("test", "Name").output
+    assert [line for line in output.splitlines() if line.startswith("tests, release: ")] == [
+        f"tests, release: {count} of 300" for count in range(30, 301, 30)]
+    assert "Start" not in output and "Passed" not in output
+
+
+def test_a_terminal_is_summed_up_alike(machine: Machine) -> None:
+    assert last_line(machine.dev_on_terminal("test").output) == "21 passed, 0 failed"
+
+
+def test_a_name_runs_what_matches_in_the_plain_build(machine: Machine) -> None:
+    outcome = machine.dev("test", "AParkedChannel")
+    assert outcome.status == 0 and last_line(outcome.output) == "7 passed, 0 failed"
+    calls = machine.called("ctest")
+    assert all(call.endswith("--tests-regex AParkedChannel") and "build/release" in call for call in calls)
+    assert machine.called("ninja") == ["-C build/release"]
+
+
+def test_a_name_that_nothing_matches_is_told_so(machine: Machine) -> None:
+    machine.tests_end_with(PASSED, names="Total Tests: 0\n")
+    outcome = machine.dev("test", "Nothing")
+    assert outcome.status == 1
+    assert "dev: no test matches 'Nothing'" in outcome.output
+
+
+def test_two_names_are_refused(machine: Machine) -> None:
+    outcome = machine.dev("test", "One", "Two")
+    assert outcome.status == 2 and machine.called("ctest") == []

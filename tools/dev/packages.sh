@@ -1,0 +1,119 @@
+# shellcheck shell=sh
+# Debian's packages that the tree is built, run and tested with, and how the missing ones are installed.
+
+build_packages='
+  cmake ninja-build g++ pkg-config python3
+  libgtest-dev libgmock-dev libbenchmark-dev libcurl4-openssl-dev libssl-dev
+  libpugixml-dev libsqlite3-dev libasound2-dev libcli11-dev nlohmann-json3-dev
+'
+# What the sandboxed host is made of.
+host_packages='
+  bubblewrap iproute2 procps python3-tornado python3-argon2 ffmpeg socat
+'
+# Some packages of nodejs bring npm along, and are in the way of the one with its name.
+command -v npm >/dev/null || host_packages="$host_packages npm"
+test_packages='
+  python3-pytest python3-selenium chromium chromium-driver curl strace zsh clang musl-tools
+'
+bench_packages='gnuplot-nox'
+check_packages='clang-format clang-tidy shellcheck'
+
+package_log=build/packages.log
+
+# give_up REASON: says what can be done by hand, and ends.
+give_up() {
+  cat >&2 <<TEXT
+
+dev: $1.
+
+What is missing can be installed by hand, as root and with a network:
+  apt-get update && apt-get install --no-install-recommends $wanted
+The library alone can be built without them, with a C and a C++ compiler and CMake:
+  cmake -B build -DUSBDEV_LIBRARY_ONLY=ON && cmake --build build
+TEXT
+  exit 1
+}
+
+# The packages of the list that are not installed.
+missing() {
+  # shellcheck disable=SC2016 # the format is dpkg-query's own
+  installed=$(dpkg-query -W -f='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null) || true
+  for package in "$@"; do
+    printf '%s\n' "$installed" | grep -qx "$package installed" || printf '%s ' "$package"
+  done
+}
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then "$@"
+  elif [ -t 0 ]; then sudo "$@"
+  else sudo --non-interactive "$@"
+  fi
+}
+
+expect_rights() {
+  command -v apt-get >/dev/null || give_up 'packages are installed on Debian only, and there is no apt-get here'
+  [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null || give_up 'installing packages takes the rights of root, and there is no sudo here'
+  as_root true || give_up 'installing packages takes the rights of root, and sudo does not give them'
+}
+
+# Prints how many packages would be installed and how large they are, in apt's own figures.
+say_how_much() {
+  # shellcheck disable=SC2086 # a list of words
+  plan=$(LC_ALL=C apt-get -o Debug::NoLocking=1 --assume-no --no-install-recommends install $wanted 2>&1) || true
+  printf '%s\n' "$plan" | grep '^E:' >&2 &&
+    give_up 'apt does not find them in its lists, which take a network, and Debian 12'
+  printf '%s\n' "$plan" | sed -n \
+    -e 's/.* \([0-9]*\) newly installed,.*/packages to install: \1, with those that they need/p' \
+    -e 's/^Need to get \(.*\) of archives\./to download: \1/p' \
+    -e 's/^After this operation, \(.*\) of additional disk space will be used\./disk space: \1/p'
+}
+
+# Asks on a terminal; elsewhere nobody could answer.
+expect_consent() {
+  [ -z "$yes" ] && [ -t 0 ] && [ -t 1 ] || return 0
+  printf 'install them? [Y/n] '
+  read -r answer || answer=n
+  case $answer in
+    '' | [Yy]*) ;;
+    *) give_up 'nothing was installed' ;;
+  esac
+}
+
+install_with() {
+  # shellcheck disable=SC2086 # a list of words
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get --yes --no-install-recommends "$@" install $wanted
+}
+
+# The same with all output in the log, and the percents of it as lines that count.
+install_counting() {
+  { install_with -o APT::Status-Fd=1 "$@" 2>&1 </dev/null || echo 'apt-get failed'; } | tee -a "$package_log" |
+    sed -un -e 's/^[dp][lm]status:[^:]*:\([0-9]*\).*/[\1\/100] /p' -e '/^apt-get failed$/q1'
+}
+
+# apt_step LABEL REASON OPTIONS...: downloads or installs, and gives up for the reason where that fails.
+apt_step() {
+  label=$1 reason=$2
+  shift 2
+  if [ -t 1 ]; then
+    install_with "$@" || give_up "$reason"
+  elif ! shown "$label" install_counting "$@"; then
+    grep '^E:' "$package_log" | tail -n 3 >&2
+    give_up "$reason; $package_log has it all"
+  fi
+}
+
+install_missing() {
+  # shellcheck disable=SC2048,SC2086 # the arguments are lists of words
+  wanted=$(missing $*)
+  [ -n "$wanted" ] || return 0
+  echo "missing packages: $wanted"
+  expect_rights
+  echo 'reading the lists of packages'
+  as_root apt-get -qq -o APT::Update::Error-Mode=any update || echo 'dev: not every list could be read; going on with those that are here' >&2
+  say_how_much
+  expect_consent
+  mkdir -p build
+  : >"$package_log"
+  apt_step downloading 'the packages could not be downloaded, which takes a network' --download-only
+  apt_step installing 'apt-get could not install the packages'
+}

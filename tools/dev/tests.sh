@@ -1,0 +1,69 @@
+# shellcheck shell=sh
+# Running the tests, and summing up what several runs of them found.
+
+# The programs with tests labelled "threaded": the thread sanitizer's build needs no others.
+threaded_programs='contract_lock'
+
+passed=0
+failed=0
+
+# The thread sanitizer does not find its shadow memory under every layout of the address space.
+without_randomised_addresses() {
+  if setarch "$(uname -m)" -R true 2>/dev/null; then setarch "$(uname -m)" -R "$@"; else "$@"; fi
+}
+
+# run_tests PRESET OPTIONS...: runs the tests of a preset and adds its result to the sums. Many tests wait, for others or
+# for nothing to happen: two more at a time than there are processors.
+run_tests() {
+  preset=$1
+  shift
+  log=build/$preset/ctest.log
+  echo "== tests, $preset"
+  status=0
+  CLICOLOR=0 shown "tests, $preset" without_randomised_addresses ctest --test-dir "build/$preset" --output-on-failure \
+    --progress --output-log "$log" --no-tests=error --parallel "$(($(nproc) + 2))" "$@" || status=$?
+  ran=$(sed -n 's/^[0-9]*% tests passed, [0-9]* tests failed out of \([0-9]*\)$/\1/p' "$log")
+  bad=$(sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests failed out of [0-9]*$/\1/p' "$log")
+  if [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; then bad=$((${bad:-0} + 1)); fi
+  failed=$((failed + ${bad:-0}))
+  passed=$((passed + ${ran:-0} - ${bad:-0}))
+}
+
+sum_up() {
+  echo "$passed passed, $failed failed"
+  [ "$failed" -eq 0 ]
+}
+
+build_for_sanitizers() {
+  # shellcheck disable=SC2086 # a list of words
+  without_randomised_addresses ./dev build tsan $threaded_programs
+  build asan
+}
+
+run_all_tests() {
+  export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0
+  export UBSAN_OPTIONS=print_stacktrace=1
+  export TSAN_OPTIONS=halt_on_error=1
+  build release
+  build_for_sanitizers >build/sanitizers.log 2>&1 & # while the tests wait more than they work
+  sanitizer_builds=$!
+  run_tests release
+  echo '== builds for the sanitizers'
+  tail --lines=+1 --follow --pid="$sanitizer_builds" build/sanitizers.log
+  if wait "$sanitizer_builds"; then
+    run_tests asan
+    run_tests tsan --label-regex threaded
+  else
+    failed=$((failed + 1))
+  fi
+  sum_up
+}
+
+# Runs the tests of the release build whose name matches.
+run_matching_tests() {
+  build release
+  ctest --test-dir build/release --show-only --tests-regex "$1" | grep -q 'Test *#' ||
+    { echo "dev: no test matches '$1'; 'ctest --test-dir build/release --show-only' lists them" >&2; exit 1; }
+  run_tests release --tests-regex "$1"
+  sum_up
+}
