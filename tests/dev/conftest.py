@@ -13,7 +13,7 @@ from typing import NamedTuple
 import pytest
 
 REPOSITORY = Path(__file__).resolve().parent.parent.parent
-TOOLS = "sh cat dirname env find grep head mkdir nproc sed tail tee uname"
+TOOLS = "sh cat dirname env find grep head mkdir nproc sed tail tee tr uname"
 
 APT_PLAN = """\
 0 upgraded, 212 newly installed, 0 to remove and 3 not upgraded.
@@ -83,8 +83,11 @@ exit {status}""")
         return Outcome(ended.returncode, ended.stdout)
 
     def dev_on_terminal(self, *arguments: str, typed: str = "") -> Outcome:
+        return self.on_terminal(str(self.tree / "dev"), *arguments, typed=typed)
+
+    def on_terminal(self, *command: str, typed: str) -> Outcome:
         ours, its = pty.openpty()
-        process = subprocess.Popen([self.tree / "dev", *arguments], env={"PATH": str(self.programs)}, stdin=its, stdout=its, stderr=its)
+        process = subprocess.Popen(command, env={"PATH": str(self.programs)}, stdin=its, stdout=its, stderr=its)
         os.close(its)
         os.write(ours, typed.encode())
         output = b""

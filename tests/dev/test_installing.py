@@ -58,6 +58,12 @@ def test_any_other_answer_installs_nothing(lacking: Machine, answer: str) -> Non
     assert lacking.called("ninja") == []
 
 
+def test_a_terminal_is_asked_also_while_the_output_goes_elsewhere(lacking: Machine) -> None:
+    outcome = lacking.on_terminal(f"{lacking.programs}/sh", "-c", f"{lacking.tree}/dev build | cat", typed="n\n")
+    assert "install them? [Y/n]" in outcome.output
+    assert not installed(lacking)
+
+
 @pytest.mark.parametrize("words", [["--yes", "build"], ["build", "--yes"]])
 def test_yes_goes_on_unasked_on_a_terminal(lacking: Machine, words: list[str]) -> None:
     outcome = lacking.dev_on_terminal(*words)

@@ -37,10 +37,8 @@ TEXT
 # The packages of the list that are not installed.
 missing() {
   # shellcheck disable=SC2016 # the format is dpkg-query's own
-  installed=$(dpkg-query -W -f='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null) || true
-  for package in "$@"; do
-    printf '%s\n' "$installed" | grep -qx "$package installed" || printf '%s ' "$package"
-  done
+  installed=$(dpkg-query -W -f='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null | sed -n 's/ installed$//p')
+  printf '%s\n' "$@" | grep -vxF -e "$installed" | tr '\n' ' '
 }
 
 as_root() {
@@ -70,8 +68,8 @@ say_how_much() {
 
 # Asks on a terminal; elsewhere nobody could answer.
 expect_consent() {
-  [ -z "$yes" ] && [ -t 0 ] && [ -t 1 ] || return 0
-  printf 'install them? [Y/n] '
+  [ -z "$yes" ] && [ -t 0 ] || return 0
+  printf 'install them? [Y/n] ' >&2
   read -r answer || answer=n
   case $answer in
     '' | [Yy]*) ;;
