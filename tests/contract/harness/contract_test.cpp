@@ -1,12 +1,41 @@
 #include "contract_test.h"
 
+#include <unistd.h>
+
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <future>
 
 namespace contract {
 
 using testing::IsEmpty;
+
+namespace {
+
+// A call that ends the program, as that of a broken connection does with status 0, must not pass for a test that has
+// succeeded. The child that a death test starts is meant to end.
+class EndsAfterItsTestsOnly : public testing::Environment {
+ public:
+  void SetUp() override {
+    if (GTEST_FLAG_GET(internal_run_death_test).empty()) atexit(failDuringATest);
+    program_ = getpid();
+  }
+
+ private:
+  static void failDuringATest() {
+    if (getpid() != program_ || testing::UnitTest::GetInstance()->current_test_info() == nullptr) return;
+    fputs("the program was ended during a test\n", stderr);
+    std::_Exit(1);
+  }
+
+  static inline pid_t program_ = 0;
+};
+
+[[maybe_unused]] testing::Environment *const ends_after_its_tests_only =
+    testing::AddGlobalTestEnvironment(new EndsAfterItsTestsOnly);
+
+}  // namespace
 
 void ContractTest::TearDown() {
   EXPECT_THAT(host.journal.violations(), IsEmpty());
