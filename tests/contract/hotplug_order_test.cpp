@@ -43,7 +43,11 @@ TEST_F(AnEvent, OfADeviceWithoutAChannelReadsOnly) {
   EXPECT_EQ(host.journal.count("fopen failed " + std::string(kNoSupportList)), 0);
 }
 
+// After an event that was read, so that what it read may still lie in memory.
 TEST_F(AnEvent, FailsWhenTheConfigurationCannotBeRead) {
+  EXPECT_EQ(plug(), 3);
+  vnode = 77;
+  host.journal.clear();
   host.config.failReadOpens(-7);
   for (const bool comes : {true, false}) {
     profile = 77;

@@ -211,6 +211,12 @@ TEST_F(TheDeviceTable, HasARowForEachAttachedChannel) {
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close"));
 }
 
+TEST_F(TheDeviceTable, HasARowForEachOfTheTenChannels) {
+  for (int i = 0; i < 10; ++i) host.channel(i).exists(1).name(std::to_string(i));
+  read();
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(rows.at(static_cast<size_t>(i)).devname, std::to_string(i));
+}
+
 TEST_F(TheDeviceTable, HasZeroesForAChannelWithoutADevice) {
   describe(host.channel(4)).exists(0);
   read();
@@ -282,6 +288,14 @@ TEST_F(TheProfileTable, HasARowForEachProfileInUse) {
   strcpy(expected.hlspath, "abcdef");
   EXPECT_TRUE(isSameRecord(rows[2], expected));
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close"));
+}
+
+TEST_F(TheProfileTable, IsReadFromEachOfTheTenChannels) {
+  for (int i = 0; i < 10; ++i) {
+    host.channel(i).profile(i % 4).name(std::to_string(i));
+    read();
+    EXPECT_EQ(rows.at(static_cast<size_t>(i) % 4).devname, std::to_string(i));
+  }
 }
 
 TEST_F(TheProfileTable, HasNothingButTheMissingIdInAnUnusedRow) {

@@ -118,6 +118,30 @@ TEST_F(ASlotThatIsSwitchedOn, ParksACameraWithoutAProfile) {
   EXPECT_EQ(notified(), "event 6 profile 3 nodes 0 1 flag 0 target 3");
 }
 
+TEST_F(ASlotThatIsSwitchedOn, ParksTheCamerasOfTheFirstAndTheLastChannelToo) {
+  for (const int other : {0, 9}) {
+    camera(other, -1, "1-1." + std::to_string(other + 2));
+    on();
+    EXPECT_EQ(host.channel(other).get("conflictch"), "4");
+  }
+}
+
+TEST_F(ASlotThatIsSwitchedOn, YieldsToTheFirstAndTheLastChannelToo) {
+  for (const int other : {0, 9}) {
+    camera(other, 1, "1-1.2").slotSwitch(1);
+    on();
+    EXPECT_EQ(own().get("conflictch"), std::to_string(other));
+    camera(other, 1, "9-9");
+  }
+}
+
+TEST_F(ASlotThatIsSwitchedOn, MayBeOnTheFirstChannel) {
+  own().exists(0);
+  camera(0, 3, "1-1.1").slotSwitch(0);
+  EXPECT_EQ(on(), 0);
+  EXPECT_EQ(host.channel(0).get("slot_switch"), "1");
+}
+
 TEST_F(ASlotThatIsSwitchedOn, ParksACameraThatIsSwitchedOff) {
   camera(7, 1, "1-1.4").slotSwitch(0);
   on();

@@ -44,6 +44,13 @@ INSTANTIATE_TEST_SUITE_P(OfKnownBytes, ABase64Text,
                                          Encoding{std::string(3, '\0'), "AAAA"},
                                          Encoding{std::string("a\0b", 3), "YQBi"}));
 
+// The encoding of the first bytes alone.
+std::string encodedFirst(const std::string &bytes, int count) {
+  char out[16] = "";
+  Base64enc(reinterpret_cast<const unsigned char *>(bytes.data()), count, out);
+  return out;
+}
+
 TEST(ABase64Encoding, OfManyBytesHoldsNoLineBreak) {
   std::string expected;
   for (int i = 0; i < 100; ++i) expected += "Zm9v";
@@ -73,6 +80,14 @@ TEST(ABase64Encoding, OfATextStopsAtItsEnd) {
   EXPECT_STREQ(out, "YWI=");
 }
 
+TEST(ABase64Encoding, LooksAtNothingAfterItsLength) {
+  for (const char following : {'\0', '\x5a', '\xff'}) {
+    const std::string bytes = "ab" + std::string(4, following);
+    EXPECT_EQ(encodedFirst(bytes, 2), "YWI=");
+    EXPECT_EQ(encodedFirst("a" + bytes.substr(2), 1), "YQ==");
+  }
+}
+
 TEST(ABase64Encoding, ComesBackFromEveryByteAtEveryPosition) {
   std::mt19937 chance(1);
   for (size_t length = 0; length < 300; ++length) {
@@ -86,6 +101,14 @@ TEST(ABase64Decoding, GivesTheOutput) {
   char out[8] = "";
   EXPECT_EQ(Base64decs("YWI=", out), out);
   EXPECT_STREQ(out, "ab");
+}
+
+TEST(ABase64Decoding, WritesNothingAfterItsEnd) {
+  for (const char *text : {"YWI=", "YW==", "YWJj", "YWJjYW=="}) {
+    std::string out(16, '#');
+    const int count = Base64dec(text, reinterpret_cast<unsigned char *>(out.data()));
+    EXPECT_EQ(out.substr(static_cast<size_t>(count)), std::string(1, '\0') + std::string(15 - count, '#')) << text;
+  }
 }
 
 TEST(ABase64Decoding, StopsAtTheFirstPad) {
@@ -161,6 +184,9 @@ TEST(ARequestPathEscaping, OfALengthBelowOneWritesNothing) {
 TEST(AnEncodingOfNothing, ChangesNothing) {
   char out[] = "before";
   EXPECT_EQ(Base64enc(nullptr, 3, out), 0);
+  EXPECT_EQ(Base64enc(reinterpret_cast<const unsigned char *>("abc"), 3, nullptr), 0);
+  EXPECT_EQ(Base64dec("YWJj", nullptr), 0);
+  EXPECT_EQ(url_encode(nullptr, "/", 1), 0);
   EXPECT_EQ(Base64encs(nullptr, out), out);
   EXPECT_EQ(Base64dec(nullptr, reinterpret_cast<unsigned char *>(out)), 0);
   EXPECT_EQ(Base64decs(nullptr, out), out);

@@ -423,6 +423,14 @@ TEST(AnAuthorization, OfTheLongestCredentialsIsComplete) {
   EXPECT_EQ(Base64decs(text.c_str() + 6, decoded), std::string(64, '\xff') + ":" + std::string(64, 'p'));
 }
 
+TEST(AnAuthorization, OfNothingIsNotMade) {
+  char out[] = "before";
+  EXPECT_EQ(getNVR_AUTH(nullptr, "p", out), 0);
+  EXPECT_EQ(getNVR_AUTH("u", nullptr, out), 0);
+  EXPECT_EQ(getNVR_AUTH("u", "p", nullptr), 0);
+  EXPECT_STREQ(out, "before");
+}
+
 TEST(AnAuthorization, OfLongerCredentialsIsNotMade) {
   EXPECT_EQ(authorization(std::string(65, 'u'), "p"), "(untouched)");
   EXPECT_EQ(authorization("u", std::string(65, 'p')), "(untouched)");
