@@ -1,93 +1,76 @@
-// A camera that is plugged in beside nine others: the library against a loop that only runs the same commands and opens
-// the configuration as often.
-//
-// The library's commands and opens are noted once, outside the measurement. To be run on a sandboxed host with ten
-// cameras of which the last is the one to plug in: see bench/run.
-#include <platform/xmlcfg.h>
+// A camera that is plugged in beside nine others, on a sandboxed host with ten cameras of which the last is the one to
+// plug in: see bench/run.
 #include <usbdev/hotplug.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
-#include "noted_work.h"
-#include "side_by_side.h"
+#include "bare_host.h"
+#include "pairs.h"
 
 namespace {
 
-constexpr char kConfig[] = "/etc/config/usbdev.conf";
-constexpr char kRoot[] = "velmora";
 constexpr int kNewChannel = 9;
 
-/// The configuration as it is before the camera comes, and the camera.
-class Scene {
- public:
+/// Nine cameras that are there, and the one that comes.
+struct Scene {
   Scene() {
-    void *config = nullptr;
-    if (xmlcfg_open(1, kConfig, &config) != 1) return;
-    for (int i = 0; i < kNewChannel; ++i) others_ += xmlcfg_get_int(config, 0, kRoot, section(i), "exists", nullptr);
-    camera_.devtype = 1;
-    camera_.plugged = 1;
-    camera_.node = xmlcfg_get_int(config, -1, kRoot, section(kNewChannel), "video", "vnode");
-    xmlcfg_get_str(config, "", camera_.usbslot, sizeof camera_.usbslot, kRoot, section(kNewChannel), "usbslot",
-                   nullptr);
-    xmlcfg_get_str(config, "", camera_.devname, sizeof camera_.devname, kRoot, section(kNewChannel), "devname",
-                   nullptr);
-    forgetCamera(config);
-    xmlcfg_close(config, 0);
+    auto pass = bench::Pass::reading();
+    for (int i = 0; i < bench::kChannels; ++i) {
+      const bench::Camera camera{pass.get(i, bench::number("video", "vnode")), pass.getText(i, bench::text("usbslot"))};
+      if (pass.get(i, bench::number("exists")) != 1) return;
+      if (i == kNewChannel) {
+        comes = camera;
+        complete = true;
+      } else {
+        others.push_back(camera);
+      }
+    }
   }
 
-  bool complete() const { return others_ == kNewChannel && camera_.node >= 0 && camera_.usbslot[0] != '\0'; }
-  _usbdev_des camera() const { return camera_; }
-
-  static void reset() {
-    void *config = nullptr;
-    if (xmlcfg_open(1, kConfig, &config) != 1) std::abort();
-    forgetCamera(config);
-    xmlcfg_close(config, 0);
-  }
-
- private:
-  static const char *section(int channel) {
-    static char name[8];
-    std::snprintf(name, sizeof name, "ch%d", channel);
-    return name;
-  }
-
-  static void forgetCamera(void *config) {
-    xmlcfg_set_int(config, 0, kRoot, section(kNewChannel), "exists", nullptr);
-    xmlcfg_set_str(config, "", kRoot, section(kNewChannel), "usbslot", nullptr);
-    xmlcfg_set_int(config, -1, kRoot, section(kNewChannel), "profile", nullptr);
-    xmlcfg_set_int(config, -1, kRoot, section(kNewChannel), "video", "vnode");
-    xmlcfg_set_int(config, -1, kRoot, section(kNewChannel), "conflictch", nullptr);
-  }
-
-  _usbdev_des camera_ = {};
-  int others_ = 0;
+  std::vector<bench::Camera> others;
+  bench::Camera comes;
+  bool complete = false;
 };
 
-bool plugIn(const Scene &scene) {
-  _usbdev_des camera = scene.camera();
+void forget() {
+  const auto pass = bench::Pass::writing();
+  pass.set(kNewChannel, bench::number("exists"), 0);
+  pass.set(kNewChannel, bench::text("usbslot"), "");
+  pass.set(kNewChannel, bench::number("profile"), -1);
+  pass.set(kNewChannel, bench::number("video", "vnode"), -1);
+  pass.set(kNewChannel, bench::number("conflictch"), -1);
+}
+
+void plugInByLibrary(const bench::Camera &camera) {
+  _usbdev_des device = {};
+  device.devtype = 1;
+  device.plugged = 1;
+  device.node = camera.node;
+  std::strncpy(device.usbslot, camera.slot.c_str(), sizeof device.usbslot - 1);
+  std::strcpy(device.devname, "Camera");
   _usbdev_conflict conflict = {};
   char devname[256] = "";
   int profile = 0;
   int vnode = 0;
-  return mn_set_usbdev_hotplug(&camera, &profile, devname, &vnode, &conflict) == kNewChannel;
+  if (mn_set_usbdev_hotplug(&device, &profile, devname, &vnode, &conflict) != kNewChannel) std::abort();
 }
 
-void plugInBesideNine(benchmark::State &state) {
-  const Scene scene;
-  bool plugged = false;
-  const bench::Work work = bench::note([&] { plugged = scene.complete() && plugIn(scene); });
-  if (!plugged) {
-    state.SkipWithError("needs a sandboxed host with ten cameras, the last one in channel 9");
-    return;
-  }
-  bench::timeSideBySide(
-      state, [&] { plugIn(scene); }, [&] { bench::repeatCommandsAndOpens(work); }, Scene::reset);
-  state.counters["commands"] = static_cast<double>(work.commands());
-  state.counters["repeated"] = work.repeated_questions;
-  state.counters["opens"] = static_cast<double>(work.opens.size());
+void plugInBarely(const Scene &scene) {
+  bench::Answers answers;
+  bench::askEncoding();
+  bench::plugIn(answers, kNewChannel, scene.comes, scene.others);
 }
-BENCHMARK(plugInBesideNine)->UseManualTime()->Iterations(25)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+int main(int, char **argv) {
+  const Scene scene;
+  if (!scene.complete) {
+    std::fputs("needs a sandboxed host with ten cameras, all of them in channels\n", stderr);
+    return 1;
+  }
+  return bench::compare(std::atof(argv[1]),
+                        {[&] { plugInByLibrary(scene.comes); }, [&] { plugInBarely(scene); }, forget});
+}

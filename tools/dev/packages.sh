@@ -3,7 +3,7 @@
 
 build_packages='
   cmake ninja-build g++ pkg-config python3
-  libgtest-dev libgmock-dev libbenchmark-dev libcurl4-openssl-dev libssl-dev
+  libgtest-dev libgmock-dev libcurl4-openssl-dev libssl-dev
   libpugixml-dev libsqlite3-dev libasound2-dev libcli11-dev nlohmann-json3-dev
 '
 # What the sandboxed host is made of.
