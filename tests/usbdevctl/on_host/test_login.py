@@ -11,6 +11,8 @@ import struct
 import subprocess
 import threading
 from collections.abc import Iterator
+from contextlib import suppress
+from pathlib import Path
 from urllib.request import urlopen
 
 import pytest
@@ -86,6 +88,30 @@ def test_a_session_is_open_until_it_is_logged_out() -> None:
     urlopen(f"{PAGES}/authLogout.cgi?logout=1&sid={session}").close()
     assert document("session", session) == {"open": False}
     assert usbdevctl("session", session).returncode == 3
+
+
+@pytest.fixture
+def silent_server() -> Iterator[None]:
+    """In the login service's place, a server that takes a request and never answers."""
+    with socket.create_server(("127.0.0.1", 58080)):
+        yield
+
+
+def usbdevctl_processes() -> list[str]:
+    names = []
+    for process in Path("/proc").glob("[0-9]*/comm"):
+        with suppress(OSError):
+            names.append(process.read_text().strip())
+    return [name for name in names if name == "usbdevctl"]
+
+
+@pytest.mark.usefixtures("silent_server")
+@pytest.mark.parametrize("command", [("login", "ann"), ("session", "0123", "--json")])
+def test_a_login_service_that_does_not_answer_is_a_failure_and_nothing_is_left(command: tuple[str, ...]) -> None:
+    result = usbdevctl(*command, "--timeout", "1", given="secret\n")
+    assert (result.stdout, result.returncode) == ("", 1)
+    assert result.stderr.endswith("usbdevctl: the login service did not answer within 1 seconds\n")
+    assert usbdevctl_processes() == []
 
 
 @pytest.fixture

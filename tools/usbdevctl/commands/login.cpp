@@ -13,30 +13,31 @@ namespace {
 
 constexpr std::size_t kLongestPassword = sizeof(NasServer::password) - 1;
 
-ExitStatus login(const std::string &user) {
+struct Options {
+  std::string user;
+  int seconds = 0;
+};
+
+ExitStatus login(const Options &options) {
   const std::optional<std::string> password = readPassword(kLongestPassword);
   if (!password) return ExitStatus::usage;
-  switch (askLoginService([&] { return vl_auth(user.c_str(), password->c_str()); })) {
-    case Answer::yes:
-      return ExitStatus::ok;
-    case Answer::no:
-      complain("the host did not accept this user and password, or has no login service");
-      return ExitStatus::failure;
-    case Answer::broken:
-      complain("the login service broke off");
-      return ExitStatus::failure;
-  }
+  const auto question = [&] { return vl_auth(options.user.c_str(), password->c_str()); };
+  const Answer answer = askLoginService(options.seconds, question);
+  if (answer == Answer::yes) return ExitStatus::ok;
+  if (answer != Answer::no) return complainWithout(answer, options.seconds);
+  complain("the host did not accept this user and password, or has no login service");
   return ExitStatus::failure;
 }
 
 }  // namespace
 
 void addLogin(Command &program) {
-  auto user = std::make_shared<std::string>();
+  auto options = std::make_shared<Options>();
   Command &command =
       program.addCommand("login", "Tell whether the host accepts a user; the password is asked for or read from a pipe",
-                         [user] { return login(*user); });
-  command.add("user", user.get(), "Name of the user");
+                         [options] { return login(*options); });
+  command.add("user", &options->user, "Name of the user");
+  addTimeout(command, options->seconds);
 }
 
 }  // namespace usbdevctl

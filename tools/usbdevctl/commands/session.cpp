@@ -14,15 +14,13 @@ namespace {
 
 struct Options {
   std::string sid;
+  int seconds = 0;
   bool json = false;
 };
 
 ExitStatus session(const Options &options) {
-  const Answer answer = askLoginService([&] { return vl_sid_auth(options.sid.c_str()); });
-  if (answer == Answer::broken) {
-    complain("the login service broke off");
-    return ExitStatus::failure;
-  }
+  const Answer answer = askLoginService(options.seconds, [&] { return vl_sid_auth(options.sid.c_str()); });
+  if (answer != Answer::yes && answer != Answer::no) return complainWithout(answer, options.seconds);
   const bool open = answer == Answer::yes;
   if (options.json) {
     print(Json::document().set("open", open).text());
@@ -39,6 +37,7 @@ void addSession(Command &program) {
   Command &command = program.addCommand("session", "Tell whether a session of the host's web pages is open",
                                         [options] { return session(*options); });
   command.add("sid", &options->sid, "The session's identifier");
+  addTimeout(command, options->seconds);
   addJsonFlag(command, options->json);
 }
 
