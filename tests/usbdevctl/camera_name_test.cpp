@@ -47,8 +47,6 @@ TEST(AnotherText, IsRefusedWithWhatANameLooksLike) {
   }
 }
 
-TEST(AnotherText, IsNotSentToTheTerminal) { EXPECT_EQ(read("\x1b[2J").substr(0, 9), "'\\x1b[2J'"); }
-
 TEST(APort, HasAtMost127Bytes) {
   const std::string longest = "3-" + std::string(125, '1');
   EXPECT_EQ(read(longest), "port " + longest);

@@ -64,9 +64,9 @@ def help_of(*command: str) -> dict[str, list[str] | str]:
     text = subprocess.run([USBDEVCTL, *command, "--help"], check=True, capture_output=True, text=True).stdout
     section, names = "", {"commands": [], "options": []}
     for line in text.splitlines():
-        heading = re.match(r"(\w+):$", line)
+        heading = re.match(r"([\w ]+):$", line)
         section = heading.group(1).lower() if heading else section
-        if section == "subcommands" and (found := re.match(r"  ([\w-]+)", line)):
+        if section not in ("", "options", "positionals") and (found := re.match(r"  ([\w-]+)", line)):
             names["commands"].append(found.group(1))
         if section == "options" and (found := re.match(r"  (?:-\w,)?(--[\w-]+)", line)):
             names["options"].append(found.group(1))

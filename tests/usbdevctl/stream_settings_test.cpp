@@ -159,4 +159,13 @@ TEST(TheOutcomeOfAChange, SaysWhenNothingWasLogged) {
   EXPECT_EQ(outcomeFields({}, {}).text(false), "fps         0\nlogged      none\n");
 }
 
+TEST(ARate, IsAPlainNumberThatIsNotNegative) {
+  for (const char *rate : {"0", "30", "7.5", "29.97", ".5", "60."}) EXPECT_EQ(usbdevctl::checkRate(rate), "") << rate;
+  const std::string too_large = "1" + std::string(39, '0');
+  for (const std::string &rate :
+       std::vector<std::string>{"", ".", "-5", "+5", "nan", "inf", "1e3", "0x1f", "1.2.3", "5 ", too_large}) {
+    EXPECT_EQ(usbdevctl::checkRate(rate), rate + " is not a number of frames per second such as 30 or 7.5");
+  }
+}
+
 }  // namespace

@@ -2,10 +2,11 @@
 
 from __future__ import annotations
 
+import re
 import subprocess
 
 import pytest
-from conftest import USBDEVCTL, help_of
+from conftest import REPOSITORY, USBDEVCTL, help_of
 
 CAMERA = "plug --type camera --node 0 --slot 3-1 --name Cam"
 WRONG = [
@@ -32,6 +33,12 @@ WRONG = [
     "stream set 0 --size 640",
     "stream set 0 --size 0x480",
     "stream set 0 --fps fast",
+    "stream set 0 --fps -5",
+    "stream set 0 --fps nan",
+    "stream set 0 --fps inf",
+    "stream set 0 --fps 1e3",
+    "stream set 0 --fps .",
+    "login ann --timeout 0",
     "stream set 0 --overlay yes",
     "stream set 0 --volume 101",
     "caps",
@@ -67,13 +74,46 @@ def test_a_wrong_command_line_is_refused(line: str) -> None:
         ("clear 4", "camera: profile must be 0 to 3, not 4"),
         ("formats one", "camera: 'one' is not a port (3-1.2), channel (ch2), profile (pf1) or number"),
         ("slot on 10", "camera: channel must be 0 to 9, not 10"),
+        ("stream set 0 --fps -5", "--fps: -5 is not a number of frames per second such as 30 or 7.5"),
         ("log --lines 0", "--lines: must be at least 1, not 0"),
-        ("stream set 0 --size 640", "--size: 640 is no picture size such as 1280x720"),
+        ("stream set 0 --size 640", "--size: 640 is not a picture size such as 1280x720"),
     ],
 )
 def test_a_wrong_value_is_named_with_what_it_should_be(line: str, complaint: str) -> None:
     done = subprocess.run([USBDEVCTL, *line.split()], check=False, capture_output=True, text=True)
     assert done.stderr.splitlines()[0] == f"usbdevctl: {complaint}"
+
+
+@pytest.mark.parametrize("line", ["{}", "clear {}", "clear 0 {}", "completion {}", "stream set 0 --fps {}", "log --{}"])
+def test_a_control_character_of_an_argument_is_not_echoed(line: str) -> None:
+    words = [word.format("\x1b[2J\x07") for word in line.split()]
+    done = subprocess.run([USBDEVCTL, *words], check=False, capture_output=True, text=True)
+    assert done.returncode == 2
+    assert "\\x1b[2J\\x07" in done.stderr
+    assert not re.search(r"[\x00-\x09\x0b-\x1f]", done.stderr)
+
+
+def test_a_mistyped_command_is_named_with_the_nearest_one() -> None:
+    done = subprocess.run([USBDEVCTL, "chanels"], check=False, capture_output=True, text=True)
+    assert done.stderr.splitlines()[0] == "usbdevctl: no command 'chanels'; did you mean 'channels'?"
+    assert done.returncode == 2
+
+
+def test_the_version_is_that_of_the_program_and_of_the_loaded_library() -> None:
+    done = subprocess.run([USBDEVCTL, "--version"], check=True, capture_output=True, text=True)
+    program, library = done.stdout.splitlines()
+    found = re.search(r"project\(usbdevlib VERSION ([\d.]+)", (REPOSITORY / "CMakeLists.txt").read_text())
+    assert found is not None
+    assert program == f"usbdevctl {found[1]}"
+    file = (USBDEVCTL.parent / "libusbdevlib.so").resolve()
+    assert library == f"libusbdevlib {file.name.partition('.so.')[2]} ({file})"
+
+
+def test_the_help_shows_the_commands_in_groups() -> None:
+    text = str(help_of()["text"])
+    headings = ["Channels and devices", "Profiles and streams", "Sharing", "Events and counters", "The host"]
+    places = [text.index(f"\n{heading}:\n") for heading in headings]
+    assert places == sorted(places)
 
 
 def every_command(*group: str) -> list[tuple[str, ...]]:

@@ -33,7 +33,9 @@ Command::Command(std::string name, std::string description, Action action)
     : name_(std::move(name)), description_(std::move(description)), action_(std::move(action)) {}
 
 Command &Command::addCommand(const std::string &name, const std::string &description, Action action) {
-  return commands_.emplace_back(name, description, std::move(action));
+  Command &command = commands_.emplace_back(name, description, std::move(action));
+  command.group_ = heading_;
+  return command;
 }
 
 Argument &Command::add(const std::string &name, Argument::Target target, const std::string &help) {

@@ -50,11 +50,15 @@ class Command {
   /// A command without an action is a name for the commands below it.
   Command(std::string name, std::string description, Action action = nullptr);
 
+  /// The commands that are added from now on stand under this heading in the help.
+  void beginGroup(const std::string &heading) { heading_ = heading; }
+
   // References stay good while more is added.
   Command &addCommand(const std::string &name, const std::string &description, Action action = nullptr);
   Argument &add(const std::string &name, Argument::Target target, const std::string &help);
 
   const std::string &name() const { return name_; }
+  const std::string &group() const { return group_; }
   const std::string &description() const { return description_; }
   const Action &action() const { return action_; }
   const std::list<Command> &commands() const { return commands_; }
@@ -64,6 +68,8 @@ class Command {
   std::string name_;
   std::string description_;
   Action action_;
+  std::string heading_ = "Commands";  // of the commands that are added next
+  std::string group_;                 // the heading under which this one stands
   std::list<Command> commands_;
   std::list<Argument> arguments_;
 };

@@ -2,10 +2,12 @@
 #include "program.h"
 
 #include <CLI/CLI.hpp>
+#include <sstream>
 
 #include "output/output.h"
-#include "output/printable.h"
 #include "parts/numbers.h"
+#include "parts/unknown_command.h"
+#include "version.h"
 
 namespace usbdevctl {
 
@@ -36,7 +38,7 @@ CLI::Validator rangeOf(const Argument &argument) {
   const auto refuse = [least, most, wanted](const std::string &text) -> std::string {
     const std::optional<int> number = readNumber(text);
     const bool good = number && *number >= least && *number <= most;
-    return good ? "" : "must be " + wanted + ", not " + printable(text);
+    return good ? "" : "must be " + wanted + ", not " + text;
   };
   return {refuse, wanted};
 }
@@ -51,27 +53,37 @@ void addArgument(CLI::App &command, const Argument &argument) {
 void addCommands(CLI::App &app, const Command &described, ExitStatus &status) {
   for (const Argument &argument : described.arguments()) addArgument(app, argument);
   for (const Command &below : described.commands()) {
-    addCommands(*app.add_subcommand(below.name(), below.description()), below, status);
+    addCommands(*app.add_subcommand(below.name(), below.description())->group(below.group()), below, status);
   }
   if (!described.commands().empty()) app.require_subcommand(1);
   if (described.action()) app.callback([&described, &status] { status = described.action()(); });
 }
 
+ExitStatus misused(const std::string &reason) {
+  complain(reason);
+  complain("try 'usbdevctl --help' or 'usbdevctl COMMAND --help'");
+  return ExitStatus::usage;
+}
+
 }  // namespace
 
 ExitStatus runProgram(const Command &program, int argc, char **argv) {
+  if (const std::string wrong = unknownCommandText(program, {argv + 1, argv + argc}); !wrong.empty()) {
+    return misused(wrong);
+  }
   CLI::App app(program.description(), program.name());
   app.footer(kFooter);
+  app.set_version_flag("--version", versionText, "Print the versions of program and library and exit");
   ExitStatus status = ExitStatus::ok;
   addCommands(app, program, status);
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success &help) {
-    app.exit(help);
+    std::ostringstream text;
+    app.exit(help, text);
+    print(text.str());
   } catch (const CLI::ParseError &wrong) {
-    complain(wrong.what());
-    complain("try 'usbdevctl --help' or 'usbdevctl COMMAND --help'");
-    return ExitStatus::usage;
+    return misused(wrong.what());
   }
   if (!flushOutput()) status = ExitStatus::failure;
   return status;

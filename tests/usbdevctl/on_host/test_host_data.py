@@ -3,6 +3,8 @@
 from __future__ import annotations
 
 import os
+import json
+import os
 import subprocess
 from collections.abc import Iterator
 from pathlib import Path
@@ -105,6 +107,28 @@ def test_a_host_that_tells_nothing_is_a_failure() -> None:
     result = usbdevctl("host", "info", "--json")
     assert (result.stdout, result.returncode) == ("", 1)
     assert result.stderr == "usbdevctl: the host's system configuration cannot be read or does not tell\n"
+
+
+@pytest.fixture
+def noisy_tools(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> None:
+    """Host tools in the search path that complain before they answer."""
+    tool = tmp_path / "hwinfo_app"
+    tool.write_text("#!/bin/sh\necho noise >&2\nexec /usr/bin/hwinfo_app \"$@\"\n")
+    tool.chmod(0o755)
+    monkeypatch.setenv("PATH", f"{tmp_path}:{os.environ['PATH']}")
+
+
+@pytest.mark.usefixtures("noisy_tools")
+def test_what_a_command_of_the_library_prints_is_not_shown() -> None:
+    result = usbdevctl("host", "port", "3-1", "--json")
+    assert json.loads(result.stdout)["port"] == 3
+    assert (result.stderr, result.returncode) == ("", 0)
+
+
+@pytest.mark.usefixtures("empty")
+def test_what_the_library_itself_says_is_shown() -> None:
+    CONFIGURATION.write_text("<velmora")
+    assert "open:[/etc/config/usbdev.conf] failed" in usbdevctl("channels").stderr
 
 
 def test_a_package_is_shown_as_it_is_registered() -> None:

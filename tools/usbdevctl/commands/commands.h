@@ -6,7 +6,9 @@
 namespace usbdevctl {
 
 #define USBDEVCTL_COMMAND(name) void name(Command &program);
+#define USBDEVCTL_GROUP(heading)
 #include "commands/commands.def"
+#undef USBDEVCTL_GROUP
 #undef USBDEVCTL_COMMAND
 
 }  // namespace usbdevctl

@@ -1,6 +1,5 @@
 #include "parts/report.h"
 
-#include <dlfcn.h>
 #include <platform/xmlcfg.h>
 #include <sys/utsname.h>
 #include <usbdev/core.h>
@@ -21,6 +20,7 @@
 #include "output/printable.h"
 #include "parts/channel_reset.h"
 #include "parts/support.h"
+#include "version.h"
 
 namespace usbdevctl {
 
@@ -29,13 +29,6 @@ namespace {
 constexpr int kEvents = 200;
 
 std::string yesOrNo(bool yes) { return yes ? "yes" : "no"; }
-
-/// The file that the library was loaded from.
-std::string libraryFile() {
-  Dl_info info = {};
-  const bool found = dladdr(reinterpret_cast<void *>(&vl_get_devpf_list), &info) != 0 && info.dli_fname != nullptr;
-  return found ? info.dli_fname : "unknown";
-}
 
 std::string kernel() {
   utsname name = {};
@@ -52,7 +45,7 @@ NamedTexts readHost() {
   vl_get_bndl_info(kCodecPackage, &codec);
   int encodes = 0;
   validate_hwenc(&encodes);
-  return {{"usbdevctl", USBDEVCTL_VERSION},
+  return {{"usbdevctl", programVersion()},
           {"library", libraryFile()},
           {"kernel", kernel()},
           {"host version", version},

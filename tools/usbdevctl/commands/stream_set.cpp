@@ -72,7 +72,8 @@ ExitStatus set(const Options &options) {
 
 void addChanges(Command &command, StreamChange &change) {
   command.add("--size", &change.size, "Picture size, such as 1280x720").check(checkSize);
-  command.add("--fps", &change.rate, "Frames per second; the camera's first listed rate not above it is taken");
+  command.add("--fps", &change.rate, "Frames per second; the camera's first listed rate not above it is taken")
+      .check(checkRate);
   const std::vector<StreamSetting> &settings = streamSettings();
   for (std::size_t i = 0; i < settings.size(); ++i) {
     Argument &option = command.add(settings[i].option, &change.settings[i], settings[i].help);

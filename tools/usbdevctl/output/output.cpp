@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "output/printable.h"
+
 namespace usbdevctl {
 
 namespace {
@@ -36,13 +38,13 @@ void print(const std::string &text) { std::fwrite(text.data(), 1, text.size(), s
 
 bool flushOutput() { return std::fflush(stdout) == 0 && !std::ferror(stdout); }
 
-void complain(const std::string &message) { std::fprintf(stderr, "usbdevctl: %s\n", message.c_str()); }
+void complain(const std::string &message) { std::fprintf(stderr, "usbdevctl: %s\n", withoutHidden(message).c_str()); }
 
 std::string styled(const std::string &text, Style style, bool colour) {
   if (!colour || style == Style::plain || text.empty()) return text;
   return colourOf(style) + text + "\033[0m";
 }
 
-bool outputTakesColour() { return isatty(STDOUT_FILENO) && isSet("TERM") && !isSet("NO_COLOR"); }
+bool outputTakesColour() { return isatty(fileno(stdout)) && isSet("TERM") && !isSet("NO_COLOR"); }
 
 }  // namespace usbdevctl

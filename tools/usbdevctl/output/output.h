@@ -11,7 +11,7 @@ void print(const std::string &text);
 /// Writes what has been printed so far; false when it could not be written.
 bool flushOutput();
 
-/// Writes one line "usbdevctl: message" to standard error.
+/// Writes one line "usbdevctl: message" to standard error; nothing in it reaches the terminal as a control character.
 void complain(const std::string &message);
 
 enum class Style { plain, heading, good, notice, bad };

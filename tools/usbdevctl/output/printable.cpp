@@ -65,7 +65,19 @@ std::string shown(std::string_view bytes, Character character) {
   const auto code = static_cast<unsigned>(character.code);
   if (character.bytes == 0 || code < 0x20 || code == 0x7F) return escape("\\x%02x", code);
   if (isHidden(character.code)) return escape(code > 0xFFFF ? "\\U%08x" : "\\u%04x", code);
-  return code == '\\' ? "\\\\" : std::string(bytes);
+  return std::string(bytes);
+}
+
+template <typename Show>
+std::string eachShown(std::string_view text, Show show) {
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    const Character character = decode(text, at);
+    const std::size_t bytes = character.bytes ? character.bytes : 1;
+    result += show(text.substr(at, bytes), character);
+    at += bytes;
+  }
+  return result;
 }
 
 // Widths are the same whatever language the user's environment names.
@@ -88,15 +100,12 @@ class Utf8Locale {
 }  // namespace
 
 std::string printable(std::string_view text) {
-  std::string result;
-  for (std::size_t at = 0; at < text.size();) {
-    const Character character = decode(text, at);
-    const std::size_t bytes = character.bytes ? character.bytes : 1;
-    result += shown(text.substr(at, bytes), character);
-    at += bytes;
-  }
-  return result;
+  return eachShown(text, [](std::string_view bytes, Character character) {
+    return character.code == '\\' ? "\\\\" : shown(bytes, character);
+  });
 }
+
+std::string withoutHidden(std::string_view text) { return eachShown(text, shown); }
 
 std::size_t displayWidth(std::string_view text) {
   const Utf8Locale locale;

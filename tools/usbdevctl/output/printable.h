@@ -12,6 +12,10 @@ namespace usbdevctl {
 /// backslash doubled, so that two different texts never look the same.
 std::string printable(std::string_view text);
 
+/// The text with what is hidden in it written as by printable, and the backslash left alone: for a message, parts of
+/// which are printable already.
+std::string withoutHidden(std::string_view text);
+
 /// Terminal columns that a printable text takes.
 std::size_t displayWidth(std::string_view text);
 

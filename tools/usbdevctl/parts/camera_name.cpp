@@ -83,7 +83,7 @@ std::optional<CameraName> readCameraName(const std::string &text, By bare_number
   if (isDigits(text)) return numbered(kindOf(bare_number), text, wrong);
   const std::size_t dash = text.find('-');
   if (dash != std::string::npos && dash > 0) return readPort(text, wrong);
-  wrong = "'" + printable(text) + "' is not a port (3-1.2), channel (ch2), profile (pf1) or number";
+  wrong = "'" + text + "' is not a port (3-1.2), channel (ch2), profile (pf1) or number";
   return std::nullopt;
 }
 

@@ -1,7 +1,9 @@
 #include "parts/stream_settings.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 #include "output/printable.h"
 #include "parts/numbers.h"
@@ -74,7 +76,15 @@ const std::vector<StreamSetting> &streamSettings() { return kSettings; }
 
 std::string checkSize(const std::string &text) {
   Size size;
-  return readSize(text, size) ? "" : text + " is no picture size such as 1280x720";
+  return readSize(text, size) ? "" : text + " is not a picture size such as 1280x720";
+}
+
+std::string checkRate(const std::string &text) {
+  const bool decimal = text.find_first_not_of("0123456789.") == std::string::npos &&
+                       text.find_first_of("0123456789") != std::string::npos &&
+                       std::count(text.begin(), text.end(), '.') <= 1;
+  const bool good = decimal && std::isfinite(std::strtof(text.c_str(), nullptr));
+  return good ? "" : text + " is not a number of frames per second such as 30 or 7.5";
 }
 
 _streaminfo changed(const _streaminfo &record, const StreamChange &change) {

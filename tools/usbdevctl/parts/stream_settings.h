@@ -35,6 +35,9 @@ struct StreamChange {
 /// What is wrong with a picture size; nothing with "1280x720".
 std::string checkSize(const std::string &text);
 
+/// What is wrong with a frame rate; nothing with "29.97".
+std::string checkRate(const std::string &text);
+
 /// The record with the change.
 _streaminfo changed(const _streaminfo &record, const StreamChange &change);
 

@@ -1,0 +1,11 @@
+// Standard output and standard error belong to the program and its library; what the commands print that the library
+// runs is nobody's business.
+#pragma once
+
+namespace usbdevctl {
+
+/// Moves both streams to descriptors that commands do not inherit, and leaves them /dev/null in the old ones' place.
+/// Call it before anything is printed.
+void keepStreamsFromCommands();
+
+}  // namespace usbdevctl

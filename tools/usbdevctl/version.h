@@ -1,0 +1,16 @@
+// The versions of the program and of the library that it runs with.
+#pragma once
+
+#include <string>
+
+namespace usbdevctl {
+
+std::string programVersion();
+
+/// The file that the library was loaded from, behind all links; it is named after the library's version.
+std::string libraryFile();
+
+/// A line for each.
+std::string versionText();
+
+}  // namespace usbdevctl
