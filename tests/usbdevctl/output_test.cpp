@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -10,7 +11,9 @@
 namespace {
 
 using usbdevctl::complain;
+using usbdevctl::kEndless;
 using usbdevctl::outputTakesColour;
+using usbdevctl::outputWidth;
 using usbdevctl::print;
 using usbdevctl::Style;
 using usbdevctl::styled;
@@ -19,6 +22,12 @@ TEST(AComplaint, IsOneLineOnStandardErrorUnderTheProgramsName) {
   testing::internal::CaptureStderr();
   complain("no");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "usbdevctl: no\n");
+}
+
+TEST(AComplaint, CannotReachTheTerminalAsAControlCharacter) {
+  testing::internal::CaptureStderr();
+  complain("\x1b[2J \\x1b \n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "usbdevctl: \\x1b[2J \\x1b \\x0a\n");
 }
 
 TEST(WhatIsPrinted, GoesToStandardOutputWithItsZeroBytes) {
@@ -49,6 +58,7 @@ class StandardOutput : public testing::Test {
     dup2(before_, STDOUT_FILENO);
     for (const int descriptor : {before_, manager_, terminal_}) close(descriptor);
     unsetenv("NO_COLOR");
+    unsetenv("COLUMNS");
   }
 
   int before_ = -1;
@@ -73,6 +83,31 @@ TEST_F(StandardOutput, TakesNoColourWhereNoneIsAskedFor) {
 TEST_F(StandardOutput, TakesNoColourOnATerminalOfNoKind) {
   unsetenv("TERM");
   EXPECT_FALSE(outputTakesColour());
+}
+
+TEST_F(StandardOutput, IsAsWideAsItsTerminal) {
+  unsetenv("COLUMNS");
+  winsize size = {};
+  size.ws_col = 70;
+  ASSERT_EQ(ioctl(terminal_, TIOCSWINSZ, &size), 0);
+  EXPECT_EQ(outputWidth(), 70U);
+}
+
+TEST_F(StandardOutput, IsAsWideAsTheUserSays) {
+  setenv("COLUMNS", "60", 1);
+  EXPECT_EQ(outputWidth(), 60U);
+  for (const char *wrong : {"0", "-1", "x", ""}) {
+    setenv("COLUMNS", wrong, 1);
+    EXPECT_EQ(outputWidth(), kEndless) << wrong;
+  }
+}
+
+TEST_F(StandardOutput, IsEndlessInAFile) {
+  setenv("COLUMNS", "60", 1);
+  const int file = memfd_create("output", MFD_CLOEXEC);
+  dup2(file, STDOUT_FILENO);
+  close(file);
+  EXPECT_EQ(outputWidth(), kEndless);
 }
 
 }  // namespace

@@ -37,4 +37,37 @@ TEST(ATable, ColoursTheTextAndNotThePadding) {
   EXPECT_EQ(table.text(true), "\033[1mAB\033[0m  \033[1mC\033[0m\n\033[32mg\033[0m   p\n");
 }
 
+class AWideTable : public testing::Test {
+ protected:
+  AWideTable() {
+    table_.addRow({{"7"}, {"abcdefghij"}, {"abcdefgh"}});
+    table_.addRow({{"10"}, {"摄像头摄像"}, {"x"}});
+  }
+
+  Table table_{{{"N", Align::right}, {"NAME", Align::left, true}, {"LINK", Align::left, true}}};
+};
+
+TEST_F(AWideTable, IsWholeWhereItFits) { EXPECT_EQ(table_.text(false, 24), table_.text(false)); }
+
+TEST_F(AWideTable, CutsItsWidestColumnWithAnEllipsis) {
+  EXPECT_EQ(table_.text(false, 23),
+            " N  NAME       LINK\n"
+            " 7  abcdefgh…  abcdefgh\n"
+            "10  摄像头摄…  x\n");
+}
+
+TEST_F(AWideTable, CutsNoCharacterInTwo) {
+  EXPECT_EQ(table_.text(false, 22),
+            " N  NAME      LINK\n"
+            " 7  abcdefg…  abcdefgh\n"
+            "10  摄像头…   x\n");
+}
+
+TEST_F(AWideTable, StaysAsWideAsItsHeadingsAndOtherColumnsNeed) {
+  EXPECT_EQ(table_.text(false, 1),
+            " N  NAME  LINK\n"
+            " 7  abc…  abc…\n"
+            "10  摄…   x\n");
+}
+
 }  // namespace

@@ -23,7 +23,7 @@ bool readAvailability(Availability &available) {
 ExitStatus free(bool json) {
   Availability available;
   if (!readAvailability(available)) return configurationUnreadable();
-  print(json ? availabilityJson(available).text() : availabilityText(available, outputTakesColour()));
+  print(json ? availabilityJson(available).text() : availabilityText(available, outputTakesColour(), outputWidth()));
   if (canAssign(available)) return ExitStatus::ok;
   complain(available.profiles.empty() ? "every profile is bound" : "no device waits for a profile");
   return ExitStatus::nothing;

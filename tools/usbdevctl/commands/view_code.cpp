@@ -38,7 +38,7 @@ std::string viewReason(int code) {
 
 void addView(Fields &fields, const std::string &heading, const std::string &member, std::optional<int> code) {
   const bool refused = code && *code != kViewOpens;
-  fields.add(forPeople(heading, viewCell(code)));
+  fields.add(shrinking(forPeople(heading, viewCell(code))));
   fields.add(forPrograms(member, code ? Json(!refused) : Json()));
   fields.add(forPrograms("code", refused ? Json(*code) : Json()));
   fields.add(forPrograms("reason", refused ? Json(viewReason(*code)) : Json()));

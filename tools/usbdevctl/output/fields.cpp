@@ -49,7 +49,7 @@ Field answerField(const std::string &name, bool yes) {
 }
 
 Field textField(const std::string &name, const std::string &text) {
-  return {asWords(name), {printable(text)}, Align::left, name, text};
+  return shrinking({asWords(name), {printable(text)}, Align::left, name, text});
 }
 
 Field wordField(const std::string &name, const std::string &word, Style style) {
@@ -59,6 +59,16 @@ Field wordField(const std::string &name, const std::string &word, Style style) {
 Field forPeople(const std::string &heading, Cell cell) { return {heading, std::move(cell)}; }
 
 Field forPrograms(const std::string &member, Json value) { return {"", {}, Align::left, member, std::move(value)}; }
+
+Field whole(Field field) {
+  field.can_shrink = false;
+  return field;
+}
+
+Field shrinking(Field field) {
+  field.can_shrink = true;
+  return field;
+}
 
 Field headed(const std::string &heading, Field field) {
   field.heading = heading;
@@ -90,11 +100,11 @@ Json Fields::addTo(Json object) const {
   return object;
 }
 
-std::string tableText(const FieldRows &rows, bool colour) {
+std::string tableText(const FieldRows &rows, bool colour, std::size_t width) {
   if (rows.empty()) return "";
   std::vector<Column> columns;
   for (const Field &field : rows.front().all()) {
-    if (isShown(field)) columns.push_back({upperCase(field.heading), field.align});
+    if (isShown(field)) columns.push_back({upperCase(field.heading), field.align, field.can_shrink});
   }
   Table table(columns);
   for (const Fields &row : rows) {
@@ -104,7 +114,7 @@ std::string tableText(const FieldRows &rows, bool colour) {
     }
     table.addRow(std::move(cells));
   }
-  return table.text(colour);
+  return table.text(colour, width);
 }
 
 Json listJson(const FieldRows &rows) {
@@ -118,7 +128,7 @@ std::string recordOutput(const Fields &fields, bool json) {
 }
 
 std::string listOutput(const std::string &name, const FieldRows &rows, bool json) {
-  return json ? Json::document().set(name, listJson(rows)).text() : tableText(rows, outputTakesColour());
+  return json ? Json::document().set(name, listJson(rows)).text() : tableText(rows, outputTakesColour(), outputWidth());
 }
 
 }  // namespace usbdevctl

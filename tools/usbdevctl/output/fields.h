@@ -17,19 +17,24 @@ struct Field {
   Align align = Align::left;
   std::string member = {};  // none: the field is for people only
   Json value = {};
+  bool can_shrink = false;  // in a table that is too wide
 };
 
 // For people the name's underscores are blanks.
 Field numberField(const std::string &name, std::optional<int> number);
 Field switchField(const std::string &name, std::optional<bool> on);
 Field answerField(const std::string &name, bool yes);
-/// A text from a device, which may hold anything.
+/// A text from a device, which may hold anything. It shrinks in a table that is too wide.
 Field textField(const std::string &name, const std::string &text);
 /// One of the program's own words.
 Field wordField(const std::string &name, const std::string &word, Style style = Style::plain);
 
 Field forPeople(const std::string &heading, Cell cell);
 Field forPrograms(const std::string &member, Json value);
+
+/// The field, as one that is not cut in a table, or is.
+Field whole(Field field);
+Field shrinking(Field field);
 
 /// The field, under another heading.
 Field headed(const std::string &heading, Field field);
@@ -52,7 +57,7 @@ class Fields {
 using FieldRows = std::vector<Fields>;
 
 /// Rows with the same fields, under their headings; nothing for no rows.
-std::string tableText(const FieldRows &rows, bool colour);
+std::string tableText(const FieldRows &rows, bool colour, std::size_t width = kEndless);
 
 /// An object a row.
 Json listJson(const FieldRows &rows);

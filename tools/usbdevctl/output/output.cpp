@@ -1,11 +1,13 @@
 #include "output/output.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 
 #include "output/printable.h"
+#include "parts/numbers.h"
 
 namespace usbdevctl {
 
@@ -39,6 +41,16 @@ void print(const std::string &text) { std::fwrite(text.data(), 1, text.size(), s
 bool flushOutput() { return std::fflush(stdout) == 0 && !std::ferror(stdout); }
 
 void complain(const std::string &message) { std::fprintf(stderr, "usbdevctl: %s\n", withoutHidden(message).c_str()); }
+
+std::size_t outputWidth() {
+  if (!isatty(fileno(stdout))) return kEndless;
+  const char *wanted = std::getenv("COLUMNS");
+  const std::optional<int> columns = wanted ? readNumber(wanted) : std::nullopt;
+  if (columns && *columns > 0) return static_cast<std::size_t>(*columns);
+  winsize terminal = {};
+  const bool known = ioctl(fileno(stdout), TIOCGWINSZ, &terminal) == 0 && terminal.ws_col > 0;
+  return known ? terminal.ws_col : kEndless;
+}
 
 std::string styled(const std::string &text, Style style, bool colour) {
   if (!colour || style == Style::plain || text.empty()) return text;

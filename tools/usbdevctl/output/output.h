@@ -1,6 +1,8 @@
 // Standard output and standard error of the program, and whether the former takes colour.
 #pragma once
 
+#include <cstddef>
+#include <limits>
 #include <string>
 
 namespace usbdevctl {
@@ -18,6 +20,10 @@ enum class Style { plain, heading, good, notice, bad };
 
 /// The text in the colour of its style, or as it is where colour is off.
 std::string styled(const std::string &text, Style style, bool colour);
+
+/// The columns of the terminal that standard output is, or of COLUMNS there; without an end elsewhere.
+std::size_t outputWidth();
+constexpr std::size_t kEndless = std::numeric_limits<std::size_t>::max();
 
 /// Colour goes to terminals only, and not where NO_COLOR asks for none.
 bool outputTakesColour();

@@ -97,6 +97,11 @@ class Utf8Locale {
   locale_t before_;
 };
 
+std::size_t columnsOf(Character character) {
+  const int width = wcwidth(static_cast<wchar_t>(character.code));
+  return width < 0 ? 1 : static_cast<std::size_t>(width);
+}
+
 }  // namespace
 
 std::string printable(std::string_view text) {
@@ -112,11 +117,24 @@ std::size_t displayWidth(std::string_view text) {
   std::size_t columns = 0;
   for (std::size_t at = 0; at < text.size();) {
     const Character character = decode(text, at);
-    const int width = wcwidth(static_cast<wchar_t>(character.code));
-    columns += width < 0 ? 1 : static_cast<std::size_t>(width);
+    columns += columnsOf(character);
     at += character.bytes ? character.bytes : 1;
   }
   return columns;
+}
+
+std::string cutToWidth(const std::string &text, std::size_t columns) {
+  if (displayWidth(text) <= columns) return text;
+  const Utf8Locale locale;
+  std::size_t at = 0;
+  std::size_t taken = 1;  // by the ellipsis
+  while (at < text.size()) {
+    const Character character = decode(text, at);
+    taken += columnsOf(character);
+    if (taken > columns) break;
+    at += character.bytes ? character.bytes : 1;
+  }
+  return text.substr(0, at) + "\u2026";
 }
 
 }  // namespace usbdevctl

@@ -19,6 +19,9 @@ std::string withoutHidden(std::string_view text);
 /// Terminal columns that a printable text takes.
 std::size_t displayWidth(std::string_view text);
 
+/// The text, or as much of it as fits with an ellipsis behind it.
+std::string cutToWidth(const std::string &text, std::size_t columns);
+
 /// A text field of a record, up to its zero byte or its end.
 template <std::size_t Size>
 std::string fieldText(const char (&field)[Size]) {

@@ -1,6 +1,7 @@
 #include "output/table.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 #include "output/printable.h"
@@ -10,10 +11,13 @@ namespace usbdevctl {
 namespace {
 
 constexpr char kGap[] = "  ";
+constexpr std::size_t kGapWidth = sizeof kGap - 1;
+constexpr std::size_t kLeastWidth = 4;  // of a column that shrinks
 
 std::string aligned(const Cell &cell, Align align, std::size_t width, bool colour) {
-  const std::string padding(width - displayWidth(cell.text), ' ');
-  const std::string text = styled(cell.text, cell.style, colour);
+  const std::string fitting = cutToWidth(cell.text, width);
+  const std::string padding(width - displayWidth(fitting), ' ');
+  const std::string text = styled(fitting, cell.style, colour);
   return align == Align::right ? padding + text : text + padding;
 }
 
@@ -44,13 +48,27 @@ std::string Table::line(const std::vector<Cell> &cells, const std::vector<std::s
   return result + '\n';
 }
 
-std::string Table::text(bool colour) const {
+std::vector<std::size_t> Table::widthsWithin(std::size_t width) const {
   std::vector<std::size_t> widths;
-  std::vector<Cell> headings;
-  for (std::size_t column = 0; column < columns_.size(); ++column) {
-    widths.push_back(widthOf(column));
-    headings.push_back({columns_[column].heading, Style::heading});
+  for (std::size_t column = 0; column < columns_.size(); ++column) widths.push_back(widthOf(column));
+  std::size_t line = std::accumulate(widths.begin(), widths.end(), kGapWidth * (widths.size() - 1));
+  for (; line > width; --line) {
+    std::size_t *widest = nullptr;
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+      const std::size_t least = std::max(kLeastWidth, displayWidth(columns_[column].heading));
+      const bool shrinks = columns_[column].can_shrink && widths[column] > least;
+      if (shrinks && (widest == nullptr || widths[column] > *widest)) widest = &widths[column];
+    }
+    if (widest == nullptr) break;
+    --*widest;
   }
+  return widths;
+}
+
+std::string Table::text(bool colour, std::size_t width) const {
+  const std::vector<std::size_t> widths = widthsWithin(width);
+  std::vector<Cell> headings;
+  for (const Column &column : columns_) headings.push_back({column.heading, Style::heading});
   std::string result = line(headings, widths, colour);
   for (const auto &row : rows_) result += line(row, widths, colour);
   return result;

@@ -14,6 +14,7 @@ enum class Align { left, right };
 struct Column {
   std::string heading;
   Align align = Align::left;
+  bool can_shrink = false;
 };
 
 /// A cell's text is already printable.
@@ -29,10 +30,12 @@ class Table {
   /// Cells that a row lacks are empty.
   void addRow(std::vector<Cell> cells);
 
-  std::string text(bool colour) const;
+  /// Where a line would be longer than the width, the columns that can shrink do, the widest first.
+  std::string text(bool colour, std::size_t width = kEndless) const;
 
  private:
   std::size_t widthOf(std::size_t column) const;
+  std::vector<std::size_t> widthsWithin(std::size_t width) const;
   std::string line(const std::vector<Cell> &cells, const std::vector<std::size_t> &widths, bool colour) const;
 
   std::vector<Column> columns_;

@@ -39,8 +39,8 @@ bool canAssign(const Availability &available) {
   return !available.profiles.empty() && !deviceRows(available.channels).empty();
 }
 
-std::string availabilityText(const Availability &available, bool colour) {
-  const std::string devices = tableText(deviceRows(available.channels), colour);
+std::string availabilityText(const Availability &available, bool colour, std::size_t width) {
+  const std::string devices = tableText(deviceRows(available.channels), colour, width);
   return Fields().add(forPeople("profiles", {available.profiles})).text(colour) +
          (devices.empty() ? "devices     none\n" : "\n" + devices);
 }

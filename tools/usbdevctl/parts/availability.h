@@ -18,7 +18,7 @@ struct Availability {
 /// Whether some profile can be bound to some device.
 bool canAssign(const Availability &available);
 
-std::string availabilityText(const Availability &available, bool colour);
+std::string availabilityText(const Availability &available, bool colour, std::size_t width = kEndless);
 Json availabilityJson(const Availability &available);
 
 }  // namespace usbdevctl

@@ -115,7 +115,7 @@ ChannelRows describeChannels(const ChannelListings &listings) {
   return rows;
 }
 
-Field portField(const std::string &slot) { return headed("port", textField("slot", slot)); }
+Field portField(const std::string &slot) { return whole(headed("port", textField("slot", slot))); }
 
 void addIdentity(Fields &fields, std::size_t channel, const ChannelRow &row) {
   fields.add(numberField("channel", static_cast<int>(channel)))
@@ -125,14 +125,14 @@ void addIdentity(Fields &fields, std::size_t channel, const ChannelRow &row) {
 }
 
 void addStanding(Fields &fields, const ChannelRow &row) {
-  fields.add(forPeople("profile", profileCell(row)))
+  fields.add(shrinking(forPeople("profile", profileCell(row))))
       .add(forPrograms("profile", row.profile))
       .add(forPrograms("profile_name", row.profile_name))
       .add(slotSwitch(row))
       .add(forPeople("conflict", conflictCell(row)))
       .add(forPrograms("parked_behind", row.parked_behind))
       .add(forPrograms("supported", row.supported))
-      .add(textField("created", row.created));
+      .add(whole(textField("created", row.created)));
 }
 
 FieldRows channelFields(const ChannelRows &rows) {

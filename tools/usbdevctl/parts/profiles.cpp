@@ -34,8 +34,8 @@ Fields fieldsOf(int number, const Profile &profile) {
       .add(streamField(profile.entry.stream_type))
       .add(stateField(row))
       .add(forPrograms("parked_behind", row.parked_behind))
-      .add(forPeople("link", {printable(fieldText(profile.entry.hlspath))}))
-      .add(forPeople("leads to", linkCell(profile.link)))
+      .add(shrinking(forPeople("link", {printable(fieldText(profile.entry.hlspath))})))
+      .add(shrinking(forPeople("leads to", linkCell(profile.link))))
       .add(forPrograms("link", linkJson(profile.link)));
 }
 
