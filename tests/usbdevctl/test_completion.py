@@ -7,9 +7,10 @@ import shlex
 import subprocess
 
 import pytest
-from conftest import USBDEVCTL, help_of
+from conftest import USBDEVCTL, RunOnHost, help_of
 
-SHELLS = ["bash", "zsh"]
+SHELLS = ["bash", "zsh", "fish"]
+OPTIONS = {"bash": ["--norc", "--noprofile"], "zsh": ["-f"], "fish": ["--no-config"]}
 
 # Each defines `complete_line WORD...`, which prints what the shell would offer for the last word, in one line.
 SCRIPTS = {
@@ -25,14 +26,24 @@ _describe() { print -r -- "${(@)${(P)2}%%:*}" }
 eval "$("$USBDEVCTL" completion zsh)"
 complete_line() { local -a words=("$@"); local CURRENT=$#; _usbdevctl }
 """,
+    "fish": """
+$USBDEVCTL completion fish | source
+function complete_line
+  set -l line (string join ' ' -- (string escape -- $argv[1..-2]) $argv[-1])
+  echo (complete -C $line | string replace -r '\\t.*' '')
+end
+""",
 }
 
 
+def command_of(shell: str, script: str) -> list[str]:
+    return [shell, *OPTIONS[shell], "-c", SCRIPTS[shell] + script]
+
+
 def run_shell(shell: str, script: str) -> list[str]:
-    options = ["--norc", "--noprofile"] if shell == "bash" else ["-f"]
     done = subprocess.run(
-        [shell, *options, "-c", SCRIPTS[shell] + script],
-        env={"USBDEVCTL": str(USBDEVCTL), "PATH": "/usr/bin:/bin"},
+        command_of(shell, script),
+        env={"USBDEVCTL": str(USBDEVCTL), "PATH": f"{USBDEVCTL.parent}:/usr/bin:/bin", "HOME": "/nonexistent"},
         check=False,
         capture_output=True,
         text=True,
@@ -42,10 +53,13 @@ def run_shell(shell: str, script: str) -> list[str]:
     return done.stdout.splitlines()
 
 
+def lines_of(*lines: list[str]) -> str:
+    return "".join("complete_line " + shlex.join(["usbdevctl", *line]) + "\n" for line in lines)
+
+
 def offered(shell: str, *lines: list[str]) -> list[set[str]]:
     """What is offered for the last word of each command line."""
-    script = "".join("complete_line " + shlex.join(["usbdevctl", *line]) + "\n" for line in lines)
-    return [set(line.split()) for line in run_shell(shell, script)]
+    return [set(line.split()) for line in run_shell(shell, lines_of(*lines))]
 
 
 @pytest.fixture(params=SHELLS)
@@ -72,7 +86,7 @@ def test_the_options_of_every_command_are_those_of_its_help(shell: str) -> None:
         (["stream", "set", "0", "--codec", ""], "h264 mjpeg"),
         (["stream", "set", "0", "--fps", "15", "--overlay", ""], "off on"),
         (["check", "3-1", ""], "0 1 2 3"),
-        (["completion", ""], "bash zsh"),
+        (["completion", ""], "bash zsh fish"),
     ],
 )
 def test_fixed_values_are_offered_where_they_belong(shell: str, line: list[str], words: str) -> None:
@@ -114,6 +128,45 @@ def test_zsh_says_what_each_word_means() -> None:
 
 
 def test_the_scripts_are_refused_for_other_shells() -> None:
-    done = subprocess.run([USBDEVCTL, "completion", "fish"], check=False, capture_output=True, text=True)
+    done = subprocess.run([USBDEVCTL, "completion", "tcsh"], check=False, capture_output=True, text=True)
     assert (done.returncode, done.stdout) == (2, "")
-    assert re.search("bash,zsh", done.stderr)
+    assert re.search("bash,zsh,fish", done.stderr)
+
+
+TWO_CAMERAS = """
+sim plug usb2-camera 3-1.2 >/dev/null; sim plug hd-usb-camera 5-1 >/dev/null; usbdevctl assign 3-1.2 1 >/dev/null
+export USBDEVCTL=usbdevctl
+"""
+
+
+def offered_on_host(on_host: RunOnHost, shell: str, host: str, *lines: list[str]) -> list[set[str]]:
+    done = on_host(host + shlex.join(command_of(shell, lines_of(*lines))))
+    assert (done.stderr, done.returncode) == ("", 0)
+    return [set(line.split()) for line in done.stdout.splitlines()]
+
+
+def test_the_cameras_of_the_host_are_offered_by_every_name(on_host: RunOnHost, shell: str) -> None:
+    names = {"3-1.2", "ch0", "pf1", "5-1", "ch1"}
+    lines = [["clear", ""], ["stream", "set", ""], ["slot", "off", ""], ["unplug", "--slot", ""], ["clear", "ch0", ""]]
+    answers = offered_on_host(on_host, shell, TWO_CAMERAS, *lines)
+    assert answers == [names, names, names, {"3-1.2", "5-1"}, {"--help", "--json"}]
+
+
+@pytest.mark.parametrize("configuration", ["<vel", "<velmora/>"])
+def test_a_host_without_cameras_disturbs_nobody(on_host: RunOnHost, shell: str, configuration: str) -> None:
+    host = f"export USBDEVCTL=usbdevctl; echo '{configuration}' >/etc/config/usbdev.conf\n"
+    assert offered_on_host(on_host, shell, host, ["clear", ""]) == [{"--help", "--json"}]
+
+
+def test_a_port_that_a_shell_would_run_is_not_offered(on_host: RunOnHost, shell: str) -> None:
+    port = "3-$(touch /tmp/harm)"
+    configuration = f"<velmora><ch0><exists>1</exists><usbslot>{port}</usbslot></ch0></velmora>"
+    host = f"export USBDEVCTL=usbdevctl; echo '{configuration}' >/etc/config/usbdev.conf\n"
+    assert offered_on_host(on_host, shell, host, ["clear", ""]) == [{"ch0"}]
+
+
+def test_asking_for_the_cameras_changes_nothing_and_is_not_in_the_help(on_host: RunOnHost) -> None:
+    mark = "{ md5sum /etc/config/usbdev.conf; ls /run/lock /var/log; }"
+    done = on_host(f"{mark} >/tmp/before; usbdevctl __words cameras; {mark} | cmp - /tmp/before")
+    assert (done.stdout, done.stderr, done.returncode) == ("", "", 0)
+    assert "__words" not in str(help_of()["text"])

@@ -13,7 +13,7 @@ host_packages='
 # Some packages of nodejs bring npm along, and are in the way of the one with its name.
 command -v npm >/dev/null || host_packages="$host_packages npm"
 test_packages='
-  python3-pytest python3-selenium chromium chromium-driver curl strace zsh clang musl-tools
+  python3-pytest python3-selenium chromium chromium-driver curl strace zsh fish clang musl-tools
 '
 bench_packages='gnuplot-nox'
 check_packages='clang-format clang-tidy shellcheck'

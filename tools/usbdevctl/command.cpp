@@ -25,6 +25,11 @@ Argument &Argument::check(Checker by) {
   return *this;
 }
 
+Argument &Argument::completeWith(std::string names_of_host) {
+  host_names = std::move(names_of_host);
+  return *this;
+}
+
 bool Argument::isOption() const { return name.front() == '-'; }
 
 bool Argument::isFlag() const { return std::holds_alternative<bool *>(target); }

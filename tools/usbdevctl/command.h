@@ -32,6 +32,7 @@ struct Argument {
   Argument &allow(std::vector<std::string> only);
   Argument &limit(int least, int most = kNoLimit);
   Argument &check(Checker by);
+  Argument &completeWith(std::string names_of_host);
 
   bool isOption() const;
   bool isFlag() const;
@@ -43,6 +44,7 @@ struct Argument {
   std::vector<std::string> words;  // where there are any, the value is one of them
   std::optional<std::pair<int, int>> range;
   Checker checker;
+  std::string host_names;  // "cameras" or "ports": what a shell completes it with
 };
 
 class Command {
@@ -50,7 +52,7 @@ class Command {
   /// A command without an action is a name for the commands below it.
   Command(std::string name, std::string description, Action action = nullptr);
 
-  /// The commands that are added from now on stand under this heading in the help.
+  /// The commands that are added from now on stand under this heading in the help; without one, they are hidden.
   void beginGroup(const std::string &heading) { heading_ = heading; }
 
   // References stay good while more is added.
@@ -59,6 +61,7 @@ class Command {
 
   const std::string &name() const { return name_; }
   const std::string &group() const { return group_; }
+  bool isHidden() const { return group_.empty(); }
   const std::string &description() const { return description_; }
   const Action &action() const { return action_; }
   const std::list<Command> &commands() const { return commands_; }

@@ -10,7 +10,11 @@ namespace usbdevctl {
 namespace {
 
 ExitStatus completion(const Command &program, const std::string &shell) {
-  print(shell == "bash" ? bashCompletion(program) : zshCompletion(program));
+  if (shell == "fish") {
+    print(fishCompletion(program));
+  } else {
+    print(shell == "bash" ? bashCompletion(program) : zshCompletion(program));
+  }
   return ExitStatus::ok;
 }
 
@@ -20,7 +24,7 @@ void addCompletion(Command &program) {
   auto shell = std::make_shared<std::string>();
   Command &command = program.addCommand("completion", "Print the script that completes usbdevctl's commands in a shell",
                                         [&program, shell] { return completion(program, *shell); });
-  command.add("shell", shell.get(), "Shell").allow({"bash", "zsh"});
+  command.add("shell", shell.get(), "Shell").allow({"bash", "zsh", "fish"});
 }
 
 }  // namespace usbdevctl

@@ -43,11 +43,13 @@ Argument &addCamera(Command &command, CameraArgument &camera) {
     return wrong;
   };
   const std::string help = "Camera by port (3-1.2), channel (ch2) or profile (pf1); ";
-  return command.add("camera", &camera.text_, help + bareNumberHelp(camera.bare_number_)).check(check);
+  return command.add("camera", &camera.text_, help + bareNumberHelp(camera.bare_number_))
+      .check(check)
+      .completeWith("cameras");
 }
 
 Argument &addPort(Command &command, std::string &port, const std::string &name) {
-  return command.add(name, &port, "Kernel name of the USB port, such as 3-1.2").check(checkPort);
+  return command.add(name, &port, "Kernel name of the USB port, such as 3-1.2").check(checkPort).completeWith("ports");
 }
 
 void addJsonFlag(Command &command, bool &json) {

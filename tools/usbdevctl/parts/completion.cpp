@@ -16,6 +16,7 @@ struct Word {
 struct Place {
   std::string name;
   std::vector<Word> words;
+  std::string host_names = {};  // where there are any, the words are asked of the program
 };
 
 using Places = std::vector<Place>;
@@ -41,22 +42,27 @@ Places argumentPlaces(const Command &command, const std::string &path) {
     if (argument.isOption()) places.front().words.push_back({argument.name, argument.help});
     if (argument.isFlag()) continue;
     const std::string name = argument.isOption() ? " " + argument.name : kArgument + std::to_string(++position);
-    places.push_back({path + name, valuesOf(argument)});
+    places.push_back({path + name, valuesOf(argument), argument.host_names});
   }
   return places;
 }
 
 void addPlaces(const Command &command, const std::string &path, Places &places) {
   Place commands = {path, {}};
-  for (const Command &below : command.commands()) commands.words.push_back({below.name(), below.description()});
+  for (const Command &below : command.commands()) {
+    if (!below.isHidden()) commands.words.push_back({below.name(), below.description()});
+  }
   places.push_back(commands);
   for (Place &place : argumentPlaces(command, path)) places.push_back(std::move(place));
-  for (const Command &below : command.commands()) addPlaces(below, path + " " + below.name(), places);
+  for (const Command &below : command.commands()) {
+    if (!below.isHidden()) addPlaces(below, path + " " + below.name(), places);
+  }
 }
 
 Places placesOf(const Command &program) {
   Places places;
   addPlaces(program, program.name(), places);
+  places[1].words.push_back({"--version", "Print the versions of program and library and exit"});
   return places;
 }
 
@@ -66,21 +72,39 @@ std::string quoted(const std::string &text) {
   return result + "'";
 }
 
-std::string bashWords(const std::vector<Word> &words) {
+std::string bashCase(const Place &place) {
   std::string line;
-  for (const Word &word : words) line += (line.empty() ? "" : " ") + word.text;
-  return "echo " + quoted(line);
+  for (const Word &word : place.words) line += (line.empty() ? "" : " ") + word.text;
+  const std::string words = place.host_names.empty() ? "echo " + quoted(line) : "_usbdevctl_host " + place.host_names;
+  return "    " + quoted(place.name) + ") " + words + " ;;\n";
 }
 
-std::string zshWords(const std::vector<Word> &words) {
+std::string zshCase(const Place &place) {
   std::string list;
-  for (const Word &word : words) list += "\n      " + quoted(word.text + ":" + word.description);
-  return "reply=(" + list + ")";
+  for (const Word &word : place.words) list += "\n      " + quoted(word.text + ":" + word.description);
+  const std::string words = place.host_names.empty() ? "reply=(" + list + ")" : "_usbdevctl_host " + place.host_names;
+  return "    " + quoted(place.name) + ") " + words + " ;;\n";
 }
 
-std::string cases(const Places &places, std::string (*words)(const std::vector<Word> &)) {
+/// In single quotes, fish has a meaning for the backslash.
+std::string fishQuoted(const std::string &text) {
+  std::string result = "'";
+  for (const char letter : text)
+    result += letter == '\'' || letter == '\\' ? std::string("\\") + letter : std::string(1, letter);
+  return result + "'";
+}
+
+std::string fishCase(const Place &place) {
+  std::string list;
+  for (const Word &word : place.words) list += " " + fishQuoted(word.text) + " " + fishQuoted(word.description);
+  std::string words = list.empty() ? "true" : "printf '%s\\t%s\\n'" + list;
+  if (!place.host_names.empty()) words = "usbdevctl __words " + place.host_names + " 2>/dev/null; or true";
+  return "    case " + fishQuoted(place.name) + "\n      " + words + "\n";
+}
+
+std::string cases(const Places &places, std::string (*one)(const Place &)) {
   std::string text;
-  for (const Place &place : places) text += "    " + quoted(place.name) + ") " + words(place.words) + " ;;\n";
+  for (const Place &place : places) text += one(place);
   return text;
 }
 
@@ -91,8 +115,10 @@ std::string filled(std::string script, const std::string &table) {
 
 }  // namespace
 
-std::string bashCompletion(const Command &program) { return filled(kBashScript, cases(placesOf(program), bashWords)); }
+std::string bashCompletion(const Command &program) { return filled(kBashScript, cases(placesOf(program), bashCase)); }
 
-std::string zshCompletion(const Command &program) { return filled(kZshScript, cases(placesOf(program), zshWords)); }
+std::string zshCompletion(const Command &program) { return filled(kZshScript, cases(placesOf(program), zshCase)); }
+
+std::string fishCompletion(const Command &program) { return filled(kFishScript, cases(placesOf(program), fishCase)); }
 
 }  // namespace usbdevctl
