@@ -90,6 +90,39 @@ def test_a_camera_with_its_microphone_first_has_the_picture_at_interface_2(pc):
     assert 'ATTRS{bInterfaceNumber}=="02"' in (root / "run/usbdev-sim/nodes/video0/walk").read_text()
 
 
+def test_a_camera_with_two_functions_has_nodes_below_both_interfaces(pc):
+    host, root = pc
+    host.plug("pc-camera", "1-1")
+    host.plug("colour-and-infrared", "3-1")
+    driver = root / "sys/bus/usb/drivers/uvcvideo"
+    found = {path.parent.parent.name: path.name for path in sorted(driver.glob("3-1:*/video4linux/*"), reverse=True)}
+    assert found == {"3-1:1.0": "video2", "3-1:1.2": "video4"}
+    assert {path.name for path in driver.glob("3-1:*")} == {"3-1:1.0", "3-1:1.1", "3-1:1.2", "3-1:1.3"}
+
+
+def test_each_function_has_a_name_an_index_and_formats_of_its_own(pc):
+    host, root = pc
+    host.plug("colour-and-infrared", "3-1")
+    nodes = [root / f"sys/class/video4linux/video{number}" for number in range(4)]
+    assert [(node / "name").read_text() for node in nodes] == [
+        *["Integrated Camera: Integrated C\n"] * 2,
+        *["Integrated Camera: Integrated I\n"] * 2,
+    ]
+    assert [(node / "index").read_text() for node in nodes] == ["0\n", "1\n"] * 2
+    answers = root / "run/usbdev-sim/nodes"
+    assert "'MJPG'" in (answers / "video0/formats").read_text()
+    assert "'GREY'" in (answers / "video2/formats").read_text()
+
+
+def test_the_walk_of_the_second_function_passes_its_own_interface(pc):
+    host, root = pc
+    host.plug("colour-and-infrared", "3-1")
+    node, interface, camera = (root / "run/usbdev-sim/nodes/video2/walk").read_text().split("looking at ")[1:4]
+    assert 'ATTR{name}=="Integrated Camera: Integrated I"' in node and 'ATTR{index}=="0"' in node
+    assert 'KERNELS=="3-1:1.2"' in interface and 'ATTRS{bInterfaceNumber}=="02"' in interface
+    assert 'ATTRS{interface}=="Integrated I"' in interface and 'KERNELS=="3-1"' in camera
+
+
 def test_a_microphone_is_described_for_the_audio_library(pc):
     host, root = pc
     host.plug("hd-pro-webcam", "3-1")
@@ -110,7 +143,7 @@ def test_the_metadata_node_lists_no_format(pc):
     assert (root / "run/usbdev-sim/nodes/video1/formats").read_text() == "ioctl: VIDIOC_ENUM_FMT\n"
 
 
-@pytest.mark.parametrize("camera", ["usb2-camera", "hd-pro-webcam", "h264-camera"])
+@pytest.mark.parametrize("camera", ["usb2-camera", "hd-pro-webcam", "h264-camera", "colour-and-infrared"])
 def test_after_unplugging_only_the_loaded_drivers_remain(pc, camera):
     host, root = pc
     host.plug("hd-pro-webcam", "5-1")

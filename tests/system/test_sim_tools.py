@@ -74,6 +74,32 @@ def test_a_sound_card_is_told_after_its_camera(sandbox):
     )
 
 
+def test_a_sound_card_whose_interfaces_come_first_is_told_before_its_camera(sandbox):
+    result = sandbox(SHOW_CALLS + "sim plug microphone-first 3-1; echo; sim unplug 3-1")
+    assert result.stdout == (
+        "plug --type audio --node 0 --slot 3-1 --name Conference Camera\n"
+        "plug --type camera --node 0 --slot 3-1 --name Conference Camera\n"
+        "\n"
+        "unplug --type audio --node 0 --slot 3-1 --name Conference Camera\n"
+        "unplug --type camera --node 0 --slot 3-1 --name Conference Camera\n"
+    )
+
+
+def test_each_function_of_a_camera_is_told_by_itself(sandbox):
+    result = sandbox(SHOW_CALLS + "sim plug colour-and-infrared 3-1")
+    assert result.stdout == (
+        "plug --type camera --node 0 --slot 3-1 --name Integrated Camera: Integrated C\n"
+        "plug --type camera --node 2 --slot 3-1 --name Integrated Camera: Integrated I\n"
+    )
+
+
+def test_sim_ends_as_the_report_of_the_first_function_ended(sandbox):
+    first_fails = "ENDING='[ \"$5\" = 0 ] && exit 4; exit 0'\n" + SHOW_CALLS
+    second_fails = "ENDING='[ \"$5\" = 0 ] || exit 4'\n" + SHOW_CALLS
+    assert sandbox(first_fails + "sim plug colour-and-infrared 3-1").returncode == 4
+    assert sandbox(second_fails + "sim plug colour-and-infrared 3-1").returncode == 0
+
+
 def test_the_library_is_told_of_a_camera_that_is_already_gone(sandbox):
     result = sandbox("ENDING='ls /dev/video0 2>&1'\n" + SHOW_CALLS + "sim plug pc-camera 3-1; sim unplug 3-1")
     lines = result.stdout.splitlines()

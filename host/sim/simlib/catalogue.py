@@ -25,6 +25,15 @@ class SoundCard:
 
 
 @dataclass(frozen=True)
+class VideoFunction:
+    """A picture of its own, with its interface, that interface's text, and the listing of each of its nodes."""
+
+    first_interface: int
+    nodes: list[str]
+    interface: str | None = None
+
+
+@dataclass(frozen=True)
 class UsbDevice:
     """What every device tells about itself; the texts are absent where the device has none."""
 
@@ -53,18 +62,27 @@ class Camera(UsbDevice):
     interface_count: int = 2
     first_video_interface: int = 0
     nodes: list[str] = field(default_factory=lambda: ["formats.txt", METADATA])
+    second_function: VideoFunction | None = None
     sound: SoundCard | None = None
     video_name: str | None = None
     comment: str = ""
 
     @property
+    def functions(self) -> list[VideoFunction]:
+        first = VideoFunction(self.first_video_interface, self.nodes, self.interface)
+        return [first] if self.second_function is None else [first, self.second_function]
+
+    @property
     def node_name(self) -> str:
-        """The name of the video nodes, as the camera driver builds and cuts it, or as another driver gives it."""
+        return self.name_of(self.functions[0])
+
+    def name_of(self, function: VideoFunction) -> str:
+        """The name of its nodes, as the camera driver builds and cuts it, or as another driver gives it."""
         if self.video_name is not None:
             return self.video_name
         name = self.product or f"UVC Camera ({self.vendor_id}:{self.product_id})"
-        if self.interface:
-            name += f": {self.interface}"
+        if function.interface:
+            name += f": {function.interface}"
         return name.encode()[:LONGEST_NAME].decode(errors="ignore")
 
     def listing(self, node: str) -> bytes:
@@ -84,9 +102,15 @@ def load_camera(name: str) -> Camera:
         raise SimError(f"there is no camera '{name}'; 'sim list' shows them")
     text = path.read_text(encoding="utf-8")
     facts = tomllib.loads(text)
-    sound = facts.pop("sound", None)
+    sound, second = facts.pop("sound", None), facts.pop("second_function", None)
     comment = " ".join(line[2:] for line in text.splitlines() if line.startswith("# "))
-    return Camera(name=name, sound=SoundCard(**sound) if sound else None, comment=comment, **facts)
+    return Camera(
+        name=name,
+        second_function=VideoFunction(**second) if second else None,
+        sound=SoundCard(**sound) if sound else None,
+        comment=comment,
+        **facts,
+    )
 
 
 def load_hub(name: str) -> Hub:

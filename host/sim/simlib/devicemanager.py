@@ -5,18 +5,16 @@ from __future__ import annotations
 import subprocess
 
 from simlib.errors import SimError
-from simlib.machine import PluggedCamera
+from simlib.machine import Event, PluggedCamera
 
 PROGRAM = "usbdevctl"
 
 
 def announce(action: str, plugged: PluggedCamera) -> int:
-    """Reports a camera ("plug" or "unplug") and then its sound card. Returns how the camera's report ended: the
-    library may well turn a sound card down."""
-    status = _call(action, "camera", plugged.nodes[0], plugged, plugged.camera.node_name)
-    if plugged.card is not None and plugged.camera.sound is not None:
-        _call(action, "audio", plugged.card, plugged, plugged.camera.sound.name)
-    return status
+    """Reports what comes ("plug") or goes ("unplug"). Returns how the first camera's report ended: the library may well
+    turn down a sound card or a second function."""
+    statuses = [(event.kind, _call(action, plugged.port.slot, event)) for event in plugged.events()]
+    return next(status for kind, status in statuses if kind == "camera")
 
 
 def start_up() -> int:
@@ -24,8 +22,9 @@ def start_up() -> int:
     return _run([PROGRAM, "sync"])
 
 
-def _call(action: str, kind: str, number: int, plugged: PluggedCamera, name: str) -> int:
-    return _run([PROGRAM, action, "--type", kind, "--node", str(number), "--slot", plugged.port.slot, "--name", name])
+def _call(action: str, slot: str, event: Event) -> int:
+    device = ["--type", event.kind, "--node", str(event.number), "--slot", slot, "--name", event.name]
+    return _run([PROGRAM, action, *device])
 
 
 def _run(arguments: list[str]) -> int:

@@ -8,7 +8,7 @@ from pathlib import Path
 
 from simlib.catalogue import SoundCard
 from simlib.machine import Machine, PluggedCamera
-from simlib.walk import render_walk
+from simlib.walk import VideoNode, render_walk
 
 VIDEO_DRIVER = "uvcvideo"
 SOUND_DRIVER = "snd-usb-audio"
@@ -26,10 +26,11 @@ class Hardware:
 
     def appear(self, machine: Machine, plugged: PluggedCamera) -> None:
         """Creates everything of a camera, the device nodes last: who sees them finds the rest in place."""
-        first = plugged.camera.first_video_interface
-        self._bind(VIDEO_DRIVER, machine, plugged, range(first, first + VIDEO_INTERFACES))
-        for index in range(len(plugged.nodes)):
-            self._add_video_node(machine, plugged, index)
+        for function, nodes in plugged.functions():
+            first = function.first_interface
+            self._bind(VIDEO_DRIVER, machine, plugged, range(first, first + VIDEO_INTERFACES))
+            for index, node in enumerate(nodes):
+                self._add_video_node(machine, plugged, VideoNode(function, index, node))
         if plugged.camera.sound is not None:
             self._add_sound_card(machine, plugged, plugged.camera.sound)
         for node in plugged.nodes:
@@ -78,17 +79,18 @@ class Hardware:
             _link(folder / "module", self._module(driver))
         return folder
 
-    def _add_video_node(self, machine: Machine, plugged: PluggedCamera, index: int) -> None:
-        name = f"video{plugged.nodes[index]}"
-        device = self._sys / machine.interface_devpath(plugged).lstrip("/") / "video4linux" / name
+    def _add_video_node(self, machine: Machine, plugged: PluggedCamera, node: VideoNode) -> None:
+        name = f"video{node.number}"
+        interface = machine.interface_devpath(plugged, node.function)
+        device = self._sys / interface.lstrip("/") / "video4linux" / name
         device.mkdir(parents=True)
-        (device / "name").write_text(f"{plugged.camera.node_name}\n", encoding="utf-8")
-        (device / "index").write_text(f"{index}\n", encoding="ascii")
+        (device / "name").write_text(f"{plugged.camera.name_of(node.function)}\n", encoding="utf-8")
+        (device / "index").write_text(f"{node.index}\n", encoding="ascii")
         _link(self._sys / "class/video4linux" / name, device)
         answers = self._sim / "nodes" / name
         answers.mkdir(parents=True)
-        (answers / "walk").write_text(render_walk(machine, plugged, index), encoding="utf-8")
-        (answers / "formats").write_bytes(plugged.camera.listing(plugged.camera.nodes[index]))
+        (answers / "walk").write_text(render_walk(machine, plugged, node), encoding="utf-8")
+        (answers / "formats").write_bytes(plugged.camera.listing(node.function.nodes[node.index]))
 
     def _add_sound_card(self, machine: Machine, plugged: PluggedCamera, sound: SoundCard) -> None:
         first = sound.first_interface

@@ -4,15 +4,24 @@ from __future__ import annotations
 
 from collections.abc import Iterable, Iterator
 from dataclasses import dataclass, field
-from itertools import zip_longest
+from itertools import islice, zip_longest
+from typing import NamedTuple
 
-from simlib.catalogue import Camera, UsbDevice, load_hub
+from simlib.catalogue import Camera, UsbDevice, VideoFunction, load_hub
 from simlib.errors import SimError
 from simlib.ports import Port, parse_port
 from simlib.topology import SUPERSPEED, Topology
 
 HUB = "full-speed-hub"
 LAST_ADDRESS = 127
+
+
+class Event(NamedTuple):
+    """What comes or goes ("camera" or "audio"), the number of its node or card, and its name."""
+
+    kind: str
+    number: int
+    name: str
 
 
 @dataclass
@@ -22,6 +31,22 @@ class PluggedCamera:
     address: int
     nodes: list[int]
     card: int | None
+
+    def functions(self) -> Iterator[tuple[VideoFunction, list[int]]]:
+        """Each function with the numbers of its nodes."""
+        numbers = iter(self.nodes)
+        for function in self.camera.functions:
+            yield function, list(islice(numbers, len(function.nodes)))
+
+    def events(self) -> list[Event]:
+        """What the device manager hears when it comes or goes: its functions in the order of their interfaces."""
+        events = {
+            function.first_interface: Event("camera", nodes[0], self.camera.name_of(function))
+            for function, nodes in self.functions()
+        }
+        if self.camera.sound is not None and self.card is not None:
+            events[self.camera.sound.first_interface] = Event("audio", self.card, self.camera.sound.name)
+        return [event for _, event in sorted(events.items())]
 
 
 @dataclass
@@ -39,7 +64,7 @@ class Machine:
         self._check_free(camera, port)
         self._plug_hubs(port)
         address = self._take_address(port.bus)
-        nodes = self._free_nodes(len(camera.nodes))
+        nodes = self._free_nodes(sum(len(it.nodes) for it in camera.functions))
         card = self._free_card() if camera.sound else None
         plugged = PluggedCamera(camera, port, address, nodes, card)
         self.cameras[port.slot] = plugged
@@ -80,9 +105,9 @@ class Machine:
             speeds.append(self.hub.speed)
         return min(speeds)
 
-    def interface_devpath(self, plugged: PluggedCamera) -> str:
-        """The path of the interface that carries the picture, below /sys."""
-        return f"{self.topology.devpath(plugged.port)}/{plugged.port.slot}:1.{plugged.camera.first_video_interface}"
+    def interface_devpath(self, plugged: PluggedCamera, function: VideoFunction) -> str:
+        """The path of the interface that carries the function's picture, below /sys."""
+        return f"{self.topology.devpath(plugged.port)}/{plugged.port.slot}:1.{function.first_interface}"
 
     def _take(self, port: Port) -> dict[str, UsbDevice]:
         """Takes away what is at the port, and tells what stood where behind it: ".2" is the second port of the hub."""

@@ -2,8 +2,10 @@
 
 from __future__ import annotations
 
+from typing import NamedTuple
+
 from simlib.attributes import AttributeList, Values
-from simlib.catalogue import DATA, UsbDevice
+from simlib.catalogue import DATA, UsbDevice, VideoFunction
 from simlib.machine import Machine, PluggedCamera
 from simlib.ports import Port
 from simlib.topology import SUPERSPEED
@@ -18,10 +20,22 @@ and the attributes from one single parent device.
 """
 
 
-def render_walk(machine: Machine, plugged: PluggedCamera, index: int) -> str:
-    """Renders the walk from the camera's node of this index up to the root of the device tree."""
+class VideoNode(NamedTuple):
+    """The index is the node's place in its function."""
+
+    function: VideoFunction
+    index: int
+    number: int
+
+
+def render_walk(machine: Machine, plugged: PluggedCamera, node: VideoNode) -> str:
+    """Renders the walk from the camera's node up to the root of the device tree."""
     bus = machine.topology.bus_of(plugged.port)
-    blocks = [_node_block(machine, plugged, index), _interface_block(machine, plugged), _camera_block(machine, plugged)]
+    blocks = [
+        _node_block(machine, plugged, node),
+        _interface_block(machine, plugged, node.function),
+        _camera_block(machine, plugged),
+    ]
     hub = plugged.port.hub
     while hub is not None:
         blocks.append(_hub_block(machine, hub))
@@ -35,16 +49,15 @@ def _list(kind: str) -> AttributeList:
     return AttributeList(DATA / "attributes" / f"{kind}.txt")
 
 
-def _node_block(machine: Machine, plugged: PluggedCamera, index: int) -> str:
-    path = f"{machine.interface_devpath(plugged)}/video4linux/video{plugged.nodes[index]}"
-    values: Values = {"index": index, "name": plugged.camera.node_name}
+def _node_block(machine: Machine, plugged: PluggedCamera, node: VideoNode) -> str:
+    path = f"{machine.interface_devpath(plugged, node.function)}/video4linux/video{node.number}"
+    values: Values = {"index": node.index, "name": plugged.camera.name_of(node.function)}
     return _list("video-node").block(path, values, first=True)
 
 
-def _interface_block(machine: Machine, plugged: PluggedCamera) -> str:
-    camera = plugged.camera
-    values: Values = {"interface": camera.interface, "interface_number": f"{camera.first_video_interface:02x}"}
-    return _list("video-interface").block(machine.interface_devpath(plugged), values)
+def _interface_block(machine: Machine, plugged: PluggedCamera, function: VideoFunction) -> str:
+    values: Values = {"interface": function.interface, "interface_number": f"{function.first_interface:02x}"}
+    return _list("video-interface").block(machine.interface_devpath(plugged, function), values)
 
 
 def _camera_block(machine: Machine, plugged: PluggedCamera) -> str:

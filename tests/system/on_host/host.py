@@ -55,16 +55,12 @@ class Host:
                 link.unlink()
 
     def plug(self, camera: str, port: str) -> int:
-        """Returns the channel."""
-        plugged = self.hardware.plug(camera, port)
-        channel = self._tell(plugged, 1)
-        self._tell_of_card(plugged, 1)
-        return channel
+        """Returns the channel of its first picture."""
+        return self._tell(self.hardware.plug(camera, port), 1)
 
-    def unplug(self, port: str) -> None:
-        for plugged in self.hardware.unplug(port):
-            self._tell(plugged, 0)
-            self._tell_of_card(plugged, 0)
+    def unplug(self, port: str) -> list[int]:
+        """Returns the channels of what went, first pictures only."""
+        return [self._tell(plugged, 0) for plugged in self.hardware.unplug(port)]
 
     def reboot(self, *changes: str) -> None:
         self.change_hardware(*changes)
@@ -88,12 +84,11 @@ class Host:
 
     @staticmethod
     def _tell(plugged: PluggedCamera, state: int) -> int:
-        return usbdevlib.hotplug(1, plugged.nodes[0], plugged.port.slot, state, plugged.camera.node_name)
-
-    @staticmethod
-    def _tell_of_card(plugged: PluggedCamera, state: int) -> None:
-        if plugged.camera.sound is not None and plugged.card is not None:
-            usbdevlib.hotplug(0, plugged.card, plugged.port.slot, state, plugged.camera.sound.name)
+        channels = [
+            (it.kind, usbdevlib.hotplug(int(it.kind == "camera"), it.number, plugged.port.slot, state, it.name))
+            for it in plugged.events()
+        ]
+        return next(channel for kind, channel in channels if kind == "camera")
 
 
 def stream_folder(profile: int) -> str:

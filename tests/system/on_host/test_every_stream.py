@@ -22,8 +22,8 @@ def sizes_of(camera: str) -> list[ListedSize]:
     return offered_sizes(load_camera(camera).listing("formats.txt").decode())
 
 
-# The camera with the long name has the formats of another one.
-STREAMING = [name for name in camera_names() if sizes_of(name) and name != "long-name-camera"]
+# The camera with the long name has the formats of another one; of the one with two functions the second has the channel.
+STREAMING = [name for name in camera_names() if sizes_of(name) and name not in ("long-name-camera", "colour-and-infrared")]
 
 
 def requests(rates: list[float]) -> list[float]:
