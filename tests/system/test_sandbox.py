@@ -229,7 +229,7 @@ def test_missing_bubblewrap_is_said_in_one_line(tmp_path):
     ("options", "message"),
     [
         (["--host", "vax"], "there is no host model 'vax'; there are: amd-k41, arm, intel"),
-        (["--topology", "ring"], "there is no topology 'ring'; there are: platform, three-controllers"),
+        (["--topology", "ring"], "there is no topology 'ring'; there are: ehci-uhci, platform, three-controllers"),
         (["--build", "/nowhere"], "there is no build in /nowhere"),
     ],
 )

@@ -47,8 +47,7 @@ def _ports(_options: argparse.Namespace) -> int:
 
 
 def _bus_line(bus: Bus) -> str:
-    bridges = max(bus.controller.count("/") - 1, 0) if bus.controller.startswith("pci") else 0
-    place = f"behind {bridges} PCI bridge{'s' if bridges > 1 else ''}" if bridges else "no PCI bridge"
+    place = f"behind {bus.bridges} PCI bridge{'s' if bus.bridges > 1 else ''}" if bus.bridges else "no PCI bridge"
     return f"{bus.number}-1 to {bus.number}-{bus.ports:<4} {bus.speed:5} Mbit/s  {place}  ({bus.controller})"
 
 

@@ -10,7 +10,7 @@ from typing import NamedTuple
 from simlib.catalogue import Camera, UsbDevice, VideoFunction, load_hub
 from simlib.errors import SimError
 from simlib.ports import Port, parse_port
-from simlib.topology import SUPERSPEED, Topology
+from simlib.topology import SPEED_NAMES, Topology
 
 HUB = "full-speed-hub"
 LAST_ADDRESS = 127
@@ -128,8 +128,10 @@ class Machine:
     def _check_free(self, device: UsbDevice, port: Port) -> None:
         bus = self.topology.bus_of(port)
         first = self.hub if port.hub else device
-        if bus.speed >= SUPERSPEED > first.speed:
-            raise SimError(f"bus {bus.number} is for superspeed devices; {first.name} belongs on bus {bus.number - 1}")
+        if not bus.takes(first.speed):
+            other = self.topology.bus_for(first.speed, bus)
+            kind = SPEED_NAMES[bus.speed]
+            raise SimError(f"bus {bus.number} is for {kind} devices; {first.name} belongs on bus {other.number}")
         if port.hub is not None and max(port.path[1:]) > self.hub.ports:
             raise SimError(f"a hub has {self.hub.ports} ports only")
         if port.slot in self.hubs:

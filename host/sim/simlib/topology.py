@@ -11,6 +11,9 @@ from simlib.errors import SimError
 from simlib.ports import Port
 
 SUPERSPEED = 5000
+HIGH_SPEED = 480
+FULL_SPEED = 12
+SPEED_NAMES = {SUPERSPEED: "superspeed", HIGH_SPEED: "high-speed", FULL_SPEED: "full-speed"}
 
 
 @dataclass(frozen=True)
@@ -21,6 +24,16 @@ class Bus:
     ports: int
     manufacturer: str
     product: str
+    takes_slower: bool = True
+    takes_faster: bool = True
+
+    def takes(self, speed: int) -> bool:
+        return (self.takes_slower or speed >= self.speed) and (self.takes_faster or speed <= self.speed)
+
+    @property
+    def bridges(self) -> int:
+        """How many PCI bridges stand above its controller."""
+        return max(self.controller.count("/") - 1, 0) if self.controller.startswith("pci") else 0
 
     @property
     def devpath(self) -> str:
@@ -28,13 +41,18 @@ class Bus:
 
     def values(self) -> Values:
         """The attributes of the root hub."""
-        superspeed = self.speed >= SUPERSPEED
+        protocol, product_id, version = {
+            SUPERSPEED: ("03", "0003", "3.00"),
+            # 01: it translates for slower devices, unless those have a controller of their own
+            HIGH_SPEED: ("01" if self.takes_slower else "00", "0002", "2.00"),
+            FULL_SPEED: ("00", "0001", "1.10"),
+        }[self.speed]
         return {
             "busnum": self.number,
-            "protocol": "03" if superspeed else "01",
-            "max_packet": 9 if superspeed else 64,
-            "product_id": "0003" if superspeed else "0002",
-            "usb_version": " 3.00" if superspeed else " 2.00",
+            "protocol": protocol,
+            "max_packet": 9 if self.speed == SUPERSPEED else 64,
+            "product_id": product_id,
+            "usb_version": f" {version}",
             "manufacturer": self.manufacturer,
             "product": self.product,
             "serial": self.controller.rsplit("/", 1)[1],
@@ -61,6 +79,14 @@ class Topology:
         if port.path[0] > bus.ports:
             raise SimError(f"bus {bus.number} has {bus.ports} ports only")
         return bus
+
+    def bus_for(self, speed: int, near: Bus) -> Bus:
+        """The nearest bus that takes devices of this speed."""
+
+        def distance(bus: Bus) -> tuple[bool, int]:
+            return bus.bridges != near.bridges, abs(bus.number - near.number)
+
+        return min((bus for bus in self.buses.values() if bus.takes(speed)), key=distance)
 
     def devpath(self, port: Port) -> str:
         """The path of the device at a port, below /sys."""
