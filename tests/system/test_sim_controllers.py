@@ -95,7 +95,8 @@ def test_the_library_parks_cameras_of_one_root_port_or_of_one_controller_behind_
 
 def test_a_reboot_finds_the_cameras_of_all_controllers_again(sandbox):
     result = sandbox(
-        "{ sim plug usb2-camera 3-1.1; sim plug pc-camera 2-1; sandbox reboot; } >/dev/null; cat /etc/config/usbdev.conf",
+        "{ sim plug usb2-camera 3-1.1; sim plug pc-camera 2-1; sandbox reboot; } >/dev/null;"
+        " cat /etc/config/usbdev.conf",
         *("--topology", TOPOLOGY),
     )
     assert re.findall(r"<usbslot>(.*)</usbslot>", result.stdout) == ["3-1.1", "2-1"]

@@ -4,11 +4,13 @@ from __future__ import annotations
 
 import argparse
 import sys
+from pathlib import Path
 
 from simlib.catalogue import camera_names, load_camera
 from simlib.devicemanager import announce
 from simlib.errors import SimError
 from simlib.host import SimulatedHost
+from simlib.importer import import_camera
 from simlib.topology import Bus
 
 
@@ -31,6 +33,11 @@ def _unplug(options: argparse.Namespace) -> int:
     if options.hardware_only:
         return 0
     return max((announce("unplug", plugged) for plugged in gone), default=0)
+
+
+def _import(options: argparse.Namespace) -> int:
+    print(import_camera(Path(options.folder), options.name))
+    return 0
 
 
 def _list(_options: argparse.Namespace) -> int:
@@ -73,6 +80,10 @@ def _parser() -> argparse.ArgumentParser:
     for command in (plug, unplug):
         command.add_argument("port", metavar="PORT", help="such as 3-1 or, behind a hub, 3-1.2")
         command.add_argument("--hardware-only", action="store_true", help="do not tell the library")
+    importing = commands.add_parser("import", help="make a simulated camera of what tools printed of a real one")
+    importing.add_argument("folder", metavar="FOLDER", help="their output, as docs/simulator.md names the files")
+    importing.add_argument("name", metavar="NAME", help="the new camera's")
+    importing.set_defaults(run=_import)
     commands.add_parser("list", help="show the cameras").set_defaults(run=_list)
     commands.add_parser("ports", help="show the ports of this host").set_defaults(run=_ports)
     commands.add_parser("status", help="show what is plugged in").set_defaults(run=_status)

@@ -1,0 +1,145 @@
+"""The command "sim import": a simulated camera made from a capture of a real one."""
+
+from __future__ import annotations
+
+import json
+import re
+import shutil
+import subprocess
+from itertools import groupby
+from pathlib import Path
+
+from simlib.capture import Capture, CapturedNode
+from simlib.catalogue import DATA, METADATA, Camera, VideoFunction
+from simlib.errors import SimError
+from simlib.hardware import SOUND_INTERFACES, VIDEO_INTERFACES
+from simlib.topology import HIGH_SPEED, SPEED_NAMES, SUPERSPEED
+
+Facts = dict[str, object]
+TRANSLATOR = DATA / "bin/v4l2-old-layout"
+MOST_FUNCTIONS = 2
+
+
+def import_camera(folder: Path, name: str) -> Path:
+    """Makes the camera's folder; none is left when something does not fit."""
+    target = DATA / "cameras" / name
+    if re.fullmatch(r"[a-z0-9][a-z0-9-]{0,63}", name) is None:
+        raise SimError(f"'{name}' is not a camera's name: small letters, digits and dashes, 64 at most")
+    if target.exists():
+        raise SimError(f"there is a camera '{name}' already")
+    listings: dict[str, bytes] = {}
+    try:
+        facts = _camera(Capture(folder), listings)
+    except ValueError as problem:
+        raise SimError(f"the walk holds something else where a number stands: {problem}") from problem
+    try:
+        target.mkdir()
+        for file, listing in listings.items():
+            (target / file).write_bytes(listing)
+        (target / "camera.toml").write_text(_toml(facts), encoding="utf-8")
+    except OSError as problem:
+        shutil.rmtree(target, ignore_errors=True)
+        raise SimError(f"{target} cannot be made ({problem.strerror}); inside the sandbox it never can") from problem
+    return target
+
+
+def _camera(capture: Capture, listings: dict[str, bytes]) -> Facts:
+    """Leaves out the serial number, which is the owner's. The listings are noted under the names of their files."""
+    functions = [list(nodes) for _, nodes in groupby(capture.nodes, key=lambda node: node.place[0])]
+    if len(functions) > MOST_FUNCTIONS:
+        raise SimError(f"it has {len(functions)} video functions; {MOST_FUNCTIONS} at most are simulated")
+    first, *others = [_function(nodes, listings) for nodes in functions]
+    facts = _device(capture.nodes[0]) | {
+        "interface": first["interface"],
+        "first_video_interface": first["first_interface"],
+        "nodes": first["nodes"],
+    }
+    facts |= _name(facts, others, functions)
+    if others:
+        facts["second_function"] = others[0]
+    if capture.sound_cards():
+        facts["sound"] = _sound(capture)
+    return facts
+
+
+def _device(node: CapturedNode) -> Facts:
+    camera = node.camera
+    return {
+        "vendor_id": camera["idVendor"],
+        "product_id": camera["idProduct"],
+        "manufacturer": camera.get("manufacturer"),
+        "product": camera.get("product"),
+        "speed": _speed(node),
+        "usb_version": camera["version"].strip(),
+        "max_power": camera["bMaxPower"].strip(),
+        "max_packet": None if _speed(node) == SUPERSPEED else int(camera["bMaxPacketSize0"]),
+        "release": camera["bcdDevice"],
+        "quirks": camera["quirks"],
+        "interface_count": int(camera["bNumInterfaces"]),
+    }
+
+
+def _speed(node: CapturedNode) -> int:
+    speed = node.camera["speed"]
+    if speed not in map(str, SPEED_NAMES):
+        raise SimError(f"it runs at {speed} Mbit/s; the speeds that are simulated: {', '.join(map(str, SPEED_NAMES))}")
+    hubs = [block for block in node.blocks[3:] if re.fullmatch(r"\d+-[\d.]+", block["KERNEL"])]
+    if int(speed) < HIGH_SPEED and any(hub["speed"] == speed for hub in hubs):
+        raise SimError("it hangs on a hub that may slow it down; capture it in a port of the computer")
+    return int(speed)
+
+
+def _function(nodes: list[CapturedNode], listings: dict[str, bytes]) -> Facts:
+    interface = nodes[0].interface
+    if int(interface["iad_bInterfaceCount"]) != VIDEO_INTERFACES:
+        raise SimError(f"{interface['KERNEL']} begins a function of {interface['iad_bInterfaceCount']} interfaces; "
+                       f"{VIDEO_INTERFACES} are simulated")  # fmt: skip
+    files = [_note_listing(node, listings) for node in nodes]
+    if files[0] == METADATA:
+        raise SimError(f"video{nodes[0].number}, the first node of {interface['KERNEL']}, lists no format")
+    return {"interface": interface.get("interface"), "first_interface": nodes[0].place[0], "nodes": files}
+
+
+def _note_listing(node: CapturedNode, listings: dict[str, bytes]) -> str:
+    listing = subprocess.run([TRANSLATOR], input=node.listing, capture_output=True, check=True).stdout
+    if b"Pixel Format" not in listing:
+        return METADATA
+    file = f"formats-{len(listings) + 1}.txt" if listings else "formats.txt"
+    listings[file] = listing
+    return file
+
+
+def _name(facts: Facts, others: list[Facts], functions: list[list[CapturedNode]]) -> Facts:
+    """The name of the nodes, where it does not follow from the texts."""
+    known = {key: value for key, value in facts.items() if value is not None}
+    second = VideoFunction(**others[0]) if others else None  # type: ignore[arg-type]
+    camera = Camera(name="", second_function=second, **known)  # type: ignore[arg-type]
+    made = [camera.name_of(function) for function in camera.functions]
+    found = [nodes[0].name for nodes in functions]
+    if made == found:
+        return {}
+    if others:
+        raise SimError(f"the names of its functions ({', '.join(found)}) do not follow from its texts")
+    return {"video_name": found[0]}
+
+
+def _sound(capture: Capture) -> Facts:
+    """What the audio library would report is in no capture: the usual microphone."""
+    cards, interfaces = capture.sound_cards(), capture.sound_interfaces()
+    if len(cards) != 1 or len(interfaces) != SOUND_INTERFACES:
+        raise SimError(f"it has {len(cards)} sound cards with {len(interfaces)} interfaces; "
+                       f"one with {SOUND_INTERFACES} is simulated")  # fmt: skip
+    usual = {"entry_count": 1, "channel_mode": 1, "channel_count": 1}
+    return {"name": cards[0], "first_interface": min(interfaces), **usual}
+
+
+def _toml(facts: Facts) -> str:
+    tables = {key: value for key, value in facts.items() if isinstance(value, dict)}
+    text = "# Imported from a capture.\n" + _pairs({key: value for key, value in facts.items() if key not in tables})
+    return text + "".join(f"\n[{name}]\n{_pairs(table)}" for name, table in tables.items())
+
+
+def _pairs(facts: Facts) -> str:
+    """Texts, numbers and lists are written in JSON as in TOML, but for one control character."""
+    values = {key: json.dumps(value, ensure_ascii=False) for key, value in facts.items() if value is not None}
+    return "".join(f"{key} = {value}\n" for key, value in values.items()).replace("\x7f", "\\u007f")
