@@ -172,7 +172,7 @@ def no_change(_folder: Path) -> None:
         ("mjpg-yuyv", lambda it: edit(it / WALK, '    ATTRS{idVendor}=="0c45"\n', ""), "the walk lacks idVendor"),
         ("mjpg-yuyv", lambda it: edit(it / WALK, "uvcvideo", "gspca"), "belongs to the driver gspca"),
         ("mjpg-yuyv", lambda it: edit(it / WALK, 'speed}=="480"', 'speed}=="10000"'), "it runs at 10000 Mbit/s"),
-        ("mjpg-yuyv", lambda it: edit(it / WALK, 'NumInterfaces}==" 2"', 'NumInterfaces}=="x"'), "where a number stands"),
+        ("mjpg-yuyv", lambda it: edit(it / WALK, 'NumInterfaces}==" 2"', 'NumInterfaces}=="x"'), "where a number"),
         ("mjpg-yuyv", lambda it: edit(it / WALK, 'InterfaceCount}=="02"', 'InterfaceCount}=="03"'), "of 03 interfaces"),
         ("hd-mic", lambda it: (it / "ls-plain-snd-usb-audio.txt").unlink(), "1 sound cards with 0 interfaces"),
     ],
@@ -212,6 +212,16 @@ def test_the_command_prints_the_new_folder_and_the_list_shows_the_camera(simulat
     assert (result.returncode, result.stdout) == (0, f"{simulator}/cameras/{'i' * 64}\n")
     listed = subprocess.run([simulator / "bin/sim", "list"], capture_output=True, text=True, check=True).stdout
     assert f"{'i' * 64} 0c45:6366  Imported from a capture." in listed
+
+
+def test_the_documented_commands_make_a_capture_of_a_camera(simulator, sandbox, tmp_path):
+    commands = re.search(r"```sh\n(mkdir capture .*?)```", (REPOSITORY / "docs/simulator.md").read_text(), re.S)[1]
+    state = tmp_path / "state"
+    sandbox(f"sim plug usb2-camera 3-1 --hardware-only; cd /tmp; {commands}", "--state", str(state))
+    importer.import_camera(state / "tmp/capture", "imported")
+    original = load_camera("usb2-camera")
+    likeness = replace(original, name="imported", comment="Imported from a capture.", serial=None)
+    assert load_camera("imported") == likeness
 
 
 def test_in_the_sandbox_nothing_can_be_imported(sandbox, captured):
