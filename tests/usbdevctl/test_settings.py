@@ -134,6 +134,21 @@ def test_a_profile_with_sound_only_has_no_stream_to_set(on_host: RunOnHost) -> N
     assert [(slot["stream"], slot["codecs"]) for slot in listed.json["slots"]] == [("audio", [])]
 
 
+def test_the_volume_that_was_set_is_said(on_host: RunOnHost) -> None:
+    configuration = (
+        "<velmora><ch0><exists>1</exists><profile>0</profile><usbslot>3-1</usbslot><devname>Cam</devname>"
+        "<audio><anode>0</anode><volume>30</volume></audio></ch0></velmora>"
+    )
+    _, text, document = run_all(
+        on_host,
+        f"sim plug --hardware-only hd-pro-webcam 3-1; echo '{configuration}' >/etc/config/usbdev.conf",
+        "usbdevctl volume 0",
+        "usbdevctl volume ch0 --json",
+    )
+    assert (text.out, text.status) == ('volume set to 30: channel 0  3-1  "Cam"  profile 0\n', 0)
+    assert (document.json["volume"], document.json["channel"], document.status) == (30, 0, 0)
+
+
 def test_the_capabilities_of_a_profile_are_codecs_and_formats(on_host: RunOnHost) -> None:
     _, text, document = run_all(on_host, CAMERA, "usbdevctl caps 0", "usbdevctl caps 0 --json")
     assert text.out.startswith("video       mjpeg, h264\naudio       none\n\nFormat 0: MJPEG, as the camera sends it;")

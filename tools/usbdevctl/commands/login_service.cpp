@@ -20,6 +20,7 @@ constexpr int kNo = 11;
 [[noreturn]] void answer(int seconds, const std::function<int()> &question) {
   setpgid(0, 0);
   prctl(PR_SET_PDEATHSIG, SIGKILL);
+  std::signal(SIGTTOU, SIG_IGN);  // a terminal may stop what writes from the background, where a group of its own is
   std::signal(SIGALRM, SIG_DFL);
   alarm(static_cast<unsigned>(seconds));
   stdout = stderr;

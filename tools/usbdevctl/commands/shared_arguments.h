@@ -31,7 +31,7 @@ struct CameraArgument {
 Argument &addCamera(Command &command, CameraArgument &camera);
 
 /// A USB port that need not have a camera, by its kernel name.
-Argument &addPort(Command &command, std::string &port, const std::string &name = "port");
+Argument &addPort(Command &command, std::string &port, const std::string &name);
 
 /// The flag that every command with something to print has.
 void addJsonFlag(Command &command, bool &json);

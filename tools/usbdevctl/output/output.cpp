@@ -7,7 +7,6 @@
 #include <cstdlib>
 
 #include "output/printable.h"
-#include "parts/numbers.h"
 
 namespace usbdevctl {
 
@@ -45,8 +44,8 @@ void complain(const std::string &message) { std::fprintf(stderr, "usbdevctl: %s\
 std::size_t outputWidth() {
   if (!isatty(fileno(stdout))) return kEndless;
   const char *wanted = std::getenv("COLUMNS");
-  const std::optional<int> columns = wanted ? readNumber(wanted) : std::nullopt;
-  if (columns && *columns > 0) return static_cast<std::size_t>(*columns);
+  const long columns = wanted ? std::strtol(wanted, nullptr, 10) : 0;
+  if (columns > 0) return static_cast<std::size_t>(columns);
   winsize terminal = {};
   const bool known = ioctl(fileno(stdout), TIOCGWINSZ, &terminal) == 0 && terminal.ws_col > 0;
   return known ? terminal.ws_col : kEndless;
