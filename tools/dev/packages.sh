@@ -77,15 +77,23 @@ expect_consent() {
   esac
 }
 
+# shellcheck disable=SC2016 # the words come later
+apt_install='DEBIAN_FRONTEND=noninteractive exec apt-get --yes --no-install-recommends "$@"'
+
 install_with() {
   # shellcheck disable=SC2086 # a list of words
-  as_root env DEBIAN_FRONTEND=noninteractive apt-get --yes --no-install-recommends "$@" install $wanted
+  as_root sh -c "$apt_install" sh "$@" install $wanted
 }
 
-# The same with all output in the log, and the percents of it as lines that count.
+# The same with all output in the log, and the percents of it as lines that count. Those have a descriptor of their own:
+# apt-get does not wait while it writes to it, and a package's script that writes to the same one would fail. It is opened
+# after sudo, which closes all but the standard ones.
 install_counting() {
-  { install_with -o APT::Status-Fd=1 "$@" 2>&1 </dev/null || echo 'apt-get failed'; } | tee -a "$package_log" |
-    sed -un -e 's/^[dp][lm]status:[^:]*:\([0-9]*\).*/[\1\/100] /p' -e '/^apt-get failed$/q1'
+  # shellcheck disable=SC2086 # a list of words
+  {
+    as_root sh -c "exec 3>&1 >>$package_log 2>&1 </dev/null; $apt_install" sh -o APT::Status-Fd=3 "$@" install $wanted ||
+      echo 'apt-get failed'
+  } | sed -un -e 's/^[dp][lm]status:[^:]*:\([0-9]*\).*/[\1\/100] /p' -e '/^apt-get failed$/q1'
 }
 
 # apt_step LABEL REASON OPTIONS...: downloads or installs, and gives up for the reason where that fails.
