@@ -13,6 +13,9 @@ namespace usbdevctl {
 
 namespace {
 
+constexpr int kSoundOnly = 1;  // kinds of stream
+constexpr int kPictureAndSound = 3;
+
 const std::vector<std::string> kOffOn = {"off", "on"};
 
 using Of = StreamSetting::Of;
@@ -45,13 +48,6 @@ int numberFor(const StreamSetting &setting, const std::string &value) {
   return static_cast<int>(std::find(setting.words.begin(), setting.words.end(), value) - setting.words.begin());
 }
 
-/// The option's name as a member: "audio_codec".
-std::string memberName(const StreamSetting &setting) {
-  std::string name = setting.option + 2;
-  std::replace(name.begin(), name.end(), '-', '_');
-  return name;
-}
-
 Field settingField(const StreamSetting &setting, const _streaminfo &record) {
   const int number = record.*setting.field;
   if (setting.words.empty()) return numberField(memberName(setting), number);
@@ -73,6 +69,16 @@ bool hasSize(const _streaminfo &record, const std::string &text) {
 }  // namespace
 
 const std::vector<StreamSetting> &streamSettings() { return kSettings; }
+
+std::string memberName(const StreamSetting &setting) {
+  std::string name = setting.option + 2;
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
+}
+
+std::string valueText(const StreamSetting &setting, int number) {
+  return setting.words.empty() ? std::to_string(number) : wordFor(setting.words, number);
+}
 
 std::string checkSize(const std::string &text) {
   Size size;
@@ -110,6 +116,21 @@ std::vector<std::string> notStored(const _streaminfo &stored, const StreamChange
   }
   if (change.size && !hasSize(stored, *change.size)) settings.emplace_back("size");
   return settings;
+}
+
+StreamChange allSettings(const _streaminfo &record) {
+  const bool has_sound = record.stream_type == kSoundOnly || record.stream_type == kPictureAndSound;
+  StreamChange change;
+  for (std::size_t i = 0; i < kSettings.size(); ++i) {
+    const StreamSetting &setting = kSettings[i];
+    const bool switches = setting.field == &_streaminfo::vcodec || setting.field == &_streaminfo::aenable;
+    const bool picture = setting.of == Of::picture && (switches || record.vcodec != kMjpeg);
+    const bool sound = setting.of == Of::sound && has_sound && (switches || record.aenable == 1);
+    if (picture || sound) change.settings[i] = valueText(setting, record.*setting.field);
+  }
+  change.size = sizeText(record.width, record.height);
+  change.rate = record.framerate;
+  return change;
 }
 
 Fields streamFields(const _streaminfo &record) {

@@ -23,6 +23,12 @@ struct StreamSetting {
 
 const std::vector<StreamSetting> &streamSettings();
 
+/// The setting's name for programs: "audio_codec".
+std::string memberName(const StreamSetting &setting);
+
+/// A setting's value as a user would give it.
+std::string valueText(const StreamSetting &setting, int number);
+
 /// What a user asks to be changed; what is not given stays.
 struct StreamChange {
   StreamChange() : settings(streamSettings().size()) {}
@@ -44,6 +50,9 @@ _streaminfo changed(const _streaminfo &record, const StreamChange &change);
 /// The settings of the change that the stored record does not have, as "audio_codec": the library stores only what fits
 /// the stream. The rate, which is the camera's to choose, is not among them.
 std::vector<std::string> notStored(const _streaminfo &stored, const StreamChange &change);
+
+/// All settings of the stream that can be set, as a change to them: the rest does not apply to it.
+StreamChange allSettings(const _streaminfo &record);
 
 Fields streamFields(const _streaminfo &record);
 
