@@ -6,55 +6,71 @@ import argparse
 import asyncio
 import ctypes
 import json
+import sys
 from pathlib import Path
 
 from servicelib import lifecycle
 from tornado.httpserver import HTTPServer
-from tornado.web import Application, HTTPError, RequestHandler, StaticFileHandler
+from tornado.web import Application, HTTPError
 
 from sharelib import streams, verdict
+from sharelib.answers import Answer, NothingThere, PageFile
+from sharelib.attempts import Attempts
 from sharelib.library import Library
+from sharelib.verdict import Verdict
 
 HERE = Path(__file__).resolve().parent.parent
 PAGE = HERE / "page"
 PLAYER = HERE / "node_modules/hls.js/dist"
 DEFAULT_PORT = 8080
-LONGEST_QUESTION = 4096
-# The page plays what the player hands it as a blob, and loads nothing from elsewhere. Its address is a secret.
-HEADERS = {
-    "Content-Security-Policy": "default-src 'self'; media-src 'self' blob:; worker-src 'self' blob:",
-    "Referrer-Policy": "no-referrer",
-    "X-Content-Type-Options": "nosniff",
-}
+# A connection is given up that takes longer for a request's head, the wait for it included, or for its body.
+PATIENCE_SECONDS = 10
 
 
-class Page(RequestHandler):
+class Page(Answer):
     """The same page for every link; its script reads the link and asks."""
 
     def get(self) -> None:
-        for name, value in HEADERS.items():
-            self.set_header(name, value)
         self.write((PAGE / "share.html").read_bytes())
 
+    head = get
 
-class Question(RequestHandler):
+
+class Question(Answer):
     """Answers whether the link opens: a JSON object with ssid, token and password."""
 
-    def initialize(self, library: Library) -> None:
+    def initialize(self, library: Library, attempts: Attempts, turn: asyncio.Lock) -> None:
         self.library = library
+        self.attempts = attempts
+        self.turn = turn
 
     async def post(self) -> None:
-        texts = self._texts("ssid", "token", "password")
-        # The library waits for whoever else has the configuration; other viewers are served meanwhile.
-        answer = await asyncio.to_thread(verdict.judge, self.library, *texts)
+        ssid, token, password = self._texts("ssid", "token", "password")
+        # A wrong attempt is counted before the next one is looked at; the library takes one question at a time anyway.
+        async with self.turn:
+            judged = await self._judge(ssid, token, password)
         self.set_header("Cache-Control", "no-store")
-        self.write(answer)
+        if judged.pause:
+            self.set_status(429)
+            self.set_header("Retry-After", judged.pause)
+        self.write(judged.answer)
+
+    async def _judge(self, ssid: str, token: str, password: str) -> Verdict:
+        visitor = (self.request.remote_ip or "", ssid)
+        pause = self.attempts.pause(visitor)
+        if pause:
+            return verdict.paused(pause)
+        # The library waits for whoever else has the configuration; files are served meanwhile.
+        judged = await asyncio.to_thread(verdict.judge, self.library, ssid, token, password)
+        if judged.is_wrong:
+            self.attempts.add_wrong(visitor)
+        return judged
 
     def _texts(self, *names: str) -> list[str]:
         try:
-            question = json.loads(self.request.body)
+            question = json.loads(self.body)
             return [_text(question[name]) for name in names]
-        except (ValueError, TypeError, KeyError) as problem:
+        except (ValueError, TypeError, KeyError, RecursionError) as problem:
             raise HTTPError(400) from problem
 
 
@@ -67,14 +83,16 @@ def _text(value: object) -> str:
 
 
 def application(library: Library) -> Application:
+    question = {"library": library, "attempts": Attempts(), "turn": asyncio.Lock()}
     return Application(
         [
             (r"/share", Page),
-            (r"/share/open", Question, {"library": library}),
-            (r"/share/(hls\.min\.js)", StaticFileHandler, {"path": PLAYER}),
-            (r"/share/(share\.(?:css|js))", StaticFileHandler, {"path": PAGE}),
+            (r"/share/open", Question, question),
+            (r"/share/(hls\.min\.js)", PageFile, {"path": PLAYER}),
+            (r"/share/(share\.(?:css|js)|favicon\.svg)", PageFile, {"path": PAGE}),
             (streams.ROUTE, streams.StreamFile, {"path": streams.APPLICATION}),
         ],
+        default_handler_class=NothingThere,
         log_function=lambda _: None,  # requests carry what opens a stream
     )
 
@@ -82,7 +100,12 @@ def application(library: Library) -> Application:
 async def serve(address: str) -> None:
     library = Library(ctypes.CDLL("libusbdevlib.so"))
     port = library.web_port() or DEFAULT_PORT
-    server = HTTPServer(application(library), max_body_size=LONGEST_QUESTION)
+    server = HTTPServer(
+        application(library),
+        idle_connection_timeout=PATIENCE_SECONDS,
+        body_timeout=PATIENCE_SECONDS,
+        max_body_size=sys.maxsize,  # a body that is too long gets an answer
+    )
     server.listen(port, address)
     await lifecycle.until_stopped(f"{address}:{port}")
     server.stop()

@@ -6,6 +6,8 @@ from pathlib import Path
 
 from tornado.web import HTTPError, StaticFileHandler
 
+from sharelib.answers import Answer
+
 APPLICATION = Path("/mnt/ext/opt/apps/Velmora2")
 STREAMS = APPLICATION / "hls"
 TYPES = {
@@ -18,7 +20,7 @@ TYPES = {
 ROUTE = r"/([0-9a-f]{32}/[A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
 
 
-class StreamFile(StaticFileHandler):
+class StreamFile(Answer, StaticFileHandler):
     def validate_absolute_path(self, root: str, absolute_path: str) -> str | None:
         if not Path(absolute_path).resolve().is_relative_to(STREAMS):
             raise HTTPError(404)

@@ -3,25 +3,34 @@
 from __future__ import annotations
 
 import hmac
+from dataclasses import dataclass
 from typing import Protocol
 
-from sharelib.library import Link
-
-Verdict = dict[str, str]
+from sharelib.library import WRONG_TOKEN, Link
 
 INCOMPLETE = "This link is incomplete; it was probably cut when it was copied."
 PASSWORD_NEEDED = "This link is protected by a password."
 PASSWORD_WRONG = "This is not the password."
-REFUSALS = {
+PAUSE = "There were too many wrong attempts."
+FINAL_REASONS = {
     9000: "This link is no longer valid; ask for the new one.",
+    9011: "This link is unknown; it was renewed or taken back.",
+}
+PASSING_REASONS = {
     9001: "The camera is not plugged in.",
     9003: "The camera gives no picture at the moment.",
     9004: "There is sound here, but no picture to show.",
     9007: "The camera has to wait for another one, or cannot be used on this host.",
     9009: "The camera's port is switched off.",
     9010: "This camera is not shared at the moment.",
-    9011: "This link is unknown; it was renewed or taken back.",
 }
+
+
+@dataclass(frozen=True)
+class Verdict:
+    answer: dict[str, str | int]
+    is_wrong: bool = False  # a token or password was given, and it is not the right one
+    pause: int = 0  # seconds
 
 
 class Links(Protocol):
@@ -33,14 +42,24 @@ class Links(Protocol):
 def judge(links: Links, ssid: str, token: str, password: str) -> Verdict:
     # The library takes an empty share id for one that a channel without a link has.
     if not ssid or not token:
-        return _refused(INCOMPLETE)
+        return _told("refused", INCOMPLETE)
     code, link = links.open(ssid, token)
-    if link is None:
-        return _refused(REFUSALS[code])
+    if link is not None:
+        return _opened(link, password)
+    if code in PASSING_REASONS:
+        return _told("waits", PASSING_REASONS[code])
+    return _told("refused", FINAL_REASONS[code], is_wrong=code == WRONG_TOKEN)
+
+
+def paused(seconds: int) -> Verdict:
+    return Verdict({"outcome": "paused", "sentence": PAUSE, "seconds": seconds}, pause=seconds)
+
+
+def _opened(link: Link, password: str) -> Verdict:
     if link.password is None or hmac.compare_digest(link.password, password.encode()):
-        return {"outcome": "plays", "name": link.name, "playlist": f"/{link.stream}/playlist.m3u8"}
-    return {"outcome": "password", "sentence": PASSWORD_WRONG if password else PASSWORD_NEEDED}
+        return Verdict({"outcome": "plays", "name": link.name, "playlist": f"/{link.stream}/playlist.m3u8"})
+    return _told("password", PASSWORD_WRONG, is_wrong=True) if password else _told("password", PASSWORD_NEEDED)
 
 
-def _refused(sentence: str) -> Verdict:
-    return {"outcome": "refused", "sentence": sentence}
+def _told(outcome: str, sentence: str, is_wrong: bool = False) -> Verdict:
+    return Verdict({"outcome": outcome, "sentence": sentence}, is_wrong)

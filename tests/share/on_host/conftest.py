@@ -12,6 +12,8 @@ from pathlib import Path
 from xml.etree import ElementTree
 
 import pytest
+from encoder import Encoder
+from viewer import Viewer, viewing
 
 SHARE = Path(__file__).resolve().parents[3] / "host/share"
 SHARE_PAGE = SHARE / "share-page"
@@ -22,20 +24,47 @@ STREAM = APPLICATION / "hls/channel1"
 ORIGIN = "http://127.0.0.1:8080"
 
 
-@pytest.fixture(scope="session")
-def page(tmp_path_factory: pytest.TempPathFactory) -> Iterator[Path]:
-    """The share page, at ORIGIN; what it logs."""
-    folder = tmp_path_factory.mktemp("page")
-    with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as ready, (folder / "log").open("wb") as log:
-        ready.bind(str(folder / "ready"))
-        ready.settimeout(20)
-        server = subprocess.Popen([SHARE_PAGE], stderr=log, env={"NOTIFY_SOCKET": str(folder / "ready"), **os.environ})
-        try:
+class SharePage:
+    """The share page's server, at ORIGIN."""
+
+    def __init__(self, folder: Path) -> None:
+        self.log = folder / "log"
+        self._ready = str(folder / "ready")
+
+    def start(self) -> None:
+        with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as ready, self.log.open("ab") as log:
+            Path(self._ready).unlink(missing_ok=True)
+            ready.bind(self._ready)
+            ready.settimeout(20)
+            self._server = subprocess.Popen([SHARE_PAGE], stderr=log, env={"NOTIFY_SOCKET": self._ready, **os.environ})
             ready.recv(64)
-            yield folder / "log"
-        finally:
-            server.terminate()
-            assert server.wait() == 0
+
+    def end(self) -> None:
+        self._server.terminate()
+        assert self._server.wait() == 0
+
+
+@pytest.fixture(scope="session")
+def page(tmp_path_factory: pytest.TempPathFactory) -> Iterator[SharePage]:
+    share_page = SharePage(tmp_path_factory.mktemp("page"))
+    share_page.start()
+    yield share_page
+    share_page.end()
+
+
+@pytest.fixture(scope="session")
+def viewer() -> Iterator[Viewer]:
+    with viewing(ORIGIN) as somebody:
+        yield somebody
+
+
+@pytest.fixture
+def encoder() -> Iterator[Encoder]:
+    """The live stream of profile 0."""
+    running = Encoder(STREAM)
+    running.start()
+    yield running
+    running.end()
 
 
 def store(**keys: object) -> None:
@@ -57,3 +86,16 @@ def share(*arguments: str, password: str = "") -> dict[str, str]:
     command = ["usbdevctl", "share", *arguments]
     done = subprocess.run(command, input=password, check=True, stdout=subprocess.PIPE, text=True)
     return json.loads(done.stdout) if "--json" in arguments else {}
+
+
+def shared(link: dict[str, str], **keys: object) -> None:
+    """Makes the host with that link and one camera; the keys as for "store"."""
+    stored = {"ssid": link["ssid"], "token": link["token"], "hash_string": link["hash"], "shrenable": 1}
+    store(**{**{f"sharelink.{key}": value for key, value in stored.items()}, **keys})
+
+
+@pytest.fixture
+def link() -> dict[str, str]:
+    """The share link of a camera."""
+    store(profilename="Door")
+    return share("on", "0", "--json")

@@ -1,0 +1,42 @@
+"""What all answers have in common: their headers, and how much of a request's body is taken."""
+
+from __future__ import annotations
+
+from tornado.web import HTTPError, RequestHandler, StaticFileHandler, stream_request_body
+
+LONGEST_BODY = 4096
+# The page plays what the player hands it as a blob, and loads nothing from elsewhere. Its address is a secret.
+POLICY = ("default-src 'self'", "media-src 'self' blob:", "worker-src 'self' blob:", "frame-ancestors 'none'")
+HEADERS = {
+    "Content-Security-Policy": "; ".join(POLICY),
+    "Referrer-Policy": "no-referrer",
+    "X-Content-Type-Options": "nosniff",
+}
+
+
+@stream_request_body
+class Answer(RequestHandler):
+    def set_default_headers(self) -> None:
+        for name, value in HEADERS.items():
+            self.set_header(name, value)
+
+    def prepare(self) -> None:
+        self.body = b""
+
+    def data_received(self, chunk: bytes) -> None:
+        """Counts what comes: a request need not say how much that will be."""
+        self.body += chunk
+        if len(self.body) > LONGEST_BODY:
+            self.send_error(413)
+
+
+class PageFile(Answer, StaticFileHandler):
+    """A file of the page, which browsers ask for again when it has changed."""
+
+    def set_extra_headers(self, path: str) -> None:
+        self.set_header("Cache-Control", "no-cache")
+
+
+class NothingThere(Answer):
+    def prepare(self) -> None:
+        raise HTTPError(404)

@@ -1,0 +1,35 @@
+"""How often somebody may be wrong: a few times a minute, counted for each address and link."""
+
+from __future__ import annotations
+
+import math
+import time
+from collections import deque
+from collections.abc import Callable
+
+ALLOWED = 5
+SECONDS = 60
+# Whoever has more addresses than that is not kept from guessing by counting.
+MOST_VISITORS = 1000
+
+Visitor = tuple[str, str]  # address and share id
+
+
+class Attempts:
+    def __init__(self, clock: Callable[[], float] = time.monotonic) -> None:
+        self._clock = clock
+        self._wrong: dict[Visitor, deque[float]] = {}  # the visitor who was wrong last comes last
+
+    def pause(self, visitor: Visitor) -> int:
+        """The seconds until the visitor may try again."""
+        times = self._wrong.get(visitor, ())
+        if len(times) < ALLOWED:
+            return 0
+        return max(0, math.ceil(times[0] + SECONDS - self._clock()))
+
+    def add_wrong(self, visitor: Visitor) -> None:
+        times = self._wrong.pop(visitor, deque(maxlen=ALLOWED))
+        times.append(self._clock())
+        if len(self._wrong) >= MOST_VISITORS:
+            del self._wrong[next(iter(self._wrong))]
+        self._wrong[visitor] = times

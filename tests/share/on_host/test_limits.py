@@ -1,0 +1,232 @@
+"""What the share page stands: bodies of all kinds, guesses, slow visitors, other sites that would frame it."""
+
+from __future__ import annotations
+
+import json
+import socket
+from collections.abc import Iterator
+
+import pytest
+from conftest import APPLICATION, SharePage, share, store
+from requests_to_page import request
+from sharelib.answers import LONGEST_BODY
+from sharelib.attempts import ALLOWED, MOST_VISITORS, SECONDS, Attempts
+
+QUESTION = {"ssid": "00004711", "token": "cafe", "password": ""}
+LINK = {
+    "sharelink.shrenable": 1,
+    "sharelink.ssid": "00004711",
+    "sharelink.token": "cafe",
+    "sharelink.hash_string": "0123456789abcdef0123456789abcdef",
+}
+PROTECTED = {**LINK, "sharelink.pwdenable": 1, "sharelink.shrpwd": "pass"}
+
+pytestmark = pytest.mark.usefixtures("page")
+
+
+def of_size(size: int) -> str:
+    """A question of that many bytes."""
+    empty = len(json.dumps(QUESTION))
+    return json.dumps({**QUESTION, "password": (size - empty) * "x"})
+
+
+class TestABody:
+    @pytest.mark.parametrize(
+        "body",
+        [
+            b"", b"{", b"[]", b"{}", b"null", b"4711", b'"text"', b"\xff\xfe\x00", "{}".encode("utf-16"),
+            b"[" * LONGEST_BODY, b'{"a":' * (LONGEST_BODY // 5), b"9" * LONGEST_BODY, b"ssid=1&token=2&password=3",
+            json.dumps({**QUESTION, "ssid": 4711}), json.dumps({**QUESTION, "password": None}),
+            json.dumps({**QUESTION, "token": ["cafe"]}), json.dumps({**QUESTION, "token": "cafe\0"}),
+            json.dumps({**QUESTION, "token": "\ud800"}), json.dumps([QUESTION]),
+        ],
+    )  # fmt: skip
+    def test_that_is_no_question_is_refused(self, body: str | bytes) -> None:
+        store(**LINK)
+        assert request("POST", "/share/open", body)[0].status == 400
+
+    @pytest.mark.parametrize(
+        "headers",
+        [
+            {"Content-Type": "application/x-www-form-urlencoded"},
+            {"Content-Type": "multipart/form-data"},
+            {"Content-Encoding": "gzip"},
+            {"Content-Encoding": "gzip", "Content-Type": "multipart/form-data; boundary="},
+        ],
+    )
+    def test_is_taken_for_what_it_is_whatever_its_headers_say(self, headers: dict[str, str]) -> None:
+        store(**LINK)
+        answer, content = request("POST", "/share/open", json.dumps(QUESTION), **headers)
+        assert (answer.status, json.loads(content)["outcome"]) == (200, "plays")
+
+    def test_has_a_largest_size(self) -> None:
+        store(**LINK)
+        for size in (LONGEST_BODY - 1, LONGEST_BODY):
+            assert request("POST", "/share/open", of_size(size))[0].status == 200
+        assert request("POST", "/share/open", of_size(LONGEST_BODY + 1))[0].status == 413
+
+    def test_cannot_hide_its_size(self) -> None:
+        store(**LINK)
+        for size, status in ((LONGEST_BODY, 200), (LONGEST_BODY + 1, 413)):
+            chunks = iter([of_size(size).encode()])
+            assert request("POST", "/share/open", chunks)[0].status == status
+
+    @pytest.mark.parametrize("path", ["/share", "/share/share.css", "/nowhere"])
+    def test_is_of_no_use_elsewhere(self, path: str) -> None:
+        assert request("POST", path, of_size(LONGEST_BODY + 1))[0].status in (404, 405, 413)
+
+
+class TestEveryAnswer:
+    @pytest.fixture(autouse=True)
+    def stream(self) -> Iterator[str]:
+        store()
+        link = share("on", "0", "--json")["hash"]
+        playlist = APPLICATION / "hls/channel1/playlist.m3u8"
+        playlist.write_text("#EXTM3U\n")
+        yield f"/{link}/playlist.m3u8"
+        playlist.unlink()
+
+    @pytest.fixture(
+        params=["/share", "/share/share.css", "/share/share.js", "/share/hls.min.js", "/share/favicon.svg",
+                "/share/nothing", "/", "/share/open", "a stream", "/0123456789abcdef0123456789abcdef/0.ts"],
+    )  # fmt: skip
+    def path(self, request: pytest.FixtureRequest, stream: str) -> str:
+        return stream if request.param == "a stream" else str(request.param)
+
+    @pytest.mark.parametrize("method", ["GET", "HEAD", "POST", "PUT", "DELETE", "OPTIONS"])
+    def test_is_neither_framed_nor_sniffed_nor_told_on(self, method: str, path: str) -> None:
+        headers = request(method, path)[0].headers
+        assert headers["X-Content-Type-Options"] == "nosniff"
+        assert "frame-ancestors 'none'" in headers["Content-Security-Policy"]
+        assert headers["Referrer-Policy"] == "no-referrer"
+
+    def test_without_its_body_is_the_same(self, path: str) -> None:
+        get, body = request("GET", path)
+        head, nothing = request("HEAD", path)
+        same = ("Content-Length", "Content-Type", "Cache-Control", "Content-Security-Policy")
+        assert (head.status, nothing) == (get.status, b"")
+        assert [head.headers[name] for name in same] == [get.headers[name] for name in same]
+        assert int(head.headers["Content-Length"]) == len(body)
+
+    def test_to_what_was_not_modified_has_the_headers_too(self) -> None:
+        etag = request("GET", "/share/share.css")[0].headers["Etag"]
+        answer = request("GET", "/share/share.css", **{"If-None-Match": etag})[0]
+        assert (answer.status, answer.headers["X-Content-Type-Options"]) == (304, "nosniff")
+
+    def test_to_a_body_that_is_too_long_has_the_headers_too(self) -> None:
+        answer = request("POST", "/share/open", (LONGEST_BODY + 1) * "x")[0]
+        assert (answer.status, answer.headers["X-Content-Type-Options"]) == (413, "nosniff")
+
+
+def ask_from(address: str, **question: str) -> tuple[int, dict[str, object]]:
+    answer, content = request("POST", "/share/open", json.dumps({**QUESTION, **question}), address)
+    told = json.loads(content)
+    if answer.status == 429:
+        assert answer.headers["Retry-After"] == str(told["seconds"])
+    return answer.status, told
+
+
+@pytest.fixture
+def forgetful(page: SharePage) -> None:
+    """The share page, which has not been asked yet."""
+    page.end()
+    page.start()
+
+
+@pytest.mark.usefixtures("forgetful")
+class TestAVisitor:
+    @pytest.mark.parametrize("guess", [{"password": "wrong"}, {"token": "beef"}], ids=["password", "token"])
+    def test_is_wrong_five_times_and_then_has_to_pause(self, guess: dict[str, str]) -> None:
+        store(**PROTECTED)
+        for _ in range(ALLOWED):
+            assert ask_from("127.0.0.1", **guess)[0] == 200
+        for question in (guess, {"password": "pass"}, {}):
+            status, told = ask_from("127.0.0.1", **question)
+            assert (status, told["outcome"], told["sentence"]) == (429, "paused", "There were too many wrong attempts.")
+            assert 0 < int(str(told["seconds"])) <= SECONDS
+
+    def test_at_another_address_does_not_pause(self) -> None:
+        store(**PROTECTED)
+        for _ in range(ALLOWED):
+            ask_from("127.0.0.1", password="wrong")
+        assert ask_from("127.0.0.2", password="pass")[1]["outcome"] == "plays"
+
+    def test_of_another_link_does_not_pause(self) -> None:
+        store(**PROTECTED)
+        for _ in range(ALLOWED):
+            ask_from("127.0.0.1", password="wrong")
+        store(**{**PROTECTED, "sharelink.ssid": "00004712"})
+        assert ask_from("127.0.0.1", ssid="00004712", password="pass")[1]["outcome"] == "plays"
+
+    def test_who_was_not_wrong_does_not_pause(self) -> None:
+        store(**PROTECTED)
+        for _ in range(2 * ALLOWED):
+            assert ask_from("127.0.0.1")[1]["outcome"] == "password"
+            assert ask_from("127.0.0.1", password="pass")[1]["outcome"] == "plays"
+            assert ask_from("127.0.0.1", ssid="00004712")[1]["outcome"] == "refused"
+
+    def test_cannot_guess_more_often_by_guessing_at_once(self) -> None:
+        store(**PROTECTED)
+        body = json.dumps({**QUESTION, "password": "wrong"}).encode()
+        head = f"POST /share/open HTTP/1.1\r\nHost: h\r\nConnection: close\r\nContent-Length: {len(body)}\r\n\r\n".encode()
+        visits = [socket.create_connection(("127.0.0.1", 8080), timeout=20) for _ in range(4 * ALLOWED)]
+        for visit in visits:
+            visit.sendall(head + body)
+        statuses = [visit.makefile("rb").read().split()[1] for visit in visits]
+        assert (statuses.count(b"200"), statuses.count(b"429")) == (ALLOWED, 3 * ALLOWED)
+
+
+class TestTheAttempts:
+    def setup_method(self) -> None:
+        self.now = 1000.0
+        self.attempts = Attempts(lambda: self.now)
+
+    def be_wrong(self, address: str = "a") -> None:
+        self.attempts.add_wrong((address, "link"))
+
+    def pause(self, address: str = "a") -> int:
+        return self.attempts.pause((address, "link"))
+
+    def test_allow_one_more_a_minute_after_the_first_of_five(self) -> None:
+        for _ in range(ALLOWED):
+            assert self.pause() == 0
+            self.be_wrong()
+            self.now += 1
+        assert self.pause() == SECONDS - ALLOWED
+        self.now += SECONDS - ALLOWED - 0.5
+        assert self.pause() == 1
+        self.now += 0.5
+        assert self.pause() == 0
+        self.be_wrong()
+        assert self.pause() == 1
+
+    def test_are_forgotten_where_there_are_too_many_visitors(self) -> None:
+        for number in range(MOST_VISITORS):
+            for _ in range(ALLOWED):
+                self.be_wrong(str(number))
+        assert self.pause("0") > 0
+        self.be_wrong("one more")
+        assert (self.pause("0"), self.pause("1") > 0) == (0, True)
+        assert len(self.attempts._wrong) == MOST_VISITORS
+
+
+def still_open(visit: socket.socket) -> bool:
+    """Sends one more byte to it."""
+    try:
+        visit.sendall(b"x")
+        return visit.recv(1) != b""
+    except TimeoutError:
+        return True
+    except ConnectionError:
+        return False
+
+
+def test_a_head_or_body_that_never_ends_does_not_hold_its_connection() -> None:
+    head = b"GET /share HTTP/1.1\r\nHost: h\r\nX: "
+    body = b"POST /share/open HTTP/1.1\r\nHost: h\r\nContent-Length: 4000\r\n\r\n"
+    visits = [socket.create_connection(("127.0.0.1", 8080), timeout=0.2) for _ in range(2)]
+    for visit, begin in zip(visits, (head, body)):
+        visit.sendall(begin)
+    for visit in visits:
+        while still_open(visit):
+            pass

@@ -1,0 +1,85 @@
+"""Somebody who opens share links in a browser and looks at the page."""
+
+from __future__ import annotations
+
+from collections.abc import Callable, Iterator
+from contextlib import contextmanager
+from typing import Any, TypeVar
+
+from selenium.webdriver import Chrome, ChromeOptions
+from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.by import By
+from selenium.webdriver.support.wait import WebDriverWait
+
+# Debian's start script looks at the processor file, which is the sandboxed host's.
+BROWSER = "/usr/lib/chromium/chromium"
+DRIVER = "/usr/bin/chromedriver"
+OPTIONS = ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage")
+Result = TypeVar("Result")
+
+
+class Viewer:
+    def __init__(self, browser: Chrome, origin: str) -> None:
+        self._browser = browser
+        self._origin = origin
+
+    def open(self, address: str) -> None:
+        self._browser.get("about:blank")
+        self._browser.get(self._origin + address)
+
+    def position(self) -> float:
+        """Where in the stream the picture is."""
+        return self.evaluate("document.getElementById('video').currentTime")
+
+    def sees_video(self) -> bool:
+        return self._browser.find_element(By.ID, "video").is_displayed()
+
+    def sees_form(self) -> bool:
+        return self._browser.find_element(By.ID, "password-form").is_displayed()
+
+    def sentence(self) -> str:
+        return self._browser.find_element(By.ID, "sentence").text
+
+    def countdown(self) -> str:
+        return self._browser.find_element(By.ID, "countdown").text
+
+    def title(self) -> str:
+        return self._browser.title
+
+    def evaluate(self, expression: str) -> Any:
+        return self._browser.execute_script(f"return {expression}")
+
+    def tell_browser(self, command: str, **parameters: object) -> Any:
+        """One of the commands by which its developer tools control the browser."""
+        return self._browser.execute_cdp_cmd(command, parameters)
+
+    def await_playing(self) -> None:
+        """The picture moves, and there is nothing to say of it."""
+        self.wait(self.sees_video)
+        begin = self.wait(self.position)
+        self.wait(lambda: self.position() > begin and self.sentence() == "")
+
+    def await_sentence(self, awaited: str) -> None:
+        self.wait(lambda: self.sentence() == awaited)
+
+    def enter_password(self, password: str) -> None:
+        field = self._browser.find_element(By.ID, "password")
+        field.clear()
+        field.send_keys(password)
+        field.submit()
+
+    def wait(self, condition: Callable[[], Result]) -> Result:
+        return WebDriverWait(self._browser, timeout=60, poll_frequency=0.05).until(lambda _: condition())
+
+
+@contextmanager
+def viewing(origin: str) -> Iterator[Viewer]:
+    options = ChromeOptions()
+    options.binary_location = BROWSER
+    for option in OPTIONS:
+        options.add_argument(option)
+    browser = Chrome(service=Service(DRIVER), options=options)
+    try:
+        yield Viewer(browser, origin)
+    finally:
+        browser.quit()
