@@ -1,90 +1,203 @@
 "use strict";
 
-// Shows the stream that the page's address names, or the sentence that says why there is none.
+// Shows the stream that the page's address names, or the sentence that says why there is none. What may pass is asked
+// about until it has passed, also where the browser takes itself for offline: the host may be in the same house.
 
-const kRetryMilliseconds = 2000;
+const kAskAgain = 2000; // milliseconds, as all of these
+const kAskAtMost = 10000;
+const kLook = 500;
+const kStandsStill = 3000;
+const kBeginAnew = 8000;
+
 const kWaiting = "The stream is not there yet; it is shown as soon as it is.";
-const kUnreachable = "The host does not answer; the page tries again.";
+const kStill = "The picture stands still; it goes on as soon as the camera sends a new one.";
+const kAway = "The host does not answer; the page tries again.";
 const kCannotPlay = "This browser cannot play live streams.";
+const kInvisible = /[\p{Cc}\u061c\u200e\u200f\u202a-\u202e\u2066-\u2069]/gu;
 
 const element = (id) => document.getElementById(id);
+const video = element("video");
 const link = new URLSearchParams(location.search);
 let password = "";
+let player = null;
+let asking = false;
+let timer = 0;
+let seen = ""; // the playlist as it was when it was looked at last
+let position = 0; // of the picture, and since when
+let since = 0;
 
-function say(sentence) {
-  element("sentence").textContent = sentence;
+function show(state, sentence) {
+  document.body.dataset.state = state;
+  if (element("sentence").textContent !== sentence) element("sentence").textContent = sentence;
+  element("password-form").hidden = state !== "password";
+  element("countdown").hidden = state !== "paused";
+}
+
+const isShown = (...states) => states.includes(document.body.dataset.state);
+
+function showName(name) {
+  const plain = name.replace(kInvisible, "");
+  element("name").textContent = plain;
+  document.title = plain;
+}
+
+function load(address, options) {
+  return fetch(address, { cache: "no-store", signal: AbortSignal.timeout(kAskAtMost), ...options });
 }
 
 async function ask() {
   const question = { ssid: link.get("ssid") ?? "", token: link.get("token") ?? "", password };
-  const answer = await fetch("/share/open", { method: "POST", body: JSON.stringify(question) });
-  if (!answer.ok) throw new Error(answer.statusText);
+  const answer = await load("/share/open", { method: "POST", body: JSON.stringify(question) });
+  if (!answer.ok && answer.status !== 429) throw new Error(answer.statusText);
   return answer.json();
 }
 
-function stop(player) {
-  player.destroy();
-  element("video").hidden = true;
-  say(kWaiting);
+async function askAndRead() {
+  try {
+    const answer = await ask();
+    if (answer.outcome !== "plays") return answer;
+    const playlist = await load(answer.playlist);
+    return { ...answer, text: playlist.ok ? await playlist.text() : "" };
+  } catch {
+    return { outcome: "away", sentence: kAway };
+  }
 }
 
-// What goes wrong may pass, unless the link has meanwhile been taken back or the camera been pulled.
-async function lookAgain(player) {
-  const answer = await ask();
-  if (answer.outcome === "plays") return;
-  stop(player);
-  follow(answer, 0);
+async function look() {
+  if (asking) return;
+  clearTimeout(timer);
+  asking = true;
+  const answer = await askAndRead();
+  asking = false;
+  follow[answer.outcome](answer);
 }
 
-// Plays until the stream can no longer be had; then the link is asked about again, which tells the reason.
+function lookLater() {
+  clearTimeout(timer);
+  timer = setTimeout(look, kAskAgain);
+}
+
+const follow = {
+  plays(answer) {
+    const grows = answer.text !== "" && answer.text !== seen;
+    seen = answer.text;
+    showName(answer.name);
+    if (isPlaying()) return;
+    const wasGiven = performance.now() - since;
+    if (seen === "") {
+      stop();
+      show("waits", kWaiting);
+    } else if (grows && (!player || wasGiven >= kBeginAnew)) {
+      play(answer.playlist);
+      return;
+    } else if (!player || isShown("away")) {
+      show("still", kStill);
+    }
+    lookLater();
+  },
+  waits(answer) {
+    stop();
+    show("waits", answer.sentence);
+    lookLater();
+  },
+  // What has come already is shown to its end.
+  away(answer) {
+    if (isPlaying()) return;
+    show("away", answer.sentence);
+    lookLater();
+  },
+  password(answer) {
+    stop();
+    show("password", answer.sentence);
+    element("password").select();
+  },
+  paused(answer) {
+    if (player) {
+      timer = setTimeout(look, 1000 * answer.seconds);
+    } else {
+      show("paused", answer.sentence);
+      countDown(performance.now() + 1000 * answer.seconds);
+    }
+  },
+  refused(answer) {
+    stop();
+    show("refused", answer.sentence);
+  },
+};
+
+function countDown(end) {
+  const seconds = Math.ceil((end - performance.now()) / 1000);
+  element("countdown").textContent = `The next attempt is possible in ${seconds} s.`;
+  if (seconds > 0) timer = setTimeout(countDown, 250, end);
+  else look();
+}
+
+const isPlaying = () => player !== null && isShown("plays");
+
+function stop() {
+  player?.destroy();
+  player = null;
+  video.hidden = true;
+}
+
 function play(playlist) {
-  const video = element("video");
-  const player = new Hls();
+  stop();
+  if (!isShown("still")) show("loading", "");
+  position = 0;
+  since = performance.now();
+  player = new Hls();
   player.on(Hls.Events.ERROR, (_, error) => {
     if (error.fatal) {
-      stop(player);
-      show(kRetryMilliseconds);
+      stop();
+      show("waits", kWaiting);
+      lookLater();
     } else {
-      lookAgain(player).catch(() => {}); // a host that is gone makes the next error a fatal one
+      look(); // the link may have been taken back, or the camera been pulled
     }
   });
   player.on(Hls.Events.MANIFEST_PARSED, () => {
-    say("");
-    video.hidden = false;
     video.play().catch(() => {}); // a browser that plays nothing by itself shows its controls
   });
   player.loadSource(playlist);
   player.attachMedia(video);
 }
 
-function follow(answer, delay) {
-  element("password-form").hidden = answer.outcome !== "password";
-  if (answer.outcome !== "plays") {
-    say(answer.sentence);
-    return;
+// Whether the picture moves, or rests because the viewer wants it.
+const isWell = () => video.currentTime !== position || (video.paused && !video.ended) || document.hidden;
+
+function watch() {
+  if (!player) return;
+  const now = performance.now();
+  if (video.hidden) {
+    if (now - since < kBeginAnew) return;
+    stop();
+    look();
+  } else if (isWell()) {
+    position = video.currentTime;
+    since = now;
+    show("plays", "");
+  } else if (now - since >= kStandsStill && isPlaying()) {
+    show("still", kStill);
+    look();
   }
-  element("name").textContent = answer.name;
-  setTimeout(play, delay, answer.playlist);
 }
 
-// A stream that has just failed is taken up again after a delay; what else there is to say, at once.
-async function show(delay = 0) {
-  try {
-    follow(await ask(), delay);
-  } catch {
-    say(kUnreachable);
-    setTimeout(show, kRetryMilliseconds, delay);
-  }
-}
+video.addEventListener("loadeddata", () => {
+  video.hidden = false;
+  since = performance.now();
+  show("plays", "");
+});
 
 element("password-form").addEventListener("submit", (event) => {
   event.preventDefault();
   password = element("password").value;
-  show();
+  show("loading", "");
+  look();
 });
 
 if (window.Hls?.isSupported()) {
-  show();
+  setInterval(watch, kLook);
+  look();
 } else {
-  say(kCannotPlay);
+  show("refused", kCannotPlay);
 }

@@ -1,0 +1,103 @@
+"""How the page looks: in windows of all sizes, in light and dark, with any name."""
+
+from __future__ import annotations
+
+from collections.abc import Iterator
+
+import pytest
+from conftest import share, shared
+from viewer import Viewer
+
+Link = dict[str, str]
+SIZES = [(320, 568), (568, 320), (390, 844), (1280, 800), (1920, 1080)]
+LONG = "A camera with a name that is longer than a phone is wide, by far"
+SMALLEST_TOUCH = 44
+# Whether anything of the page is outside the window, or can be scrolled out of it.
+FITS = """[...document.querySelectorAll('header, main, #video, #message, form, input, button')].every((element) => {
+  const box = element.getBoundingClientRect();
+  return box.left >= 0 && box.top >= 0 && box.right <= innerWidth && box.bottom <= innerHeight
+    && element.scrollWidth <= element.clientWidth + 2;
+}) && document.documentElement.scrollHeight <= innerHeight"""
+# How light the page and its text are, from 0 to 255.
+LIGHTNESS = """['backgroundColor', 'color'].map((part) =>
+  Math.max(...getComputedStyle(document.body)[part].match(/\\d+/g).slice(0, 3).map(Number)))"""
+
+pytestmark = pytest.mark.usefixtures("page", "encoder")
+
+
+@pytest.fixture(params=SIZES, ids=[f"{width}x{height}" for width, height in SIZES])
+def window(request: pytest.FixtureRequest, viewer: Viewer) -> Iterator[None]:
+    width, height = request.param
+    metrics = {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": width < 1000}
+    viewer.tell_browser("Emulation.setDeviceMetricsOverride", **metrics)
+    yield
+    viewer.tell_browser("Emulation.clearDeviceMetricsOverride")
+
+
+@pytest.fixture(params=["light", "dark"])
+def scheme(request: pytest.FixtureRequest, viewer: Viewer) -> Iterator[str]:
+    features = [{"name": "prefers-color-scheme", "value": request.param}]
+    viewer.tell_browser("Emulation.setEmulatedMedia", features=features)
+    yield request.param
+    viewer.tell_browser("Emulation.setEmulatedMedia", features=[])
+
+
+@pytest.mark.usefixtures("window")
+def test_the_picture_and_its_controls_are_inside_the_window(viewer: Viewer, link: Link) -> None:
+    shared(link, profilename=LONG)
+    viewer.open(link["page"])
+    viewer.await_playing()
+    assert viewer.evaluate(FITS)
+    assert viewer.evaluate("document.getElementById('video').clientHeight > innerHeight / 2")
+
+
+@pytest.mark.usefixtures("window")
+def test_the_password_can_be_entered_with_a_finger(viewer: Viewer, link: Link) -> None:
+    viewer.open(share("on", "0", "--password-stdin", "--json", password="pass\n")["page"])
+    viewer.wait(viewer.sees_form)
+    assert viewer.evaluate(FITS)
+    heights = viewer.evaluate("[...document.querySelectorAll('input, button')].map((one) => one.offsetHeight)")
+    assert len(heights) == 2
+    assert min(heights) >= SMALLEST_TOUCH
+
+
+def test_the_whole_page_is_dark_where_the_viewer_wants_it(viewer: Viewer, scheme: str, link: Link) -> None:
+    viewer.open(link["page"])
+    page, text = viewer.evaluate(LIGHTNESS)
+    assert (page < 64, text > 192) == (scheme == "dark", scheme == "dark")
+    assert viewer.evaluate("document.body.offsetHeight >= innerHeight")
+
+
+@pytest.mark.parametrize(
+    ("name", "shown"),
+    [
+        ("Door", "Door"),
+        ("<img src=x onerror=document.title='taken'>", "<img src=x onerror=document.title='taken'>"),
+        ("Door\u202egnp.exe\u2066", "Doorgnp.exe"),
+        ("\u05d3\u05dc\u05ea", "\u05d3\u05dc\u05ea"),
+    ],
+    ids=["plain", "markup", "direction marks", "right to left"],
+)
+def test_the_title_is_the_cameras_name_as_text(viewer: Viewer, link: Link, name: str, shown: str) -> None:
+    shared(link, profilename=name)
+    viewer.open(link["page"])
+    viewer.await_playing()
+    assert viewer.evaluate("document.getElementById('name').textContent") == shown
+    assert viewer.evaluate("document.getElementById('name').children.length") == 0
+    assert viewer.title() == shown
+
+
+def test_the_name_is_not_shown_before_the_password_is_right(viewer: Viewer, link: Link) -> None:
+    viewer.open(share("on", "0", "--password-stdin", "--json", password="pass\n")["page"])
+    viewer.wait(viewer.sees_form)
+    assert viewer.title() == "Shared camera"
+    viewer.enter_password("pass")
+    viewer.await_playing()
+    assert viewer.title() == "Door"
+
+
+def test_the_page_has_an_icon(viewer: Viewer, link: Link) -> None:
+    viewer.open(link["page"])
+    loads = """new Promise((answer) => Object.assign(new Image(), {
+      onload: () => answer(true), onerror: () => answer(false), src: document.querySelector('link[rel=icon]').href }))"""
+    assert viewer.evaluate(loads)

@@ -1,0 +1,74 @@
+"""Why there is nothing to see at the moment: the page says it, and shows the picture when the reason has passed."""
+
+from __future__ import annotations
+
+import pytest
+from conftest import SharePage, share, shared
+from encoder import Encoder
+from viewer import Viewer
+
+Link = dict[str, str]
+
+pytestmark = pytest.mark.usefixtures("page")
+
+
+@pytest.mark.parametrize(
+    ("keys", "sentence"),
+    [
+        ({"slot_switch": 0}, "The camera's port is switched off."),
+        ({"exists": 0}, "The camera is not plugged in."),
+        ({"video.vnode": -1}, "The camera gives no picture at the moment."),
+        ({"video.vnode": -1, "audio.anode": 1}, "There is sound here, but no picture to show."),
+        ({"conflictch": 3}, "The camera has to wait for another one, or cannot be used on this host."),
+        ({"sharelink.shrenable": 0}, "This camera is not shared at the moment."),
+    ],
+    ids=["switched off", "pulled out", "no picture", "sound only", "waits for another", "not shared"],
+)
+@pytest.mark.usefixtures("encoder")
+def test_the_page_asks_again_after_every_reason_that_can_pass(
+    viewer: Viewer, link: Link, keys: dict[str, object], sentence: str
+) -> None:
+    shared(link, **keys)
+    viewer.open(link["page"])
+    viewer.await_sentence(sentence)
+    shared(link)
+    viewer.await_playing()
+
+
+def test_a_password_is_not_asked_for_again_when_the_camera_is_back(
+    viewer: Viewer, encoder: Encoder, link: Link
+) -> None:
+    protected = share("on", "0", "--password-stdin", "--json", password="pass\n")
+    password = {"sharelink.pwdenable": 1, "sharelink.shrpwd": "pass"}
+    viewer.open(protected["page"])
+    viewer.await_sentence("This link is protected by a password.")
+    viewer.enter_password("pass")
+    viewer.await_playing()
+    encoder.end()
+    shared(protected, exists=0, **password)
+    viewer.await_sentence("The camera is not plugged in.")
+    shared(protected, **password)
+    encoder.start()
+    viewer.await_playing()
+
+
+@pytest.mark.usefixtures("encoder")
+def test_a_pause_after_too_many_wrong_attempts_is_shown_until_it_is_over(
+    viewer: Viewer, page: SharePage, link: Link
+) -> None:
+    viewer.open(share("on", "0", "--password-stdin", "--json", password="pass\n")["page"])
+    for _ in range(6):
+        viewer.wait(viewer.sees_form)
+        viewer.enter_password("wrong")
+    viewer.await_sentence("There were too many wrong attempts.")
+    assert not viewer.sees_form()
+    first = viewer.countdown()
+    assert first.startswith("The next attempt is possible in ")
+    viewer.wait(lambda: viewer.countdown() != first)
+    # A minute passes: the server has forgotten, and the page's clock goes on.
+    page.end()
+    page.start()
+    viewer.evaluate("void (performance.now = (now => () => now() + 60000)(performance.now.bind(performance)))")
+    viewer.wait(viewer.sees_form)
+    viewer.enter_password("pass")
+    viewer.await_playing()
