@@ -33,6 +33,8 @@ bool stop() {
   return failed;
 }
 
+bool is_on() { return plan.active; }
+
 bool must_fail(std::string_view name, bool waits) {
   if (!concerns(name, waits)) return false;
   ++counted;

@@ -18,6 +18,9 @@ void fail(std::string_view name, int number, int error);
 /* Returns whether one has failed since. */
 bool stop();
 
+/* Tells whether it is between the two. */
+bool is_on();
+
 /* Asked by the functions that stand in for others; sets errno when the answer is yes. */
 bool must_fail(std::string_view name, bool waits = false);
 
