@@ -35,7 +35,11 @@ long StreamSocket::sendBytes(const void *bytes, std::size_t size) const {
 }
 
 bool resolveHost(const char *host, int port, sockaddr_in &address) {
-  const hostent *const found = gethostbyname(host);
+  hostent entry;
+  char room[8192];  // for the entry's names and addresses
+  hostent *found = nullptr;
+  int failure = 0;
+  if (gethostbyname_r(host, &entry, room, sizeof room, &found, &failure) != 0) found = nullptr;
   if (found == nullptr || found->h_addrtype != AF_INET) {
     std::puts("hp = NULL");
     return false;

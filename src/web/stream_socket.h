@@ -33,7 +33,8 @@ class StreamSocket {
   int descriptor_;
 };
 
-/// Looks a host up, first address first. Says "hp = NULL" on standard output where there is none.
+/// Looks a host up, first address first; several threads may at once. Says "hp = NULL" on standard output where there
+/// is none.
 bool resolveHost(const char *host, int port, sockaddr_in &address);
 
 }  // namespace usbdev

@@ -10,6 +10,11 @@ HEAP_FUNCTION = re.compile(
     r"(malloc|calloc|realloc|reallocarray|free|strdup|strndup|asprintf|vasprintf|getline|getdelim|_Zn[wa].*|_Zd[la].*)$"
 )
 
+SHARED_ANSWERS = {
+    "asctime", "ctime", "gethostbyaddr", "gethostbyname", "getpwnam", "getpwuid", "getservbyname", "gmtime", "inet_ntoa",
+    "localtime", "readdir", "setlocale", "strerror", "strtok", "ttyname",
+}
+
 
 def output(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
@@ -76,6 +81,12 @@ def check_heap(library, _):
     """The library itself never asks for heap memory."""
     imports = dynamic_symbols(library, "undefined")
     expect_equal({name for name in imports if HEAP_FUNCTION.match(name)}, set())
+
+
+def check_thread_safety(library, _):
+    """The library calls nothing of the C library that answers in a buffer which all threads share."""
+    imports = dynamic_symbols(library, "undefined")
+    expect_equal(imports & SHARED_ANSWERS, set())
 
 
 if __name__ == "__main__":

@@ -11,7 +11,9 @@
 
 #include <cstring>
 #include <future>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "own_network.h"
@@ -19,6 +21,7 @@
 namespace {
 
 std::vector<std::string> addresses;  // that were connected to, byte for byte
+std::mutex addresses_lock;
 int seconds_slept = 0;
 
 // Listens on the loopback address; answers each connection whose bytes ended as asked.
@@ -66,6 +69,21 @@ class AHostOfItsOwn : public testing::Test {
     seconds_slept = 0;
   }
 };
+
+TEST_F(AHostOfItsOwn, IsLookedUpByItsNameInManyThreadsAtOnce) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i) {
+    const char *const name = i % 2 == 0 ? "localhost" : "127.0.0.1";
+    threads.emplace_back([name] {
+      for (int round = 0; round < 2000; ++round) {
+        int sock = -7;
+        EXPECT_EQ(http_open(&sock, name), -1);  // nobody listens there
+        EXPECT_EQ(sock, -7);
+      }
+    });
+  }
+  for (std::thread &thread : threads) thread.join();
+}
 
 TEST_F(AHostOfItsOwn, IsSignalledByThirtyTwoBytes) {
   const Service streaming(10170);
@@ -160,7 +178,10 @@ extern "C" {
 
 int connect(int descriptor, const sockaddr *address, socklen_t size) {
   static auto *const real = reinterpret_cast<int (*)(int, const sockaddr *, socklen_t)>(dlsym(RTLD_NEXT, "connect"));
-  if (address->sa_family == AF_INET) addresses.emplace_back(reinterpret_cast<const char *>(address), size);
+  if (address->sa_family == AF_INET) {
+    const std::lock_guard<std::mutex> guard(addresses_lock);
+    addresses.emplace_back(reinterpret_cast<const char *>(address), size);
+  }
   return real(descriptor, address, size);
 }
 

@@ -1,4 +1,4 @@
-// connect, send, select and gethostbyname of the C library, so that no call leaves the made-up host.
+// connect, send, select and gethostbyname_r of the C library, so that no call leaves the made-up host.
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/select.h>
@@ -65,11 +65,15 @@ int select(int count, fd_set *reading, fd_set *writing, fd_set *failing, timeval
   return answer ? nobodyFlagged(*answer, reading, writing) : real(count, reading, writing, failing, patience);
 }
 
-hostent *gethostbyname(const char *name) {
-  static auto *const real = realFunction<hostent *(const char *)>("gethostbyname");
+int gethostbyname_r(const char *name, hostent *entry, char *room, size_t size, hostent **found, int *failure) {
+  static auto *const real =
+      realFunction<int(const char *, hostent *, char *, size_t, hostent **, int *)>("gethostbyname_r");
   Host *host = Host::current();
-  if (host == nullptr || isDotted(name)) return real(name);
-  return host->network.knows(name) ? real("127.0.0.1") : nullptr;
+  if (host == nullptr || isDotted(name)) return real(name, entry, room, size, found, failure);
+  if (host->network.knows(name)) return real("127.0.0.1", entry, room, size, found, failure);
+  *found = nullptr;
+  *failure = HOST_NOT_FOUND;
+  return 0;
 }
 
 }  // extern "C"
