@@ -16,7 +16,8 @@ extern "C" {
 /* --- HTTP client and socket I/O: takes no lock, runs nothing --- */
 
 /*
- * Path of the request that connect_host sends. One for the whole process: requests and logins must not run in parallel.
+ * Path of the request that connect_host sends. One for the whole process: connect_host and the host login sessions
+ * below share it, and come one at a time.
  */
 extern char NVR_CGI[256];
 
@@ -30,10 +31,30 @@ extern char NVR_CGI[256];
 int connect_host(const NasServer *server, char *out, int bufsize, unsigned chunk, int use_auth);
 
 /*
+ * void error(const char *text)
+ *
  * Prints the text and the system's error on standard error and ends the process with status 0. text (in). Does not
  * return.
+ *
+ * Beware: the C library has a function of this name, too. A program that is linked against this library and calls
+ * error() of <error.h> reaches this one, and so ends with status 0. Use err() of <err.h>, or error_at_line(), there.
+ * Both headers may be included; the first one settles which error() the source means. In C++, with <error.h> first,
+ * both can be called.
  */
+#if !defined(_ERROR_H)
+#if defined(__has_include)
+#if __has_include(<error.h>)
+#define error usbdev_not_this_error
+#include <error.h>
+#undef error
+#endif
+#endif
 void error(const char *text);
+#elif defined(__cplusplus)
+}
+void error(const char *text) __asm__("error");
+extern "C" {
+#endif
 
 /*
  * Waits up to 120 seconds for a socket and receives once. sock (in). buf (out): len + 1 bytes, terminated. len (in).
@@ -48,7 +69,7 @@ int socket_read(int sock, char *buf, int len);
  */
 int socket_write(int sock, const char *text);
 
-/* Connects to port 80 of a host. sock (out). host (in): name or dotted address. */
+/* Connects to port 80 of a host. sock (out). host (in): name or dotted address. Several threads may at once. */
 int http_open(int *sock, const char *host);
 
 /*
@@ -65,7 +86,7 @@ int http_skip_nvr_http_header(int sock);
 
 /*
  * Sends a request with credentials. sock (in). host, path (in): request lines hold 2047 bytes. user, password (in): up
- * to 64 characters each.
+ * to 128 bytes together.
  */
 int http_send_cmd(int sock, const char *host, const char *path, const char *user, const char *password);
 
@@ -73,9 +94,8 @@ int http_send_cmd(int sock, const char *host, const char *path, const char *user
 int http_close(int sock);
 
 /*
- * Makes the text of an authorization line, "Basic ...". user, password (in): up to 64 characters each, longer ones
- * fail.
- * out (out): 256 bytes.
+ * Makes the text of an authorization line, "Basic ...". user, password (in): up to 128 bytes together.
+ * out (out): 256 bytes; untouched when they have more. Returns 0.
  */
 int getNVR_AUTH(const char *user, const char *password, char *out);
 
@@ -158,7 +178,8 @@ int strip(char *in, char *out);
  * Stores the share settings of a profile and makes or removes its public link. An enabled link with the same password
  * is kept. Takes the lock; runs commands, "/bin/ln" and "/bin/rm", with it held.
  * info (in/out): profile, shrenable, pwdenable and shrpwd are read; ssid is set to the stored one, which a new link
- * keeps; token and hash_string are set when the link is new.
+ * keeps; token and hash_string are set when the link is new. Fails, what is stored staying as it is, when the host
+ * gives no random text for them.
  */
 int vl_set_share_link(ShareLinkInfo *info);
 
@@ -169,11 +190,15 @@ int vl_get_share_link(ShareLinkInfo *info);
 
 /*
  * Gives a profile's share link new identifiers, so that links handed out before end. Takes the lock; runs commands,
- * "/bin/ln" with it held. info (in/out): profile is read; ssid, token and hash_string are set.
+ * "/bin/ln" with it held. info (in/out): profile is read; ssid, token and hash_string are set. A renewal that fails has
+ * removed the public link all the same.
  */
 int vl_renew_share_link(ShareLinkInfo *info);
 
-/* Removes the public link of a channel. Takes the lock; runs commands: "/bin/rm". section (in): such as "ch3". */
+/*
+ * Removes the public link that a section of the file names. Takes the lock; runs commands: "/bin/rm". section (in):
+ * such as "ch3"; any name.
+ */
 int remove_hash_link(const char *section);
 
 /* Returns the profile of the channel with this share id, or -1. Takes the lock, runs nothing. ssid (in). */
