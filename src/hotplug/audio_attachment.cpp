@@ -1,9 +1,8 @@
 #include "hotplug/audio_attachment.h"
 
-#include <platform/alsa_ctl.h>
-
 #include "core/text.h"
 #include "devices/channel_state.h"
+#include "hotplug/sound_card.h"
 
 namespace usbdev {
 namespace {
@@ -22,9 +21,9 @@ namespace {
 bool isIgnoredCardName(const char *name) { return startsWith(name, "KAB"); }
 
 void probeAudioCard(int card, AudioFindings &findings) {
-  _acard_info info{};
-  if (ac_get_Acard_info(card, &info) != 0 || info.entry_count < 1 || info.channel_mode != 2) return;
-  findings.stereo = info.channel_count == 2;
+  const SoundCard known(card);
+  if (!known || known.info().entry_count < 1 || known.info().channel_mode != 2) return;
+  findings.stereo = known.info().channel_count == 2;
   copyText(findings.acap, findings.stereo ? "1" : "0 1");
 }
 

@@ -1,4 +1,3 @@
-#include <platform/alsa_ctl.h>
 #include <usbdev/core.h>
 #include <usbdev/hotplug.h>
 
@@ -8,6 +7,7 @@
 #include "core/lines.h"
 #include "core/shell_text.h"
 #include "core/text.h"
+#include "hotplug/sound_card.h"
 
 namespace usbdev {
 namespace {
@@ -41,8 +41,8 @@ bool isInterface(const char *name) {
 
 /// Copies a sound card's name where the host knows the card.
 void copyCardName(int card, char *out) {
-  _acard_info info{};
-  if (ac_get_Acard_info(card, &info) == 0) copyCut(out, info.name, sizeof info.name - 1);
+  const SoundCard known(card);
+  if (known) copyCut(out, known.info().name, sizeof known.info().name - 1);
 }
 
 /// Where the two drivers list the nodes of an interface.

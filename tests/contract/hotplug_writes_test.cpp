@@ -244,6 +244,12 @@ TEST_F(APluggedCard, LeavesItsChannelWithoutSound) {
   EXPECT_THAT(host.journal.only({"card"}), ElementsAre("card 2"));
 }
 
+TEST_F(APluggedCard, MayBeDescribedByALongerRecordOfTheHosts) {
+  host.sound.fillRecordsOf(1024);
+  EXPECT_EQ(plug(), 0);
+  EXPECT_EQ(host.channel(0).get("audio/anode"), "-1");
+}
+
 TEST_F(APluggedCard, ThatCannotBeDescribedIsWrittenAlike) {
   device.node = 9;
   EXPECT_EQ(plug(), 0);

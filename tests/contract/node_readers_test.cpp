@@ -140,6 +140,14 @@ TEST_F(AnInterface, OfACardHasTheNameThatTheHostTells) {
   EXPECT_EQ(name, "USB Audio");
 }
 
+TEST_F(AnInterface, OfACardMayBeDescribedByALongerRecordOfTheHosts) {
+  host.sound.fillRecordsOf(1024);
+  host.sound.card(1, 1, 1, 1, "USB Audio");
+  host.commands.prints(cardNodes("3-1:1.2"), "card1\n");
+  EXPECT_EQ(audioInfo("3-1:1.2"), 0);
+  EXPECT_EQ(name, "USB Audio");
+}
+
 TEST_F(AnInterface, OfACardThatTheHostDoesNotKnowHasItsNumberAlone) {
   host.commands.prints(cardNodes("3-1:1.2"), "card1\n");
   EXPECT_EQ(audioInfo("3-1:1.2"), 0);

@@ -1,5 +1,7 @@
 #include "fake_sound.h"
 
+#include <cstring>
+
 namespace contract {
 
 void FakeSound::card(int number, int entry_count, int channel_mode, int channel_count, const std::string &name) {
@@ -17,6 +19,7 @@ int FakeSound::describe(int number, _acard_info *info) {
   journal_.add("card " + std::to_string(number));
   const auto found = cards_.find(number);
   if (found == cards_.end()) return -1;
+  memset(static_cast<void *>(info), '?', record_size_);
   *info = found->second;
   return 0;
 }

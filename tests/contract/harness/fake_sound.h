@@ -18,6 +18,8 @@ class FakeSound {
 
   // A card that exists; one that was never described makes its query fail.
   void card(int number, int entry_count, int channel_mode, int channel_count, const std::string &name);
+  // The host's own record has this many bytes in all, and all are filled.
+  void fillRecordsOf(size_t bytes) { record_size_ = bytes; }
 
   // The interface itself.
   int describe(int number, _acard_info *info);
@@ -27,6 +29,7 @@ class FakeSound {
   Journal &journal_;
   std::mutex mutex_;
   std::map<int, _acard_info> cards_;
+  size_t record_size_ = sizeof(_acard_info);
 };
 
 }  // namespace contract
