@@ -23,7 +23,8 @@ int askPackageRegistry(const char *package, const char *field, char *value) {
   CommandLines answer("%s", command);
   if (!answer.next(line) || startsWith(line, kPackageMissing)) return -1;
   cutAtLineFeed(line);
-  copyCut(value, line, sizeof line - 1);
+  // A line that fills the buffer loses its last character, be it a line feed or not, and so reaches callers cut.
+  copyCut(value, line, sizeof line - 2);
   return 0;
 }
 

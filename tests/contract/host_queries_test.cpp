@@ -86,9 +86,20 @@ TEST_F(APackage, GivesTheLongestLineThatIsReadWhole) {
   EXPECT_EQ(value, std::string(126, 'p'));
 }
 
-TEST_F(APackage, GivesALongerLineCut) {
+TEST_F(APackage, WhoseLineFillsTheBufferLosesItsLastCharacter) {
+  EXPECT_EQ(pathPrintedAs(std::string(126, 'p') + "\n"), 0);
+  EXPECT_EQ(value, std::string(126, 'p'));
+  EXPECT_EQ(pathPrintedAs(std::string(127, 'p')), 0);
+  EXPECT_EQ(value, std::string(126, 'p'));
   EXPECT_EQ(pathPrintedAs(std::string(500, 'p') + "\n"), 0);
-  EXPECT_EQ(value, std::string(127, 'p'));
+  EXPECT_EQ(value, std::string(126, 'p'));
+}
+
+TEST_F(APackage, WhoseLineIsShorterLosesALineFeedAndNothingElse) {
+  EXPECT_EQ(pathPrintedAs(std::string(125, 'p') + "\n"), 0);
+  EXPECT_EQ(value, std::string(125, 'p'));
+  EXPECT_EQ(pathPrintedAs(std::string(126, 'p')), 0);
+  EXPECT_EQ(value, std::string(126, 'p'));
 }
 
 TEST_F(APackage, IsAskedForNothingWithoutANameAFieldOrAPlaceForTheAnswer) {
