@@ -2,23 +2,20 @@
 
 #include <usbdev/web.h>
 
-#include <cstring>
-
 #include "core/text.h"
 
 namespace usbdev {
-namespace {
-
-bool isCredential(const char *text) { return strnlen(text, kCredentialLength + 1) <= kCredentialLength; }
-
-}  // namespace
 
 bool formatAuthorization(Authorization &text, const char *user, const char *password) {
-  if (!isCredential(user) || !isCredential(password)) return false;
   char credentials[2 * kCredentialLength + 2];
-  formatText(credentials, "%s:%s", user, password);
+  if (!formatText(credentials, "%s:%s", user, password)) return false;
   char encoded[sizeof text];
   return formatText(text, "Basic %s", Base64encs(credentials, encoded));
+}
+
+bool formatAuthorization(Authorization &text, const NasServer &server) {
+  return isTerminated(server.user) && isTerminated(server.password) &&
+         formatAuthorization(text, server.user, server.password);
 }
 
 }  // namespace usbdev

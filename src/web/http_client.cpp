@@ -66,9 +66,7 @@ int connect_host(const NasServer *server, char *out, int bufsize, unsigned chunk
   if (server == nullptr || out == nullptr || !usbdev::isTerminated(server->host)) return -1;
   if (!usbdev::isTerminated(NVR_CGI)) return usbdev::refuse();
   usbdev::Authorization authorization = "";
-  if (use_auth != 0 && !usbdev::formatAuthorization(authorization, server->user, server->password)) {
-    return usbdev::refuse();
-  }
+  if (use_auth != 0 && !usbdev::formatAuthorization(authorization, *server)) return usbdev::refuse();
   sockaddr_in address;
   if (!usbdev::resolveHost(server->host, server->port, address)) return -1;
   const usbdev::StreamSocket connection(address, {stdout, "Failed to socket\n", "Failed to connetc\n"});

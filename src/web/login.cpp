@@ -90,7 +90,7 @@ int nas_auth(const NasServer *server, char *sid) {
   if (server == nullptr || sid == nullptr) return -1;
   // Fields that are not terminated are too long; the request path is cleared for them too.
   usbdev::Authorization unused;
-  if (!usbdev::formatAuthorization(unused, server->user, server->password)) {
+  if (!usbdev::formatAuthorization(unused, *server)) {
     std::memset(NVR_CGI, 0, sizeof NVR_CGI);
     return -1;
   }

@@ -322,7 +322,7 @@ TEST_F(ARequest, MayHaveALineOf2047Bytes) {
 TEST_F(ARequest, WithALongerLineIsNotSentAtAll) {
   EXPECT_EQ(request(std::string(2048 - 15, 'x')), -1);
   EXPECT_EQ(request("/x", "u", std::string(2048 - 8, 'h')), -1);
-  EXPECT_EQ(request("/x", std::string(65, 'u')), -1);
+  EXPECT_EQ(request("/x", std::string(128, 'u')), -1);  // with the colon and a password of one character
   EXPECT_THAT(host.network.sent(), IsEmpty());
 }
 
@@ -431,9 +431,16 @@ TEST(AnAuthorization, OfNothingIsNotMade) {
   EXPECT_STREQ(out, "before");
 }
 
-TEST(AnAuthorization, OfLongerCredentialsIsNotMade) {
-  EXPECT_EQ(authorization(std::string(65, 'u'), "p"), "(untouched)");
-  EXPECT_EQ(authorization("u", std::string(65, 'p')), "(untouched)");
+TEST(AnAuthorization, IsMadeOfAnyCredentialsOf129BytesTogether) {
+  EXPECT_EQ(authorization(std::string(128, 'u'), "").size(), 6U + 172U);
+  EXPECT_EQ(authorization("", std::string(128, 'p')).size(), 6U + 172U);
+  EXPECT_EQ(authorization(std::string(100, 'u'), std::string(28, 'p')).size(), 6U + 172U);
+}
+
+TEST(AnAuthorization, OfMoreThan129BytesTogetherIsNotMade) {
+  EXPECT_EQ(authorization(std::string(129, 'u'), ""), "(untouched)");
+  EXPECT_EQ(authorization("", std::string(129, 'p')), "(untouched)");
+  EXPECT_EQ(authorization(std::string(100, 'u'), std::string(29, 'p')), "(untouched)");
 }
 
 }  // namespace
