@@ -1,3 +1,5 @@
+#include "devices/formats.h"
+
 #include <usbdev/core.h>
 #include <usbdev/devices.h>
 
@@ -29,26 +31,31 @@ void killFormatQuery(int vnode) {
 }
 
 }  // namespace
+
+int listFormats(HostAnswers &host, int vnode, _usbfmt_des *table, int *over60) {
+  *over60 = 0;
+  isProcessorOtherThanIntel();  // for the processor file that it leaves; the answer decides nothing here
+  const bool may_encode = host.mayEncode();
+
+  CommandLines query("/usr/bin/v4l2-ctl -d /dev/video%d --list-formats-ext", vnode);
+  if (!query) return -1;
+  FormatListing listing(vnode, may_encode);
+  char line[256];
+  for (int count = 0; count < kMostListingLines && query.next(line); ++count) {
+    if (!listing.take(line)) break;
+  }
+  killFormatQuery(vnode);
+  *over60 = listing.hasRateOver60() ? 1 : 0;
+  if (listing.formatCount() > 0) std::memcpy(table, listing.table(), sizeof listing.table());
+  return listing.formatCount();
+}
+
 }  // namespace usbdev
 
 int mn_get_usbchn_fmts(int vnode, _usbfmt_des *table, int *over60) {
   if (table == nullptr || over60 == nullptr) return -1;
-  *over60 = 0;
-  usbdev::isProcessorOtherThanIntel();  // for the processor file that it leaves; the answer decides nothing here
-  int may_encode = 0;
-  validate_hwenc(&may_encode);
-
-  usbdev::CommandLines query("/usr/bin/v4l2-ctl -d /dev/video%d --list-formats-ext", vnode);
-  if (!query) return -1;
-  usbdev::FormatListing listing(vnode, may_encode == 1);
-  char line[256];
-  for (int count = 0; count < usbdev::kMostListingLines && query.next(line); ++count) {
-    if (!listing.take(line)) break;
-  }
-  usbdev::killFormatQuery(vnode);
-  *over60 = listing.hasRateOver60() ? 1 : 0;
-  if (listing.formatCount() > 0) std::memcpy(table, listing.table(), sizeof listing.table());
-  return listing.formatCount();
+  usbdev::HostAnswers host;
+  return usbdev::listFormats(host, vnode, table, over60);
 }
 
 int vl_force_kill_v4l2_ctl(int vnode) {

@@ -6,8 +6,13 @@
 namespace usbdev {
 
 bool HostAnswers::isOneChannelLimited() {
-  if (one_channel_limited_ == -1) one_channel_limited_ = AMDmodel_oneChannelLimited();
+  if (one_channel_limited_ == kNotAsked) one_channel_limited_ = AMDmodel_oneChannelLimited();
   return one_channel_limited_ == 1;
+}
+
+bool HostAnswers::mayEncode() {
+  if (may_encode_ == kNotAsked) validate_hwenc(&may_encode_);
+  return may_encode_ == 1;
 }
 
 const char *HostAnswers::bridgeOf(int vnode) {

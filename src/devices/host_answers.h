@@ -11,6 +11,9 @@ class HostAnswers {
   /// May the host serve one camera channel only?
   bool isOneChannelLimited();
 
+  /// May the host encode pictures in hardware?
+  bool mayEncode();
+
   /// The path of the PCI device that a node's USB controller sits on; null when the node is behind no PCI bridge.
   const char *bridgeOf(int vnode);
 
@@ -21,7 +24,9 @@ class HostAnswers {
     char path[kBridgePathSize];
   };
 
-  int one_channel_limited_ = -1;
+  static constexpr int kNotAsked = -1;
+  int one_channel_limited_ = kNotAsked;
+  int may_encode_ = kNotAsked;
   int bridge_count_ = 0;
   // The nodes of every channel, and of as many new devices.
   static constexpr int kMostBridges = 2 * kChannels;

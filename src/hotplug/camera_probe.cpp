@@ -5,6 +5,7 @@
 
 #include "core/event_log.h"
 #include "core/text.h"
+#include "devices/formats.h"
 
 namespace usbdev {
 namespace {
@@ -17,10 +18,10 @@ void fill(_usbdev_conflict &report, int channel, int profile, const char *profil
 
 }  // namespace
 
-void probeCamera(const _usbdev_des &device, CameraFindings &findings) {
+void probeCamera(HostAnswers &host, const _usbdev_des &device, CameraFindings &findings) {
   _usbfmt_des formats[USBDEV_FORMATS];
   int over60 = 0;
-  const int count = mn_get_usbchn_fmts(device.node, formats, &over60);
+  const int count = listFormats(host, device.node, formats, &over60);
   if (over60 == 1) {
     logEvent(EventLevel::warning, "Camera[%s %s] has image size over 60 fps. It may cause decode error.",
              device.usbslot, device.devname);
@@ -47,7 +48,8 @@ ConflictFindings findConflicts(HostAnswers &host, const ChannelStates &channels,
       if (supported) fill(report, i, other.profile, other.profilename);
     } else if (channels[chosen].profile != kNone) {
       findings.parks = i;
-      if (supported) fill(report, chosen, kNone, channels[chosen].profilename);
+      // Reported for an unsupported camera too, unlike the case above.
+      fill(report, chosen, kNone, channels[chosen].profilename);
     }
     break;
   }

@@ -16,7 +16,7 @@ struct CameraFindings {
 };
 
 /// Asks the camera for its formats and its type, and warns of rates that may be too high to decode.
-void probeCamera(const _usbdev_des &device, CameraFindings &findings);
+void probeCamera(HostAnswers &host, const _usbdev_des &device, CameraFindings &findings);
 
 struct ConflictFindings {
   int parked_behind = kNone;  // the channel with a profile that the new camera yields to

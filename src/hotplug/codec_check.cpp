@@ -1,4 +1,5 @@
-#include <usbdev/devices.h>
+#include "hotplug/codec_check.h"
+
 #include <usbdev/hotplug.h>
 
 #include "core/config.h"
@@ -20,14 +21,9 @@ Remedy judge(const Section &channel) {
 }
 
 }  // namespace
-}  // namespace usbdev
 
-using namespace usbdev;
-
-int check_halvane(void) {
-  int may_encode = 0;
-  validate_hwenc(&may_encode);
-  if (may_encode == 1) return 0;
+int checkCodecs(HostAnswers &host) {
+  if (host.mayEncode()) return 0;
   Remedy remedies[kChannels];
   bool any = false;
   {
@@ -39,11 +35,18 @@ int check_halvane(void) {
     }
   }
   if (!any) return 0;
-  const ConfigWriter config;
+  ConfigWriter config;
   if (!config) return -1;
   for (int i = 0; i < kChannels; ++i) {
     if (remedies[i] == Remedy::use_mjpeg) config.channel(i).set(keys::vcodec, kMjpeg);
     if (remedies[i] == Remedy::unsupported) config.channel(i).set(keys::conflictch, kUnsupported);
   }
-  return 0;
+  return config.save() ? 0 : -1;
+}
+
+}  // namespace usbdev
+
+int check_halvane(void) {
+  usbdev::HostAnswers host;
+  return usbdev::checkCodecs(host);
 }

@@ -1,7 +1,9 @@
+#include "hotplug/device_scan.h"
+
 #include <usbdev/core.h>
-#include <usbdev/devices.h>
 #include <usbdev/hotplug.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -91,7 +93,7 @@ const char *nameOfCard(const Found &card, const _usbdev_update *channels, int ne
   for (int i = 0; i < kChannels; ++i) {
     if (isSame(channels[i].usbslot, card.usbslot)) return channels[i].devname;
   }
-  for (int i = 0; i < new_camera_count; ++i) {
+  for (int i = 0; i < std::min(new_camera_count, kNewDevices); ++i) {
     if (isSame(new_cameras[i].usbslot, card.usbslot)) return new_cameras[i].devname;
   }
   return card.name;
@@ -114,7 +116,7 @@ bool placeCard(const Found &card, const char *name, const Known (&known)[kChanne
 
 /// Appends a device to a list of new ones; null when the list is full.
 _usbdev_update *append(int &count, _usbdev_update *list, const Found &device, const char *name) {
-  if (count < 0 || count >= kChannels) return nullptr;
+  if (count < 0 || count >= kNewDevices) return nullptr;
   _usbdev_update &record = list[count++];
   copyText(record.usbslot, device.usbslot);
   copyText(record.devname, name);
@@ -123,16 +125,11 @@ _usbdev_update *append(int &count, _usbdev_update *list, const Found &device, co
 }
 
 }  // namespace
-}  // namespace usbdev
-
-using namespace usbdev;
 
 // The scans hold the lock while their commands run, so that no channel changes between two lines of a list.
 
-int get_conf_chinfo(_usbdev_update *channels, int *conflict_map, int *new_camera_count, _usbdev_update *new_cameras) {
-  if (channels == nullptr || conflict_map == nullptr || new_camera_count == nullptr || new_cameras == nullptr) {
-    return -1;
-  }
+int findCameras(HostAnswers &host, _usbdev_update *channels, int *conflict_map, int *new_camera_count,
+                _usbdev_update *new_cameras) {
   const ConfigReader config;
   if (!config) return -1;
   CommandLines interfaces("/bin/ls /sys/bus/usb/drivers/uvcvideo | grep \\: | /bin/awk '{print $1}'");
@@ -140,18 +137,29 @@ int get_conf_chinfo(_usbdev_update *channels, int *conflict_map, int *new_camera
     std::fputs("cannot find video list ...\n", stderr);
     return 0;
   }
-  int may_encode = 0;
-  validate_hwenc(&may_encode);
+  const bool may_encode = host.mayEncode();
   Known known[kChannels];
   readKnown(config, known);
   Found camera;
   while (nextDevice(interfaces, get_video_info, camera)) {
     markConfigured(known, channels);
-    if (placeCamera(camera, known, may_encode == 1, channels, conflict_map)) continue;
+    if (placeCamera(camera, known, may_encode, channels, conflict_map)) continue;
     _usbdev_update *record = append(*new_camera_count, new_cameras, camera, camera.name);
     if (record != nullptr) record->vnode = camera.node;
   }
   return 0;
+}
+
+}  // namespace usbdev
+
+using namespace usbdev;
+
+int get_conf_chinfo(_usbdev_update *channels, int *conflict_map, int *new_camera_count, _usbdev_update *new_cameras) {
+  if (channels == nullptr || conflict_map == nullptr || new_camera_count == nullptr || new_cameras == nullptr) {
+    return -1;
+  }
+  HostAnswers host;
+  return findCameras(host, channels, conflict_map, new_camera_count, new_cameras);
 }
 
 // NOLINTNEXTLINE(readability-non-const-parameter): the interface is older than what is left to do here

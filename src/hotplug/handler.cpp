@@ -48,7 +48,7 @@ void judgePlugged(HostAnswers &host, HotplugEvent &event, _usbdev_conflict &repo
     probeAudioCard(device.node, event.audio);
     return;
   }
-  probeCamera(device, event.camera);
+  probeCamera(host, device, event.camera);
   event.supported = event.supported && event.camera.usable;
   event.conflicts = findConflicts(host, event.channels, event.choice.channel, device, event.supported, report);
 }
@@ -108,14 +108,14 @@ void writePlugged(const ConfigWriter &config, const HotplugEvent &event) {
 }
 
 bool writeEvent(const HotplugEvent &event) {
-  const ConfigWriter config;
+  ConfigWriter config;
   if (!config) return false;
   if (event.device.plugged != 0) {
     writePlugged(config, event);
   } else {
     writeRemoved(config.channel(event.choice.channel));
   }
-  return true;
+  return config.save();
 }
 
 void notify(const HotplugEvent &event, int successor) {

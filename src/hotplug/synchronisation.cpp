@@ -1,11 +1,13 @@
-#include <usbdev/core.h>
-#include <usbdev/devices.h>
 #include <usbdev/hotplug.h>
 #include <usbdev/profiles.h>
+
+#include <algorithm>
 
 #include "core/config.h"
 #include "core/text.h"
 #include "devices/conflicts.h"
+#include "hotplug/codec_check.h"
+#include "hotplug/device_scan.h"
 #include "hotplug/handler.h"
 
 namespace usbdev {
@@ -77,18 +79,7 @@ int countLaterProfiles(const _usbdev_update (&records)[kChannels]) {
   return count;
 }
 
-}  // namespace
-}  // namespace usbdev
-
-using namespace usbdev;
-
-int vl_set_devpf_list(void) {
-  check_halvane();
-  mn_sync_usbdev_conf();
-  return 0;
-}
-
-int mn_sync_usbdev_conf(void) {
+int synchronise(HostAnswers &host) {
   Records channels;
   int result = -1;
   {
@@ -104,20 +95,37 @@ int mn_sync_usbdev_conf(void) {
   int camera_count = 0;
   int card_count = 0;
   // Each step runs whatever the earlier ones returned.
-  get_conf_chinfo(channels.list, conflict_map, &camera_count, cameras.list);
+  findCameras(host, channels.list, conflict_map, &camera_count, cameras.list);
   get_conf_audioinfo(channels.list, conflict_map, &card_count, cards.list, camera_count, cameras.list);
   update_usbinfo(channels.list);
-  HostAnswers host;
   recomputeConflicts(host, conflict_map);
   plugNewDevices(host, camera_count, cameras.list, card_count, cards.list);
   if (countLaterProfiles(channels.list) > 0 && host.isOneChannelLimited()) rmNone1stProfile(channels.list);
   return result;
 }
 
+}  // namespace
+}  // namespace usbdev
+
+using namespace usbdev;
+
+int vl_set_devpf_list(void) {
+  HostAnswers host;
+  checkCodecs(host);
+  synchronise(host);
+  return 0;
+}
+
+int mn_sync_usbdev_conf(void) {
+  HostAnswers host;
+  return synchronise(host);
+}
+
 int sync_usbdev(int new_camera_count, _usbdev_update *new_cameras, int new_card_count, _usbdev_update *new_cards) {
   if ((new_cameras == nullptr && new_camera_count > 0) || (new_cards == nullptr && new_card_count > 0)) return 0;
   HostAnswers host;
-  plugNewDevices(host, new_camera_count, new_cameras, new_card_count, new_cards);
+  plugNewDevices(host, std::min(new_camera_count, kNewDevices), new_cameras, std::min(new_card_count, kNewDevices),
+                 new_cards);
   return 0;
 }
 

@@ -1,4 +1,3 @@
-#include <usbdev/devices.h>
 #include <usbdev/profiles.h>
 
 #include <cstring>
@@ -6,6 +5,7 @@
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/channel_records.h"
+#include "devices/formats.h"
 
 namespace usbdev {
 namespace {
@@ -25,13 +25,13 @@ class ProfileList {
 };
 
 /// The camera is asked last, and only when nothing else settles it.
-bool canStream(const Section &channel) {
+bool canStream(HostAnswers &host, const Section &channel) {
   if (channel.get(keys::exists) == 0 || channel.get(keys::conflictch) != kNone) return false;
   if (channel.get(keys::anode) != kNone) return true;
   const int vnode = channel.get(keys::vnode);
   _usbfmt_des formats[USBDEV_FORMATS];
   int over60 = 0;
-  return vnode != kNone && mn_get_usbchn_fmts(vnode, formats, &over60) > 0;
+  return vnode != kNone && listFormats(host, vnode, formats, &over60) > 0;
 }
 
 }  // namespace
@@ -61,11 +61,12 @@ int vl_get_usbdev_list(char *out) {
   // The one query that asks cameras while it holds the lock.
   const ConfigReader config;
   if (!config) return -1;
+  HostAnswers host;
   ProfileList streamable;
   for (int i = 0; i < kChannels; ++i) {
     const Section &channel = config.channel(i);
     const int profile = channel.get(keys::profile);
-    if (isProfile(profile) && canStream(channel)) streamable.add(profile);
+    if (isProfile(profile) && canStream(host, channel)) streamable.add(profile);
   }
   streamable.giveTo(out);
   return 0;

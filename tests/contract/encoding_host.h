@@ -2,6 +2,8 @@
 #ifndef CONTRACT_ENCODING_HOST_H
 #define CONTRACT_ENCODING_HOST_H
 
+#include <string>
+
 #include "host.h"
 
 namespace contract {
@@ -10,6 +12,10 @@ inline constexpr char kAgentFile[] = "/share/Halvane/camera_agent.sh";
 inline constexpr char kModelCommand[] = "/sbin/readcfg System Model -f /etc/config/Tundrel.conf";
 inline constexpr char kGpuListCommand[] = "gpuinfo_app -l";
 inline constexpr char kGpuStateCommand[] = "gpuinfo_app -s GPU0";
+
+inline std::string packageQuery(const std::string &package, const std::string &field) {
+  return "/sbin/readcfg \"" + package + "\" \"" + field + "\" -c -d READCFG_FAILD -f /etc/config/bndl.conf";
+}
 
 inline void allowEncoding(Host &host) {
   host.package("Halvane", "Install_Path", "/share/Halvane");

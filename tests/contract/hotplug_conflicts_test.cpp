@@ -130,14 +130,16 @@ TEST_F(ACameraOnASharedPort, ThatIsUnsupportedIsMarkedAndNotReported) {
   EXPECT_STREQ(report.devname, "Other 6");
 }
 
-TEST_F(ACameraOnASharedPort, ThatIsUnsupportedParksNobody) {
+TEST_F(ACameraOnASharedPort, ThatIsUnsupportedParksNobodyAndIsReportedAllTheSame) {
   host.camera(2, "1-1.1").listing("");
   other(6, "1-1.6", -1);
-  known(3, 1, 1, "1-1.1");
+  known(3, 1, 1, "1-1.1").profileName("Garden");
   EXPECT_EQ(plug(), 3);
   EXPECT_EQ(mark(3), "999");
   EXPECT_EQ(mark(6), "-1");
-  EXPECT_TRUE(isReportUntouched());
+  EXPECT_EQ(report.channel, 3);
+  EXPECT_EQ(report.profile, -1);
+  EXPECT_STREQ(report.profilename, "Garden");
 }
 
 TEST_F(ACameraOnASharedPort, NeedsNoQuestionAboutHostOrBridge) {

@@ -5,6 +5,7 @@
 
 #include "contract_test.h"
 #include "described_channel.h"
+#include "encoding_host.h"
 #include "record_text.h"
 
 namespace contract {
@@ -100,6 +101,16 @@ TEST_F(TheStreamableProfiles, AreInTheOrderOfTheirChannels) {
   workingCamera(9, 1, 2);
   EXPECT_EQ(list(), "3,0,1");
   EXPECT_EQ(result, 0);
+}
+
+TEST_F(TheStreamableProfiles, OfFourCamerasAskOnceWhetherTheHostMayEncode) {
+  allowEncoding(host);
+  for (int i = 0; i < 4; ++i) workingCamera(i, i, i);
+  EXPECT_EQ(list(), "0,1,2,3");
+  for (const char *command : {kModelCommand, kGpuListCommand, kGpuStateCommand}) {
+    EXPECT_EQ(host.journal.count(std::string("popen ") + command), 1) << command;
+  }
+  EXPECT_EQ(host.journal.commands().size(), 5U + 4U * 3U);  // of each camera the processor file, the listing, the rest
 }
 
 TEST_F(TheStreamableProfiles, DoNotIncludeACameraWithoutFormats) {

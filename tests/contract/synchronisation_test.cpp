@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string>
 
+#include "encoding_host.h"
 #include "start_fixture.h"
 
 namespace contract {
@@ -190,6 +191,43 @@ TEST_F(AStart, RunsItsLaterStepsWhateverTheEarlierReturned) {
   EXPECT_EQ(key(2, "exists"), "0") << "the update has run";
 }
 
+// --- what is asked once ---
+
+// Ten new cameras at ports of their own, on a host that may encode.
+class AStartWithTenNewCameras : public AStart {
+ protected:
+  AStartWithTenNewCameras() {
+    allowEncoding(host);
+    for (int i = 0; i < 10; ++i) camera("3-" + std::to_string(i + 1), i, "Camera " + std::to_string(i));
+  }
+
+  void expectEncodingAskedOnce() const {
+    for (const char *field : {"Install_Path", "Enable"})
+      EXPECT_EQ(timesRun(packageQuery("Halvane", field)), 1) << field;
+    for (const char *command : {kModelCommand, kGpuListCommand, kGpuStateCommand}) {
+      EXPECT_EQ(timesRun(command), 1) << command;
+    }
+  }
+  int timesRun(const std::string &command) const { return host.journal.count("popen " + command); }
+};
+
+TEST_F(AStartWithTenNewCameras, AsksOnceWhetherTheHostMayEncode) {
+  vl_set_devpf_list();
+  expectEncodingAskedOnce();
+  EXPECT_EQ(key(9, "exists"), "1");
+}
+
+TEST_F(AStartWithTenNewCameras, AsksOnceWithoutTheCodecCheckToo) {
+  mn_sync_usbdev_conf();
+  expectEncodingAskedOnce();
+}
+
+TEST_F(AStartWithTenNewCameras, LeavesTheProcessorFileForEachFormatQuery) {
+  vl_set_devpf_list();
+  EXPECT_EQ(host.journal.count(std::string("system ") + kProcessorCommand),
+            10 + 1);  // and for the one-channel question
+}
+
 TEST_F(AStart, NeedsNoListOfADeviceKindThatBroughtNothingNew) {
   _usbdev_update device = {};
   std::string("3-1").copy(device.usbslot, 3);
@@ -201,6 +239,47 @@ TEST_F(AStart, NeedsNoListOfADeviceKindThatBroughtNothingNew) {
   EXPECT_EQ(key(0, "exists"), "1");
   EXPECT_EQ(sync_usbdev(0, nullptr, 1, &device), 0);
   EXPECT_EQ(key(0, "audio/anode"), "-1");
+}
+
+// A list of new devices holds ten records. What lies behind them here would be an eleventh camera.
+class AListOfElevenNewDevices : public AStart {
+ protected:
+  AListOfElevenNewDevices() {
+    for (int i = 0; i < 11; ++i) {
+      const std::string slot = "3-" + std::to_string(i + 1);
+      slot.copy(devices[i].usbslot, slot.size());
+      devices[i].vnode = i;
+      camera(slot, i, "Camera");
+    }
+  }
+
+  _usbdev_update devices[11] = {};
+};
+
+TEST_F(AListOfElevenNewDevices, IsReadUpToItsTenthRecord) {
+  EXPECT_EQ(sync_usbdev(11, devices, 0, nullptr), 0);
+  EXPECT_EQ(host.journal.count("popen " + listingCommand(9)), 1);
+  EXPECT_EQ(host.journal.count("popen " + listingCommand(10)), 0);
+}
+
+TEST_F(AListOfElevenNewDevices, IsReadUpToItsTenthCard) {
+  EXPECT_EQ(sync_usbdev(0, nullptr, 11, devices), 0);
+  EXPECT_EQ(host.journal.only({"card"}).size(), 10U);
+}
+
+TEST_F(AListOfElevenNewDevices, NamesNoCardByItsEleventhCamera) {
+  std::string("Camera behind the list").copy(devices[10].devname, 30);
+  _usbdev_update cards[10] = {};
+  std::string("3-11").copy(cards[0].usbslot, 4);
+  host.files.write("/etc/config/.usbnosupportlist.dat", "Camera behind the list\n");
+  configured(9, "3-11", "").exists(0);
+  EXPECT_EQ(sync_usbdev(11, devices, 1, cards), 0);
+  EXPECT_NE(key(9, "conflictch"), "999") << "the card was called like the camera behind the list";
+}
+
+TEST_F(AListOfElevenNewDevices, OfACountBelowOneIsEmpty) {
+  for (const int count : {0, -1, -2147483647 - 1}) EXPECT_EQ(sync_usbdev(count, devices, count, devices), 0);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
 // A camera and its card come to a channel that keeps both their names to themselves.

@@ -19,14 +19,12 @@ constexpr Costs kFourListed = reading(10 + 4 * 4) + 4 * kListing + repeats(3);
 Situations listings() {
   return {
       {"vl_get_available_profile", "", reading(10), [](Host &) { vl_get_available_profile(text); }},
-      {"vl_get_usbdev_list", "four cameras with profiles, without the codec package",
-       askedAgain(3, kPackageMissing) + kPackageMissing + kFourListed,
+      {"vl_get_usbdev_list", "four cameras with profiles, without the codec package", kPackageMissing + kFourListed,
        [](Host &host) {
          fourStreams(host);
          vl_get_usbdev_list(text);
        }},
-      {"vl_get_usbdev_list", "four cameras with profiles, with an encoder",
-       askedAgain(3, kEncoder) + kEncoder + kFourListed,
+      {"vl_get_usbdev_list", "four cameras with profiles, with an encoder", kEncoder + kFourListed,
        [](Host &host) {
          allowEncoding(host);
          fourStreams(host);

@@ -101,21 +101,20 @@ Situations wholeStartUp() {
   };
   return {
       {"vl_set_devpf_list", "nothing configured, nothing there",
-       askedAgain(1, kPackageMissing) + kPackageMissing + reading(10 * kUnused) + nothing_there, start},
+       kPackageMissing + reading(10 * kUnused) + nothing_there, start},
       {"vl_set_devpf_list", "ten new cameras, without the codec package",
-       askedAgain(11, kPackageMissing) + kPackageMissing + reading(10 * kUnused) + ten_new, startWithTen},
-      {"vl_set_devpf_list", "ten new cameras, with an encoder", askedAgain(11, kEncoder) + kEncoder + ten_new,
+       kPackageMissing + reading(10 * kUnused) + ten_new, startWithTen},
+      {"vl_set_devpf_list", "ten new cameras, with an encoder", kEncoder + ten_new,
        [startWithTen](Host &host) {
          allowEncoding(host);
          startWithTen(host);
        }},
-      {"mn_sync_usbdev_conf", "ten new cameras, without the codec package",
-       askedAgain(10, kPackageMissing) + kPackageMissing + ten_new,
+      {"mn_sync_usbdev_conf", "ten new cameras, without the codec package", kPackageMissing + ten_new,
        [](Host &host) {
          tenNewCameras(host);
          mn_sync_usbdev_conf();
        }},
-      {"mn_sync_usbdev_conf", "ten new cameras, with an encoder", askedAgain(10, kEncoder) + kEncoder + ten_new,
+      {"mn_sync_usbdev_conf", "ten new cameras, with an encoder", kEncoder + ten_new,
        [](Host &host) {
          allowEncoding(host);
          tenNewCameras(host);
@@ -149,8 +148,7 @@ Situations synchronisation() {
        }},
       // Its old channel is emptied by the record update.
       {"mn_sync_usbdev_conf", "a camera in another port than before",
-       kPackageMissing + records(1) + scans(1) + writing(9) + kNoConflicts + askedAgain(1, kPackageMissing) +
-           kNewKnowingEncoder,
+       kPackageMissing + records(1) + scans(1) + writing(9) + kNoConflicts + kNewKnowingEncoder,
        [](Host &host) {
          driven(host, -1).exists(0).slot("");
          mn_sync_usbdev_conf();

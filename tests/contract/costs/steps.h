@@ -24,9 +24,6 @@ inline constexpr Costs kFormats = kPackageMissing + kListing;
 // processor's description.
 inline constexpr Costs kEncoder = answers(5) + files(2);
 
-// The encoding question, asked again by each step of a call that needs its answer.
-constexpr Costs askedAgain(int times, const Costs &question) { return times * (question + repeats(question.answers)); }
-
 // The one-channel question: the processor file, made and read, and the host's model.
 inline constexpr Costs kOneChannel = effects() + files(2);
 
