@@ -18,17 +18,19 @@ extern "C" {
 /*
  * Takes in a device that was attached or removed: chooses its channel, stores its identity and, for a new device,
  * default settings, and keeps the conflict marks right. Call it once per device and event, when the device's node is
- * ready, and not from two threads for the same port. Takes the lock. Runs commands; notifies of cameras.
+ * ready. Events come one at a time over the whole host, at ports of their own or not, and not beside a synchronisation:
+ * two at once would choose the same channel, and all but one of their devices be lost. The callers see to it, with a
+ * lock of their own. Takes the lock. Runs commands; notifies of cameras.
  * device (in/out): a sound card on a port that a channel knows gets that channel's name. profile (out): the channel's
  * profile, -1 = none; set in every case. devname (out): 256 bytes, set when a camera is removed. vnode (out): N before
  * the removal, set on removal. conflict (out): devname is overwritten by the scan of a new camera; the other fields are
  * set when it collides with another channel.
  * Returns the channel, or -1 when none fits, the device is one that the application ignores, or the file cannot be
- * opened.
+ * opened or stored.
  */
 int mn_set_usbdev_hotplug(_usbdev_des *device, int *profile, char *devname, int *vnode, _usbdev_conflict *conflict);
 
-/* --- configuration synchronisation: takes the lock, runs commands --- */
+/* --- configuration synchronisation: takes the lock, runs commands; one at a time, like device events --- */
 
 /* Brings the file into line with the attached devices at start-up: check_halvane, mn_sync_usbdev_conf. Returns 0. */
 int vl_set_devpf_list(void);
@@ -56,7 +58,8 @@ int get_conf_chinfo(_usbdev_update *channels, int *conflict_map, int *new_camera
 /*
  * Finds the attached sound cards, in the way of get_conf_chinfo; a card without a name of its own is called like the
  * camera in its slot.
- * new_card_count, new_cards (in/out): 10 records. new_camera_count, new_cameras (in): what get_conf_chinfo found.
+ * new_card_count, new_cards (in/out): 10 records. new_camera_count, new_cameras (in): what get_conf_chinfo found, at
+ * most 10.
  */
 int get_conf_audioinfo(_usbdev_update *channels, int *conflict_map, int *new_card_count, _usbdev_update *new_cards,
                        int new_camera_count, const _usbdev_update *new_cameras);
@@ -70,7 +73,8 @@ int update_usbinfo(_usbdev_update *channels);
 
 /*
  * Passes new devices through the hotplug handler, cameras first.
- * The counts (in) are 0 to 10 each, the lists (in) hold that many records. Returns 0.
+ * The lists (in) hold up to 10 records each; of the counts (in) a larger one counts as 10, a negative one as 0. Returns
+ * 0.
  */
 int sync_usbdev(int new_camera_count, _usbdev_update *new_cameras, int new_card_count, _usbdev_update *new_cards);
 

@@ -29,21 +29,30 @@ ConfigSession::ConfigSession(int mode, const char *path, OpenFailure failure) {
   for (int i = 0; i < kChannels; ++i) channels_[i] = channelSection(handle_, i);
 }
 
-ConfigSession::~ConfigSession() {
-  if (*this) xmlcfg_close(handle_, 0);
+ConfigSession::~ConfigSession() { end(); }
+
+int ConfigSession::end() {
+  if (ended_) return 0;
+  ended_ = true;
+  const int closed = *this ? xmlcfg_close(handle_, 0) : 0;
   pthread_mutex_unlock(&config_lock);
+  return closed;
 }
 
 ConfigReader::ConfigReader(OpenFailure failure) : ConfigSession(0, kChannelFile, failure) {}
 
-ConfigWriter::ConfigWriter(OpenFailure failure) : ConfigSession(1, kChannelFile, failure) {}
-
-ProfileStateWriter::ProfileStateWriter() : ConfigSession(1, kProfileStateFile, OpenFailure::usual) {}
-
-Section channelSection(void *handle, int channel) {
-  static constexpr char kNames[kChannels][4] = {"ch0", "ch1", "ch2", "ch3", "ch4", "ch5", "ch6", "ch7", "ch8", "ch9"};
-  return {handle, kNames[channel]};
+bool WriteSession::save() {
+  const int closed = end();
+  if (closed < 0) std::fprintf(stderr, "close:[%s] failed, ret: %d\n", path_, closed);
+  return closed >= 0;
 }
+
+const char *channelName(int channel) {
+  static constexpr char kNames[kChannels][4] = {"ch0", "ch1", "ch2", "ch3", "ch4", "ch5", "ch6", "ch7", "ch8", "ch9"};
+  return kNames[channel];
+}
+
+Section channelSection(void *handle, int channel) { return {handle, channelName(channel)}; }
 
 int Section::get(const IntKey &key) const { return get(key, key.usual_default); }
 

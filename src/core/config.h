@@ -1,6 +1,6 @@
 // The configuration files and their one lock. A ConfigReader or ConfigWriter is a critical section: it takes the lock
 // and opens the file, and its end closes and unlocks on every path. No command runs and no other function that takes
-// the lock is called while one lives.
+// the lock is called while one lives. What a writer has set is stored when save() says so, and not before.
 #pragma once
 
 #include "core/channel_keys.h"
@@ -36,7 +36,10 @@ class Section {
   const char *name_ = nullptr;
 };
 
-/// A channel's section, "ch0" to "ch9", of a file that is already open.
+/// The name of a channel's section, "ch0" to "ch9".
+const char *channelName(int channel);
+
+/// A channel's section of a file that is already open.
 Section channelSection(void *handle, int channel);
 
 class ConfigSession {
@@ -53,10 +56,14 @@ class ConfigSession {
   ConfigSession(int mode, const char *path, OpenFailure failure);
   ~ConfigSession();
 
+  /// Closes and unlocks, once; what the host's close returned.
+  int end();
+
  private:
   static constexpr int kOpened = 1;
   void *handle_ = nullptr;
   int result_;
+  bool ended_ = false;
   Section channels_[kChannels];
 };
 
@@ -65,15 +72,27 @@ class ConfigReader : public ConfigSession {
   explicit ConfigReader(OpenFailure failure = OpenFailure::usual);
 };
 
-class ConfigWriter : public ConfigSession {
+class WriteSession : public ConfigSession {
  public:
-  explicit ConfigWriter(OpenFailure failure = OpenFailure::usual);
+  /// Stores what was set and ends the critical section. False, with a message, when nothing was stored.
+  [[nodiscard]] bool save();
+
+ protected:
+  WriteSession(const char *path, OpenFailure failure) : ConfigSession(1, path, failure), path_(path) {}
+
+ private:
+  const char *path_;
+};
+
+class ConfigWriter : public WriteSession {
+ public:
+  explicit ConfigWriter(OpenFailure failure = OpenFailure::usual) : WriteSession(kChannelFile, failure) {}
 };
 
 /// The file in which the stream manager tells which profiles it serves.
-class ProfileStateWriter : public ConfigSession {
+class ProfileStateWriter : public WriteSession {
  public:
-  ProfileStateWriter();
+  ProfileStateWriter() : WriteSession(kProfileStateFile, OpenFailure::usual) {}
 };
 
 }  // namespace usbdev

@@ -47,20 +47,20 @@ Successor chooseSuccessor(const ChannelStates &channels, const ChannelMarks &wai
 }
 
 bool writeHandOver(int channel, int value, const Successor &successor, const ChannelMarks &waiting) {
-  const ConfigWriter config;
+  ConfigWriter config;
   if (!config) return false;
   writeParked(config, waiting, value);
   if (successor.channel != kNone) config.channel(channel).set(keys::conflictch, successor.channel);
-  return true;
+  return config.save();
 }
 
 /// On a host that serves one channel only all others wait behind the successor.
 bool writeHandOverOfOnlyChannel(int value, const Successor &successor, const ChannelMarks &waiting) {
-  const ConfigWriter config;
+  ConfigWriter config;
   if (!config) return false;
   config.channel(successor.channel).set(keys::conflictch, value);
   writeParked(config, waiting, successor.channel);
-  return true;
+  return config.save();
 }
 
 /// Parks every other camera that conflicts with the successor behind it.
@@ -72,10 +72,10 @@ int parkBehind(HostAnswers &host, const Successor &successor) {
   for (int i = last - 1; i >= 0; --i) test.addNode(successor.nodes[i]);
   ChannelMarks conflicting;
   markConflicts(test, channels, successor.channel, conflicting);
-  const ConfigWriter config;
+  ConfigWriter config;
   if (!config) return -1;
   writeParked(config, conflicting, successor.channel);
-  return 0;
+  return config.save() ? 0 : -1;
 }
 
 }  // namespace

@@ -80,7 +80,7 @@ bool ConflictTest::conflictsWith(const char *other_slot, int other_vnode) {
 
 int recomputeConflicts(HostAnswers &host, int *states) {
   {
-    const ConfigWriter config;
+    ConfigWriter config;
     if (!config) return -1;
     for (int i = 0; i < kChannels; ++i) {
       // 0 and 1 are codes, clear-and-recompute and recompute, and so no channel to be parked behind.
@@ -88,6 +88,7 @@ int recomputeConflicts(HostAnswers &host, int *states) {
       config.channel(i).set(keys::conflictch, states[i] == 0 ? kNone : states[i]);
       if (states[i] == 0) states[i] = 1;
     }
+    if (!config.save()) return -1;
   }
   int found[kChannels];
   for (int i = 0; i < kChannels; ++i) {
@@ -98,12 +99,12 @@ int recomputeConflicts(HostAnswers &host, int *states) {
       states[i] = -1;
     }
   }
-  const ConfigWriter config;
+  ConfigWriter config;
   if (!config) return -1;
   for (int i = 0; i < kChannels; ++i) {
     if (states[i] != -1) config.channel(i).set(keys::conflictch, found[i]);
   }
-  return 0;
+  return config.save() ? 0 : -1;
 }
 
 }  // namespace usbdev

@@ -10,10 +10,10 @@ using namespace usbdev;
 int mn_set_usbchn_sps(int profile, int value) {
   const int channel = channelOfProfile(profile);
   if (channel == kNone) return -1;
-  const ConfigWriter config;
+  ConfigWriter config;
   if (!config) return -1;
   config.channel(channel).set(keys::spsstate, value);
-  return 0;
+  return config.save() ? 0 : -1;
 }
 
 int mn_set_usbdev_volume(int profile) {

@@ -32,13 +32,25 @@ void writeCameraType(const Section &channel, const _usbdev_update &record) {
   channel.set(keys::ldspoutput, 0);
 }
 
-void restoreLinks(const Section &channel, _usbdev_update &record) {
-  if (record.hlspath[0] == '\0') {
+/// True when the live link got a new name.
+bool restoreLinks(const Section &channel, _usbdev_update &record) {
+  const bool lost_name = record.hlspath[0] == '\0';
+  if (lost_name) {
     generate_hash(record.hlspath);
     channel.set(keys::hlspath, record.hlspath);
   }
   makeStreamLink(record.profile, record.hlspath);
   makeStreamLink(record.profile, record.hash);
+  return lost_name;
+}
+
+/// Takes back the links of names that could not be stored.
+void takeBackLinks(const ChannelMarks &newly_named, _usbdev_update *channels) {
+  for (int i = 0; i < kChannels; ++i) {
+    if (!newly_named[i]) continue;
+    takeBackStreamLink(channels[i].hlspath);
+    channels[i].hlspath[0] = '\0';
+  }
 }
 
 }  // namespace
@@ -49,8 +61,9 @@ using namespace usbdev;
 int update_usbinfo(_usbdev_update *channels) {
   if (channels == nullptr) return -1;
   // One pass: the lock is held over its commands.
-  const ConfigWriter config;
+  ConfigWriter config;
   if (!config) return -1;
+  ChannelMarks newly_named = {};
   int slot_switch = 1;  // carried over on purpose: a channel without a stored switch takes the previous channel's
   for (int i = 0; i < kChannels; ++i) {
     _usbdev_update &record = channels[i];
@@ -59,10 +72,12 @@ int update_usbinfo(_usbdev_update *channels) {
     writePresence(channel, record);
     if (record.vnode != kNone) {
       writeCameraType(channel, record);
-      if (record.profile != kNone) restoreLinks(channel, record);
+      if (record.profile != kNone) newly_named[i] = restoreLinks(channel, record);
     }
     if (record.slot_switch == 0 || record.slot_switch == 1) slot_switch = record.slot_switch;
     channel.set(keys::slot_switch, slot_switch);
   }
-  return 0;
+  if (config.save()) return 0;
+  takeBackLinks(newly_named, channels);
+  return -1;
 }

@@ -44,7 +44,7 @@ struct NewLink {
 };
 
 bool writeAssignment(int target, int profile, const NewLink &link, const ChannelMarks &conflicting) {
-  const ConfigWriter config;
+  ConfigWriter config;
   if (!config) return false;
   char now[kTimeTextSize];
   formatLocalTime(now);
@@ -55,11 +55,13 @@ bool writeAssignment(int target, int profile, const NewLink &link, const Channel
   channel.set(keys::hlspath, link.hash);
   makeStreamLink(profile, link.hash);
   writeParked(config, conflicting, target);
-  return true;
+  if (config.save()) return true;
+  takeBackStreamLink(link.hash);
+  return false;
 }
 
 bool writeCleared(int channel_number) {
-  const ConfigWriter config;
+  ConfigWriter config;
   if (!config) return false;
   const Section &channel = config.channel(channel_number);
   writeUnbound(channel);
@@ -69,7 +71,7 @@ bool writeCleared(int channel_number) {
   channel.set(keys::pwdenable, 0);
   channel.set(keys::shrpwd, "");
   withdrawShareLink(channel);
-  return true;
+  return config.save();
 }
 
 }  // namespace
@@ -153,9 +155,10 @@ int vl_set_profile_channelname(int profile, const char *name, int event_code) {
   }
   const bool changed = !isSame(old_name, new_name);
   if (changed) {
-    const ConfigWriter config;
+    ConfigWriter config;
     if (!config) return -1;
     config.channel(channel_number).set(keys::profilename, new_name);
+    if (!config.save()) return -1;
   }
   if (changed || event_code == kEventReportAll) {
     logEvent(EventLevel::information, "Modified Channel %d channel name: %s", profile + 1, new_name);

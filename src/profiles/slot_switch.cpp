@@ -40,14 +40,14 @@ void findConflicts(HostAnswers &host, const char *usbslot, SlotSwitch &change) {
 }
 
 bool writeSwitch(const SlotSwitch &change) {
-  const ConfigWriter config(OpenFailure::write);
+  ConfigWriter config(OpenFailure::write);
   if (!config) return false;
   for (int i = 0; i < kChannels; ++i) {
     if (i == change.own) config.channel(i).set(keys::slot_switch, change.on ? 1 : 0);
     if (change.parks[i]) config.channel(i).set(keys::conflictch, change.own);
   }
   config.channel(change.own).set(keys::conflictch, change.parked_behind);
-  return true;
+  return config.save();
 }
 
 /// Does the manager have a stream to start? The codec is meant to be that of the last channel but the own, not the

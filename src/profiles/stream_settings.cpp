@@ -111,13 +111,14 @@ int vl_set_usbchn_stream(int profile, _streaminfo *new_info, const _streaminfo *
 
   bool changed = false;
   {
-    const ConfigWriter config;
+    ConfigWriter config;
     if (!config) return -1;
     Add_setStream_log(profile, new_info, old_info, chosen_fps, event_code);  // by design before the first key
     ChangedSettings settings(config.channel(channel), *new_info, *old_info);
     if (hasVideo(new_info->stream_type)) settings.writeVideo(chosen_fps);
     if (hasAudio(new_info->stream_type)) settings.writeAudio();
     changed = settings.any();
+    if (!config.save()) return -1;
   }
   if (!changed && event_code != kEventReportAll) return 0;
   ChangeNotification notification(profile, event_code);

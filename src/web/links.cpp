@@ -32,6 +32,13 @@ void removeStreamLink(const char *name) {
   if (lstat(path, &status) == 0) removePath(path);
 }
 
+void takeBackStreamLink(const char *name) {
+  if (name[0] == '\0') return;
+  LinkPath path;
+  formatLinkPath(path, name);
+  removePath(path);
+}
+
 void withdrawShareLink(const Section &channel) {
   channel.set(keys::ssid, "");
   channel.set(keys::token, "");

@@ -15,6 +15,9 @@ void makeStreamLink(int profile, const char *name);
 /// Removes the link of that name where there is one, also when it leads nowhere.
 void removeStreamLink(const char *name);
 
+/// Removes a link that was made under a new name which then could not be stored.
+void takeBackStreamLink(const char *name);
+
 /// Forgets what names a channel's share link and lets its viewers in.
 void withdrawShareLink(const Section &channel);
 

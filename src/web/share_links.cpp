@@ -35,19 +35,28 @@ bool readStoredLink(int channel, ShareLinkInfo &info, StoredLink &stored) {
   return true;
 }
 
-void makeIdentifiers(const char *kept_ssid, LinkIdentifiers &made) {
+/// False when the token or the link's name could not be made: without one of them there is no link.
+bool makeIdentifiers(const char *kept_ssid, LinkIdentifiers &made) {
   copyText(made.ssid, kept_ssid);
   if (kept_ssid[0] == '\0') generate_ssid(made.ssid);
   generate_hash(made.token);
   generate_hash(made.hash_string);
+  return made.token[0] != '\0' && made.hash_string[0] != '\0';
 }
 
-/// Stores the identifiers and makes the link, all under the lock.
+/// Sets the identifiers and makes the link, all under the lock.
 void publish(const Section &section, int profile, const LinkIdentifiers &link, bool ssid_is_new) {
   if (ssid_is_new) section.set(keys::ssid, link.ssid);
   section.set(keys::token, link.token);
   section.set(keys::hash_string, link.hash_string);
   makeStreamLink(profile, link.hash_string);
+}
+
+/// False when nothing could be stored; the link, if one was made, is then gone again.
+bool saveWithLink(ConfigWriter &config, const LinkIdentifiers &link) {
+  if (config.save()) return true;
+  takeBackStreamLink(link.hash_string);
+  return false;
 }
 
 /// The whole fields, so that nothing of what stood there before is left behind the texts.
@@ -65,19 +74,13 @@ void setProtection(const Section &section, const ShareLinkInfo &info, const char
   section.set(keys::shrpwd, password);
 }
 
-/// The number in a section name "ch0" to "ch9"; kNone for any other name.
-int channelNamed(const char *section) {
-  if (!startsWith(section, "ch") || section[2] < '0' || section[2] > '9' || section[3] != '\0') return kNone;
-  return section[2] - '0';
-}
-
-/// Removes the link that a channel's file entry names; with no channel there is none.
-int removeStoredLink(int channel) {
-  char name[kLinkNameSize] = "";
+/// Removes the link that a section of the file names.
+int removeStoredLink(const char *section) {
+  char name[kLinkNameSize];
   {
     const ConfigReader config;
     if (!config) return -1;
-    if (channel != kNone) config.channel(channel).get(keys::hash_string, name);
+    Section(config.handle(), section).get(keys::hash_string, name);
   }
   removeStreamLink(name);
   return 0;
@@ -98,19 +101,21 @@ int vl_set_share_link(ShareLinkInfo *info) {
   const bool enabled = info->shrenable != 0;
   const bool has_ssid = info->ssid[0] != '\0';
   const bool stays = enabled && has_ssid && usbdev::isSame(password, stored.shrpwd);
+  const bool gets_link = enabled && !stays;
   usbdev::LinkIdentifiers link;
-  if (enabled && !stays) usbdev::makeIdentifiers(info->ssid, link);
+  if (gets_link && !usbdev::makeIdentifiers(info->ssid, link)) return -1;
 
   {
-    const usbdev::ConfigWriter config;
+    usbdev::ConfigWriter config;
     if (!config) return -1;
     const usbdev::Section &section = config.channel(channel);
     usbdev::setProtection(section, *info, password);
     if (!stays) usbdev::removeStreamLink(stored.hash_string);
     if (!enabled) usbdev::withdrawShareLink(section);
-    if (enabled && !stays) usbdev::publish(section, info->profile, link, !has_ssid);
+    if (gets_link) usbdev::publish(section, info->profile, link, !has_ssid);
+    if (!usbdev::saveWithLink(config, link)) return -1;
   }
-  if (enabled && !stays) usbdev::tell(*info, link);
+  if (gets_link) usbdev::tell(*info, link);
   return 0;
 }
 
@@ -135,18 +140,17 @@ int vl_renew_share_link(ShareLinkInfo *info) {
   if (info == nullptr) return -1;
   const int channel = usbdev::channelOfProfile(info->profile);
   if (channel == usbdev::kNone) return -1;
-  usbdev::removeStoredLink(channel);  // the new link is made whether or not the old one went
+  usbdev::removeStoredLink(usbdev::channelName(channel));  // the new link is made whether or not the old one went
   usbdev::LinkIdentifiers link;
-  usbdev::makeIdentifiers("", link);
+  if (!usbdev::makeIdentifiers("", link)) return -1;
   {
-    const usbdev::ConfigWriter config;
+    usbdev::ConfigWriter config;
     if (!config) return -1;
     usbdev::publish(config.channel(channel), info->profile, link, true);
+    if (!usbdev::saveWithLink(config, link)) return -1;
   }
   usbdev::tell(*info, link);
   return 0;
 }
 
-int remove_hash_link(const char *section) {
-  return section == nullptr ? -1 : usbdev::removeStoredLink(usbdev::channelNamed(section));
-}
+int remove_hash_link(const char *section) { return section == nullptr ? -1 : usbdev::removeStoredLink(section); }

@@ -65,12 +65,12 @@ int vl_SourcerStreamingProcess(int number, int kind) {
 }
 
 int mn_update_pfstate(int profile, int value) {
-  const usbdev::ProfileStateWriter config;
+  usbdev::ProfileStateWriter config;
   if (!config) return -1;
   char name[16];
   usbdev::formatText(name, "pf%d", profile);
   usbdev::Section(config.handle(), name).set(usbdev::kAvailable, value);
-  return 0;
+  return config.save() ? 0 : -1;
 }
 
 int vl_get_pidvid(int profile, char *pidvid) {

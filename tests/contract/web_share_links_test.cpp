@@ -7,8 +7,10 @@
 namespace contract {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 constexpr char kUuidCommand[] = "/bin/cat /proc/sys/kernel/random/uuid";
 constexpr char kUuid[] = "1b4e28ba-2fa1-11d2-883f-0016d3cca427\n";
@@ -84,13 +86,29 @@ TEST_F(ANewShareLink, HasItsIdentifiersMadeBeforeTheFileIsOpenedForWriting) {
                           "popen " + command, "pclose " + command, "open w", linking(3, kHash), "close"));
 }
 
-TEST_F(ANewShareLink, WhoseNameCannotBeMadeIsStoredWithoutALink) {
+TEST_F(ANewShareLink, WhoseIdentifiersCannotBeMadeIsNotStored) {
   host.commands.cannotStart(kUuidCommand);
-  EXPECT_EQ(vl_set_share_link(&info), 0);
-  EXPECT_EQ(get("ssid"), "00004711");
-  EXPECT_EQ(get("token"), "");
-  EXPECT_STREQ(info.hash_string, "");
+  EXPECT_EQ(vl_set_share_link(&info), -1);
+  EXPECT_THAT(host.journal.only({"open"}), Not(Contains("open w")));
+  EXPECT_EQ(info.token[0], '#');
   EXPECT_THAT(executed(), IsEmpty());
+}
+
+// The host's random text, when it gives one at the n-th question alone.
+void giveOneIdentifier(Host &host, int number) {
+  host.commands.prints(kUuidCommand, number == 1 ? kUuid : "");
+  host.journal.watch([&host, number](const std::string &line) {
+    if (line == std::string("pclose ") + kUuidCommand) host.commands.prints(kUuidCommand, number == 1 ? "" : kUuid);
+  });
+}
+
+TEST_F(ANewShareLink, IsNotStoredWithATokenAndNoNameNorTheOtherWayRound) {
+  for (const int number : {1, 2}) {
+    giveOneIdentifier(host, number);
+    EXPECT_EQ(vl_set_share_link(&info), -1) << "only identifier " << number << " could be made";
+    EXPECT_THAT(host.config.writes(), IsEmpty());
+    EXPECT_THAT(executed(), IsEmpty());
+  }
 }
 
 TEST_F(ANewShareLink, WithAPasswordThatFillsItsFieldIsStoredCut) {
@@ -248,6 +266,14 @@ TEST_F(ARenewedShareLink, LosesItsOldLinkOutsideTheLockAndGetsItsNewOneInside) {
               ElementsAre("open r", "close", "open r", "close", removing("old"), "open w", linking(3, kHash), "close"));
 }
 
+TEST_F(ARenewedShareLink, WhoseIdentifiersCannotBeMadeIsLostAndWhatIsStoredStays) {
+  host.commands.cannotStart(kUuidCommand);
+  EXPECT_EQ(vl_renew_share_link(&info), -1);
+  EXPECT_THAT(host.config.writes(), IsEmpty());
+  EXPECT_EQ(get("token"), "old-token");
+  EXPECT_THAT(executed(), ElementsAre(removing("old")));
+}
+
 TEST_F(ARenewedShareLink, IsMadeForADisabledOneToo) {
   host.channel(6).set("sharelink/shrenable", 0);
   info.shrenable = 0;
@@ -270,7 +296,15 @@ TEST_F(ASharedProfile, HasItsLinkRemovedByItsSection) {
   EXPECT_EQ(get("hash_string"), "old");
 }
 
-TEST_F(ASharedProfile, LosesNothingWithAnotherSection) {
+TEST_F(ASharedProfile, HasItsLinkRemovedByAnySectionThatNamesIt) {
+  for (const std::string section : {"door", "ch10", "pf0"}) {
+    host.config.set(section + "/sharelink/hash_string", "old");
+    EXPECT_EQ(remove_hash_link(section.c_str()), 0);
+  }
+  EXPECT_THAT(executed(), ElementsAre(removing("old"), removing("old"), removing("old")));
+}
+
+TEST_F(ASharedProfile, LosesNothingWithASectionThatNamesNoLink) {
   for (const char *section : {"ch5", "ch", "ch66", "c", "", "%n%s"}) EXPECT_EQ(remove_hash_link(section), 0);
   EXPECT_THAT(executed(), IsEmpty());
   EXPECT_EQ(remove_hash_link(nullptr), -1);

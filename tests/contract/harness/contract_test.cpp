@@ -67,4 +67,8 @@ std::string openFailure(int code) {
   return "open:[/etc/config/usbdev.conf] failed, ret: " + std::to_string(code) + "\n";
 }
 
+std::string closeFailure(int code) {
+  return "close:[/etc/config/usbdev.conf] failed, ret: " + std::to_string(code) + "\n";
+}
+
 }  // namespace contract

@@ -28,8 +28,9 @@ class ContractTest : public testing::Test {
   Lines allowed_open_;
 };
 
-// The message of a configuration that cannot be opened.
+// The messages of a configuration that cannot be opened or stored.
 std::string openFailure(int code);
+std::string closeFailure(int code);
 
 }  // namespace contract
 

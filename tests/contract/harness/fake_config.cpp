@@ -43,10 +43,17 @@ void FakeConfig::failOpenNumber(int number, int code) {
   failing_open_result_ = code;
 }
 
+void FakeConfig::failWriteCloseNumber(int number, int code) {
+  failing_write_close_ = number;
+  failing_write_close_result_ = code;
+}
+
 void FakeConfig::failNothing() {
   failReadOpens(1);
   failWriteOpens(1);
   failOpenNumber(0, 1);
+  failWriteCloseNumber(0, 1);
+  failReadCloses(1);
 }
 
 int FakeConfig::openHandles() const {
@@ -79,6 +86,11 @@ std::function<void()> FakeConfig::dueEffect() {
 int FakeConfig::openResult(int mode) {
   if (failing_open_ > 0 && --failing_open_ == 0) return failing_open_result_;
   return mode == 0 ? read_open_result_ : write_open_result_;
+}
+
+int FakeConfig::closeResult(bool writing) {
+  if (!writing) return read_close_result_;
+  return failing_write_close_ > 0 && --failing_write_close_ == 0 ? failing_write_close_result_ : 1;
 }
 
 int FakeConfig::open(int mode, const char *file, void **handle) {
@@ -121,10 +133,11 @@ int FakeConfig::close(void *handle, int flag) {
   if (flag != 0) journal_.violation("configuration closed with flag " + std::to_string(flag));
   Handle *opened = checked(handle, "close");
   if (opened == nullptr) return 0;
-  journal_.add("close");
+  const int result = closeResult(opened->writing);
+  journal_.add(result < 0 ? "close failed" : "close");
   opened->open = false;
-  if (opened->writing) files_[opened->file] = opened->pending;
-  return 1;
+  if (opened->writing && result >= 0) files_[opened->file] = opened->pending;
+  return result;
 }
 
 bool FakeConfig::read(void *handle, const std::string &path, std::string &value) {

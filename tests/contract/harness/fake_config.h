@@ -41,6 +41,10 @@ class FakeConfig {
   void failWriteOpens(int code) { write_open_result_ = code; }
   // The n-th open from now (1 = the next) fails with this code, whatever its mode.
   void failOpenNumber(int number, int code);
+  // The n-th close of a write handle from now gives this code; a negative one has stored nothing.
+  void failWriteCloseNumber(int number, int code);
+  // From now on the closes of read handles give this code.
+  void failReadCloses(int code) { read_close_result_ = code; }
   // This path cannot be written.
   void refuseWritesOf(const std::string &path) { refused_.insert(path); }
   void failNothing();
@@ -68,6 +72,7 @@ class FakeConfig {
 
   std::function<void()> dueEffect();
   int openResult(int mode);
+  int closeResult(bool writing);
   int countOpen() const;
   Handle *checked(void *handle, const char *operation);
 
@@ -82,6 +87,9 @@ class FakeConfig {
   int write_open_result_ = 1;
   int failing_open_ = 0;
   int failing_open_result_ = 1;
+  int failing_write_close_ = 0;
+  int failing_write_close_result_ = 1;
+  int read_close_result_ = 1;
   int awaited_open_ = 0;
   std::function<void()> before_open_;
 };
