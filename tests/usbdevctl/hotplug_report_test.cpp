@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "json_of.h"
+#include "some_cameras.h"
 #include "text_fields.h"
 
 namespace {
@@ -28,37 +29,37 @@ HotplugOutcome colliding(int channel, int other, int other_profile) {
 }
 
 TEST(APluggedDevice, IsReportedWithChannelAndProfile) {
-  EXPECT_EQ(plugReport(chosen(3, 1)).text(false),
+  EXPECT_EQ(plugReport(chosen(3, 1), {}).text(false),
             "channel     3\n"
             "profile     1\n"
             "conflict    none\n");
-  EXPECT_EQ(jsonOf(plugReport(chosen(3, 1))), "{\"schema\":1,\"channel\":3,\"profile\":1,\"conflict\":null}\n");
+  EXPECT_EQ(jsonOf(plugReport(chosen(3, 1), {})), "{\"schema\":1,\"channel\":3,\"profile\":1,\"conflict\":null}\n");
 }
 
 TEST(APluggedDevice, WithoutAChannelIsReportedAsNone) {
-  EXPECT_EQ(plugReport(HotplugOutcome()).text(false), "channel     none\nprofile     none\nconflict    none\n");
-  EXPECT_EQ(jsonOf(plugReport(HotplugOutcome())),
+  EXPECT_EQ(plugReport(HotplugOutcome(), {}).text(false), "channel     none\nprofile     none\nconflict    none\n");
+  EXPECT_EQ(jsonOf(plugReport(HotplugOutcome(), {})),
             "{\"schema\":1,\"channel\":null,\"profile\":null,\"conflict\":null}\n");
 }
 
 TEST(APluggedCamera, ThatWaitsNamesTheChannelItWaitsBehind) {
   const HotplugOutcome outcome = colliding(1, 0, 2);
-  EXPECT_EQ(plugReport(outcome).text(false),
+  EXPECT_EQ(plugReport(outcome, someCamera(0, "3-1", 2)).text(false),
             "channel     1\n"
             "profile     none\n"
-            "conflict    waits behind channel 0 (profile 2, \"Door\\x0a\")\n");
-  EXPECT_THAT(jsonOf(plugReport(outcome)),
+            "conflict    waits behind channel 0  3-1  \"USB Camera\"  profile 2\n");
+  EXPECT_THAT(jsonOf(plugReport(outcome, {})),
               EndsWith(R"("conflict":{"channel":0,"profile":2,"profile_name":"Door\n","parked":true}})"
                        "\n"));
 }
 
 TEST(APluggedCamera, ThatMakesAnotherWaitSaysSo) {
   const HotplugOutcome outcome = colliding(1, 1, -1);
-  EXPECT_EQ(plugReport(outcome).text(false),
+  EXPECT_EQ(plugReport(outcome, someCamera(0, "3-1", 2)).text(false),
             "channel     1\n"
             "profile     none\n"
             "conflict    another camera at this root port now waits behind this channel\n");
-  EXPECT_THAT(jsonOf(plugReport(outcome)),
+  EXPECT_THAT(jsonOf(plugReport(outcome, {})),
               EndsWith(R"("conflict":{"channel":1,"profile":null,"profile_name":"Door\n","parked":false}})"
                        "\n"));
 }

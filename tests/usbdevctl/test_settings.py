@@ -6,7 +6,8 @@ from conftest import RunOnHost, run_all
 
 # A camera with both codecs in a port of its own; profile 0 is bound to it.
 CAMERA = "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 0"
-UNBOUND = "usbdevctl: profile 0 is bound to no device\n"
+UNBOUND = "usbdevctl: profile 0 has no camera; no channel has a camera\n"
+NAME = "USB 2.0 Camera"
 UNREADABLE = "echo '<vel' >/etc/config/usbdev.conf"
 
 
@@ -109,9 +110,9 @@ def test_a_profile_that_cannot_stream_says_why(on_host: RunOnHost) -> None:
     errors = [(result.err, result.status) for result in results]
     assert errors[:2] == 2 * [(UNBOUND, 3)]
     assert [errors[3], errors[5], errors[7]] == [
-        ("usbdevctl: the camera of profile 1 waits behind another one, or is not supported\n", 3),
-        ("usbdevctl: the port of profile 0 is switched off\n", 3),
-        ("usbdevctl: the device of profile 0 is not attached\n", 3),
+        (f'usbdevctl: channel 1  3-1.2  "{NAME}: HD USB Camera"  profile 1: it waits behind channel 0\n', 3),
+        (f'usbdevctl: channel 0  3-1.1  "{NAME}: USB Camera"  profile 0: its port is switched off\n', 3),
+        (f'usbdevctl: channel 0  3-1.1  "{NAME}: USB Camera"  profile 0  unplugged: it is unplugged\n', 3),
     ]
 
 

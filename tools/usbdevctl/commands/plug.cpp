@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/device.h"
 #include "output/output.h"
@@ -11,7 +12,11 @@ namespace {
 ExitStatus plug(const DeviceOptions &device) {
   HotplugOutcome outcome;
   const ExitStatus status = runHotplug(device, true, outcome);
-  if (status != ExitStatus::failure) print(recordOutput(plugReport(outcome), device.json));
+  if (status == ExitStatus::failure) return status;
+  Camera other;
+  other.channel = outcome.conflict.channel;
+  if (other.channel >= 0) readAgain(other);
+  print(recordOutput(plugReport(outcome, other), device.json));
   return status;
 }
 

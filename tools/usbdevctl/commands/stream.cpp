@@ -2,33 +2,28 @@
 
 #include <usbdev/profiles.h>
 
+#include "commands/cameras.h"
 #include "commands/commands.h"
-#include "commands/configuration.h"
+#include "output/output.h"
+#include "parts/collision.h"
 
 namespace usbdevctl {
 
 namespace {
 
-std::string whyWithoutStream(int profile, int result) {
-  const std::string name = "profile " + std::to_string(profile);
-  switch (result) {
-    case -2:
-      return "the device of " + name + " is not attached";
-    case -3:
-      return "the camera of " + name + " waits behind another one, or is not supported";
-    case -4:
-      return "the port of " + name + " is switched off";
-    default:
-      return name + " is bound to no device";
-  }
+ExitStatus explainLack(int profile) {
+  Camera camera;
+  const ExitStatus found = findCamera({CameraName::By::profile, profile, ""}, camera);
+  if (found != ExitStatus::ok) return found;
+  complain(cameraText(camera) + ": " + streamLackText(camera.row));
+  return ExitStatus::nothing;
 }
 
 }  // namespace
 
 ExitStatus readStream(int profile, _streaminfo &record) {
   record = {};
-  const int result = vl_get_stream_info(profile, &record);
-  return result == 0 ? ExitStatus::ok : nothingApplies(whyWithoutStream(profile, result));
+  return vl_get_stream_info(profile, &record) == 0 ? ExitStatus::ok : explainLack(profile);
 }
 
 void addStream(Command &program) {

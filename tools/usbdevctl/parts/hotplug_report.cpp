@@ -11,12 +11,11 @@ namespace {
 // makes the other one wait.
 bool isParked(const HotplugOutcome &outcome) { return outcome.conflict.channel != outcome.channel; }
 
-std::string conflictText(const HotplugOutcome &outcome) {
+std::string conflictText(const HotplugOutcome &outcome, const Camera &other) {
   const _usbdev_conflict &conflict = outcome.conflict;
   if (!numberUnlessNone(conflict.channel)) return "";
   if (!isParked(outcome)) return "another camera at this root port now waits behind this channel";
-  return "waits behind channel " + std::to_string(conflict.channel) + " (profile " + numberText(conflict.profile) +
-         ", \"" + printable(fieldText(conflict.profilename)) + "\")";
+  return "waits behind " + cameraText(other);
 }
 
 Json conflictJson(const HotplugOutcome &outcome) {
@@ -37,9 +36,9 @@ Fields chosen(const HotplugOutcome &outcome) {
 
 }  // namespace
 
-Fields plugReport(const HotplugOutcome &outcome) {
+Fields plugReport(const HotplugOutcome &outcome, const Camera &other) {
   return chosen(outcome)
-      .add(forPeople("conflict", {conflictText(outcome)}))
+      .add(forPeople("conflict", {conflictText(outcome, other)}))
       .add(forPrograms("conflict", conflictJson(outcome)));
 }
 

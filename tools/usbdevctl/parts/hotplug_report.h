@@ -4,6 +4,7 @@
 #include <usbdev/records.h>
 
 #include "output/fields.h"
+#include "parts/camera.h"
 
 namespace usbdevctl {
 
@@ -18,7 +19,8 @@ struct HotplugOutcome {
   HotplugOutcome() { conflict.channel = conflict.profile = -1; }
 };
 
-Fields plugReport(const HotplugOutcome &outcome);
+/// `other` is the camera of the conflict, if there is one.
+Fields plugReport(const HotplugOutcome &outcome, const Camera &other);
 Fields unplugReport(const HotplugOutcome &outcome);
 
 }  // namespace usbdevctl
