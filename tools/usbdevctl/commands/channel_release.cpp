@@ -5,14 +5,14 @@
 #include <usbdev/profiles.h>
 #include <usbdev/web.h>
 
+#include "commands/event_codes.h"
 #include "parts/channel_reset.h"
 
 namespace usbdevctl {
 
 namespace {
 
-constexpr int kEventCleared = 4;  // that a user unbinds a profile
-constexpr int kHandOver = 0;      // the mode in which a port is handed over
+constexpr int kHandOver = 0;  // the mode in which a port is handed over
 
 std::string section(int channel) { return "ch" + std::to_string(channel); }
 

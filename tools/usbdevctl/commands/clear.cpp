@@ -4,6 +4,7 @@
 
 #include "commands/cameras.h"
 #include "commands/commands.h"
+#include "commands/event_codes.h"
 #include "commands/shared_arguments.h"
 #include "output/output.h"
 
@@ -15,9 +16,6 @@ struct Options {
   CameraArgument camera{CameraName::By::profile};
   bool json = false;
 };
-
-// The event code that the application sends when a user unbinds a profile.
-constexpr int kEventCleared = 4;
 
 ExitStatus clear(const Options &options) {
   int profile = 0;

@@ -6,9 +6,9 @@
 #include "commands/commands.h"
 #include "commands/configuration.h"
 #include "commands/settings_access.h"
+#include "commands/share_page.h"
 #include "commands/shared_arguments.h"
 #include "output/output.h"
-#include "output/printable.h"
 #include "parts/hotplug_lock.h"
 
 namespace usbdevctl {
@@ -67,8 +67,7 @@ ExitStatus takeBack(const Move &move, std::size_t done) {
 std::string sharePage(int profile) {
   ShareLinkInfo link = {};
   link.profile = profile;
-  if (vl_get_share_link(&link) != 0 || link.ssid[0] == '\0') return "";
-  return "/share?ssid=" + fieldText(link.ssid) + "&token=" + fieldText(link.token);
+  return vl_get_share_link(&link) == 0 ? pageOf(link) : "";
 }
 
 ExitStatus report(const Options &options, Move &move) {

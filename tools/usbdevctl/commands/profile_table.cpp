@@ -1,12 +1,10 @@
-#include <usbdev/profiles.h>
-
 #include <memory>
 
 #include "commands/commands.h"
 #include "commands/configuration.h"
+#include "commands/profile_list.h"
 #include "commands/shared_arguments.h"
 #include "output/output.h"
-#include "output/printable.h"
 #include "parts/profiles.h"
 
 namespace usbdevctl {
@@ -14,12 +12,8 @@ namespace usbdevctl {
 namespace {
 
 ExitStatus profiles(bool json) {
-  std::array<_usbdev_entry, USBDEV_PROFILES> entries = {};
-  if (vl_get_profile_list(entries.data()) != 0) return configurationUnreadable();
   Profiles profiles;
-  for (std::size_t i = 0; i < profiles.size(); ++i) {
-    profiles[i] = {entries[i], followLink(kApplicationFolder, fieldText(entries[i].hlspath))};
-  }
+  if (!readProfiles(profiles)) return configurationUnreadable();
   print(listOutput("profiles", profileFields(profiles), json));
   return ExitStatus::ok;
 }

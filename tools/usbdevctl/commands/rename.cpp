@@ -4,6 +4,7 @@
 
 #include "commands/cameras.h"
 #include "commands/commands.h"
+#include "commands/event_codes.h"
 #include "commands/shared_arguments.h"
 #include "output/output.h"
 #include "output/printable.h"
@@ -24,7 +25,6 @@ ExitStatus rename(const Options &options) {
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
-  constexpr int kLogChangesOnly = 0;
   if (vl_set_profile_channelname(profile, options.name.c_str(), kLogChangesOnly) != 0) return refusedFor(profile);
   Camera camera;
   const ExitStatus read_again = findCamera({CameraName::By::profile, profile, ""}, camera);

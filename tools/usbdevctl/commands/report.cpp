@@ -14,6 +14,7 @@
 #include "commands/cameras.h"
 #include "commands/commands.h"
 #include "commands/configuration.h"
+#include "commands/profile_list.h"
 #include "commands/shared_arguments.h"
 #include "commands/tool_output.h"
 #include "output/output.h"
@@ -53,15 +54,6 @@ NamedTexts readHost() {
           {"one channel only", yesOrNo(AMDmodel_oneChannelLimited() != 0)},
           {"codec package", fieldText(codec.version)},
           {"encodes", yesOrNo(encodes != 0)}};
-}
-
-bool readProfiles(Profiles &profiles) {
-  std::array<_usbdev_entry, USBDEV_PROFILES> entries = {};
-  if (vl_get_profile_list(entries.data()) != 0) return false;
-  for (std::size_t i = 0; i < profiles.size(); ++i) {
-    profiles[i] = {entries[i], followLink(kApplicationFolder, fieldText(entries[i].hlspath))};
-  }
-  return true;
 }
 
 std::vector<Event> readEvents() {

@@ -6,15 +6,13 @@
 
 #include "commands/channel_release.h"
 #include "commands/collisions.h"
+#include "commands/event_codes.h"
 #include "output/output.h"
 #include "output/printable.h"
 
 namespace usbdevctl {
 
 namespace {
-
-constexpr int kLogChangesOnly = 0;
-constexpr int kEventCleared = 4;  // that a user unbinds a profile
 
 ShareLinkInfo shareOf(int profile) {
   ShareLinkInfo link = {};

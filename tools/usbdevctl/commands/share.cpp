@@ -7,6 +7,7 @@
 #include "commands/commands.h"
 #include "commands/password.h"
 #include "commands/share_check.h"
+#include "commands/share_page.h"
 #include "commands/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
@@ -28,12 +29,6 @@ ShareLinkInfo linkOf(int profile) {
   ShareLinkInfo link = {};
   link.profile = profile;
   return link;
-}
-
-/// Where the host's web pages show the stream; nowhere without a link.
-std::string pageOf(const ShareLinkInfo &link) {
-  if (link.ssid[0] == '\0') return "";
-  return "/share?ssid=" + fieldText(link.ssid) + "&token=" + fieldText(link.token);
 }
 
 Fields describe(const ShareLinkInfo &link) {

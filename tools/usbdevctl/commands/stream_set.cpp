@@ -4,6 +4,7 @@
 
 #include "commands/cameras.h"
 #include "commands/configuration.h"
+#include "commands/event_codes.h"
 #include "commands/shared_arguments.h"
 #include "commands/stream.h"
 #include "output/output.h"
@@ -58,7 +59,6 @@ ExitStatus set(const Options &options) {
   const ExitStatus status = readStream(profile, before);
   if (status != ExitStatus::ok) return status;
 
-  constexpr int kLogChangesOnly = 0;
   const std::int64_t newest = newestEvent();
   _streaminfo wanted = changed(before, options.change);
   if (vl_set_usbchn_stream(profile, &wanted, &before, kLogChangesOnly) != 0) {
