@@ -26,15 +26,9 @@ using Names = std::set<std::string>;
 // Data, and a function that ends the process.
 const Names kNotCalled{"NVR_CGI", "error"};
 
-// What one call may run again: the first for the file that it leaves, the second for another identifier each time. The
-// encoding question is not kept yet by the start-up and by the list of what can stream.
+// What one call may run again: the first for the file that it leaves, the second for another identifier each time.
 const Names kMayRepeat{"system /bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info",
-                       std::string("popen ") + kUuidCommand,
-                       "popen /sbin/readcfg \"Halvane\" \"Install_Path\" -c -d READCFG_FAILD -f /etc/config/bndl.conf",
-                       "popen /sbin/readcfg \"Halvane\" \"Enable\" -c -d READCFG_FAILD -f /etc/config/bndl.conf",
-                       std::string("popen ") + kModelCommand,
-                       std::string("popen ") + kGpuListCommand,
-                       std::string("popen ") + kGpuStateCommand};
+                       std::string("popen ") + kUuidCommand};
 
 const Situations &situations() {
   static const Situations all = [] {
@@ -118,9 +112,9 @@ std::string table() {
 }
 
 void play(const Situation &situation, Host &host) {
-  OutputCapture output;
+  const OutputCapture output(stdout);
+  const OutputCapture errors(stderr);
   situation.play(host);
-  fflush(stdout);  // what the functions say ends in the capture
 }
 
 std::string whole(const Journal &journal) {
