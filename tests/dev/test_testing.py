@@ -42,7 +42,8 @@ def test_a_sanitizer_build_that_fails_is_shown_and_counts_as_a_failure(machine: 
 
 
 def test_a_log_gets_a_line_for_every_tenth_of_the_tests(machine: Machine) -> None:
-    steps = "".join(f"      Start {step}: Test {step}\n{step:3}/300 Test #{step}: Name ...   Passed    0.1 sec\n" for step in range(1, 301))
+    step = "      Start {0}: Name\n{0:3}/300 Test #{0}: Name ...   Passed    0.1 sec\n"
+    steps = "".join(step.format(number) for number in range(1, 301))
     machine.tests_end_with(steps + PASSED)
     output = machine.dev("test", "Name").output
     assert [line for line in output.splitlines() if line.startswith("tests, release: ")] == [

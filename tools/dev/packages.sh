@@ -50,7 +50,8 @@ as_root() {
 
 expect_rights() {
   command -v apt-get >/dev/null || give_up 'packages are installed on Debian only, and there is no apt-get here'
-  [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null || give_up 'installing packages takes the rights of root, and there is no sudo here'
+  [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null ||
+    give_up 'installing packages takes the rights of root, and there is no sudo here'
   as_root true || give_up 'installing packages takes the rights of root, and sudo does not give them'
 }
 
@@ -115,7 +116,8 @@ install_missing() {
   echo "missing packages: $wanted"
   expect_rights
   echo 'reading the lists of packages'
-  as_root apt-get -qq -o APT::Update::Error-Mode=any update || echo 'dev: not every list could be read; going on with those that are here' >&2
+  as_root apt-get -qq -o APT::Update::Error-Mode=any update ||
+    echo 'dev: not every list could be read; going on with those that are here' >&2
   say_how_much
   expect_consent
   mkdir -p build
