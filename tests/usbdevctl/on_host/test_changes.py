@@ -2,6 +2,9 @@
 
 from __future__ import annotations
 
+import shutil
+from collections.abc import Iterator
+
 import pytest
 from conftest import CONFIGURATION, document, usbdevctl
 
@@ -45,7 +48,7 @@ def test_a_profile_without_a_sound_card_has_no_volume(profile: str) -> None:
 @pytest.mark.usefixtures("profile")
 def test_a_synchronisation_says_what_it_found() -> None:
     result = usbdevctl("sync")
-    assert result.stdout == "channels synchronised: 1 with an attached device, 1 that keep the place of another\n"
+    assert result.stdout == "after the synchronisation: 1 channels with an attached device, 1 that keep the place of another\n"
     assert result.returncode == 0
     assert document("sync") == {"attached": 1, "away": 1}
 
@@ -64,3 +67,28 @@ def test_nothing_is_attached_to_be_switched() -> None:
     result = usbdevctl("slot", "off", "ch4")
     assert result.stderr == f"usbdevctl: nothing is attached to switch: {CAMERA}  unplugged\n"
     assert (result.stdout, result.returncode) == ("", 3)
+
+
+@pytest.fixture
+def full_disk(profile: str) -> Iterator[None]:
+    """A host that can open its configuration for writing and cannot store it."""
+    in_the_way = CONFIGURATION.parent / f".{CONFIGURATION.name}.new"
+    (in_the_way / "full").mkdir(parents=True)
+    yield
+    shutil.rmtree(in_the_way)
+
+
+EVENTS = [
+    ("plug", "--type", "camera", "--node", "0", "--slot", "3-2", "--name", "Cam"),
+    ("unplug", "--type", "camera", "--slot", "3-1"),
+]
+
+
+@pytest.mark.usefixtures("full_disk")
+@pytest.mark.parametrize("command", [*[command for command, _, _ in CHANGES], *EVENTS])
+def test_a_change_that_cannot_be_stored_is_not_said_to_be_done(command: tuple[str, ...]) -> None:
+    before = CONFIGURATION.read_text()
+    result = usbdevctl(*command)
+    assert (result.stdout, result.returncode, CONFIGURATION.read_text()) == ("", 1, before)
+    assert "could not be stored" in result.stderr.splitlines()[-1]
+    assert "close:[/etc/config/usbdev.conf] failed" in result.stderr

@@ -34,8 +34,9 @@ ExitStatus sync(bool json) {
   if (read_again != ExitStatus::ok) return read_again;
   const auto attached = static_cast<int>(std::count_if(cameras.begin(), cameras.end(), isAttached));
   const int away = static_cast<int>(cameras.size()) - attached;
-  const std::string line = "channels synchronised: " + std::to_string(attached) + " with an attached device, " +
-                           std::to_string(away) + " that keep the place of another\n";
+  const std::string line = "after the synchronisation: " + std::to_string(attached) +
+                           " channels with an attached device, " + std::to_string(away) +
+                           " that keep the place of another\n";
   const Fields members = Fields().add(forPrograms("attached", attached)).add(forPrograms("away", away));
   print(json ? recordOutput(members, true) : line);
   return ExitStatus::ok;
