@@ -40,6 +40,7 @@ class TestABody:
             json.dumps({**QUESTION, "token": ["cafe"]}), json.dumps({**QUESTION, "token": "cafe\0"}),
             json.dumps({**QUESTION, "token": "\ud800"}), json.dumps([QUESTION]),
         ],
+        ids=lambda body: repr(body)[:40],
     )  # fmt: skip
     def test_that_is_no_question_is_refused(self, body: str | bytes) -> None:
         store(**LINK)
@@ -228,5 +229,4 @@ def test_a_head_or_body_that_never_ends_does_not_hold_its_connection() -> None:
     for visit, begin in zip(visits, (head, body)):
         visit.sendall(begin)
     for visit in visits:
-        while still_open(visit):
-            pass
+        assert any(not still_open(visit) for _ in range(300))
