@@ -133,3 +133,13 @@ def test_a_check_allows_what_is_harmless(on_host: RunOnHost) -> None:
     assert (bound.out, bound.status) == (f"bound already: {camera}  profile 0\n", 0)
     assert taken.out.startswith(f"refused: {camera}  profile 0: it has another profile\n")
     assert taken.status == 3
+
+
+def test_an_assignment_that_is_not_stored_is_a_failure(on_host: RunOnHost) -> None:
+    """As on a full disk, no file can grow."""
+    no_growth = "trap '' XFSZ; ulimit -f 0"
+    done = on_host(f"sim plug usb2-camera 3-1 >/dev/null; ({no_growth}; usbdevctl assign 3-1 0; echo $?) 2>&1 | cat")
+    assert done.stdout.splitlines()[1:] == [
+        'usbdevctl: profile 0 could not be bound to channel 0  3-1  "USB 2.0 Camera: USB Camera"  no profile',
+        "1",
+    ]
