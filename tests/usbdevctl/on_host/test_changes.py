@@ -78,14 +78,17 @@ def full_disk(profile: str) -> Iterator[None]:
     shutil.rmtree(in_the_way)
 
 
-EVENTS = [
+OTHERS = [
+    ("stream", "set", "2", "--size", "640x480"),
+    ("share", "on", "2"),
+    ("share", "renew", "2"),
     ("plug", "--type", "camera", "--node", "0", "--slot", "3-2", "--name", "Cam"),
     ("unplug", "--type", "camera", "--slot", "3-1"),
 ]
 
 
 @pytest.mark.usefixtures("full_disk")
-@pytest.mark.parametrize("command", [*[command for command, _, _ in CHANGES], *EVENTS])
+@pytest.mark.parametrize("command", [*[command for command, _, _ in CHANGES], *OTHERS])
 def test_a_change_that_cannot_be_stored_is_not_said_to_be_done(command: tuple[str, ...]) -> None:
     before = CONFIGURATION.read_text()
     result = usbdevctl(*command)

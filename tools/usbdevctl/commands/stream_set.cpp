@@ -40,6 +40,8 @@ std::vector<Event> eventsAfter(std::int64_t id) {
 ExitStatus explainRefusal(int profile, const _streaminfo &wanted) {
   const std::string name = "profile " + std::to_string(profile);
   if (wanted.vnode == -1) return refused(name + " has no camera, without which its stream cannot be set");
+  float rate = 0;
+  if (findclosedFPS(profile, &wanted, &rate) == 0) return refusedFor(profile);
   return refused("the camera of " + name + " does not offer " + wordFor(videoCodecs(), wanted.vcodec) + " at " +
                  sizeText(wanted.width, wanted.height));
 }
