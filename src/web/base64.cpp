@@ -30,7 +30,7 @@ constexpr int kBlock = 6;  // two groups
 
 /// Encodes a block at once, for speed. Reads eight bytes.
 char *encodeBlock(const unsigned char *in, char *out) {
-  std::uint64_t bits;
+  std::uint64_t bits = 0;
   std::memcpy(&bits, in, sizeof bits);
   bits = be64toh(bits);
 #pragma GCC unroll 8
