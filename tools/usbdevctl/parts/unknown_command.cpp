@@ -55,11 +55,13 @@ std::string unknownCommandText(const Command &program, const std::vector<std::st
     const Command *below = find(command->commands(), word);
     if (below == nullptr) {
       const std::string nearest = word.size() > kLongestWord ? "" : nearestTo(word, command->commands());
-      const std::string text = "no command '" + path + printable(word) + "'";
-      return nearest.empty() ? text : text + "; did you mean '" + path + nearest + "'?";
+      std::string text = "no command '";
+      text.append(path).append(printable(word)).append("'");
+      if (!nearest.empty()) text.append("; did you mean '").append(path).append(nearest).append("'?");
+      return text;
     }
     command = below;
-    path += word + " ";
+    path.append(word).append(" ");
   }
   return "";
 }
