@@ -41,9 +41,11 @@ def _import(options: argparse.Namespace) -> int:
 
 
 def _list(_options: argparse.Namespace) -> int:
-    for name in camera_names():
+    names = camera_names()
+    width = max(map(len, names))
+    for name in names:
         camera = load_camera(name)
-        print(f"{name:18} {camera.vendor_id}:{camera.product_id}  {camera.comment}")
+        print(f"{name:{width}} {camera.vendor_id}:{camera.product_id}  {camera.comment}")
     return 0
 
 
