@@ -8,6 +8,7 @@ from conftest import RunOnHost, run_all
 CAMERA = "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 0"
 UNBOUND = "usbdevctl: profile 0 has no camera; no channel has a camera\n"
 NAME = "USB 2.0 Camera"
+NAMED = f'channel 0  3-1  "{NAME}: USB Camera"  profile 0'
 UNREADABLE = "echo '<vel' >/etc/config/usbdev.conf"
 
 
@@ -46,6 +47,7 @@ def test_a_change_tells_the_chosen_rate_and_what_was_logged(on_host: RunOnHost) 
         on_host, CAMERA, "usbdevctl stream set 0 --size 640x480 --fps 100", "usbdevctl stream show 0 --json"
     )
     assert changed.out == (
+        f"camera      {NAMED}\n"
         "fps         60 (100 was asked for)\n"
         "logged      Modified Channel 1 resolution: 640x480\n"
         "logged      Modified Channel 1 FPS: 60.00\n"
@@ -90,7 +92,7 @@ def test_a_size_that_the_camera_does_not_offer_changes_nothing(on_host: RunOnHos
 def test_a_damaged_event_log_does_not_hide_that_the_change_was_stored(on_host: RunOnHost) -> None:
     damage = "mkdir -p /var/log/vl; yes | head -c 2000 >/var/log/vl/event.db"
     _, changed = run_all(on_host, f"{CAMERA}; {damage}", "usbdevctl stream set 0 --fps 60")
-    assert (changed.out, changed.status) == ("fps         60\nlogged      none\n", 0)
+    assert (changed.out, changed.status) == (f"camera      {NAMED}\nfps         60\nlogged      none\n", 0)
     assert "usbdevctl: cannot read the event log /var/log/vl/event.db: file is not a database\n" in changed.err
 
 

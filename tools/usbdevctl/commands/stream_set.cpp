@@ -46,8 +46,13 @@ ExitStatus explainRefusal(int profile, const _streaminfo &wanted) {
                  sizeText(wanted.width, wanted.height));
 }
 
-ExitStatus report(const Options &options, const StreamOutcome &outcome) {
-  print(recordOutput(outcomeFields(outcome, options.change), options.json));
+ExitStatus report(const Options &options, const Camera &camera, const StreamOutcome &outcome) {
+  Fields fields;
+  fields.add(forPeople("camera", {cameraText(camera)}));
+  addCameraMembers(fields, camera);
+  const Fields became = outcomeFields(outcome, options.change);
+  for (const Field &field : became.all()) fields.add(field);
+  print(recordOutput(fields, options.json));
   const std::vector<std::string> in_vain = notStored(outcome.stored, options.change);
   for (const std::string &setting : in_vain) complain(setting + " does not apply to this stream and was not stored");
   return in_vain.empty() ? ExitStatus::ok : ExitStatus::nothing;
@@ -68,8 +73,10 @@ ExitStatus set(const Options &options) {
   }
   StreamOutcome outcome;
   outcome.events = eventsAfter(newest);
-  const ExitStatus read_again = readStream(profile, outcome.stored);
-  return read_again == ExitStatus::ok ? report(options, outcome) : read_again;
+  ExitStatus read_again = readStream(profile, outcome.stored);
+  Camera camera;
+  if (read_again == ExitStatus::ok) read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
+  return read_again == ExitStatus::ok ? report(options, camera, outcome) : read_again;
 }
 
 void addChanges(Command &command, StreamChange &change) {
