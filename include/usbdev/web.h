@@ -6,6 +6,7 @@
 #ifndef USBDEV_WEB_H
 #define USBDEV_WEB_H
 
+#include <limits.h> /* which tells the C library, as every header of it does */
 #include <usbdev/records.h>
 
 #ifdef __cplusplus
@@ -42,10 +43,14 @@ int connect_host(const NasServer *server, char *out, int bufsize, unsigned chunk
  * both can be called.
  */
 #if !defined(_ERROR_H)
-#if defined(__has_include)
-#if __has_include(<error.h>)
+#if defined(__GLIBC__) && defined(__has_include)
+/*
+ * By its whole path: an application may have an error.h of its own, which is none of this header's business. With a C
+ * library that is elsewhere, as a cross compiler's may be, a source in C includes <error.h> first.
+ */
+#if __has_include("/usr/include/error.h")
 #define error usbdev_not_this_error
-#include <error.h>
+#include "/usr/include/error.h"
 #undef error
 #endif
 #endif
