@@ -56,9 +56,7 @@ int connect_host(const NasServer *server, char *out, int bufsize, unsigned chunk
 #endif
 void error(const char *text);
 #elif defined(__cplusplus)
-}
-void error(const char *text) __asm__("error");
-extern "C" {
+extern "C++" void error(const char *text) __asm__("error");
 #endif
 
 /*
