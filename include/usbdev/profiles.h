@@ -33,7 +33,8 @@ int vl_set_usbchn_profile(char *usbslot, int profile);
 /*
  * Unbinds a profile: removes its links, wipes its sharing settings and hands its port over. Runs commands; notifies.
  * profile (in): 0 to 3. client_ip (in): dotted address of who asks, may be null. event_code (in): goes into the
- * notification, and is the mode of updateConflict. Fails when no channel serves the profile.
+ * notification, and is the mode of updateConflict. Fails when no channel serves the profile. When the profile cannot be
+ * unbound, its links are gone all the same.
  */
 int vl_clear_usbchn_profile(int profile, const char *client_ip, int event_code);
 
@@ -50,7 +51,8 @@ int vl_set_profile_channelname(int profile, const char *name, int event_code);
  * of mn_get_usbchn_fmts; notifies when a setting changed or the event code is 5.
  * profile (in): 0 to 3. new_info (in/out): the settings; its stream type is computed anew. old_info (in): the settings
  * as vl_get_stream_info gives them. event_code (in): 5 logs everything. Fails when the camera does not offer codec and
- * size, with nothing written; otherwise returns 0, or the result of the notification.
+ * size, with nothing written; otherwise returns 0, or the result of the notification. The events come before the
+ * settings, and stand also when these cannot be stored.
  */
 int vl_set_usbchn_stream(int profile, _streaminfo *new_info, const _streaminfo *old_info, int event_code);
 

@@ -9,8 +9,8 @@
  *
  * - Result: unless a comment says otherwise, 0 is success and -1 failure. A failure leaves the outputs untouched unless
  *   the comment says what was set. A function that cannot open the file prints "open:[PATH] failed, ret: N" on standard
- *   error; one that cannot store it prints "close:[PATH] failed, ret: N". In both cases the file is as it was, and
- *   nothing of what would have followed is done: no notification, no event, no link.
+ *   error; one that cannot store it prints "close:[PATH] failed, ret: N". In both cases the file is as it was before
+ *   that step, and nothing of what would have followed is done: no notification, no event, no link.
  * - in, out, in/out: direction of a parameter. Every buffer belongs to the caller; sizes are in bytes and include the
  *   terminating zero. Longer texts are cut. Null is refused with the failure result unless a comment allows it.
  * - Takes the lock: enters the library's one process-wide lock, once or several times in turn, and has left it on
@@ -27,11 +27,12 @@
  *   come one at a time over the whole host. Two at once would choose the same free channel, and one device be lost.
  *   The library reads, decides and writes in separate passes and does not prevent it; its callers hold a lock of their
  *   own around these calls.
- * - For the same reason the last of two writers to one channel wins, setting by setting.
+ * - For the same reason the last of two writers to one channel wins, setting by setting, and two calls of
+ *   vl_set_usbchn_profile at once may give one profile to two cameras.
  * - What sends a request shares NVR_CGI: connect_host, nas_auth, nas_logout, nas_sid_auth, vl_auth and vl_sid_auth come
  *   one at a time in a process. http_open and the functions on its sockets share nothing.
- * - AMDmodel_oneChannelLimited, and what asks it, writes "/tmp/vl_cpu.info" and reads it back. Two such calls at the
- *   same moment may find it empty, which counts as a processor that is not Intel's.
+ * - AMDmodel_oneChannelLimited, what asks it, and format queries write "/tmp/vl_cpu.info" and read it back. Two such
+ *   calls at the same moment may find it empty, which counts as a processor that is not Intel's.
  * - Two format queries of one node at once may end each other's command.
  * - Logins end the process where a connection breaks, see error() in <usbdev/web.h>, which is also the name of a
  *   function of the C library: a program that means the latter ends with status 0.

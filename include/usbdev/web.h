@@ -182,7 +182,7 @@ int strip(char *in, char *out);
  * is kept. Takes the lock; runs commands, "/bin/ln" and "/bin/rm", with it held.
  * info (in/out): profile, shrenable, pwdenable and shrpwd are read; ssid is set to the stored one, which a new link
  * keeps; token and hash_string are set when the link is new. Fails, what is stored staying as it is, when the host
- * gives no random text for them.
+ * gives no random text for them. When the settings cannot be stored, a link that was to go is gone all the same.
  */
 int vl_set_share_link(ShareLinkInfo *info);
 
