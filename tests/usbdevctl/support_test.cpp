@@ -7,6 +7,7 @@ namespace {
 using testing::HasSubstr;
 using usbdevctl::EncodingFacts;
 using usbdevctl::encodingLack;
+using usbdevctl::isUsable;
 using usbdevctl::SupportFacts;
 using usbdevctl::surveyFormats;
 using usbdevctl::unsupportedReason;
@@ -66,6 +67,14 @@ class AnUnsupportedCamera : public testing::Test {
 TEST_F(AnUnsupportedCamera, ThatIsListedIsToldTheWholeLine) {
   facts_.listed = true;
   EXPECT_EQ(why(), "its name is a line of /etc/config/.usbnosupportlist.dat: Cam\\x1b");
+}
+
+TEST_F(AnUnsupportedCamera, IsListedOrOffersNoUsableFormat) {
+  EXPECT_FALSE(isUsable(facts_));
+  facts_.usable_formats = 1;
+  EXPECT_TRUE(isUsable(facts_));
+  facts_.listed = true;
+  EXPECT_FALSE(isUsable(facts_));
 }
 
 TEST_F(AnUnsupportedCamera, WithoutMjpgNeedsTheEncoding) {

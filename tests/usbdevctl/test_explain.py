@@ -40,6 +40,21 @@ def test_a_camera_without_a_usable_format_is_told_what_it_lists(on_host: RunOnHo
     ]
 
 
+def test_an_unsupported_camera_stays_one_when_its_port_was_off(on_host: RunOnHost) -> None:
+    _, off, _, on, check, bound = run_all(
+        on_host,
+        "sim plug infrared-camera 3-1; usbdevctl slot off ch0",
+        "usbdevctl explain ch0 --json",
+        "usbdevctl slot on ch0",
+        "usbdevctl explain ch0 --json",
+        "usbdevctl check ch0 0 --json",
+        "usbdevctl assign ch0 0",
+    )
+    assert [reason["reason"] for reason in off.json["reasons"]] == ["unsupported", "switched_off"]
+    assert [reason["reason"] for reason in on.json["reasons"]] == ["unsupported"]
+    assert (check.json["allowed"], check.json["reason"], bound.status) == (False, "unsupported", 1)
+
+
 def test_a_listed_camera_is_told_its_line(on_host: RunOnHost) -> None:
     _, explained = run_all(
         on_host,

@@ -18,11 +18,6 @@ struct Options {
   bool json = false;
 };
 
-std::optional<Reason> whyUnsupported(const ChannelRow &row) {
-  if (row.supported) return std::nullopt;
-  return unsupportedReason(readSupportFacts(row));
-}
-
 ExitStatus explain(const Options &options) {
   Camera camera;
   const ExitStatus found = findCamera(options.camera.name(), camera);

@@ -3,6 +3,7 @@
 #include "commands/cameras.h"
 #include "commands/collisions.h"
 #include "commands/configuration.h"
+#include "commands/support_facts.h"
 #include "output/output.h"
 
 namespace usbdevctl {
@@ -18,6 +19,8 @@ ExitStatus judge(const AssignmentOptions &options, Judgement &judgement) {
   if (found != ExitStatus::ok) return found;
   if (!readChannels(judgement.rows)) return configurationUnreadable();
   const int channel = judgement.camera.channel;
+  ChannelRow &row = judgement.rows[static_cast<std::size_t>(channel)];
+  if (whyUnsupported(row)) row.supported = false;
   judgement.assignment =
       judgeAssignment(judgement.rows, channel, options.profile, readCollisions(judgement.rows, channel));
   return ExitStatus::ok;

@@ -44,8 +44,6 @@ EncodingFacts readEncodingFacts() {
   return facts;
 }
 
-}  // namespace
-
 SupportFacts readSupportFacts(const ChannelRow &row) {
   SupportFacts facts;
   facts.device = row.device;
@@ -58,6 +56,15 @@ SupportFacts readSupportFacts(const ChannelRow &row) {
   facts.survey = surveyFormats(formatListing(*row.video_node));
   facts.encoding = readEncodingFacts();
   return facts;
+}
+
+}  // namespace
+
+std::optional<Reason> whyUnsupported(const ChannelRow &row) {
+  if (row.supported && !row.video_node) return std::nullopt;
+  const SupportFacts facts = readSupportFacts(row);
+  if (row.supported && isUsable(facts)) return std::nullopt;
+  return unsupportedReason(facts);
 }
 
 }  // namespace usbdevctl

@@ -91,7 +91,7 @@ Reasons explain(const ChannelRows &rows, int channel, const Collisions &collisio
     reasons.push_back({"switched_off", "its port is switched off",
                        "'usbdevctl slot on " + channelName(channel) + "' switches it on"});
   }
-  const bool usable = row.state == ChannelState::plugged && row.supported;
+  const bool usable = row.state == ChannelState::plugged && !unsupported;
   if (usable && !row.profile) reasons.push_back(unbound(rows, channel));
   return reasons;
 }

@@ -44,6 +44,8 @@ std::optional<Reason> encodingLack(const EncodingFacts &facts) {
   return lack("the host does not say why", "use a camera that offers MJPG");
 }
 
+bool isUsable(const SupportFacts &facts) { return !facts.listed && facts.usable_formats > 0; }
+
 Reason unsupportedReason(const SupportFacts &facts) {
   if (facts.listed) {
     return because("its name is a line of " + std::string(kUnsupportedList) + ": " + printable(facts.device),

@@ -22,7 +22,7 @@ struct EncodingFacts {
   bool driver = false;                 // of the graphics
 };
 
-/// What is found out about a camera that is marked unsupported.
+/// What is found out about a camera that may not be supported.
 struct SupportFacts {
   std::string device;
   bool listed = false;
@@ -33,6 +33,8 @@ struct SupportFacts {
 
 /// Why the host may not encode; no reason where it may.
 std::optional<Reason> encodingLack(const EncodingFacts &facts);
+
+bool isUsable(const SupportFacts &facts);
 
 Reason unsupportedReason(const SupportFacts &facts);
 
