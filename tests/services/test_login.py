@@ -86,3 +86,11 @@ def test_the_service_listens_where_the_hosts_settings_say(on_host: RunOnHost) ->
 def test_other_pages_and_methods_are_refused_and_logged(with_services: RunOnHost) -> None:
     done = with_services(f"curl -s {URL}other.cgi >/dev/null; curl -s --data x=1 {URL}authLogin.cgi >/dev/null\n" + REQUESTS)
     assert requests(done.stdout, "path", "status") == [("/cgi-bin/other.cgi", 404), ("/cgi-bin/authLogin.cgi", 405)]
+
+
+def test_a_body_in_chunks_is_refused_whatever_their_size(with_services: RunOnHost) -> None:
+    head = r"POST /cgi-bin/authLogin.cgi HTTP/1.1\r\nHost: h\r\nTransfer-Encoding: chunked\r\n\r\n"
+    send = "| timeout 10 socat -t 10 - tcp:127.0.0.1:58080\n"
+    done = with_services(f"for size in 2 -1; do printf '{head}%s\\r\\n{{}}' $size {send} done\n" + GET + "get authLogin.cgi")
+    assert done.stdout.count("HTTP/1.1 400 Bad Request\n") == 2
+    assert "<authPassed><![CDATA[0]]></authPassed>" in done.stdout

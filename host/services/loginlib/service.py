@@ -8,7 +8,7 @@ import subprocess
 from pathlib import Path
 
 from servicelib import lifecycle
-from tornado.httpserver import HTTPServer
+from servicelib.http import Server
 from tornado.web import Application, RequestHandler
 
 from loginlib import answer, query, request_log, users
@@ -96,7 +96,7 @@ def port() -> int:
 
 
 async def serve(users_file: Path, log_file: Path) -> None:
-    server = HTTPServer(application(Users(users_file), RequestLog(log_file)), idle_connection_timeout=30)
+    server = Server(application(Users(users_file), RequestLog(log_file)), idle_connection_timeout=30)
     chosen = port()
     server.listen(chosen, ADDRESS)
     await lifecycle.until_stopped(f"{ADDRESS}:{chosen}")

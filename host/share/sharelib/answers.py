@@ -24,7 +24,7 @@ class Answer(RequestHandler):
         self.body = b""
 
     def data_received(self, chunk: bytes) -> None:
-        """Counts what comes: a request need not say how much that will be."""
+        """Counts what comes: whoever sends too much gets an answer at once."""
         self.body += chunk
         if len(self.body) > LONGEST_BODY:
             self.send_error(413)

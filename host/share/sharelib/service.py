@@ -10,7 +10,7 @@ import sys
 from pathlib import Path
 
 from servicelib import lifecycle
-from tornado.httpserver import HTTPServer
+from servicelib.http import Server
 from tornado.web import Application, HTTPError
 
 from sharelib import streams, verdict
@@ -100,7 +100,7 @@ def application(library: Library) -> Application:
 async def serve(address: str) -> None:
     library = Library(ctypes.CDLL("libusbdevlib.so"))
     port = library.web_port() or DEFAULT_PORT
-    server = HTTPServer(
+    server = Server(
         application(library),
         idle_connection_timeout=PATIENCE_SECONDS,
         body_timeout=PATIENCE_SECONDS,

@@ -2,18 +2,17 @@
 
 from __future__ import annotations
 
-from collections.abc import Iterator
 from http.client import HTTPConnection, HTTPResponse
 
 
 def request(
     method: str,
     path: str,
-    body: str | bytes | Iterator[bytes] | None = None,
+    body: str | bytes | None = None,
     address: str = "127.0.0.1",
     **headers: str,
 ) -> tuple[HTTPResponse, bytes]:
-    """From that address of the host itself. What an iterator gives is sent in chunks, without the size of the whole."""
+    """From that address of the host itself."""
     connection = HTTPConnection("127.0.0.1", 8080, timeout=20, source_address=(address, 0))
     connection.request(method, path, body, headers)
     answer = connection.getresponse()
