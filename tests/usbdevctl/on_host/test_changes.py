@@ -18,7 +18,7 @@ CHANGES = [
     (("sps", "2", "7"), f"stream-parameter state 7 recorded: {CAMERA}", {"sps_state": 7}),
     (("slot", "off", "4"), f"switched off: {CAMERA}", {"slot_switch": False, "parked_behind": None}),
     (("slot", "on", "4"), f"switched on: {CAMERA}", {"slot_switch": True, "parked_behind": None}),
-    (("share", "off", "2"), f"sharing of profile 2 ended: {CAMERA}", {"sharing": False}),
+    (("share", "off", "2"), f"profile 2 was not shared: {CAMERA}", {"sharing": False}),
 ]  # fmt: skip
 
 

@@ -57,7 +57,8 @@ def test_a_share_password_is_not_cut(profile: str) -> None:
 
 def test_a_link_taken_back_leaves_nothing(profile: str) -> None:
     shared = document("share", "on", profile, "--password-stdin", given="pass\n")
-    assert usbdevctl("share", "off", profile).returncode == 0
+    ended = usbdevctl("share", "off", profile)
+    assert (ended.stdout.split(":")[0], ended.returncode) == (f"sharing of profile {profile} ended", 0)
     link = document("share", "show", profile)
     assert (link["sharing"], link["password"], link["page"]) == (False, False, None)
     assert not (APPLICATION / shared["hash"]).is_symlink()

@@ -68,14 +68,18 @@ ExitStatus on(int profile, const Options &options) {
 
 // The password goes with the link, so that whoever shares the profile again chooses anew.
 ExitStatus off(int profile, const Options &options) {
+  ShareLinkInfo before = linkOf(profile);
+  if (vl_get_share_link(&before) != 0) return refusedFor(profile);
   ShareLinkInfo link = linkOf(profile);
   if (vl_set_share_link(&link) != 0) return refusedFor(profile);
   Camera camera;
   const ExitStatus read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
   if (read_again != ExitStatus::ok) return read_again;
   if (vl_get_share_link(&link) != 0 || link.shrenable != 0) return notStoredFor(camera);
-  print(changeOutput("sharing of profile " + std::to_string(profile) + " ended",
-                     Fields().add(forPrograms("sharing", false)), camera, options.json));
+  const std::string number = std::to_string(profile);
+  print(changeOutput(
+      before.shrenable != 0 ? "sharing of profile " + number + " ended" : "profile " + number + " was not shared",
+      Fields().add(forPrograms("sharing", false)), camera, options.json));
   return ExitStatus::ok;
 }
 
