@@ -63,7 +63,17 @@ TEST_F(AWideTable, CutsNoCharacterInTwo) {
             "10  摄像头…   x\n");
 }
 
-TEST_F(AWideTable, StaysAsWideAsItsHeadingsAndOtherColumnsNeed) {
+TEST(AVeryWideTable, CutsHeadingsAndOtherTextsTooButNoNumber) {
+  Table table{{{"CHANNEL", Align::right}, {"STATE"}, {"NAME", Align::left, true}}};
+  table.addRow({{"1234567"}, {"unplugged"}, {"abcdefghij"}});
+  table.addRow({{"8"}, {"free"}, {"-"}});
+  EXPECT_EQ(table.text(false, 22),
+            "CHANNEL  STATE    NAME\n"
+            "1234567  unplug…  abc…\n"
+            "      8  free     -\n");
+}
+
+TEST_F(AWideTable, StaysAsWideAsItsNumbersAndFourCharactersOfEachText) {
   EXPECT_EQ(table_.text(false, 1),
             " N  NAME  LINK\n"
             " 7  abc…  abc…\n"

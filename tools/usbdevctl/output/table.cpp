@@ -21,6 +21,19 @@ std::string aligned(const Cell &cell, Align align, std::size_t width, bool colou
   return align == Align::right ? padding + text : text + padding;
 }
 
+/// Takes from the widest column that may be narrower until a line fits, or none may.
+void narrow(std::vector<std::size_t> &widths, const std::vector<std::size_t> &least, std::size_t line_width) {
+  std::size_t line = std::accumulate(widths.begin(), widths.end(), kGapWidth * (widths.size() - 1));
+  for (; line > line_width; --line) {
+    std::size_t *widest = nullptr;
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+      if (widths[column] > least[column] && (widest == nullptr || widths[column] > *widest)) widest = &widths[column];
+    }
+    if (widest == nullptr) return;
+    --*widest;
+  }
+}
+
 void cutTrailingBlanks(std::string &line) { line.erase(line.find_last_not_of(' ') + 1); }
 
 }  // namespace
@@ -48,20 +61,25 @@ std::string Table::line(const std::vector<Cell> &cells, const std::vector<std::s
   return result + '\n';
 }
 
+std::size_t Table::leastWidthOf(std::size_t column) const {
+  std::size_t width = 0;
+  for (const auto &row : rows_) width = std::max(width, displayWidth(row[column].text));
+  // A number is never cut.
+  return columns_[column].align == Align::right ? width : std::min(kLeastWidth, widthOf(column));
+}
+
 std::vector<std::size_t> Table::widthsWithin(std::size_t width) const {
   std::vector<std::size_t> widths;
-  for (std::size_t column = 0; column < columns_.size(); ++column) widths.push_back(widthOf(column));
-  std::size_t line = std::accumulate(widths.begin(), widths.end(), kGapWidth * (widths.size() - 1));
-  for (; line > width; --line) {
-    std::size_t *widest = nullptr;
-    for (std::size_t column = 0; column < widths.size(); ++column) {
-      const std::size_t least = std::max(kLeastWidth, displayWidth(columns_[column].heading));
-      const bool shrinks = columns_[column].can_shrink && widths[column] > least;
-      if (shrinks && (widest == nullptr || widths[column] > *widest)) widest = &widths[column];
-    }
-    if (widest == nullptr) break;
-    --*widest;
+  std::vector<std::size_t> under_headings;
+  std::vector<std::size_t> least;
+  for (std::size_t column = 0; column < columns_.size(); ++column) {
+    const std::size_t heading = std::max(kLeastWidth, displayWidth(columns_[column].heading));
+    widths.push_back(widthOf(column));
+    under_headings.push_back(columns_[column].can_shrink ? heading : widths.back());
+    least.push_back(leastWidthOf(column));
   }
+  narrow(widths, under_headings, width);
+  narrow(widths, least, width);
   return widths;
 }
 

@@ -30,11 +30,13 @@ class Table {
   /// Cells that a row lacks are empty.
   void addRow(std::vector<Cell> cells);
 
-  /// Where a line would be longer than the width, the columns that can shrink do, the widest first.
+  /// Where a line would be longer than the width, the columns that can shrink do, the widest first, down to their
+  /// headings; where that is not enough, all columns but those of numbers do, and headings are cut too.
   std::string text(bool colour, std::size_t width = kEndless) const;
 
  private:
   std::size_t widthOf(std::size_t column) const;
+  std::size_t leastWidthOf(std::size_t column) const;
   std::vector<std::size_t> widthsWithin(std::size_t width) const;
   std::string line(const std::vector<Cell> &cells, const std::vector<std::size_t> &widths, bool colour) const;
 
