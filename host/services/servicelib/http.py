@@ -6,10 +6,29 @@ from collections.abc import Awaitable
 
 from tornado.httpserver import HTTPServer
 from tornado.httputil import HTTPHeaders, HTTPMessageDelegate, RequestStartLine
+from tornado.iostream import IOStream
+
+
+# What tornado answers to a request that it cannot read, and the same as every other answer is.
+BARE_REFUSAL = b"HTTP/1.1 400 Bad Request\r\n\r\n"
+REFUSAL = (
+    b"HTTP/1.1 400 Bad Request\r\n"
+    b"X-Content-Type-Options: nosniff\r\n"
+    b"Content-Security-Policy: frame-ancestors 'none'\r\n"
+    b"Referrer-Policy: no-referrer\r\n"
+    b"Content-Length: 0\r\n"
+    b"Connection: close\r\n"
+    b"\r\n"
+)
 
 
 class Server(HTTPServer):
     """Refuses bodies in chunks: tornado reads a chunk of a negative length for ever, and serves nobody meanwhile."""
+
+    def handle_stream(self, stream: IOStream, address: tuple[str, int]) -> None:
+        write = stream.write
+        stream.write = lambda data: write(REFUSAL if data == BARE_REFUSAL else data)  # no handler runs for these
+        super().handle_stream(stream, address)
 
     def start_request(self, *connection: object) -> HTTPMessageDelegate:
         return _WithoutChunks(super().start_request(*connection))
