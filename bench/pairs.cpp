@@ -20,7 +20,7 @@ double seconds(const timeval &time) {
 /// Of this thread and of the commands that it has waited for.
 double usedSoFar() {
   timespec own = {};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &own);  // to the moment, unlike what getrusage tells of a running thread
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &own);  // exact, while getrusage lags for a running thread
   rusage commands = {};
   getrusage(RUSAGE_CHILDREN, &commands);
   return static_cast<double>(own.tv_sec) + 1e-9 * static_cast<double>(own.tv_nsec) + seconds(commands.ru_utime) +

@@ -122,7 +122,7 @@ void startKnownBarely(const Channels &channels) {
 
 void startNewBarely() {
   const std::vector<Camera> cameras = scan();
-  for (int pass = 0; pass < 3; ++pass) static_cast<void>(Pass::writing());  // there are no channels to update yet
+  for (int pass = 0; pass < 3; ++pass) static_cast<void>(Pass::writing());  // no channel to update yet
   bench::Answers answers;
   std::vector<Camera> others;
   for (const Camera &camera : cameras) {
