@@ -32,6 +32,7 @@ void removeStreamLink(const char *name) {
   if (lstat(path, &status) == 0) removePath(path);
 }
 
+// The link was just made, so nothing asks whether it is there.
 void takeBackStreamLink(const char *name) {
   if (name[0] == '\0') return;
   LinkPath path;

@@ -243,6 +243,16 @@ TEST_F(AScan, OfCardsTakesANegativeCountOfNewCamerasForNone) {
   EXPECT_EQ(card_count, 2);
 }
 
+TEST_F(AScan, OfCardsReadsNoNewCameraAfterTheTenth) {
+  _usbdev_update eleven[11] = {};
+  std::string("3-1").copy(eleven[10].usbslot, 3);
+  std::string("KAB").copy(eleven[10].devname, 3);
+  card("3-1", 1, "USB Audio");
+  EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, cards, 11, eleven), 0);
+  EXPECT_EQ(card_count, 1);
+  EXPECT_STREQ(cards[0].devname, "USB Audio");
+}
+
 TEST_F(AScan, AddsNothingToAListOfANegativeCount) {
   camera("3-1", 4, "Camera");
   card("5-1", 1, "USB Audio");
