@@ -60,9 +60,12 @@ ExitStatus readCameras(Cameras &cameras) {
 }
 
 ExitStatus findCamera(const CameraName &name, Camera &camera) {
-  Cameras cameras;
-  const ExitStatus status = readCameras(cameras);
-  if (status != ExitStatus::ok) return status;
+  ChannelRows rows;
+  return readChannels(rows) ? findCamera(name, rows, camera) : configurationUnreadable();
+}
+
+ExitStatus findCamera(const CameraName &name, const ChannelRows &rows, Camera &camera) {
+  const Cameras cameras = camerasOf(rows);
   const Cameras named = namedCameras(cameras, name);
   if (named.size() == 1) {
     camera = named.front();

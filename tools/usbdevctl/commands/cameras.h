@@ -16,6 +16,8 @@ ExitStatus readCameras(Cameras &cameras);
 
 /// Finds the one camera with the name. Where there is none, or more than one, it says so and names what there is.
 ExitStatus findCamera(const CameraName &name, Camera &camera);
+/// The same among channels that were read already.
+ExitStatus findCamera(const CameraName &name, const ChannelRows &rows, Camera &camera);
 
 /// Reads a camera's channel once more, after a change.
 ExitStatus readAgain(Camera &camera);

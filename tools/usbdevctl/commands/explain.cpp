@@ -19,11 +19,11 @@ struct Options {
 };
 
 ExitStatus explain(const Options &options) {
-  Camera camera;
-  const ExitStatus found = findCamera(options.camera.name(), camera);
-  if (found != ExitStatus::ok) return found;
   ChannelRows rows;
   if (!readChannels(rows)) return configurationUnreadable();
+  Camera camera;
+  const ExitStatus found = findCamera(options.camera.name(), rows, camera);
+  if (found != ExitStatus::ok) return found;
   const Reasons reasons =
       explain(rows, camera.channel, readCollisions(rows, camera.channel), whyUnsupported(camera.row));
   print(options.json ? explanationJson(camera, reasons).text() : explanationText(camera, reasons));

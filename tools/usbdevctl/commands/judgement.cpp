@@ -15,9 +15,9 @@ void addAssignmentOptions(Command &command, AssignmentOptions &options) {
 }
 
 ExitStatus judge(const AssignmentOptions &options, Judgement &judgement) {
-  const ExitStatus found = findCamera(options.camera.name(), judgement.camera);
-  if (found != ExitStatus::ok) return found;
   if (!readChannels(judgement.rows)) return configurationUnreadable();
+  const ExitStatus found = findCamera(options.camera.name(), judgement.rows, judgement.camera);
+  if (found != ExitStatus::ok) return found;
   const int channel = judgement.camera.channel;
   ChannelRow &row = judgement.rows[static_cast<std::size_t>(channel)];
   if (whyUnsupported(row)) row.supported = false;

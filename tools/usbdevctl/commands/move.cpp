@@ -35,13 +35,14 @@ ExitStatus failed(const std::vector<std::string> &complaints) {
 }
 
 ExitStatus prepare(const Options &options, Move &move) {
-  const ExitStatus source = findCamera({CameraName::By::profile, options.profile, ""}, move.source);
+  ChannelRows rows;
+  if (!readChannels(rows)) return configurationUnreadable();
+  const ExitStatus source = findCamera({CameraName::By::profile, options.profile, ""}, rows, move.source);
   if (source != ExitStatus::ok) return source;
-  const ExitStatus target = findCamera(options.camera.name(), move.target);
+  const ExitStatus target = findCamera(options.camera.name(), rows, move.target);
   if (target != ExitStatus::ok) return target;
   const std::optional<ProfileSettings> settings = readProfileSettings(options.profile);
-  ChannelRows rows;
-  if (!settings || !readChannels(rows)) return configurationUnreadable();
+  if (!settings) return configurationUnreadable();
   move.settings = *settings;
   move.plan = planMove(move.settings, move.source, readFacts(rows, move.target), rows);
   return ExitStatus::ok;

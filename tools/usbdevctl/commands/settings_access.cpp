@@ -20,9 +20,8 @@ ShareLinkInfo shareOf(int profile) {
   return link;
 }
 
-/// The stored stream of a profile, whether or not it can stream now.
-bool readRecord(int profile, _streaminfo &record) {
-  _profile_info info;
+/// The stored stream of a profile, whether or not it can stream now, and what else is stored of it.
+bool readRecord(int profile, _streaminfo &record, _profile_info &info) {
   if (vl_get_profile_info(profile, &info) != 0) return false;
   record = {};
   if (vl_get_stream_info(profile, &record) == 0) {
@@ -47,12 +46,13 @@ bool readRecord(int profile, _streaminfo &record) {
 
 bool setStream(const ProfileSettings &settings) {
   _streaminfo before;
-  if (!readRecord(settings.profile, before)) return false;
+  _profile_info info;
+  if (!readRecord(settings.profile, before, info)) return false;
   _streaminfo wanted = changed(before, settings.stream);
   // Its result may be that of the notification, so what is stored is asked for.
   vl_set_usbchn_stream(settings.profile, &wanted, &before, kLogChangesOnly);
   _streaminfo stored;
-  if (!readRecord(settings.profile, stored) || !notStored(stored, settings.stream).empty()) return false;
+  if (!readRecord(settings.profile, stored, info) || !notStored(stored, settings.stream).empty()) return false;
   return !settings.stream.rate || sameRate(stored.framerate, *settings.stream.rate);
 }
 
@@ -104,9 +104,7 @@ std::optional<ProfileSettings> readProfileSettings(int profile) {
   _streaminfo record;
   _profile_info info;
   ShareLinkInfo link = shareOf(profile);
-  if (!readRecord(profile, record) || vl_get_profile_info(profile, &info) != 0 || vl_get_share_link(&link) != 0) {
-    return std::nullopt;
-  }
+  if (!readRecord(profile, record, info) || vl_get_share_link(&link) != 0) return std::nullopt;
   ProfileSettings settings;
   settings.profile = profile;
   settings.name = fieldText(info.profilename);
