@@ -11,6 +11,7 @@ from pathlib import Path
 import pytest
 from conftest import REPOSITORY
 from simlib import catalogue, importer
+from simlib.capture import Capture
 from simlib.catalogue import load_camera
 from simlib.errors import SimError
 from test_sim_captures import CAPTURES, stable
@@ -204,6 +205,20 @@ def test_a_name_that_cannot_be_is_refused(simulator, captured, name, reason):
     with pytest.raises(SimError, match=reason):
         importer.import_camera(captured("mjpg-yuyv"), name)
     assert sorted(simulator.rglob("*")) == before
+
+
+def test_the_camera_of_another_import_at_the_same_time_stays(simulator, captured, monkeypatch):
+    other = simulator / "cameras/new-camera"
+
+    def capture_while_another_imports(folder: Path) -> Capture:
+        other.mkdir()
+        (other / "camera.toml").write_text("the other one's")
+        return Capture(folder)
+
+    monkeypatch.setattr(importer, "Capture", capture_while_another_imports)
+    with pytest.raises(SimError, match="cannot be made"):
+        importer.import_camera(captured("mjpg-yuyv"), "new-camera")
+    assert (other / "camera.toml").read_text() == "the other one's"
 
 
 def test_the_command_prints_the_new_folder_and_the_list_shows_the_camera(simulator, captured):

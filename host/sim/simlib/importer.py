@@ -34,13 +34,20 @@ def import_camera(folder: Path, name: str) -> Path:
         raise SimError(f"the walk holds something else where a number stands: {problem}") from problem
     try:
         target.mkdir()
+        _fill(target, facts, listings)
+    except OSError as problem:
+        raise SimError(f"{target} cannot be made ({problem.strerror}); inside the sandbox it never can") from problem
+    return target
+
+
+def _fill(target: Path, facts: Facts, listings: dict[str, bytes]) -> None:
+    try:
         for file, listing in listings.items():
             (target / file).write_bytes(listing)
         (target / "camera.toml").write_text(_toml(facts), encoding="utf-8")
-    except OSError as problem:
+    except OSError:
         shutil.rmtree(target, ignore_errors=True)
-        raise SimError(f"{target} cannot be made ({problem.strerror}); inside the sandbox it never can") from problem
-    return target
+        raise
 
 
 def _camera(capture: Capture, listings: dict[str, bytes]) -> Facts:
