@@ -10,11 +10,16 @@ from conftest import RunOnHost
 USER = "Ann/e ~B+=#ü"
 PASSWORD = "?>~ /+=\x7eü>>?"
 ADD = f"printf %s '{PASSWORD}' | login-users add '{USER}'\n"
-REQUESTS = "cat /var/log/vl/login-requests.log\n"
+LOG = "/var/log/vl/login-requests.log"
 URL = "http://127.0.0.1:58080/cgi-bin/"
 GET = f"get() {{ curl --silent --show-error --max-time 10 '{URL}'\"$1\"; }}\n"
 SESSION = "session=$(get 'authLogin.cgi?user=ann&pwd=c2VjcmV0' | sed -n 's/.*<authSid><!\\[CDATA\\[\\(.*\\)\\]\\]>.*/\\1/p')\n"
 LOG_IN = GET + "echo secret | login-users add ann\n" + SESSION
+
+
+def logged(count: int) -> str:
+    """Prints the log of requests, once it has as many: a client has its answer before the line is written."""
+    return f"until_true 'test $(wc -l <{LOG}) -ge {count}'; cat {LOG}\n"
 
 
 def requests(text: str, *fields: str) -> list[tuple[object, ...]]:
@@ -23,7 +28,7 @@ def requests(text: str, *fields: str) -> list[tuple[object, ...]]:
 
 
 def test_the_right_password_opens_a_session_which_the_library_closes_again(with_services: RunOnHost) -> None:
-    done = with_services(ADD + f"call vl_auth '{USER}' '{PASSWORD}' >/tmp/result\n" + REQUESTS + "tail -n 1 /tmp/result >&2")
+    done = with_services(ADD + f"call vl_auth '{USER}' '{PASSWORD}' >/tmp/result\n" + logged(2) + "tail -n 1 /tmp/result >&2")
     login, logout = requests(done.stdout, "request", "user", "passed", "session", "client", "path", "status")
     assert (login[:3], logout[:3]) == (("login", USER, True), ("logout", None, True))
     assert login[3] == logout[3] and len(str(login[3])) == 8
@@ -34,7 +39,7 @@ def test_the_right_password_opens_a_session_which_the_library_closes_again(with_
 
 def test_a_wrong_password_and_an_unknown_user_are_refused_and_logged(with_services: RunOnHost) -> None:
     done = with_services(
-        ADD + f"call vl_auth '{USER}' wrong-one 2>/dev/null; call vl_auth nobody '{PASSWORD}' 2>/dev/null\n" + REQUESTS
+        ADD + f"call vl_auth '{USER}' wrong-one 2>/dev/null; call vl_auth nobody '{PASSWORD}' 2>/dev/null\n" + logged(2)
     )
     first, second, *log = done.stdout.splitlines()
     assert (first, second) == ("-1", "-1")
@@ -76,7 +81,7 @@ def test_the_service_listens_where_the_hosts_settings_say(on_host: RunOnHost) ->
     done = on_host(
         "sed -i 's/^InnerWebAccessPort = .*/InnerWebAccessPort = 8099/' /etc/config/Tundrel.conf\n"
         "login-service 2>/tmp/said & service=$!; until_true grep -q listening /tmp/said\n"
-        "call vl_sid_auth none >/dev/null; kill $service; cat /tmp/said\n" + REQUESTS
+        "call vl_sid_auth none >/dev/null; kill $service; cat /tmp/said\n" + logged(1)
     )
     said, log = done.stdout.split("\n", 1)
     assert said == "login-service: listening on 127.0.0.1:8099"
@@ -84,7 +89,7 @@ def test_the_service_listens_where_the_hosts_settings_say(on_host: RunOnHost) ->
 
 
 def test_other_pages_and_methods_are_refused_and_logged(with_services: RunOnHost) -> None:
-    done = with_services(f"curl -s {URL}other.cgi >/dev/null; curl -s --data x=1 {URL}authLogin.cgi >/dev/null\n" + REQUESTS)
+    done = with_services(f"curl -s {URL}other.cgi >/dev/null; curl -s --data x=1 {URL}authLogin.cgi >/dev/null\n" + logged(2))
     assert requests(done.stdout, "path", "status") == [("/cgi-bin/other.cgi", 404), ("/cgi-bin/authLogin.cgi", 405)]
 
 
