@@ -7,11 +7,13 @@
 
 namespace usbdev {
 
-/// Event codes that the library itself sends; others come from its callers.
-constexpr int kEventPlugged = 6;
-constexpr int kEventRemoved = 7;
-/// The caller's event code that asks for every setting to be reported as changed.
-constexpr int kEventReportAll = 5;
+/// What changed. Callers may pass other codes, which are sent as they are.
+enum class EventCode : int {
+  one_channel_host = 3,  // a profile that a one-channel host gives up
+  report_all = 5,        // a caller's change of which every setting is reported as changed
+  plugged = 6,
+  removed = 7,
+};
 
 struct ChangeNotification {
   char magic[16];
@@ -20,10 +22,10 @@ struct ChangeNotification {
   int vnode = kNone;
   int anode = kNone;
   int flag = 0;
-  int event;
+  EventCode event;
   int target = kNone;
 
-  ChangeNotification(int profile_id, int event_code);
+  ChangeNotification(int profile_id, EventCode event_code);
 
   /// A camera that starts or ends to stream.
   static ChangeNotification ofCamera(int profile_id, bool starts);
@@ -33,5 +35,8 @@ static_assert(sizeof(ChangeNotification) == 56);
 static_assert(offsetof(ChangeNotification, request_header) == 16);
 static_assert(offsetof(ChangeNotification, profile) == 32);
 static_assert(offsetof(ChangeNotification, target) == 52);
+
+/// Sends a notification, without waiting for anyone to receive it; false, with a message, when it cannot be sent.
+bool sendNotification(const ChangeNotification &notification);
 
 }  // namespace usbdev

@@ -8,14 +8,20 @@ constexpr int kChannels = 10;
 constexpr int kProfiles = 4;
 constexpr int kNone = -1;          // no profile, no node, no conflict
 constexpr int kUnsupported = 999;  // conflict mark of a device that cannot be used
-constexpr int kMjpeg = 1;          // codec: the camera's own MJPEG
-constexpr int kH264 = 0;           // codec: the camera's raw picture, encoded by the host
+
+/// A stored code that is neither is carried along as it is.
+enum class Codec : int {
+  h264 = 0,   // the camera's raw picture, encoded by the host
+  mjpeg = 1,  // the camera's own
+};
 
 struct IntKey {
   const char *key;
   const char *sub_key;
   int usual_default;
 };
+
+struct CodecKey : IntKey {};
 
 /// A text: where it stands and how it is read.
 struct TextPath {
@@ -54,7 +60,7 @@ inline constexpr TextKey<16> vtag{"vtag", nullptr};
 
 inline constexpr IntKey vnode{"video", "vnode", kNone};
 inline constexpr IntKey venable{"video", "venable", 0};
-inline constexpr IntKey vcodec{"video", "vcodec", kMjpeg};
+inline constexpr CodecKey vcodec{{"video", "vcodec", static_cast<int>(Codec::mjpeg)}};
 inline constexpr TextKey<16> cap{"video", "cap"};
 inline constexpr TextKey<16> fetype{"video", "fetype"};
 inline constexpr IntKey width{"video", "width", 1280};

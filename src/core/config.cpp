@@ -12,7 +12,7 @@ namespace {
 constexpr char kRoot[] = "velmora";
 pthread_mutex_t config_lock = PTHREAD_MUTEX_INITIALIZER;
 
-void sayOpenFailed(OpenFailure failure, const char *path, int result) {
+void reportOpenFailed(OpenFailure failure, const char *path, int result) {
   if (failure == OpenFailure::silent) return;
   const char *what = "open:";
   if (failure == OpenFailure::read) what = "open read ";
@@ -22,11 +22,10 @@ void sayOpenFailed(OpenFailure failure, const char *path, int result) {
 
 }  // namespace
 
-ConfigSession::ConfigSession(int mode, const char *path, OpenFailure failure) {
+ConfigSession::ConfigSession(int mode, const char *path, OpenFailure failure) : OpenConfig(nullptr) {
   pthread_mutex_lock(&config_lock);
   result_ = xmlcfg_open(mode, path, &handle_);
-  if (!*this) sayOpenFailed(failure, path, result_);
-  for (int i = 0; i < kChannels; ++i) channels_[i] = channelSection(handle_, i);
+  if (!*this) reportOpenFailed(failure, path, result_);
 }
 
 ConfigSession::~ConfigSession() { end(); }
@@ -51,8 +50,6 @@ const char *channelName(int channel) {
   static constexpr char kNames[kChannels][4] = {"ch0", "ch1", "ch2", "ch3", "ch4", "ch5", "ch6", "ch7", "ch8", "ch9"};
   return kNames[channel];
 }
-
-Section channelSection(void *handle, int channel) { return {handle, channelName(channel)}; }
 
 int Section::get(const IntKey &key) const { return get(key, key.usual_default); }
 

@@ -1,6 +1,7 @@
 // The configuration files and their one lock. A ConfigReader or ConfigWriter is a critical section: it takes the lock
-// and opens the file, and its end closes and unlocks on every path. No command runs and no other function that takes
-// the lock is called while one lives. What a writer has set is stored when save() says so, and not before.
+// and opens the file, and its end closes and unlocks on every path. No function that takes the lock is called while one
+// lives, and no command runs, but in the few places that are meant to: those hold a ReaderOverCommands or a
+// WriterOverCommands. What a writer has set is stored when save() returns true, and not before.
 #pragma once
 
 #include "core/channel_keys.h"
@@ -10,15 +11,12 @@ namespace usbdev {
 inline constexpr char kChannelFile[] = "/etc/config/usbdev.conf";
 inline constexpr char kProfileStateFile[] = "/etc/config/vl_pfstate.conf";
 
-/// What a failed open says on standard error.
+/// What a failed open prints on standard error.
 enum class OpenFailure { usual, read, write, silent };
 
 /// One section of an open file; its name has to live as long.
 class Section {
  public:
-  Section() = default;
-  Section(void *handle, const char *name) : handle_(handle), name_(name) {}
-
   int get(const IntKey &key) const;
   int get(const IntKey &key, int otherwise) const;
   template <int N>
@@ -27,30 +25,42 @@ class Section {
   }
   /// As get, for callers that know the key's size at run time only.
   void getText(const TextPath &key, char *out) const;
+  Codec get(const CodecKey &key) const { return static_cast<Codec>(get(key, key.usual_default)); }
 
   void set(const IntKey &key, int value) const;
+  void set(const CodecKey &key, Codec value) const { set(key, static_cast<int>(value)); }
   void set(const TextPath &key, const char *value) const;
 
  private:
-  void *handle_ = nullptr;
-  const char *name_ = nullptr;
+  friend class OpenConfig;
+  Section(void *handle, const char *name) : handle_(handle), name_(name) {}
+
+  void *handle_;
+  const char *name_;
 };
 
 /// The name of a channel's section, "ch0" to "ch9".
 const char *channelName(int channel);
 
-/// A channel's section of a file that is already open.
-Section channelSection(void *handle, int channel);
+/// A file that someone else opened and closes.
+class OpenConfig {
+ public:
+  explicit OpenConfig(void *handle) : handle_(handle) {}
 
-class ConfigSession {
+  Section section(const char *name) const { return {handle_, name}; }
+  Section channel(int number) const { return section(channelName(number)); }
+
+ protected:
+  void *handle_;
+};
+
+class ConfigSession : public OpenConfig {
  public:
   ConfigSession(const ConfigSession &) = delete;
   ConfigSession &operator=(const ConfigSession &) = delete;
 
   explicit operator bool() const { return result_ == kOpened; }
   int openResult() const { return result_; }
-  void *handle() const { return handle_; }
-  const Section &channel(int number) const { return channels_[number]; }
 
  protected:
   ConfigSession(int mode, const char *path, OpenFailure failure);
@@ -61,10 +71,8 @@ class ConfigSession {
 
  private:
   static constexpr int kOpened = 1;
-  void *handle_ = nullptr;
   int result_;
   bool ended_ = false;
-  Section channels_[kChannels];
 };
 
 class ConfigReader : public ConfigSession {
@@ -87,6 +95,16 @@ class WriteSession : public ConfigSession {
 class ConfigWriter : public WriteSession {
  public:
   explicit ConfigWriter(OpenFailure failure = OpenFailure::usual) : WriteSession(kChannelFile, failure) {}
+};
+
+/// These two keep the lock while commands run, so that nothing changes between a command's answer and what is made of
+/// it.
+class ReaderOverCommands : public ConfigReader {
+  using ConfigReader::ConfigReader;
+};
+
+class WriterOverCommands : public ConfigWriter {
+  using ConfigWriter::ConfigWriter;
 };
 
 /// The file in which the stream manager tells which profiles it serves.

@@ -1,12 +1,9 @@
 #include "core/host_queries.h"
 
-#include <usbdev/core.h>
-
 #include <cstdlib>
-#include <cstring>
 
+#include "core/lines.h"
 #include "core/shell_text.h"
-#include "core/text.h"
 
 namespace usbdev {
 namespace {
@@ -14,21 +11,22 @@ namespace {
 constexpr char kProcessorFile[] = "/tmp/vl_cpu.info";
 constexpr char kPackageMissing[] = "READCFG_FAILD";
 
-int askPackageRegistry(const char *package, const char *field, char *value) {
-  if (!isSafeInDoubleQuotes(package) || !isSafeInDoubleQuotes(field)) return -1;
+}  // namespace
+
+bool askPackageRegistry(const char *package, const char *field, TextBuffer value) {
+  if (!isSafeInDoubleQuotes(package) || !isSafeInDoubleQuotes(field)) return false;
   char command[kPackageTextSize];
   formatText(command, "%s \"%s\" \"%s\" -c -d READCFG_FAILD %s", "/sbin/readcfg", package, field,
              "-f /etc/config/bndl.conf");
   char line[kPackageTextSize];
   CommandLines answer("%s", command);
-  if (!answer.next(line) || startsWith(line, kPackageMissing)) return -1;
+  if (!answer.next(line) || startsWith(line, kPackageMissing)) return false;
   cutAtLineFeed(line);
   // A line that fills the buffer loses its last character, be it a line feed or not, and so reaches callers cut.
-  copyCut(value, line, sizeof line - 2);
-  return 0;
+  line[sizeof line - 2] = '\0';
+  copyText(value, line);
+  return true;
 }
-
-}  // namespace
 
 bool isProcessorOtherThanIntel() {
   char command[128];
@@ -38,9 +36,9 @@ bool isProcessorOtherThanIntel() {
   return file && !file.skipTo("GenuineIntel");
 }
 
-int copyHostSetting(const char *key, char *out, std::size_t length) {
+HostSetting copyHostSetting(const char *key, TextBuffer value) {
   FileLines file("/etc/config/Tundrel.conf");
-  if (!file) return -1;
+  if (!file) return HostSetting::unreadable;
   char line[256];
   while (file.next(line)) {
     const bool ntp_section = contains(line, "[NTP]");
@@ -48,33 +46,21 @@ int copyHostSetting(const char *key, char *out, std::size_t length) {
     const Pair setting = ntp_section ? Pair{} : splitPair(line, "=");
     if (!setting) {
       file.leaveOpen();
-      return -1;
+      return HostSetting::unreadable;
     }
     if (isSame(setting.left, key)) {
-      copyCut(out, setting.right, length);
-      return 1;
+      copyText(value, setting.right);
+      return HostSetting::found;
     }
   }
-  return 0;
+  return HostSetting::missing;
+}
+
+bool isOneChannelLimited() {
+  if (!isProcessorOtherThanIntel()) return false;
+  char model[kHostTextSize] = "";
+  if (copyHostSetting("Internal Model", model) == HostSetting::unreadable) return false;
+  return contains(model, "K41") || contains(model, "K52");
 }
 
 }  // namespace usbdev
-
-int get_bndl_install_path(const char *package, char *path) { return get_bndl_info(package, "Install_Path", path); }
-
-int get_bndl_info(const char *package, const char *field, char *value) {
-  if (package == nullptr || field == nullptr || value == nullptr) return -1;
-  return usbdev::askPackageRegistry(package, field, value);
-}
-
-int get_nas_info(const char *key, char *value) {
-  if (key == nullptr || value == nullptr) return -1;
-  return usbdev::copyHostSetting(key, value, usbdev::kHostTextSize - 1) < 0 ? -1 : 0;
-}
-
-int AMDmodel_oneChannelLimited(void) {
-  if (!usbdev::isProcessorOtherThanIntel()) return 0;
-  char model[usbdev::kHostTextSize] = "";
-  if (get_nas_info("Internal Model", model) != 0) return 0;
-  return usbdev::contains(model, "K41") || usbdev::contains(model, "K52") ? 1 : 0;
-}

@@ -1,11 +1,8 @@
 #include "core/profile_mapping.h"
 
-#include <usbdev/core.h>
+namespace usbdev {
 
-#include "core/config.h"
-#include "core/text.h"
-
-int usbdev::channelOfProfile(int profile) {
+int channelOfProfile(int profile) {
   if (!isProfile(profile)) return kNone;
   const ConfigReader config;
   if (!config) return kNone;
@@ -15,25 +12,21 @@ int usbdev::channelOfProfile(int profile) {
   return kNone;
 }
 
-int trsProfiletoPlugCh(int profile, int *channel) {
-  if (channel == nullptr) return -1;
-  const int found = usbdev::channelOfProfile(profile);
-  if (found == usbdev::kNone) return -1;
-  *channel = found;
-  return 0;
+bool readDeviceName(int profile, char (&name)[256]) {
+  const int channel = channelOfProfile(profile);
+  if (channel == kNone) return false;
+  // Silent, unlike every other reader.
+  const ConfigReader config(OpenFailure::silent);
+  if (!config) return false;
+  config.channel(channel).get(keys::devname, name);
+  return true;
 }
 
-int vl_getDevName(int profile, char *name) {
-  if (name == nullptr) return -1;
-  const int channel = usbdev::channelOfProfile(profile);
-  if (channel == usbdev::kNone) return -1;
-  char devname[256];
-  {
-    // Silent, unlike every other reader.
-    const usbdev::ConfigReader config(usbdev::OpenFailure::silent);
-    if (!config) return -1;
-    config.channel(channel).get(usbdev::keys::devname, devname);
-  }
-  usbdev::copyCut(name, devname, sizeof devname - 1);
-  return 0;
+void writeUnbound(const Section &channel) {
+  channel.set(keys::profile, kNone);
+  channel.set(keys::createtime, "");
+  channel.set(keys::profilename, "");
+  channel.set(keys::hlspath, "");
 }
+
+}  // namespace usbdev

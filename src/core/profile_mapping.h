@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/channel_keys.h"
+#include "core/config.h"
 
 namespace usbdev {
 
@@ -10,5 +11,11 @@ inline bool isChannel(int channel) { return channel >= 0 && channel < kChannels;
 
 /// The first channel that holds a profile; kNone when none does, the id is none or the file cannot be opened.
 int channelOfProfile(int profile);
+
+/// The name of the device that serves a profile; false when no channel does or the file cannot be opened.
+bool readDeviceName(int profile, char (&name)[256]);
+
+/// Takes the profile from a channel, with what was made for it.
+void writeUnbound(const Section &channel);
 
 }  // namespace usbdev

@@ -10,6 +10,8 @@ namespace usbdev {
 struct TextBuffer {
   template <std::size_t N>
   TextBuffer(char (&array)[N]) : start(array), size(N) {}  // implicit: every array is one
+  /// A caller's buffer, whose size the caller is told in the public header.
+  TextBuffer(char *buffer, std::size_t buffer_size) : start(buffer), size(buffer_size) {}
 
   char *start;
   std::size_t size;
@@ -45,6 +47,12 @@ int toInt(const char *text);
 /// Cuts a text at its first line feed.
 void cutAtLineFeed(char *text);
 
+/// Cuts blanks, line ends and double quotes from the end of a text; the start of what matters in it.
+char *trim(char *text);
+
+/// Removes a character from a text, and what stands after the 63rd other one.
+void removeAll(char *text, char removed);
+
 /// The two trimmed sides of a line cut at a separator; they point into the line.
 struct Pair {
   char *left = nullptr;
@@ -54,5 +62,9 @@ struct Pair {
 
 /// Cuts a line in place at the first separator; tests false, the line untouched, where there is none.
 Pair splitPair(char *line, const char *separator);
+
+/// Makes a text fit to stand inside a JSON string, within the size of its buffer: 1 to 1024, else the text stays as it
+/// is. False also when the result does not fit; the text is then not terminated.
+bool escapeJson(TextBuffer text);
 
 }  // namespace usbdev

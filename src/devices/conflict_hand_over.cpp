@@ -2,7 +2,7 @@
 
 #include "core/local_time.h"
 #include "core/profile_mapping.h"
-#include "devices/channel_state.h"
+#include "devices/conflicts.h"
 
 namespace usbdev {
 namespace {
@@ -17,18 +17,18 @@ struct Successor {
 };
 
 /// A channel that waits may follow when it is attached, bound to a profile and switched on.
-bool mayStream(const ChannelState &channel) {
+bool mayStream(const ChannelSnapshot &channel) {
   return channel.exists != 0 && channel.profile != kNone && channel.slot_switch == 1;
 }
 
 /// The first that may stream is chosen until an older one replaces it; of equally old ones the smaller profile wins.
-Successor chooseSuccessor(const ChannelStates &channels, const ChannelMarks &waiting) {
+Successor chooseSuccessor(const ChannelSnapshots &channels, const ChannelMarks &waiting) {
   Successor successor;
   char now[kTimeTextSize];
   formatLocalTime(now);
   const char *best_time = now;
   for (int i = 0; i < kChannels; ++i) {
-    const ChannelState &other = channels[i];
+    const ChannelSnapshot &other = channels[i];
     if (!waiting[i] || !mayStream(other)) continue;
     if (successor.channel == kNone) {
       successor.channel = i;
@@ -65,8 +65,8 @@ bool writeHandOverOfOnlyChannel(int value, const Successor &successor, const Cha
 
 /// Parks every other camera that conflicts with the successor behind it.
 int parkBehind(HostAnswers &host, const Successor &successor) {
-  ChannelStates channels;
-  if (!readChannels(channels)) return -1;
+  ChannelSnapshots channels;
+  if (!readForComparing(channels)) return -1;
   const int last = successor.node_count - 1;
   ConflictTest test(host, successor.slot, successor.nodes[last]);
   for (int i = last - 1; i >= 0; --i) test.addNode(successor.nodes[i]);
@@ -82,8 +82,8 @@ int parkBehind(HostAnswers &host, const Successor &successor) {
 
 int handOverConflict(HostAnswers &host, int channel, int value, int mode, int *profile) {
   *profile = kNoSuccessor;
-  ChannelStates channels;
-  if (!readChannels(channels)) return -1;
+  ChannelSnapshots channels;
+  if (!readForComparing(channels)) return -1;
   if (channels[channel].conflictch != kNone) return 0;  // it is parked and holds nobody
   ChannelMarks waiting;
   for (int i = 0; i < kChannels; ++i) waiting[i] = channels[i].conflictch == channel;

@@ -1,14 +1,12 @@
 #include "devices/conflicts.h"
 
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
 
 #include <cstring>
 
-#include "core/config.h"
+#include "core/host_queries.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
-#include "devices/channel_state.h"
 
 namespace usbdev {
 namespace {
@@ -33,19 +31,21 @@ bool readMoment(const char *text, Moment &moment) {
   char *const blank = std::strchr(date, ' ');
   if (blank == nullptr) return false;
   *blank = '\0';
-  moment.date = toInt(trimdatetime(date, "-"));
-  moment.time = toInt(trimdatetime(blank + 1, ":"));
+  removeAll(date, '-');
+  removeAll(blank + 1, ':');
+  moment.date = toInt(date);
+  moment.time = toInt(blank + 1);
   return true;
 }
 
 /// The first active channel that conflicts with `channel`; -1 for none. False when the file cannot be opened.
 bool findConflict(HostAnswers &host, int channel, int *found) {
   *found = kNone;
-  ChannelStates channels;
-  if (!readChannels(channels)) return false;
+  ChannelSnapshots channels;
+  if (!readForComparing(channels)) return false;
   ConflictTest test(host, channels[channel].usbslot, channels[channel].vnode);
   for (int i = 0; i < kChannels; ++i) {
-    const ChannelState &other = channels[i];
+    const ChannelSnapshot &other = channels[i];
     // Unlike everywhere else, a slot whose switch was never stored counts as switched on here.
     const bool active = other.hasUnparkedCamera() && other.profile != kNone && other.switched_on;
     if (i == channel || !active || !test.conflictsWith(other.usbslot, other.vnode)) continue;
@@ -76,6 +76,19 @@ bool ConflictTest::conflictsWith(const char *other_slot, int other_vnode) {
   copyText(own, found);  // a further answer may take its place
   const char *other = host_.bridgeOf(other_vnode);
   return other != nullptr && isSame(own, other);
+}
+
+void markConflicts(ConflictTest &test, const ChannelSnapshots &channels, int own, ChannelMarks &conflicting) {
+  for (int i = 0; i < kChannels; ++i) {
+    const ChannelSnapshot &other = channels[i];
+    conflicting[i] = i != own && other.hasCamera() && test.conflictsWith(other.usbslot, other.vnode);
+  }
+}
+
+void writeParked(const OpenConfig &config, const ChannelMarks &parked, int behind) {
+  for (int i = 0; i < kChannels; ++i) {
+    if (parked[i]) config.channel(i).set(keys::conflictch, behind);
+  }
 }
 
 int recomputeConflicts(HostAnswers &host, int *states) {
@@ -113,7 +126,7 @@ int chkconflict(char *other_slot, const char *slot, bool on_bridge, int other_vn
   if (other_slot == nullptr || slot == nullptr) return 0;
   const bool same_root_port = usbdev::haveSameRootPort(other_slot, slot);
   other_slot[usbdev::rootPortLength(other_slot)] = '\0';  // callers see the root port
-  if (AMDmodel_oneChannelLimited() == 1 || same_root_port) return 1;
+  if (usbdev::isOneChannelLimited() || same_root_port) return 1;
   if (!on_bridge || bridge_path == nullptr || isPCIbridge(other_vnode) == 0) return 0;
   char other_path[usbdev::kBridgePathSize];
   if (get_pcibridgePath(other_vnode, other_path) == 0) return 0;

@@ -1,7 +1,7 @@
 // Which channels cannot stream at the same time, and who takes over when one goes.
 #pragma once
 
-#include "core/channel_keys.h"
+#include "core/channel_snapshot.h"
 #include "devices/host_answers.h"
 
 namespace usbdev {
@@ -33,6 +33,15 @@ class ConflictTest {
   int node_count_ = 0;
   int nodes_[kChannels + 1];
 };
+
+/// One mark for each channel.
+using ChannelMarks = bool[kChannels];
+
+/// Marks the channels, but for one, whose cameras conflict with the tested device.
+void markConflicts(ConflictTest &test, const ChannelSnapshots &channels, int own, ChannelMarks &conflicting);
+
+/// Parks the marked channels behind another one.
+void writeParked(const OpenConfig &config, const ChannelMarks &parked, int behind);
 
 /// syncConflict with answers that the calling operation may already have.
 int recomputeConflicts(HostAnswers &host, int *states);

@@ -1,4 +1,3 @@
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
 
 #include "core/host_queries.h"
@@ -13,8 +12,8 @@ namespace {
 bool isCodecPackageReady() {
   char install_path[kPackageTextSize];
   char enable[kPackageTextSize];
-  if (get_bndl_info("Halvane", "Install_Path", install_path) != 0) return false;
-  if (get_bndl_info("Halvane", "Enable", enable) != 0 || isSame(enable, "FALSE")) return false;
+  if (!askPackageRegistry("Halvane", "Install_Path", install_path)) return false;
+  if (!askPackageRegistry("Halvane", "Enable", enable) || isSame(enable, "FALSE")) return false;
   char agent[kPackageTextSize + 32];
   formatText(agent, "%s/camera_agent.sh", install_path);
   return static_cast<bool>(FileLines(agent));

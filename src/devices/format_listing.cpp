@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "core/channel_keys.h"
 #include "core/text.h"
 
 namespace usbdev {
@@ -68,17 +67,17 @@ void FormatListing::takePixelFormat(const char *value) {
   // The code stands behind a quote character, as in 'MJPG'.
   const char *code = value[0] == '\0' ? value : value + 1;
   if (startsWith(code, "MJPG")) {
-    openFormat(kMjpeg);
+    openFormat(Codec::mjpeg);
   } else if (startsWith(code, "YUYV") && keep_raw_) {
-    openFormat(kH264);
+    openFormat(Codec::h264);
   }
 }
 
-void FormatListing::openFormat(int codec) {
+void FormatListing::openFormat(Codec codec) {
   if (count_ == USBDEV_FORMATS) return;
   format_ = &table_[count_++];
   format_->index = index_;
-  format_->codec = codec;
+  format_->codec = static_cast<int>(codec);
   size_ = nullptr;
 }
 

@@ -3,6 +3,8 @@
 
 #include <usbdev/records.h>
 
+#include "core/channel_keys.h"
+
 namespace usbdev {
 
 class FormatListing {
@@ -23,7 +25,7 @@ class FormatListing {
   void takePixelFormat(const char *value);
   void takeSize(char *value);
   bool takeInterval(char *value);
-  void openFormat(int codec);
+  void openFormat(Codec codec);
 
   int vnode_;
   bool keep_raw_;

@@ -1,6 +1,5 @@
 #include "devices/formats.h"
 
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
 
 #include <cstdlib>

@@ -1,12 +1,13 @@
 #include "devices/host_answers.h"
 
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
+
+#include "core/host_queries.h"
 
 namespace usbdev {
 
 bool HostAnswers::isOneChannelLimited() {
-  if (one_channel_limited_ == kNotAsked) one_channel_limited_ = AMDmodel_oneChannelLimited();
+  if (one_channel_limited_ == kNotAsked) one_channel_limited_ = usbdev::isOneChannelLimited() ? 1 : 0;
   return one_channel_limited_ == 1;
 }
 

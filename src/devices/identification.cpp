@@ -1,9 +1,7 @@
 #include "devices/identification.h"
 
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
 
-#include "core/config.h"
 #include "core/lines.h"
 #include "core/text.h"
 
@@ -14,6 +12,17 @@ bool takeAttribute(char *line, const char *attribute, char (&value)[kShortCodeSi
   const Pair sides = splitPair(line, "==");
   if (sides) copyText(value, sides.right);
   return static_cast<bool>(sides);
+}
+
+int storedSwitch(const OpenConfig &config, const char *usbslot) {
+  for (int i = 0; i < kChannels; ++i) {
+    const Section channel = config.channel(i);
+    char stored_slot[128];
+    channel.get(keys::usbslot, stored_slot);
+    const int slot_switch = channel.get(keys::slot_switch);
+    if (slot_switch != -1 && isSame(stored_slot, usbslot)) return slot_switch;
+  }
+  return 1;
 }
 
 }  // namespace usbdev
@@ -80,14 +89,7 @@ int get_pcibridgePath(int vnode, char *path) {
 
 int get_switch_state(void *config, const char *usbslot) {
   if (config == nullptr || usbslot == nullptr) return 1;
-  for (int i = 0; i < usbdev::kChannels; ++i) {
-    const usbdev::Section channel = usbdev::channelSection(config, i);
-    char stored_slot[128];
-    channel.get(usbdev::keys::usbslot, stored_slot);
-    const int slot_switch = channel.get(usbdev::keys::slot_switch);
-    if (slot_switch != -1 && usbdev::isSame(stored_slot, usbslot)) return slot_switch;
-  }
-  return 1;
+  return usbdev::storedSwitch(usbdev::OpenConfig(config), usbslot);
 }
 
 int devlistcmp(const char *devname, const char *listfile) {

@@ -11,7 +11,7 @@ namespace {
 
 using Answer = char[127];
 
-constexpr std::size_t kLongestVersion = 255;
+constexpr std::size_t kVersionSize = 256;
 
 /// False when the package registry says nothing, or the name could not be asked for.
 bool askRegistry(const char *package, const char *key, Answer &answer) {
@@ -36,14 +36,15 @@ void askFor(const char *package, const char *key, TextBuffer field) {
 int vl_get_nas_HTTPport(int *port) {
   if (port == nullptr) return -1;
   char value[256];
-  const int result = usbdev::copyHostSetting("Web Access Port", value, sizeof value - 1);
-  if (result == 1) *port = usbdev::toInt(value);
-  return result < 0 ? -1 : 0;
+  const usbdev::HostSetting setting = usbdev::copyHostSetting("Web Access Port", value);
+  if (setting == usbdev::HostSetting::found) *port = usbdev::toInt(value);
+  return setting == usbdev::HostSetting::unreadable ? -1 : 0;
 }
 
 int vl_get_nas_version(char *version) {
   if (version == nullptr) return -1;
-  return usbdev::copyHostSetting("Version", version, usbdev::kLongestVersion) < 0 ? -1 : 0;
+  const usbdev::HostSetting setting = usbdev::copyHostSetting("Version", {version, usbdev::kVersionSize});
+  return setting == usbdev::HostSetting::unreadable ? -1 : 0;
 }
 
 int vl_get_bndl_info(const char *package, BndlInfo *info) {

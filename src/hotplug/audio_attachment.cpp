@@ -1,7 +1,7 @@
 #include "hotplug/audio_attachment.h"
 
+#include "core/profile_mapping.h"
 #include "core/text.h"
-#include "devices/channel_state.h"
 #include "hotplug/sound_card.h"
 
 namespace usbdev {

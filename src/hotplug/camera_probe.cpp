@@ -1,6 +1,5 @@
 #include "hotplug/camera_probe.h"
 
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
 
 #include "core/event_log.h"
@@ -30,17 +29,17 @@ void probeCamera(HostAnswers &host, const _usbdev_des &device, CameraFindings &f
   char cap[2 * USBDEV_FORMATS + 1] = "";
   for (int i = 0; i < count; ++i) appendNumber(cap, "%d ", formats[i].codec);
   copyText(findings.cap, trim(cap));
-  if (!contains(findings.cap, "1")) findings.vcodec = kH264;
+  if (!contains(findings.cap, "1")) findings.vcodec = Codec::h264;
   get_fetypeid(&device, findings.fetype);
 }
 
-ConflictFindings findConflicts(HostAnswers &host, const ChannelStates &channels, int chosen, const _usbdev_des &device,
-                               bool supported, _usbdev_conflict &report) {
+ConflictFindings findConflicts(HostAnswers &host, const ChannelSnapshots &channels, int chosen,
+                               const _usbdev_des &device, bool supported, _usbdev_conflict &report) {
   ConflictFindings findings;
   ConflictTest test(host, device.usbslot, device.node);
   for (int i = 0; i < kChannels; ++i) {
     if (i == chosen) continue;
-    const ChannelState &other = channels[i];
+    const ChannelSnapshot &other = channels[i];
     copyText(report.devname, other.devname);
     if (!other.hasUnparkedCamera() || !test.conflictsWith(other.usbslot, other.vnode)) continue;
     if (other.profile != kNone) {

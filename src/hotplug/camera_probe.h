@@ -11,7 +11,7 @@ namespace usbdev {
 struct CameraFindings {
   char cap[16] = "";     // codec codes of its formats, as in "0 1"
   char fetype[16] = "";  // front-end camera type
-  int vcodec = kMjpeg;
+  Codec vcodec = Codec::mjpeg;
   bool usable = false;  // it has a format that the host can use
 };
 
@@ -24,7 +24,7 @@ struct ConflictFindings {
 };
 
 /// Looks for the first attached camera that the new one collides with; fills the report as the caller expects it.
-ConflictFindings findConflicts(HostAnswers &host, const ChannelStates &channels, int chosen, const _usbdev_des &device,
-                               bool supported, _usbdev_conflict &report);
+ConflictFindings findConflicts(HostAnswers &host, const ChannelSnapshots &channels, int chosen,
+                               const _usbdev_des &device, bool supported, _usbdev_conflict &report);
 
 }  // namespace usbdev

@@ -11,14 +11,14 @@ void choose(ChannelChoice &choice, int channel, int profile) {
 }
 
 /// A channel with another port, or with none yet: the first free one is taken.
-void considerOtherPort(ChannelChoice &choice, int i, const ChannelState &channel) {
+void considerOtherPort(ChannelChoice &choice, int i, const ChannelSnapshot &channel) {
   if (choice.channel != kNone) return;
   const bool never_used = channel.usbslot[0] == '\0';
   if (never_used || (channel.profile == kNone && channel.exists != 1)) choose(choice, i, channel.profile);
 }
 
 /// A channel that knows the port; true when it settles the choice.
-bool considerSamePort(ChannelChoice &choice, int i, const ChannelState &channel, const _usbdev_des &device) {
+bool considerSamePort(ChannelChoice &choice, int i, const ChannelSnapshot &channel, const _usbdev_des &device) {
   if (choice.replaced != kNone) return false;
   if (channel.profile == kNone) {
     choose(choice, i, kNone);
@@ -42,7 +42,7 @@ bool considerSamePort(ChannelChoice &choice, int i, const ChannelState &channel,
 
 }  // namespace
 
-ChannelChoice chooseForPlugged(const ChannelStates &channels, const _usbdev_des &device) {
+ChannelChoice chooseForPlugged(const ChannelSnapshots &channels, const _usbdev_des &device) {
   ChannelChoice choice;
   for (int i = 0; i < kChannels; ++i) {
     if (!isSame(channels[i].usbslot, device.usbslot)) {
@@ -54,7 +54,7 @@ ChannelChoice chooseForPlugged(const ChannelStates &channels, const _usbdev_des 
   return choice;
 }
 
-ChannelChoice chooseForRemoved(const ChannelStates &channels, const _usbdev_des &device) {
+ChannelChoice chooseForRemoved(const ChannelSnapshots &channels, const _usbdev_des &device) {
   ChannelChoice choice;
   for (int i = 0; i < kChannels; ++i) {
     if (channels[i].exists != 1 || !isSame(channels[i].usbslot, device.usbslot)) continue;

@@ -3,7 +3,7 @@
 
 #include <usbdev/records.h>
 
-#include "devices/channel_state.h"
+#include "core/channel_snapshot.h"
 
 namespace usbdev {
 
@@ -16,10 +16,10 @@ struct ChannelChoice {
 };
 
 /// Plug-in: the channel that knows the port, else the first free one.
-ChannelChoice chooseForPlugged(const ChannelStates &channels, const _usbdev_des &device);
+ChannelChoice chooseForPlugged(const ChannelSnapshots &channels, const _usbdev_des &device);
 
 /// Removal: the attached channel in the port.
-ChannelChoice chooseForRemoved(const ChannelStates &channels, const _usbdev_des &device);
+ChannelChoice chooseForRemoved(const ChannelSnapshots &channels, const _usbdev_des &device);
 
 inline bool isCamera(const _usbdev_des &device) { return device.devtype == 1; }
 

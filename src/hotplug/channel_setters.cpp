@@ -1,5 +1,4 @@
 #include <platform/alsa_ctl.h>
-#include <usbdev/core.h>
 #include <usbdev/hotplug.h>
 
 #include "core/config.h"

@@ -2,9 +2,9 @@
 #include <usbdev/hotplug.h>
 #include <usbdev/web.h>
 
-#include "core/config.h"
+#include "core/profile_mapping.h"
 #include "core/text.h"
-#include "devices/channel_state.h"
+#include "devices/conflicts.h"
 #include "web/links.h"
 
 namespace usbdev {
@@ -60,8 +60,7 @@ using namespace usbdev;
 
 int update_usbinfo(_usbdev_update *channels) {
   if (channels == nullptr) return -1;
-  // One pass: the lock is held over its commands.
-  ConfigWriter config;
+  WriterOverCommands config;
   if (!config) return -1;
   ChannelMarks newly_named = {};
   int slot_switch = 1;  // carried over on purpose: a channel without a stored switch takes the previous channel's

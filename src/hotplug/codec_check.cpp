@@ -17,7 +17,7 @@ Remedy judge(const Section &channel) {
   char cap[16];
   channel.get(keys::cap, cap);
   if (!contains(cap, "1")) return Remedy::unsupported;
-  return channel.get(keys::vcodec) == kH264 ? Remedy::use_mjpeg : Remedy::none;
+  return channel.get(keys::vcodec) == Codec::h264 ? Remedy::use_mjpeg : Remedy::none;
 }
 
 }  // namespace
@@ -38,7 +38,7 @@ int checkCodecs(HostAnswers &host) {
   ConfigWriter config;
   if (!config) return -1;
   for (int i = 0; i < kChannels; ++i) {
-    if (remedies[i] == Remedy::use_mjpeg) config.channel(i).set(keys::vcodec, kMjpeg);
+    if (remedies[i] == Remedy::use_mjpeg) config.channel(i).set(keys::vcodec, Codec::mjpeg);
     if (remedies[i] == Remedy::unsupported) config.channel(i).set(keys::conflictch, kUnsupported);
   }
   return config.save() ? 0 : -1;

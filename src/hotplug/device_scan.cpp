@@ -1,6 +1,5 @@
 #include "hotplug/device_scan.h"
 
-#include <usbdev/core.h>
 #include <usbdev/hotplug.h>
 
 #include <algorithm>
@@ -130,7 +129,7 @@ _usbdev_update *append(int &count, _usbdev_update *list, const Found &device, co
 
 int findCameras(HostAnswers &host, _usbdev_update *channels, int *conflict_map, int *new_camera_count,
                 _usbdev_update *new_cameras) {
-  const ConfigReader config;
+  const ReaderOverCommands config;
   if (!config) return -1;
   CommandLines interfaces("/bin/ls /sys/bus/usb/drivers/uvcvideo | grep \\: | /bin/awk '{print $1}'");
   if (!interfaces) {
@@ -169,7 +168,7 @@ int get_conf_audioinfo(_usbdev_update *channels, int *conflict_map, int *new_car
       (new_cameras == nullptr && new_camera_count > 0)) {
     return -1;
   }
-  const ConfigReader config;
+  const ReaderOverCommands config;
   if (!config) return -1;
   CommandLines interfaces("/bin/ls /sys/bus/usb/drivers/snd-usb-audio | grep \\: | /bin/awk '{print $1}'");
   if (!interfaces) {

@@ -1,6 +1,5 @@
 #include "hotplug/handler.h"
 
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
 #include <usbdev/hotplug.h>
 
@@ -20,7 +19,7 @@ struct HotplugEvent {
   explicit HotplugEvent(_usbdev_des &event_device) : device(event_device) {}
 
   _usbdev_des &device;
-  ChannelStates channels;
+  ChannelSnapshots channels;
   int slot_switch = 1;
   ChannelChoice choice;
   bool supported = true;
@@ -28,14 +27,14 @@ struct HotplugEvent {
   AudioFindings audio;
   ConflictFindings conflicts;
 
-  const ChannelState &chosen() const { return channels[choice.channel]; }
+  const ChannelSnapshot &chosen() const { return channels[choice.channel]; }
 };
 
 bool readBefore(HotplugEvent &event) {
   const ConfigReader config;
   if (!config) return false;
-  readChannels(config, event.channels);
-  if (event.device.plugged != 0) event.slot_switch = get_switch_state(config.handle(), event.device.usbslot);
+  readForComparing(config, event.channels);
+  if (event.device.plugged != 0) event.slot_switch = storedSwitch(config, event.device.usbslot);
   return true;
 }
 
@@ -99,7 +98,7 @@ void writePlugged(const ConfigWriter &config, const HotplugEvent &event) {
     config.channel(event.conflicts.parks).set(keys::conflictch, event.choice.channel);
   }
   if (event.choice.replaced != kNone) {
-    const ChannelState &replaced = event.channels[event.choice.replaced];
+    const ChannelSnapshot &replaced = event.channels[event.choice.replaced];
     writeInheritedAudio(channel, replaced.anode, replaced.acap);
     const Section &displaced = config.channel(event.choice.replaced);
     displaced.set(keys::exists, -1);  // not 0: its camera was displaced, not unplugged
@@ -121,13 +120,13 @@ bool writeEvent(const HotplugEvent &event) {
 void notify(const HotplugEvent &event, int successor) {
   if (!isCamera(event.device)) return;
   const bool plugged = event.device.plugged != 0;
-  const ChannelState &channel = event.chosen();
+  const ChannelSnapshot &channel = event.chosen();
   const bool starts_streaming = event.choice.exact_match && event.conflicts.parked_behind == kNone &&
-                                channel.vcodec == kMjpeg && event.slot_switch == 1;
+                                channel.vcodec == Codec::mjpeg && event.slot_switch == 1;
   if (plugged && !starts_streaming) return;
   ChangeNotification notification = ChangeNotification::ofCamera(channel.profile, plugged);
   if (successor != kNoSuccessor) notification.target = successor;
-  vl_settingNotify(&notification);
+  sendNotification(notification);
 }
 
 }  // namespace

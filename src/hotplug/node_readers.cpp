@@ -1,4 +1,3 @@
-#include <usbdev/core.h>
 #include <usbdev/hotplug.h>
 
 #include <cstdio>
@@ -103,7 +102,7 @@ int get_video_info(const char *interface_name, int *vnode, char *name) {
   if (found != 1) return found;
   Line line;
   if (!readCameraName(*vnode, line)) return -1;
-  copyCut(name, trim(line), sizeof line - 1);
+  copyCut(name, usbdev::trim(line), sizeof line - 1);
   return 0;
 }
 

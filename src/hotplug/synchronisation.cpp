@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "core/change_notification.h"
 #include "core/config.h"
 #include "core/text.h"
 #include "devices/conflicts.h"
@@ -12,9 +13,6 @@
 
 namespace usbdev {
 namespace {
-
-/// The event code of profiles that a one-channel host gives up.
-constexpr int kEventOneChannelHost = 3;
 
 struct Records {
   _usbdev_update list[kChannels];
@@ -132,7 +130,8 @@ int sync_usbdev(int new_camera_count, _usbdev_update *new_cameras, int new_card_
 int rmNone1stProfile(_usbdev_update *channels) {
   if (channels == nullptr) return 0;
   for (int i = 0; i < kChannels; ++i) {
-    if (holdsLaterProfile(channels[i])) vl_clear_usbchn_profile(channels[i].profile, nullptr, kEventOneChannelHost);
+    if (holdsLaterProfile(channels[i]))
+      vl_clear_usbchn_profile(channels[i].profile, nullptr, static_cast<int>(EventCode::one_channel_host));
   }
   return 0;
 }

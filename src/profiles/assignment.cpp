@@ -1,5 +1,4 @@
 #include <arpa/inet.h>
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
 #include <usbdev/profiles.h>
 #include <usbdev/web.h>
@@ -9,14 +8,14 @@
 #include "core/local_time.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
-#include "devices/channel_state.h"
+#include "devices/conflicts.h"
 #include "web/links.h"
 
 namespace usbdev {
 namespace {
 
 /// The attached channel that holds a profile; a channel whose device is gone is not asked.
-int findProfile(const ChannelStates &channels, int profile) {
+int findProfile(const ChannelSnapshots &channels, int profile) {
   for (int i = 0; i < kChannels; ++i) {
     if (channels[i].exists != 0 && channels[i].profile == profile) return i;
   }
@@ -24,14 +23,14 @@ int findProfile(const ChannelStates &channels, int profile) {
 }
 
 /// The attached channel whose device sits in a port.
-int findSlot(const ChannelStates &channels, const char *usbslot) {
+int findSlot(const ChannelSnapshots &channels, const char *usbslot) {
   for (int i = 0; i < kChannels; ++i) {
     if (channels[i].exists != 0 && isSame(channels[i].usbslot, usbslot)) return i;
   }
   return kNone;
 }
 
-void findConflicts(const ChannelStates &channels, int target, ChannelMarks &conflicting) {
+void findConflicts(const ChannelSnapshots &channels, int target, ChannelMarks &conflicting) {
   HostAnswers host;
   ConflictTest test(host, channels[target].usbslot, channels[target].vnode);
   markConflicts(test, channels, target, conflicting);
@@ -44,7 +43,7 @@ struct NewLink {
 };
 
 bool writeAssignment(int target, int profile, const NewLink &link, const ChannelMarks &conflicting) {
-  ConfigWriter config;
+  WriterOverCommands config;
   if (!config) return false;
   char now[kTimeTextSize];
   formatLocalTime(now);
@@ -81,8 +80,8 @@ using namespace usbdev;
 
 int vl_chk_usbdev_profile(const char *usbslot, int profile, int *unassigned) {
   if (usbslot == nullptr || unassigned == nullptr || !isProfile(profile)) return -1;
-  ChannelStates channels;
-  if (!readChannels(channels)) return -1;
+  ChannelSnapshots channels;
+  if (!readForComparing(channels)) return -1;
   const int channel = findSlot(channels, usbslot);
   if (channel == kNone) return 0;
   if (channels[channel].profile == kNone) {
@@ -94,8 +93,8 @@ int vl_chk_usbdev_profile(const char *usbslot, int profile, int *unassigned) {
 
 int vl_set_usbchn_profile(char *usbslot, int profile) {
   if (usbslot == nullptr || !isProfile(profile)) return -1;
-  ChannelStates channels;
-  if (!readChannels(channels)) return -1;
+  ChannelSnapshots channels;
+  if (!readForComparing(channels)) return -1;
   const int holder = findProfile(channels, profile);
   if (holder != kNone) return isSame(channels[holder].usbslot, usbslot) ? 0 : -1;
   const int target = findSlot(channels, usbslot);
@@ -115,7 +114,7 @@ int vl_set_usbchn_profile(char *usbslot, int profile) {
 int vl_clear_usbchn_profile(int profile, const char *client_ip, int event_code) {
   const int channel_number = channelOfProfile(profile);
   if (channel_number == kNone) return -1;
-  ChangeNotification notification(profile, event_code);
+  ChangeNotification notification(profile, static_cast<EventCode>(event_code));
   if (client_ip != nullptr) {
     const in_addr_t address = inet_addr(client_ip);
     std::memcpy(notification.request_header + 4, &address, sizeof address);
@@ -137,7 +136,7 @@ int vl_clear_usbchn_profile(int profile, const char *client_ip, int event_code) 
   int successor = kNoSuccessor;
   updateConflict(channel_number, kNone, event_code, &successor);
   if (successor != kNoSuccessor) notification.target = successor;
-  vl_settingNotify(&notification);
+  sendNotification(notification);
   return 0;
 }
 
@@ -160,7 +159,7 @@ int vl_set_profile_channelname(int profile, const char *name, int event_code) {
     config.channel(channel_number).set(keys::profilename, new_name);
     if (!config.save()) return -1;
   }
-  if (changed || event_code == kEventReportAll) {
+  if (changed || static_cast<EventCode>(event_code) == EventCode::report_all) {
     logEvent(EventLevel::information, "Modified Channel %d channel name: %s", profile + 1, new_name);
   }
   return 0;

@@ -1,4 +1,3 @@
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
 #include <usbdev/profiles.h>
 

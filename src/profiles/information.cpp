@@ -1,4 +1,3 @@
-#include <usbdev/core.h>
 #include <usbdev/profiles.h>
 
 #include <cstring>
@@ -28,7 +27,7 @@ int vl_get_profileID(int channel) {
   if (!config) return -1;
   char name[16];
   usbdev::formatText(name, "ch%d", channel);  // any number makes a name
-  return usbdev::Section(config.handle(), name).get(usbdev::keys::profile);
+  return config.section(name).get(usbdev::keys::profile);
 }
 
 int vl_get_stream_info(int profile, _streaminfo *info) {

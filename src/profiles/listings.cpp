@@ -58,8 +58,7 @@ int vl_get_available_profile(char *out) {
 int vl_get_usbdev_list(char *out) {
   using namespace usbdev;
   if (out == nullptr) return -1;
-  // The one query that asks cameras while it holds the lock.
-  const ConfigReader config;
+  const ReaderOverCommands config;
   if (!config) return -1;
   HostAnswers host;
   ProfileList streamable;
@@ -105,7 +104,7 @@ int vl_get_profile_list(_usbdev_entry *rows) {
     row.mjpeg = 0;
     if (!hasVideo(row.stream_type)) continue;
     readRow(kVideoRow, channel, row);
-    row.mjpeg = row.vcodec == kMjpeg ? 1 : 0;
+    row.mjpeg = static_cast<Codec>(row.vcodec) == Codec::mjpeg ? 1 : 0;
   }
   return 0;
 }

@@ -1,4 +1,3 @@
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
 #include <usbdev/profiles.h>
 
@@ -6,7 +5,7 @@
 #include "core/event_log.h"
 #include "core/text.h"
 #include "devices/channel_records.h"
-#include "devices/channel_state.h"
+#include "devices/conflicts.h"
 
 namespace usbdev {
 namespace {
@@ -18,7 +17,7 @@ struct SlotSwitch {
   bool on;
   const _streaminfo &slot;
   int own;
-  ChannelStates channels;
+  ChannelSnapshots channels;
   int parked_behind = kNone;  // the channel that has the bus already
   ChannelMarks parks = {};    // the channels that yield to this one
 };
@@ -27,7 +26,7 @@ void findConflicts(HostAnswers &host, const char *usbslot, SlotSwitch &change) {
   ConflictTest test(host, usbslot, change.slot.vnode);
   const bool may_park = change.on && change.slot.vprofile != kNone;
   for (int i = 0; i < kChannels; ++i) {
-    const ChannelState &other = change.channels[i];
+    const ChannelSnapshot &other = change.channels[i];
     const bool may_stream = other.profile != kNone && other.switched_on;
     if (i == change.own || !other.hasUnparkedCamera() || !(may_stream || may_park)) continue;
     if (!test.conflictsWith(other.usbslot, other.vnode)) continue;
@@ -54,7 +53,7 @@ bool writeSwitch(const SlotSwitch &change) {
 /// slot's.
 bool startsStreaming(const SlotSwitch &change) {
   const int last = change.own == kChannels - 1 ? kChannels - 2 : kChannels - 1;
-  return change.parked_behind == kNone && change.channels[last].vcodec == kMjpeg;
+  return change.parked_behind == kNone && change.channels[last].vcodec == Codec::mjpeg;
 }
 
 void notify(const SlotSwitch &change, int successor) {
@@ -64,7 +63,7 @@ void notify(const SlotSwitch &change, int successor) {
   if (!streams) return;
   ChangeNotification notification = ChangeNotification::ofCamera(profile, change.on);
   if (successor != kNoSuccessor) notification.target = successor;
-  vl_settingNotify(&notification);
+  sendNotification(notification);
 }
 
 }  // namespace
@@ -77,7 +76,7 @@ int vl_set_usbslot_switch(const char *usbslot, const char *state, const char * /
   _streaminfo slot;
   if (vl_get_usbslot_info(usbslot, &slot) != 0 || slot.channel == kNone) return -1;
   SlotSwitch change(isSame(state, "enable"), slot);
-  if (!readChannels(change.channels, OpenFailure::read)) return -1;
+  if (!readForComparing(change.channels, OpenFailure::read)) return -1;
 
   HostAnswers host;
   findConflicts(host, usbslot, change);

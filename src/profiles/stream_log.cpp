@@ -12,18 +12,21 @@ namespace {
 class StreamLog {
  public:
   StreamLog(int profile, const _streaminfo &new_info, const _streaminfo &old_info, int event_code)
-      : number_(profile + 1), new_(new_info), old_(old_info), reports_all_(event_code == kEventReportAll) {}
+      : number_(profile + 1),
+        new_(new_info),
+        old_(old_info),
+        reports_all_(static_cast<EventCode>(event_code) == EventCode::report_all) {}
 
   void addVideo(float chosen_fps) const {
     if (isReported(&_streaminfo::vcodec)) {
       logEvent(EventLevel::information, "Modified Channel %d video format: %s", number_,
-               new_.vcodec == kMjpeg ? "MJPEG" : "H.264");
+               static_cast<Codec>(new_.vcodec) == Codec::mjpeg ? "MJPEG" : "H.264");
     }
     if (isReported(&_streaminfo::width) || isReported(&_streaminfo::height)) {
       logEvent(EventLevel::information, "Modified Channel %d resolution: %dx%d", number_, new_.width, new_.height);
     }
     if (reports_all_ || chosen_fps != old_.framerate) addRate(chosen_fps);
-    if (new_.vcodec != kH264) return;
+    if (static_cast<Codec>(new_.vcodec) != Codec::h264) return;
     addSwitch(&_streaminfo::osdenable, "overlay timestamp");
     addSwitch(&_streaminfo::flip, "image reverse");
     addSwitch(&_streaminfo::mirror, "image mirror");

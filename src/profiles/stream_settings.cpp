@@ -1,4 +1,3 @@
-#include <usbdev/core.h>
 #include <usbdev/profiles.h>
 #include <usbdev/web.h>
 
@@ -43,8 +42,8 @@ class ChangedSettings {
     write(keys::width, &_streaminfo::width);
     write(keys::height, &_streaminfo::height);
     if (chosen_fps != old_.framerate) writeRate(chosen_fps);
-    if (new_.vcodec == kMjpeg && any_) writeNewTag();
-    if (new_.vcodec == kH264) writeEncoding();
+    if (static_cast<Codec>(new_.vcodec) == Codec::mjpeg && any_) writeNewTag();
+    if (static_cast<Codec>(new_.vcodec) == Codec::h264) writeEncoding();
   }
 
   void writeAudio() {
@@ -111,7 +110,7 @@ int vl_set_usbchn_stream(int profile, _streaminfo *new_info, const _streaminfo *
 
   bool changed = false;
   {
-    ConfigWriter config;
+    WriterOverCommands config;
     if (!config) return -1;
     Add_setStream_log(profile, new_info, old_info, chosen_fps, event_code);  // by design before the first key
     ChangedSettings settings(config.channel(channel), *new_info, *old_info);
@@ -120,12 +119,12 @@ int vl_set_usbchn_stream(int profile, _streaminfo *new_info, const _streaminfo *
     changed = settings.any();
     if (!config.save()) return -1;
   }
-  if (!changed && event_code != kEventReportAll) return 0;
-  ChangeNotification notification(profile, event_code);
+  if (!changed && static_cast<EventCode>(event_code) != EventCode::report_all) return 0;
+  ChangeNotification notification(profile, static_cast<EventCode>(event_code));
   std::memcpy(notification.request_header, new_info->header, sizeof notification.request_header);
   notification.vnode = standing.vnode;
   notification.anode = standing.anode;
-  notification.flag = new_info->vcodec == kH264 ? 1 : 0;
+  notification.flag = static_cast<Codec>(new_info->vcodec) == Codec::h264 ? 1 : 0;
   notification.target = profile;
-  return vl_settingNotify(&notification);
+  return sendNotification(notification) ? 0 : -1;
 }

@@ -1,6 +1,5 @@
 #include <sys/types.h>
 #include <unistd.h>
-#include <usbdev/core.h>
 #include <usbdev/web.h>
 
 #include <cstdlib>
@@ -33,7 +32,7 @@ int generate_hash(char *out) {
 
 int strip(char *in, char *out) {
   if (in == nullptr || out == nullptr) return 0;
-  trim(in);  // meant for its effect on the end alone: leading blanks stay
+  usbdev::trim(in);  // meant for its effect on the end alone: leading blanks stay
   const int length = static_cast<int>(std::strlen(in));
   for (const char *c = in; *c != '\0'; ++c) {
     if (*c != '-') *out++ = *c;

@@ -1,5 +1,4 @@
 // Who may see a live stream: the checks before a viewer is served.
-#include <usbdev/core.h>
 #include <usbdev/web.h>
 
 #include "core/config.h"

@@ -1,5 +1,4 @@
 // The links by which a profile's live stream is shared.
-#include <usbdev/core.h>
 #include <usbdev/web.h>
 
 #include <cstring>
@@ -53,7 +52,7 @@ void publish(const Section &section, int profile, const LinkIdentifiers &link, b
 }
 
 /// False when nothing could be stored; the link, if one was made, is then gone again.
-bool saveWithLink(ConfigWriter &config, const LinkIdentifiers &link) {
+bool saveWithLink(WriterOverCommands &config, const LinkIdentifiers &link) {
   if (config.save()) return true;
   takeBackStreamLink(link.hash_string);
   return false;
@@ -80,7 +79,7 @@ int removeStoredLink(const char *section) {
   {
     const ConfigReader config;
     if (!config) return -1;
-    Section(config.handle(), section).get(keys::hash_string, name);
+    config.section(section).get(keys::hash_string, name);
   }
   removeStreamLink(name);
   return 0;
@@ -106,7 +105,7 @@ int vl_set_share_link(ShareLinkInfo *info) {
   if (gets_link && !usbdev::makeIdentifiers(info->ssid, link)) return -1;
 
   {
-    usbdev::ConfigWriter config;
+    usbdev::WriterOverCommands config;
     if (!config) return -1;
     const usbdev::Section &section = config.channel(channel);
     usbdev::setProtection(section, *info, password);
@@ -144,7 +143,7 @@ int vl_renew_share_link(ShareLinkInfo *info) {
   usbdev::LinkIdentifiers link;
   if (!usbdev::makeIdentifiers("", link)) return -1;
   {
-    usbdev::ConfigWriter config;
+    usbdev::WriterOverCommands config;
     if (!config) return -1;
     usbdev::publish(config.channel(channel), info->profile, link, true);
     if (!usbdev::saveWithLink(config, link)) return -1;

@@ -1,6 +1,5 @@
 // The state of the live streams, and the signals about it.
 #include <sys/stat.h>
-#include <usbdev/core.h>
 #include <usbdev/devices.h>
 #include <usbdev/web.h>
 
@@ -36,7 +35,7 @@ sockaddr_in streamingService() {
 int vl_get_hls_status(int profile, int *status) {
   if (status == nullptr) return 0;
   char installed[usbdev::kPackageTextSize];
-  if (get_bndl_info("Velmora2", "Install_Path", installed) != 0) {
+  if (!usbdev::askPackageRegistry("Velmora2", "Install_Path", installed)) {
     usbdev::copyText(installed, "/share/CACHEDEV1_DATA/.bndl/velmora2");
   }
   char playlist[192];
@@ -69,7 +68,7 @@ int mn_update_pfstate(int profile, int value) {
   if (!config) return -1;
   char name[16];
   usbdev::formatText(name, "pf%d", profile);
-  usbdev::Section(config.handle(), name).set(usbdev::kAvailable, value);
+  config.section(name).set(usbdev::kAvailable, value);
   return config.save() ? 0 : -1;
 }
 

@@ -1,6 +1,5 @@
-// An application whose own functions happen to bear the library's names. Calls inside the library reach the library's
-// own functions all the same. Each case calls an exported function that calls another exported one, which the
-// application defines too.
+// An application whose own functions happen to bear the library's names. What the library does inside stays as it is:
+// each case calls an exported function that does the same work as another one, which the application defines too.
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
