@@ -1,11 +1,9 @@
-/*
- * gpuinfo_app: the host's graphics processors. /etc/config/gpuinfo.conf has a section for each, named after it, with
- * its details and its state:
- *
- *   [card0]
- *   details = integrated graphics
- *   driver_installed = 1
- */
+// gpuinfo_app: the host's graphics processors. /etc/config/gpuinfo.conf has a section for each, named after it, with
+// its details and its state:
+//
+//   [card0]
+//   details = integrated graphics
+//   driver_installed = 1
 #include <getopt.h>
 
 #include <algorithm>
@@ -19,7 +17,7 @@ namespace {
 constexpr char kFile[] = "/etc/config/gpuinfo.conf";
 constexpr char kUsage[] =
     "Usage: gpuinfo_app -l | -s NAME\n"
-    "Tells about the host's graphics processors, as /etc/config/gpuinfo.conf lists them.\n"
+    "Shows the host's graphics processors, as /etc/config/gpuinfo.conf lists them.\n"
     "\n"
     "  -l          list them, each as \"name: details\"\n"
     "  -s NAME     print one's state as key=value lines, driver_installed first\n"
@@ -29,31 +27,31 @@ constexpr char kUsage[] =
 
 enum ExitStatus { kPrinted = 0, kNotFound = 1, kWrongUsage = 2 };
 
-void list_all() {
-  for (const auto &entry : read_ini_file(kFile))
+void listAll() {
+  for (const auto &entry : readIniFile(kFile))
     if (entry.key == "details") printf("%s: %s\n", entry.section.c_str(), entry.value.c_str());
 }
 
-ExitStatus print_state(const std::string &name) {
-  auto entries = read_ini_file(kFile);
+ExitStatus printState(const std::string &name) {
+  auto entries = readIniFile(kFile);
   entries.erase(std::remove_if(entries.begin(), entries.end(),
                                [&](const auto &entry) { return entry.section != name || entry.key == "details"; }),
                 entries.end());
-  /* Readers look at the first line only. */
+  // Readers look at the first line only.
   std::stable_partition(entries.begin(), entries.end(),
                         [](const auto &entry) { return entry.key == "driver_installed"; });
   for (const auto &entry : entries) printf("%s=%s\n", entry.key.c_str(), entry.value.c_str());
   return entries.empty() ? kNotFound : kPrinted;
 }
 
-/* Names hold blanks, and callers do not quote them. */
+/// Names contain blanks, and callers do not quote them.
 std::string joined(const std::string &first, int count, char **rest) {
   std::string name = first;
   for (int i = 0; i < count; ++i) name.append(" ").append(rest[i]);
   return name;
 }
 
-ExitStatus wrong_usage() {
+ExitStatus wrongUsage() {
   fputs(kUsage, stderr);
   return kWrongUsage;
 }
@@ -67,12 +65,12 @@ int main(int count, char **arguments) {
       fputs(kUsage, stdout);
       return kPrinted;
     case 'l':
-      if (optind < count) return wrong_usage();
-      list_all();
+      if (optind < count) return wrongUsage();
+      listAll();
       return kPrinted;
     case 's':
-      return print_state(joined(optarg, count - optind, arguments + optind));
+      return printState(joined(optarg, count - optind, arguments + optind));
     default:
-      return wrong_usage();
+      return wrongUsage();
   }
 }

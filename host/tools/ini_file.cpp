@@ -12,21 +12,21 @@ std::string trimmed(const std::string &text) {
   return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
-bool is_comment(const std::string &line) { return line.front() == '#' || line.front() == ';'; }
+bool isComment(const std::string &line) { return line.front() == '#' || line.front() == ';'; }
 
-bool is_section(const std::string &line) { return line.front() == '[' && line.back() == ']'; }
+bool isSection(const std::string &line) { return line.front() == '[' && line.back() == ']'; }
 
 }  // namespace
 
-std::vector<IniEntry> read_ini_file(const std::string &path) {
+std::vector<IniEntry> readIniFile(const std::string &path) {
   std::vector<IniEntry> entries;
   std::ifstream file(path);
   std::string section;
   for (std::string raw; std::getline(file, raw);) {
     std::string line = trimmed(raw);
-    if (line.empty() || is_comment(line)) continue;
+    if (line.empty() || isComment(line)) continue;
     std::size_t separator = line.find('=');
-    if (is_section(line))
+    if (isSection(line))
       section = trimmed(line.substr(1, line.size() - 2));
     else if (separator != std::string::npos)
       entries.push_back({section, trimmed(line.substr(0, separator)), trimmed(line.substr(separator + 1))});

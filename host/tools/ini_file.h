@@ -1,6 +1,5 @@
-/* Plain settings files: [section] lines with "key = value" lines below them; # and ; begin a comment line. */
-#ifndef HOST_TOOLS_INI_FILE_H
-#define HOST_TOOLS_INI_FILE_H
+// Plain settings files: [section] lines with "key = value" lines below them; # and ; begin a comment line.
+#pragma once
 
 #include <string>
 #include <vector>
@@ -11,7 +10,5 @@ struct IniEntry {
   std::string value;
 };
 
-/* The entries in the file's order; none when the file cannot be read. Lines that are none of the above are skipped. */
-std::vector<IniEntry> read_ini_file(const std::string &path);
-
-#endif
+/// The entries in the file's order; none when the file cannot be read. Other lines are skipped.
+std::vector<IniEntry> readIniFile(const std::string &path);

@@ -1,4 +1,4 @@
-/* readcfg: prints one value of a settings file. */
+// readcfg: prints one value of a settings file.
 #include <getopt.h>
 #include <strings.h>
 
@@ -59,8 +59,8 @@ bool answers(const IniEntry &entry, const Query &query) {
   return same_section && entry.key == query.key;
 }
 
-ExitStatus print_answer(const Query &query) {
-  const auto entries = read_ini_file(query.file);
+ExitStatus printAnswer(const Query &query) {
+  const auto entries = readIniFile(query.file);
   const auto found =
       std::find_if(entries.begin(), entries.end(), [&](const auto &entry) { return answers(entry, query); });
   if (found == entries.end() && !query.default_value) return kNoValue;
@@ -76,7 +76,7 @@ int main(int count, char **arguments) {
     fputs(kUsage, stderr);
     return kWrongUsage;
   }
-  if (!query.help) return print_answer(query);
+  if (!query.help) return printAnswer(query);
   fputs(kUsage, stdout);
   return kPrinted;
 }

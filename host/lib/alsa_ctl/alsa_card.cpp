@@ -22,18 +22,18 @@ using Mixer = std::unique_ptr<snd_mixer_t, With<snd_mixer_close>>;
 constexpr int kMono = 1;
 constexpr int kStereo = 2;
 
-std::string device_name(int card) { return "hw:" + std::to_string(card); }
+std::string deviceName(int card) { return "hw:" + std::to_string(card); }
 
-/* Asked first, because opening a card that is not there prints on standard error. */
-bool is_present(int card) { return snd_card_load(card) == 1; }
+/// Asked first, because opening a card that is not there prints on standard error.
+bool isPresent(int card) { return snd_card_load(card) == 1; }
 
-Control open_control(int card) {
+Control openControl(int card) {
   snd_ctl_t *opened = nullptr;
-  if (!is_present(card) || snd_ctl_open(&opened, device_name(card).c_str(), SND_CTL_NONBLOCK) < 0) return nullptr;
+  if (!isPresent(card) || snd_ctl_open(&opened, deviceName(card).c_str(), SND_CTL_NONBLOCK) < 0) return nullptr;
   return Control(opened);
 }
 
-bool read_name(snd_ctl_t *control, _acard_info &info) {
+bool readName(snd_ctl_t *control, _acard_info &info) {
   snd_ctl_card_info_t *card = nullptr;
   snd_ctl_card_info_alloca(&card);
   if (snd_ctl_card_info(control, card) < 0) return false;
@@ -41,7 +41,7 @@ bool read_name(snd_ctl_t *control, _acard_info &info) {
   return true;
 }
 
-bool can_capture(snd_ctl_t *control, int device) {
+bool canCapture(snd_ctl_t *control, int device) {
   snd_pcm_info_t *info = nullptr;
   snd_pcm_info_alloca(&info);
   snd_pcm_info_set_device(info, static_cast<unsigned>(device));
@@ -49,20 +49,20 @@ bool can_capture(snd_ctl_t *control, int device) {
   return snd_ctl_pcm_info(control, info) >= 0;
 }
 
-/* Counts the capture devices and tells the first one, -1 for none. */
-int count_capture_devices(snd_ctl_t *control, int &first) {
+/// Counts the capture devices and finds the first one, -1 for none.
+int countCaptureDevices(snd_ctl_t *control, int &first) {
   int count = 0;
   first = -1;
   for (int device = -1; snd_ctl_pcm_next_device(control, &device) >= 0 && device >= 0;) {
-    if (!can_capture(control, device)) continue;
+    if (!canCapture(control, device)) continue;
     if (count++ == 0) first = device;
   }
   return count;
 }
 
-/* A device that only does two channels counts two; one that can also do one channel counts one. */
-bool read_channels(int card, int device, _acard_info &info) {
-  std::string name = device_name(card) + "," + std::to_string(device);
+/// A device that can record two channels only counts two; one that can also record one channel counts one.
+bool readChannels(int card, int device, _acard_info &info) {
+  std::string name = deviceName(card) + "," + std::to_string(device);
   snd_pcm_t *opened = nullptr;
   if (snd_pcm_open(&opened, name.c_str(), SND_PCM_STREAM_CAPTURE, SND_PCM_NONBLOCK) < 0) return false;
   Pcm pcm(opened);
@@ -78,17 +78,17 @@ bool read_channels(int card, int device, _acard_info &info) {
   return true;
 }
 
-Mixer open_mixer(int card) {
+Mixer openMixer(int card) {
   snd_mixer_t *opened = nullptr;
-  if (!is_present(card) || snd_mixer_open(&opened, 0) < 0) return nullptr;
+  if (!isPresent(card) || snd_mixer_open(&opened, 0) < 0) return nullptr;
   Mixer mixer(opened);
-  if (snd_mixer_attach(opened, device_name(card).c_str()) < 0 ||
+  if (snd_mixer_attach(opened, deviceName(card).c_str()) < 0 ||
       snd_mixer_selem_register(opened, nullptr, nullptr) < 0 || snd_mixer_load(opened) < 0)
     return nullptr;
   return mixer;
 }
 
-bool set_element(snd_mixer_elem_t *element, int volume) {
+bool setElement(snd_mixer_elem_t *element, int volume) {
   long low = 0;
   long high = 0;
   if (snd_mixer_selem_get_capture_volume_range(element, &low, &high) < 0) return false;
@@ -103,20 +103,20 @@ bool set_element(snd_mixer_elem_t *element, int volume) {
 namespace alsa_card {
 
 bool describe(int card, _acard_info &info) {
-  Control control = open_control(card);
-  if (!control || !read_name(control.get(), info)) return false;
+  Control control = openControl(card);
+  if (!control || !readName(control.get(), info)) return false;
   int first = -1;
-  info.entry_count = count_capture_devices(control.get(), first);
-  return info.entry_count == 0 || read_channels(card, first, info);
+  info.entry_count = countCaptureDevices(control.get(), first);
+  return info.entry_count == 0 || readChannels(card, first, info);
 }
 
-bool set_capture_volume(int card, int volume) {
-  Mixer mixer = open_mixer(card);
+bool setCaptureVolume(int card, int volume) {
+  Mixer mixer = openMixer(card);
   if (!mixer) return false;
   bool found = false;
   for (auto *element = snd_mixer_first_elem(mixer.get()); element; element = snd_mixer_elem_next(element)) {
     if (!snd_mixer_selem_has_capture_volume(element)) continue;
-    if (!set_element(element, volume)) return false;
+    if (!setElement(element, volume)) return false;
     found = true;
   }
   return found;

@@ -15,7 +15,7 @@ namespace {
 constexpr int kNotRun = -1;
 constexpr int kKilledBySignal = 128;  // plus the signal's number, as shells report it
 
-/* Starts the program with the standard streams and no other descriptor of the caller. */
+/// Starts the program with the standard streams and no other descriptor of the caller.
 bool start(const std::vector<char *> &arguments, pid_t &child) {
   posix_spawn_file_actions_t actions;
   if (posix_spawn_file_actions_init(&actions) != 0) return false;
@@ -25,14 +25,14 @@ bool start(const std::vector<char *> &arguments, pid_t &child) {
   return started;
 }
 
-int exit_status_of(pid_t child) {
+int exitStatusOf(pid_t child) {
   int status = 0;
   while (waitpid(child, &status, 0) < 0)
     if (errno != EINTR) return kNotRun;
   return WIFEXITED(status) ? WEXITSTATUS(status) : kKilledBySignal + WTERMSIG(status);
 }
 
-/* The program and what follows it, up to the null. */
+/// The program and its arguments, up to the null.
 std::vector<char *> gather(const char *program, va_list &rest) {
   std::vector<char *> arguments{const_cast<char *>(program)};
   do arguments.push_back(va_arg(rest, char *));
@@ -42,17 +42,17 @@ std::vector<char *> gather(const char *program, va_list &rest) {
 
 int run(const std::vector<char *> &arguments) {
   pid_t child = 0;
-  return start(arguments, child) ? exit_status_of(child) : kNotRun;
+  return start(arguments, child) ? exitStatusOf(child) : kNotRun;
 }
 
 }  // namespace
 
-/* Returns the exit status, 128 plus the signal's number for a killed program, -1 when it could not be started. */
+/// Returns the exit status, 128 plus the signal's number for a killed program, -1 when it could not be started.
 extern "C" int orda_exec(int, int, int, const char *program, ...) {
   if (!program) return kNotRun;
   va_list rest;
   va_start(rest, program);
-  int status = without_exceptions(kNotRun, [&] { return run(gather(program, rest)); });
+  int status = withoutExceptions(kNotRun, [&] { return run(gather(program, rest)); });
   va_end(rest);
   return status;
 }

@@ -1,7 +1,5 @@
-/*
- * The event log: the table "event" (id, time in seconds since 1970 UTC, level, text) of one database. Each call opens
- * the database for itself, so that a process may fork, and be killed, at any time.
- */
+// The event log: the table "event" (id, time in seconds since 1970 UTC, level, text) of one database. Each call opens
+// the database for itself, so that a process may fork, and be killed, at any time.
 #include <sqlite3.h>
 #include <sys/stat.h>
 
@@ -29,7 +27,7 @@ struct FinalizeStatement {
 using Database = std::unique_ptr<sqlite3, CloseDatabase>;
 using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-Database open_database() {
+Database openDatabase() {
   mkdir(kFolder, 0755);
   sqlite3 *opened = nullptr;
   int result = sqlite3_open_v2(kDatabase, &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
@@ -54,11 +52,11 @@ bool insert(sqlite3 *database, int level, const char *text) {
 
 }  // namespace
 
-/* Returns 0, or -1 for a level other than 0 and 1, for no text, and when the line could not be stored. */
+/// Returns 0, or -1 for a level other than 0 and 1, for no text, and when the line could not be stored.
 extern "C" int vq_sql_set_log(int level, const char *text, int) {
   if ((level != 0 && level != 1) || !text) return -1;
-  Database database = open_database();
-  /* The write lock comes first: two processes that both read and then want to write would block each other. */
+  Database database = openDatabase();
+  // The write lock comes first: two processes that both read and then want to write would block each other.
   if (!database || !run(database.get(), "BEGIN IMMEDIATE")) return -1;
   bool stored = run(database.get(), kTable) && insert(database.get(), level, text) && run(database.get(), "COMMIT");
   return stored ? 0 : -1;

@@ -5,16 +5,15 @@
 #include <utility>
 
 namespace xmlcfg {
-
 namespace {
 
-/* Comments are kept for the people who wrote them; a fragment also shows stray text behind the root element. */
+// Comments are kept for the people who wrote them; parsing a fragment also finds stray text after the root element.
 constexpr unsigned kParsing =
     pugi::parse_escapes | pugi::parse_cdata | pugi::parse_eol | pugi::parse_comments | pugi::parse_fragment;
 
 constexpr int kDepthOfSubKey = 3;  // that of the root is 0
 
-bool is_one_element(const pugi::xml_document &document) {
+bool isOneElement(const pugi::xml_document &document) {
   int elements = 0;
   for (const auto &node : document) {
     if (node.type() == pugi::node_element)
@@ -25,14 +24,14 @@ bool is_one_element(const pugi::xml_document &document) {
   return elements == 1;
 }
 
-/* Asks of every node whether it stands no deeper than a sub-key's text. */
+/// Checks that no node is deeper than a sub-key's text.
 struct DepthCheck : pugi::xml_tree_walker {
   bool for_each(pugi::xml_node &node) override {
     return node.type() != pugi::node_element || depth() <= kDepthOfSubKey;
   }
 };
 
-bool is_xml_name(std::string_view name) {
+bool isXmlName(std::string_view name) {
   auto is_letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
   auto is_inner = [&](char c) { return is_letter(c) || (c >= '0' && c <= '9') || c == '-' || c == '.'; };
   return !name.empty() && is_letter(name.front()) && std::all_of(name.begin(), name.end(), is_inner);
@@ -43,7 +42,7 @@ pugi::xml_node find(const pugi::xml_document &document, const ValuePath &path) {
   return path.sub_key ? key.child(path.sub_key) : key;
 }
 
-pugi::xml_node find_or_create(pugi::xml_node parent, const char *name) {
+pugi::xml_node findOrCreate(pugi::xml_node parent, const char *name) {
   pugi::xml_node child = parent.child(name);
   if (!child) child = parent.append_child(name);
   return child ? child : throw std::bad_alloc();
@@ -62,15 +61,14 @@ bool ConfigDocument::parse(std::vector<char> bytes) {
   auto result = document_.load_buffer_inplace(bytes_.data(), bytes_.size(), kParsing, pugi::encoding_utf8);
   if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
   DepthCheck depth_check;
-  return result && is_one_element(document_) && document_.traverse(depth_check);
+  return result && isOneElement(document_) && document_.traverse(depth_check);
 }
 
-/* A value is all text directly inside its element: comments may cut it into pieces. */
+/// A value is all text directly inside its element: comments may cut it into pieces.
 bool ConfigDocument::get(const ValuePath &path, BoundedText &value) const {
   pugi::xml_node element = find(document_, path);
   for (const auto &piece : element)
-    if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata)
-      append_from_readable(piece.value(), value);
+    if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata) appendFromReadable(piece.value(), value);
   return element;
 }
 
@@ -82,15 +80,15 @@ bool ConfigDocument::holds(const ValuePath &path, std::string_view value) const 
 
 bool ConfigDocument::set(const ValuePath &path, const char *value) {
   pugi::xml_node root = document_.child(path.root);
-  if (!root || !is_xml_name(path.section) || !is_xml_name(path.key)) return false;
-  if (path.sub_key && !is_xml_name(path.sub_key)) return false;
+  if (!root || !isXmlName(path.section) || !isXmlName(path.key)) return false;
+  if (path.sub_key && !isXmlName(path.sub_key)) return false;
 
   if (holds(path, value)) return true;
-  pugi::xml_node element = find_or_create(find_or_create(root, path.section), path.key);
-  if (path.sub_key) element = find_or_create(element, path.sub_key);
+  pugi::xml_node element = findOrCreate(findOrCreate(root, path.section), path.key);
+  if (path.sub_key) element = findOrCreate(element, path.sub_key);
   element.remove_children();
   changed_ = true;
-  if (!element.append_child(pugi::node_pcdata).set_value(to_readable(value).c_str())) throw std::bad_alloc();
+  if (!element.append_child(pugi::node_pcdata).set_value(toReadable(value).c_str())) throw std::bad_alloc();
   return true;
 }
 

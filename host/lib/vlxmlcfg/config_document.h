@@ -1,6 +1,5 @@
-/* The content of one configuration file: a root element with sections, keys and sub-keys below it. */
-#ifndef HOST_LIB_VLXMLCFG_CONFIG_DOCUMENT_H
-#define HOST_LIB_VLXMLCFG_CONFIG_DOCUMENT_H
+// The content of one configuration file: a root element with sections, keys and sub-keys below it.
+#pragma once
 
 #include <pugixml.hpp>
 #include <string>
@@ -11,7 +10,7 @@
 
 namespace xmlcfg {
 
-/* Where a value stands; the sub-key may be null. */
+/// Where a value stands; the sub-key may be null.
 struct ValuePath {
   const char *root;
   const char *section;
@@ -28,15 +27,15 @@ class ConfigDocument {
   ConfigDocument &operator=(ConfigDocument &&) = delete;
   ~ConfigDocument() = default;
 
-  /* Takes the file's bytes; false when they are not one complete element, or when elements stand deeper in it than a
-   * path leads: such a file would grow with each level's indentation when it is stored. */
+  /// Takes the file's bytes; false when they are not one complete element, or when elements are deeper in it than a
+  /// path leads: such a file would grow with each level's indentation when it is stored.
   bool parse(std::vector<char> bytes);
 
-  /* Appends to the value; false where the path is missing. */
+  /// Appends to the value; false where the path is missing.
   bool get(const ValuePath &path, BoundedText &value) const;
 
-  /* Creates or replaces; false for a root other than the document's, or a name that XML cannot carry. When it throws
-   * for lack of memory, the document must not be stored. */
+  /// Creates or replaces; false for a root other than the document's, or a name that XML cannot carry. When it throws
+  /// for lack of memory, the document must not be stored.
   bool set(const ValuePath &path, const char *value);
 
   bool changed() const { return changed_; }
@@ -51,5 +50,3 @@ class ConfigDocument {
 };
 
 }  // namespace xmlcfg
-
-#endif

@@ -14,7 +14,6 @@
 #include "results.h"
 
 namespace xmlcfg {
-
 namespace {
 
 constexpr mode_t kOwnersOnly = 0600;       // the file holds tokens and passwords
@@ -22,7 +21,7 @@ constexpr mode_t kOwnersAndGroups = 0770;  // what a replaced file may keep of i
 constexpr mode_t kOwners = 0700;           // and without its group
 constexpr int kMostLinks = 40;
 
-/* Repeats a system call that a signal interrupted. */
+/// Repeats a system call that a signal interrupted.
 template <typename Call>
 auto uninterrupted(Call call) {
   for (;;) {
@@ -31,29 +30,27 @@ auto uninterrupted(Call call) {
   }
 }
 
-bool says_missing(int error) { return error == ENOENT || error == ENOTDIR; }
+bool saysMissing(int error) { return error == ENOENT || error == ENOTDIR; }
 
-std::string folder_of(const std::string &path) {
+std::string folderOf(const std::string &path) {
   std::size_t slash = path.rfind('/');
   if (slash == std::string::npos) return ".";
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-/* A hidden file beside it. The names are fixed, so that what a killed writer leaves behind the next one takes away. */
-std::string neighbour_of(const std::string &path, const char *ending) {
+/// A hidden file beside it. The names are fixed, so that the next writer removes what a killed one left.
+std::string neighbourOf(const std::string &path, const char *ending) {
   std::size_t name = path.rfind('/') == std::string::npos ? 0 : path.rfind('/') + 1;
   return path.substr(0, name) + "." + path.substr(name) + ending;
 }
 
-Descriptor open_uninterrupted(const std::string &path, int flags, mode_t mode = 0) {
+Descriptor openUninterrupted(const std::string &path, int flags, mode_t mode = 0) {
   return Descriptor(uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC, mode); }));
 }
 
-Descriptor open_folder_of(const std::string &path) {
-  return open_uninterrupted(folder_of(path), O_RDONLY | O_DIRECTORY);
-}
+Descriptor openFolderOf(const std::string &path) { return openUninterrupted(folderOf(path), O_RDONLY | O_DIRECTORY); }
 
-bool lock_exclusively(const Descriptor &file) {
+bool lockExclusively(const Descriptor &file) {
   return uninterrupted([&] { return flock(file.get(), LOCK_EX); }) == 0;
 }
 
@@ -61,18 +58,18 @@ bool flush(const Descriptor &file) {
   return uninterrupted([&] { return fsync(file.get()); }) == 0;
 }
 
-/* Tells whether the file is still the one at the path, which another writer may have replaced since it was opened. */
-int ask_still_there(const std::string &path, const Descriptor &file, bool &still_there) {
+/// Checks whether the file is still the one at the path, which another writer may have replaced since it was opened.
+int askStillThere(const std::string &path, const Descriptor &file, bool &still_there) {
   struct stat opened {};
   struct stat found {};
   if (fstat(file.get(), &opened) != 0) return kUnreadable;
   bool any = stat(path.c_str(), &found) == 0;
-  if (!any && !says_missing(errno)) return kUnreadable;
+  if (!any && !saysMissing(errno)) return kUnreadable;
   still_there = any && opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
   return kDone;
 }
 
-bool write_all(const Descriptor &file, const std::string &content) {
+bool writeAll(const Descriptor &file, const std::string &content) {
   for (std::size_t written = 0; written < content.size();) {
     ssize_t count =
         uninterrupted([&] { return write(file.get(), content.data() + written, content.size() - written); });
@@ -82,32 +79,30 @@ bool write_all(const Descriptor &file, const std::string &content) {
   return true;
 }
 
-/*
- * Keeps owner, group and their permissions; nobody else may read the file. A writer who may not give files away owns
- * it from now on, and one who may not give it to its group keeps it for himself.
- */
-bool give_access(const Descriptor &file, const struct stat &like) {
+/// Keeps owner, group and their permissions; nobody else may read the file. A writer who may not give files away owns
+/// it from now on, and one who may not give it to its group keeps it for himself.
+bool giveAccess(const Descriptor &file, const struct stat &like) {
   constexpr auto kSameOwner = static_cast<uid_t>(-1);
   bool in_group = fchown(file.get(), like.st_uid, like.st_gid) == 0 || fchown(file.get(), kSameOwner, like.st_gid) == 0;
   return fchmod(file.get(), like.st_mode & (in_group ? kOwnersAndGroups : kOwners)) == 0;
 }
 
-/* A new file with the content on the disk; leaves none on failure. */
-bool write_new_file(const std::string &path, const std::string &content, const struct stat *like) {
+/// Writes a new file and flushes it to the disk; removes it on failure.
+bool writeNewFile(const std::string &path, const std::string &content, const struct stat *like) {
   unlink(path.c_str());
-  Descriptor file = open_uninterrupted(path, O_WRONLY | O_CREAT | O_EXCL, kOwnersOnly);
+  Descriptor file = openUninterrupted(path, O_WRONLY | O_CREAT | O_EXCL, kOwnersOnly);
   if (!file) return false;
-  bool written = (like ? give_access(file, *like) : fchmod(file.get(), kOwnersOnly) == 0) && write_all(file, content) &&
-                 flush(file);
+  bool written =
+      (like ? giveAccess(file, *like) : fchmod(file.get(), kOwnersOnly) == 0) && writeAll(file, content) && flush(file);
   written = close(file.release()) == 0 && written;
   if (!written) unlink(path.c_str());
   return written;
 }
 
-/* Puts a new file at the path. Once it is there it is stored, whatever a flush of its folder says. */
+/// Puts a new file at the path. Once it is there it is stored, even if its folder cannot be flushed.
 int put(const std::string &path, const Descriptor &folder, const std::string &new_path, const std::string &content,
         const struct stat *like) {
-  if (!write_new_file(new_path, content, like)) return kNotStored;
+  if (!writeNewFile(new_path, content, like)) return kNotStored;
   if (rename(new_path.c_str(), path.c_str()) != 0) {
     unlink(new_path.c_str());
     return kNotStored;
@@ -115,60 +110,60 @@ int put(const std::string &path, const Descriptor &folder, const std::string &ne
   return flush(folder) ? kDone : kNotFlushed;
 }
 
-/* Makes the missing file, complete from its first moment on; the folder's lock lets one creator in at a time. */
+/// Makes the missing file, complete from the start; the folder's lock lets one process at a time create it.
 int create(const std::string &path, const std::string &content) {
-  Descriptor folder = open_folder_of(path);
-  if (!folder) return says_missing(errno) ? kMissing : kNotWritable;
-  if (!lock_exclusively(folder)) return kNotWritable;
+  Descriptor folder = openFolderOf(path);
+  if (!folder) return saysMissing(errno) ? kMissing : kNotWritable;
+  if (!lockExclusively(folder)) return kNotWritable;
   if (access(path.c_str(), F_OK) == 0) return kDone;
   if (errno != ENOENT) return kNotWritable;
-  return put(path, folder, neighbour_of(path, ".first"), content, nullptr) == kNotStored ? kNotWritable : kDone;
+  return put(path, folder, neighbourOf(path, ".first"), content, nullptr) == kNotStored ? kNotWritable : kDone;
 }
 
-/* Follows the path's links, also a last one that leads to no file yet: the file is replaced, and the link stays. */
+/// Follows the path's links, also a last one that leads to no file yet: the file is replaced, and the link stays.
 int resolve(std::string path, std::string &target) {
   for (int links = 0; links < kMostLinks; ++links) {
     char next[PATH_MAX];
     ssize_t length = readlink(path.c_str(), next, sizeof next);
     if (length < 0) {
       target = path;
-      return errno == EINVAL || says_missing(errno) ? kDone : kUnreadable;  // the former: not a link
+      return errno == EINVAL || saysMissing(errno) ? kDone : kUnreadable;  // the former: not a link
     }
     std::string name(next, static_cast<std::size_t>(length));
-    path = name[0] == '/' ? name : folder_of(path).append("/").append(name);
+    path = name[0] == '/' ? name : folderOf(path).append("/").append(name);
   }
   return kUnreadable;
 }
 
 }  // namespace
 
-int open_for_reading(const std::string &path, Descriptor &file) {
-  Descriptor opened = open_uninterrupted(path, O_RDONLY | O_NONBLOCK);  // a pipe in its place must not block
-  if (!opened) return says_missing(errno) ? kMissing : kUnreadable;
+int openForReading(const std::string &path, Descriptor &file) {
+  Descriptor opened = openUninterrupted(path, O_RDONLY | O_NONBLOCK);  // a pipe in its place must not block
+  if (!opened) return saysMissing(errno) ? kMissing : kUnreadable;
   file = std::move(opened);
   return kDone;
 }
 
-int open_for_writing(const std::string &path, const std::string &first_content, Descriptor &file,
-                     std::string &real_path) {
+int openForWriting(const std::string &path, const std::string &first_content, Descriptor &file,
+                   std::string &real_path) {
   for (bool still_there = false; !still_there;) {
     int result = resolve(path, real_path);
-    if (result == kDone) result = open_for_reading(real_path, file);
+    if (result == kDone) result = openForReading(real_path, file);
     if (result == kMissing) {
       result = create(real_path, first_content);
       if (result == kDone) continue;
     }
     if (result != kDone) return result;
-    /* On a disk that is read-only as a whole the close tells; until then the values can be read. */
+    // On a read-only disk the close reports the failure; until then the values can be read.
     if (access(real_path.c_str(), W_OK) != 0 && errno != EROFS) return kNotWritable;
-    if (!lock_exclusively(file)) return kNotWritable;
-    result = ask_still_there(real_path, file, still_there);
+    if (!lockExclusively(file)) return kNotWritable;
+    result = askStillThere(real_path, file, still_there);
     if (result != kDone) return result;
   }
   return kDone;
 }
 
-int read_all(const Descriptor &file, std::vector<char> &bytes) {
+int readAll(const Descriptor &file, std::vector<char> &bytes) {
   struct stat status {};
   if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return kUnreadable;
   if (static_cast<std::uintmax_t>(status.st_size) > kLargestFile) return kDamaged;
@@ -188,8 +183,8 @@ int read_all(const Descriptor &file, std::vector<char> &bytes) {
 int replace(const std::string &path, const Descriptor &old_file, const std::string &content) {
   struct stat old {};
   if (content.size() > kLargestFile || fstat(old_file.get(), &old) != 0) return kNotStored;
-  Descriptor folder = open_folder_of(path);
-  return folder ? put(path, folder, neighbour_of(path, ".new"), content, &old) : kNotStored;
+  Descriptor folder = openFolderOf(path);
+  return folder ? put(path, folder, neighbourOf(path, ".new"), content, &old) : kNotStored;
 }
 
 }  // namespace xmlcfg

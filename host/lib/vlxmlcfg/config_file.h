@@ -1,6 +1,5 @@
-/* The file itself: its bytes, the exclusion of other writers, and its replacement by a new one. */
-#ifndef HOST_LIB_VLXMLCFG_CONFIG_FILE_H
-#define HOST_LIB_VLXMLCFG_CONFIG_FILE_H
+// The file itself: its bytes, the exclusion of other writers, and its replacement by a new one.
+#pragma once
 
 #include <unistd.h>
 
@@ -9,7 +8,7 @@
 
 namespace xmlcfg {
 
-/* Owns a file descriptor. */
+/// Owns a file descriptor.
 class Descriptor {
  public:
   explicit Descriptor(int descriptor = -1) : descriptor_(descriptor) {}
@@ -39,27 +38,20 @@ class Descriptor {
   int descriptor_;
 };
 
-/* All of these return a result of results.h; the bytes are set only with kDone. */
+// All of these return a result of results.h; the bytes are set only with kDone.
 
-int open_for_reading(const std::string &path, Descriptor &file);
+int openForReading(const std::string &path, Descriptor &file);
 
-/*
- * Opens the file and holds its lock, waiting for another writer, until the descriptor is closed; creates a missing file
- * with the content given, for its owner alone. The real path, links resolved, is the one to replace. Readers need no
- * lock, since they see the file before or after a replacement and never between.
- */
-int open_for_writing(const std::string &path, const std::string &first_content, Descriptor &file,
-                     std::string &real_path);
+/// Opens the file and holds its lock, waiting for another writer, until the descriptor is closed; creates a missing
+/// file with the content given, for its owner alone. The real path, links resolved, is the one to replace. Readers need
+/// no lock, since they see the file before or after a replacement and never between.
+int openForWriting(const std::string &path, const std::string &first_content, Descriptor &file, std::string &real_path);
 
-int read_all(const Descriptor &file, std::vector<char> &bytes);
+int readAll(const Descriptor &file, std::vector<char> &bytes);
 
-/*
- * Replaces the file at the path, whose lock the caller holds, atomically and durably. Owner and group keep it and their
- * permissions; whoever else could read it no longer can. With kNotStored the file is as it was and no other is left
- * behind.
- */
+/// Replaces the file at the path, whose lock the caller holds, atomically and durably. Owner and group keep it and
+/// their permissions; whoever else could read it no longer can. With kNotStored the file is as it was and no other is
+/// left.
 int replace(const std::string &path, const Descriptor &old_file, const std::string &content);
 
 }  // namespace xmlcfg
-
-#endif

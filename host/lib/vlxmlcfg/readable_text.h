@@ -1,10 +1,7 @@
-/*
- * Values as they stand in the file: ordinary text as itself, and what XML cannot carry or readers trim (control
- * characters, line ends, bytes that are not UTF-8, blanks at either end) as \xHH, so that every value comes back byte
- * for byte. A backslash is written \x5c; a backslash without x and two digits behind it is read as itself.
- */
-#ifndef HOST_LIB_VLXMLCFG_READABLE_TEXT_H
-#define HOST_LIB_VLXMLCFG_READABLE_TEXT_H
+// Values as the file stores them: ordinary text as itself, and what XML cannot carry or readers trim (control
+// characters, line ends, bytes that are not UTF-8, blanks at either end) as \xHH, so that every value comes back byte
+// for byte. A backslash is written \x5c; a backslash that is not followed by x and two digits is read as itself.
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -12,7 +9,7 @@
 
 namespace xmlcfg {
 
-/* A caller's buffer, filled as far as it goes; the length is that of the whole text. */
+/// A caller's buffer, filled up to its size; the length is that of the whole text.
 struct BoundedText {
   char *buffer;
   std::size_t size;
@@ -26,11 +23,9 @@ struct BoundedText {
   }
 };
 
-std::string to_readable(std::string_view value);
+std::string toReadable(std::string_view value);
 
-/* Appends the value that the text stands for. Takes no memory: a value can always be read. */
-void append_from_readable(std::string_view text, BoundedText &value);
+/// Appends the value that a stored text has. Allocates no memory, so that a value can always be read.
+void appendFromReadable(std::string_view text, BoundedText &value);
 
 }  // namespace xmlcfg
-
-#endif

@@ -1,6 +1,5 @@
-/* What the functions of the XML configuration interface return. A negative result of a close: nothing was stored. */
-#ifndef HOST_LIB_VLXMLCFG_RESULTS_H
-#define HOST_LIB_VLXMLCFG_RESULTS_H
+// What the functions of the XML configuration interface return. A negative result of a close: nothing was stored.
+#pragma once
 
 #include <cstddef>
 
@@ -22,5 +21,3 @@ constexpr int kNoMemory = -8;     // memory ran out; a close that follows such a
 constexpr std::size_t kLargestFile = 1 << 20;  // some fifty times what ten channels take
 
 }  // namespace xmlcfg
-
-#endif
