@@ -1,7 +1,6 @@
 #include <arpa/inet.h>
 #include <usbdev/devices.h>
 #include <usbdev/profiles.h>
-#include <usbdev/web.h>
 
 #include "core/change_notification.h"
 #include "core/event_log.h"
@@ -9,6 +8,7 @@
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/conflicts.h"
+#include "web/link_ids.h"
 #include "web/links.h"
 
 namespace usbdev {
@@ -103,8 +103,8 @@ int vl_set_usbchn_profile(char *usbslot, int profile) {
   ChannelMarks conflicting;
   findConflicts(channels, target, conflicting);
   NewLink link;
-  generate_ssid(link.tag);
-  generate_hash(link.hash);
+  makeShareId(link.tag);
+  makeHash(link.hash);
   if (!writeAssignment(target, profile, link, conflicting)) return -1;
   logEvent(EventLevel::information, "Modified Channel %d USB device name: %s (%s)", profile + 1,
            channels[target].devname, usbslot);

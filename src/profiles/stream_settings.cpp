@@ -1,5 +1,4 @@
 #include <usbdev/profiles.h>
-#include <usbdev/web.h>
 
 #include <cstring>
 
@@ -7,6 +6,7 @@
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/channel_records.h"
+#include "web/link_ids.h"
 
 namespace usbdev {
 namespace {
@@ -75,7 +75,7 @@ class ChangedSettings {
   /// A changed MJPEG stream is another one to those who watch it.
   void writeNewTag() {
     char tag[16] = "";
-    generate_ssid(tag);
+    makeShareId(tag);
     channel_.set(keys::vtag, tag);
   }
 

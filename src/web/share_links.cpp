@@ -6,6 +6,7 @@
 #include "core/config.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
+#include "web/link_ids.h"
 #include "web/links.h"
 
 namespace usbdev {
@@ -37,9 +38,9 @@ bool readStoredLink(int channel, ShareLinkInfo &info, StoredLink &stored) {
 /// False when the token or the link's name could not be made: without one of them there is no link.
 bool makeIdentifiers(const char *kept_ssid, LinkIdentifiers &made) {
   copyText(made.ssid, kept_ssid);
-  if (kept_ssid[0] == '\0') generate_ssid(made.ssid);
-  generate_hash(made.token);
-  generate_hash(made.hash_string);
+  if (kept_ssid[0] == '\0') makeShareId(made.ssid);
+  makeHash(made.token);
+  makeHash(made.hash_string);
   return made.token[0] != '\0' && made.hash_string[0] != '\0';
 }
 
