@@ -1,8 +1,7 @@
-#include <arpa/inet.h>
-#include <usbdev/devices.h>
-#include <usbdev/profiles.h>
+#include "profiles/assignment.h"
 
-#include "core/change_notification.h"
+#include <arpa/inet.h>
+
 #include "core/event_log.h"
 #include "core/local_time.h"
 #include "core/profile_mapping.h"
@@ -74,47 +73,39 @@ bool writeCleared(int channel_number) {
 }
 
 }  // namespace
-}  // namespace usbdev
 
-using namespace usbdev;
-
-int vl_chk_usbdev_profile(const char *usbslot, int profile, int *unassigned) {
-  if (usbslot == nullptr || unassigned == nullptr || !isProfile(profile)) return -1;
+bool mayAssign(const char *usbslot, int profile, bool &unassigned) {
   ChannelSnapshots channels;
-  if (!readForComparing(channels)) return -1;
+  if (!readForComparing(channels)) return false;
   const int channel = findSlot(channels, usbslot);
-  if (channel == kNone) return 0;
-  if (channels[channel].profile == kNone) {
-    *unassigned = 1;
-    return 0;
-  }
-  return channels[channel].profile == profile ? 0 : -1;
+  if (channel == kNone) return true;
+  unassigned = channels[channel].profile == kNone;
+  return unassigned || channels[channel].profile == profile;
 }
 
-int vl_set_usbchn_profile(char *usbslot, int profile) {
-  if (usbslot == nullptr || !isProfile(profile)) return -1;
+bool assignProfile(const char *usbslot, int profile) {
   ChannelSnapshots channels;
-  if (!readForComparing(channels)) return -1;
+  if (!readForComparing(channels)) return false;
   const int holder = findProfile(channels, profile);
-  if (holder != kNone) return isSame(channels[holder].usbslot, usbslot) ? 0 : -1;
+  if (holder != kNone) return isSame(channels[holder].usbslot, usbslot);
   const int target = findSlot(channels, usbslot);
-  if (target == kNone || channels[target].profile != kNone) return -1;
+  if (target == kNone || channels[target].profile != kNone) return false;
 
   ChannelMarks conflicting;
   findConflicts(channels, target, conflicting);
   NewLink link;
   makeShareId(link.tag);
   makeHash(link.hash);
-  if (!writeAssignment(target, profile, link, conflicting)) return -1;
+  if (!writeAssignment(target, profile, link, conflicting)) return false;
   logEvent(EventLevel::information, "Modified Channel %d USB device name: %s (%s)", profile + 1,
            channels[target].devname, usbslot);
-  return 0;
+  return true;
 }
 
-int vl_clear_usbchn_profile(int profile, const char *client_ip, int event_code) {
+bool clearProfile(int profile, const char *client_ip, EventCode code) {
   const int channel_number = channelOfProfile(profile);
-  if (channel_number == kNone) return -1;
-  ChangeNotification notification(profile, static_cast<EventCode>(event_code));
+  if (channel_number == kNone) return false;
+  ChangeNotification notification(profile, code);
   if (client_ip != nullptr) {
     const in_addr_t address = inet_addr(client_ip);
     std::memcpy(notification.request_header + 4, &address, sizeof address);
@@ -123,7 +114,7 @@ int vl_clear_usbchn_profile(int profile, const char *client_ip, int event_code) 
   char live_link[kLinkNameSize];
   {
     const ConfigReader config;
-    if (!config) return -1;
+    if (!config) return false;
     const Section &channel = config.channel(channel_number);
     notification.vnode = channel.get(keys::vnode);
     notification.anode = channel.get(keys::anode);
@@ -132,35 +123,37 @@ int vl_clear_usbchn_profile(int profile, const char *client_ip, int event_code) 
   }
   removeStreamLink(share_link);
   removeStreamLink(live_link);
-  if (!writeCleared(channel_number)) return -1;
+  if (!writeCleared(channel_number)) return false;
+  HostAnswers host;
   int successor = kNoSuccessor;
-  updateConflict(channel_number, kNone, event_code, &successor);
+  handOverConflict(host, channel_number, kNone, static_cast<int>(code), &successor);
   if (successor != kNoSuccessor) notification.target = successor;
   sendNotification(notification);
-  return 0;
+  return true;
 }
 
-int vl_set_profile_channelname(int profile, const char *name, int event_code) {
-  if (name == nullptr) return -1;
+bool renameProfile(int profile, const char *name, EventCode code) {
   const int channel_number = channelOfProfile(profile);
-  if (channel_number == kNone) return -1;
+  if (channel_number == kNone) return false;
   char new_name[256];
   copyText(new_name, name);
   char old_name[256];
   {
     const ConfigReader config;
-    if (!config) return -1;
+    if (!config) return false;
     config.channel(channel_number).get(keys::profilename, old_name);
   }
   const bool changed = !isSame(old_name, new_name);
   if (changed) {
     ConfigWriter config;
-    if (!config) return -1;
+    if (!config) return false;
     config.channel(channel_number).set(keys::profilename, new_name);
-    if (!config.save()) return -1;
+    if (!config.save()) return false;
   }
-  if (changed || static_cast<EventCode>(event_code) == EventCode::report_all) {
+  if (changed || code == EventCode::report_all) {
     logEvent(EventLevel::information, "Modified Channel %d channel name: %s", profile + 1, new_name);
   }
-  return 0;
+  return true;
 }
+
+}  // namespace usbdev
