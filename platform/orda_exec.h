@@ -1,6 +1,6 @@
 /*
- * The host's command execution. The library that carries it differs between hosts, so a caller refers to it weakly and
- * runs the program itself where no loaded library defines it.
+ * The host's command execution. Which of the host's libraries defines it differs between hosts, so a caller declares it
+ * weak and runs the program itself when no loaded library defines it.
  */
 #ifndef PLATFORM_ORDA_EXEC_H
 #define PLATFORM_ORDA_EXEC_H
@@ -9,8 +9,8 @@
 extern "C" {
 #endif
 
-/* Runs a program without a shell and waits for it: three zeros, the program's path, its arguments, a null. Returns its
- * exit status. */
+/* Runs a program without a shell, waits for it and returns its exit status. Arguments: three zeros, the program's path,
+ * its arguments, a null. */
 int orda_exec(int reserved1, int reserved2, int reserved3, const char *program, ...);
 
 #ifdef __cplusplus

@@ -1,4 +1,4 @@
-/* libvllog.so: the host's event log, which its users read. */
+/* libvllog.so: the event log, which shows the users of the host what happened. */
 #ifndef PLATFORM_VLLOG_H
 #define PLATFORM_VLLOG_H
 

@@ -15,18 +15,18 @@ int xmlcfg_open(int mode, const char *path, void **handle);
 int xmlcfg_get_int(void *handle, int default_value, const char *root, const char *section, const char *key,
                    const char *sub_key);
 
-/* Copies at most size bytes of the text, or of the default where the path is missing; may leave it unterminated. */
+/* Copies at most size bytes of the text, or of the default where the path is missing; the copy may be unterminated. */
 int xmlcfg_get_str(void *handle, const char *default_value, char *buffer, int size, const char *root,
                    const char *section, const char *key, const char *sub_key);
 
-/* Create or replace a value; on a handle opened for writing only. */
+/* Create or replace a value. The handle has to be opened for writing. */
 int xmlcfg_set_int(void *handle, int value, const char *root, const char *section, const char *key,
                    const char *sub_key);
 int xmlcfg_set_str(void *handle, const char *value, const char *root, const char *section, const char *key,
                    const char *sub_key);
 
-/* Closes the handle; closing a handle opened for writing stores the changes. A negative result means that nothing was
- * stored, any other that all of it was. The flag is 0. */
+/* Closes the handle. If it was opened for writing, this stores the changes: a negative result means that nothing was
+ * stored, any other result that everything was. The flag is 0. */
 int xmlcfg_close(void *handle, int flag);
 
 #ifdef __cplusplus

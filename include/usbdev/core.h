@@ -1,7 +1,7 @@
 /*
  * Text utilities, queries of the host, the mapping from profile to channel and the change notification.
  *
- * The words of the comments are defined in <usbdev/usbdev.h>.
+ * <usbdev/usbdev.h> explains the terms of the comments.
  */
 #ifndef USBDEV_CORE_H
 #define USBDEV_CORE_H
@@ -16,9 +16,9 @@ extern "C" {
 /* --- text utilities: take no lock, run nothing --- */
 
 /*
- * Cuts a text to what matters, in place: leading blanks, tabs and double quotes are passed over, trailing blanks, line
- * ends and double quotes are overwritten with zeros.
- * text (in/out). Returns where the kept text starts, inside the same buffer; null for null.
+ * Trims a text in place: skips leading blanks, tabs and double quotes, and overwrites trailing blanks, line ends and
+ * double quotes with zeros. Trailing tabs stay.
+ * text (in/out). Returns the start of the trimmed text, inside the same buffer; null for null.
  */
 char *trim(char *text);
 
@@ -30,44 +30,44 @@ char *trimdatetime(char *text, const char *remove);
 
 /*
  * Splits a line at the first occurrence of a separator and trims both parts.
- * line (in/out): is cut at the separator. separator (in): a text. left, right (out): as large as the line.
+ * line (in/out): ends at the separator afterwards. separator (in): a text. left, right (out): as large as the line.
  * Returns 1, or -1 when the line has no separator.
  */
 int get_two_params(char *line, const char *separator, char *left, char *right);
 
 /*
- * Makes a text fit to stand inside a JSON string, in place: cuts its trailing blanks and quotes, drops line ends and
- * escapes backslashes and double quotes.
+ * Prepares a text, in place, for use inside a JSON string: removes its trailing blanks and quotes, removes line ends
+ * and escapes backslashes and double quotes.
  * text (in/out): a buffer of `capacity` bytes, 1 to 1024. Returns 1, or 0 when the capacity is out of range (the text
- * is then unchanged) or the result does not fit (the text is then not terminated and not to be used).
+ * is then unchanged) or the result does not fit (the text is then not terminated; do not use it).
  */
 int process_json_string(char *text, int capacity);
 
 /* --- host platform queries: take no lock --- */
 
 /*
- * Tells where an application package is installed. Runs commands: "/sbin/readcfg".
- * package (in): its name. path (out): 128 bytes. Fails when the package is unknown, or its name holds a character that
- * a shell would read ($, back quote, backslash, double quote, line end).
+ * Finds the folder in which an application package is installed. Runs commands: "/sbin/readcfg".
+ * package (in): its name. path (out): 128 bytes. Fails when the package is unknown, or its name contains a character
+ * that is special to a shell ($, back quote, backslash, double quote, line end).
  */
 int get_bndl_install_path(const char *package, char *path);
 
 /*
- * Reads one field of an application package's registration. Runs commands: "/sbin/readcfg".
+ * Reads one field of an application package from the host's package registry. Runs commands: "/sbin/readcfg".
  * package, field (in): names, as for get_bndl_install_path. value (out): 128 bytes. Fails when there is no such field.
  */
 int get_bndl_info(const char *package, const char *field, char *value);
 
 /*
- * Reads a value of the host's system configuration, from the settings that stand before its section "[NTP]".
+ * Reads a value of the host's system configuration, from the settings before its section "[NTP]".
  * key (in). value (out): 32 bytes. Returns 0 also when the key does not occur (value is then untouched); -1 when the
- * configuration cannot be opened or the search meets the section "[NTP]" or a line that is no setting.
+ * configuration cannot be opened, or when the search reaches the section "[NTP]" or a line that is not a setting.
  */
 int get_nas_info(const char *key, char *value);
 
 /*
- * Tells whether this host may serve one camera channel only. Runs commands, and leaves "/tmp/vl_cpu.info" behind.
- * Returns 1 on such a host, else 0; what cannot be found out counts as 0.
+ * Checks whether this host is limited to one camera channel. Runs commands, and creates the file "/tmp/vl_cpu.info",
+ * which stays. Returns 1 if so; 0 if not, or if it cannot find out.
  */
 int AMDmodel_oneChannelLimited(void);
 
@@ -86,10 +86,10 @@ int trsProfiletoPlugCh(int profile, int *channel);
 int vl_getDevName(int profile, char *name);
 
 /*
- * Sends a change notification to the manager, without waiting for anyone to receive it. Takes no lock.
- * datagram (in): 56 bytes; the magic "ORDA_VLM2_CFCG_N", 16 bytes of request header, then the 32-bit words profile,
- * video node, audio node, flag, event and target, in host byte order. Fails, with a message on standard error, when it
- * cannot be sent.
+ * Sends a change notification to the manager and does not wait for an answer. Takes no lock.
+ * datagram (in): 56 bytes: the text "ORDA_VLM2_CFCG_N", 16 bytes of request header, then the 32-bit integers profile,
+ * video node, audio node, flag, event and target, in host byte order. Fails, and prints a message on standard error,
+ * when the datagram cannot be sent.
  */
 int vl_settingNotify(const void *datagram);
 

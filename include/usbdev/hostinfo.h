@@ -1,7 +1,7 @@
 /*
- * What the pages tell about the host, and the time-out counters.
+ * What the settings pages show of the host, and the time-out counters.
  *
- * The words of the comments are defined in <usbdev/usbdev.h>.
+ * <usbdev/usbdev.h> explains the terms of the comments.
  */
 #ifndef USBDEV_HOSTINFO_H
 #define USBDEV_HOSTINFO_H
@@ -16,35 +16,36 @@ extern "C" {
 /* --- host information: takes no lock --- */
 
 /*
- * Reads the port of the host's web pages. port (out): untouched when it is not set, which is a success. Fails when the
- * system configuration cannot be read up to that setting; its file then stays open.
+ * Reads the TCP port of the host's web pages. port (out): untouched when it is not set, which is a success. Fails when
+ * the system configuration cannot be opened, and when the search reaches the section "[NTP]" or a line that is not a
+ * setting; in these two cases its file stays open.
  */
 int vl_get_nas_HTTPport(int *port);
 
-/* Reads the version of the host's system, in the way of vl_get_nas_HTTPport. version (out): 256 bytes. */
+/* Reads the version of the host's system, with the results of vl_get_nas_HTTPport. version (out): 256 bytes. */
 int vl_get_nas_version(char *version);
 
 /*
- * Reads the registration of an application package. Runs commands: "/sbin/readcfg".
- * package (in): its name. info (out): enabled is set in every case, a text only when the host knows it. Returns 0.
+ * Reads what the host's package registry stores about an application package. Runs commands: "/sbin/readcfg".
+ * package (in): its name. info (out): enabled is always set, a text only when the registry has it. Returns 0.
  */
 int vl_get_bndl_info(const char *package, BndlInfo *info);
 
-/* --- shared-memory time-out log: takes no lock, runs nothing --- */
+/* --- time-out counters in shared memory: take no lock, run nothing --- */
 
 /*
- * Finds or makes the shared-memory segment of the time-out counters: four 32-bit counters, key 1519. Returns its id, or
- * -1.
+ * Finds or creates the shared-memory segment of the time-out counters: four 32-bit counters, key 1519. Returns its id,
+ * or -1.
  */
 int vl_create_log_shm(void);
 
 /* Attaches the segment; the caller detaches it. id (in). Returns its address, or null. */
 void *vl_attach_log_shm(int id);
 
-/* Sets the counters to zero. address (in/out): 16 bytes, as vl_attach_log_shm returned it. */
+/* Sets the counters to zero. address (in/out): 16 bytes; the address that vl_attach_log_shm returned. */
 void vl_log_shm_init(void *address);
 
-/* Adds one to a counter. index (in): 0 to 3. Two processes that add at once may lose a count. */
+/* Adds one to a counter. index (in): 0 to 3. If two processes add at the same time, one count may be lost. */
 int vl_add_shm_timeout_log(int index);
 
 #pragma GCC visibility pop

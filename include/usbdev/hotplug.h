@@ -1,7 +1,7 @@
 /*
- * Devices that come and go: the hotplug handler, start-up synchronisation, node readers and setters.
+ * Devices that are plugged in and unplugged: the hotplug handler, start-up synchronisation, node readers and setters.
  *
- * The words of the comments are defined in <usbdev/usbdev.h>.
+ * <usbdev/usbdev.h> explains the terms of the comments.
  */
 #ifndef USBDEV_HOTPLUG_H
 #define USBDEV_HOTPLUG_H
@@ -16,48 +16,49 @@ extern "C" {
 /* --- hotplug --- */
 
 /*
- * Takes in a device that was attached or removed: chooses its channel, stores its identity and, for a new device,
- * default settings, and keeps the conflict marks right. Call it once per device and event, when the device's node is
- * ready. Events come one at a time over the whole host, at ports of their own or not, and not beside a synchronisation:
- * two at once would choose the same channel, and all but one of their devices be lost. The callers see to it, with a
- * lock of their own. Takes the lock. Runs commands; notifies of cameras.
- * device (in/out): a sound card on a port that a channel knows gets that channel's name. profile (out): the channel's
- * profile, -1 = none; set in every case. devname (out): 256 bytes, set when a camera is removed. vnode (out): N before
- * the removal, set on removal. conflict (out): devname is overwritten by the scan of a new camera; the other fields are
- * set when it collides with another channel.
- * Returns the channel, or -1 when none fits, the device is one that the application ignores, or the file cannot be
- * opened or stored.
+ * Handles one event, a device that was plugged in or removed: chooses its channel, stores its identity and, for a new
+ * device, default settings, and updates the conflict marks. Call it once for each device and event, when the device's
+ * node is ready. On one host only one event may be handled at a time, whatever the ports, and none during a
+ * synchronisation: two events at once would choose the same channel, and only one of the devices would be stored. The
+ * callers have to ensure this with a lock of their own. Takes the lock. Runs commands. Notifies, for cameras.
+ * device (in/out): a sound card in a port that a channel knows gets that channel's device name. profile (out): the
+ * channel's profile, -1 = none; always set. devname (out): 256 bytes, set when a camera is removed. vnode (out): N
+ * before the removal, set on removal. conflict (out): when a camera is plugged in, devname is the stored name of
+ * the last channel that was looked at; the other fields are set when the camera conflicts with another channel.
+ * Returns the channel, or -1 when no channel fits, the application ignores the device, or the file cannot be opened or
+ * stored.
  */
 int mn_set_usbdev_hotplug(_usbdev_des *device, int *profile, char *devname, int *vnode, _usbdev_conflict *conflict);
 
-/* --- configuration synchronisation: takes the lock, runs commands; one at a time, like device events --- */
+/* --- synchronisation: takes the lock, runs commands; one at a time, like device events --- */
 
-/* Brings the file into line with the attached devices at start-up: check_halvane, mn_sync_usbdev_conf. Returns 0. */
+/* Updates the file at start-up from the attached devices: check_halvane, then mn_sync_usbdev_conf. Returns 0. */
 int vl_set_devpf_list(void);
 
 /*
- * Where the host may not encode (any more), turns channels to MJPEG, and marks those that have no MJPEG as unsupported
- * (999). The file is opened for writing only when a channel is concerned.
+ * If the host may not encode (any more), changes channels from H.264 to MJPEG, and marks cameras without MJPEG as
+ * unsupported (999). Opens the file for writing only when it has to change a channel.
  */
 int check_halvane(void);
 
 /*
- * Finds the attached devices, updates the channels that know them, passes the others through the hotplug handler and
- * makes the live-stream links anew. Returns 1, or -1 when the file cannot be opened.
+ * Finds the attached devices, updates the channels that know them, handles all others as newly plugged in, and creates
+ * the links of the streams again. Returns 1, or -1 when the file cannot be opened.
  */
 int mn_sync_usbdev_conf(void);
 
 /*
- * Finds the attached cameras. The lock is held while the commands run.
- * channels (in/out): 10 records; vnode, usbslot, state and devname are set for a channel whose camera is there.
- * conflict_map (in/out): 10 ints, as for syncConflict. new_camera_count (in/out): entries of new_cameras.
- * new_cameras (in/out): 10 records; cameras that no channel knows are added. Returns 0 also when there is no list.
+ * Finds the attached cameras. Holds the lock while the commands run.
+ * channels (in/out): 10 records; vnode, usbslot, state and devname are set for a channel whose camera is attached.
+ * conflict_map (in/out): 10 ints, as for syncConflict. new_camera_count (in/out): number of entries in new_cameras.
+ * new_cameras (in/out): 10 records; cameras that no channel knows are added. Returns 0 also when the cameras cannot be
+ * listed.
  */
 int get_conf_chinfo(_usbdev_update *channels, int *conflict_map, int *new_camera_count, _usbdev_update *new_cameras);
 
 /*
- * Finds the attached sound cards, in the way of get_conf_chinfo; a card without a name of its own is called like the
- * camera in its slot.
+ * Finds the attached sound cards, as get_conf_chinfo finds cameras. A card gets the name of the camera in its port, if
+ * there is one.
  * new_card_count, new_cards (in/out): 10 records. new_camera_count, new_cameras (in): what get_conf_chinfo found, at
  * most 10.
  */
@@ -65,16 +66,15 @@ int get_conf_audioinfo(_usbdev_update *channels, int *conflict_map, int *new_car
                        int new_camera_count, const _usbdev_update *new_cameras);
 
 /*
- * Stores what the scans found, and makes the live-stream links of the channels with a profile. The lock is held while
- * the commands run.
- * channels (in/out): 10 records; those with state -1 are passed over.
+ * Stores what the scans found, and creates the links of the channels that have a camera and a profile. Holds the lock
+ * while the commands run.
+ * channels (in/out): 10 records; those with state -1 are skipped.
  */
 int update_usbinfo(_usbdev_update *channels);
 
 /*
- * Passes new devices through the hotplug handler, cameras first.
- * The lists (in) hold up to 10 records each; of the counts (in) a larger one counts as 10, a negative one as 0. Returns
- * 0.
+ * Handles new devices as newly plugged in, cameras first.
+ * The lists (in) hold up to 10 records each; a larger count (in) is taken as 10, a negative one as 0. Returns 0.
  */
 int sync_usbdev(int new_camera_count, _usbdev_update *new_cameras, int new_card_count, _usbdev_update *new_cards);
 
@@ -84,38 +84,40 @@ int rmNone1stProfile(_usbdev_update *channels);
 /* --- device node and media info readers: take no lock, run commands --- */
 
 /*
- * Finds the video node and the name behind a USB interface.
- * interface_name (in): such as "3-1.2:1.0". vnode (out): last digit of N. name (out): 256 bytes. Returns 0 also when
- * the interface has no node (the outputs are then untouched); -1 when the name cannot be read.
+ * Finds the video node of a USB interface, and its name.
+ * interface_name (in): such as "3-1.2:1.0". vnode (out): the last digit of N. name (out): 256 bytes. Returns 0 also
+ * when the interface has no node (the outputs are then untouched); -1 when the name cannot be read.
  */
 int get_video_info(const char *interface_name, int *vnode, char *name);
 
 /*
- * Finds the sound card and its name behind a USB interface.
- * interface_name (in). card (out): last digit of the card number. name (out): 256 bytes. Returns 0 also when the
- * interface has no card; -1 when it cannot be asked for.
+ * Finds the sound card of a USB interface, and its name.
+ * interface_name (in). card (out): the last digit of the card number. name (out): 256 bytes. Returns 0 also when the
+ * interface has no card; -1 when the command cannot be started.
  */
 int get_audio_info(const char *interface_name, int *card, char *name);
 
 /*
- * Finds the video node and the name of the camera in a slot, asking its interfaces 0 and 2; the latter wins.
+ * Finds the video node and the name of the camera in a port. Asks the port's interfaces 0 and 2; if both have a node,
+ * that of interface 2 counts.
  * record (in/out): usbslot is read; vnode, devname and state (1) are set when a node is found. Returns 0.
  */
 int get_usb_vnode(_usbdev_update *record);
 
 /*
- * Finds the sound card in a slot, in the way of get_usb_vnode.
+ * Finds the sound card in a port, as get_usb_vnode finds a camera.
  * record (in/out): usbslot is read; anode, devname and state (1) are set when a card is found. Returns 0.
  */
 int get_usb_anode(_usbdev_update *record);
 
 /* --- audio and sps setters: take the lock, run nothing --- */
 
-/* Stores the stream-parameter state of the channel that serves a profile. profile (in): 0 to 3. value (in). */
+/* Stores the stream-parameter state of the channel that serves a profile. profile (in): 0 to 3. value (in): any. */
 int mn_set_usbchn_sps(int profile, int value);
 
 /*
- * Sets the sound card of the channel that serves a profile to its stored volume; a stored 0 means silence.
+ * Sets the sound card of the channel that serves a profile to the stored volume; a stored 0 is passed on as -1, which
+ * is silence.
  * profile (in): 0 to 3. Returns what the host's audio library returned, or -1 when the channel has no sound card.
  */
 int mn_set_usbdev_volume(int profile);

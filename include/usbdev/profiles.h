@@ -1,7 +1,7 @@
 /*
- * Stream profiles: assignment, settings, slot switch, listings, capabilities and information.
+ * Stream profiles: assignment, settings, port switch, listings, capabilities and information.
  *
- * The words of the comments are defined in <usbdev/usbdev.h>.
+ * <usbdev/usbdev.h> explains the terms of the comments.
  */
 #ifndef USBDEV_PROFILES_H
 #define USBDEV_PROFILES_H
@@ -16,68 +16,73 @@ extern "C" {
 /* --- profile assignment: take the lock --- */
 
 /*
- * Tells whether the device in a slot may take a profile.
+ * Checks whether the device in a port can get a profile.
  * usbslot (in). profile (in): 0 to 3. unassigned (out): 1 when the device's channel has no profile, else untouched.
- * Fails when the device has another profile. An unknown slot is a success.
+ * Fails when the device has another profile. An unknown port is a success.
  */
 int vl_chk_usbdev_profile(const char *usbslot, int profile, int *unassigned);
 
 /*
- * Binds a profile to the channel of the device in a slot, makes its live-view link and marks the channels that it
- * collides with. Runs commands: those of chkconflict, and "/bin/ln" with the lock held. Logs an event.
- * usbslot (in). profile (in): 0 to 3. Returns 0 also when just this binding exists; fails when the profile or the
- * device is bound otherwise, or the slot is unknown.
+ * Assigns a profile to the channel of the device in a port, creates its live link, and makes the channels that conflict
+ * with it wait for it. Runs commands: those of chkconflict, and "/bin/ln" while it holds the lock. Logs an event.
+ * usbslot (in). profile (in): 0 to 3. Returns 0 also when the device has this profile already; fails when the profile
+ * belongs to another device, the device has another profile, or the port is unknown.
  */
 int vl_set_usbchn_profile(char *usbslot, int profile);
 
 /*
- * Unbinds a profile: removes its links, wipes its sharing settings and hands its port over. Runs commands; notifies.
- * profile (in): 0 to 3. client_ip (in): dotted address of who asks, may be null. event_code (in): goes into the
- * notification, and is the mode of updateConflict. Fails when no channel serves the profile. When the profile cannot be
- * unbound, its links are gone all the same.
+ * Takes a profile from its channel: removes its links, clears its sharing settings, and hands over to a channel that
+ * waits for this one. Runs commands. Notifies.
+ * profile (in): 0 to 3. client_ip (in): dotted address of the client, may be null. event_code (in): is sent in the
+ * notification, and is the mode of updateConflict. Fails when no channel serves the profile. When the change cannot be
+ * stored, the links have been removed nevertheless.
  */
 int vl_clear_usbchn_profile(int profile, const char *client_ip, int event_code);
 
 /*
  * Renames a profile, and logs an event if the name changed. Runs nothing.
- * profile (in): 0 to 3. name (in): kept to 255 bytes. event_code (in): 5 logs in any case.
+ * profile (in): 0 to 3. name (in): cut to 255 bytes. event_code (in): with 5 the event is always logged.
  */
 int vl_set_profile_channelname(int profile, const char *name, int event_code);
 
 /* --- stream settings: take the lock --- */
 
 /*
- * Stores the stream settings of a profile: what differs from the old ones is written and logged. Runs commands, those
- * of mn_get_usbchn_fmts; notifies when a setting changed or the event code is 5.
- * profile (in): 0 to 3. new_info (in/out): the settings; its stream type is computed anew. old_info (in): the settings
- * as vl_get_stream_info gives them. event_code (in): 5 logs everything. Fails when the camera does not offer codec and
- * size, with nothing written; otherwise returns 0, or the result of the notification. The events come before the
- * settings, and stand also when these cannot be stored.
+ * Stores the stream settings of a profile: writes and logs the settings that differ from the old ones. Runs commands:
+ * those of mn_get_usbchn_fmts. Notifies when a setting changed or the event code is 5.
+ * profile (in): 0 to 3. new_info (in/out): the settings; its stream type is set. old_info (in): the settings as
+ * vl_get_stream_info returns them. event_code (in): with 5 every setting is logged. Fails, and writes nothing, when the
+ * camera does not offer codec and size; otherwise returns 0, or the result of the notification. The events are logged
+ * before the settings are stored, so they remain when the settings cannot be stored.
  */
 int vl_set_usbchn_stream(int profile, _streaminfo *new_info, const _streaminfo *old_info, int event_code);
 
 /*
- * Chooses the camera's frame rate for a request: the first listed one not above it, or else the last. Runs commands.
+ * Chooses a frame rate of the camera: the first one in its list that is not above the requested rate, or else the last
+ * one in the list. Runs commands: those of mn_get_usbchn_fmts.
  * profile (in): 0 to 3. request (in): vcodec, width, height and framerate are read. chosen_fps (out): untouched when
  * the requested rate is not above 0. Fails when the camera does not offer codec and size.
  */
 int findclosedFPS(int profile, const _streaminfo *request, float *chosen_fps);
 
 /*
- * Logs an event per stream setting that changed. Takes no lock, runs nothing; writes nothing for a profile out of
+ * Logs an event for each stream setting that changed. Takes no lock, runs nothing. Logs nothing for a profile out of
  * range.
- * profile (in): 0 to 3. new_info, old_info (in). chosen_fps (in): the rate that is set. event_code (in): 5 logs all.
+ * profile (in): 0 to 3. new_info, old_info (in). chosen_fps (in): the rate that is set. event_code (in): with 5 every
+ * setting is logged.
  */
 void Add_setStream_log(int profile, const _streaminfo *new_info, const _streaminfo *old_info, float chosen_fps,
                        int event_code);
 
-/* --- USB slot switch: takes the lock --- */
+/* --- USB port switch: takes the lock --- */
 
 /*
- * Switches a slot on or off and hands its port over. Runs commands; notifies of the channel that has a profile. Logs an
- * event.
- * usbslot (in). state (in): "enable", anything else is off. client_ip (in): dotted address of who asks, may be null.
- * Fails when the slot is unknown. Says "open read [PATH] failed, ret: N", or write, when the file cannot be opened.
+ * Switches a port on or off, and updates the conflict marks: a port that is switched on may have to wait, one that is
+ * switched off hands over. Runs commands. Notifies when a camera with a profile is switched off, and when a camera that
+ * need not wait is switched on and the last other channel has codec MJPEG. Logs an event.
+ * usbslot (in). state (in): "enable" is on, any other text is off. client_ip (in): not used, may be null.
+ * Fails when the port is unknown. Prints "open read [PATH] failed, ret: N", or "open write ...", on standard error when
+ * the file cannot be opened.
  */
 int vl_set_usbslot_switch(const char *usbslot, const char *state, const char *client_ip);
 
@@ -85,47 +90,50 @@ int vl_set_usbslot_switch(const char *usbslot, const char *state, const char *cl
 
 /*
  * Lists the profiles that no channel has, such as "0,2". Runs nothing.
- * out (out): 16 bytes, zeroed by the caller: no terminating zero is written, and nothing at all for an empty list.
+ * out (out): 16 bytes, which the caller has to set to zero before: the text is written without a terminating zero, and
+ * for an empty list nothing is written.
  */
 int vl_get_available_profile(char *out);
 
 /*
  * Lists the profiles that can stream now, in the order of their channels. Runs commands, those of mn_get_usbchn_fmts,
- * with the lock held: others wait for the file as long as the cameras take.
+ * while it holds the lock: other threads wait for the lock until the cameras have answered.
  * out (out): as for vl_get_available_profile.
  */
 int vl_get_usbdev_list(char *out);
 
 /*
  * Describes the channels. Runs nothing.
- * rows (out): 10 records, one per channel; those of channels without a device are all zero, the profile included.
+ * rows (out): 10 records, one per channel; for a channel without a device the whole record is zero, the profile too.
  */
 int vl_get_devpf_list(_usbdev_entry *rows);
 
 /*
  * Describes the profiles. Runs nothing.
- * rows (out): 4 records, one per profile; in those of profiles that no channel has, profile is -1 and the rest zero.
+ * rows (out): 4 records, one per profile; for a profile that no channel has, profile is -1 and the rest is zero.
  */
 int vl_get_profile_list(_usbdev_entry *rows);
 
 /* --- capability queries: take the lock --- */
 
 /*
- * Asks the camera of a profile for its formats. Runs commands, those of mn_get_usbchn_fmts.
+ * Asks the camera of a profile for its formats. Runs commands: those of mn_get_usbchn_fmts.
  * profile (in): 0 to 3. table (out): USBDEV_FORMATS records, untouched when no format is kept. Returns the number of
- * formats, or -1.
+ * formats; -1 when no channel serves the profile, its device is not attached, has no video node or its port is switched
+ * off, or when the query cannot be started.
  */
 int vl_get_usbchn_cap(int profile, _usbfmt_des *table);
 
 /*
  * Reads the stored codecs of a profile's camera, such as "0 1". Runs nothing.
- * profile (in): 0 to 3. cap (out): 16 bytes.
+ * profile (in): 0 to 3. cap (out): 16 bytes. Fails as vl_get_usbchn_cap does.
  */
 int vl_get_profile_video_cap(int profile, char *cap);
 
 /*
  * Reads the stored audio capability of a profile's sound card. Runs nothing.
- * profile (in): 0 to 3. cap (out): 16 bytes.
+ * profile (in): 0 to 3. cap (out): 16 bytes. Fails as vl_get_usbchn_cap does, with the sound card
+ * in place of the video node.
  */
 int vl_get_usbchn_audio_cap(int profile, char *cap);
 
@@ -133,21 +141,21 @@ int vl_get_usbchn_audio_cap(int profile, char *cap);
 
 /*
  * Reads all settings of a profile. Runs nothing.
- * profile (in): 0 to 3. info (out): cleared and preset in every case, also on failure.
+ * profile (in): 0 to 3. info (out): always cleared and preset, also on failure.
  */
 int vl_get_profile_info(int profile, _profile_info *info);
 
 /*
- * Returns the profile of a channel, -1 when it has none or the file cannot be opened. channel (in): 0 to 9. Runs
- * nothing.
+ * Reads the profile of a channel. Runs nothing. channel (in): 0 to 9. Returns the profile, or -1 when the channel has
+ * none or the file cannot be opened.
  */
 int vl_get_profileID(int channel);
 
 /*
  * Reads the stream settings of a profile. Runs nothing.
- * profile (in): 0 to 3. info (out): preset in every case; header, channel and reserved words are left as they are.
- * Returns 0; -1 when no channel serves the profile; -2 when its device is gone, -3 when it is parked or unsupported, -4
- * when its slot is switched off.
+ * profile (in): 0 to 3. info (out): always preset; header, channel and reserved fields are not changed.
+ * Returns 0; -1 when no channel serves the profile or the file cannot be opened; -2 when its device is not attached, -3
+ * when it waits for another channel or is unsupported, -4 when its port is switched off.
  */
 int vl_get_stream_info(int profile, _streaminfo *info);
 

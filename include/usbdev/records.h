@@ -1,10 +1,9 @@
 /*
- * The records that callers and library exchange.
+ * The records that callers and the library exchange.
  *
- * Every integer is 32 bits wide and every record has its natural alignment, so the layouts are the same on ILP32 and
- * LP64 targets; the sizes and offsets are checked when the library is compiled. Text fields are zero-terminated within
- * their array. Words called reserved are never read and, unless a function says that it clears its record, never
- * written.
+ * Every integer has 32 bits and every record its natural alignment, so the layouts are the same on ILP32 and LP64
+ * targets; the compiler checks the sizes and offsets when it builds the library. Text fields are zero-terminated within
+ * their array. Reserved fields are never read, and never written unless a function is described as clearing its record.
  */
 #ifndef USBDEV_RECORDS_H
 #define USBDEV_RECORDS_H
@@ -23,8 +22,8 @@ extern "C" {
 typedef struct _usbdev_des {
   int devtype;       /* 1 = camera; any other value = sound card */
   int node;          /* number of the video device file, or of the sound card */
-  char usbslot[128]; /* kernel name of the port, such as "3-1.2" */
-  int plugged;       /* 1 = attached, 0 = removed */
+  char usbslot[128]; /* the port's kernel name, such as "3-1.2" */
+  int plugged;       /* 1 = plugged in, 0 = removed */
   char devname[256]; /* product name */
 } _usbdev_des;
 
@@ -44,10 +43,10 @@ typedef struct _usbfmt_des {
   _usbres_des res[USBDEV_SIZES]; /* in the camera's order */
 } _usbfmt_des;
 
-/* What the hotplug handler tells about the channel that a new camera collides with. */
+/* What the hotplug handler reports about the channel that a new camera conflicts with. */
 typedef struct _usbdev_conflict {
   char profilename[256];
-  char devname[256]; /* of the channel read last by the scan */
+  char devname[256]; /* of the last channel that was looked at */
   int channel;
   int profile;
 } _usbdev_conflict;
@@ -56,18 +55,18 @@ typedef struct _usbdev_conflict {
 typedef struct _usbdev_update {
   int vnode;         /* video device number, -1 = none */
   int anode;         /* sound card number, -1 = none */
-  char usbslot[128]; /* kernel name of the port */
-  int state;         /* -1 = never configured, else as the channel key "exists" */
+  char usbslot[128]; /* the port's kernel name */
+  int state;         /* -1 = never configured, else the channel key "exists" */
   char devname[256];
   int slot_switch; /* 1 = on, 0 = off, -1 = not stored */
   int profile;     /* 0 to 3, -1 = none */
   char hlspath[64];
-  char hash[64]; /* name of the enabled share link, else empty */
+  char hash[64]; /* hash of the enabled share link, else empty */
 } _usbdev_update;
 
 /* The stream settings of one profile. */
 typedef struct _streaminfo {
-  unsigned char header[16]; /* the caller's own; travels with the change notification */
+  unsigned char header[16]; /* for the caller's use; is sent with the change notification */
   int channel;
   int stream_type; /* 0 = none, 1 = audio, 2 = video, 3 = both */
   int slot_switch;
@@ -97,7 +96,7 @@ typedef struct _streaminfo {
   char vtag[16];
 } _streaminfo;
 
-/* One channel of the availability queries; from vnode on in the order of _streaminfo. */
+/* One channel of the availability queries; from vnode on the fields have the order of _streaminfo. */
 typedef struct _availinfo {
   int reserved1;
   int stream_type; /* -1 = not available, 0 = none, 1 = audio, 2 = video, 3 = both */
@@ -146,7 +145,7 @@ typedef struct _usbdev_entry {
   char hlspath[64];
 } _usbdev_entry;
 
-/* All settings of one profile; from vnode on in the order of _streaminfo. */
+/* All settings of one profile; from vnode on the fields have the order of _streaminfo. */
 typedef struct _profile_info {
   int exists;
   int stream_type;
@@ -179,10 +178,10 @@ typedef struct _profile_info {
   char acap[16];
 } _profile_info;
 
-/* A web server and the credentials for it. */
+/* A web server, and the user and password for it. */
 typedef struct NasServer {
   char host[128]; /* name or dotted address */
-  int port;       /* host byte order */
+  int port;       /* TCP port, in host byte order */
   char user[65];
   char password[65];
 } NasServer;
@@ -196,7 +195,7 @@ typedef struct ShareLinkInfo {
   char shrpwd[32];
   char ssid[48];        /* eight digits */
   char token[64];       /* 32 hexadecimal characters */
-  char hash_string[64]; /* 32 hexadecimal characters; names the public link */
+  char hash_string[64]; /* the hash, 32 hexadecimal characters: the name of the symbolic link */
 } ShareLinkInfo;
 
 /* An installed application package. */
