@@ -52,7 +52,7 @@ Situations assignment() {
          cameraOn(host, 1, "1-1", 2);
          bind("3-1", 0);
        }},
-      {"vl_set_usbchn_profile", "bound already", kAllChannels,
+      {"vl_set_usbchn_profile", "assigned already", kAllChannels,
        [](Host &host) {
          cameraOn(host, 0, "3-1", 1, 0);
          bind("3-1", 0);
@@ -62,7 +62,8 @@ Situations assignment() {
          cameraOn(host, 0, "3-1", 1, 0);
          vl_clear_usbchn_profile(0, "192.0.2.1", 0);
        }},
-      {"vl_clear_usbchn_profile", "with both links", lookUp(0) + kCleared + programs(2) + kNobodyWaits,
+      {"vl_clear_usbchn_profile", "with a live link and a share link",
+       lookUp(0) + kCleared + programs(2) + kNobodyWaits,
        [](Host &host) {
          cameraOn(host, 0, "3-1", 1, 0).set("hlspath", "live").set("sharelink/hash_string", "shared");
          linkOnDisk(host, "live");

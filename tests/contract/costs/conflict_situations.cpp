@@ -41,12 +41,12 @@ Situations tests() {
 
 Situations handOvers() {
   return {
-      {"updateConflict", "a parked channel", kAllChannels,
+      {"updateConflict", "a waiting channel", kAllChannels,
        [](Host &host) {
          twoAtOneRootPort(host);
          updateConflict(1, -1, 0, &number);
        }},
-      {"updateConflict", "nobody waits", kNobodyWaits, [](Host &) { updateConflict(0, -1, 0, &number); }},
+      {"updateConflict", "no channel waits", kNobodyWaits, [](Host &) { updateConflict(0, -1, 0, &number); }},
       // The successor is freed and the channel parked behind it, which the second pass finds again.
       {"updateConflict", "the channel of the same root port takes over",
        kAllChannels + kOneChannel + writing(2) + kAllChannels + writing(1),
@@ -112,13 +112,13 @@ Situations slotSwitch() {
          cameraOn(host, 0, "3-1", 1, 0);
          vl_set_usbslot_switch("3-1", "enable", nullptr);
        }},
-      {"vl_set_usbslot_switch", "on beside a streaming camera of the root port", kSwitched + kOneChannel,
+      {"vl_set_usbslot_switch", "on, another camera of the root port streams", kSwitched + kOneChannel,
        [](Host &host) {
          cameraOn(host, 0, "3-1.1", 1, 0);
          cameraOn(host, 1, "3-1.2", 2, 1);
          vl_set_usbslot_switch("3-1.1", "enable", nullptr);
        }},
-      {"vl_set_usbslot_switch", "on beside a camera elsewhere, both behind a bridge",
+      {"vl_set_usbslot_switch", "on, another camera elsewhere, both behind a bridge",
        kSwitched + kOneChannel + 2 * kBridge,
        [](Host &host) {
          twoBehindOneBridge(host);

@@ -38,12 +38,12 @@ Situations coreSituations() {
          AMDmodel_oneChannelLimited();
        }},
       {"AMDmodel_oneChannelLimited", "another host", kOneChannel, [](Host &) { AMDmodel_oneChannelLimited(); }},
-      {"trsProfiletoPlugCh", "channel 3 holds the profile", lookUp(3),
+      {"trsProfiletoPlugCh", "channel 3 has the profile", lookUp(3),
        [](Host &host) {
          cameraOn(host, 3, "3-1", 1, 0);
          trsProfiletoPlugCh(0, &number);
        }},
-      {"trsProfiletoPlugCh", "no channel holds it", reading(10), [](Host &) { trsProfiletoPlugCh(0, &number); }},
+      {"trsProfiletoPlugCh", "no channel has it", reading(10), [](Host &) { trsProfiletoPlugCh(0, &number); }},
       {"vl_getDevName", "", lookUp(0) + reading(1),
        [](Host &host) {
          cameraOn(host, 0, "3-1", 1, 0);

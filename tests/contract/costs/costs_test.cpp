@@ -106,7 +106,7 @@ std::string table() {
       text += row(s);
     }
   }
-  text += "\nNothing of this, ever:\n";
+  text += "\nThese functions cost nothing of this:\n";
   for (const std::string &function : idle) text += "`" + function + (function == *idle.rbegin() ? "`.\n" : "`,\n");
   return text;
 }

@@ -33,7 +33,7 @@ Situations identification() {
       {"isPCIbridge", "", answers(), [](Host &) { isPCIbridge(1); }},
       {"get_pcibridgePath", "", answers(), [](Host &) { get_pcibridgePath(1, text); }},
       // Of each channel the port and the switch, in the pass of its caller.
-      {"get_switch_state", "a slot of channel 2", keysRead(3 * 2),
+      {"get_switch_state", "a port of channel 2", keysRead(3 * 2),
        [](Host &host) {
          cameraOn(host, 2, "3-1", 1);
          void *config = nullptr;

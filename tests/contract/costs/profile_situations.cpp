@@ -31,7 +31,7 @@ Situations listings() {
          vl_get_usbdev_list(text);
        }},
       // What stands in the file settles all three: profile, parking and card.
-      {"vl_get_usbdev_list", "a camera without a profile, one parked, one with sound", reading(10 + 2 + 3),
+      {"vl_get_usbdev_list", "a camera without a profile, one that waits, one with sound", reading(10 + 2 + 3),
        [](Host &host) {
          cameraOn(host, 0, "3-1.1", 1);
          cameraOn(host, 1, "3-1.2", 2, 1).conflict(0);
@@ -85,7 +85,7 @@ Situations ofOneProfile() {
          _streaminfo info;
          vl_get_stream_info(0, &info);
        }},
-      {"vl_get_stream_info", "a parked channel", lookUp(0) + reading(3),
+      {"vl_get_stream_info", "a waiting channel", lookUp(0) + reading(3),
        [](Host &host) {
          cameraOn(host, 0, "3-1", 1, 0).conflict(1);
          _streaminfo info;

@@ -100,7 +100,7 @@ Situations wholeStartUp() {
     vl_set_devpf_list();
   };
   return {
-      {"vl_set_devpf_list", "nothing configured, nothing there",
+      {"vl_set_devpf_list", "nothing configured, nothing attached",
        kPackageMissing + reading(10 * kUnused) + nothing_there, start},
       {"vl_set_devpf_list", "ten new cameras, without the codec package",
        kPackageMissing + reading(10 * kUnused) + ten_new, startWithTen},
@@ -128,7 +128,7 @@ constexpr Costs kPresent = writing(6) + kCameraType;
 
 Situations synchronisation() {
   return {
-      {"mn_sync_usbdev_conf", "nothing configured, nothing there",
+      {"mn_sync_usbdev_conf", "nothing configured, nothing attached",
        kPackageMissing + records(0) + scans(0) + writing(0) + kNoConflicts,
        [](Host &host) {
          host.commands.allowInsideCriticalSection();
@@ -182,7 +182,7 @@ Situations synchronisation() {
 
 Situations updates() {
   return {
-      {"update_usbinfo", "nothing there", writing(0), [](Host &host) { update(host, Records().list[0]); }},
+      {"update_usbinfo", "nothing attached", writing(0), [](Host &host) { update(host, Records().list[0]); }},
       {"update_usbinfo", "a camera without a profile", kPresent, [](Host &host) { update(host, present(-1, "")); }},
       {"update_usbinfo", "a camera with a profile", kPresent + programs(),
        [](Host &host) { update(host, present(1, "link")); }},
@@ -192,7 +192,8 @@ Situations updates() {
          strcpy(record.hash, "shared");
          update(host, record);
        }},
-      {"update_usbinfo", "a camera with a profile, its link lost", writing(7) + kCameraType + answers() + programs(),
+      {"update_usbinfo", "a camera with a profile, the name of its live link is lost",
+       writing(7) + kCameraType + answers() + programs(),
        [](Host &host) {
          makeIdentifiers(host);
          update(host, present(1, ""));
@@ -205,7 +206,7 @@ Situations updates() {
          channels.list[0] = present(0, "");
          rmNone1stProfile(channels.list);
        }},
-      {"rmNone1stProfile", "another profile with both links",
+      {"rmNone1stProfile", "another profile with a live link and a share link",
        lookUp(0) + reading(4) + programs(2) + writing(12) + kNobodyWaits,
        [](Host &host) {
          cameraOn(host, 0, "3-1", 1, 1).set("hlspath", "live").set("sharelink/hash_string", "shared");

@@ -129,9 +129,9 @@ Situations shareLinks() {
          ShareLinkInfo info = link(0, "");
          vl_renew_share_link(&info);
        }},
-      {"remove_hash_link", "a link on disk", reading(1) + programs(),
+      {"remove_hash_link", "its symbolic link exists", reading(1) + programs(),
        [](Host &host) { shared(host), remove_hash_link("ch0"); }},
-      {"remove_hash_link", "none", reading(1), [](Host &) { remove_hash_link("ch0"); }},
+      {"remove_hash_link", "no share link", reading(1), [](Host &) { remove_hash_link("ch0"); }},
       // Up to the channel that holds it, then its profile.
       {"vl_check_share_link_ssid", "", reading(1 + 1),
        [](Host &host) { shared(host), vl_check_share_link_ssid("00004711"); }},
