@@ -6,142 +6,106 @@
 namespace usbdev {
 namespace {
 
-/// One field of a record and the key that fills it: a number, a text, or with neither the frame rate.
-struct Field {
-  const IntKey *number;
-  const TextPath *text;
-  short offset;
-  unsigned char read_by;
-  unsigned char preset_by;
-};
-
-constexpr unsigned char kNobody = 0;
 constexpr float kUsualRate = 30;
 
-constexpr Field field(const IntKey *number, const TextPath *text, int offset, int read_by, int preset_by) {
-  return {number, text, static_cast<short>(offset), static_cast<unsigned char>(read_by),
-          static_cast<unsigned char>(preset_by)};
-}
-
-constexpr Field number(int offset, const IntKey &key, int read_by, int preset_by = kNobody) {
-  return field(&key, nullptr, offset, read_by, preset_by);
-}
-
-constexpr Field text(int offset, const TextPath &key, int read_by, int preset_by = kNobody) {
-  return field(nullptr, &key, offset, read_by, preset_by);
-}
-
-constexpr Field rate(int offset, int read_by, int preset_by) {
-  return field(nullptr, nullptr, offset, read_by, preset_by);
-}
-
-// Keys that the records read with another default.
+// Keys that some records read with another default. Audio that was never switched counts as off in a stream record, as
+// on elsewhere.
 constexpr IntKey orElse(const IntKey &key, int otherwise) { return {key.key, key.sub_key, otherwise}; }
 constexpr IntKey kSlotSwitchOn = orElse(keys::slot_switch, 1);
 constexpr IntKey kAudioOff = orElse(keys::aenable, 0);
 
-// _availinfo, _profile_info and, from the video node on, _streaminfo are laid out alike, so that one list serves all:
-// offsets count from the video node.
-constexpr int at(std::size_t offset) {
-  return static_cast<int>(offset) - static_cast<int>(offsetof(_profile_info, vnode));
-}
-constexpr int atStream(std::size_t offset) {
-  return static_cast<int>(offset) - static_cast<int>(offsetof(_streaminfo, vnode));
-}
-constexpr int atAvailable(std::size_t offset) {
-  return static_cast<int>(offset) - static_cast<int>(offsetof(_availinfo, vnode));
-}
-static_assert(at(offsetof(_profile_info, usbslot)) == atAvailable(offsetof(_availinfo, usbslot)));
-static_assert(at(offsetof(_profile_info, devname)) == atAvailable(offsetof(_availinfo, devname)));
-static_assert(at(offsetof(_profile_info, framerate)) == atStream(offsetof(_streaminfo, framerate)) &&
-              at(offsetof(_profile_info, framerate)) == atAvailable(offsetof(_availinfo, framerate)));
-static_assert(at(offsetof(_profile_info, fetype)) == atStream(offsetof(_streaminfo, fetype)) &&
-              at(offsetof(_profile_info, fetype)) == atAvailable(offsetof(_availinfo, fetype)));
-static_assert(at(offsetof(_profile_info, aenable)) == atStream(offsetof(_streaminfo, aenable)) &&
-              at(offsetof(_profile_info, aenable)) == atAvailable(offsetof(_availinfo, aenable)));
-static_assert(at(offsetof(_profile_info, volume)) == atStream(offsetof(_streaminfo, volume)) &&
-              at(offsetof(_profile_info, volume)) == atAvailable(offsetof(_availinfo, volume)));
-static_assert(at(offsetof(_profile_info, ldspoutput)) == atStream(offsetof(_streaminfo, ldspoutput)) &&
-              at(offsetof(_profile_info, ldspoutput)) == atAvailable(offsetof(_availinfo, ldspoutput)));
-static_assert(at(offsetof(_profile_info, acap)) == atStream(offsetof(_streaminfo, vtag)) &&
-              at(offsetof(_profile_info, acap)) == atAvailable(offsetof(_availinfo, acap)));
-
-constexpr int kStreams = kSlotInfo | kStreamInfo;     // the two readers of _streaminfo
-constexpr int kPages = kAvailability | kProfileInfo;  // the readers of the two records that name the device
-constexpr int kEveryone = kStreams | kPages;
-constexpr int kPresetters = kStreams | kProfileInfo;
-
-// Field, key, who reads it, who presets it.
-constexpr Field kSettings[] = {
-    number(at(offsetof(_profile_info, exists)), keys::exists, kProfileInfo),
-    text(at(offsetof(_profile_info, profilename)), keys::profilename, kProfileInfo),
-    text(at(offsetof(_profile_info, usbslot)), keys::usbslot, kPages),
-    text(at(offsetof(_profile_info, devname)), keys::devname, kPages),
-    number(atStream(offsetof(_streaminfo, slot_switch)), kSlotSwitchOn, kSlotInfo, kStreams),
-
-    number(at(offsetof(_profile_info, vnode)), keys::vnode, kEveryone, kPresetters),
-    number(at(offsetof(_profile_info, vprofile)), keys::profile, kSlotInfo, kPresetters),
-    number(at(offsetof(_profile_info, vcodec)), keys::vcodec, kEveryone, kPresetters),
-    number(at(offsetof(_profile_info, venable)), keys::venable, kStreams, kPresetters),
-    number(at(offsetof(_profile_info, spsstate)), keys::spsstate, kStreams, kPresetters),
-    number(at(offsetof(_profile_info, width)), keys::width, kEveryone, kPresetters),
-    number(at(offsetof(_profile_info, height)), keys::height, kEveryone, kPresetters),
-    rate(at(offsetof(_profile_info, framerate)), kEveryone, kPresetters),
-    text(at(offsetof(_profile_info, fetype)), keys::fetype, kEveryone, kStreamInfo | kProfileInfo),
-
-    number(at(offsetof(_profile_info, anode)), keys::anode, kStreams, kPresetters),
-    number(at(offsetof(_profile_info, aprofile)), keys::profile, kSlotInfo, kPresetters),
-    number(at(offsetof(_profile_info, acodec)), keys::acodec, kEveryone, kPresetters),
-    // Audio that was never switched counts as off in a stream record, as on elsewhere.
-    number(at(offsetof(_profile_info, aenable)), kAudioOff, kStreams, kPresetters),
-    number(at(offsetof(_profile_info, aenable)), keys::aenable, kPages),
-    number(at(offsetof(_profile_info, samplerate)), keys::samplerate, kStreams | kProfileInfo, kPresetters),
-    number(at(offsetof(_profile_info, channelno)), keys::channelno, kStreams, kPresetters),
-    number(at(offsetof(_profile_info, bitrate)), keys::bitrate, kStreams | kProfileInfo, kPresetters),
-    number(at(offsetof(_profile_info, volume)), keys::volume, kEveryone, kPresetters),
-
-    number(at(offsetof(_profile_info, osdenable)), keys::osdenable, kEveryone, kStreamInfo | kProfileInfo),
-    number(at(offsetof(_profile_info, flip)), keys::flip, kEveryone, kStreamInfo | kProfileInfo),
-    number(at(offsetof(_profile_info, mirror)), keys::mirror, kEveryone, kStreamInfo | kProfileInfo),
-    number(at(offsetof(_profile_info, ldspoutput)), keys::ldspoutput, kEveryone, kStreamInfo | kProfileInfo),
-    text(at(offsetof(_profile_info, acap)), keys::acap, kPages, kProfileInfo),
-    text(atStream(offsetof(_streaminfo, vtag)), keys::vtag, kStreamInfo, kStreamInfo),
+/// A number of a record and the key that fills it.
+template <typename Record>
+struct Number {
+  int Record::*field;
+  const IntKey &key;
 };
 
-constexpr int kBothRows = kDeviceRow | kProfileRow;
+template <typename Record, std::size_t N>
+void preset(const Number<Record> (&numbers)[N], Record &record) {
+  for (const Number<Record> &number : numbers) record.*number.field = number.key.usual_default;
+}
 
-// Field, key, who reads it.
-constexpr Field kRow[] = {
-    text(offsetof(_usbdev_entry, profilename), keys::profilename, kBothRows),
-    text(offsetof(_usbdev_entry, usbslot), keys::usbslot, kBothRows),
-    text(offsetof(_usbdev_entry, devname), keys::devname, kBothRows),
-    number(offsetof(_usbdev_entry, slot_switch), kSlotSwitchOn, kBothRows),
-    number(offsetof(_usbdev_entry, exists), keys::exists, kBothRows),
-    number(offsetof(_usbdev_entry, conflictch), keys::conflictch, kBothRows),
-    text(offsetof(_usbdev_entry, createtime), keys::createtime, kBothRows),
-    number(offsetof(_usbdev_entry, profile), keys::profile, kBothRows),
-    number(offsetof(_usbdev_entry, vcodec), keys::vcodec, kVideoRow),
-    number(offsetof(_usbdev_entry, aenable), keys::aenable, kDeviceRow),
-    text(offsetof(_usbdev_entry, vtag), keys::vtag, kVideoRow),
-    number(offsetof(_usbdev_entry, shrenable), keys::shrenable, kDeviceRow | kVideoRow),
-    text(offsetof(_usbdev_entry, hlspath), keys::hlspath, kVideoRow),
+template <typename Record, std::size_t N>
+void read(const Number<Record> (&numbers)[N], const Section &channel, Record &record) {
+  for (const Number<Record> &number : numbers) record.*number.field = channel.get(number.key);
+}
+
+constexpr Number<_availinfo> kAvailable[] = {
+    {&_availinfo::vnode, keys::vnode},
+    {&_availinfo::vcodec, keys::vcodec},
+    {&_availinfo::width, keys::width},
+    {&_availinfo::height, keys::height},
+    {&_availinfo::acodec, keys::acodec},
+    {&_availinfo::aenable, keys::aenable},
+    {&_availinfo::volume, keys::volume},
+    {&_availinfo::osdenable, keys::osdenable},
+    {&_availinfo::flip, keys::flip},
+    {&_availinfo::mirror, keys::mirror},
+    {&_availinfo::ldspoutput, keys::ldspoutput},
 };
 
-/// From the channel's key, or without a channel from what a missing key reads as; of texts that is nothing.
-void put(const Field &field, const Section *channel, char *out) {
-  if (field.text != nullptr) {
-    if (channel == nullptr) {
-      std::memset(out, 0, static_cast<std::size_t>(field.text->size));
-    } else {
-      channel->getText(*field.text, out);
-    }
-  } else if (field.number != nullptr) {
-    const int value = channel == nullptr ? field.number->usual_default : channel->get(*field.number);
-    std::memcpy(out, &value, sizeof value);
-  } else {
-    const float value = channel == nullptr ? kUsualRate : readRate(*channel);
-    std::memcpy(out, &value, sizeof value);
-  }
+// Preset and read by both readers of _streaminfo.
+constexpr Number<_streaminfo> kStream[] = {
+    {&_streaminfo::vnode, keys::vnode},         {&_streaminfo::vcodec, keys::vcodec},
+    {&_streaminfo::venable, keys::venable},     {&_streaminfo::spsstate, keys::spsstate},
+    {&_streaminfo::width, keys::width},         {&_streaminfo::height, keys::height},
+    {&_streaminfo::anode, keys::anode},         {&_streaminfo::acodec, keys::acodec},
+    {&_streaminfo::aenable, kAudioOff},         {&_streaminfo::samplerate, keys::samplerate},
+    {&_streaminfo::channelno, keys::channelno}, {&_streaminfo::bitrate, keys::bitrate},
+    {&_streaminfo::volume, keys::volume},
+};
+
+// Preset by both, read of a slot; of a profile its reader knows them.
+constexpr Number<_streaminfo> kSlotStream[] = {
+    {&_streaminfo::slot_switch, kSlotSwitchOn},
+    {&_streaminfo::vprofile, keys::profile},
+    {&_streaminfo::aprofile, keys::profile},
+};
+
+// Read by both, preset for a profile.
+constexpr Number<_streaminfo> kPicture[] = {
+    {&_streaminfo::osdenable, keys::osdenable},
+    {&_streaminfo::flip, keys::flip},
+    {&_streaminfo::mirror, keys::mirror},
+    {&_streaminfo::ldspoutput, keys::ldspoutput},
+};
+
+constexpr Number<_profile_info> kProfile[] = {
+    {&_profile_info::vnode, keys::vnode},         {&_profile_info::vcodec, keys::vcodec},
+    {&_profile_info::width, keys::width},         {&_profile_info::height, keys::height},
+    {&_profile_info::acodec, keys::acodec},       {&_profile_info::samplerate, keys::samplerate},
+    {&_profile_info::bitrate, keys::bitrate},     {&_profile_info::volume, keys::volume},
+    {&_profile_info::osdenable, keys::osdenable}, {&_profile_info::flip, keys::flip},
+    {&_profile_info::mirror, keys::mirror},       {&_profile_info::ldspoutput, keys::ldspoutput},
+};
+
+// Preset, and never read.
+constexpr Number<_profile_info> kProfilePresets[] = {
+    {&_profile_info::vprofile, keys::profile},    {&_profile_info::venable, keys::venable},
+    {&_profile_info::spsstate, keys::spsstate},   {&_profile_info::anode, keys::anode},
+    {&_profile_info::aprofile, keys::profile},    {&_profile_info::aenable, kAudioOff},
+    {&_profile_info::channelno, keys::channelno},
+};
+
+constexpr Number<_usbdev_entry> kRow[] = {
+    {&_usbdev_entry::slot_switch, kSlotSwitchOn},
+    {&_usbdev_entry::exists, keys::exists},
+    {&_usbdev_entry::conflictch, keys::conflictch},
+    {&_usbdev_entry::profile, keys::profile},
+};
+
+void presetStream(_streaminfo &info) {
+  preset(kStream, info);
+  preset(kSlotStream, info);
+  info.framerate = kUsualRate;
+}
+
+void readStream(const Section &channel, _streaminfo &info) {
+  read(kStream, channel, info);
+  read(kPicture, channel, info);
+  info.framerate = readRate(channel);
+  channel.get(keys::fetype, info.fetype);
 }
 
 }  // namespace
@@ -152,22 +116,76 @@ float readRate(const Section &channel) {
   return static_cast<float>(std::atof(text));
 }
 
-void presetSettings(RecordReader reader, char *vnode) {
-  for (const Field &field : kSettings) {
-    if ((field.preset_by & reader) != 0) put(field, nullptr, vnode + field.offset);
-  }
+void readAvailable(const Section &channel, _availinfo &row) {
+  read(kAvailable, channel, row);
+  row.framerate = readRate(channel);
+  channel.get(keys::usbslot, row.usbslot);
+  channel.get(keys::devname, row.devname);
+  channel.get(keys::fetype, row.fetype);
+  channel.get(keys::acap, row.acap);
 }
 
-void readSettings(RecordReader reader, const Section &channel, char *vnode) {
-  for (const Field &field : kSettings) {
-    if ((field.read_by & reader) != 0) put(field, &channel, vnode + field.offset);
-  }
+void presetSlotStream(_streaminfo &info) {
+  presetStream(info);
+  std::memset(info.fetype, 0, 4);  // no more of it is preset
 }
 
-void readRow(RecordReader reader, const Section &channel, _usbdev_entry &row) {
-  for (const Field &field : kRow) {
-    if ((field.read_by & reader) != 0) put(field, &channel, reinterpret_cast<char *>(&row) + field.offset);
-  }
+void readSlotStream(const Section &channel, _streaminfo &info) {
+  readStream(channel, info);
+  read(kSlotStream, channel, info);
+}
+
+void presetProfileStream(_streaminfo &info) {
+  presetStream(info);
+  preset(kPicture, info);
+  std::memset(info.fetype, 0, sizeof info.fetype);
+  std::memset(info.vtag, 0, sizeof info.vtag);
+}
+
+void readProfileStream(const Section &channel, _streaminfo &info) {
+  readStream(channel, info);
+  channel.get(keys::vtag, info.vtag);
+}
+
+void presetProfile(_profile_info &info) {
+  info = {};
+  info.exists = -1;
+  preset(kProfile, info);
+  preset(kProfilePresets, info);
+  info.framerate = kUsualRate;
+}
+
+void readProfile(const Section &channel, _profile_info &info) {
+  read(kProfile, channel, info);
+  info.exists = channel.get(keys::exists);
+  info.aenable = channel.get(keys::aenable);
+  info.framerate = readRate(channel);
+  channel.get(keys::profilename, info.profilename);
+  channel.get(keys::usbslot, info.usbslot);
+  channel.get(keys::devname, info.devname);
+  channel.get(keys::fetype, info.fetype);
+  channel.get(keys::acap, info.acap);
+}
+
+void readProfileRow(const Section &channel, _usbdev_entry &row) {
+  read(kRow, channel, row);
+  channel.get(keys::profilename, row.profilename);
+  channel.get(keys::usbslot, row.usbslot);
+  channel.get(keys::devname, row.devname);
+  channel.get(keys::createtime, row.createtime);
+}
+
+void readDeviceRow(const Section &channel, _usbdev_entry &row) {
+  readProfileRow(channel, row);
+  row.aenable = channel.get(keys::aenable);
+  row.shrenable = channel.get(keys::shrenable);
+}
+
+void addVideoToRow(const Section &channel, _usbdev_entry &row) {
+  row.vcodec = static_cast<int>(channel.get(keys::vcodec));
+  row.shrenable = channel.get(keys::shrenable);
+  channel.get(keys::vtag, row.vtag);
+  channel.get(keys::hlspath, row.hlspath);
 }
 
 }  // namespace usbdev

@@ -1,11 +1,7 @@
 #include "devices/conflicts.h"
 
-#include <usbdev/devices.h>
-
 #include <cstring>
 
-#include "core/host_queries.h"
-#include "core/profile_mapping.h"
 #include "core/text.h"
 
 namespace usbdev {
@@ -19,40 +15,16 @@ bool haveSameRootPort(const char *a, const char *b) {
   return length == rootPortLength(b) && std::strncmp(a, b, length) == 0;
 }
 
-/// A moment as two numbers, as in 20240305 and 81500.
-struct Moment {
-  int date = 0;
-  int time = 0;
-};
-
-bool readMoment(const char *text, Moment &moment) {
-  char date[128];
-  copyText(date, text);
-  char *const blank = std::strchr(date, ' ');
-  if (blank == nullptr) return false;
-  *blank = '\0';
-  removeAll(date, '-');
-  removeAll(blank + 1, ':');
-  moment.date = toInt(date);
-  moment.time = toInt(blank + 1);
-  return true;
-}
-
-/// The first active channel that conflicts with `channel`; -1 for none. False when the file cannot be opened.
-bool findConflict(HostAnswers &host, int channel, int *found) {
-  *found = kNone;
-  ChannelSnapshots channels;
-  if (!readForComparing(channels)) return false;
-  ConflictTest test(host, channels[channel].usbslot, channels[channel].vnode);
+bool writeTasks(ConflictTasks &tasks) {
+  ConfigWriter config;
+  if (!config) return false;
   for (int i = 0; i < kChannels; ++i) {
-    const ChannelSnapshot &other = channels[i];
-    // Unlike everywhere else, a slot whose switch was never stored counts as switched on here.
-    const bool active = other.hasUnparkedCamera() && other.profile != kNone && other.switched_on;
-    if (i == channel || !active || !test.conflictsWith(other.usbslot, other.vnode)) continue;
-    *found = i;
-    break;
+    if (tasks[i] == ConflictTask::leave || tasks[i] == ConflictTask::recompute) continue;
+    const bool clears = tasks[i] == ConflictTask::clear_and_recompute;
+    config.channel(i).set(keys::conflictch, clears ? kNone : static_cast<int>(tasks[i]));
+    if (clears) tasks[i] = ConflictTask::recompute;
   }
-  return true;
+  return config.save();
 }
 
 }  // namespace
@@ -78,6 +50,14 @@ bool ConflictTest::conflictsWith(const char *other_slot, int other_vnode) {
   return other != nullptr && isSame(own, other);
 }
 
+bool conflictsOnBridge(HostAnswers &host, char *other_slot, const char *slot, int other_vnode, const char *own_bridge) {
+  const bool same_root_port = haveSameRootPort(other_slot, slot);
+  other_slot[rootPortLength(other_slot)] = '\0';  // callers see the root port
+  if (host.isOneChannelLimited() || same_root_port) return true;
+  const char *const other = own_bridge == nullptr ? nullptr : host.bridgeOf(other_vnode);
+  return other != nullptr && isSame(other, own_bridge);
+}
+
 void markConflicts(ConflictTest &test, const ChannelSnapshots &channels, int own, ChannelMarks &conflicting) {
   for (int i = 0; i < kChannels; ++i) {
     const ChannelSnapshot &other = channels[i];
@@ -91,68 +71,39 @@ void writeParked(const OpenConfig &config, const ChannelMarks &parked, int behin
   }
 }
 
-int recomputeConflicts(HostAnswers &host, int *states) {
-  {
-    ConfigWriter config;
-    if (!config) return -1;
-    for (int i = 0; i < kChannels; ++i) {
-      // 0 and 1 are codes, clear-and-recompute and recompute, and so no channel to be parked behind.
-      if (states[i] == -1 || states[i] == 1) continue;
-      config.channel(i).set(keys::conflictch, states[i] == 0 ? kNone : states[i]);
-      if (states[i] == 0) states[i] = 1;
-    }
-    if (!config.save()) return -1;
+bool findConflict(HostAnswers &host, int channel, int &found) {
+  found = kNone;
+  ChannelSnapshots channels;
+  if (!readForComparing(channels)) return false;
+  ConflictTest test(host, channels[channel].usbslot, channels[channel].vnode);
+  for (int i = 0; i < kChannels; ++i) {
+    const ChannelSnapshot &other = channels[i];
+    // Unlike everywhere else, a slot whose switch was never stored counts as switched on here.
+    const bool active = other.hasUnparkedCamera() && other.profile != kNone && other.switched_on;
+    if (i == channel || !active || !test.conflictsWith(other.usbslot, other.vnode)) continue;
+    found = i;
+    break;
   }
+  return true;
+}
+
+bool recomputeConflicts(HostAnswers &host, ConflictTasks &tasks) {
+  if (!writeTasks(tasks)) return false;
   int found[kChannels];
   for (int i = 0; i < kChannels; ++i) {
     found[i] = kNone;
-    if (states[i] == 1) {
-      findConflict(host, i, &found[i]);
+    if (tasks[i] == ConflictTask::recompute) {
+      findConflict(host, i, found[i]);
     } else {
-      states[i] = -1;
+      tasks[i] = ConflictTask::leave;
     }
   }
   ConfigWriter config;
-  if (!config) return -1;
+  if (!config) return false;
   for (int i = 0; i < kChannels; ++i) {
-    if (states[i] != -1) config.channel(i).set(keys::conflictch, found[i]);
+    if (tasks[i] != ConflictTask::leave) config.channel(i).set(keys::conflictch, found[i]);
   }
-  return config.save() ? 0 : -1;
+  return config.save();
 }
 
 }  // namespace usbdev
-
-int chkconflict(char *other_slot, const char *slot, bool on_bridge, int other_vnode, const char *bridge_path) {
-  if (other_slot == nullptr || slot == nullptr) return 0;
-  const bool same_root_port = usbdev::haveSameRootPort(other_slot, slot);
-  other_slot[usbdev::rootPortLength(other_slot)] = '\0';  // callers see the root port
-  if (usbdev::isOneChannelLimited() || same_root_port) return 1;
-  if (!on_bridge || bridge_path == nullptr || isPCIbridge(other_vnode) == 0) return 0;
-  char other_path[usbdev::kBridgePathSize];
-  if (get_pcibridgePath(other_vnode, other_path) == 0) return 0;
-  return usbdev::isSame(other_path, bridge_path) ? 1 : 0;
-}
-
-int isElderPf(const char *a, const char *b) {
-  usbdev::Moment first;
-  usbdev::Moment second;
-  if (a == nullptr || b == nullptr || !usbdev::readMoment(a, first) || !usbdev::readMoment(b, second)) return 0;
-  if (first.date != second.date) return first.date > second.date ? 1 : 0;
-  if (first.time != second.time) return first.time > second.time ? 1 : 0;
-  return 2;
-}
-
-int getConflictCH(int channel, int *answers) {
-  if (!usbdev::isChannel(channel) || answers == nullptr) return -1;
-  usbdev::HostAnswers host;
-  int found = usbdev::kNone;
-  if (!usbdev::findConflict(host, channel, &found)) return -1;
-  if (found != usbdev::kNone) answers[channel] = found;
-  return 0;
-}
-
-int syncConflict(int *states) {
-  if (states == nullptr) return -1;
-  usbdev::HostAnswers host;
-  return usbdev::recomputeConflicts(host, states);
-}

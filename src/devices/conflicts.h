@@ -1,18 +1,10 @@
-// Which channels cannot stream at the same time, and who takes over when one goes.
+// Which channels cannot stream at the same time.
 #pragma once
 
 #include "core/channel_snapshot.h"
 #include "devices/host_answers.h"
 
 namespace usbdev {
-
-/// updateConflict's answer when no channel took over.
-constexpr int kNoSuccessor = 99;
-
-/// What updateConflict does beside releasing the waiting channels. Callers may pass other codes, which only release.
-constexpr int kHandOver = 0;         // a channel went away: a waiting one takes over
-constexpr int kHandOverOnPlug = 1;   // a successor is chosen; no special case on a one-channel host
-constexpr int kHandOverAndPark = 4;  // as kHandOver; a one-channel host parks the released channel too
 
 /// A device whose conflicts are tested: its port and the bridges that stand for its node. The nodes are asked in
 /// order, the first one that is behind a bridge counts.
@@ -34,23 +26,31 @@ class ConflictTest {
   int nodes_[kChannels + 1];
 };
 
+/// The same test for a caller that knows its own bridge, null where there is none. The other slot is cut to its root
+/// port.
+bool conflictsOnBridge(HostAnswers &host, char *other_slot, const char *slot, int other_vnode, const char *own_bridge);
+
 /// One mark for each channel.
 using ChannelMarks = bool[kChannels];
 
 /// Marks the channels, but for one, whose cameras conflict with the tested device.
 void markConflicts(ConflictTest &test, const ChannelSnapshots &channels, int own, ChannelMarks &conflicting);
 
-/// Parks the marked channels behind another one.
+/// Makes the marked channels wait for another one.
 void writeParked(const OpenConfig &config, const ChannelMarks &parked, int behind);
 
-/// syncConflict with answers that the calling operation may already have.
-int recomputeConflicts(HostAnswers &host, int *states);
+/// Finds the first channel that may stream and conflicts with a channel; kNone for none. False when the file cannot be
+/// opened.
+bool findConflict(HostAnswers &host, int channel, int &found);
 
-/// What follows once a channel has come or gone: one that went and was nobody's guest hands over; one that came and has
-/// to wait settles it on a one-channel host. The profile of the channel that took over, or kNoSuccessor.
-int followUpConflict(HostAnswers &host, int channel, bool came, int stored_conflict, int parked_behind);
+/// What is to be done about a channel's conflict mark. Any other value is written as the mark, so that no channel can
+/// be made to wait for channel 0 or 1 in this way.
+enum class ConflictTask : int { leave = -1, clear_and_recompute = 0, recompute = 1 };
 
-/// updateConflict with answers that the calling operation may already have.
-int handOverConflict(HostAnswers &host, int channel, int value, int mode, int *profile);
+using ConflictTasks = ConflictTask[kChannels];
+
+/// Does the tasks; afterwards `recompute` stands for a channel that was recomputed, `leave` for another one. False when
+/// something could not be stored.
+bool recomputeConflicts(HostAnswers &host, ConflictTasks &tasks);
 
 }  // namespace usbdev

@@ -1,4 +1,4 @@
-#include <usbdev/devices.h>
+#include "devices/encoding_permission.h"
 
 #include "core/host_queries.h"
 #include "core/lines.h"
@@ -22,35 +22,28 @@ bool isCodecPackageReady() {
 bool isArmProcessor() { return FileLines("/proc/cpuinfo").skipTo("ARM"); }
 
 }  // namespace
-}  // namespace usbdev
 
-int check_gpu_status(int *result) {
-  if (result == nullptr) return 0;
-  *result = 0;
+bool mayEncode() {
+  if (!isCodecPackageReady()) return false;
+  CommandLines model("/sbin/readcfg System Model -f /etc/config/Tundrel.conf");
+  if (!model) return true;
+  char line[256];
+  if (model.next(line) && !hasReadyGpu()) return false;
+  return !isArmProcessor();  // ARM hosts never encode
+}
+
+bool hasReadyGpu() {
   char line[256];
   {
-    usbdev::CommandLines gpus("gpuinfo_app -l");
-    if (!gpus.next(line)) return 0;
+    CommandLines gpus("gpuinfo_app -l");
+    if (!gpus.next(line)) return false;
   }
   char *const name_end = std::strchr(line, ':');
-  if (name_end == nullptr) return 0;
+  if (name_end == nullptr) return false;
   *name_end = '\0';
-  if (!usbdev::areSafeWords(line)) return 0;
-  usbdev::CommandLines state("gpuinfo_app -s %s", line);
-  if (state.next(line) && usbdev::contains(line, "driver_installed=1")) *result = 1;
-  return 0;
+  if (!areSafeWords(line)) return false;
+  CommandLines state("gpuinfo_app -s %s", line);
+  return state.next(line) && contains(line, "driver_installed=1");
 }
 
-int validate_hwenc(int *result) {
-  if (result == nullptr) return 0;
-  *result = usbdev::isCodecPackageReady() ? 1 : 0;
-  if (*result == 0) return 0;
-  {
-    usbdev::CommandLines model("/sbin/readcfg System Model -f /etc/config/Tundrel.conf");
-    if (!model) return 0;
-    char line[256];
-    if (model.next(line)) check_gpu_status(result);
-  }
-  if (*result == 1 && usbdev::isArmProcessor()) *result = 0;  // ARM hosts never encode
-  return 0;
-}
+}  // namespace usbdev

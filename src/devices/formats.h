@@ -7,7 +7,11 @@
 
 namespace usbdev {
 
-/// mn_get_usbchn_fmts with answers that the calling operation may already have.
-int listFormats(HostAnswers &host, int vnode, _usbfmt_des *table, int *over60);
+/// Asks a camera for its formats. The table, of USBDEV_FORMATS records, is written whole and only when a format was
+/// kept. The number of formats kept; -1 when the query cannot be started.
+int listFormats(HostAnswers &host, int vnode, _usbfmt_des *table, bool &over60);
+
+/// Does a hanging format query of this camera need a hard kill?
+bool needsHardKill(int vnode);
 
 }  // namespace usbdev

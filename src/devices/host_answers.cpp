@@ -1,19 +1,18 @@
 #include "devices/host_answers.h"
 
-#include <usbdev/devices.h>
-
 #include "core/host_queries.h"
+#include "devices/encoding_permission.h"
 
 namespace usbdev {
 
 bool HostAnswers::isOneChannelLimited() {
-  if (one_channel_limited_ == kNotAsked) one_channel_limited_ = usbdev::isOneChannelLimited() ? 1 : 0;
-  return one_channel_limited_ == 1;
+  if (!one_channel_limited_) one_channel_limited_ = usbdev::isOneChannelLimited();
+  return *one_channel_limited_;
 }
 
 bool HostAnswers::mayEncode() {
-  if (may_encode_ == kNotAsked) validate_hwenc(&may_encode_);
-  return may_encode_ == 1;
+  if (!may_encode_) may_encode_ = usbdev::mayEncode();
+  return *may_encode_;
 }
 
 const char *HostAnswers::bridgeOf(int vnode) {
@@ -25,7 +24,7 @@ const char *HostAnswers::bridgeOf(int vnode) {
   Bridge &bridge = bridges_[bridge_count_ - 1];
   bridge.vnode = vnode;
   bridge.path[0] = '\0';
-  bridge.known = isPCIbridge(vnode) == 1 && get_pcibridgePath(vnode, bridge.path) == 1;
+  bridge.known = isBehindPciBridge(vnode) && findPciBridge(vnode, bridge.path);
   return bridge.known ? bridge.path : nullptr;
 }
 

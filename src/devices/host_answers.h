@@ -1,6 +1,8 @@
 // The host's answers that one operation needs, each asked when it first matters and not again.
 #pragma once
 
+#include <optional>
+
 #include "core/channel_keys.h"
 #include "devices/identification.h"
 
@@ -24,9 +26,8 @@ class HostAnswers {
     char path[kBridgePathSize];
   };
 
-  static constexpr int kNotAsked = -1;
-  int one_channel_limited_ = kNotAsked;
-  int may_encode_ = kNotAsked;
+  std::optional<bool> one_channel_limited_;
+  std::optional<bool> may_encode_;
   int bridge_count_ = 0;
   // The nodes of every channel, and of as many new devices.
   static constexpr int kMostBridges = 2 * kChannels;

@@ -1,38 +1,35 @@
-#include <usbdev/devices.h>
+#include "devices/slots.h"
 
 #include <cstring>
 
-#include "core/profile_mapping.h"
-#include "core/text.h"
 #include "devices/channel_records.h"
-#include "devices/identification.h"
+#include "devices/stream_type.h"
 
 namespace usbdev {
 namespace {
 
-constexpr int kNotAvailable = -1;
-
 void fillAvailable(const Section &channel, _availinfo &row) {
-  readSettings(kAvailability, channel, row);
-  row.stream_type = readStreamType(channel);
-  if (row.stream_type == kAudioOnly) row.framerate = 0;
+  readAvailable(channel, row);
+  const StreamType type = readStreamType(channel);
+  row.stream_type = static_cast<int>(type);
+  if (type == StreamType::audio) row.framerate = 0;
 }
 
-/// Lists the channels with a profile that are not parked; the others get the stream type of unavailable ones.
-int listAvailable(_availinfo *rows, int profile, int unavailable) {
-  if (rows == nullptr) return -1;
+/// Lists the channels with a profile that do not wait for another one; the others get the stream type of unavailable
+/// ones.
+bool listAvailable(_availinfo *rows, int profile, StreamType unavailable) {
   const ConfigReader config;
-  if (!config) return -1;
+  if (!config) return false;
   std::memset(rows, 0, kChannels * sizeof *rows);
   for (int i = 0; i < kChannels; ++i) {
-    const Section &channel = config.channel(i);
+    const Section channel = config.channel(i);
     if (channel.get(keys::profile) == profile && channel.get(keys::conflictch) == kNone) {
       fillAvailable(channel, rows[i]);
     } else {
-      rows[i].stream_type = unavailable;
+      rows[i].stream_type = static_cast<int>(unavailable);
     }
   }
-  return 0;
+  return true;
 }
 
 bool isAttachedTo(const Section &channel, const char *usbslot) {
@@ -43,55 +40,47 @@ bool isAttachedTo(const Section &channel, const char *usbslot) {
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int vl_get_available_dev(_availinfo *rows) {
-  using namespace usbdev;
-  if (listAvailable(rows, kNone, kNoStream) != 0) return -1;
+bool listUnassigned(_availinfo *rows) {
+  if (!listAvailable(rows, kNone, StreamType::none)) return false;
   for (int i = 0; i < kChannels; ++i) {
-    if (rows[i].stream_type == kVideoOnly) rows[i].aenable = 0;  // here only, not for the devices of a profile
+    // Here only, not for the devices of a profile.
+    if (rows[i].stream_type == static_cast<int>(StreamType::video)) rows[i].aenable = 0;
   }
-  return 0;
+  return true;
 }
 
-int vl_get_available_dev_N_channel(_availinfo *rows, int profile) {
-  using namespace usbdev;
-  if (profile != kNone && !isProfile(profile)) return -1;
-  return listAvailable(rows, profile, kNotAvailable);
-}
+bool listOfProfile(_availinfo *rows, int profile) { return listAvailable(rows, profile, StreamType::unavailable); }
 
-int vl_get_usbslot_video_cap(const char *usbslot, char *cap) {
-  using namespace usbdev;
-  if (usbslot == nullptr || cap == nullptr) return -1;
+bool readSlotCodecs(const char *usbslot, TextBuffer cap) {
   const ConfigReader config;
-  if (!config) return -1;
+  if (!config) return false;
   for (int i = 0; i < kChannels; ++i) {
-    const Section &channel = config.channel(i);
+    const Section channel = config.channel(i);
     if (!isAttachedTo(channel, usbslot)) continue;
-    if (channel.get(keys::vnode) == kNone || channel.get(keys::slot_switch, 1) == 0) return -1;
-    char text[kShortCodeSize];
+    if (channel.get(keys::vnode) == kNone || channel.get(keys::slot_switch, 1) == 0) return false;
+    char text[16];
     channel.get(keys::cap, text);
-    copyCut(cap, text, sizeof text - 1);
-    return 0;
+    copyText(cap, text);
+    return true;
   }
-  return 0;
+  return true;
 }
 
-int vl_get_usbslot_info(const char *usbslot, _streaminfo *info) {
-  using namespace usbdev;
-  if (usbslot == nullptr || info == nullptr) return -1;
-  info->channel = kNone;
-  info->stream_type = kNoStream;
-  presetSettings(kSlotInfo, *info);
-  std::memset(info->fetype, 0, 4);  // no more of it is preset
+bool readSlot(const char *usbslot, _streaminfo &info) {
+  info.channel = kNone;
+  info.stream_type = static_cast<int>(StreamType::none);
+  presetSlotStream(info);
   const ConfigReader config;
-  if (!config) return -1;
+  if (!config) return false;
   for (int i = 0; i < kChannels; ++i) {
-    const Section &channel = config.channel(i);
+    const Section channel = config.channel(i);
     if (!isAttachedTo(channel, usbslot)) continue;
-    info->channel = i;  // of two channels with the slot the last one counts
-    readSettings(kSlotInfo, channel, *info);
-    info->stream_type = streamType(info->vnode, info->anode);
+    info.channel = i;  // of two channels with the port the last one counts
+    readSlotStream(channel, info);
+    info.stream_type = static_cast<int>(streamTypeOf(info.vnode, info.anode));
   }
-  return 0;
+  return true;
 }
+
+}  // namespace usbdev

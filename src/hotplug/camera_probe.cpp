@@ -1,7 +1,5 @@
 #include "hotplug/camera_probe.h"
 
-#include <usbdev/devices.h>
-
 #include "core/event_log.h"
 #include "core/text.h"
 #include "devices/formats.h"
@@ -19,9 +17,9 @@ void fill(_usbdev_conflict &report, int channel, int profile, const char *profil
 
 void probeCamera(HostAnswers &host, const _usbdev_des &device, CameraFindings &findings) {
   _usbfmt_des formats[USBDEV_FORMATS];
-  int over60 = 0;
-  const int count = listFormats(host, device.node, formats, &over60);
-  if (over60 == 1) {
+  bool over60 = false;
+  const int count = listFormats(host, device.node, formats, over60);
+  if (over60) {
     logEvent(EventLevel::warning, "Camera[%s %s] has image size over 60 fps. It may cause decode error.",
              device.usbslot, device.devname);
   }
@@ -30,7 +28,7 @@ void probeCamera(HostAnswers &host, const _usbdev_des &device, CameraFindings &f
   for (int i = 0; i < count; ++i) appendNumber(cap, "%d ", formats[i].codec);
   copyText(findings.cap, trim(cap));
   if (!contains(findings.cap, "1")) findings.vcodec = Codec::h264;
-  get_fetypeid(&device, findings.fetype);
+  findCameraType(device.node, device.usbslot, findings.fetype);
 }
 
 ConflictFindings findConflicts(HostAnswers &host, const ChannelSnapshots &channels, int chosen,

@@ -1,4 +1,3 @@
-#include <usbdev/devices.h>
 #include <usbdev/hotplug.h>
 #include <usbdev/web.h>
 
@@ -23,11 +22,10 @@ void writePresence(const Section &channel, const _usbdev_update &record) {
 }
 
 void writeCameraType(const Section &channel, const _usbdev_update &record) {
-  _usbdev_des device{};
-  device.node = record.vnode;
-  copyText(device.usbslot, record.usbslot);
+  char usbslot[128];
+  copyText(usbslot, record.usbslot);
   char fetype[16] = "";
-  get_fetypeid(&device, fetype);
+  findCameraType(record.vnode, usbslot, fetype);
   channel.set(keys::fetype, fetype);
   channel.set(keys::ldspoutput, 0);
 }

@@ -1,11 +1,11 @@
 #include "hotplug/handler.h"
 
-#include <usbdev/devices.h>
 #include <usbdev/hotplug.h>
 
 #include "core/change_notification.h"
 #include "core/config.h"
 #include "core/text.h"
+#include "devices/conflict_hand_over.h"
 #include "devices/conflicts.h"
 #include "hotplug/audio_attachment.h"
 #include "hotplug/camera_probe.h"
@@ -42,7 +42,7 @@ bool isIgnoredCard(const _usbdev_des &device) { return !isCamera(device) && isIg
 
 void judgePlugged(HostAnswers &host, HotplugEvent &event, _usbdev_conflict &report) {
   _usbdev_des &device = event.device;
-  event.supported = devlistcmp(device.devname, kNoSupportList) == 0;
+  event.supported = !isListed(device.devname, kNoSupportList);
   if (!isCamera(device)) {
     probeAudioCard(device.node, event.audio);
     return;
@@ -125,7 +125,7 @@ void notify(const HotplugEvent &event, int successor) {
                                 channel.vcodec == Codec::mjpeg && event.slot_switch == 1;
   if (plugged && !starts_streaming) return;
   ChangeNotification notification = ChangeNotification::ofCamera(channel.profile, plugged);
-  if (successor != kNoSuccessor) notification.target = successor;
+  if (successor != kNone) notification.target = successor;
   sendNotification(notification);
 }
 

@@ -96,7 +96,9 @@ int synchronise(HostAnswers &host) {
   findCameras(host, channels.list, conflict_map, &camera_count, cameras.list);
   get_conf_audioinfo(channels.list, conflict_map, &card_count, cards.list, camera_count, cameras.list);
   update_usbinfo(channels.list);
-  recomputeConflicts(host, conflict_map);
+  ConflictTasks tasks;
+  for (int i = 0; i < kChannels; ++i) tasks[i] = ConflictTask{conflict_map[i]};
+  recomputeConflicts(host, tasks);
   plugNewDevices(host, camera_count, cameras.list, card_count, cards.list);
   if (countLaterProfiles(channels.list) > 0 && host.isOneChannelLimited()) rmNone1stProfile(channels.list);
   return result;

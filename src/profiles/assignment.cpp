@@ -6,6 +6,7 @@
 #include "core/local_time.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
+#include "devices/conflict_hand_over.h"
 #include "devices/conflicts.h"
 #include "web/link_ids.h"
 #include "web/links.h"
@@ -125,9 +126,9 @@ bool clearProfile(int profile, const char *client_ip, EventCode code) {
   removeStreamLink(live_link);
   if (!writeCleared(channel_number)) return false;
   HostAnswers host;
-  int successor = kNoSuccessor;
-  handOverConflict(host, channel_number, kNone, static_cast<int>(code), &successor);
-  if (successor != kNoSuccessor) notification.target = successor;
+  int successor = kNone;
+  handOverConflict(host, channel_number, kNone, handOverModeOf(static_cast<int>(code)), successor);
+  if (successor != kNone) notification.target = successor;
   sendNotification(notification);
   return true;
 }

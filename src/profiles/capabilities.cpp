@@ -1,9 +1,9 @@
-#include <usbdev/devices.h>
 #include <usbdev/profiles.h>
 
 #include "core/config.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
+#include "devices/formats.h"
 
 namespace usbdev {
 namespace {
@@ -39,8 +39,9 @@ int giveStoredText(int profile, const IntKey &node, const TextKey<16> &text, cha
 int vl_get_usbchn_cap(int profile, _usbfmt_des *table) {
   usbdev::Capability camera;
   if (table == nullptr || !usbdev::readCapability(profile, usbdev::keys::vnode, usbdev::keys::cap, camera)) return -1;
-  int over60 = 0;
-  return mn_get_usbchn_fmts(camera.node, table, &over60);
+  usbdev::HostAnswers host;
+  bool over60 = false;
+  return usbdev::listFormats(host, camera.node, table, over60);
 }
 
 int vl_get_profile_video_cap(int profile, char *cap) {

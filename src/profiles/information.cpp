@@ -1,24 +1,21 @@
 #include <usbdev/profiles.h>
 
-#include <cstring>
-
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/channel_records.h"
+#include "devices/stream_type.h"
 
 int vl_get_profile_info(int profile, _profile_info *info) {
   using namespace usbdev;
   if (info == nullptr) return -1;
-  std::memset(info, 0, sizeof *info);
-  presetSettings(kProfileInfo, *info);
-  info->exists = -1;
+  presetProfile(*info);
   const int channel = channelOfProfile(profile);
   if (channel == kNone) return -1;
   const ConfigReader config;
   if (!config) return -1;
   const Section &section = config.channel(channel);
-  readSettings(kProfileInfo, section, *info);
-  info->stream_type = readStreamType(section);
+  readProfile(section, *info);
+  info->stream_type = static_cast<int>(readStreamType(section));
   return 0;
 }
 
@@ -33,8 +30,8 @@ int vl_get_profileID(int channel) {
 int vl_get_stream_info(int profile, _streaminfo *info) {
   using namespace usbdev;
   if (info == nullptr) return -1;
-  info->stream_type = kNoStream;
-  presetSettings(kStreamInfo, *info);
+  info->stream_type = static_cast<int>(StreamType::none);
+  presetProfileStream(*info);
   const int channel = channelOfProfile(profile);
   if (channel == kNone) return -1;
   const ConfigReader config;
@@ -44,9 +41,10 @@ int vl_get_stream_info(int profile, _streaminfo *info) {
   if (section.get(keys::exists) == 0) return -2;
   if (section.get(keys::conflictch) != kNone) return -3;
   if (info->slot_switch == 0) return -4;
-  readSettings(kStreamInfo, section, *info);
+  readProfileStream(section, *info);
   info->vprofile = info->aprofile = profile;
   // Audio that is switched off does not count.
-  info->stream_type = streamType(info->vnode, info->aenable == 0 ? kNone : info->anode);
+  const int anode = info->aenable == 0 ? kNone : info->anode;
+  info->stream_type = static_cast<int>(streamTypeOf(info->vnode, anode));
   return 0;
 }

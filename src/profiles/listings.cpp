@@ -6,6 +6,7 @@
 #include "core/text.h"
 #include "devices/channel_records.h"
 #include "devices/formats.h"
+#include "devices/stream_type.h"
 
 namespace usbdev {
 namespace {
@@ -30,8 +31,8 @@ bool canStream(HostAnswers &host, const Section &channel) {
   if (channel.get(keys::anode) != kNone) return true;
   const int vnode = channel.get(keys::vnode);
   _usbfmt_des formats[USBDEV_FORMATS];
-  int over60 = 0;
-  return vnode != kNone && listFormats(host, vnode, formats, &over60) > 0;
+  bool over60 = false;
+  return vnode != kNone && listFormats(host, vnode, formats, over60) > 0;
 }
 
 }  // namespace
@@ -80,9 +81,10 @@ int vl_get_devpf_list(_usbdev_entry *rows) {
   for (int i = 0; i < kChannels; ++i) {
     const Section &channel = config.channel(i);
     if (channel.get(keys::exists) == 0) continue;
-    readRow(kDeviceRow, channel, rows[i]);
-    rows[i].stream_type = readStreamType(channel);
-    if (rows[i].stream_type == kVideoOnly) rows[i].aenable = 0;
+    readDeviceRow(channel, rows[i]);
+    const StreamType type = readStreamType(channel);
+    rows[i].stream_type = static_cast<int>(type);
+    if (type == StreamType::video) rows[i].aenable = 0;
   }
   return 0;
 }
@@ -99,11 +101,12 @@ int vl_get_profile_list(_usbdev_entry *rows) {
     const int profile = channel.get(keys::profile);
     if (!isProfile(profile)) continue;
     _usbdev_entry &row = rows[profile];
-    readRow(kProfileRow, channel, row);
-    row.stream_type = readStreamType(channel);
+    readProfileRow(channel, row);
+    const StreamType type = readStreamType(channel);
+    row.stream_type = static_cast<int>(type);
     row.mjpeg = 0;
-    if (!hasVideo(row.stream_type)) continue;
-    readRow(kVideoRow, channel, row);
+    if (!hasVideo(type)) continue;
+    addVideoToRow(channel, row);
     row.mjpeg = static_cast<Codec>(row.vcodec) == Codec::mjpeg ? 1 : 0;
   }
   return 0;

@@ -1,11 +1,12 @@
-#include <usbdev/devices.h>
 #include <usbdev/profiles.h>
 
 #include "core/change_notification.h"
 #include "core/event_log.h"
 #include "core/text.h"
-#include "devices/channel_records.h"
+#include "devices/conflict_hand_over.h"
 #include "devices/conflicts.h"
+#include "devices/slots.h"
+#include "devices/stream_type.h"
 
 namespace usbdev {
 namespace {
@@ -57,12 +58,12 @@ bool startsStreaming(const SlotSwitch &change) {
 }
 
 void notify(const SlotSwitch &change, int successor) {
-  if (!hasVideo(change.slot.stream_type)) return;
+  if (!hasVideo(StreamType{change.slot.stream_type})) return;
   const int profile = change.slot.vprofile;
   const bool streams = change.on ? startsStreaming(change) : profile != kNone;
   if (!streams) return;
   ChangeNotification notification = ChangeNotification::ofCamera(profile, change.on);
-  if (successor != kNoSuccessor) notification.target = successor;
+  if (successor != kNone) notification.target = successor;
   sendNotification(notification);
 }
 
@@ -74,7 +75,7 @@ int vl_set_usbslot_switch(const char *usbslot, const char *state, const char * /
   using namespace usbdev;
   if (usbslot == nullptr || state == nullptr) return -1;
   _streaminfo slot;
-  if (vl_get_usbslot_info(usbslot, &slot) != 0 || slot.channel == kNone) return -1;
+  if (!readSlot(usbslot, slot) || slot.channel == kNone) return -1;
   SlotSwitch change(isSame(state, "enable"), slot);
   if (!readForComparing(change.channels, OpenFailure::read)) return -1;
 

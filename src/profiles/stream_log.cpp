@@ -3,7 +3,7 @@
 #include "core/change_notification.h"
 #include "core/event_log.h"
 #include "core/profile_mapping.h"
-#include "devices/channel_records.h"
+#include "devices/stream_type.h"
 
 namespace usbdev {
 namespace {
@@ -73,6 +73,6 @@ void Add_setStream_log(int profile, const _streaminfo *new_info, const _streamin
                        int event_code) {
   if (!usbdev::isProfile(profile) || new_info == nullptr || old_info == nullptr) return;
   const usbdev::StreamLog log(profile, *new_info, *old_info, event_code);
-  if (usbdev::hasVideo(new_info->stream_type)) log.addVideo(chosen_fps);
-  if (usbdev::hasAudio(new_info->stream_type)) log.addAudio();
+  if (usbdev::hasVideo(usbdev::StreamType{new_info->stream_type})) log.addVideo(chosen_fps);
+  if (usbdev::hasAudio(usbdev::StreamType{new_info->stream_type})) log.addAudio();
 }

@@ -6,6 +6,7 @@
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/channel_records.h"
+#include "devices/stream_type.h"
 #include "web/link_ids.h"
 
 namespace usbdev {
@@ -106,7 +107,9 @@ int vl_set_usbchn_stream(int profile, _streaminfo *new_info, const _streaminfo *
 
   float chosen_fps = standing.rate;
   if (findclosedFPS(profile, new_info, &chosen_fps) != 0) return -1;
-  new_info->stream_type = streamType(standing.vnode, standing.anode, new_info->stream_type);
+  const StreamType standing_type = streamTypeOf(standing.vnode, standing.anode);
+  if (standing_type != StreamType::none) new_info->stream_type = static_cast<int>(standing_type);
+  const StreamType type{new_info->stream_type};
 
   bool changed = false;
   {
@@ -114,8 +117,8 @@ int vl_set_usbchn_stream(int profile, _streaminfo *new_info, const _streaminfo *
     if (!config) return -1;
     Add_setStream_log(profile, new_info, old_info, chosen_fps, event_code);  // by design before the first key
     ChangedSettings settings(config.channel(channel), *new_info, *old_info);
-    if (hasVideo(new_info->stream_type)) settings.writeVideo(chosen_fps);
-    if (hasAudio(new_info->stream_type)) settings.writeAudio();
+    if (hasVideo(type)) settings.writeVideo(chosen_fps);
+    if (hasAudio(type)) settings.writeAudio();
     changed = settings.any();
     if (!config.save()) return -1;
   }

@@ -1,6 +1,5 @@
 // The state of the live streams, and the signals about it.
 #include <sys/stat.h>
-#include <usbdev/devices.h>
 #include <usbdev/web.h>
 
 #include <cstring>
@@ -10,6 +9,7 @@
 #include "core/lines.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
+#include "devices/identification.h"
 #include "web/stream_socket.h"
 
 namespace usbdev {
@@ -76,13 +76,16 @@ int vl_get_pidvid(int profile, char *pidvid) {
   if (pidvid == nullptr) return -1;
   const int channel = usbdev::channelOfProfile(profile);
   if (channel == usbdev::kNone) return -1;
-  _usbdev_des device;
-  std::memset(&device, usbdev::kUnused, sizeof device);
+  int vnode = usbdev::kNone;
+  char usbslot[128];
   {
     const usbdev::ConfigReader config(usbdev::OpenFailure::silent);
     if (!config) return -2;
-    device.node = config.channel(channel).get(usbdev::keys::vnode);
-    config.channel(channel).get(usbdev::keys::usbslot, device.usbslot);
+    vnode = config.channel(channel).get(usbdev::keys::vnode);
+    config.channel(channel).get(usbdev::keys::usbslot, usbslot);
   }
-  return find_pidvid(&device, pidvid) == 1 ? 0 : -3;
+  char found[usbdev::kShortCodeSize];
+  if (!usbdev::findProductIds(vnode, usbslot, found)) return -3;
+  usbdev::copyCut(pidvid, found, sizeof found - 1);
+  return 0;
 }
