@@ -1,4 +1,4 @@
-"""A tree with `dev` in it, on a machine whose programs for installing, building and testing are the test's own."""
+"""A tree with `dev` in it, on a machine whose programs for installing, building and testing are fakes."""
 
 from __future__ import annotations
 
@@ -30,7 +30,7 @@ class Outcome(NamedTuple):
 
 
 class Machine:
-    """Everything is installed on it, is built and passes, until a test says otherwise."""
+    """Everything is installed, every build works and every test passes, unless a test changes that."""
 
     def __init__(self, folder: Path) -> None:
         self.tree, self.programs, self.calls = folder / "tree", folder / "bin", folder / "calls"
@@ -55,7 +55,7 @@ class Machine:
         program.chmod(0o755)
 
     def answers(self, name: str, *answers: tuple[str, str, int]) -> None:
-        """Makes a program that prints the text, and ends with the status, of the first pattern that its arguments fit."""
+        """Makes a program: of the first pattern that matches its arguments, it prints the text and returns the status."""
         cases = (f"{pattern.replace(' ', '?')}) printf %s {shlex.quote(text)}; exit {status} ;;" for pattern, text, status in answers)
         self.script(name, "\n".join(['case "$*" in', *cases, "esac"]))
 
@@ -77,7 +77,7 @@ printf %s {shlex.quote(text)} | tee "${{log%% *}}"
 exit {status}""")
 
     def dev(self, *arguments: str) -> Outcome:
-        """What `./dev` does where nobody sits at a terminal."""
+        """Runs `./dev` without a terminal."""
         ended = subprocess.run([self.tree / "dev", *arguments], env={"PATH": str(self.programs)}, stdin=subprocess.DEVNULL,
                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         return Outcome(ended.returncode, ended.stdout)
@@ -100,7 +100,7 @@ exit {status}""")
         return Outcome(process.wait(), output.decode().replace("\r\n", "\n"))
 
     def called(self, name: str) -> list[str]:
-        """The arguments of every call of the program."""
+        """Returns the arguments of every call of the program."""
         calls = (line.partition(" ") for line in self.calls.read_text().splitlines())
         return [arguments for program, _, arguments in calls if program == name]
 

@@ -1,4 +1,4 @@
-"""What ./dev shows of building."""
+"""What ./dev prints when it builds."""
 
 from __future__ import annotations
 
@@ -19,13 +19,13 @@ def test_a_log_gets_ten_lines_of_a_build(machine: Machine, total: int) -> None:
     assert len(output) == 12
 
 
-def test_a_terminal_gets_the_whole_display(machine: Machine) -> None:
+def test_a_terminal_shows_all_lines_of_ninja(machine: Machine) -> None:
     machine.answers("ninja", ("*", ninja_steps(20), 0))
     output = machine.dev_on_terminal("build").output
     assert all(f"file{step}.cpp.o" in output for step in range(1, 21))
 
 
-def test_what_the_compiler_says_is_shown_whole(machine: Machine) -> None:
+def test_all_messages_of_the_compiler_are_shown(machine: Machine) -> None:
     error = "FAILED: some/file.cpp.o\nfile.cpp:3:5: error: no such thing\n    3 | [1/2]\nninja: build stopped: subcommand failed.\n"
     machine.answers("ninja", ("*", ninja_steps(3) + error, 1))
     outcome = machine.dev("build")
@@ -44,12 +44,12 @@ def test_a_folder_is_configured_once(machine: Machine) -> None:
     ("words", "called"),
     [("", "-C build/release"), ("asan", "-C build/asan"), ("debug usbdevctl", "-C build/debug usbdevctl")],
 )
-def test_preset_and_targets_may_be_named(machine: Machine, words: str, called: str) -> None:
+def test_preset_and_targets_can_be_named(machine: Machine, words: str, called: str) -> None:
     machine.dev("build", *words.split())
     assert machine.called("ninja") == [called]
 
 
-def test_a_compiler_cache_is_used_where_there_is_one(machine: Machine) -> None:
+def test_ccache_is_used_if_it_is_installed(machine: Machine) -> None:
     machine.script("cmake", 'echo "launchers: $CMAKE_C_COMPILER_LAUNCHER $CMAKE_CXX_COMPILER_LAUNCHER" >&2')
     machine.answers("ccache")
     assert "launchers: ccache ccache\n" in machine.dev("build").output

@@ -1,4 +1,4 @@
-"""Which tests ./dev runs, and how it sums them up."""
+"""Which tests ./dev runs, and how it adds up their results."""
 
 from __future__ import annotations
 
@@ -16,13 +16,13 @@ def last_line(output: str) -> str:
     return output.splitlines()[-1]
 
 
-def test_the_last_line_sums_the_plain_build_and_both_sanitizers(machine: Machine) -> None:
+def test_the_last_line_adds_up_the_plain_build_and_both_sanitizer_builds(machine: Machine) -> None:
     outcome = machine.dev("test")
     assert outcome.status == 0 and last_line(outcome.output) == "21 passed, 0 failed"
     assert [call.split()[1] for call in machine.called("ctest")] == ["build/release", "build/asan", "build/tsan"]
 
 
-def test_failed_tests_are_summed_and_shown(machine: Machine) -> None:
+def test_failed_tests_are_counted_and_shown(machine: Machine) -> None:
     machine.tests_end_with(FAILED, status=8)
     outcome = machine.dev("test")
     assert outcome.status == 1 and last_line(outcome.output) == "15 passed, 6 failed"
@@ -51,19 +51,19 @@ def test_a_log_gets_a_line_for_every_tenth_of_the_tests(machine: Machine) -> Non
     assert "Start" not in output and "Passed" not in output
 
 
-def test_a_terminal_is_summed_up_alike(machine: Machine) -> None:
+def test_on_a_terminal_the_last_line_is_the_same(machine: Machine) -> None:
     assert last_line(machine.dev_on_terminal("test").output) == "21 passed, 0 failed"
 
 
-def test_a_name_runs_what_matches_in_the_plain_build(machine: Machine) -> None:
-    outcome = machine.dev("test", "AParkedChannel")
+def test_a_name_runs_the_tests_that_match_in_the_plain_build(machine: Machine) -> None:
+    outcome = machine.dev("test", "AWaitingChannel")
     assert outcome.status == 0 and last_line(outcome.output) == "7 passed, 0 failed"
     calls = machine.called("ctest")
-    assert all(call.endswith("--tests-regex AParkedChannel") and "build/release" in call for call in calls)
+    assert all(call.endswith("--tests-regex AWaitingChannel") and "build/release" in call for call in calls)
     assert machine.called("ninja") == ["-C build/release"]
 
 
-def test_a_name_that_nothing_matches_is_told_so(machine: Machine) -> None:
+def test_a_name_that_no_test_matches_gets_a_message(machine: Machine) -> None:
     machine.tests_end_with(PASSED, names="Total Tests: 0\n")
     outcome = machine.dev("test", "Nothing")
     assert outcome.status == 1

@@ -1,16 +1,16 @@
 # shellcheck shell=sh
-# Debian's packages that the tree is built, run and tested with, and how the missing ones are installed.
+# The Debian packages that building, running and testing need, and the installation of those that are missing.
 
 build_packages='
   cmake ninja-build g++ pkg-config python3
   libgtest-dev libgmock-dev libcurl4-openssl-dev libssl-dev
   libpugixml-dev libsqlite3-dev libasound2-dev libcli11-dev nlohmann-json3-dev
 '
-# What the sandboxed host is made of.
+# For the sandboxed host.
 host_packages='
   bubblewrap iproute2 procps python3-tornado python3-argon2 ffmpeg socat
 '
-# Some packages of nodejs bring npm along, and are in the way of the one with its name.
+# Some packages of nodejs contain npm, and conflict with the package npm.
 command -v npm >/dev/null || host_packages="$host_packages npm"
 test_packages='
   python3-pytest python3-selenium chromium chromium-driver curl strace zsh fish clang musl-tools
@@ -20,21 +20,21 @@ check_packages='clang-format clang-tidy shellcheck'
 
 package_log=build/packages.log
 
-# give_up REASON: says what can be done by hand, and ends.
+# give_up REASON: prints what can be done by hand, and exits.
 give_up() {
   cat >&2 <<TEXT
 
 dev: $1.
 
-What is missing can be installed by hand, as root and with a network:
+You can install the missing packages by hand, as root and with a network:
   apt-get update && apt-get install --no-install-recommends $wanted
-The library alone can be built without them, with a C and a C++ compiler and CMake:
+Or build only the library, which needs a C and a C++ compiler and CMake:
   cmake -B build -DUSBDEV_LIBRARY_ONLY=ON && cmake --build build
 TEXT
   exit 1
 }
 
-# The packages of the list that are not installed.
+# Prints those packages of the list that are not installed.
 missing() {
   # shellcheck disable=SC2016 # the format is dpkg-query's own
   installed=$(dpkg-query -W -f='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null | sed -n 's/ installed$//p')
@@ -49,25 +49,25 @@ as_root() {
 }
 
 expect_rights() {
-  command -v apt-get >/dev/null || give_up 'packages are installed on Debian only, and there is no apt-get here'
+  command -v apt-get >/dev/null || give_up 'packages can be installed only on Debian, and this machine has no apt-get'
   [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null ||
-    give_up 'installing packages takes the rights of root, and there is no sudo here'
-  as_root true || give_up 'installing packages takes the rights of root, and sudo does not give them'
+    give_up 'only root can install packages, and this machine has no sudo'
+  as_root true || give_up 'only root can install packages, and sudo refuses'
 }
 
-# Prints how many packages would be installed and how large they are, in apt's own figures.
-say_how_much() {
+# Prints how many packages would be installed and how large they are, as apt reports it.
+print_sizes() {
   # shellcheck disable=SC2086 # a list of words
   plan=$(LC_ALL=C apt-get -o Debug::NoLocking=1 --assume-no --no-install-recommends install $wanted 2>&1) || true
   printf '%s\n' "$plan" | grep '^E:' >&2 &&
-    give_up 'apt does not find them in its lists, which take a network, and Debian 12'
+    give_up 'apt does not find the packages in its lists, which need a network and Debian 12'
   printf '%s\n' "$plan" | sed -n \
-    -e 's/.* \([0-9]*\) newly installed,.*/packages to install: \1, with those that they need/p' \
+    -e 's/.* \([0-9]*\) newly installed,.*/packages to install: \1, including those that they need/p' \
     -e 's/^Need to get \(.*\) of archives\./to download: \1/p' \
     -e 's/^After this operation, \(.*\) of additional disk space will be used\./disk space: \1/p'
 }
 
-# Asks on a terminal; elsewhere nobody could answer.
+# Asks on a terminal; anywhere else nobody could answer.
 expect_consent() {
   [ -z "$yes" ] && [ -t 0 ] || return 0
   printf 'install them? [Y/n] ' >&2
@@ -78,7 +78,7 @@ expect_consent() {
   esac
 }
 
-# shellcheck disable=SC2016 # the words come later
+# shellcheck disable=SC2016 # the arguments are filled in later
 apt_install='DEBIAN_FRONTEND=noninteractive exec apt-get --yes --no-install-recommends "$@"'
 
 install_with() {
@@ -86,9 +86,9 @@ install_with() {
   as_root sh -c "$apt_install" sh "$@" install $wanted
 }
 
-# The same with all output in the log, and the percents of it as lines that count. Those have a descriptor of their own:
-# apt-get does not wait while it writes to it, and a package's script that writes to the same one would fail. It is opened
-# after sudo, which closes all but the standard ones.
+# The same, but all output goes to the log, and the percents are printed as lines that `shown` counts. The percents have
+# their own descriptor, because apt-get writes to it without waiting, and a package's script that used the same one would
+# fail. It is opened after sudo, which closes all descriptors but the standard ones.
 install_counting() {
   # shellcheck disable=SC2086 # a list of words
   {
@@ -97,7 +97,7 @@ install_counting() {
   } | sed -un -e 's/^[dp][lm]status:[^:]*:\([0-9]*\).*/[\1\/100] /p' -e '/^apt-get failed$/q1'
 }
 
-# apt_step LABEL REASON OPTIONS...: downloads or installs, and gives up for the reason where that fails.
+# apt_step LABEL REASON OPTIONS...: downloads or installs; if that fails, gives up and prints the reason.
 apt_step() {
   label=$1 reason=$2
   shift 2
@@ -105,7 +105,7 @@ apt_step() {
     install_with "$@" || give_up "$reason"
   elif ! shown "$label" install_counting "$@"; then
     grep '^E:' "$package_log" | tail -n 3 >&2
-    give_up "$reason; $package_log has it all"
+    give_up "$reason; all messages are in $package_log"
   fi
 }
 
@@ -117,11 +117,11 @@ install_missing() {
   expect_rights
   echo 'reading the lists of packages'
   as_root apt-get -qq -o APT::Update::Error-Mode=any update ||
-    echo 'dev: not every list could be read; going on with those that are here' >&2
-  say_how_much
+    echo 'dev: not every list could be read; using those that are here' >&2
+  print_sizes
   expect_consent
   mkdir -p build
   : >"$package_log"
-  apt_step downloading 'the packages could not be downloaded, which takes a network' --download-only
+  apt_step downloading 'the packages could not be downloaded, which needs a network' --download-only
   apt_step installing 'apt-get could not install the packages'
 }

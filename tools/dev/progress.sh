@@ -1,8 +1,8 @@
 # shellcheck shell=sh
-# What is shown of work that takes minutes.
+# Progress of work that takes minutes.
 
-# Copies the input, but of the lines that count what is done, ninja's "[12/300] ..." and ctest's "12/300 Test ... Passed",
-# prints one for every tenth. The last line is the status to return.
+# Copies the input, but of the lines that count steps, ninja's "[12/300] ..." and ctest's "12/300 Test ... Passed", prints
+# only ten. The last line of the input is the status to return.
 every_tenth() {
   reached=0
   while IFS= read -r line; do
@@ -22,7 +22,8 @@ every_tenth() {
   done
 }
 
-# shown LABEL COMMAND...: runs a command that counts what it does. A terminal gets the command's own display, a log some lines.
+# shown LABEL COMMAND...: runs a command that counts its steps. A terminal shows the command's own output, a log gets ten
+# lines.
 shown() {
   label=$1
   shift

@@ -1,19 +1,19 @@
 # shellcheck shell=sh
-# Running the tests, and summing up what several runs of them found.
+# Runs the tests, and adds up the results of several runs.
 
-# The programs with tests labelled "threaded": the thread sanitizer's build needs no others.
+# The programs with tests labelled "threaded"; the thread sanitizer's build needs only these.
 threaded_programs='contract_lock'
 
 passed=0
 failed=0
 
-# The thread sanitizer does not find its shadow memory under every layout of the address space.
+# With randomised addresses the thread sanitizer sometimes cannot place its memory.
 without_randomised_addresses() {
   if setarch "$(uname -m)" -R true 2>/dev/null; then setarch "$(uname -m)" -R "$@"; else "$@"; fi
 }
 
-# run_tests PRESET OPTIONS...: runs the tests of a preset and adds its result to the sums. Many tests wait, for others or
-# for nothing to happen: two more at a time than there are processors.
+# run_tests PRESET OPTIONS...: runs the tests of a preset and adds its result to the sums. Many tests only wait, so it runs
+# two more at a time than there are processors.
 run_tests() {
   preset=$1
   shift
@@ -45,7 +45,7 @@ run_all_tests() {
   export UBSAN_OPTIONS=print_stacktrace=1
   export TSAN_OPTIONS=halt_on_error=1
   build release
-  build_for_sanitizers >build/sanitizers.log 2>&1 & # while the tests wait more than they work
+  build_for_sanitizers >build/sanitizers.log 2>&1 & # at the same time, because the tests mostly wait
   sanitizer_builds=$!
   run_tests release
   echo '== builds for the sanitizers'
@@ -59,7 +59,7 @@ run_all_tests() {
   sum_up
 }
 
-# Runs the tests of the release build whose name matches.
+# Runs those tests of the release build whose names match.
 run_matching_tests() {
   build release
   ctest --test-dir build/release --show-only --tests-regex "$1" | grep -q 'Test *#' ||
