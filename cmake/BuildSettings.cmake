@@ -5,21 +5,21 @@ set(CMAKE_C_EXTENSIONS ON)
 set(CMAKE_CXX_EXTENSIONS ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-# The library and the programs lie at the top of the build folder, so that tools and tests find them at one place.
+# Libraries and programs are written to the top of the build folder, so that tools and tests find them in one place.
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
 
-# Whoever names no build type gets the one to install.
+# Without a build type, build what can be installed.
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release)
 endif()
-# Most of the tree is tests, and these are compiled more often than run; the library chooses for itself.
+# Most of the sources are tests, which are compiled more often than they run. The library has its own optimisation.
 set(CMAKE_CXX_FLAGS_RELEASE "-O1 -DNDEBUG")
 set(CMAKE_C_FLAGS_RELEASE "-O1 -DNDEBUG")
 
 option(USBDEV_COVERAGE "Instrument for coverage" OFF)
 set(USBDEV_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 
-# The presets make them errors; a compiler that nobody here has tried may warn of what it likes.
+# The presets turn warnings into errors. Without a preset they stay warnings, for compilers that were never tried.
 add_compile_options(-Wall -Wextra -Wconversion -Wshadow)
 if(USBDEV_SANITIZE)
   add_compile_options(-fsanitize=${USBDEV_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

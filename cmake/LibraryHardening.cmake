@@ -1,22 +1,22 @@
-# How the library is compiled and linked, apart from everything else in the tree: it runs inside other people's
-# processes on hosts that carry no C++ run-time, exports only what is listed, and takes no chances with bad input.
+# How the library is compiled and linked; nothing else is built like this. It runs inside foreign processes on hosts
+# without a C++ run-time, exports only the listed names, and is protected against bad input.
 
-# Nothing of the C++ run-time is linked, which a compiler may come without.
+# Link nothing of the C++ run-time, which may be missing.
 set(CMAKE_CXX_IMPLICIT_LINK_LIBRARIES "")
 
 include(CheckCXXCompilerFlag)
-# A library that waits for commands gains nothing from larger code; older compilers know no better than -Os.
+# The library mostly waits for commands, so larger code would not make it faster. Older compilers know only -Os.
 check_cxx_compiler_flag(-Oz USBDEV_HAS_OZ)
 set(usbdev_small_code $<IF:$<BOOL:${USBDEV_HAS_OZ}>,-Oz,-Os>)
 
-# usbdev_library_code(TARGET): the compile settings alone, for any target that is made of the library's own sources.
+# usbdev_library_code(TARGET): only the compile settings, for any target that is built from the library's sources.
 function(usbdev_library_code target)
   set(optimised $<OR:$<CONFIG:Release>,$<CONFIG:RelWithDebInfo>,$<CONFIG:MinSizeRel>>)
   set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   target_compile_options(${target} PRIVATE
     -fno-exceptions
     -fno-rtti
-    -fno-threadsafe-statics # the guards would need the C++ run-time; local statics are constants
+    -fno-threadsafe-statics # their guards would need the C++ run-time; all local statics are constants
     -ffunction-sections
     -fdata-sections
     -fstack-protector-strong
@@ -28,7 +28,7 @@ function(usbdev_library_code target)
   endif()
 endfunction()
 
-# usbdev_harden(TARGET): the compile settings, and the link settings of the shared library, its host libraries included.
+# usbdev_harden(TARGET): the compile settings, and the link settings of the shared library with its host libraries.
 function(usbdev_harden target)
   usbdev_library_code(${target})
   set(exports ${PROJECT_SOURCE_DIR}/src/libusbdevlib.map)
@@ -40,15 +40,15 @@ function(usbdev_harden target)
   )
   target_link_options(${target} PRIVATE
     LINKER:--version-script=${exports}
-    # Calls inside the library reach its own functions, whatever the application defines. Data is shared: the application
-    # may hold its own copy of NVR_CGI, and the library then uses that one.
+    # Calls inside the library call its own functions, even if the application defines functions of the same names. Data
+    # is shared: if the application has its own copy of NVR_CGI, the library uses that copy.
     LINKER:-Bsymbolic-functions
     LINKER:-z,relro
     LINKER:-z,now
     LINKER:-z,noexecstack
     LINKER:--gc-sections
   )
-  # The host libraries stay needed, also one of which nothing is used yet.
+  # The library needs all three host libraries, even one of which it uses nothing.
   target_link_libraries(${target} PRIVATE -Wl,--no-as-needed vlxmlcfg vllog alsa_ctl)
   if(NOT USBDEV_SANITIZE)
     target_link_options(${target} PRIVATE LINKER:-z,defs)

@@ -1,7 +1,7 @@
-# Where the library is built alone, the host's libraries are missing. These carry their names and the functions that
-# platform/ declares, for the linker to see; nobody installs or loads them.
+# If only the library is built, the host's libraries are missing. The linker gets these libraries instead: they have the
+# same names and the functions that platform/ declares. They are never installed or loaded.
 
-# stand_in(NAME HEADER): a shared library NAME with every function that the header declares.
+# stand_in(NAME HEADER): builds a shared library NAME with every function that the header declares.
 function(stand_in name header)
   set(path ${PROJECT_SOURCE_DIR}/platform/${header})
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${path})
@@ -17,5 +17,5 @@ stand_in(vlxmlcfg xmlcfg.h)
 stand_in(vllog vllog.h)
 stand_in(alsa_ctl alsa_ctl.h)
 
-# No program shall find them at run time.
+# Programs must not find them at run time.
 set(CMAKE_SKIP_RPATH ON)
