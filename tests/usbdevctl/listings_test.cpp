@@ -1,11 +1,11 @@
 // The listings of devices, of what is free, and of slots.
 #include <gtest/gtest.h>
 
+#include "device/devices.h"
+#include "format/capabilities.h"
 #include "json_of.h"
-#include "parts/availability.h"
-#include "parts/capabilities.h"
-#include "parts/devices.h"
-#include "parts/slots.h"
+#include "profile/availability.h"
+#include "slot/slots.h"
 #include "text_fields.h"
 
 namespace {

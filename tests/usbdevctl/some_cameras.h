@@ -1,7 +1,7 @@
 // A host's cameras, as the tests of what names them have them.
 #pragma once
 
-#include "parts/camera.h"
+#include "camera/camera.h"
 
 inline usbdevctl::Camera someCamera(int channel, const char *port, std::optional<int> profile,
                                     usbdevctl::ChannelState state = usbdevctl::ChannelState::plugged) {

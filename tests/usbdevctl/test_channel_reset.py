@@ -16,4 +16,4 @@ def keys_in(path: str) -> set[tuple[str, str]]:
 def test_every_key_of_a_channel_is_reset() -> None:
     known = keys_in("src/core/channel_keys.h")
     assert len(known) > 30
-    assert keys_in("tools/usbdevctl/parts/channel_reset.cpp") == known
+    assert keys_in("tools/usbdevctl/channel/channel_reset.cpp") == known

@@ -1,0 +1,36 @@
+// The cameras that the library knows, looked up by the name that a command was given.
+#pragma once
+
+#include <string>
+
+#include "camera/camera_name.h"
+#include "command_line/exit_status.h"
+
+namespace usbdevctl {
+
+/// Asks the library for all channels; false when the configuration cannot be read.
+bool readChannels(ChannelRows &rows);
+
+/// The channels that are not free. Complains where the configuration cannot be read.
+ExitStatus readCameras(Cameras &cameras);
+
+/// Finds the one camera with the name. Where there is none, or more than one, it says so and names what there is.
+ExitStatus findCamera(const CameraName &name, Camera &camera);
+/// The same among channels that were read already.
+ExitStatus findCamera(const CameraName &name, const ChannelRows &rows, Camera &camera);
+
+/// Reads a camera's channel once more, after a change.
+ExitStatus readAgain(Camera &camera);
+
+// What a camera's name leads to. A name that says it itself is taken at its word, whether or not there is a camera.
+ExitStatus findProfile(const CameraName &name, int &profile);
+ExitStatus findPort(const CameraName &name, std::string &port);
+ExitStatus findVideoNode(const CameraName &name, int &node);
+
+/// Complains that a change of the camera could not be stored.
+ExitStatus notStoredFor(const Camera &camera);
+
+/// Says why the library refused what was asked for a profile: it has no camera, or it could not be stored.
+ExitStatus refusedFor(int profile);
+
+}  // namespace usbdevctl

@@ -1,0 +1,34 @@
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "camera/camera_lookup.h"
+#include "channel/channels.h"
+#include "channel/configuration.h"
+#include "command_line/commands.h"
+#include "output/output.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  bool json = false;
+};
+
+ExitStatus channels(const Options &options) {
+  ChannelRows rows;
+  if (!readChannels(rows)) return configurationUnreadable();
+  print(listOutput("channels", channelFields(rows), options.json));
+  return ExitStatus::ok;
+}
+
+}  // namespace
+
+void addChannels(Command &program) {
+  auto options = std::make_shared<Options>();
+  Command &command = program.addCommand("channels", "Show the ten channels and what is attached to them",
+                                        [options] { return channels(*options); });
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

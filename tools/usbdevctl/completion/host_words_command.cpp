@@ -1,0 +1,31 @@
+#include <cstdio>
+#include <memory>
+
+#include "camera/camera_lookup.h"
+#include "command_line/commands.h"
+#include "completion/camera_words.h"
+#include "output/output.h"
+
+namespace usbdevctl {
+
+namespace {
+
+ExitStatus hostWords(const std::string &kind) {
+  stderr = std::freopen("/dev/null", "w", stderr);  // a message would end up in the line that is completed
+  Cameras cameras;
+  const ExitStatus status = readCameras(cameras);
+  if (status == ExitStatus::ok) print(kind == "ports" ? portWords(cameras) : cameraWords(cameras));
+  return status;
+}
+
+}  // namespace
+
+// Not for users: the completion scripts ask for what the host has.
+void addHostWords(Command &program) {
+  auto kind = std::make_shared<std::string>();
+  Command &command = program.addCommand("__words", "Print the names that a shell may complete with",
+                                        [kind] { return hostWords(*kind); });
+  command.add("kind", kind.get(), "Kind of names").allow({"cameras", "ports"});
+}
+
+}  // namespace usbdevctl

@@ -1,0 +1,31 @@
+#include "device/devices.h"
+
+#include "channel/channels.h"
+#include "stream/stream_text.h"
+
+namespace usbdevctl {
+
+namespace {
+
+Fields deviceFields(std::size_t channel, const _usbdev_entry &entry) {
+  const ChannelRow row = channelRow(entry);
+  Fields fields;
+  addIdentity(fields, channel, row);
+  fields.add(streamField(entry.stream_type))
+      .add(switchField("audio", entry.aenable != 0))
+      .add(switchField("shared", entry.shrenable != 0));
+  addStanding(fields, row);
+  return fields;
+}
+
+}  // namespace
+
+FieldRows deviceFields(const std::array<_usbdev_entry, USBDEV_CHANNELS> &entries) {
+  FieldRows rows;
+  for (std::size_t channel = 0; channel < entries.size(); ++channel) {
+    if (entries[channel].exists != 0) rows.push_back(deviceFields(channel, entries[channel]));
+  }
+  return rows;
+}
+
+}  // namespace usbdevctl

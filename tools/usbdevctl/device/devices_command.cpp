@@ -1,0 +1,34 @@
+#include <usbdev/profiles.h>
+
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "channel/configuration.h"
+#include "command_line/commands.h"
+#include "device/devices.h"
+#include "output/output.h"
+
+namespace usbdevctl {
+
+namespace {
+
+ExitStatus devices(bool json) {
+  std::array<_usbdev_entry, USBDEV_CHANNELS> entries = {};
+  if (vl_get_devpf_list(entries.data()) != 0) return configurationUnreadable();
+  const FieldRows rows = deviceFields(entries);
+  print(listOutput("devices", rows, json));
+  if (!rows.empty()) return ExitStatus::ok;
+  complain("no channel has a device");
+  return ExitStatus::nothing;
+}
+
+}  // namespace
+
+void addDevices(Command &program) {
+  auto json = std::make_shared<bool>(false);
+  Command &command =
+      program.addCommand("devices", "Show the devices of the channels", [json] { return devices(*json); });
+  addJsonFlag(command, *json);
+}
+
+}  // namespace usbdevctl

@@ -1,0 +1,51 @@
+// What keeps two cameras from streaming at the same time.
+#pragma once
+
+#include <usbdev/records.h>
+
+#include <array>
+#include <string>
+
+#include "camera/camera.h"
+
+namespace usbdevctl {
+
+enum class Collision {
+  none,
+  root_port,   // both are on one root port
+  controller,  // both are on one controller behind a PCI bridge
+  host,        // the host is limited to one channel
+};
+
+/// What a camera collides with the camera of each channel over.
+using Collisions = std::array<Collision, USBDEV_CHANNELS>;
+
+/// The part of a port's name before its first ".".
+std::string rootPort(const std::string &port);
+
+/// "both are on root port 3-1"
+std::string collisionText(Collision collision, const std::string &port);
+
+/// "root_port", "controller", "host"; empty for none.
+std::string collisionWord(Collision collision);
+
+/// Whether the channel's camera streams, as far as the configuration says: attached, with a profile, supported, not
+/// waiting, its port on.
+bool streams(const ChannelRow &row);
+
+/// What keeps a camera that has a profile from streaming; empty where nothing does.
+std::string streamLackText(const ChannelRow &row);
+
+/// The channel whose streaming camera the one of this channel collides with; -1 where there is none.
+int streamingRival(const ChannelRows &rows, int channel, const Collisions &collisions);
+
+/// How to get a camera that collides with the one of another channel to stream.
+std::string rivalRemedy(const ChannelRows &rows, int other, Collision collision);
+
+/// The channels as they are once this one has been given the profile: the cameras that collide with it wait behind it.
+ChannelRows afterAssignment(ChannelRows rows, int channel, int profile, const Collisions &collisions);
+
+/// The cameras that wait behind the channel now and did not before.
+Cameras waitingSince(const ChannelRows &before, const ChannelRows &now, int channel);
+
+}  // namespace usbdevctl

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "explain/collision.h"
+
+namespace usbdevctl {
+
+/// Asks the library over what the camera of this channel collides with those of the others; runs commands.
+Collisions readCollisions(const ChannelRows &rows, int channel);
+
+}  // namespace usbdevctl

@@ -1,0 +1,43 @@
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "camera/camera_lookup.h"
+#include "channel/configuration.h"
+#include "command_line/commands.h"
+#include "explain/collision_query.h"
+#include "explain/explanation.h"
+#include "explain/support_query.h"
+#include "output/output.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  CameraArgument camera{CameraName::By::channel};
+  bool json = false;
+};
+
+ExitStatus explain(const Options &options) {
+  ChannelRows rows;
+  if (!readChannels(rows)) return configurationUnreadable();
+  Camera camera;
+  const ExitStatus found = findCamera(options.camera.name(), rows, camera);
+  if (found != ExitStatus::ok) return found;
+  const Reasons reasons =
+      explain(rows, camera.channel, readCollisions(rows, camera.channel), whyUnsupported(camera.row));
+  print(options.json ? explanationJson(camera, reasons).text() : explanationText(camera, reasons));
+  return ExitStatus::ok;
+}
+
+}  // namespace
+
+void addExplain(Command &program) {
+  auto options = std::make_shared<Options>();
+  Command &command = program.addCommand("explain", "Say why a camera does not stream, and what would change it",
+                                        [options] { return explain(*options); });
+  addCamera(command, options->camera);
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

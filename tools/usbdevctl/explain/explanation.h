@@ -1,0 +1,22 @@
+// Why a camera does not stream: everything that keeps it from that.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "explain/reason.h"
+#include "output/fields.h"
+
+namespace usbdevctl {
+
+using Reasons = std::vector<Reason>;
+
+/// Nothing for a camera that nothing keeps from streaming. What is against its support is asked for by the caller,
+/// since commands tell it.
+Reasons explain(const ChannelRows &rows, int channel, const Collisions &collisions,
+                const std::optional<Reason> &unsupported);
+
+std::string explanationText(const Camera &camera, const Reasons &reasons);
+Json explanationJson(const Camera &camera, const Reasons &reasons);
+
+}  // namespace usbdevctl

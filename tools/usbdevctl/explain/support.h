@@ -1,0 +1,41 @@
+// Why a camera is not supported: its name is on the host's list, or it offers no format that the host can use.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "explain/reason.h"
+#include "format/format_survey.h"
+
+namespace usbdevctl {
+
+inline constexpr char kUnsupportedList[] = "/etc/config/.usbnosupportlist.dat";
+inline constexpr char kCodecPackage[] = "Halvane";
+
+/// What the permission to encode in hardware hangs on.
+struct EncodingFacts {
+  bool permitted = false;
+  bool arm = false;
+  bool package = false;                // the codec package is installed
+  std::optional<std::string> enabled;  // as the host's registry says
+  bool agent = false;                  // the package has its camera_agent.sh
+  bool driver = false;                 // of the graphics
+};
+
+/// What is found out about a camera that may not be supported.
+struct SupportFacts {
+  std::string device;
+  bool listed = false;
+  int usable_formats = 0;  // as the library counts them
+  FormatSurvey survey;
+  EncodingFacts encoding;
+};
+
+/// Why the host may not encode; no reason where it may.
+std::optional<Reason> encodingLack(const EncodingFacts &facts);
+
+bool isUsable(const SupportFacts &facts);
+
+Reason unsupportedReason(const SupportFacts &facts);
+
+}  // namespace usbdevctl

@@ -1,0 +1,70 @@
+#include "explain/support_query.h"
+
+#include <unistd.h>
+#include <usbdev/core.h>
+#include <usbdev/devices.h>
+
+#include <array>
+#include <fstream>
+
+#include "format/tool_output.h"
+
+namespace usbdevctl {
+
+namespace {
+
+constexpr std::size_t kValueSize = 256;  // more than the library's queries fill
+
+std::optional<std::string> packageValue(const char *field) {
+  char value[kValueSize] = "";
+  return get_bndl_info(kCodecPackage, field, value) == 0 ? std::optional<std::string>(value) : std::nullopt;
+}
+
+bool isArm() {
+  std::ifstream processors("/proc/cpuinfo");
+  for (std::string line; std::getline(processors, line);) {
+    if (line.find("ARM") != std::string::npos) return true;
+  }
+  return false;
+}
+
+EncodingFacts readEncodingFacts() {
+  EncodingFacts facts;
+  int answer = 0;
+  validate_hwenc(&answer);
+  facts.permitted = answer != 0;
+  if (facts.permitted) return facts;
+  facts.arm = isArm();
+  const std::optional<std::string> path = packageValue("Install_Path");
+  facts.package = path.has_value();
+  facts.enabled = packageValue("Enable");
+  facts.agent = path && access((*path + "/camera_agent.sh").c_str(), R_OK) == 0;
+  check_gpu_status(&answer);
+  facts.driver = answer != 0;
+  return facts;
+}
+
+SupportFacts readSupportFacts(const ChannelRow &row) {
+  SupportFacts facts;
+  facts.device = row.device;
+  facts.listed = devlistcmp(row.device.c_str(), kUnsupportedList) != 0;
+  if (facts.listed || !row.video_node) return facts;
+  std::array<_usbfmt_des, USBDEV_FORMATS> formats = {};
+  int over_60 = 0;
+  facts.usable_formats = mn_get_usbchn_fmts(*row.video_node, formats.data(), &over_60);
+  if (facts.usable_formats > 0) return facts;
+  facts.survey = surveyFormats(formatListing(*row.video_node));
+  facts.encoding = readEncodingFacts();
+  return facts;
+}
+
+}  // namespace
+
+std::optional<Reason> whyUnsupported(const ChannelRow &row) {
+  if (row.supported && !row.video_node) return std::nullopt;
+  const SupportFacts facts = readSupportFacts(row);
+  if (row.supported && isUsable(facts)) return std::nullopt;
+  return unsupportedReason(facts);
+}
+
+}  // namespace usbdevctl

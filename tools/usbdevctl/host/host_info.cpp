@@ -1,0 +1,53 @@
+#include "host/host_info.h"
+
+#include <usbdev/hostinfo.h>
+
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "output/absent.h"
+#include "output/fields.h"
+#include "output/output.h"
+#include "output/printable.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct HostInfo {
+  std::string version;
+  std::optional<int> web_port;
+};
+
+// What the host does not tell is a failure or a success with nothing stored, depending on where its file ends.
+HostInfo askHost() {
+  HostInfo info;
+  char version[256] = "";
+  int port = 0;
+  if (vl_get_nas_version(version) == 0) info.version = fieldText(version);
+  if (vl_get_nas_HTTPport(&port) == 0 && port != 0) info.web_port = port;
+  return info;
+}
+
+ExitStatus hostInfo(bool json) {
+  const HostInfo info = askHost();
+  if (info.version.empty() && !info.web_port) {
+    complain("the host's system configuration cannot be read or does not tell");
+    return ExitStatus::failure;
+  }
+  const Fields fields =
+      Fields().add(absentIfEmpty(textField("version", info.version))).add(numberField("web_port", info.web_port));
+  print(recordOutput(fields, json));
+  return ExitStatus::ok;
+}
+
+}  // namespace
+
+void addHostInfo(Command &host) {
+  auto json = std::make_shared<bool>(false);
+  Command &command = host.addCommand("info", "Show the host's version and the port of its web pages",
+                                     [json] { return hostInfo(*json); });
+  addJsonFlag(command, *json);
+}
+
+}  // namespace usbdevctl

@@ -1,0 +1,44 @@
+#include <usbdev/web.h>
+
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "command_line/commands.h"
+#include "host/login_service.h"
+#include "output/json.h"
+#include "output/output.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  std::string sid;
+  int seconds = 0;
+  bool json = false;
+};
+
+ExitStatus session(const Options &options) {
+  const Answer answer = askLoginService(options.seconds, [&] { return vl_sid_auth(options.sid.c_str()); });
+  if (answer != Answer::yes && answer != Answer::no) return complainWithout(answer, options.seconds);
+  const bool open = answer == Answer::yes;
+  if (options.json) {
+    print(Json::document().set("open", open).text());
+  } else {
+    print(open ? "open\n" : "not open, or the host has no login service\n");
+  }
+  return open ? ExitStatus::ok : ExitStatus::nothing;
+}
+
+}  // namespace
+
+void addSession(Command &program) {
+  auto options = std::make_shared<Options>();
+  Command &command = program.addCommand("session", "Tell whether a session of the host's web pages is open",
+                                        [options] { return session(*options); });
+  command.add("sid", &options->sid, "The session's identifier");
+  addTimeout(command, options->seconds);
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

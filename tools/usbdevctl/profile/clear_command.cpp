@@ -1,0 +1,45 @@
+#include <usbdev/profiles.h>
+
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "camera/camera_lookup.h"
+#include "command_line/commands.h"
+#include "events/event_codes.h"
+#include "output/output.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  CameraArgument camera{CameraName::By::profile};
+  bool json = false;
+};
+
+ExitStatus clear(const Options &options) {
+  int profile = 0;
+  const ExitStatus found = findProfile(options.camera.name(), profile);
+  if (found != ExitStatus::ok) return found;
+  Camera camera;
+  if (findCamera({CameraName::By::profile, profile, ""}, camera) != ExitStatus::ok) return ExitStatus::failure;
+  if (vl_clear_usbchn_profile(profile, nullptr, kEventCleared) != 0) return refusedFor(profile);
+  const ExitStatus read_again = readAgain(camera);
+  if (read_again != ExitStatus::ok) return read_again;
+  if (camera.row.profile == profile) return notStoredFor(camera);
+  const Fields members = Fields().add(forPrograms("cleared", profile));
+  print(changeOutput("profile " + std::to_string(profile) + " cleared", members, camera, options.json));
+  return ExitStatus::ok;
+}
+
+}  // namespace
+
+void addClear(Command &program) {
+  auto options = std::make_shared<Options>();
+  Command &command =
+      program.addCommand("clear", "Unbind a profile and remove its links", [options] { return clear(*options); });
+  addCamera(command, options->camera);
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

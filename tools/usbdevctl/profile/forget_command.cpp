@@ -1,0 +1,50 @@
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "camera/camera_lookup.h"
+#include "command_line/commands.h"
+#include "device/hotplug_lock.h"
+#include "output/output.h"
+#include "profile/channel_release.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  CameraArgument camera{CameraName::By::channel};
+  bool json = false;
+};
+
+ExitStatus failed(const std::string &why) {
+  complain(why);
+  return ExitStatus::failure;
+}
+
+ExitStatus forget(const Options &options) {
+  const HotplugLock lock(kHotplugLockFile);  // no device comes back meanwhile
+  if (!lock.error().empty()) return failed(lock.error());
+  Camera camera;
+  const ExitStatus found = findCamera(options.camera.name(), camera);
+  if (found != ExitStatus::ok) return found;
+  if (camera.row.state == ChannelState::plugged) {
+    return failed(cameraText(camera) + ": it is attached; only a camera that is away can be forgotten");
+  }
+  std::string wrong;
+  if (!releaseChannel(camera, wrong)) return failed(cameraText(camera) + ": " + wrong);
+  print(changeOutput("forgotten", {}, camera, options.json));
+  return ExitStatus::ok;
+}
+
+}  // namespace
+
+void addForget(Command &program) {
+  auto options = std::make_shared<Options>();
+  Command &command =
+      program.addCommand("forget", "Free the channel, and the profile, of a camera that is gone for good",
+                         [options] { return forget(*options); });
+  addCamera(command, options->camera);
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

@@ -1,0 +1,30 @@
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "channel/configuration.h"
+#include "command_line/commands.h"
+#include "output/output.h"
+#include "profile/profile_query.h"
+#include "profile/profiles.h"
+
+namespace usbdevctl {
+
+namespace {
+
+ExitStatus profiles(bool json) {
+  Profiles profiles;
+  if (!readProfiles(profiles)) return configurationUnreadable();
+  print(listOutput("profiles", profileFields(profiles), json));
+  return ExitStatus::ok;
+}
+
+}  // namespace
+
+void addProfiles(Command &program) {
+  auto json = std::make_shared<bool>(false);
+  Command &command = program.addCommand("profiles", "Show the four profiles, the camera of each and its live-view link",
+                                        [json] { return profiles(*json); });
+  addJsonFlag(command, *json);
+}
+
+}  // namespace usbdevctl

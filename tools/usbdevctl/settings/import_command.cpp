@@ -1,0 +1,90 @@
+#include <fstream>
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "camera/camera_lookup.h"
+#include "channel/configuration.h"
+#include "command_line/commands.h"
+#include "device/hotplug_lock.h"
+#include "output/output.h"
+#include "output/printable.h"
+#include "settings/settings_access.h"
+
+namespace usbdevctl {
+
+namespace {
+
+constexpr std::streamsize kMostBytes = 1 << 20;
+
+struct Options {
+  std::string file;
+  bool json = false;
+};
+
+ExitStatus refuse(const std::vector<std::string> &refusals) {
+  for (const std::string &refusal : refusals) complain(refusal);
+  complain("nothing was changed");
+  return ExitStatus::failure;
+}
+
+std::optional<Settings> readFile(const std::string &name) {
+  std::ifstream file(name, std::ios::binary);
+  std::string text(kMostBytes, '\0');
+  file.read(text.data(), kMostBytes);
+  text.resize(static_cast<std::size_t>(file.gcount()));
+  std::string wrong = file.bad() || text.empty() ? "it cannot be read, or is empty" : "";
+  std::optional<Settings> settings = wrong.empty() ? readSettings(text, wrong) : std::nullopt;
+  if (!settings) complain(printable(name) + ": " + wrong);
+  return settings;
+}
+
+std::vector<CameraFacts> readAttached(const ChannelRows &rows) {
+  std::vector<CameraFacts> facts;
+  for (const Camera &camera : camerasOf(rows)) {
+    if (isAttached(camera)) facts.push_back(readFacts(rows, camera));
+  }
+  return facts;
+}
+
+Json texts(const std::vector<Step> &steps, std::size_t first, std::size_t end) {
+  Json list = Json::array();
+  for (std::size_t i = first; i < end; ++i) list.append(stepText(steps[i]));
+  return list;
+}
+
+ExitStatus report(const std::vector<Step> &steps, std::size_t done, bool json) {
+  if (json) {
+    print(Json::document().set("done", texts(steps, 0, done)).set("not_done", texts(steps, done, steps.size())).text());
+  } else {
+    for (std::size_t i = 0; i < done; ++i) print("done: " + stepText(steps[i]) + "\n");
+    if (steps.empty()) print("the settings are as they are to be\n");
+  }
+  if (done == steps.size()) return ExitStatus::ok;
+  complain("failed: " + stepText(steps[done]));
+  for (std::size_t i = done + 1; i < steps.size(); ++i) complain("not done: " + stepText(steps[i]));
+  return ExitStatus::failure;
+}
+
+ExitStatus importSettings(const Options &options) {
+  const HotplugLock lock(kHotplugLockFile);  // no camera comes or goes meanwhile
+  if (!lock.error().empty()) return refuse({lock.error()});
+  const std::optional<Settings> settings = readFile(options.file);
+  if (!settings) return refuse({});
+  ChannelRows rows;
+  if (!readChannels(rows)) return configurationUnreadable();
+  const Plan plan = planImport(*settings, rows, readAttached(rows));
+  if (!plan.refusals.empty()) return refuse(plan.refusals);
+  return report(plan.steps, applySteps(plan.steps), options.json);
+}
+
+}  // namespace
+
+void addImport(Command &program) {
+  auto options = std::make_shared<Options>();
+  Command &command = program.addCommand("import", "Bring the cameras to exported settings, all of them or none",
+                                        [options] { return importSettings(*options); });
+  command.add("file", &options->file, "File that export wrote");
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

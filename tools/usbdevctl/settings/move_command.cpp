@@ -1,0 +1,114 @@
+#include <usbdev/web.h>
+
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "camera/camera_lookup.h"
+#include "channel/configuration.h"
+#include "command_line/commands.h"
+#include "device/hotplug_lock.h"
+#include "output/output.h"
+#include "settings/settings_access.h"
+#include "share/share_page.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  int profile = 0;
+  CameraArgument camera{CameraName::By::channel};
+  bool json = false;
+};
+
+/// A profile on its way from one camera to another.
+struct Move {
+  ProfileSettings settings;
+  Camera source;
+  Camera target;
+  Plan plan;
+};
+
+ExitStatus failed(const std::vector<std::string> &complaints) {
+  for (const std::string &complaint : complaints) complain(complaint);
+  return ExitStatus::failure;
+}
+
+ExitStatus prepare(const Options &options, Move &move) {
+  ChannelRows rows;
+  if (!readChannels(rows)) return configurationUnreadable();
+  const ExitStatus source = findCamera({CameraName::By::profile, options.profile, ""}, rows, move.source);
+  if (source != ExitStatus::ok) return source;
+  const ExitStatus target = findCamera(options.camera.name(), rows, move.target);
+  if (target != ExitStatus::ok) return target;
+  const std::optional<ProfileSettings> settings = readProfileSettings(options.profile);
+  if (!settings) return configurationUnreadable();
+  move.settings = *settings;
+  move.plan = planMove(move.settings, move.source, readFacts(rows, move.target), rows);
+  return ExitStatus::ok;
+}
+
+/// Says what became of a move that failed in the middle.
+ExitStatus takeBack(const Move &move, std::size_t done) {
+  const std::vector<Step> &steps = move.plan.steps;
+  complain("failed: " + stepText(steps[done]));
+  if (done == 0) return failed({"nothing was changed"});
+  const Plan back = planReturn(move.settings, move.source, {steps.begin(), steps.begin() + static_cast<long>(done)});
+  if (!back.refusals.empty()) {
+    for (std::size_t i = 0; i < done; ++i) complain("done: " + stepText(steps[i]));
+    return failed(back.refusals);
+  }
+  const std::size_t returned = applySteps(back.steps);
+  if (returned == back.steps.size()) return failed({"the profile is with the camera that had it, its links are new"});
+  complain("it could not be put back, failed: " + stepText(back.steps[returned]));
+  for (std::size_t i = 0; i < returned; ++i) complain("put back: " + stepText(back.steps[i]));
+  return ExitStatus::failure;
+}
+
+std::string sharePage(int profile) {
+  ShareLinkInfo link = {};
+  link.profile = profile;
+  return vl_get_share_link(&link) == 0 ? pageOf(link) : "";
+}
+
+ExitStatus report(const Options &options, Move &move) {
+  const ExitStatus read_again = readAgain(move.target);
+  if (read_again != ExitStatus::ok) return read_again;
+  const std::string page = sharePage(options.profile);
+  Json differences = Json::array();
+  for (const std::string &difference : move.plan.differences) differences.append(difference);
+  Fields members;
+  members.add(forPrograms("from_channel", move.source.channel))
+      .add(forPrograms("differences", std::move(differences)))
+      .add(forPrograms("page", page.empty() ? Json() : Json(page)));
+  print(changeOutput("moved profile " + std::to_string(options.profile), members, move.target, options.json));
+  if (options.json) return ExitStatus::ok;
+  for (const std::string &difference : move.plan.differences) print("changed: " + difference + "\n");
+  if (!page.empty()) print("new share link: " + page + "\n");
+  return ExitStatus::ok;
+}
+
+ExitStatus move(const Options &options) {
+  const HotplugLock lock(kHotplugLockFile);  // neither camera comes or goes meanwhile
+  if (!lock.error().empty()) return failed({lock.error()});
+  Move move;
+  const ExitStatus prepared = prepare(options, move);
+  if (prepared != ExitStatus::ok) return prepared;
+  if (move.source.channel == move.target.channel) return failed({cameraText(move.target) + ": it has the profile"});
+  if (!move.plan.refusals.empty()) return failed(move.plan.refusals);
+  const std::size_t done = applySteps(move.plan.steps);
+  return done == move.plan.steps.size() ? report(options, move) : takeBack(move, done);
+}
+
+}  // namespace
+
+void addMove(Command &program) {
+  auto options = std::make_shared<Options>();
+  Command &command = program.addCommand("move", "Move a profile with its name, settings and sharing to another camera",
+                                        [options] { return move(*options); });
+  addProfile(command, options->profile);
+  addCamera(command, options->camera);
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

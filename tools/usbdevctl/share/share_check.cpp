@@ -1,0 +1,50 @@
+#include "share/share_check.h"
+
+#include <usbdev/web.h>
+
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "channel/configuration.h"
+#include "output/fields.h"
+#include "output/output.h"
+#include "stream/view_code.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  std::string ssid;
+  std::string token;
+  bool json = false;
+};
+
+Fields describe(int code, int profile) {
+  Fields fields;
+  addView(fields, "opens", "opens", code);
+  // Where no profile has the share id, the library leaves the one that it looked at last.
+  fields.add(numberField("profile", code == kUnknownShareId ? std::nullopt : std::optional(profile)));
+  return fields;
+}
+
+ExitStatus check(const Options &options) {
+  int profile = -1;
+  int code = kUnknownShareId;
+  vl_ssid_auth(options.ssid.c_str(), options.token.c_str(), &profile, &code);
+  if (code == kViewOpens || options.json) print(recordOutput(describe(code, profile), options.json));
+  return code == kViewOpens ? ExitStatus::ok : nothingApplies("the link opens nothing: " + viewReason(code));
+}
+
+}  // namespace
+
+void addShareCheck(Command &share) {
+  auto options = std::make_shared<Options>();
+  Command &command = share.addCommand("check", "Tell whether a link opens a live stream, and if not, why",
+                                      [options] { return check(*options); });
+  command.add("ssid", &options->ssid, "The link's share id");
+  command.add("token", &options->token, "The link's token");
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl

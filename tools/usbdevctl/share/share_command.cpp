@@ -1,0 +1,121 @@
+#include <usbdev/web.h>
+
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "camera/camera_lookup.h"
+#include "command_line/commands.h"
+#include "command_line/password.h"
+#include "output/absent.h"
+#include "output/fields.h"
+#include "output/output.h"
+#include "output/printable.h"
+#include "share/share_check.h"
+#include "share/share_page.h"
+
+namespace usbdevctl {
+
+namespace {
+
+constexpr std::size_t kLongestPassword = sizeof(ShareLinkInfo::shrpwd) - 1;
+
+struct Options {
+  CameraArgument camera{CameraName::By::profile};
+  bool password = false;
+  bool json = false;
+};
+
+ShareLinkInfo linkOf(int profile) {
+  ShareLinkInfo link = {};
+  link.profile = profile;
+  return link;
+}
+
+Fields describe(const ShareLinkInfo &link) {
+  return Fields()
+      .add(numberField("profile", link.profile))
+      .add(textField("profile_name", fieldText(link.profilename)))
+      .add(switchField("sharing", link.shrenable != 0))
+      .add(answerField("password", link.pwdenable != 0))
+      .add(absentIfEmpty(headed("share id", textField("ssid", fieldText(link.ssid)))))
+      .add(absentIfEmpty(textField("token", fieldText(link.token))))
+      .add(absentIfEmpty(headed("public link", textField("hash", fieldText(link.hash_string)))))
+      .add(absentIfEmpty(textField("page", pageOf(link))));
+}
+
+ExitStatus show(int profile, const Options &options) {
+  ShareLinkInfo link = linkOf(profile);
+  if (vl_get_share_link(&link) != 0) return refusedFor(profile);
+  print(recordOutput(describe(link), options.json));
+  return ExitStatus::ok;
+}
+
+bool readPasswordInto(ShareLinkInfo &link) {
+  const std::optional<std::string> password = readPassword(kLongestPassword);
+  if (!password) return false;
+  link.pwdenable = 1;
+  link.shrpwd[password->copy(link.shrpwd, kLongestPassword)] = '\0';
+  return true;
+}
+
+ExitStatus on(int profile, const Options &options) {
+  ShareLinkInfo link = linkOf(profile);
+  if (vl_get_share_link(&link) != 0) return refusedFor(profile);
+  if (options.password && !readPasswordInto(link)) return ExitStatus::usage;
+  link.shrenable = 1;
+  return vl_set_share_link(&link) == 0 ? show(profile, options) : refusedFor(profile);
+}
+
+// The password goes with the link, so that whoever shares the profile again chooses anew.
+ExitStatus off(int profile, const Options &options) {
+  ShareLinkInfo before = linkOf(profile);
+  if (vl_get_share_link(&before) != 0) return refusedFor(profile);
+  ShareLinkInfo link = linkOf(profile);
+  if (vl_set_share_link(&link) != 0) return refusedFor(profile);
+  Camera camera;
+  const ExitStatus read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
+  if (read_again != ExitStatus::ok) return read_again;
+  if (vl_get_share_link(&link) != 0 || link.shrenable != 0) return notStoredFor(camera);
+  const std::string number = std::to_string(profile);
+  print(changeOutput(
+      before.shrenable != 0 ? "sharing of profile " + number + " ended" : "profile " + number + " was not shared",
+      Fields().add(forPrograms("sharing", false)), camera, options.json));
+  return ExitStatus::ok;
+}
+
+ExitStatus renew(int profile, const Options &options) {
+  ShareLinkInfo link = linkOf(profile);
+  return vl_renew_share_link(&link) == 0 ? show(profile, options) : refusedFor(profile);
+}
+
+using Operation = ExitStatus (*)(int profile, const Options &);
+
+ExitStatus run(Operation operation, const Options &options) {
+  int profile = 0;
+  const ExitStatus found = findProfile(options.camera.name(), profile);
+  return found == ExitStatus::ok ? operation(profile, options) : found;
+}
+
+void addOperation(Command &share, const char *name, const char *description, Operation operation) {
+  auto options = std::make_shared<Options>();
+  Command &command = share.addCommand(name, description, [options, operation] { return run(operation, *options); });
+  addCamera(command, options->camera);
+  if (operation == on) {
+    command.add("--password-stdin", &options->password,
+                "Protect the link by a password, asked for at a terminal or else read from standard input");
+  }
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace
+
+void addShare(Command &program) {
+  Command &share = program.addCommand("share", "The links by which live streams are shared");
+  addOperation(share, "show", "Show a profile's link", show);
+  addOperation(share, "on", "Share a profile; a link and a password that it has are kept", on);
+  addOperation(share, "off", "Take a profile's link and its password away", off);
+  addOperation(share, "renew", "Give a profile a new link, so that the old one leads nowhere", renew);
+  addShareCheck(share);
+}
+
+}  // namespace usbdevctl

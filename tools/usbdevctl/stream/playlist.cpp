@@ -1,0 +1,51 @@
+#include "stream/playlist.h"
+
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "stream/live_link.h"
+
+namespace usbdevctl {
+
+namespace {
+
+constexpr char kTargetDuration[] = "#EXT-X-TARGETDURATION:";
+constexpr std::size_t kHeadSize = 1024;  // the tag stands before the first segment
+constexpr double kSegmentsWaitedFor = 3;
+
+std::string headOf(const std::string &path) {
+  char head[kHeadSize];
+  std::ifstream file(path, std::ios::binary);
+  file.read(head, sizeof head);
+  return {head, static_cast<std::size_t>(file.gcount())};
+}
+
+/// The longest segment's length in seconds; 0 where the playlist does not say it.
+long targetDuration(const std::string &head) {
+  const std::size_t tag = head.find(kTargetDuration);
+  return tag == std::string::npos ? 0 : std::strtol(&head[tag + sizeof kTargetDuration - 1], nullptr, 10);
+}
+
+}  // namespace
+
+std::string playlistOf(int profile) {
+  return std::string(kApplicationFolder) + "/hls/channel" + std::to_string(profile + 1) + "/playlist.m3u8";
+}
+
+std::optional<bool> playlistGrows(const std::string &path, std::time_t now) {
+  struct stat found = {};
+  if (stat(path.c_str(), &found) != 0) return std::nullopt;
+  const long target = targetDuration(headOf(path));
+  return target > 0 && std::difftime(now, found.st_mtime) <= kSegmentsWaitedFor * static_cast<double>(target);
+}
+
+void addPlaylist(Fields &fields, bool exists, std::optional<bool> grows) {
+  const Cell stopped = {"stopped", Style::bad};
+  fields.add(forPeople("playlist", exists && grows == false ? stopped : Cell{exists ? "yes" : "no"}))
+      .add(forPrograms("playlist", exists))
+      .add(forPrograms("playlist_grows", exists ? Json(grows) : Json()));
+}
+
+}  // namespace usbdevctl

@@ -1,0 +1,108 @@
+#include <usbdev/profiles.h>
+
+#include <memory>
+
+#include "camera/camera_argument.h"
+#include "camera/camera_lookup.h"
+#include "channel/configuration.h"
+#include "events/event_codes.h"
+#include "output/output.h"
+#include "stream/stream_command.h"
+#include "stream/stream_outcome.h"
+#include "stream/stream_text.h"
+
+namespace usbdevctl {
+
+namespace {
+
+struct Options {
+  CameraArgument camera{CameraName::By::profile};
+  bool json = false;
+  StreamChange change;
+};
+
+/// The newest event so far; 0 before the first one.
+std::int64_t newestEvent() {
+  if (!EventLog::exists(kEventLogFile)) return 0;
+  const std::vector<Event> newest = EventLog(kEventLogFile).last(1);
+  return newest.empty() ? 0 : newest.front().id;
+}
+
+/// A log that cannot be read leaves the change as it is, and its events unknown.
+std::vector<Event> eventsAfter(std::int64_t id) {
+  if (!EventLog::exists(kEventLogFile)) return {};
+  EventLog log(kEventLogFile);
+  std::vector<Event> events = log.after(id);
+  if (!log.error().empty()) complain(log.failure());
+  return events;
+}
+
+ExitStatus explainRefusal(int profile, const _streaminfo &wanted) {
+  const std::string name = "profile " + std::to_string(profile);
+  if (wanted.vnode == -1) return refused(name + " has no camera, without which its stream cannot be set");
+  float rate = 0;
+  if (findclosedFPS(profile, &wanted, &rate) == 0) return refusedFor(profile);
+  return refused("the camera of " + name + " does not offer " + wordFor(videoCodecs(), wanted.vcodec) + " at " +
+                 sizeText(wanted.width, wanted.height));
+}
+
+ExitStatus report(const Options &options, const Camera &camera, const StreamOutcome &outcome) {
+  Fields fields;
+  fields.add(forPeople("camera", {cameraText(camera)}));
+  addCameraMembers(fields, camera);
+  const Fields became = outcomeFields(outcome, options.change);
+  for (const Field &field : became.all()) fields.add(field);
+  print(recordOutput(fields, options.json));
+  const std::vector<std::string> in_vain = notStored(outcome.stored, options.change);
+  for (const std::string &setting : in_vain) complain(setting + " does not apply to this stream and was not stored");
+  return in_vain.empty() ? ExitStatus::ok : ExitStatus::nothing;
+}
+
+ExitStatus set(const Options &options) {
+  int profile = 0;
+  const ExitStatus found = findProfile(options.camera.name(), profile);
+  if (found != ExitStatus::ok) return found;
+  _streaminfo before;
+  const ExitStatus status = readStream(profile, before);
+  if (status != ExitStatus::ok) return status;
+
+  const std::int64_t newest = newestEvent();
+  _streaminfo wanted = changed(before, options.change);
+  if (vl_set_usbchn_stream(profile, &wanted, &before, kLogChangesOnly) != 0) {
+    return explainRefusal(profile, wanted);
+  }
+  StreamOutcome outcome;
+  outcome.events = eventsAfter(newest);
+  ExitStatus read_again = readStream(profile, outcome.stored);
+  Camera camera;
+  if (read_again == ExitStatus::ok) read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
+  return read_again == ExitStatus::ok ? report(options, camera, outcome) : read_again;
+}
+
+void addChanges(Command &command, StreamChange &change) {
+  command.add("--size", &change.size, "Picture size, such as 1280x720").check(checkSize);
+  command.add("--fps", &change.rate, "Frames per second; the camera's first listed rate not above it is taken")
+      .check(checkRate);
+  const std::vector<StreamSetting> &settings = streamSettings();
+  for (std::size_t i = 0; i < settings.size(); ++i) {
+    Argument &option = command.add(settings[i].option, &change.settings[i], settings[i].help);
+    if (settings[i].words.empty()) {
+      option.limit(0, 100);
+    } else {
+      option.allow(settings[i].words);
+    }
+  }
+}
+
+}  // namespace
+
+void addStreamSet(Command &stream) {
+  auto options = std::make_shared<Options>();
+  Command &command =
+      stream.addCommand("set", "Change a profile's stream settings", [options] { return set(*options); });
+  addCamera(command, options->camera);
+  addChanges(command, options->change);
+  addJsonFlag(command, options->json);
+}
+
+}  // namespace usbdevctl
