@@ -1,5 +1,7 @@
 // Programs on a host without its own command execution: the library runs them itself. Compiled in, as no exported
 // function passes their results on.
+#include "core/execution.h"
+
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
@@ -10,8 +12,6 @@
 #include <csignal>
 #include <filesystem>
 #include <string>
-
-#include "core/execution.h"
 
 namespace {
 

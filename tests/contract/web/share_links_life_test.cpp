@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "../host/private_host.h"
+#include "private_host.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "web_hesitant_server.h"
+#include "hesitant_server.h"
 
 #include <fcntl.h>
 #include <netinet/in.h>

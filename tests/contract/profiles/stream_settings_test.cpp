@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "profiles_stream_fixture.h"
+#include "stream_fixture.h"
 
 namespace contract {
 namespace {

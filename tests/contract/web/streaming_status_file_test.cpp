@@ -3,7 +3,7 @@
 #include <platform/xmlcfg.h>
 #include <usbdev/usbdev.h>
 
-#include "../host/private_host.h"
+#include "private_host.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // A camera on node 2 whose formats listing is read into a capability table.
-#ifndef CONTRACT_FORMATS_FIXTURE_H
-#define CONTRACT_FORMATS_FIXTURE_H
+#ifndef CONTRACT_DEVICES_FORMATS_FIXTURE_H
+#define CONTRACT_DEVICES_FORMATS_FIXTURE_H
 
 #include <array>
 #include <cstring>

@@ -1,6 +1,6 @@
 // The time zone of the host while this exists, as in "XXX-5:30" for five and a half hours ahead of UTC.
-#ifndef CONTRACT_TIME_ZONE_H
-#define CONTRACT_TIME_ZONE_H
+#ifndef CONTRACT_HARNESS_TIME_ZONE_H
+#define CONTRACT_HARNESS_TIME_ZONE_H
 
 #include <cstdlib>
 #include <ctime>

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "contract_test.h"
+#include "hesitant_server.h"
 #include "scripted_server.h"
-#include "web_hesitant_server.h"
 
 namespace contract {
 namespace {

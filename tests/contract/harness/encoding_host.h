@@ -1,6 +1,6 @@
 // A host that may encode H.264 in hardware.
-#ifndef CONTRACT_ENCODING_HOST_H
-#define CONTRACT_ENCODING_HOST_H
+#ifndef CONTRACT_HARNESS_ENCODING_HOST_H
+#define CONTRACT_HARNESS_ENCODING_HOST_H
 
 #include <string>
 

@@ -1,5 +1,6 @@
 // A network of the test's own, for tests of real sockets.
-#pragma once
+#ifndef CONTRACT_HARNESS_OWN_NETWORK_H
+#define CONTRACT_HARNESS_OWN_NETWORK_H
 
 #include <net/if.h>
 #include <netinet/in.h>
@@ -25,3 +26,5 @@ inline bool enterNetworkOfItsOwn() {
 }
 
 }  // namespace contract
+
+#endif

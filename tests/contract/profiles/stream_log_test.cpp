@@ -1,7 +1,7 @@
 // What users read in the event log about a changed stream.
 #include <string>
 
-#include "profiles_stream_fixture.h"
+#include "stream_fixture.h"
 
 namespace contract {
 namespace {

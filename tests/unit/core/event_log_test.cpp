@@ -1,10 +1,10 @@
 // How long a line of the event log may be. Compiled in, as the longest line of any exported function is shorter.
+#include "core/event_log.h"
+
 #include <gtest/gtest.h>
 #include <platform/vllog.h>
 
 #include <string>
-
-#include "core/event_log.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // A host at start-up, with cameras and sound cards under their drivers.
-#ifndef CONTRACT_START_FIXTURE_H
-#define CONTRACT_START_FIXTURE_H
+#ifndef CONTRACT_HOTPLUG_START_FIXTURE_H
+#define CONTRACT_HOTPLUG_START_FIXTURE_H
 
 #include <string>
 

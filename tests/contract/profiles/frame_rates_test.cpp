@@ -2,7 +2,7 @@
 #include <cmath>
 #include <string>
 
-#include "profiles_stream_fixture.h"
+#include "stream_fixture.h"
 
 namespace contract {
 namespace {

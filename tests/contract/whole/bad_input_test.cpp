@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "encoding_host.h"
-#include "hotplug_fixture.h"
+#include "hotplug/hotplug_fixture.h"
 
 namespace contract {
 namespace {

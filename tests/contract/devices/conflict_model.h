@@ -1,6 +1,6 @@
 // The rules of conflicts and hand-overs once more, told as plainly as possible, to compare the library with.
-#ifndef CONTRACT_CONFLICT_MODEL_H
-#define CONTRACT_CONFLICT_MODEL_H
+#ifndef CONTRACT_DEVICES_CONFLICT_MODEL_H
+#define CONTRACT_DEVICES_CONFLICT_MODEL_H
 
 #include <array>
 #include <map>

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "contract_test.h"
-#include "web_hesitant_server.h"
+#include "hesitant_server.h"
 
 namespace contract {
 namespace {

@@ -1,6 +1,6 @@
 // The caller's records as text, and their bytes before a call.
-#ifndef CONTRACT_RECORD_TEXT_H
-#define CONTRACT_RECORD_TEXT_H
+#ifndef CONTRACT_HARNESS_RECORD_TEXT_H
+#define CONTRACT_HARNESS_RECORD_TEXT_H
 
 #include <usbdev/records.h>
 

@@ -1,6 +1,6 @@
 // A channel of which every key has a value of its own, none of them a default.
-#ifndef CONTRACT_DESCRIBED_CHANNEL_H
-#define CONTRACT_DESCRIBED_CHANNEL_H
+#ifndef CONTRACT_HARNESS_DESCRIBED_CHANNEL_H
+#define CONTRACT_HARNESS_DESCRIBED_CHANNEL_H
 
 #include "host.h"
 

@@ -1,6 +1,6 @@
 // A camera on channel 3 that a profile may be bound to.
-#ifndef CONTRACT_ASSIGNMENT_FIXTURE_H
-#define CONTRACT_ASSIGNMENT_FIXTURE_H
+#ifndef CONTRACT_PROFILES_ASSIGNMENT_FIXTURE_H
+#define CONTRACT_PROFILES_ASSIGNMENT_FIXTURE_H
 
 #include <string>
 
