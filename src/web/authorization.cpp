@@ -1,16 +1,16 @@
 #include "web/authorization.h"
 
-#include <usbdev/web.h>
-
 #include "core/text.h"
+#include "web/base64.h"
 
 namespace usbdev {
 
 bool formatAuthorization(Authorization &text, const char *user, const char *password) {
   char credentials[2 * kCredentialLength + 2];
   if (!formatText(credentials, "%s:%s", user, password)) return false;
-  char encoded[sizeof text];
-  return formatText(text, "Basic %s", Base64encs(credentials, encoded));
+  char encoded[base64Size(sizeof credentials - 1)];
+  encodeBase64(credentials, encoded);
+  return formatText(text, "Basic %s", encoded);
 }
 
 bool formatAuthorization(Authorization &text, const NasServer &server) {
@@ -19,10 +19,3 @@ bool formatAuthorization(Authorization &text, const NasServer &server) {
 }
 
 }  // namespace usbdev
-
-int getNVR_AUTH(const char *user, const char *password, char *out) {
-  if (user == nullptr || password == nullptr || out == nullptr) return 0;
-  usbdev::Authorization text;
-  if (usbdev::formatAuthorization(text, user, password)) usbdev::copyCut(out, text, sizeof text - 1);
-  return 0;
-}

@@ -1,6 +1,7 @@
+#include "web/base64.h"
+
 #include <endian.h>
 #include <netinet/in.h>
-#include <usbdev/web.h>
 
 #include <cstdint>
 #include <cstring>
@@ -78,37 +79,29 @@ unsigned char *decodeRest(const char *in, std::size_t held, unsigned char *out) 
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int Base64enc(const unsigned char *in, int len, char *out) {
-  if (out == nullptr || (in == nullptr && len > 0)) return 0;
+int encodeBase64(const unsigned char *in, int length, char *out) {
   char *end = out;
-  for (; len >= 8; len -= usbdev::kBlock, in += usbdev::kBlock) end = usbdev::encodeBlock(in, end);
-  for (; len >= 3; len -= 3, in += 3) {
-    end = usbdev::encodeGroup(static_cast<unsigned>(in[0]) << 16 | static_cast<unsigned>(in[1]) << 8 | in[2], end);
+  for (; length >= 8; length -= kBlock, in += kBlock) end = encodeBlock(in, end);
+  for (; length >= 3; length -= 3, in += 3) {
+    end = encodeGroup(static_cast<unsigned>(in[0]) << 16 | static_cast<unsigned>(in[1]) << 8 | in[2], end);
   }
-  end = usbdev::encodeRest(in, len, end);
+  end = encodeRest(in, length, end);
   *end = '\0';
   return static_cast<int>(end - out);
 }
 
-char *Base64encs(const char *in, char *out) {
-  if (in == nullptr) return out;
-  Base64enc(reinterpret_cast<const unsigned char *>(in), static_cast<int>(std::strlen(in)), out);
-  return out;
+int encodeBase64(const char *text, char *out) {
+  return encodeBase64(reinterpret_cast<const unsigned char *>(text), static_cast<int>(std::strlen(text)), out);
 }
 
-int Base64dec(const char *in, unsigned char *out) {
-  if (in == nullptr || out == nullptr) return 0;
+int decodeBase64(const char *in, unsigned char *out) {
   unsigned char *end = out;
   std::size_t left = std::strcspn(in, "=");
-  for (; left >= usbdev::kGroup; left -= usbdev::kGroup, in += usbdev::kGroup) end = usbdev::decodeGroup(in, end);
-  end = usbdev::decodeRest(in, left, end);
+  for (; left >= kGroup; left -= kGroup, in += kGroup) end = decodeGroup(in, end);
+  end = decodeRest(in, left, end);
   *end = '\0';
   return static_cast<int>(end - out);
 }
 
-char *Base64decs(const char *in, char *out) {
-  Base64dec(in, reinterpret_cast<unsigned char *>(out));
-  return out;
-}
+}  // namespace usbdev

@@ -1,6 +1,6 @@
-// One HTTP/1.0 request, its answer read raw.
+#include "web/http_client.h"
+
 #include <unistd.h>
-#include <usbdev/web.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -10,27 +10,26 @@
 #include "web/authorization.h"
 #include "web/stream_socket.h"
 
-char NVR_CGI[256];
-
 namespace usbdev {
 namespace {
 
 constexpr std::size_t kScratchSize = 2048;
 
 /// Each line goes out on its own.
-void sendLine(const StreamSocket &server, const char *line) {
-  if (server.sendBytes(line, std::strlen(line)) < 0) error("ERROR writing to socket");
+void sendLine(const StreamSocket &connection, const char *line) {
+  if (connection.sendBytes(line, std::strlen(line)) < 0) endProcess("ERROR writing to socket");
 }
 
 /// Forgets the path of a request that is not sent.
-int refuse() {
-  std::memset(NVR_CGI, 0, sizeof NVR_CGI);
-  return -1;
+bool refuse(RequestPath &path) {
+  std::memset(path, 0, sizeof path);
+  return false;
 }
 
-void sendRequest(const StreamSocket &connection, const NasServer &server, const char *authorization) {
+void sendRequest(const StreamSocket &connection, const NasServer &server, const RequestPath &path,
+                 const char *authorization) {
   char line[512];
-  formatText(line, "GET %s HTTP/1.0\r\n", NVR_CGI);
+  formatText(line, "GET %s HTTP/1.0\r\n", path);
   sendLine(connection, line);
   if (authorization[0] != '\0') {
     formatText(line, "Authorization: %s\r\n", authorization);
@@ -41,41 +40,44 @@ void sendRequest(const StreamSocket &connection, const NasServer &server, const 
   sendLine(connection, "\r\n");
 }
 
-int readReply(const StreamSocket &connection, char *out, int bufsize, std::size_t chunk) {
+int readReply(const StreamSocket &connection, std::size_t chunk, const Reply &reply) {
   char scratch[kScratchSize];
   int total = 0;
   for (;;) {
     const ssize_t got = read(connection.descriptor(), scratch, chunk);
-    if (got < 0) error("ERROR reading from socket");
-    if (total >= bufsize) {
-      std::fprintf(stderr, "buffer overflow, count=%d, bufsize=%d\n", total, bufsize);
+    if (got < 0) endProcess("ERROR reading from socket");
+    if (total >= reply.size) {
+      std::fprintf(stderr, "buffer overflow, count=%d, bufsize=%d\n", total, reply.size);
       return total;
     }
     if (got == 0) return total;
-    const int room = bufsize - total;
+    const int room = reply.size - total;
     const int kept = got < room ? static_cast<int>(got) : room;
-    std::memcpy(out + total, scratch, static_cast<std::size_t>(kept));
+    std::memcpy(reply.start + total, scratch, static_cast<std::size_t>(kept));
     total += kept;
   }
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int connect_host(const NasServer *server, char *out, int bufsize, unsigned chunk, int use_auth) {
-  if (server == nullptr || out == nullptr || !usbdev::isTerminated(server->host)) return -1;
-  if (!usbdev::isTerminated(NVR_CGI)) return usbdev::refuse();
-  usbdev::Authorization authorization = "";
-  if (use_auth != 0 && !usbdev::formatAuthorization(authorization, *server)) return usbdev::refuse();
+bool askServer(const NasServer &server, RequestPath &path, Credentials credentials, std::size_t chunk,
+               const Reply &reply, int &count) {
+  if (!isTerminated(server.host)) return false;
+  if (!isTerminated(path)) return refuse(path);
+  Authorization authorization = "";
+  if (credentials == Credentials::sent && !formatAuthorization(authorization, server)) return refuse(path);
   sockaddr_in address;
-  if (!usbdev::resolveHost(server->host, server->port, address)) return -1;
-  const usbdev::StreamSocket connection(address, {stdout, "Failed to socket\n", "Failed to connetc\n"});
-  if (!connection) return -1;
-  usbdev::sendRequest(connection, *server, authorization);
-  return usbdev::readReply(connection, out, bufsize, chunk < usbdev::kScratchSize ? chunk : usbdev::kScratchSize);
+  if (!resolveHost(server.host, server.port, address)) return false;
+  const StreamSocket connection(address, {stdout, "Failed to socket\n", "Failed to connetc\n"});
+  if (!connection) return false;
+  sendRequest(connection, server, path, authorization);
+  count = readReply(connection, chunk < kScratchSize ? chunk : kScratchSize, reply);
+  return true;
 }
 
-void error(const char *text) {
+void endProcess(const char *text) {
   std::perror(text);
   std::exit(0);  // the callers' agreement: a broken connection ends the process without a failure status
 }
+
+}  // namespace usbdev

@@ -1,13 +1,12 @@
-// A request and its answer, step by step, for programs that talk to a camera's or a recorder's web service.
+#include "web/http_helpers.h"
+
 #include <unistd.h>
-#include <usbdev/web.h>
 
 #include <cstdio>
-#include <cstring>
 #include <initializer_list>
 
-#include "core/text.h"
 #include "web/authorization.h"
+#include "web/sockets.h"
 #include "web/stream_socket.h"
 
 namespace usbdev {
@@ -15,13 +14,14 @@ namespace {
 
 constexpr int kHttpPort = 80;
 constexpr int kStatusLineLimit = 256;
-constexpr int kHeaderLimit = 512;
-constexpr int kHeaderEnd = 3;  // line feeds in a row, without carriage returns between them
+constexpr int kHeadLimit = 512;
+constexpr int kHeadEnd = 3;  // line feeds in a row, without carriage returns between them
 
 /// False when the socket fails. A peer that has closed gives zero bytes without end.
 bool readByte(int sock, char &byte) {
-  char received[2];
-  if (socket_read(sock, received, 1) < 0) return false;
+  char received[2] = "";
+  int count = 0;
+  if (receiveText(sock, received, count) != SocketResult::done) return false;
   byte = received[0];
   return true;
 }
@@ -34,82 +34,82 @@ struct RequestLine {
 constexpr std::size_t kRequestLineSize = 2048;
 
 template <std::size_t N>
-int sendRequest(int sock, const RequestLine (&lines)[N]) {
+bool sendRequest(int sock, const RequestLine (&lines)[N]) {
   // All lines are looked at before the first one is sent.
   for (const bool sending : {false, true}) {
     for (const RequestLine &line : lines) {
       char text[kRequestLineSize];
-      if (!formatText(text, line.pattern, line.value)) return -1;
-      if (!sending || socket_write(sock, text) >= 0) continue;
+      if (!formatText(text, line.pattern, line.value)) return false;
+      int count = 0;
+      if (!sending || sendText(sock, text, count) == SocketResult::done) continue;
       std::fputs("ERROR writing to socket", stdout);
-      return -1;
+      return false;
     }
   }
-  return 0;
+  return true;
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int http_open(int *sock, const char *host) {
-  if (sock == nullptr || host == nullptr) return -1;
+bool openHttp(const char *host, int &sock) {
   sockaddr_in address;
-  if (!usbdev::resolveHost(host, usbdev::kHttpPort, address)) return -1;
-  usbdev::StreamSocket connection(address, {stderr, "http_open:Failed to socket\n", "http_open:Failed to connect\n"});
-  if (!connection) return -1;
-  *sock = connection.release();
-  return 0;
+  if (!resolveHost(host, kHttpPort, address)) return false;
+  StreamSocket connection(address, {stderr, "http_open:Failed to socket\n", "http_open:Failed to connect\n"});
+  if (!connection) return false;
+  sock = connection.release();
+  return true;
 }
 
-int http_read_line(int sock, char *buf, int max) {
-  if (buf == nullptr) return -1;
-  for (int count = 0; count < max; ++count) {
-    if (!usbdev::readByte(sock, buf[count])) return -1;
-    if (buf[count] != '\n') continue;
-    buf[count] = '\0';
-    return count;
+void closeHttp(int sock) {
+  if (sock >= 0) close(sock);
+}
+
+bool readHttpLine(int sock, TextBuffer line, int &length) {
+  std::size_t count = 0;
+  for (; count < line.size; ++count) {
+    char &byte = line.start[count];
+    if (!readByte(sock, byte)) return false;
+    if (byte != '\n') continue;
+    byte = '\0';
+    break;
   }
-  return max > 0 ? max : 0;
+  length = static_cast<int>(count);
+  return true;
 }
 
-int http_skip_nvr_http_header(int sock) {
-  char status[usbdev::kStatusLineLimit + 1] = "";
-  if (http_read_line(sock, status, usbdev::kStatusLineLimit) < 0) return -1;
-  if (!usbdev::contains(status, "200 OK")) {
+HttpHead skipHttpHead(int sock) {
+  char status[kStatusLineLimit + 1] = "";
+  int length = 0;
+  if (!readHttpLine(sock, {status, kStatusLineLimit}, length)) return HttpHead::unreadable;
+  if (!contains(status, "200 OK")) {
     std::fprintf(stderr, "skip nvr http header:[%s]\n", status);
-    return -2;
+    return HttpHead::wrong_status;
   }
   int line_feeds = 0;
   // A run of line feeds that has begun is followed beyond the limit.
-  for (int consumed = 0; consumed < usbdev::kHeaderLimit || line_feeds > 0; ++consumed) {
+  for (int consumed = 0; consumed < kHeadLimit || line_feeds > 0; ++consumed) {
     char byte = '\0';
-    if (!usbdev::readByte(sock, byte)) return -1;
+    if (!readByte(sock, byte)) return HttpHead::unreadable;
     line_feeds = byte == '\n' ? line_feeds + 1 : 0;
-    if (line_feeds == usbdev::kHeaderEnd) return 1;
+    if (line_feeds == kHeadEnd) return HttpHead::passed;
   }
-  return 0;
+  return HttpHead::too_long;
 }
 
-int http_send_cmd(int sock, const char *host, const char *path, const char *user, const char *password) {
-  if (host == nullptr || path == nullptr || user == nullptr || password == nullptr) return -1;
-  usbdev::Authorization authorization;
-  if (!usbdev::formatAuthorization(authorization, user, password)) return -1;
-  return usbdev::sendRequest(sock, {{"GET %s HTTP/1.0\r\n", path},
-                                    {"Authorization: %s\r\n", authorization},
-                                    {"Host: %s\r\n", host},
-                                    {"%s", "\r\n"}});
+bool sendHttpRequest(int sock, const char *host, const char *path, const char *user, const char *password) {
+  Authorization authorization;
+  if (!formatAuthorization(authorization, user, password)) return false;
+  return sendRequest(sock, {{"GET %s HTTP/1.0\r\n", path},
+                            {"Authorization: %s\r\n", authorization},
+                            {"Host: %s\r\n", host},
+                            {"%s", "\r\n"}});
 }
 
-int http_close(int sock) {
-  if (sock >= 0) close(sock);
-  return 0;
-}
-
-int get_next_line(const char *text, char *out) {
-  if (text == nullptr || out == nullptr) return -1;
+bool findFirstLine(const char *text, std::size_t &length) {
   const char *const end = std::strchr(text, '\n');
-  if (end == nullptr) return -1;
-  const auto length = static_cast<std::size_t>(end - text);
-  std::memcpy(out, text, length);
-  return static_cast<int>(length);
+  if (end == nullptr) return false;
+  length = static_cast<std::size_t>(end - text);
+  return true;
 }
+
+}  // namespace usbdev

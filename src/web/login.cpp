@@ -1,6 +1,6 @@
-// Logins and sessions at the host's own web server.
+#include "web/login.h"
+
 #include <unistd.h>
-#include <usbdev/web.h>
 
 #include <cstdio>
 #include <cstring>
@@ -8,45 +8,42 @@
 #include "core/lines.h"
 #include "core/text.h"
 #include "web/authorization.h"
+#include "web/base64.h"
+#include "web/url_encoding.h"
 
 namespace usbdev {
 namespace {
 
 constexpr int kUsualPort = 58080;
-constexpr int kReplySize = 4096;
-constexpr std::size_t kSidSize = 128;
-constexpr std::size_t kPathSize = sizeof NVR_CGI;
+constexpr int kAnswerSize = 4096;
 
 constexpr char kSidStart[] = "<authSid><![CDATA[";
 constexpr char kSidEnd[] = "]]></authSid>";
 constexpr char kPassedStart[] = "<authPassed><![CDATA[";
 
-/// A reply, searched as text.
-struct Reply {
-  char text[kReplySize + 1] = {};
+/// A server's answer, searched as text.
+struct Answer {
+  char text[kAnswerSize + 1] = {};
+  int size = 0;
 };
 
 /// Makes the request path from one value or two; false, the path cleared, when it does not fit.
-bool setRequestPath(const char *pattern, const char *first, const char *second) {
-  std::memset(NVR_CGI, 0, sizeof NVR_CGI);
-  char path[kPathSize];
-  if (!formatText(path, pattern, first, second)) return false;
-  char encoded[3 * kPathSize] = {};
-  url_encode(encoded, path, static_cast<int>(std::strlen(path)));
-  const std::size_t length = std::strlen(encoded);
-  if (length >= sizeof NVR_CGI) return false;
-  std::memcpy(NVR_CGI, encoded, length + 1);
+bool setRequestPath(RequestPath &path, const char *pattern, const char *first, const char *second) {
+  std::memset(path, 0, sizeof path);
+  RequestPath plain;
+  if (!formatText(plain, pattern, first, second)) return false;
+  char encoded[3 * sizeof plain];
+  const std::size_t length = encodeUrl(plain, static_cast<int>(std::strlen(plain)), encoded);
+  if (length >= sizeof path) return false;
+  std::memcpy(path, encoded, length);
   return true;
 }
 
-constexpr int kAuthorized = 1;
-constexpr int kAnonymous = 0;
-
-/// Asks for a path made from one value or two; the count of the reply's bytes, or -1.
-int ask(const NasServer &server, int use_auth, Reply &reply, const char *pattern, const char *first,
-        const char *second = "") {
-  if (!setRequestPath(pattern, first, second)) return -1;
-  return connect_host(&server, reply.text, kReplySize, 1, use_auth);
+/// Asks for a path made from one value or two; false without an answer.
+bool ask(RequestPath &path, const NasServer &server, Credentials credentials, Answer &answer, const char *pattern,
+         const char *first, const char *second = "") {
+  return setRequestPath(path, pattern, first, second) &&
+         askServer(server, path, credentials, 1, {answer.text, kAnswerSize}, answer.size);
 }
 
 int hostPort() { return CommandLines("/sbin/readcfg System InnerWebAccessPort -d 58080").nextNumber(kUsualPort); }
@@ -66,77 +63,73 @@ bool hasControlCharacter(const char *text) {
 }
 
 bool areCredentials(const char *user, const char *password) {
-  return user != nullptr && password != nullptr && std::strlen(user) <= kCredentialLength &&
-         std::strlen(password) <= kCredentialLength && !hasControlCharacter(user);
+  return std::strlen(user) <= kCredentialLength && std::strlen(password) <= kCredentialLength &&
+         !hasControlCharacter(user);
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int write_sid(const char *reply, char *sid) {
-  if (reply == nullptr || sid == nullptr) return -1;
-  const char *start = std::strstr(reply, usbdev::kSidStart);
-  if (start == nullptr) return -1;
-  start += sizeof usbdev::kSidStart - 1;
-  const char *const end = std::strstr(start, usbdev::kSidEnd);
-  if (end == nullptr) return -1;
+bool findSession(const char *reply, SessionId &sid) {
+  const char *start = std::strstr(reply, kSidStart);
+  if (start == nullptr) return false;
+  start += sizeof kSidStart - 1;
+  const char *const end = std::strstr(start, kSidEnd);
+  if (end == nullptr) return false;
   const auto length = static_cast<std::size_t>(end - start);
-  if (length >= usbdev::kSidSize) return -1;
-  usbdev::copyCut(sid, start, length);
-  return 0;
+  if (length >= sizeof sid) return false;
+  copyCut(sid, start, length);
+  return true;
 }
 
-int nas_auth(const NasServer *server, char *sid) {
-  if (server == nullptr || sid == nullptr) return -1;
+bool login(RequestPath &path, const NasServer &server, SessionId &sid) {
   // Fields that are not terminated are too long; the request path is cleared for them too.
-  usbdev::Authorization unused;
-  if (!usbdev::formatAuthorization(unused, *server)) {
-    std::memset(NVR_CGI, 0, sizeof NVR_CGI);
-    return -1;
+  Authorization unused;
+  if (!formatAuthorization(unused, server)) {
+    std::memset(path, 0, sizeof path);
+    return false;
   }
-  char password[usbdev::kCredentialLength * 2];
-  Base64encs(server->password, password);
-  usbdev::Reply reply;
-  const int count =
-      usbdev::ask(*server, usbdev::kAuthorized, reply, "/cgi-bin/authLogin.cgi?user=%s&pwd=%s", server->user, password);
-  return count < 0 ? -1 : write_sid(reply.text, sid);
+  char password[base64Size(sizeof server.password - 1)];
+  encodeBase64(server.password, password);
+  Answer answer;
+  return ask(path, server, Credentials::sent, answer, "/cgi-bin/authLogin.cgi?user=%s&pwd=%s", server.user, password) &&
+         findSession(answer.text, sid);
 }
 
-int nas_logout(const NasServer *server, const char *sid) {
-  if (server == nullptr || sid == nullptr) return -1;
-  usbdev::Reply reply;
-  return usbdev::ask(*server, usbdev::kAuthorized, reply, "/cgi-bin/authLogout.cgi?logout=1&sid=%s", sid);
+bool logout(RequestPath &path, const NasServer &server, const char *sid, int &reply_size) {
+  Answer answer;
+  if (!ask(path, server, Credentials::sent, answer, "/cgi-bin/authLogout.cgi?logout=1&sid=%s", sid)) return false;
+  reply_size = answer.size;
+  return true;
 }
 
-int nas_sid_auth(const NasServer *server, const char *sid) {
-  if (server == nullptr || sid == nullptr) return -1;
-  usbdev::Reply reply;
-  if (usbdev::ask(*server, usbdev::kAnonymous, reply, "/cgi-bin/authLogin.cgi?sid=%s", sid) < 0) return -1;
-  const char *const marker = std::strstr(reply.text, usbdev::kPassedStart);
-  if (marker == nullptr) return -1;
-  const char passed = marker[sizeof usbdev::kPassedStart - 1];
-  return passed == '0' || passed == '\0' ? -1 : 0;
+bool isSessionValid(RequestPath &path, const NasServer &server, const char *sid) {
+  Answer answer;
+  if (!ask(path, server, Credentials::left_out, answer, "/cgi-bin/authLogin.cgi?sid=%s", sid)) return false;
+  const char *const marker = std::strstr(answer.text, kPassedStart);
+  if (marker == nullptr) return false;
+  const char passed = marker[sizeof kPassedStart - 1];
+  return passed != '0' && passed != '\0';
 }
 
-int vl_auth(const char *user, const char *password) {
-  if (!usbdev::areCredentials(user, password)) return -1;
-  NasServer server = usbdev::hostServer();
-  usbdev::copyText(server.user, user);
-  usbdev::copyText(server.password, password);
-  char sid[usbdev::kSidSize] = "";
-  if (nas_auth(&server, sid) != 0) {
+bool hostAcceptsUser(RequestPath &path, const char *user, const char *password) {
+  if (!areCredentials(user, password)) return false;
+  NasServer server = hostServer();
+  copyText(server.user, user);
+  copyText(server.password, password);
+  SessionId sid = "";
+  if (!login(path, server, sid)) {
     std::fprintf(stderr, "[%s] authentication fail\n", user);
-    return -1;
+    return false;
   }
   std::printf("[%s] authentication OK, get sid:[%s]...\n", user, sid);
   sleep(1);  // the login service needs its moment before it can end the session again
-  nas_logout(&server, sid);
-  return 0;
+  int unused = 0;
+  logout(path, server, sid, unused);
+  return true;
 }
 
-int vl_sid_auth(const char *sid) {
-  if (sid == nullptr) return -10;
-  if (usbdev::hasControlCharacter(sid)) return -1;
-  const NasServer server = usbdev::hostServer();
-  return nas_sid_auth(&server, sid);
+bool hostKnowsSession(RequestPath &path, const char *sid) {
+  return !hasControlCharacter(sid) && isSessionValid(path, hostServer(), sid);
 }
+
+}  // namespace usbdev

@@ -1,5 +1,4 @@
-// Who may see a live stream: the checks before a viewer is served.
-#include <usbdev/web.h>
+#include "web/share_access.h"
 
 #include "core/config.h"
 #include "core/profile_mapping.h"
@@ -8,39 +7,26 @@
 namespace usbdev {
 namespace {
 
-// The codes that the viewers' pages know.
-constexpr int kServe = -1;
-constexpr int kWrongToken = 9000;
-constexpr int kUnplugged = 9001;
-constexpr int kNoVideo = 9003;
-constexpr int kAudioOnly = 9004;
-constexpr int kConflict = 9007;
-constexpr int kSwitchedOff = 9009;
-constexpr int kNotShared = 9010;
-constexpr int kUnknownLink = 9011;
-
 // Shorter than what the other readers take.
 constexpr auto kViewerSsid = keys::ssid.cutTo<16>();
 
-int outcome(int code) { return code == kServe ? 0 : -1; }
-
 /// What keeps a channel's device from being seen.
-int viewCode(const Section &channel) {
-  if (channel.get(keys::exists) == 0) return kUnplugged;
-  if (channel.get(keys::conflictch) != kNone) return kConflict;
-  if (channel.get(keys::slot_switch) == 0) return kSwitchedOff;
-  if (channel.get(keys::vnode) != kNone) return kServe;
-  return channel.get(keys::anode) == kNone ? kNoVideo : kAudioOnly;
+ViewCode viewCode(const Section &channel) {
+  if (channel.get(keys::exists) == 0) return ViewCode::unplugged;
+  if (channel.get(keys::conflictch) != kNone) return ViewCode::conflict;
+  if (channel.get(keys::slot_switch) == 0) return ViewCode::switched_off;
+  if (channel.get(keys::vnode) != kNone) return ViewCode::serve;
+  return channel.get(keys::anode) == kNone ? ViewCode::no_video : ViewCode::audio_only;
 }
 
 /// What keeps a viewer with that token from seeing it.
-int shareCode(const Section &channel, const char *token) {
-  const int code = viewCode(channel);
-  if (code != kServe) return code;
-  if (channel.get(keys::shrenable) == 0) return kNotShared;
+ViewCode shareCode(const Section &channel, const char *token) {
+  const ViewCode code = viewCode(channel);
+  if (code != ViewCode::serve) return code;
+  if (channel.get(keys::shrenable) == 0) return ViewCode::not_shared;
   char stored[64];
   channel.get(keys::token, stored);
-  return isSame(stored, token) ? kServe : kWrongToken;
+  return isSame(stored, token) ? ViewCode::serve : ViewCode::wrong_token;
 }
 
 bool holdsShareId(const Section &channel, const TextPath &key, const char *ssid) {
@@ -50,39 +36,34 @@ bool holdsShareId(const Section &channel, const TextPath &key, const char *ssid)
 }
 
 }  // namespace
+
+int profileOfShareId(const char *ssid) {
+  const ConfigReader config;
+  if (!config) return kNone;
+  for (int i = 0; i < kChannels; ++i) {
+    const Section channel = config.channel(i);
+    if (holdsShareId(channel, keys::ssid, ssid)) return channel.get(keys::profile);
+  }
+  return kNone;
+}
+
+bool checkLiveView(int profile, ViewCode &code) {
+  const int channel = channelOfProfile(profile);
+  if (channel == kNone) return false;
+  const ConfigReader config;
+  code = config ? viewCode(config.channel(channel)) : ViewCode::no_video;
+  return true;
+}
+
+ViewCode checkViewer(const char *ssid, const char *token, int &profile) {
+  const ConfigReader config;
+  if (!config) return ViewCode::no_video;
+  for (int i = 0; i < kChannels; ++i) {
+    const Section channel = config.channel(i);
+    profile = channel.get(keys::profile);
+    if (profile != kNone && holdsShareId(channel, kViewerSsid, ssid)) return shareCode(channel, token);
+  }
+  return ViewCode::unknown_link;
+}
+
 }  // namespace usbdev
-
-int vl_check_share_link_ssid(const char *ssid) {
-  if (ssid == nullptr) return -1;
-  const usbdev::ConfigReader config;
-  if (!config) return -1;
-  for (int i = 0; i < usbdev::kChannels; ++i) {
-    const usbdev::Section &channel = config.channel(i);
-    if (usbdev::holdsShareId(channel, usbdev::keys::ssid, ssid)) return channel.get(usbdev::keys::profile);
-  }
-  return -1;
-}
-
-int vl_validate_chliveview(int profile, int *code) {
-  if (code == nullptr) return -1;
-  const int channel = usbdev::channelOfProfile(profile);
-  if (channel == usbdev::kNone) return -1;
-  const usbdev::ConfigReader config;
-  *code = config ? usbdev::viewCode(config.channel(channel)) : usbdev::kNoVideo;
-  return usbdev::outcome(*code);
-}
-
-int vl_ssid_auth(const char *ssid, const char *token, int *profile, int *code) {
-  if (ssid == nullptr || token == nullptr || profile == nullptr || code == nullptr) return -1;
-  const usbdev::ConfigReader config;
-  *code = config ? usbdev::kUnknownLink : usbdev::kNoVideo;
-  for (int i = 0; config && i < usbdev::kChannels; ++i) {
-    const usbdev::Section &channel = config.channel(i);
-    *profile = channel.get(usbdev::keys::profile);
-    if (*profile == usbdev::kNone) continue;
-    if (!usbdev::holdsShareId(channel, usbdev::kViewerSsid, ssid)) continue;
-    *code = usbdev::shareCode(channel, token);
-    break;
-  }
-  return usbdev::outcome(*code);
-}

@@ -1,9 +1,7 @@
-// The links by which a profile's live stream is shared.
-#include <usbdev/web.h>
+#include "web/share_links.h"
 
 #include <cstring>
 
-#include "core/config.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "web/link_ids.h"
@@ -28,7 +26,7 @@ struct StoredLink {
 bool readStoredLink(int channel, ShareLinkInfo &info, StoredLink &stored) {
   const ConfigReader config;
   if (!config) return false;
-  const Section &section = config.channel(channel);
+  const Section section = config.channel(channel);
   section.get(keys::ssid, info.ssid);
   section.get(keys::hash_string, stored.hash_string);
   section.get(keys::shrpwd, stored.shrpwd);
@@ -59,8 +57,8 @@ bool saveWithLink(WriterOverCommands &config, const LinkIdentifiers &link) {
   return false;
 }
 
-/// The whole fields, so that nothing of what stood there before is left behind the texts.
-void tell(ShareLinkInfo &info, const LinkIdentifiers &link) {
+/// Copies the whole fields, so that nothing of what stood there before is left after the texts.
+void report(ShareLinkInfo &info, const LinkIdentifiers &link) {
   static_assert(sizeof info.ssid == sizeof link.ssid && sizeof info.token == sizeof link.token &&
                 sizeof info.hash_string == sizeof link.hash_string);
   std::memcpy(info.ssid, link.ssid, sizeof info.ssid);
@@ -74,83 +72,78 @@ void setProtection(const Section &section, const ShareLinkInfo &info, const char
   section.set(keys::shrpwd, password);
 }
 
-/// Removes the link that a section of the file names.
-int removeStoredLink(const char *section) {
+}  // namespace
+
+bool setShareLink(ShareLinkInfo &info) {
+  const int channel = channelOfProfile(info.profile);
+  if (channel == kNone) return false;
+  StoredLink stored;
+  if (!readStoredLink(channel, info, stored)) return false;
+
+  char password[sizeof info.shrpwd];
+  copyText(password, info.shrpwd);
+  const bool enabled = info.shrenable != 0;
+  const bool has_ssid = info.ssid[0] != '\0';
+  const bool stays = enabled && has_ssid && isSame(password, stored.shrpwd);
+  const bool gets_link = enabled && !stays;
+  LinkIdentifiers link;
+  if (gets_link && !makeIdentifiers(info.ssid, link)) return false;
+
+  {
+    WriterOverCommands config;
+    if (!config) return false;
+    const Section section = config.channel(channel);
+    setProtection(section, info, password);
+    if (!stays) removeStreamLink(stored.hash_string);
+    if (!enabled) withdrawShareLink(section);
+    if (gets_link) publish(section, info.profile, link, !has_ssid);
+    if (!saveWithLink(config, link)) return false;
+  }
+  if (gets_link) report(info, link);
+  return true;
+}
+
+bool readShareLink(ShareLinkInfo &info) {
+  const int channel = channelOfProfile(info.profile);
+  if (channel == kNone) return false;
+  const ConfigReader config;
+  if (!config) return false;
+  const Section section = config.channel(channel);
+  section.get(keys::profilename, info.profilename);
+  info.shrenable = section.get(keys::shrenable);
+  section.get(keys::ssid, info.ssid);
+  info.pwdenable = section.get(keys::pwdenable);
+  section.get(keys::shrpwd, info.shrpwd);
+  section.get(keys::token, info.token);
+  section.get(keys::hash_string, info.hash_string);
+  return true;
+}
+
+bool renewShareLink(ShareLinkInfo &info) {
+  const int channel = channelOfProfile(info.profile);
+  if (channel == kNone) return false;
+  removePublicLink(channelName(channel));  // the new link is made whether or not the old one went
+  LinkIdentifiers link;
+  if (!makeIdentifiers("", link)) return false;
+  {
+    WriterOverCommands config;
+    if (!config) return false;
+    publish(config.channel(channel), info.profile, link, true);
+    if (!saveWithLink(config, link)) return false;
+  }
+  report(info, link);
+  return true;
+}
+
+bool removePublicLink(const char *section) {
   char name[kLinkNameSize];
   {
     const ConfigReader config;
-    if (!config) return -1;
+    if (!config) return false;
     config.section(section).get(keys::hash_string, name);
   }
   removeStreamLink(name);
-  return 0;
+  return true;
 }
 
-}  // namespace
 }  // namespace usbdev
-
-int vl_set_share_link(ShareLinkInfo *info) {
-  if (info == nullptr) return -1;
-  const int channel = usbdev::channelOfProfile(info->profile);
-  if (channel == usbdev::kNone) return -1;
-  usbdev::StoredLink stored;
-  if (!usbdev::readStoredLink(channel, *info, stored)) return -1;
-
-  char password[sizeof info->shrpwd];
-  usbdev::copyText(password, info->shrpwd);
-  const bool enabled = info->shrenable != 0;
-  const bool has_ssid = info->ssid[0] != '\0';
-  const bool stays = enabled && has_ssid && usbdev::isSame(password, stored.shrpwd);
-  const bool gets_link = enabled && !stays;
-  usbdev::LinkIdentifiers link;
-  if (gets_link && !usbdev::makeIdentifiers(info->ssid, link)) return -1;
-
-  {
-    usbdev::WriterOverCommands config;
-    if (!config) return -1;
-    const usbdev::Section &section = config.channel(channel);
-    usbdev::setProtection(section, *info, password);
-    if (!stays) usbdev::removeStreamLink(stored.hash_string);
-    if (!enabled) usbdev::withdrawShareLink(section);
-    if (gets_link) usbdev::publish(section, info->profile, link, !has_ssid);
-    if (!usbdev::saveWithLink(config, link)) return -1;
-  }
-  if (gets_link) usbdev::tell(*info, link);
-  return 0;
-}
-
-int vl_get_share_link(ShareLinkInfo *info) {
-  if (info == nullptr) return -1;
-  const int channel = usbdev::channelOfProfile(info->profile);
-  if (channel == usbdev::kNone) return -1;
-  const usbdev::ConfigReader config;
-  if (!config) return -1;
-  const usbdev::Section &section = config.channel(channel);
-  section.get(usbdev::keys::profilename, info->profilename);
-  info->shrenable = section.get(usbdev::keys::shrenable);
-  section.get(usbdev::keys::ssid, info->ssid);
-  info->pwdenable = section.get(usbdev::keys::pwdenable);
-  section.get(usbdev::keys::shrpwd, info->shrpwd);
-  section.get(usbdev::keys::token, info->token);
-  section.get(usbdev::keys::hash_string, info->hash_string);
-  return 0;
-}
-
-int vl_renew_share_link(ShareLinkInfo *info) {
-  if (info == nullptr) return -1;
-  const int channel = usbdev::channelOfProfile(info->profile);
-  if (channel == usbdev::kNone) return -1;
-  usbdev::removeStoredLink(usbdev::channelName(channel));  // the new link is made whether or not the old one went
-  usbdev::LinkIdentifiers link;
-  if (!usbdev::makeIdentifiers("", link)) return -1;
-  {
-    usbdev::WriterOverCommands config;
-    if (!config) return -1;
-    usbdev::publish(config.channel(channel), info->profile, link, true);
-    if (!usbdev::saveWithLink(config, link)) return -1;
-  }
-  usbdev::tell(*info, link);
-  return 0;
-}
-
-int remove_hash_link(const char *section) { return section == nullptr ? -1 : usbdev::removeStoredLink(section); }

@@ -1,26 +1,20 @@
-// Reading from and writing to a socket that may be slow.
+#include "web/sockets.h"
+
 #include <sys/select.h>
 #include <sys/socket.h>
-#include <usbdev/web.h>
 
 #include <cstdio>
-#include <cstring>
 
 namespace usbdev {
 namespace {
 
 constexpr time_t kPatience = 120;  // seconds
 
-constexpr int kSelectFailed = -1;
-constexpr int kTimedOut = -2;
-constexpr int kTransferFailed = -3;
-constexpr int kNotFlagged = -4;
-
 struct Messages {
-  const char *select_failed;
+  const char *cannot_wait;
   const char *timed_out;
-  const char *not_flagged;
-  const char *transfer_failed;
+  const char *not_ready;
+  const char *cannot_transfer;
 };
 
 constexpr Messages kReading{"sock_read: select:error\n", "socket_read: timeout\n",
@@ -28,43 +22,43 @@ constexpr Messages kReading{"sock_read: select:error\n", "socket_read: timeout\n
 constexpr Messages kWriting{"socket write: select: error\n", "socket write: timeout\n",
                             "socket write: error: case not handled.", "socket write: error send()ing request:\n"};
 
-int fail(int code, const char *message) {
+SocketResult fail(SocketResult result, const char *message) {
   std::fputs(message, stderr);
-  return code;
+  return result;
 }
 
-/// 0 when the socket is ready, else the failure, which has been told.
-int waitUntilReady(int sock, const Messages &direction) {
-  if (sock < 0 || sock >= FD_SETSIZE) return fail(kSelectFailed, direction.select_failed);
+SocketResult waitUntilReady(int sock, const Messages &direction) {
+  if (sock < 0 || sock >= FD_SETSIZE) return fail(SocketResult::cannot_wait, direction.cannot_wait);
   fd_set watched;
   FD_ZERO(&watched);
   FD_SET(sock, &watched);
   timeval patience{kPatience, 0};
   const bool reading = &direction == &kReading;
   const int ready = select(sock + 1, reading ? &watched : nullptr, reading ? nullptr : &watched, nullptr, &patience);
-  if (ready < 0) return fail(kSelectFailed, direction.select_failed);
-  if (ready == 0) return fail(kTimedOut, direction.timed_out);
-  return FD_ISSET(sock, &watched) ? 0 : fail(kNotFlagged, direction.not_flagged);
+  if (ready < 0) return fail(SocketResult::cannot_wait, direction.cannot_wait);
+  if (ready == 0) return fail(SocketResult::timed_out, direction.timed_out);
+  return FD_ISSET(sock, &watched) ? SocketResult::done : fail(SocketResult::not_ready, direction.not_ready);
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int socket_read(int sock, char *buf, int len) {
-  if (buf == nullptr || len < 0) return -1;
-  const int waited = usbdev::waitUntilReady(sock, usbdev::kReading);
-  if (waited != 0) return waited;
-  const ssize_t got = recv(sock, buf, static_cast<std::size_t>(len), 0);
-  if (got < 0) return usbdev::fail(usbdev::kTransferFailed, usbdev::kReading.transfer_failed);
-  buf[got] = '\0';
-  return static_cast<int>(got);
+SocketResult receiveText(int sock, TextBuffer out, int &count) {
+  const SocketResult waited = waitUntilReady(sock, kReading);
+  if (waited != SocketResult::done) return waited;
+  const ssize_t got = recv(sock, out.start, out.size - 1, 0);
+  if (got < 0) return fail(SocketResult::cannot_transfer, kReading.cannot_transfer);
+  out.start[got] = '\0';
+  count = static_cast<int>(got);
+  return SocketResult::done;
 }
 
-int socket_write(int sock, const char *text) {
-  if (text == nullptr) return -1;
-  const int waited = usbdev::waitUntilReady(sock, usbdev::kWriting);
-  if (waited != 0) return waited;
+SocketResult sendText(int sock, const char *text, int &count) {
+  const SocketResult waited = waitUntilReady(sock, kWriting);
+  if (waited != SocketResult::done) return waited;
   const ssize_t sent = send(sock, text, std::strlen(text), MSG_NOSIGNAL);
-  if (sent < 0) return usbdev::fail(usbdev::kTransferFailed, usbdev::kWriting.transfer_failed);
-  return static_cast<int>(sent);
+  if (sent < 0) return fail(SocketResult::cannot_transfer, kWriting.cannot_transfer);
+  count = static_cast<int>(sent);
+  return SocketResult::done;
 }
+
+}  // namespace usbdev

@@ -1,4 +1,4 @@
-#include <usbdev/web.h>
+#include "web/url_encoding.h"
 
 #include <cstring>
 
@@ -20,20 +20,21 @@ const char *escapeOf(char c) {
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int url_encode(char *out, const char *in, int len) {
-  if (out == nullptr || in == nullptr) return 0;
+std::size_t encodeUrl(const char *in, int length, char *out) {
+  char *end = out;
   bool in_query = false;
-  for (int i = 0; i < len; ++i) {
-    const char *const escape = in_query ? usbdev::escapeOf(in[i]) : nullptr;
+  for (int i = 0; i < length; ++i) {
+    const char *const escape = in_query ? escapeOf(in[i]) : nullptr;
     if (escape != nullptr) {
-      std::memcpy(out, escape, 3);
-      out += 3;
+      std::memcpy(end, escape, 3);
+      end += 3;
     } else {
-      *out++ = in[i];
+      *end++ = in[i];
     }
     in_query = in_query || in[i] == '?';
   }
-  return 0;
+  return static_cast<std::size_t>(end - out);
 }
+
+}  // namespace usbdev
