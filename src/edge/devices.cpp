@@ -1,7 +1,6 @@
 #include <usbdev/devices.h>
 
 #include <algorithm>
-#include <iterator>
 
 #include "core/profile_mapping.h"
 #include "core/text.h"
@@ -117,7 +116,7 @@ int syncConflict(int *states) {
   usbdev::ConflictTasks tasks;
   std::transform(states, states + usbdev::kChannels, tasks, [](int code) { return usbdev::ConflictTask{code}; });
   const bool done = usbdev::recomputeConflicts(host, tasks);
-  std::transform(std::begin(tasks), std::end(tasks), states,
+  std::transform(tasks, tasks + usbdev::kChannels, states,
                  [](usbdev::ConflictTask task) { return static_cast<int>(task); });
   return done ? 0 : -1;
 }
