@@ -1,7 +1,5 @@
-// What the pages tell about the host and its packages.
-#include <usbdev/hostinfo.h>
+#include "hostinfo/host_information.h"
 
-#include "core/host_queries.h"
 #include "core/lines.h"
 #include "core/shell_text.h"
 #include "core/text.h"
@@ -11,9 +9,7 @@ namespace {
 
 using Answer = char[127];
 
-constexpr std::size_t kVersionSize = 256;
-
-/// False when the package registry says nothing, or the name could not be asked for.
+/// False when the package registry answers nothing, or the name could not be asked for.
 bool askRegistry(const char *package, const char *key, Answer &answer) {
   char command[256];
   if (!isSafeWord(package) || !formatText(command, "/sbin/readcfg %s %s -f /etc/config/bndl.conf", package, key)) {
@@ -31,28 +27,22 @@ void askFor(const char *package, const char *key, TextBuffer field) {
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int vl_get_nas_HTTPport(int *port) {
-  if (port == nullptr) return -1;
+HostSetting readWebPort(int &port) {
   char value[256];
-  const usbdev::HostSetting setting = usbdev::copyHostSetting("Web Access Port", value);
-  if (setting == usbdev::HostSetting::found) *port = usbdev::toInt(value);
-  return setting == usbdev::HostSetting::unreadable ? -1 : 0;
+  const HostSetting setting = copyHostSetting("Web Access Port", value);
+  if (setting == HostSetting::found) port = toInt(value);
+  return setting;
 }
 
-int vl_get_nas_version(char *version) {
-  if (version == nullptr) return -1;
-  const usbdev::HostSetting setting = usbdev::copyHostSetting("Version", {version, usbdev::kVersionSize});
-  return setting == usbdev::HostSetting::unreadable ? -1 : 0;
+HostSetting readHostVersion(TextBuffer version) { return copyHostSetting("Version", version); }
+
+void readPackage(const char *package, BndlInfo &info) {
+  askFor(package, "Version", info.version);
+  askFor(package, "Build", info.build);
+  askFor(package, "Install_Path", info.install_path);
+  Answer enabled = "";
+  info.enabled = askRegistry(package, "Enable", enabled) && isSame(enabled, "TRUE") ? 1 : 0;
 }
 
-int vl_get_bndl_info(const char *package, BndlInfo *info) {
-  if (package == nullptr || info == nullptr) return 0;
-  usbdev::askFor(package, "Version", info->version);
-  usbdev::askFor(package, "Build", info->build);
-  usbdev::askFor(package, "Install_Path", info->install_path);
-  usbdev::Answer enabled = "";
-  info->enabled = usbdev::askRegistry(package, "Enable", enabled) && usbdev::isSame(enabled, "TRUE") ? 1 : 0;
-  return 0;
-}
+}  // namespace usbdev

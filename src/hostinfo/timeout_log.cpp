@@ -1,12 +1,12 @@
-// Time-out counters, one per profile, that any process of the host may add to and read.
+#include "hostinfo/timeout_log.h"
+
 #include <sys/shm.h>
-#include <usbdev/hostinfo.h>
 
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 
-#include "core/profile_mapping.h"
+#include "core/channel_keys.h"
 
 namespace usbdev {
 namespace {
@@ -16,35 +16,33 @@ using Counters = std::uint32_t[kProfiles];
 static_assert(sizeof(Counters) == 16);
 
 }  // namespace
-}  // namespace usbdev
 
-int vl_create_log_shm(void) {
-  const int found = shmget(usbdev::kSegmentKey, 0, 0);
-  return found != -1 ? found : shmget(usbdev::kSegmentKey, sizeof(usbdev::Counters), IPC_CREAT | 0666);
+int findTimeoutCounters() {
+  const int found = shmget(kSegmentKey, 0, 0);
+  return found != -1 ? found : shmget(kSegmentKey, sizeof(Counters), IPC_CREAT | 0666);
 }
 
-void *vl_attach_log_shm(int id) {
+void *attachTimeoutCounters(int id) {
   void *const address = shmat(id, nullptr, 0);
   return reinterpret_cast<std::intptr_t>(address) == -1 ? nullptr : address;
 }
 
-void vl_log_shm_init(void *address) {
-  if (address != nullptr) std::memset(address, 0, sizeof(usbdev::Counters));
-}
+void clearTimeoutCounters(void *counters) { std::memset(counters, 0, sizeof(Counters)); }
 
-int vl_add_shm_timeout_log(int index) {
-  if (!usbdev::isProfile(index)) return -1;
-  const int segment = vl_create_log_shm();
+bool countTimeout(int profile) {
+  const int segment = findTimeoutCounters();
   if (segment == -1) {
     std::perror("shmget");
-    return -1;
+    return false;
   }
-  void *const address = vl_attach_log_shm(segment);
+  void *const address = attachTimeoutCounters(segment);
   if (address == nullptr) {
     std::perror("shmat");
-    return -1;
+    return false;
   }
-  static_cast<std::uint32_t *>(address)[index] += 1;
+  static_cast<std::uint32_t *>(address)[profile] += 1;
   shmdt(address);
-  return 0;
+  return true;
 }
+
+}  // namespace usbdev
