@@ -2,6 +2,9 @@
 
 namespace usbdev {
 
+// Here, so that the ten of them are not set up anew in the code of everyone who reads them.
+ChannelSnapshot::ChannelSnapshot() = default;
+
 void readForComparing(const OpenConfig &config, ChannelSnapshots &channels) {
   for (int i = 0; i < kChannels; ++i) {
     const Section section = config.channel(i);

@@ -23,6 +23,8 @@ struct ChannelSnapshot {
   char hlspath[64] = "";
   char share_link[64] = "";  // the name of the enabled share link
 
+  ChannelSnapshot();
+
   bool hasCamera() const { return exists != 0 && vnode != kNone; }
   bool hasUnparkedCamera() const { return hasCamera() && conflictch == kNone; }
 };
