@@ -1,5 +1,5 @@
 // Every key of a channel in the configuration file: its path, what a missing key usually reads as, and the size that
-// its text is read into. A reader whose default or size differs on purpose says so at the call.
+// its text is read into. A reader whose default or size differs on purpose names it at the call.
 #pragma once
 
 namespace usbdev {

@@ -31,7 +31,7 @@ struct ChannelSnapshot {
 
 using ChannelSnapshots = ChannelSnapshot[kChannels];
 
-/// The value of `exists` in a channel that was never configured, for the readers that tell it from a removed device.
+/// The value of `exists` in a channel that was never configured, for the readers to which it is not a removed device.
 constexpr int kNeverConfigured = -1;
 
 /// For the operations that compare the channels with each other: everything but the links.

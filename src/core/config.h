@@ -107,7 +107,7 @@ class WriterOverCommands : public ConfigWriter {
   using ConfigWriter::ConfigWriter;
 };
 
-/// The file in which the stream manager tells which profiles it serves.
+/// The file in which the stream manager reports which profiles it serves.
 class ProfileStateWriter : public WriteSession {
  public:
   ProfileStateWriter() : WriteSession(kProfileStateFile, OpenFailure::usual) {}

@@ -31,7 +31,7 @@ bool askPackageRegistry(const char *package, const char *field, TextBuffer value
 bool isProcessorOtherThanIntel() {
   char command[128];
   formatText(command, "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > %s", kProcessorFile);
-  static_cast<void>(std::system(command) == 0);  // the file tells
+  static_cast<void>(std::system(command) == 0);  // the file shows
   FileLines file(kProcessorFile);
   return file && !file.skipTo("GenuineIntel");
 }

@@ -20,7 +20,7 @@ class Lines {
   /// Reads on to the first line, or piece of a line, with a text in it; false when none has.
   bool skipTo(const char *part);
 
-  /// The number in the first 127 bytes of the next line; another one where there is no line.
+  /// The number in the first 127 bytes of the next line; `otherwise` where there is no line.
   int nextNumber(int otherwise);
 
   /// Gives the stream up unclosed, for the readers that are meant to leave theirs open.

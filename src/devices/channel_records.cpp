@@ -56,7 +56,7 @@ constexpr Number<_streaminfo> kStream[] = {
     {&_streaminfo::volume, keys::volume},
 };
 
-// Preset by both, read of a slot; of a profile its reader knows them.
+// Preset by both, read for a port; the reader of a profile knows them.
 constexpr Number<_streaminfo> kSlotStream[] = {
     {&_streaminfo::slot_switch, kSlotSwitchOn},
     {&_streaminfo::vprofile, keys::profile},

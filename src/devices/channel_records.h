@@ -11,7 +11,7 @@ namespace usbdev {
 /// A row of the availability queries.
 void readAvailable(const Section &channel, _availinfo &row);
 
-/// What the slot of a channel streams. The presets are what missing keys read as.
+/// What the device in a port streams. The presets are what missing keys read as.
 void presetSlotStream(_streaminfo &info);
 void readSlotStream(const Section &channel, _streaminfo &info);
 

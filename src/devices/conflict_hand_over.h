@@ -13,13 +13,14 @@ enum class HandOverMode { release_only, hand_over, on_plug, and_park };
 /// released channel wait too); any other code only releases.
 HandOverMode handOverModeOf(int code);
 
-/// Lets the channels that wait for a channel go, to wait for `parked_behind` from now on (kNone: for nobody), and
+/// Releases the channels that wait for a channel, which makes them wait for `parked_behind` (kNone: for nobody), and
 /// chooses the one that takes over. False when the file cannot be opened or stored; successor_profile is set in any
 /// case, to kNone without a successor.
 bool handOverConflict(HostAnswers &host, int channel, int parked_behind, HandOverMode mode, int &successor_profile);
 
-/// What follows once a channel has come or gone: one that went and did not wait itself hands over; one that came and
-/// has to wait settles it on a one-channel host. The profile of the channel that took over; kNone for none.
+/// What follows once a channel's device has come or gone: one that went and did not wait itself hands over; one that
+/// came and has to wait makes a one-channel host choose anew. The profile of the channel that took over; kNone for
+/// none.
 int followUpConflict(HostAnswers &host, int channel, bool came, int stored_conflict, int parked_behind);
 
 }  // namespace usbdev

@@ -78,7 +78,7 @@ bool findConflict(HostAnswers &host, int channel, int &found) {
   ConflictTest test(host, channels[channel].usbslot, channels[channel].vnode);
   for (int i = 0; i < kChannels; ++i) {
     const ChannelSnapshot &other = channels[i];
-    // Unlike everywhere else, a slot whose switch was never stored counts as switched on here.
+    // Unlike everywhere else, a port whose switch was never stored counts as switched on here.
     const bool active = other.hasUnparkedCamera() && other.profile != kNone && other.switched_on;
     if (i == channel || !active || !test.conflictsWith(other.usbslot, other.vnode)) continue;
     found = i;

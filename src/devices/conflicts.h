@@ -7,7 +7,7 @@
 namespace usbdev {
 
 /// A device whose conflicts are tested: its port and the bridges that stand for its node. The nodes are asked in
-/// order, the first one that is behind a bridge counts.
+/// order, the first one that has a bridge above it counts.
 class ConflictTest {
  public:
   ConflictTest(HostAnswers &host, const char *slot, int vnode);
@@ -26,8 +26,8 @@ class ConflictTest {
   int nodes_[kChannels + 1];
 };
 
-/// The same test for a caller that knows its own bridge, null where there is none. The other slot is cut to its root
-/// port.
+/// The same test for a caller that knows its own bridge, null where there is none. Cuts the other port's name to its
+/// root port.
 bool conflictsOnBridge(HostAnswers &host, char *other_slot, const char *slot, int other_vnode, const char *own_bridge);
 
 /// One mark for each channel.

@@ -64,7 +64,7 @@ void FormatListing::takeIndex(const char *value) {
 
 void FormatListing::takePixelFormat(const char *value) {
   format_ = nullptr;
-  // The code stands behind a quote character, as in 'MJPG'.
+  // The code stands after a quote character, as in 'MJPG'.
   const char *code = value[0] == '\0' ? value : value + 1;
   if (startsWith(code, "MJPG")) {
     openFormat(Codec::mjpeg);

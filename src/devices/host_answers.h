@@ -16,7 +16,7 @@ class HostAnswers {
   /// May the host encode pictures in hardware?
   bool mayEncode();
 
-  /// The path of the PCI device that a node's USB controller sits on; null when the node is behind no PCI bridge.
+  /// The path of the PCI device that a node's USB controller sits on; null when no PCI bridge leads to the node.
   const char *bridgeOf(int vnode);
 
  private:
