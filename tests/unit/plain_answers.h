@@ -1,0 +1,21 @@
+// A host whose answers are plain values.
+#ifndef UNIT_PLAIN_ANSWERS_H
+#define UNIT_PLAIN_ANSWERS_H
+
+#include <map>
+#include <string>
+
+namespace usbdev {
+
+struct PlainAnswers {
+  bool one_channel_limited = false;
+  bool may_encode = false;
+  std::map<int, std::string> bridges;  // by video node
+};
+
+/// What HostAnswers answers.
+inline PlainAnswers plain_answers;
+
+}  // namespace usbdev
+
+#endif

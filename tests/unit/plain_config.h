@@ -1,0 +1,19 @@
+// An open configuration of plain values: what the library reads from it, and what it has set.
+#ifndef UNIT_PLAIN_CONFIG_H
+#define UNIT_PLAIN_CONFIG_H
+
+#include <map>
+#include <string>
+
+#include "core/config.h"
+
+namespace usbdev {
+
+/// By path, as "ch3/exists" or "ch3/video/vnode".
+using PlainConfig = std::map<std::string, std::string>;
+
+inline OpenConfig opened(PlainConfig &config) { return OpenConfig(&config); }
+
+}  // namespace usbdev
+
+#endif
