@@ -47,7 +47,7 @@ bool writeAssignment(int target, int profile, const NewLink &link, const Channel
   if (!config) return false;
   char now[kTimeTextSize];
   formatLocalTime(now);
-  const Section &channel = config.channel(target);
+  const Section channel = config.channel(target);
   channel.set(keys::profile, profile);
   channel.set(keys::createtime, now);
   channel.set(keys::vtag, link.tag);
@@ -62,7 +62,7 @@ bool writeAssignment(int target, int profile, const NewLink &link, const Channel
 bool writeCleared(int channel_number) {
   ConfigWriter config;
   if (!config) return false;
-  const Section &channel = config.channel(channel_number);
+  const Section channel = config.channel(channel_number);
   writeUnbound(channel);
   channel.set(keys::vtag, "");
   channel.set(keys::spsstate, 0);
@@ -116,7 +116,7 @@ bool clearProfile(int profile, const char *client_ip, EventCode code) {
   {
     const ConfigReader config;
     if (!config) return false;
-    const Section &channel = config.channel(channel_number);
+    const Section channel = config.channel(channel_number);
     notification.vnode = channel.get(keys::vnode);
     notification.anode = channel.get(keys::anode);
     channel.get(keys::hash_string, share_link);

@@ -1,4 +1,6 @@
-#include <usbdev/profiles.h>
+#include "profiles/frame_rates.h"
+
+#include "profiles/capabilities.h"
 
 namespace usbdev {
 namespace {
@@ -18,26 +20,29 @@ const _usbres_des *findSize(const _usbfmt_des &format, int width, int height) {
 }
 
 /// The first listed rate that is not above the requested one, else the last listed. The list keeps the camera's order.
-void chooseRate(const _usbres_des &size, float requested, float *chosen) {
+void chooseListed(const _usbres_des &size, float requested, float &chosen) {
   for (int i = 0; i < size.fps_count; ++i) {
     if (requested - size.fps[i] >= 0 || i == size.fps_count - 1) {
-      *chosen = size.fps[i];
+      chosen = size.fps[i];
       return;
     }
   }
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int findclosedFPS(int profile, const _streaminfo *request, float *chosen_fps) {
-  if (request == nullptr || chosen_fps == nullptr) return -1;
-  _usbfmt_des formats[USBDEV_FORMATS] = {};
-  const int count = vl_get_usbchn_cap(profile, formats);
-  const _usbfmt_des *const format = usbdev::findFormat(formats, count, request->vcodec);
-  if (format == nullptr) return -1;
-  const _usbres_des *const size = usbdev::findSize(*format, request->width, request->height);
-  if (size == nullptr) return -1;
-  if (request->framerate > 0) usbdev::chooseRate(*size, request->framerate, chosen_fps);
-  return 0;
+bool chooseRate(const _usbfmt_des *formats, int count, const _streaminfo &request, float &chosen) {
+  const _usbfmt_des *const format = findFormat(formats, count, request.vcodec);
+  if (format == nullptr) return false;
+  const _usbres_des *const size = findSize(*format, request.width, request.height);
+  if (size == nullptr) return false;
+  if (request.framerate > 0) chooseListed(*size, request.framerate, chosen);
+  return true;
 }
+
+bool findRate(int profile, const _streaminfo &request, float &chosen) {
+  _usbfmt_des formats[USBDEV_FORMATS] = {};
+  return chooseRate(formats, listProfileFormats(profile, formats), request, chosen);
+}
+
+}  // namespace usbdev

@@ -1,50 +1,50 @@
-#include <usbdev/profiles.h>
+#include "profiles/information.h"
 
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/channel_records.h"
 #include "devices/stream_type.h"
 
-int vl_get_profile_info(int profile, _profile_info *info) {
-  using namespace usbdev;
-  if (info == nullptr) return -1;
-  presetProfile(*info);
+namespace usbdev {
+
+bool readProfileInfo(int profile, _profile_info &info) {
+  presetProfile(info);
   const int channel = channelOfProfile(profile);
-  if (channel == kNone) return -1;
+  if (channel == kNone) return false;
   const ConfigReader config;
-  if (!config) return -1;
-  const Section &section = config.channel(channel);
-  readProfile(section, *info);
-  info->stream_type = static_cast<int>(readStreamType(section));
-  return 0;
+  if (!config) return false;
+  const Section section = config.channel(channel);
+  readProfile(section, info);
+  info.stream_type = static_cast<int>(readStreamType(section));
+  return true;
 }
 
-int vl_get_profileID(int channel) {
-  const usbdev::ConfigReader config;
-  if (!config) return -1;
+int profileOfChannel(int channel) {
+  const ConfigReader config;
+  if (!config) return kNone;
   char name[16];
-  usbdev::formatText(name, "ch%d", channel);  // any number makes a name
-  return config.section(name).get(usbdev::keys::profile);
+  formatText(name, "ch%d", channel);
+  return config.section(name).get(keys::profile);
 }
 
-int vl_get_stream_info(int profile, _streaminfo *info) {
-  using namespace usbdev;
-  if (info == nullptr) return -1;
-  info->stream_type = static_cast<int>(StreamType::none);
-  presetProfileStream(*info);
+StreamAccess readStreamInfo(int profile, _streaminfo &info) {
+  info.stream_type = static_cast<int>(StreamType::none);
+  presetProfileStream(info);
   const int channel = channelOfProfile(profile);
-  if (channel == kNone) return -1;
+  if (channel == kNone) return StreamAccess::no_channel;
   const ConfigReader config;
-  if (!config) return -1;
-  const Section &section = config.channel(channel);
-  info->slot_switch = section.get(keys::slot_switch, 1);  // set also when the channel is refused
-  if (section.get(keys::exists) == 0) return -2;
-  if (section.get(keys::conflictch) != kNone) return -3;
-  if (info->slot_switch == 0) return -4;
-  readProfileStream(section, *info);
-  info->vprofile = info->aprofile = profile;
+  if (!config) return StreamAccess::no_channel;
+  const Section section = config.channel(channel);
+  info.slot_switch = section.get(keys::slot_switch, 1);  // set also when the channel is refused
+  if (section.get(keys::exists) == 0) return StreamAccess::unplugged;
+  if (section.get(keys::conflictch) != kNone) return StreamAccess::conflict;
+  if (info.slot_switch == 0) return StreamAccess::switched_off;
+  readProfileStream(section, info);
+  info.vprofile = info.aprofile = profile;
   // Audio that is switched off does not count.
-  const int anode = info->aenable == 0 ? kNone : info->anode;
-  info->stream_type = static_cast<int>(streamTypeOf(info->vnode, anode));
-  return 0;
+  const int anode = info.aenable == 0 ? kNone : info.anode;
+  info.stream_type = static_cast<int>(streamTypeOf(info.vnode, anode));
+  return StreamAccess::read;
 }
+
+}  // namespace usbdev

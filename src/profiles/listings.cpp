@@ -1,6 +1,4 @@
-#include <usbdev/profiles.h>
-
-#include <cstring>
+#include "profiles/listings.h"
 
 #include "core/profile_mapping.h"
 #include "core/text.h"
@@ -11,18 +9,16 @@
 namespace usbdev {
 namespace {
 
-/// Profile ids as text, each with a comma in front of it, cut at 15 characters.
-class ProfileList {
+/// Profile ids, each with a comma before it, cut at 15 characters.
+class ProfileIds {
  public:
   void add(int profile) { appendNumber(text_, ",%d", profile); }
 
-  /// Gives the ids and commas behind the first comma and no terminator, as callers expect it; of no ids nothing.
-  void giveTo(char *out) const {
-    if (text_[0] != '\0') std::memcpy(out, text_ + 1, std::strlen(text_ + 1));
-  }
+  /// Gives what follows the first comma.
+  void giveTo(ProfileList &list) const { copyText(list, text_[0] == '\0' ? text_ : text_ + 1); }
 
  private:
-  char text_[16] = "";
+  char text_[sizeof(ProfileList)] = "";
 };
 
 /// The camera is asked last, and only when nothing else settles it.
@@ -36,68 +32,59 @@ bool canStream(HostAnswers &host, const Section &channel) {
 }
 
 }  // namespace
-}  // namespace usbdev
 
-int vl_get_available_profile(char *out) {
-  using namespace usbdev;
-  if (out == nullptr) return -1;
+bool listFreeProfiles(ProfileList &list) {
   const ConfigReader config;
-  if (!config) return -1;
+  if (!config) return false;
   bool used[kProfiles] = {};
   for (int i = 0; i < kChannels; ++i) {
     const int profile = config.channel(i).get(keys::profile);
     if (isProfile(profile)) used[profile] = true;
   }
-  ProfileList free_profiles;
+  ProfileIds free_profiles;
   for (int i = 0; i < kProfiles; ++i) {
     if (!used[i]) free_profiles.add(i);
   }
-  free_profiles.giveTo(out);
-  return 0;
+  free_profiles.giveTo(list);
+  return true;
 }
 
-int vl_get_usbdev_list(char *out) {
-  using namespace usbdev;
-  if (out == nullptr) return -1;
+bool listStreamableProfiles(ProfileList &list) {
   const ReaderOverCommands config;
-  if (!config) return -1;
+  if (!config) return false;
   HostAnswers host;
-  ProfileList streamable;
+  ProfileIds streamable;
   for (int i = 0; i < kChannels; ++i) {
-    const Section &channel = config.channel(i);
+    const Section channel = config.channel(i);
     const int profile = channel.get(keys::profile);
     if (isProfile(profile) && canStream(host, channel)) streamable.add(profile);
   }
-  streamable.giveTo(out);
-  return 0;
+  streamable.giveTo(list);
+  return true;
 }
 
-int vl_get_devpf_list(_usbdev_entry *rows) {
-  using namespace usbdev;
-  if (rows == nullptr) return -1;
+bool listChannels(_usbdev_entry *rows) {
   const ConfigReader config;
-  if (!config) return -1;
+  if (!config) return false;
   std::memset(rows, 0, kChannels * sizeof *rows);
   for (int i = 0; i < kChannels; ++i) {
-    const Section &channel = config.channel(i);
+    const Section channel = config.channel(i);
     if (channel.get(keys::exists) == 0) continue;
     readDeviceRow(channel, rows[i]);
     const StreamType type = readStreamType(channel);
     rows[i].stream_type = static_cast<int>(type);
     if (type == StreamType::video) rows[i].aenable = 0;
   }
-  return 0;
+  return true;
 }
 
-int vl_get_profile_list(_usbdev_entry *rows) {
-  using namespace usbdev;
-  if (rows == nullptr) return -1;
+bool listProfiles(_usbdev_entry *rows) {
   const ConfigReader config;
-  if (!config) return -1;
+  if (!config) return false;
   std::memset(rows, 0, kProfiles * sizeof *rows);
   for (int i = 0; i < kProfiles; ++i) rows[i].profile = kNone;
   for (int i = 0; i < kChannels; ++i) {
-    const Section &channel = config.channel(i);
+    const Section channel = config.channel(i);
     const int profile = channel.get(keys::profile);
     if (!isProfile(profile)) continue;
     _usbdev_entry &row = rows[profile];
@@ -109,5 +96,7 @@ int vl_get_profile_list(_usbdev_entry *rows) {
     addVideoToRow(channel, row);
     row.mjpeg = static_cast<Codec>(row.vcodec) == Codec::mjpeg ? 1 : 0;
   }
-  return 0;
+  return true;
 }
+
+}  // namespace usbdev

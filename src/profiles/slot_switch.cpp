@@ -1,4 +1,4 @@
-#include <usbdev/profiles.h>
+#include "profiles/slot_switch.h"
 
 #include "core/change_notification.h"
 #include "core/event_log.h"
@@ -68,23 +68,21 @@ void notify(const SlotSwitch &change, int successor) {
 }
 
 }  // namespace
-}  // namespace usbdev
 
-// The address of the client is part of the interface and tells nobody anything.
-int vl_set_usbslot_switch(const char *usbslot, const char *state, const char * /*client_ip*/) {
-  using namespace usbdev;
-  if (usbslot == nullptr || state == nullptr) return -1;
+bool switchSlot(const char *usbslot, SlotState state) {
   _streaminfo slot;
-  if (!readSlot(usbslot, slot) || slot.channel == kNone) return -1;
-  SlotSwitch change(isSame(state, "enable"), slot);
-  if (!readForComparing(change.channels, OpenFailure::read)) return -1;
+  if (!readSlot(usbslot, slot) || slot.channel == kNone) return false;
+  SlotSwitch change(state == SlotState::on, slot);
+  if (!readForComparing(change.channels, OpenFailure::read)) return false;
 
   HostAnswers host;
   findConflicts(host, usbslot, change);
-  if (!writeSwitch(change)) return -1;
+  if (!writeSwitch(change)) return false;
   const int successor =
       followUpConflict(host, change.own, change.on, change.channels[change.own].conflictch, change.parked_behind);
   logEvent(EventLevel::information, "USB slot [%s] has been %s.", usbslot, change.on ? "enabled" : "disabled");
   notify(change, successor);
-  return 0;
+  return true;
 }
+
+}  // namespace usbdev

@@ -1,8 +1,6 @@
-#include <usbdev/profiles.h>
+#include "profiles/stream_log.h"
 
-#include "core/change_notification.h"
 #include "core/event_log.h"
-#include "core/profile_mapping.h"
 #include "devices/stream_type.h"
 
 namespace usbdev {
@@ -11,11 +9,8 @@ namespace {
 /// The lines of one change of a profile's stream; users know a channel by its profile's number from 1.
 class StreamLog {
  public:
-  StreamLog(int profile, const _streaminfo &new_info, const _streaminfo &old_info, int event_code)
-      : number_(profile + 1),
-        new_(new_info),
-        old_(old_info),
-        reports_all_(static_cast<EventCode>(event_code) == EventCode::report_all) {}
+  StreamLog(int profile, const _streaminfo &new_info, const _streaminfo &old_info, EventCode code)
+      : number_(profile + 1), new_(new_info), old_(old_info), reports_all_(code == EventCode::report_all) {}
 
   void addVideo(float chosen_fps) const {
     if (isReported(&_streaminfo::vcodec)) {
@@ -67,12 +62,13 @@ class StreamLog {
 };
 
 }  // namespace
-}  // namespace usbdev
 
-void Add_setStream_log(int profile, const _streaminfo *new_info, const _streaminfo *old_info, float chosen_fps,
-                       int event_code) {
-  if (!usbdev::isProfile(profile) || new_info == nullptr || old_info == nullptr) return;
-  const usbdev::StreamLog log(profile, *new_info, *old_info, event_code);
-  if (usbdev::hasVideo(usbdev::StreamType{new_info->stream_type})) log.addVideo(chosen_fps);
-  if (usbdev::hasAudio(usbdev::StreamType{new_info->stream_type})) log.addAudio();
+void logStreamChange(int profile, const _streaminfo &new_info, const _streaminfo &old_info, float chosen_fps,
+                     EventCode code) {
+  const StreamLog log(profile, new_info, old_info, code);
+  const StreamType type{new_info.stream_type};
+  if (hasVideo(type)) log.addVideo(chosen_fps);
+  if (hasAudio(type)) log.addAudio();
 }
+
+}  // namespace usbdev

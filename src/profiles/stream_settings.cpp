@@ -1,12 +1,11 @@
-#include <usbdev/profiles.h>
+#include "profiles/stream_settings.h"
 
-#include <cstring>
-
-#include "core/change_notification.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/channel_records.h"
 #include "devices/stream_type.h"
+#include "profiles/frame_rates.h"
+#include "profiles/stream_log.h"
 #include "web/link_ids.h"
 
 namespace usbdev {
@@ -22,7 +21,7 @@ struct Standing {
 bool readStanding(int channel, Standing &standing) {
   const ConfigReader config;
   if (!config) return false;
-  const Section &section = config.channel(channel);
+  const Section section = config.channel(channel);
   standing.vnode = section.get(keys::vnode);
   standing.anode = section.get(keys::anode);
   standing.rate = readRate(section);
@@ -96,38 +95,37 @@ class ChangedSettings {
 };
 
 }  // namespace
-}  // namespace usbdev
 
-int vl_set_usbchn_stream(int profile, _streaminfo *new_info, const _streaminfo *old_info, int event_code) {
-  using namespace usbdev;
-  if (new_info == nullptr || old_info == nullptr) return -1;
+bool setStream(int profile, _streaminfo &new_info, const _streaminfo &old_info, EventCode code) {
   const int channel = channelOfProfile(profile);
   Standing standing;
-  if (channel == kNone || !readStanding(channel, standing)) return -1;
+  if (channel == kNone || !readStanding(channel, standing)) return false;
 
   float chosen_fps = standing.rate;
-  if (findclosedFPS(profile, new_info, &chosen_fps) != 0) return -1;
+  if (!findRate(profile, new_info, chosen_fps)) return false;
   const StreamType standing_type = streamTypeOf(standing.vnode, standing.anode);
-  if (standing_type != StreamType::none) new_info->stream_type = static_cast<int>(standing_type);
-  const StreamType type{new_info->stream_type};
+  if (standing_type != StreamType::none) new_info.stream_type = static_cast<int>(standing_type);
+  const StreamType type{new_info.stream_type};
 
   bool changed = false;
   {
     WriterOverCommands config;
-    if (!config) return -1;
-    Add_setStream_log(profile, new_info, old_info, chosen_fps, event_code);  // by design before the first key
-    ChangedSettings settings(config.channel(channel), *new_info, *old_info);
+    if (!config) return false;
+    logStreamChange(profile, new_info, old_info, chosen_fps, code);  // by design before the first key
+    ChangedSettings settings(config.channel(channel), new_info, old_info);
     if (hasVideo(type)) settings.writeVideo(chosen_fps);
     if (hasAudio(type)) settings.writeAudio();
     changed = settings.any();
-    if (!config.save()) return -1;
+    if (!config.save()) return false;
   }
-  if (!changed && static_cast<EventCode>(event_code) != EventCode::report_all) return 0;
-  ChangeNotification notification(profile, static_cast<EventCode>(event_code));
-  std::memcpy(notification.request_header, new_info->header, sizeof notification.request_header);
+  if (!changed && code != EventCode::report_all) return true;
+  ChangeNotification notification(profile, code);
+  std::memcpy(notification.request_header, new_info.header, sizeof notification.request_header);
   notification.vnode = standing.vnode;
   notification.anode = standing.anode;
-  notification.flag = static_cast<Codec>(new_info->vcodec) == Codec::h264 ? 1 : 0;
+  notification.flag = static_cast<Codec>(new_info.vcodec) == Codec::h264 ? 1 : 0;
   notification.target = profile;
-  return sendNotification(notification) ? 0 : -1;
+  return sendNotification(notification);
 }
+
+}  // namespace usbdev

@@ -1,0 +1,11 @@
+// The switch that users have for each USB port.
+#pragma once
+
+namespace usbdev {
+
+enum class SlotState { off, on };
+
+/// Switches a port and hands it over; false when no device is in it, or the file cannot be opened or stored.
+bool switchSlot(const char *usbslot, SlotState state);
+
+}  // namespace usbdev
