@@ -22,7 +22,7 @@ int findProfile(const ChannelSnapshots &channels, int profile) {
   return kNone;
 }
 
-/// The attached channel whose device sits in a port.
+/// The attached channel whose device is in a port.
 int findSlot(const ChannelSnapshots &channels, const char *usbslot) {
   for (int i = 0; i < kChannels; ++i) {
     if (channels[i].exists != 0 && isSame(channels[i].usbslot, usbslot)) return i;

@@ -19,8 +19,8 @@ struct SlotSwitch {
   const _streaminfo &slot;
   int own;
   ChannelSnapshots channels;
-  int parked_behind = kNone;  // the channel that has the bus already
-  ChannelMarks parks = {};    // the channels that yield to this one
+  int parked_behind = kNone;  // the channel that this one has to wait for
+  ChannelMarks parks = {};    // the channels that have to wait for this one
 };
 
 void findConflicts(HostAnswers &host, const char *usbslot, SlotSwitch &change) {
@@ -33,7 +33,7 @@ void findConflicts(HostAnswers &host, const char *usbslot, SlotSwitch &change) {
     if (!test.conflictsWith(other.usbslot, other.vnode)) continue;
     if (may_stream) {
       change.parked_behind = i;
-      return;  // the channels parked up to here stay so
+      return;  // the channels marked up to here stay marked
     }
     change.parks[i] = true;
   }

@@ -1,4 +1,4 @@
-// What the event log tells users about a change of a profile's stream.
+// What the event log reports about a change of a profile's stream.
 #pragma once
 
 #include <usbdev/records.h>

@@ -111,7 +111,7 @@ bool setStream(int profile, _streaminfo &new_info, const _streaminfo &old_info, 
   {
     WriterOverCommands config;
     if (!config) return false;
-    logStreamChange(profile, new_info, old_info, chosen_fps, code);  // by design before the first key
+    logStreamChange(profile, new_info, old_info, chosen_fps, code);  // meant to come before the first key
     ChangedSettings settings(config.channel(channel), new_info, old_info);
     if (hasVideo(type)) settings.writeVideo(chosen_fps);
     if (hasAudio(type)) settings.writeAudio();

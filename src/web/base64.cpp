@@ -59,7 +59,7 @@ std::uint32_t placed(char c, int position) {
   return static_cast<std::uint32_t>(kDecoding.values[static_cast<unsigned char>(c)]) << (18 - 6 * position);
 }
 
-/// Characters outside the alphabet are not looked for: each spoils its group.
+/// Characters outside the alphabet are not detected: each makes its group wrong.
 inline unsigned char *decodeGroup(const char *in, unsigned char *out) {
   const std::uint32_t bits = placed(in[0], 0) | placed(in[1], 1) | placed(in[2], 2) | placed(in[3], 3);
   const std::uint32_t bytes = htonl(bits << 8);

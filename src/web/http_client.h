@@ -19,8 +19,8 @@ struct Reply {
 };
 
 /// Sends the request of a path to a server and reads the whole answer, `chunk` bytes at a time, cut to the reply's size
-/// and not terminated; `count` is what it took. False when no connection comes about, or when a field is not terminated
-/// or too long, the path then cleared unless it is the host's name. A broken connection ends the process.
+/// and not terminated; `count` is what it took. False without a connection, or when a field is not terminated or too
+/// long; the path is then cleared, unless the field is the host's name. A broken connection ends the process.
 bool askServer(const NasServer &server, RequestPath &path, Credentials credentials, std::size_t chunk,
                const Reply &reply, int &count);
 

@@ -28,11 +28,11 @@ void removeStreamLink(const char *name) {
   LinkPath path;
   formatLinkPath(path, name);
   struct stat status;
-  // A link that leads nowhere is removed too.
+  // A link whose target is gone is removed too.
   if (lstat(path, &status) == 0) removePath(path);
 }
 
-// The link was just made, so nothing asks whether it is there.
+// The link was just made, so nothing checks that it is there.
 void takeBackStreamLink(const char *name) {
   if (name[0] == '\0') return;
   LinkPath path;

@@ -12,7 +12,7 @@ constexpr std::size_t kLinkNameSize = 64;
 /// Links a profile's stream directory under a name; an empty name makes no link.
 void makeStreamLink(int profile, const char *name);
 
-/// Removes the link of that name where there is one, also when it leads nowhere.
+/// Removes the link of that name if there is one, also when its target is gone.
 void removeStreamLink(const char *name);
 
 /// Removes a link that was made under a new name which then could not be stored.

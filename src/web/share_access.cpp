@@ -10,7 +10,7 @@ namespace {
 // Shorter than what the other readers take.
 constexpr auto kViewerSsid = keys::ssid.cutTo<16>();
 
-/// What keeps a channel's device from being seen.
+/// Why a channel's device cannot be seen.
 ViewCode viewCode(const Section &channel) {
   if (channel.get(keys::exists) == 0) return ViewCode::unplugged;
   if (channel.get(keys::conflictch) != kNone) return ViewCode::conflict;
@@ -19,7 +19,7 @@ ViewCode viewCode(const Section &channel) {
   return channel.get(keys::anode) == kNone ? ViewCode::no_video : ViewCode::audio_only;
 }
 
-/// What keeps a viewer with that token from seeing it.
+/// Why a viewer with that token cannot see it.
 ViewCode shareCode(const Section &channel, const char *token) {
   const ViewCode code = viewCode(channel);
   if (code != ViewCode::serve) return code;

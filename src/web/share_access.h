@@ -3,7 +3,7 @@
 
 namespace usbdev {
 
-/// What keeps a stream from being seen, as the viewers' pages know it.
+/// Why a stream cannot be seen, as the viewers' pages know it.
 enum class ViewCode : int {
   serve = -1,
   wrong_token = 9000,

@@ -7,7 +7,7 @@
 
 namespace usbdev {
 
-/// What is said, and where, when no connection comes about.
+/// What is printed, and where, when no connection can be made.
 struct ConnectMessages {
   FILE *stream;
   const char *no_socket;
@@ -16,7 +16,7 @@ struct ConnectMessages {
 
 class StreamSocket {
  public:
-  /// Connects, or says why not and tests false.
+  /// Connects, or prints why not and tests false.
   StreamSocket(const sockaddr_in &address, const ConnectMessages &messages);
   ~StreamSocket();
   StreamSocket(const StreamSocket &) = delete;
@@ -33,8 +33,8 @@ class StreamSocket {
   int descriptor_;
 };
 
-/// Looks a host up, first address first; several threads may at once. Says "hp = NULL" on standard output where there
-/// is none.
+/// Looks a host up, first address first; several threads may at once. Prints "hp = NULL" on standard output when
+/// there is none.
 bool resolveHost(const char *host, int port, sockaddr_in &address);
 
 }  // namespace usbdev

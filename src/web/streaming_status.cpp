@@ -11,7 +11,7 @@ namespace usbdev {
 namespace {
 
 constexpr IntKey kAvailable{"available", nullptr, 0};
-constexpr int kUnused = 0x30;  // the byte that has always stood where nothing is meant
+constexpr int kUnused = 0x30;  // the byte that has always filled unused fields
 constexpr int kStreamingPort = 10170;
 
 sockaddr_in streamingService() {
