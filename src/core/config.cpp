@@ -9,6 +9,8 @@
 namespace usbdev {
 namespace {
 
+constexpr char kChannelFile[] = "/etc/config/usbdev.conf";
+constexpr char kProfileStateFile[] = "/etc/config/vl_pfstate.conf";
 constexpr char kRoot[] = "velmora";
 pthread_mutex_t config_lock = PTHREAD_MUTEX_INITIALIZER;
 
@@ -39,6 +41,10 @@ int ConfigSession::end() {
 }
 
 ConfigReader::ConfigReader(OpenFailure failure) : ConfigSession(0, kChannelFile, failure) {}
+
+ConfigWriter::ConfigWriter(OpenFailure failure) : WriteSession(kChannelFile, failure) {}
+
+ProfileStateWriter::ProfileStateWriter() : WriteSession(kProfileStateFile, OpenFailure::usual) {}
 
 bool WriteSession::save() {
   const int closed = end();

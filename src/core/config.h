@@ -8,9 +8,6 @@
 
 namespace usbdev {
 
-inline constexpr char kChannelFile[] = "/etc/config/usbdev.conf";
-inline constexpr char kProfileStateFile[] = "/etc/config/vl_pfstate.conf";
-
 /// What a failed open prints on standard error.
 enum class OpenFailure { usual, read, write, silent };
 
@@ -94,7 +91,7 @@ class WriteSession : public ConfigSession {
 
 class ConfigWriter : public WriteSession {
  public:
-  explicit ConfigWriter(OpenFailure failure = OpenFailure::usual) : WriteSession(kChannelFile, failure) {}
+  explicit ConfigWriter(OpenFailure failure = OpenFailure::usual);
 };
 
 /// These two keep the lock while commands run, so that nothing changes between a command's answer and what is made of
@@ -110,7 +107,7 @@ class WriterOverCommands : public ConfigWriter {
 /// The file in which the stream manager reports which profiles it serves.
 class ProfileStateWriter : public WriteSession {
  public:
-  ProfileStateWriter() : WriteSession(kProfileStateFile, OpenFailure::usual) {}
+  ProfileStateWriter();
 };
 
 }  // namespace usbdev

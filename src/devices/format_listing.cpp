@@ -13,7 +13,7 @@ namespace {
 
 /// Reads the rate that stands before a blank, as strtod does; false where no blank follows. Cameras list plain decimals
 /// of a few digits; for those one exact division gives the same double at a fraction of the cost.
-bool readRate(char *text, double &rate) {
+bool readListedRate(char *text, double &rate) {
   constexpr int kLongestRate = 15;  // integers of so many digits, and their power of ten, are exact in a double
   std::int64_t digits = 0;
   std::int64_t scale = 1;
@@ -108,7 +108,7 @@ bool FormatListing::takeInterval(char *value) {
   char *const open = std::strchr(value, '(');
   if (open == nullptr) return true;
   double rate = 0;
-  if (!readRate(open + 1, rate)) return true;
+  if (!readListedRate(open + 1, rate)) return true;
   if (size_->fps_count == USBDEV_RATES) {
     std::fprintf(stderr, "device[%d]:%.4x support(%3.2f fps) over max(%d) fps. list define\n", vnode_,
                  static_cast<unsigned>(format_->codec), rate, USBDEV_RATES);
