@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "text_fields.h"
+#include "some_cameras.h"
 
 namespace {
 
@@ -16,6 +16,8 @@ using usbdevctl::ChannelRows;
 using usbdevctl::ChannelState;
 using usbdevctl::describeChannels;
 using usbdevctl::listJson;
+using usbdevctl::streamLackText;
+using usbdevctl::streams;
 using usbdevctl::tableText;
 
 constexpr int kNone = -1;
@@ -218,6 +220,28 @@ TEST(TheChannelsJson, SaysNullForWhatAFreeChannelLacks) {
               EndsWith(R"({"channel":9,"state":"free","slot":"","device":"","video_node":null,"profile":null,)"
                        R"("profile_name":"","slot_switch":null,"parked_behind":null,"supported":true,"created":""}])"
                        "\n"));
+}
+
+TEST(ACamera, StreamsUnlessSomethingKeepsItFromThat) {
+  ChannelRow row = attachedRow("3-1", 2);
+  EXPECT_TRUE(streams(row));
+  row.slot_switch.reset();  // a switch that is not stored counts as on
+  EXPECT_TRUE(streams(row));
+  row.profile.reset();
+  EXPECT_FALSE(streams(row));
+}
+
+TEST(ACamera, SaysTheFirstThingThatKeepsItFromStreaming) {
+  ChannelRow row = attachedRow("3-1", 2);
+  EXPECT_EQ(streamLackText(row), "");
+  row.slot_switch = false;
+  EXPECT_EQ(streamLackText(row), "its port is switched off");
+  row.parked_behind = 4;
+  EXPECT_EQ(streamLackText(row), "it waits behind channel 4");
+  row.supported = false;
+  EXPECT_EQ(streamLackText(row), "it is not supported");
+  row.state = ChannelState::displaced;
+  EXPECT_EQ(streamLackText(row), "it is displaced");
 }
 
 }  // namespace

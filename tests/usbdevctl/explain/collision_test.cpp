@@ -2,59 +2,27 @@
 
 #include <gtest/gtest.h>
 
+#include "some_cameras.h"
+
 namespace {
 
 using usbdevctl::afterAssignment;
-using usbdevctl::ChannelRow;
 using usbdevctl::ChannelRows;
-using usbdevctl::ChannelState;
 using usbdevctl::Collision;
 using usbdevctl::Collisions;
 using usbdevctl::rootPort;
 using usbdevctl::streamingRival;
-using usbdevctl::streamLackText;
-using usbdevctl::streams;
 using usbdevctl::waitingSince;
-
-ChannelRow streaming() {
-  ChannelRow row;
-  row.state = ChannelState::plugged;
-  row.profile = 2;
-  row.slot_switch = true;
-  return row;
-}
 
 TEST(ARootPort, IsThePartBeforeTheFirstDot) {
   EXPECT_EQ(rootPort("3-1.2.4"), "3-1");
   EXPECT_EQ(rootPort("3-1"), "3-1");
 }
 
-TEST(ACamera, StreamsUnlessSomethingKeepsItFromThat) {
-  ChannelRow row = streaming();
-  EXPECT_TRUE(streams(row));
-  row.slot_switch.reset();  // a switch that is not stored counts as on
-  EXPECT_TRUE(streams(row));
-  row.profile.reset();
-  EXPECT_FALSE(streams(row));
-}
-
-TEST(ACamera, SaysTheFirstThingThatKeepsItFromStreaming) {
-  ChannelRow row = streaming();
-  EXPECT_EQ(streamLackText(row), "");
-  row.slot_switch = false;
-  EXPECT_EQ(streamLackText(row), "its port is switched off");
-  row.parked_behind = 4;
-  EXPECT_EQ(streamLackText(row), "it waits behind channel 4");
-  row.supported = false;
-  EXPECT_EQ(streamLackText(row), "it is not supported");
-  row.state = ChannelState::displaced;
-  EXPECT_EQ(streamLackText(row), "it is displaced");
-}
-
 TEST(ARival, IsTheFirstStreamingCameraThatACameraCollidesWith) {
   ChannelRows rows;
   Collisions collisions = {};
-  rows[2] = rows[5] = rows[7] = streaming();
+  rows[2] = rows[5] = rows[7] = attachedRow("3-1", 2);
   EXPECT_EQ(streamingRival(rows, 7, collisions), -1);
   collisions[2] = collisions[5] = collisions[7] = Collision::root_port;
   EXPECT_EQ(streamingRival(rows, 7, collisions), 2);

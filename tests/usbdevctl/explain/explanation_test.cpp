@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "some_cameras.h"
+
 namespace {
 
 using testing::ElementsAre;
@@ -18,12 +20,7 @@ using usbdevctl::Reasons;
 // Channel 4's camera streams profile 2.
 class AnExplanation : public testing::Test {
  protected:
-  AnExplanation() {
-    rows_[4].state = ChannelState::plugged;
-    rows_[4].slot = "3-1.1";
-    rows_[4].profile = 2;
-    rows_[4].slot_switch = true;
-  }
+  AnExplanation() { rows_[4] = attachedRow("3-1.1", 2); }
 
   ChannelRow &row() { return rows_[4]; }
 

@@ -6,7 +6,6 @@
 
 namespace {
 
-using usbdevctl::Field;
 using usbdevctl::FieldRows;
 using usbdevctl::Fields;
 using usbdevctl::forPeople;

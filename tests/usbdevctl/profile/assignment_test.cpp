@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "json_of.h"
+#include "some_cameras.h"
 
 namespace {
 
@@ -29,13 +30,7 @@ class JudgingAnAssignment : public testing::Test {
     collisions_[0] = Collision::root_port;
   }
 
-  ChannelRow &plug(std::size_t channel, const char *port) {
-    rows_[channel].state = ChannelState::plugged;
-    rows_[channel].slot = port;
-    rows_[channel].device = "Cam";
-    rows_[channel].slot_switch = true;
-    return rows_[channel];
-  }
+  ChannelRow &plug(std::size_t channel, const char *port) { return rows_[channel] = attachedRow(port); }
 
   Assignment judge(int profile = 1) const { return judgeAssignment(rows_, 1, profile, collisions_); }
   std::string refusal() const { return refusalText(judge(), rows_); }

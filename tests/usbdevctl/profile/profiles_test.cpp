@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "json_of.h"
-#include "text_fields.h"
+#include "some_cameras.h"
 
 namespace {
 
@@ -16,16 +16,9 @@ class TheProfiles : public testing::Test {
  protected:
   TheProfiles() {
     for (auto &profile : profiles_) profile.entry.profile = -1;
-    _usbdev_entry &entry = profiles_[1].entry;
-    entry.profile = 1;
-    entry.exists = 1;
-    entry.conflictch = -1;
-    entry.slot_switch = 1;
-    entry.stream_type = 2;
-    setField(entry.profilename, "Door");
-    setField(entry.devname, "Cam\n");
-    setField(entry.usbslot, "3-1");
-    setField(entry.hlspath, "a1b2");
+    entry() = attachedEntry(1);
+    setField(entry().devname, "Cam\n");
+    setField(entry().hlspath, "a1b2");
     profiles_[1].link = {LinkState::good, "/apps/a1b2", "/apps/hls/channel2"};
   }
 

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "some_cameras.h"
+
 namespace {
 
 using testing::ElementsAre;
@@ -42,14 +44,7 @@ class APlan : public testing::Test {
     settings_ = {CameraSettings{"3-1", "Cam", true, profile_}, CameraSettings{"5-1", "Cam", true, std::nullopt}};
   }
 
-  ChannelRow &plug(std::size_t channel, const char *port) {
-    ChannelRow &row = rows_[channel];
-    row.state = ChannelState::plugged;
-    row.slot = port;
-    row.device = "Cam";
-    row.slot_switch = true;
-    return row;
-  }
+  ChannelRow &plug(std::size_t channel, const char *port) { return rows_[channel] = attachedRow(port); }
 
   static usbdevctl::StreamChange stream(float rate = 30) {
     _streaminfo record = {};

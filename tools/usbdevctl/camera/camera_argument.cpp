@@ -2,6 +2,8 @@
 
 #include <usbdev/records.h>
 
+#include "command_line/shared_arguments.h"
+
 namespace usbdevctl {
 
 namespace {
@@ -32,10 +34,6 @@ CameraName CameraArgument::name() const {
   return readCameraName(text_, bare_number_, wrong).value_or(CameraName());
 }
 
-void addProfile(Command &command, int &profile) {
-  command.add("profile", &profile, "Profile, 0 to 3").limit(0, USBDEV_PROFILES - 1);
-}
-
 Argument &addCamera(Command &command, CameraArgument &camera) {
   const auto check = [bare_number = camera.bare_number_](const std::string &text) {
     std::string wrong;
@@ -52,8 +50,9 @@ Argument &addPort(Command &command, std::string &port, const std::string &name) 
   return command.add(name, &port, "Kernel name of the USB port, such as 3-1.2").check(checkPort).completeWith("ports");
 }
 
-void addJsonFlag(Command &command, bool &json) {
-  command.add("--json", &json, "Print JSON for programs instead of text for people");
+void addCameraOptions(Command &command, CameraOptions &options) {
+  addCamera(command, options.camera);
+  addJsonFlag(command, options.json);
 }
 
 }  // namespace usbdevctl

@@ -1,4 +1,4 @@
-// The arguments that many commands share, each described once.
+// The camera or port that a command is about, as an argument of its command line.
 #pragma once
 
 #include <string>
@@ -7,9 +7,6 @@
 #include "command_line/command.h"
 
 namespace usbdevctl {
-
-/// A profile id, 0 to 3.
-void addProfile(Command &command, int &profile);
 
 /// A camera as the command line names it; what a bare number counts is the command's choice.
 struct CameraArgument {
@@ -33,7 +30,15 @@ Argument &addCamera(Command &command, CameraArgument &camera);
 /// A USB port that need not have a camera, by its kernel name.
 Argument &addPort(Command &command, std::string &port, const std::string &name);
 
-/// The flag that every command with something to print has.
-void addJsonFlag(Command &command, bool &json);
+/// The command line of a command about one camera.
+struct CameraOptions {
+  explicit CameraOptions(CameraName::By bare_number) : camera(bare_number) {}
+
+  CameraArgument camera;
+  bool json = false;
+};
+
+/// Adds the camera and --json.
+void addCameraOptions(Command &command, CameraOptions &options);
 
 }  // namespace usbdevctl

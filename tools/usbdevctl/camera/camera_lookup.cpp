@@ -1,8 +1,6 @@
 #include "camera/camera_lookup.h"
 
-#include <usbdev/devices.h>
-#include <usbdev/profiles.h>
-
+#include "channel/channel_query.h"
 #include "channel/configuration.h"
 #include "output/output.h"
 
@@ -11,26 +9,6 @@ namespace usbdevctl {
 namespace {
 
 using By = CameraName::By;
-
-bool readSlots(ChannelListings &listings) {
-  for (std::size_t channel = 0; channel < listings.slots.size(); ++channel) {
-    const _usbdev_entry &device = listings.devices[channel];
-    if (device.exists == 0) continue;
-    if (vl_get_usbslot_info(device.usbslot, &listings.slots[channel]) != 0) return false;
-  }
-  return true;
-}
-
-bool readListings(ChannelListings &listings) {
-  if (vl_get_devpf_list(listings.devices.data()) != 0 || vl_get_available_dev(listings.available.data()) != 0 ||
-      vl_get_profile_list(listings.profiles.data()) != 0) {
-    return false;
-  }
-  for (int channel = 0; channel < USBDEV_CHANNELS; ++channel) {
-    listings.profile_ids[static_cast<std::size_t>(channel)] = vl_get_profileID(channel);
-  }
-  return readSlots(listings);
-}
 
 void complainWithChoice(const std::string &what, const Cameras &cameras) {
   if (cameras.empty()) return complain(what + "; no channel has a camera");
@@ -44,13 +22,6 @@ ExitStatus lacks(const Camera &camera, const char *what) {
 }
 
 }  // namespace
-
-bool readChannels(ChannelRows &rows) {
-  ChannelListings listings;
-  if (!readListings(listings)) return false;
-  rows = describeChannels(listings);
-  return true;
-}
 
 ExitStatus readCameras(Cameras &cameras) {
   ChannelRows rows;
@@ -78,6 +49,8 @@ ExitStatus findCamera(const CameraName &name, const ChannelRows &rows, Camera &c
   complainWithChoice(nameText(name) + " names more than one camera", named);
   return ExitStatus::failure;
 }
+
+ExitStatus findCameraOf(int profile, Camera &camera) { return findCamera({By::profile, profile, ""}, camera); }
 
 ExitStatus readAgain(Camera &camera) {
   ChannelRows rows;
@@ -124,9 +97,7 @@ ExitStatus notStoredFor(const Camera &camera) {
 
 ExitStatus refusedFor(int profile) {
   Camera camera;
-  const CameraName name = {By::profile, profile, ""};
-  const bool found = findCamera(name, camera) == ExitStatus::ok;
-  return found ? notStoredFor(camera) : ExitStatus::failure;
+  return findCameraOf(profile, camera) == ExitStatus::ok ? notStoredFor(camera) : ExitStatus::failure;
 }
 
 }  // namespace usbdevctl

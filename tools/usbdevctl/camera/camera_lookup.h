@@ -8,9 +8,6 @@
 
 namespace usbdevctl {
 
-/// Asks the library for all channels; false when the configuration cannot be read.
-bool readChannels(ChannelRows &rows);
-
 /// The channels that are not free. Complains where the configuration cannot be read.
 ExitStatus readCameras(Cameras &cameras);
 
@@ -18,6 +15,9 @@ ExitStatus readCameras(Cameras &cameras);
 ExitStatus findCamera(const CameraName &name, Camera &camera);
 /// The same among channels that were read already.
 ExitStatus findCamera(const CameraName &name, const ChannelRows &rows, Camera &camera);
+
+/// Finds the camera that has the profile.
+ExitStatus findCameraOf(int profile, Camera &camera);
 
 /// Reads a camera's channel once more, after a change.
 ExitStatus readAgain(Camera &camera);

@@ -109,6 +109,15 @@ const char *stateName(ChannelState state) {
   return "free";
 }
 
+std::string streamLackText(const ChannelRow &row) {
+  if (row.state != ChannelState::plugged) return std::string("it is ") + stateName(row.state);
+  if (!row.supported) return "it is not supported";
+  if (row.parked_behind) return "it waits behind channel " + std::to_string(*row.parked_behind);
+  return row.slot_switch == false ? "its port is switched off" : "";
+}
+
+bool streams(const ChannelRow &row) { return row.profile && streamLackText(row).empty(); }
+
 ChannelRows describeChannels(const ChannelListings &listings) {
   ChannelRows rows;
   for (std::size_t channel = 0; channel < rows.size(); ++channel) rows[channel] = describe(listings, channel);

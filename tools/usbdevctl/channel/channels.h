@@ -52,6 +52,13 @@ ChannelRow channelRow(const _usbdev_entry &entry);
 
 const char *stateName(ChannelState state);
 
+/// Whether the channel's camera streams, as far as the configuration says: attached, with a profile, supported, not
+/// waiting, its port on.
+bool streams(const ChannelRow &row);
+
+/// What keeps a camera that has a profile from streaming; empty where nothing does.
+std::string streamLackText(const ChannelRow &row);
+
 FieldRows channelFields(const ChannelRows &rows);
 
 /// The port of a device; for programs it is the slot, as in the library's records.

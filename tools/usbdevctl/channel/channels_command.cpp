@@ -1,10 +1,10 @@
 #include <memory>
 
-#include "camera/camera_argument.h"
-#include "camera/camera_lookup.h"
+#include "channel/channel_query.h"
 #include "channel/channels.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "output/output.h"
 
 namespace usbdevctl {

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "camera/camera_argument.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "device/devices.h"
 #include "output/output.h"
 

@@ -1,15 +1,85 @@
+// plug and unplug: the two device events, passed to the library's hotplug handler.
+#include <usbdev/hotplug.h>
+
 #include <memory>
 
+#include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
+#include "channel/channel_query.h"
+#include "channel/configuration.h"
+#include "channel/hotplug_lock.h"
 #include "command_line/commands.h"
-#include "device/device.h"
+#include "command_line/shared_arguments.h"
+#include "device/device_channel.h"
+#include "device/hotplug_report.h"
 #include "output/output.h"
 
 namespace usbdevctl {
 
 namespace {
 
-ExitStatus plug(const DeviceOptions &device) {
+constexpr char kCamera[] = "camera";
+constexpr char kAudio[] = "audio";
+
+struct Options {
+  std::string type;
+  int node = 0;
+  std::string slot;
+  std::string name;
+  bool json = false;
+};
+
+template <std::size_t Size>
+void copyCut(const std::string &text, char (&field)[Size]) {
+  field[text.copy(field, Size - 1)] = '\0';
+}
+
+_usbdev_des descriptorOf(const Options &device, bool plugged) {
+  _usbdev_des descriptor = {};
+  descriptor.devtype = device.type == kCamera ? 1 : 0;
+  descriptor.node = device.node;
+  descriptor.plugged = plugged ? 1 : 0;
+  copyCut(device.slot, descriptor.usbslot);
+  copyCut(device.name, descriptor.devname);
+  return descriptor;
+}
+
+/// The library's answer is the same for a device without a channel and for a channel that it could not store.
+ExitStatus explainNoChannel(const _usbdev_des &device) {
+  ChannelRows rows;
+  if (!readChannels(rows)) return configurationUnreadable();
+  if (hasChannel(rows, device)) {
+    complain("the channel of this device could not be stored");
+    return ExitStatus::failure;
+  }
+  complain(device.plugged != 0 ? "no channel takes this device" : "no channel has a device at this port");
+  return ExitStatus::nothing;
+}
+
+/// The options of plug and unplug; node and name matter for a plug-in only, which needs them.
+void addOptions(Command &command, Options &device, bool plugged) {
+  command.add("--type", &device.type, "Kind of device").require().allow({kCamera, kAudio});
+  command.add("--node", &device.node, "N of /dev/videoN, or the number of the sound card").require(plugged).limit(0);
+  addPort(command, device.slot, "--slot").require();
+  command.add("--name", &device.name, "Product name, cut at 255 bytes").require(plugged);
+  addJsonFlag(command, device.json);
+}
+
+/// Passes the device to the library, one at a time over the whole host. A device without a channel is explained on
+/// standard error.
+ExitStatus runHotplug(const Options &device, bool plugged, HotplugOutcome &outcome) {
+  const HotplugLock lock(kHotplugLockFile);
+  if (!lock.error().empty()) {
+    complain(lock.error());
+    return ExitStatus::failure;
+  }
+  _usbdev_des descriptor = descriptorOf(device, plugged);
+  outcome.channel =
+      mn_set_usbdev_hotplug(&descriptor, &outcome.profile, outcome.device, &outcome.video_node, &outcome.conflict);
+  return outcome.channel >= 0 ? ExitStatus::ok : explainNoChannel(descriptor);
+}
+
+ExitStatus plug(const Options &device) {
   HotplugOutcome outcome;
   const ExitStatus status = runHotplug(device, true, outcome);
   if (status == ExitStatus::failure) return status;
@@ -20,13 +90,27 @@ ExitStatus plug(const DeviceOptions &device) {
   return status;
 }
 
+ExitStatus unplug(const Options &device) {
+  HotplugOutcome outcome;
+  const ExitStatus status = runHotplug(device, false, outcome);
+  if (status != ExitStatus::failure) print(recordOutput(unplugReport(outcome), device.json));
+  return status;
+}
+
 }  // namespace
 
 void addPlug(Command &program) {
-  auto device = std::make_shared<DeviceOptions>();
+  auto device = std::make_shared<Options>();
   Command &command = program.addCommand("plug", "Tell the library that a device was attached; print its channel",
                                         [device] { return plug(*device); });
-  addDeviceOptions(command, *device, true);
+  addOptions(command, *device, true);
+}
+
+void addUnplug(Command &program) {
+  auto device = std::make_shared<Options>();
+  Command &command = program.addCommand("unplug", "Tell the library that a device was removed; print its channel",
+                                        [device] { return unplug(*device); });
+  addOptions(command, *device, false);
 }
 
 }  // namespace usbdevctl

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <memory>
 
-#include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
 #include "channel/configuration.h"
+#include "channel/hotplug_lock.h"
 #include "command_line/commands.h"
-#include "device/hotplug_lock.h"
+#include "command_line/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
 

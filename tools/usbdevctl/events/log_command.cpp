@@ -1,7 +1,7 @@
 #include <memory>
 
-#include "camera/camera_argument.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "events/event_log.h"
 #include "events/event_text.h"
 #include "events/stop_request.h"

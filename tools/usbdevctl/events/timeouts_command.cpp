@@ -9,6 +9,7 @@
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
 

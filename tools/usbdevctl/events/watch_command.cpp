@@ -2,8 +2,8 @@
 #include <memory>
 #include <optional>
 
-#include "camera/camera_argument.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "events/notification.h"
 #include "events/notification_socket.h"
 #include "events/stop_request.h"

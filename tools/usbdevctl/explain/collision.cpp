@@ -35,15 +35,6 @@ std::string collisionWord(Collision collision) {
   return "";
 }
 
-std::string streamLackText(const ChannelRow &row) {
-  if (row.state != ChannelState::plugged) return std::string("it is ") + stateName(row.state);
-  if (!row.supported) return "it is not supported";
-  if (row.parked_behind) return "it waits behind channel " + std::to_string(*row.parked_behind);
-  return row.slot_switch == false ? "its port is switched off" : "";
-}
-
-bool streams(const ChannelRow &row) { return row.profile && streamLackText(row).empty(); }
-
 int streamingRival(const ChannelRows &rows, int channel, const Collisions &collisions) {
   for (std::size_t other = 0; other < rows.size(); ++other) {
     if (static_cast<int>(other) == channel || collisions[other] == Collision::none) continue;

@@ -29,13 +29,6 @@ std::string collisionText(Collision collision, const std::string &port);
 /// "root_port", "controller", "host"; empty for none.
 std::string collisionWord(Collision collision);
 
-/// Whether the channel's camera streams, as far as the configuration says: attached, with a profile, supported, not
-/// waiting, its port on.
-bool streams(const ChannelRow &row);
-
-/// What keeps a camera that has a profile from streaming; empty where nothing does.
-std::string streamLackText(const ChannelRow &row);
-
 /// The channel whose streaming camera the one of this channel collides with; -1 where there is none.
 int streamingRival(const ChannelRows &rows, int channel, const Collisions &collisions);
 

@@ -2,6 +2,7 @@
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
+#include "channel/channel_query.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
 #include "explain/collision_query.h"
@@ -13,12 +14,7 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
-  CameraArgument camera{CameraName::By::channel};
-  bool json = false;
-};
-
-ExitStatus explain(const Options &options) {
+ExitStatus explain(const CameraOptions &options) {
   ChannelRows rows;
   if (!readChannels(rows)) return configurationUnreadable();
   Camera camera;
@@ -33,11 +29,10 @@ ExitStatus explain(const Options &options) {
 }  // namespace
 
 void addExplain(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<CameraOptions>(CameraName::By::channel);
   Command &command = program.addCommand("explain", "Say why a camera does not stream, and what would change it",
                                         [options] { return explain(*options); });
-  addCamera(command, options->camera);
-  addJsonFlag(command, options->json);
+  addCameraOptions(command, *options);
 }
 
 }  // namespace usbdevctl

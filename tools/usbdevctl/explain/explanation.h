@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "explain/reason.h"
-#include "output/fields.h"
+#include "output/json.h"
 
 namespace usbdevctl {
 

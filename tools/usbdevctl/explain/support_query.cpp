@@ -4,10 +4,9 @@
 #include <usbdev/core.h>
 #include <usbdev/devices.h>
 
-#include <array>
 #include <fstream>
 
-#include "format/tool_output.h"
+#include "format/format_query.h"
 
 namespace usbdevctl {
 
@@ -49,9 +48,7 @@ SupportFacts readSupportFacts(const ChannelRow &row) {
   facts.device = row.device;
   facts.listed = devlistcmp(row.device.c_str(), kUnsupportedList) != 0;
   if (facts.listed || !row.video_node) return facts;
-  std::array<_usbfmt_des, USBDEV_FORMATS> formats = {};
-  int over_60 = 0;
-  facts.usable_formats = mn_get_usbchn_fmts(*row.video_node, formats.data(), &over_60);
+  facts.usable_formats = readFormats(*row.video_node).count;
   if (facts.usable_formats > 0) return facts;
   facts.survey = surveyFormats(formatListing(*row.video_node));
   facts.encoding = readEncodingFacts();

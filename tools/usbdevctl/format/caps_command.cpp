@@ -13,11 +13,6 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
-  CameraArgument camera{CameraName::By::profile};
-  bool json = false;
-};
-
 Capabilities readCapabilities(int profile) {
   Capabilities capabilities;
   capabilities.camera.count = vl_get_usbchn_cap(profile, capabilities.camera.formats.data());
@@ -27,7 +22,7 @@ Capabilities readCapabilities(int profile) {
   return capabilities;
 }
 
-ExitStatus caps(const Options &options) {
+ExitStatus caps(const CameraOptions &options) {
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
@@ -44,11 +39,10 @@ ExitStatus caps(const Options &options) {
 }  // namespace
 
 void addCaps(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<CameraOptions>(CameraName::By::profile);
   Command &command =
       program.addCommand("caps", "Show what the device of a profile can deliver", [options] { return caps(*options); });
-  addCamera(command, options->camera);
-  addJsonFlag(command, options->json);
+  addCameraOptions(command, *options);
 }
 
 }  // namespace usbdevctl

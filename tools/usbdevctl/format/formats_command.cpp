@@ -1,31 +1,16 @@
-#include <usbdev/devices.h>
-
 #include <memory>
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
 #include "command_line/commands.h"
+#include "format/format_query.h"
 #include "format/format_survey.h"
 #include "format/formats.h"
-#include "format/tool_output.h"
 #include "output/output.h"
 
 namespace usbdevctl {
 
 namespace {
-
-struct Options {
-  CameraArgument camera{CameraName::By::video_node};
-  bool json = false;
-};
-
-CameraFormats askCamera(int node) {
-  CameraFormats camera;
-  int over_60 = 0;
-  camera.count = mn_get_usbchn_fmts(node, camera.formats.data(), &over_60);
-  camera.over_60 = over_60 != 0;
-  return camera;
-}
 
 /// Looks into the listing itself only where the library found nothing in it.
 FormatSurvey surveyUnlessFound(int node, const CameraFormats &camera) {
@@ -51,11 +36,11 @@ void complainOfNoFormat(const std::string &device, const FormatSurvey &survey) {
   if (!layout.empty()) complain(kLayoutAdvice);
 }
 
-ExitStatus formats(const Options &options) {
+ExitStatus formats(const CameraOptions &options) {
   int node = 0;
   const ExitStatus found = findVideoNode(options.camera.name(), node);
   if (found != ExitStatus::ok) return found;
-  const CameraFormats camera = askCamera(node);
+  const CameraFormats camera = readFormats(node);
   const std::string device = "/dev/video" + std::to_string(node);
   if (camera.count < 0) {
     complain("the formats of " + device + " cannot be asked for");
@@ -72,11 +57,10 @@ ExitStatus formats(const Options &options) {
 }  // namespace
 
 void addFormats(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<CameraOptions>(CameraName::By::video_node);
   Command &command = program.addCommand("formats", "Show the sizes and frame rates that a camera offers",
                                         [options] { return formats(*options); });
-  addCamera(command, options->camera);
-  addJsonFlag(command, options->json);
+  addCameraOptions(command, *options);
 }
 
 }  // namespace usbdevctl

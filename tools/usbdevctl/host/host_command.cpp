@@ -6,6 +6,7 @@
 #include "camera/camera_lookup.h"
 #include "channel/channels.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "host/host_info.h"
 #include "output/fields.h"
 #include "output/numbers.h"
@@ -16,18 +17,13 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
-  CameraArgument camera{CameraName::By::channel};
-  bool json = false;
-};
-
-ExitStatus model(const Options &options) {
+ExitStatus model(const CameraOptions &options) {
   const bool found = vl_find_HOS_model_pic() == 0;
   print(recordOutput(Fields().add(answerField("picture", found)), options.json));
   return found ? ExitStatus::ok : ExitStatus::nothing;
 }
 
-ExitStatus codec(const Options &options) {
+ExitStatus codec(const CameraOptions &options) {
   int supported = 0;
   if (vl_check_HOS_halvane_support(&supported) != 0) {
     complain("the host does not tell whether its graphics support the encoding add-on");
@@ -37,7 +33,7 @@ ExitStatus codec(const Options &options) {
   return supported != 0 ? ExitStatus::ok : ExitStatus::nothing;
 }
 
-ExitStatus port(const Options &options) {
+ExitStatus port(const CameraOptions &options) {
   std::string port;
   const ExitStatus found = findPort(options.camera.name(), port);
   if (found != ExitStatus::ok) return found;
@@ -50,8 +46,8 @@ ExitStatus port(const Options &options) {
   return ExitStatus::nothing;
 }
 
-Command &addProbe(Command &host, const char *name, const char *description, ExitStatus (*probe)(const Options &),
-                  const std::shared_ptr<Options> &options) {
+Command &addProbe(Command &host, const char *name, const char *description, ExitStatus (*probe)(const CameraOptions &),
+                  const std::shared_ptr<CameraOptions> &options) {
   Command &command = host.addCommand(name, description, [probe, options] { return probe(*options); });
   addJsonFlag(command, options->json);
   return command;
@@ -60,7 +56,7 @@ Command &addProbe(Command &host, const char *name, const char *description, Exit
 }  // namespace
 
 void addHost(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<CameraOptions>(CameraName::By::channel);
   Command &host = program.addCommand("host", "Ask the host about itself");
   addHostInfo(host);
   addProbe(host, "model", "Tell whether the host has a picture of its model", model, options);

@@ -4,8 +4,7 @@
 
 #include <memory>
 
-#include "camera/camera_argument.h"
-#include "output/absent.h"
+#include "command_line/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
 #include "output/printable.h"

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "camera/camera_argument.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
 #include "output/printable.h"

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "camera/camera_argument.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "host/login_service.h"
 #include "output/json.h"
 #include "output/output.h"

@@ -75,6 +75,11 @@ Field headed(const std::string &heading, Field field) {
   return field;
 }
 
+Field absentIfEmpty(Field field) {
+  if (field.cell.text.empty()) field.value = Json();
+  return field;
+}
+
 Fields &Fields::add(Field field) {
   fields_.push_back(std::move(field));
   return *this;

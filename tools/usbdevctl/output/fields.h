@@ -39,6 +39,9 @@ Field shrinking(Field field);
 /// The field, under another heading.
 Field headed(const std::string &heading, Field field);
 
+/// The field, for programs as null where its text is empty.
+Field absentIfEmpty(Field field);
+
 class Fields {
  public:
   Fields &add(Field field);

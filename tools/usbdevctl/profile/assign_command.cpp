@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "camera/camera_lookup.h"
+#include "channel/channel_query.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
 #include "output/output.h"

@@ -6,7 +6,8 @@
 #include <array>
 #include <string>
 
-#include "output/fields.h"
+#include "output/json.h"
+#include "output/output.h"
 
 namespace usbdevctl {
 

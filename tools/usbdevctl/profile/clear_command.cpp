@@ -12,17 +12,12 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
-  CameraArgument camera{CameraName::By::profile};
-  bool json = false;
-};
-
-ExitStatus clear(const Options &options) {
+ExitStatus clear(const CameraOptions &options) {
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
   Camera camera;
-  if (findCamera({CameraName::By::profile, profile, ""}, camera) != ExitStatus::ok) return ExitStatus::failure;
+  if (findCameraOf(profile, camera) != ExitStatus::ok) return ExitStatus::failure;
   if (vl_clear_usbchn_profile(profile, nullptr, kEventCleared) != 0) return refusedFor(profile);
   const ExitStatus read_again = readAgain(camera);
   if (read_again != ExitStatus::ok) return read_again;
@@ -35,11 +30,10 @@ ExitStatus clear(const Options &options) {
 }  // namespace
 
 void addClear(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<CameraOptions>(CameraName::By::profile);
   Command &command =
       program.addCommand("clear", "Unbind a profile and remove its links", [options] { return clear(*options); });
-  addCamera(command, options->camera);
-  addJsonFlag(command, options->json);
+  addCameraOptions(command, *options);
 }
 
 }  // namespace usbdevctl

@@ -2,8 +2,8 @@
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
+#include "channel/hotplug_lock.h"
 #include "command_line/commands.h"
-#include "device/hotplug_lock.h"
 #include "output/output.h"
 #include "profile/channel_release.h"
 
@@ -11,17 +11,12 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
-  CameraArgument camera{CameraName::By::channel};
-  bool json = false;
-};
-
 ExitStatus failed(const std::string &why) {
   complain(why);
   return ExitStatus::failure;
 }
 
-ExitStatus forget(const Options &options) {
+ExitStatus forget(const CameraOptions &options) {
   const HotplugLock lock(kHotplugLockFile);  // no device comes back meanwhile
   if (!lock.error().empty()) return failed(lock.error());
   Camera camera;
@@ -39,12 +34,11 @@ ExitStatus forget(const Options &options) {
 }  // namespace
 
 void addForget(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<CameraOptions>(CameraName::By::channel);
   Command &command =
       program.addCommand("forget", "Free the channel, and the profile, of a camera that is gone for good",
                          [options] { return forget(*options); });
-  addCamera(command, options->camera);
-  addJsonFlag(command, options->json);
+  addCameraOptions(command, *options);
 }
 
 }  // namespace usbdevctl

@@ -3,9 +3,9 @@
 
 #include <memory>
 
-#include "camera/camera_argument.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "output/output.h"
 #include "profile/availability.h"
 

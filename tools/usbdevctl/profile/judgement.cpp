@@ -1,7 +1,9 @@
 #include "profile/judgement.h"
 
 #include "camera/camera_lookup.h"
+#include "channel/channel_query.h"
 #include "channel/configuration.h"
+#include "command_line/shared_arguments.h"
 #include "explain/collision_query.h"
 #include "explain/support_query.h"
 #include "output/output.h"

@@ -1,8 +1,8 @@
 #include <memory>
 
-#include "camera/camera_argument.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "output/output.h"
 #include "profile/profile_query.h"
 #include "profile/profiles.h"

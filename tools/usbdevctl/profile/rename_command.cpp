@@ -5,6 +5,7 @@
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "events/event_codes.h"
 #include "output/output.h"
 #include "output/printable.h"
@@ -27,7 +28,7 @@ ExitStatus rename(const Options &options) {
   if (found != ExitStatus::ok) return found;
   if (vl_set_profile_channelname(profile, options.name.c_str(), kLogChangesOnly) != 0) return refusedFor(profile);
   Camera camera;
-  const ExitStatus read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
+  const ExitStatus read_again = findCameraOf(profile, camera);
   if (read_again != ExitStatus::ok) return read_again;
   const std::string &name = camera.row.profile_name;
   if (name != options.name.substr(0, kLongestName)) return notStoredFor(camera);

@@ -9,14 +9,14 @@
 #include <array>
 #include <memory>
 
-#include "camera/camera_argument.h"
-#include "camera/camera_lookup.h"
+#include "channel/channel_query.h"
 #include "channel/channel_reset.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "command_line/version.h"
 #include "explain/support.h"
-#include "format/tool_output.h"
+#include "format/format_query.h"
 #include "output/output.h"
 #include "output/printable.h"
 #include "profile/profile_query.h"

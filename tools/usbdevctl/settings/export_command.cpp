@@ -8,10 +8,10 @@
 #include <cstring>
 #include <memory>
 
-#include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "output/output.h"
 #include "output/printable.h"
 #include "settings/settings_access.h"

@@ -1,11 +1,11 @@
 #include <fstream>
 #include <memory>
 
-#include "camera/camera_argument.h"
-#include "camera/camera_lookup.h"
+#include "channel/channel_query.h"
 #include "channel/configuration.h"
+#include "channel/hotplug_lock.h"
 #include "command_line/commands.h"
-#include "device/hotplug_lock.h"
+#include "command_line/shared_arguments.h"
 #include "output/output.h"
 #include "output/printable.h"
 #include "settings/settings_access.h"

@@ -6,6 +6,7 @@
 
 #include "events/event_codes.h"
 #include "explain/collision_query.h"
+#include "format/format_query.h"
 #include "output/output.h"
 #include "output/printable.h"
 #include "profile/channel_release.h"
@@ -117,10 +118,7 @@ CameraFacts readFacts(const ChannelRows &rows, const Camera &camera) {
   CameraFacts facts;
   facts.camera = camera;
   facts.collisions = readCollisions(rows, camera.channel);
-  if (camera.row.video_node) {
-    int over_60 = 0;
-    facts.formats.count = mn_get_usbchn_fmts(*camera.row.video_node, facts.formats.formats.data(), &over_60);
-  }
+  if (camera.row.video_node) facts.formats = readFormats(*camera.row.video_node);
   if (camera.row.profile) facts.current = readProfileSettings(*camera.row.profile);
   return facts;
 }

@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "camera/camera_argument.h"
 #include "channel/configuration.h"
+#include "command_line/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
 #include "stream/view_code.h"

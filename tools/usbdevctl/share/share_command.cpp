@@ -6,7 +6,7 @@
 #include "camera/camera_lookup.h"
 #include "command_line/commands.h"
 #include "command_line/password.h"
-#include "output/absent.h"
+#include "command_line/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
 #include "output/printable.h"
@@ -73,7 +73,7 @@ ExitStatus off(int profile, const Options &options) {
   ShareLinkInfo link = linkOf(profile);
   if (vl_set_share_link(&link) != 0) return refusedFor(profile);
   Camera camera;
-  const ExitStatus read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
+  const ExitStatus read_again = findCameraOf(profile, camera);
   if (read_again != ExitStatus::ok) return read_again;
   if (vl_get_share_link(&link) != 0 || link.shrenable != 0) return notStoredFor(camera);
   const std::string number = std::to_string(profile);

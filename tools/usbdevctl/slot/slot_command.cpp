@@ -9,6 +9,7 @@
 #include "camera/camera_lookup.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "output/output.h"
 #include "output/printable.h"
 #include "slot/slots.h"
@@ -16,11 +17,6 @@
 namespace usbdevctl {
 
 namespace {
-
-struct Options {
-  CameraArgument camera{CameraName::By::channel};
-  bool json = false;
-};
 
 using Devices = std::array<_usbdev_entry, USBDEV_CHANNELS>;
 
@@ -72,7 +68,7 @@ std::string switchedText(const ChannelRow &row) {
   return row.parked_behind ? text + ", waits behind channel " + std::to_string(*row.parked_behind) : text;
 }
 
-ExitStatus switchSlot(const Options &options, bool on) {
+ExitStatus switchSlot(const CameraOptions &options, bool on) {
   Camera camera;
   const ExitStatus found = findCamera(options.camera.name(), camera);
   if (found != ExitStatus::ok) return found;
@@ -97,10 +93,9 @@ void addList(Command &slot) {
 }
 
 void addSwitch(Command &slot, const char *name, const char *description, bool on) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<CameraOptions>(CameraName::By::channel);
   Command &command = slot.addCommand(name, description, [options, on] { return switchSlot(*options, on); });
-  addCamera(command, options->camera);
-  addJsonFlag(command, options->json);
+  addCameraOptions(command, *options);
 }
 
 }  // namespace

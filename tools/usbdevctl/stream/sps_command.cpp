@@ -5,6 +5,7 @@
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "output/output.h"
 
 namespace usbdevctl {
@@ -23,7 +24,7 @@ ExitStatus sps(const Options &options) {
   if (found != ExitStatus::ok) return found;
   if (mn_set_usbchn_sps(profile, options.value) != 0) return refusedFor(profile);
   Camera camera;
-  const ExitStatus read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
+  const ExitStatus read_again = findCameraOf(profile, camera);
   if (read_again != ExitStatus::ok) return read_again;
   const Fields members = Fields().add(forPrograms("sps_state", options.value));
   print(changeOutput("stream-parameter state " + std::to_string(options.value) + " recorded", members, camera,

@@ -5,10 +5,9 @@
 #include <ctime>
 #include <memory>
 
-#include "camera/camera_argument.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
-#include "output/absent.h"
+#include "command_line/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
 #include "output/printable.h"

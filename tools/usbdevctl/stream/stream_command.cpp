@@ -2,10 +2,13 @@
 
 #include <usbdev/profiles.h>
 
+#include <memory>
+
+#include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
 #include "command_line/commands.h"
-#include "explain/collision.h"
 #include "output/output.h"
+#include "stream/stream_settings.h"
 
 namespace usbdevctl {
 
@@ -13,10 +16,27 @@ namespace {
 
 ExitStatus explainLack(int profile) {
   Camera camera;
-  const ExitStatus found = findCamera({CameraName::By::profile, profile, ""}, camera);
+  const ExitStatus found = findCameraOf(profile, camera);
   if (found != ExitStatus::ok) return found;
   complain(cameraText(camera) + ": " + streamLackText(camera.row));
   return ExitStatus::nothing;
+}
+
+ExitStatus show(const CameraOptions &options) {
+  int profile = 0;
+  const ExitStatus found = findProfile(options.camera.name(), profile);
+  if (found != ExitStatus::ok) return found;
+  _streaminfo record;
+  const ExitStatus status = readStream(profile, record);
+  if (status == ExitStatus::ok) print(recordOutput(streamFields(record), options.json));
+  return status;
+}
+
+void addShow(Command &stream) {
+  auto options = std::make_shared<CameraOptions>(CameraName::By::profile);
+  Command &command =
+      stream.addCommand("show", "Show a profile's stream settings", [options] { return show(*options); });
+  addCameraOptions(command, *options);
 }
 
 }  // namespace
@@ -28,7 +48,7 @@ ExitStatus readStream(int profile, _streaminfo &record) {
 
 void addStream(Command &program) {
   Command &stream = program.addCommand("stream", "Show or change the stream settings of a profile");
-  addStreamShow(stream);
+  addShow(stream);
   addStreamSet(stream);
 }
 

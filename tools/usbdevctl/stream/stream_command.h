@@ -10,7 +10,6 @@ namespace usbdevctl {
 /// Reads a profile's stream settings; what keeps the profile from having any is explained on standard error.
 ExitStatus readStream(int profile, _streaminfo &record);
 
-void addStreamShow(Command &stream);
 void addStreamSet(Command &stream);
 
 }  // namespace usbdevctl

@@ -5,6 +5,7 @@
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
 #include "channel/configuration.h"
+#include "command_line/shared_arguments.h"
 #include "events/event_codes.h"
 #include "output/output.h"
 #include "stream/stream_command.h"
@@ -75,7 +76,7 @@ ExitStatus set(const Options &options) {
   outcome.events = eventsAfter(newest);
   ExitStatus read_again = readStream(profile, outcome.stored);
   Camera camera;
-  if (read_again == ExitStatus::ok) read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
+  if (read_again == ExitStatus::ok) read_again = findCameraOf(profile, camera);
   return read_again == ExitStatus::ok ? report(options, camera, outcome) : read_again;
 }
 

@@ -13,12 +13,7 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
-  CameraArgument camera{CameraName::By::profile};
-  bool json = false;
-};
-
-ExitStatus volume(const Options &options) {
+ExitStatus volume(const CameraOptions &options) {
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
@@ -26,7 +21,7 @@ ExitStatus volume(const Options &options) {
     return refused("profile " + std::to_string(profile) + " has no sound card whose volume could be set");
   }
   Camera camera;
-  const ExitStatus read_again = findCamera({CameraName::By::profile, profile, ""}, camera);
+  const ExitStatus read_again = findCameraOf(profile, camera);
   if (read_again != ExitStatus::ok) return read_again;
   _profile_info stored;
   if (vl_get_profile_info(profile, &stored) != 0) return configurationUnreadable();
@@ -38,11 +33,10 @@ ExitStatus volume(const Options &options) {
 }  // namespace
 
 void addVolume(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<CameraOptions>(CameraName::By::profile);
   Command &command = program.addCommand("volume", "Apply a profile's stored volume to its sound card",
                                         [options] { return volume(*options); });
-  addCamera(command, options->camera);
-  addJsonFlag(command, options->json);
+  addCameraOptions(command, *options);
 }
 
 }  // namespace usbdevctl

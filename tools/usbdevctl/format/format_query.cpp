@@ -1,4 +1,6 @@
-#include "format/tool_output.h"
+#include "format/format_query.h"
+
+#include <usbdev/devices.h>
 
 #include <array>
 #include <cstdio>
@@ -15,6 +17,14 @@ struct ClosePipe {
 };
 
 }  // namespace
+
+CameraFormats readFormats(int node) {
+  CameraFormats camera;
+  int over_60 = 0;
+  camera.count = mn_get_usbchn_fmts(node, camera.formats.data(), &over_60);
+  camera.over_60 = over_60 != 0;
+  return camera;
+}
 
 std::string outputOf(const std::string &command) {
   const std::unique_ptr<FILE, ClosePipe> pipe(popen(command.c_str(), "re"));

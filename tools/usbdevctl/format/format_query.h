@@ -1,9 +1,14 @@
-// What the host's tools print about a camera, for diagnoses alone: whatever they say, the library is asked.
+// The formats of a camera: the library's answer, and for diagnoses what the host's tools print.
 #pragma once
 
 #include <string>
 
+#include "format/formats.h"
+
 namespace usbdevctl {
+
+/// Asks the library for the formats of /dev/videoN; its count is negative where they cannot be asked for.
+CameraFormats readFormats(int node);
 
 /// What a shell command prints, cut at a megabyte.
 std::string outputOf(const std::string &command);

@@ -1,4 +1,4 @@
-#include "device/hotplug_lock.h"
+#include "channel/hotplug_lock.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

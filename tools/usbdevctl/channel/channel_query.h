@@ -1,0 +1,10 @@
+#pragma once
+
+#include "channel/channels.h"
+
+namespace usbdevctl {
+
+/// Asks the library for all channels; false when the configuration cannot be read.
+bool readChannels(ChannelRows &rows);
+
+}  // namespace usbdevctl
