@@ -57,7 +57,6 @@ class ConfigSession : public OpenConfig {
   ConfigSession &operator=(const ConfigSession &) = delete;
 
   explicit operator bool() const { return result_ == kOpened; }
-  int openResult() const { return result_; }
 
  protected:
   ConfigSession(int mode, const char *path, OpenFailure failure);

@@ -2,6 +2,7 @@
 
 #include "core/profile_mapping.h"
 #include "core/text.h"
+#include "hotplug/device_type.h"
 #include "hotplug/sound_card.h"
 
 namespace usbdev {
@@ -29,7 +30,7 @@ void probeAudioCard(int card, AudioFindings &findings) {
 
 void writeNewDevice(const Section &channel, const _usbdev_des &device) {
   channel.set(keys::usbslot, device.usbslot);
-  if (device.devtype == 1 || device.devname[0] != '\0') channel.set(keys::devname, device.devname);
+  if (isCamera(device) || device.devname[0] != '\0') channel.set(keys::devname, device.devname);
   writeUnbound(channel);
 }
 

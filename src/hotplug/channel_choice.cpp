@@ -1,6 +1,7 @@
 #include "hotplug/channel_choice.h"
 
 #include "core/text.h"
+#include "hotplug/device_type.h"
 
 namespace usbdev {
 namespace {

@@ -11,7 +11,7 @@ struct ChannelChoice {
   int channel = kNone;
   bool exact_match = false;      // the channel already holds this very device
   int replaced = kNone;          // the channel whose camera gave way to another one in the same port
-  int profile = kNone;           // what the caller is told
+  int profile = kNone;           // what the caller gets
   const char *rename = nullptr;  // an audio card takes this name, its channel's
 };
 
@@ -20,7 +20,5 @@ ChannelChoice chooseForPlugged(const ChannelSnapshots &channels, const _usbdev_d
 
 /// Removal: the attached channel in the port.
 ChannelChoice chooseForRemoved(const ChannelSnapshots &channels, const _usbdev_des &device);
-
-inline bool isCamera(const _usbdev_des &device) { return device.devtype == 1; }
 
 }  // namespace usbdev

@@ -1,9 +1,9 @@
-#include <usbdev/hotplug.h>
-#include <usbdev/web.h>
+#include "hotplug/channel_update.h"
 
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/conflicts.h"
+#include "web/link_ids.h"
 #include "web/links.h"
 
 namespace usbdev {
@@ -34,7 +34,7 @@ void writeCameraType(const Section &channel, const _usbdev_update &record) {
 bool restoreLinks(const Section &channel, _usbdev_update &record) {
   const bool lost_name = record.hlspath[0] == '\0';
   if (lost_name) {
-    generate_hash(record.hlspath);
+    makeHash(record.hlspath);
     channel.set(keys::hlspath, record.hlspath);
   }
   makeStreamLink(record.profile, record.hlspath);
@@ -43,29 +43,25 @@ bool restoreLinks(const Section &channel, _usbdev_update &record) {
 }
 
 /// Takes back the links of names that could not be stored.
-void takeBackLinks(const ChannelMarks &newly_named, _usbdev_update *channels) {
+void takeBackLinks(const ChannelMarks &newly_named, ChannelRecords &records) {
   for (int i = 0; i < kChannels; ++i) {
     if (!newly_named[i]) continue;
-    takeBackStreamLink(channels[i].hlspath);
-    channels[i].hlspath[0] = '\0';
+    takeBackStreamLink(records[i].hlspath);
+    records[i].hlspath[0] = '\0';
   }
 }
 
 }  // namespace
-}  // namespace usbdev
 
-using namespace usbdev;
-
-int update_usbinfo(_usbdev_update *channels) {
-  if (channels == nullptr) return -1;
+bool updateChannels(ChannelRecords &records) {
   WriterOverCommands config;
-  if (!config) return -1;
+  if (!config) return false;
   ChannelMarks newly_named = {};
   int slot_switch = 1;  // carried over on purpose: a channel without a stored switch takes the previous channel's
   for (int i = 0; i < kChannels; ++i) {
-    _usbdev_update &record = channels[i];
-    if (record.state == -1) continue;
-    const Section &channel = config.channel(i);
+    _usbdev_update &record = records[i];
+    if (record.state == kNeverConfigured) continue;
+    const Section channel = config.channel(i);
     writePresence(channel, record);
     if (record.vnode != kNone) {
       writeCameraType(channel, record);
@@ -74,7 +70,9 @@ int update_usbinfo(_usbdev_update *channels) {
     if (record.slot_switch == 0 || record.slot_switch == 1) slot_switch = record.slot_switch;
     channel.set(keys::slot_switch, slot_switch);
   }
-  if (config.save()) return 0;
-  takeBackLinks(newly_named, channels);
-  return -1;
+  if (config.save()) return true;
+  takeBackLinks(newly_named, records);
+  return false;
 }
+
+}  // namespace usbdev

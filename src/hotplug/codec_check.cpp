@@ -1,7 +1,5 @@
 #include "hotplug/codec_check.h"
 
-#include <usbdev/hotplug.h>
-
 #include "core/config.h"
 #include "core/text.h"
 
@@ -22,31 +20,26 @@ Remedy judge(const Section &channel) {
 
 }  // namespace
 
-int checkCodecs(HostAnswers &host) {
-  if (host.mayEncode()) return 0;
+bool checkCodecs(HostAnswers &host) {
+  if (host.mayEncode()) return true;
   Remedy remedies[kChannels];
   bool any = false;
   {
     const ConfigReader config;
-    if (!config) return -1;
+    if (!config) return false;
     for (int i = 0; i < kChannels; ++i) {
       remedies[i] = judge(config.channel(i));
       any = any || remedies[i] != Remedy::none;
     }
   }
-  if (!any) return 0;
+  if (!any) return true;
   ConfigWriter config;
-  if (!config) return -1;
+  if (!config) return false;
   for (int i = 0; i < kChannels; ++i) {
     if (remedies[i] == Remedy::use_mjpeg) config.channel(i).set(keys::vcodec, Codec::mjpeg);
     if (remedies[i] == Remedy::unsupported) config.channel(i).set(keys::conflictch, kUnsupported);
   }
-  return config.save() ? 0 : -1;
+  return config.save();
 }
 
 }  // namespace usbdev
-
-int check_halvane(void) {
-  usbdev::HostAnswers host;
-  return usbdev::checkCodecs(host);
-}

@@ -5,7 +5,8 @@
 
 namespace usbdev {
 
-/// check_halvane with answers that the calling operation may already have.
-int checkCodecs(HostAnswers &host);
+/// Where the host cannot encode, turns channels to MJPEG and marks those without it as unsupported; false when the file
+/// cannot be opened or stored.
+bool checkCodecs(HostAnswers &host);
 
 }  // namespace usbdev

@@ -1,17 +1,17 @@
-// The attached devices, as the drivers list them.
+// The attached devices, as the drivers list them, compared with the channels.
 #pragma once
 
-#include <usbdev/records.h>
-
-#include "devices/host_answers.h"
+#include "devices/conflicts.h"
+#include "hotplug/start_up_records.h"
 
 namespace usbdev {
 
-/// How many records the lists of new devices hold.
-inline constexpr int kNewDevices = 10;
+/// Finds the attached cameras: sets node, port, name and state in the record of a channel whose camera is there, and
+/// the task for its conflict mark; adds cameras that no channel knows to the new ones. False when the file cannot be
+/// opened; where the drivers' list cannot be read nothing is found.
+bool findCameras(HostAnswers &host, ChannelRecords &channels, ConflictTasks &tasks, NewDevices &new_cameras);
 
-/// get_conf_chinfo with answers that the calling operation may already have; nothing is null.
-int findCameras(HostAnswers &host, _usbdev_update *channels, int *conflict_map, int *new_camera_count,
-                _usbdev_update *new_cameras);
+/// Finds the attached sound cards in the same way; one without a name of its own is called like the camera in its port.
+bool findSoundCards(ChannelRecords &channels, NewDevices &new_cards, const RecordList &new_cameras);
 
 }  // namespace usbdev

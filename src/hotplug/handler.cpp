@@ -1,7 +1,5 @@
 #include "hotplug/handler.h"
 
-#include <usbdev/hotplug.h>
-
 #include "core/change_notification.h"
 #include "core/config.h"
 #include "core/text.h"
@@ -10,6 +8,7 @@
 #include "hotplug/audio_attachment.h"
 #include "hotplug/camera_probe.h"
 #include "hotplug/channel_choice.h"
+#include "hotplug/device_type.h"
 
 namespace usbdev {
 namespace {
@@ -84,7 +83,7 @@ void writeCamera(const Section &channel, const HotplugEvent &event) {
 }
 
 void writePlugged(const ConfigWriter &config, const HotplugEvent &event) {
-  const Section &channel = config.channel(event.choice.channel);
+  const Section channel = config.channel(event.choice.channel);
   channel.set(keys::slot_switch, event.slot_switch);
   if (isCamera(event.device)) {
     writeCamera(channel, event);
@@ -100,8 +99,8 @@ void writePlugged(const ConfigWriter &config, const HotplugEvent &event) {
   if (event.choice.replaced != kNone) {
     const ChannelSnapshot &replaced = event.channels[event.choice.replaced];
     writeInheritedAudio(channel, replaced.anode, replaced.acap);
-    const Section &displaced = config.channel(event.choice.replaced);
-    displaced.set(keys::exists, -1);  // not 0: its camera was displaced, not unplugged
+    const Section displaced = config.channel(event.choice.replaced);
+    displaced.set(keys::exists, kNeverConfigured);  // not 0: its camera was displaced, not unplugged
     displaced.set(keys::anode, kNone);
   }
 }
@@ -131,38 +130,28 @@ void notify(const HotplugEvent &event, int successor) {
 
 }  // namespace
 
-int handleHotplug(HostAnswers &host, const HotplugArguments &caller) {
-  _usbdev_des &device = *caller.device;
-  device.devname[sizeof device.devname - 1] = '\0';
-  *caller.profile = kNone;
+int handleHotplug(HostAnswers &host, _usbdev_des &device, int &profile, TextBuffer devname, int &vnode,
+                  _usbdev_conflict &conflict) {
+  profile = kNone;
   HotplugEvent event(device);
-  if (!readBefore(event)) return -1;
+  if (!readBefore(event)) return kNone;
 
   const bool plugged = device.plugged != 0;
   event.choice = plugged ? chooseForPlugged(event.channels, device) : chooseForRemoved(event.channels, device);
-  *caller.profile = event.choice.profile;
-  if (event.choice.channel == kNone) return -1;
+  profile = event.choice.profile;
+  if (event.choice.channel == kNone) return kNone;
   if (event.choice.rename != nullptr) copyText(device.devname, event.choice.rename);
   if (!plugged) {
-    *caller.vnode = event.chosen().vnode;
-    if (isCamera(device)) copyCut(caller.devname, event.chosen().devname, sizeof device.devname - 1);
+    vnode = event.chosen().vnode;
+    if (isCamera(device)) copyText(devname, event.chosen().devname);
   }
-  if (isIgnoredCard(device)) return -1;
+  if (isIgnoredCard(device)) return kNone;
 
-  if (plugged) judgePlugged(host, event, *caller.conflict);
-  if (!writeEvent(event)) return -1;
+  if (plugged) judgePlugged(host, event, conflict);
+  if (!writeEvent(event)) return kNone;
   notify(event, followUpConflict(host, event.choice.channel, plugged, event.chosen().conflictch,
                                  event.conflicts.parked_behind));
   return event.choice.channel;
 }
 
 }  // namespace usbdev
-
-int mn_set_usbdev_hotplug(_usbdev_des *device, int *profile, char *devname, int *vnode, _usbdev_conflict *conflict) {
-  if (device == nullptr || profile == nullptr || devname == nullptr || vnode == nullptr || conflict == nullptr ||
-      !usbdev::isTerminated(device->usbslot)) {
-    return -1;
-  }
-  usbdev::HostAnswers host;
-  return usbdev::handleHotplug(host, {device, profile, devname, vnode, conflict});
-}

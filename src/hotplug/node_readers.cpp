@@ -1,4 +1,4 @@
-#include <usbdev/hotplug.h>
+#include "hotplug/node_readers.h"
 
 #include <cstdio>
 #include <cstring>
@@ -39,9 +39,9 @@ bool isInterface(const char *name) {
 }
 
 /// Copies a sound card's name where the host knows the card.
-void copyCardName(int card, char *out) {
+void copyCardName(int card, TextBuffer out) {
   const SoundCard known(card);
-  if (known) copyCut(out, known.info().name, sizeof known.info().name - 1);
+  if (known) copyText(out, known.info().name);
 }
 
 /// Where the two drivers list the nodes of an interface.
@@ -66,61 +66,52 @@ bool takeCard(_usbdev_update &record, Line &line) {
 }
 
 /// Asks interfaces 0 and 2 of the record's port, both always; `take` gets the first line of each that has a node.
-void readNodes(_usbdev_update *record, const char *pattern, bool (*take)(_usbdev_update &, Line &)) {
-  if (record == nullptr || !isTerminated(record->usbslot) || !isSafeWord(record->usbslot)) return;
+void readNodes(_usbdev_update &record, const char *pattern, bool (*take)(_usbdev_update &, Line &)) {
+  if (!isSafeWord(record.usbslot)) return;
   for (int interface = 0; interface <= 2; interface += 2) {
-    CommandLines nodes(pattern, record->usbslot, interface);
+    CommandLines nodes(pattern, record.usbslot, interface);
     if (!nodes) {
       std::fputs("scan failure ...", stdout);
       continue;
     }
     Line line;
-    if (nodes.next(line) && !take(*record, line)) nodes.leaveOpen();  // meant to stay open then
+    if (nodes.next(line) && !take(record, line)) nodes.leaveOpen();  // meant to stay open then
   }
 }
 
-/// Takes the first of an interface's nodes: 1 with the node, 0 when it has none, -1 when it could not be asked.
-int takeFirst(CommandLines &nodes, int *node) {
-  if (!nodes) return -1;
+/// Takes the first of an interface's nodes.
+NodeAnswer takeFirst(CommandLines &nodes, int &node) {
+  if (!nodes) return NodeAnswer::unreadable;
   Line line;
-  if (!nodes.next(line)) return 0;
-  *node = nodeNumber(line);
-  return 1;
+  if (!nodes.next(line)) return NodeAnswer::missing;
+  node = nodeNumber(line);
+  return NodeAnswer::found;
 }
 
 }  // namespace
-}  // namespace usbdev
 
-using namespace usbdev;
-
-int get_video_info(const char *interface_name, int *vnode, char *name) {
-  if (interface_name == nullptr || vnode == nullptr || name == nullptr) return -1;
-  if (!isInterface(interface_name)) return 0;
+NodeAnswer readCamera(const char *interface_name, int &vnode, TextBuffer name) {
+  if (!isInterface(interface_name)) return NodeAnswer::missing;
   // Open until the name is read, too.
   CommandLines nodes("/bin/ls /sys/bus/usb/drivers/uvcvideo/%s/video4linux | /bin/awk '{print $1}'", interface_name);
-  const int found = takeFirst(nodes, vnode);
-  if (found != 1) return found;
+  const NodeAnswer answer = takeFirst(nodes, vnode);
+  if (answer != NodeAnswer::found) return answer;
   Line line;
-  if (!readCameraName(*vnode, line)) return -1;
-  copyCut(name, usbdev::trim(line), sizeof line - 1);
-  return 0;
+  if (!readCameraName(vnode, line)) return NodeAnswer::unreadable;
+  copyText(name, trim(line));
+  return NodeAnswer::found;
 }
 
-int get_audio_info(const char *interface_name, int *card, char *name) {
-  if (interface_name == nullptr || card == nullptr || name == nullptr) return -1;
-  if (!isInterface(interface_name)) return 0;
+NodeAnswer readSoundCard(const char *interface_name, int &card, TextBuffer name) {
+  if (!isInterface(interface_name)) return NodeAnswer::missing;
   CommandLines nodes("/bin/ls /sys/bus/usb/drivers/snd-usb-audio/%s/sound | /bin/awk '{print $1}'", interface_name);
-  const int found = takeFirst(nodes, card);
-  if (found == 1) copyCardName(*card, name);
-  return found == -1 ? -1 : 0;
+  const NodeAnswer answer = takeFirst(nodes, card);
+  if (answer == NodeAnswer::found) copyCardName(card, name);
+  return answer;
 }
 
-int get_usb_vnode(_usbdev_update *record) {
-  readNodes(record, kCameraNodes, takeCamera);
-  return 0;
-}
+void readCameraInPort(_usbdev_update &record) { readNodes(record, kCameraNodes, takeCamera); }
 
-int get_usb_anode(_usbdev_update *record) {
-  readNodes(record, kCardNodes, takeCard);
-  return 0;
-}
+void readSoundCardInPort(_usbdev_update &record) { readNodes(record, kCardNodes, takeCard); }
+
+}  // namespace usbdev

@@ -1,139 +1,107 @@
-#include <usbdev/hotplug.h>
-#include <usbdev/profiles.h>
+#include "hotplug/synchronisation.h"
 
 #include <algorithm>
 
 #include "core/change_notification.h"
-#include "core/config.h"
-#include "core/text.h"
+#include "core/channel_snapshot.h"
 #include "devices/conflicts.h"
+#include "hotplug/channel_update.h"
 #include "hotplug/codec_check.h"
 #include "hotplug/device_scan.h"
+#include "hotplug/device_type.h"
 #include "hotplug/handler.h"
+#include "profiles/assignment.h"
 
 namespace usbdev {
 namespace {
 
-struct Records {
-  _usbdev_update list[kChannels];
-
-  Records() {
-    for (_usbdev_update &record : list) {
-      record = {};
-      record.vnode = record.anode = record.state = record.slot_switch = record.profile = -1;
-    }
-  }
-};
-
-void readRecord(const Section &channel, _usbdev_update &record) {
-  const int exists = channel.get(keys::exists, -1);
-  if (exists == -1) return;
-  record.state = exists;
-  record.slot_switch = channel.get(keys::slot_switch);
-  record.profile = channel.get(keys::profile);
-  channel.get(keys::hlspath, record.hlspath);
-  if (channel.get(keys::shrenable) != 0) channel.get(keys::hash_string, record.hash);
+/// A channel as it is stored, before any device is found.
+_usbdev_update recordOf(const ChannelSnapshot &stored) {
+  _usbdev_update record{};
+  record.vnode = record.anode = kNone;
+  record.state = stored.exists;
+  record.slot_switch = stored.slot_switch;
+  record.profile = stored.profile;
+  copyText(record.hlspath, stored.hlspath);
+  copyText(record.hash, stored.share_link);
+  return record;
 }
 
-void plug(HostAnswers &host, int devtype, int node, const _usbdev_update &record, const char *name) {
+bool readRecords(ChannelRecords &records) {
+  const ConfigReader config;
+  if (!config) return false;
+  ChannelSnapshots stored;
+  readForStartUp(config, stored);
+  for (int i = 0; i < kChannels; ++i) records[i] = recordOf(stored[i]);
+  return true;
+}
+
+void plug(HostAnswers &host, DeviceType type, int node, const char *usbslot, const char *name) {
   _usbdev_des device{};
-  device.devtype = devtype;
+  device.devtype = static_cast<int>(type);
   device.node = node;
-  copyText(device.usbslot, record.usbslot);
+  copyText(device.usbslot, usbslot);
   device.plugged = 1;
   copyText(device.devname, name);
   int profile = kNone;
-  char devname[256];
+  char devname[sizeof device.devname];
   int vnode = kNone;
   _usbdev_conflict conflict;
-  handleHotplug(host, {&device, &profile, devname, &vnode, &conflict});
+  handleHotplug(host, device, profile, devname, vnode, conflict);
 }
 
 /// A card without a name of its own takes that of the new camera in its port.
-const char *nameOfCard(const _usbdev_update &card, int camera_count, const _usbdev_update *cameras) {
-  if (card.devname[0] != '\0') return card.devname;
-  for (int i = 0; i < camera_count; ++i) {
-    if (isSame(cameras[i].usbslot, card.usbslot)) return cameras[i].devname;
-  }
-  return card.devname;
-}
-
-void plugNewDevices(HostAnswers &host, int camera_count, const _usbdev_update *cameras, int card_count,
-                    const _usbdev_update *cards) {
-  for (int i = 0; i < camera_count; ++i) plug(host, 1, cameras[i].vnode, cameras[i], cameras[i].devname);
-  for (int i = 0; i < card_count; ++i) {
-    plug(host, 0, cards[i].anode, cards[i], nameOfCard(cards[i], camera_count, cameras));
-  }
+const char *nameOfCard(const _usbdev_update &card, const RecordList &cameras) {
+  const char *camera = card.devname[0] == '\0' ? cameras.nameInPort(card.usbslot) : nullptr;
+  return camera != nullptr ? camera : card.devname;
 }
 
 /// Must the channel give its profile up on a host that serves one channel only?
 bool holdsLaterProfile(const _usbdev_update &record) {
-  return record.state != -1 && record.profile != kNone && record.profile != 0;
-}
-
-int countLaterProfiles(const _usbdev_update (&records)[kChannels]) {
-  int count = 0;
-  for (const _usbdev_update &record : records) count += holdsLaterProfile(record) ? 1 : 0;
-  return count;
-}
-
-int synchronise(HostAnswers &host) {
-  Records channels;
-  int result = -1;
-  {
-    const ConfigReader config;
-    if (!config) return -1;
-    result = config.openResult();
-    for (int i = 0; i < kChannels; ++i) readRecord(config.channel(i), channels.list[i]);
-  }
-  int conflict_map[kChannels];
-  for (int &code : conflict_map) code = -1;
-  Records cameras;
-  Records cards;
-  int camera_count = 0;
-  int card_count = 0;
-  // Each step runs whatever the earlier ones returned.
-  findCameras(host, channels.list, conflict_map, &camera_count, cameras.list);
-  get_conf_audioinfo(channels.list, conflict_map, &card_count, cards.list, camera_count, cameras.list);
-  update_usbinfo(channels.list);
-  ConflictTasks tasks;
-  for (int i = 0; i < kChannels; ++i) tasks[i] = ConflictTask{conflict_map[i]};
-  recomputeConflicts(host, tasks);
-  plugNewDevices(host, camera_count, cameras.list, card_count, cards.list);
-  if (countLaterProfiles(channels.list) > 0 && host.isOneChannelLimited()) rmNone1stProfile(channels.list);
-  return result;
+  return record.state != kNeverConfigured && record.profile != kNone && record.profile != 0;
 }
 
 }  // namespace
-}  // namespace usbdev
 
-using namespace usbdev;
+bool synchronise(HostAnswers &host) {
+  ChannelRecords channels;
+  if (!readRecords(channels)) return false;
+  ConflictTasks conflict_tasks;
+  std::fill_n(conflict_tasks, kChannels, ConflictTask::leave);
+  _usbdev_update camera_list[kNewDevices];
+  _usbdev_update card_list[kNewDevices];
+  NewDevices cameras(camera_list, 0);
+  NewDevices cards(card_list, 0);
+  findCameras(host, channels, conflict_tasks, cameras);
+  findSoundCards(channels, cards, cameras.records());
+  updateChannels(channels);
+  recomputeConflicts(host, conflict_tasks);
+  plugNewDevices(host, cameras.records(), cards.records());
+  if (std::any_of(channels, channels + kChannels, holdsLaterProfile) && host.isOneChannelLimited()) {
+    clearLaterProfiles(channels);
+  }
+  return true;
+}
 
-int vl_set_devpf_list(void) {
+void startUp() {
   HostAnswers host;
   checkCodecs(host);
   synchronise(host);
-  return 0;
 }
 
-int mn_sync_usbdev_conf(void) {
-  HostAnswers host;
-  return synchronise(host);
-}
-
-int sync_usbdev(int new_camera_count, _usbdev_update *new_cameras, int new_card_count, _usbdev_update *new_cards) {
-  if ((new_cameras == nullptr && new_camera_count > 0) || (new_cards == nullptr && new_card_count > 0)) return 0;
-  HostAnswers host;
-  plugNewDevices(host, std::min(new_camera_count, kNewDevices), new_cameras, std::min(new_card_count, kNewDevices),
-                 new_cards);
-  return 0;
-}
-
-int rmNone1stProfile(_usbdev_update *channels) {
-  if (channels == nullptr) return 0;
-  for (int i = 0; i < kChannels; ++i) {
-    if (holdsLaterProfile(channels[i]))
-      vl_clear_usbchn_profile(channels[i].profile, nullptr, static_cast<int>(EventCode::one_channel_host));
+void plugNewDevices(HostAnswers &host, const RecordList &cameras, const RecordList &cards) {
+  for (const _usbdev_update &camera : cameras) {
+    plug(host, DeviceType::camera, camera.vnode, camera.usbslot, camera.devname);
   }
-  return 0;
+  for (const _usbdev_update &card : cards) {
+    plug(host, DeviceType::sound_card, card.anode, card.usbslot, nameOfCard(card, cameras));
+  }
 }
+
+void clearLaterProfiles(const ChannelRecords &channels) {
+  for (const _usbdev_update &channel : channels) {
+    if (holdsLaterProfile(channel)) clearProfile(channel.profile, nullptr, EventCode::one_channel_host);
+  }
+}
+
+}  // namespace usbdev
