@@ -8,6 +8,8 @@
 namespace usbdev {
 namespace {
 
+constexpr bool kAudioAttachment = false;
+
 /// The two fixed settings of a sound card; unused while attachment is switched off.
 [[maybe_unused]] void writePreset(const Section &channel, bool stereo) {
   channel.set(keys::acodec, stereo ? 1 : 0);

@@ -1,5 +1,5 @@
 // Sound cards on channels. Attachment is switched off in this build: a card that is plugged in leaves its channel
-// without audio. Switching it on again is kAudioAttachment and nothing else.
+// without audio. Switching it on again is kAudioAttachment in the source and nothing else.
 #pragma once
 
 #include <usbdev/records.h>
@@ -7,8 +7,6 @@
 #include "core/config.h"
 
 namespace usbdev {
-
-inline constexpr bool kAudioAttachment = false;
 
 struct AudioFindings {
   char acap[16] = "0";
