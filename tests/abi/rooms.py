@@ -19,19 +19,21 @@ def sources(script, pattern):
     return sorted(path for path in pathlib.Path(script).parent.glob(f"*/{pattern}") if path.parent.name != EDGE)
 
 
-def symbols(object_file):
-    """The names that an object defines or refers to."""
-    lines = subprocess.run(["nm", "--portability", object_file], check=True, capture_output=True, text=True).stdout
-    return {line.split()[0] for line in lines.splitlines()}
+def symbols(objects):
+    """Each object with each name that it defines or refers to."""
+    listing = subprocess.run(
+        ["nm", "--portability", "--print-file-name", *objects], check=True, capture_output=True, text=True
+    ).stdout
+    return [line.split()[:2] for line in listing.splitlines()]
 
 
 def check_names(script, objects):
     """No room defines or calls an exported function."""
     exports = listed_exports(script)
-    rooms = [path for path in map(pathlib.Path, objects) if path.parent.name != EDGE]
+    rooms = [path for path in objects if pathlib.Path(path).parent.name != EDGE]
     if len(rooms) == len(objects) or not rooms:
-        return ["the objects of rooms and edge cannot be told apart"]
-    return [f"{path.parent.name}/{path.name}: {name}" for path in rooms for name in sorted(symbols(path) & exports)]
+        return ["the objects of the rooms and of the edge are not to be told apart"]
+    return [f"{path} {name}" for path, name in symbols(rooms) if name in exports]
 
 
 def check_includes(script, _):
