@@ -36,7 +36,7 @@ def on_host() -> RunOnHost:
 
 @dataclass
 class Done:
-    """What a command left behind."""
+    """The result of a command: its exit status and what it printed."""
 
     status: int
     out: str
@@ -48,7 +48,7 @@ class Done:
 
 
 def run_all(on_host: RunOnHost, *lines: str) -> list[Done]:
-    """Runs the shell's lines on one host; what each left behind."""
+    """Runs the shell's lines on one host; the result of each."""
     script = "".join(
         f"{{ {line}; }} >/tmp/out 2>/tmp/err; echo $? >/tmp/status\n"
         "for file in status out err; do base64 -w0 /tmp/$file; echo; done\n"

@@ -11,11 +11,11 @@ CONFLICTS = "usbdevctl channels --json"
 
 
 def parked(channels: Done) -> list[int | None]:
-    """Whom each of the first three channels waits behind."""
+    """The channels that the first three channels wait for."""
     return [row["parked_behind"] for row in channels.json["channels"][:3]]
 
 
-def test_an_assignment_says_who_waits_now(on_host: RunOnHost) -> None:
+def test_assign_prints_which_camera_waits_now(on_host: RunOnHost) -> None:
     _, text, again, json = run_all(
         on_host,
         TWO_AT_ONE_ROOT_PORT,
@@ -29,7 +29,7 @@ def test_an_assignment_says_who_waits_now(on_host: RunOnHost) -> None:
     assert [(done.err, done.status) for done in (text, again, json)] == 3 * [("", 0)]
 
 
-def test_a_camera_that_waits_gets_no_profile_and_stops_nobody(on_host: RunOnHost) -> None:
+def test_a_camera_that_waits_gets_no_profile_and_stops_no_other(on_host: RunOnHost) -> None:
     _, refused, check, channels = run_all(
         on_host,
         f"{TWO_AT_ONE_ROOT_PORT}; usbdevctl assign 3-1.1 0",

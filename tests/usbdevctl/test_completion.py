@@ -110,7 +110,7 @@ def test_bash_keeps_what_begins_like_the_word() -> None:
     assert offered("bash", ["ch"], ["stream", "set", "--codec", "m"]) == [{"channels", "check"}, {"mjpeg"}]
 
 
-def test_bash_completes_a_value_behind_an_equals_sign() -> None:
+def test_bash_completes_a_value_after_an_equals_sign() -> None:
     answers = offered("bash", ["plug", "--type", "=", ""], ["plug", "--type", "="], ["plug", "--type", "=", "c"])
     assert answers == [{"camera", "audio"}, {"camera", "audio"}, {"camera"}]
 
@@ -153,7 +153,7 @@ def test_the_cameras_of_the_host_are_offered_by_every_name(on_host: RunOnHost, s
 
 
 @pytest.mark.parametrize("configuration", ["<vel", "<velmora/>"])
-def test_a_host_without_cameras_disturbs_nobody(on_host: RunOnHost, shell: str, configuration: str) -> None:
+def test_completion_prints_nothing_on_a_host_without_cameras(on_host: RunOnHost, shell: str, configuration: str) -> None:
     host = f"export USBDEVCTL=usbdevctl; echo '{configuration}' >/etc/config/usbdev.conf\n"
     assert offered_on_host(on_host, shell, host, ["clear", ""]) == [{"--help", "--json"}]
 

@@ -1,4 +1,4 @@
-"""explain, and what formats says of a listing that the library does not read."""
+"""explain, and what formats prints about a listing that the library does not read."""
 
 from __future__ import annotations
 
@@ -79,7 +79,7 @@ def test_a_camera_that_would_have_to_be_encoded_is_told_what_the_host_lacks(on_h
         assert f"  it lists YUYV and no MJPG, and the host may not encode it: {lack}\n" in explained.out, breakage
 
 
-def test_a_camera_that_waits_is_told_behind_which_one_and_why(on_host: RunOnHost) -> None:
+def test_explain_names_the_camera_that_another_waits_for_and_why(on_host: RunOnHost) -> None:
     plugged, controller = run_all(
         on_host,
         "sim plug usb2-camera 5-1; sim plug hd-usb-camera 5-2; usbdevctl assign 5-1 0",

@@ -96,7 +96,7 @@ def test_a_damaged_event_log_does_not_hide_that_the_change_was_stored(on_host: R
     assert "usbdevctl: cannot read the event log /var/log/vl/event.db: file is not a database\n" in changed.err
 
 
-def test_a_profile_that_cannot_stream_says_why(on_host: RunOnHost) -> None:
+def test_stream_prints_why_a_profile_cannot_stream(on_host: RunOnHost) -> None:
     results = run_all(
         on_host,
         "usbdevctl stream show 0",
@@ -192,7 +192,7 @@ def test_a_slot_is_switched_off_and_on_again(on_host: RunOnHost) -> None:
     ]
 
 
-def test_a_slot_that_is_switched_on_waits_behind_a_camera_that_streams(on_host: RunOnHost) -> None:
+def test_a_port_that_is_switched_on_waits_for_a_camera_that_streams(on_host: RunOnHost) -> None:
     results = run_all(
         on_host,
         "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2; usbdevctl assign 3-1.1 0",

@@ -222,7 +222,7 @@ TEST(TheChannelsJson, SaysNullForWhatAFreeChannelLacks) {
                        "\n"));
 }
 
-TEST(ACamera, StreamsUnlessSomethingKeepsItFromThat) {
+TEST(ACamera, StreamsUnlessSomethingPreventsIt) {
   ChannelRow row = attachedRow("3-1", 2);
   EXPECT_TRUE(streams(row));
   row.slot_switch.reset();  // a switch that is not stored counts as on
@@ -231,7 +231,7 @@ TEST(ACamera, StreamsUnlessSomethingKeepsItFromThat) {
   EXPECT_FALSE(streams(row));
 }
 
-TEST(ACamera, SaysTheFirstThingThatKeepsItFromStreaming) {
+TEST(ACamera, NamesTheFirstThingThatPreventsItFromStreaming) {
   ChannelRow row = attachedRow("3-1", 2);
   EXPECT_EQ(streamLackText(row), "");
   row.slot_switch = false;

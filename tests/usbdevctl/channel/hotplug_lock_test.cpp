@@ -23,7 +23,7 @@ class TheHotplugLock : public testing::Test {
 
   std::string file() const { return std::string(folder_) + "/lock"; }
 
-  /// Whether nobody holds the lock.
+  /// Whether the lock is free.
   bool isFree() const {
     const int other = open(file().c_str(), O_RDWR | O_CLOEXEC);
     const bool free = flock(other, LOCK_EX | LOCK_NB) == 0;

@@ -42,7 +42,7 @@ TEST(APluggedDevice, WithoutAChannelIsReportedAsNone) {
             "{\"schema\":1,\"channel\":null,\"profile\":null,\"conflict\":null}\n");
 }
 
-TEST(APluggedCamera, ThatWaitsNamesTheChannelItWaitsBehind) {
+TEST(APluggedCamera, ThatWaitsIsReportedWithTheCameraThatItWaitsFor) {
   const HotplugOutcome outcome = colliding(1, 0, 2);
   EXPECT_EQ(plugReport(outcome, someCamera(0, "3-1", 2)).text(false),
             "channel     1\n"
@@ -53,7 +53,7 @@ TEST(APluggedCamera, ThatWaitsNamesTheChannelItWaitsBehind) {
                        "\n"));
 }
 
-TEST(APluggedCamera, ThatMakesAnotherWaitSaysSo) {
+TEST(APluggedCamera, ThatMakesAnotherWaitIsReportedAsThat) {
   const HotplugOutcome outcome = colliding(1, 1, -1);
   EXPECT_EQ(plugReport(outcome, someCamera(0, "3-1", 2)).text(false),
             "channel     1\n"

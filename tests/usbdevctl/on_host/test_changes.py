@@ -1,4 +1,4 @@
-"""What changes something says what it did, in a line for people and in an object for programs."""
+"""A command that changes something prints what it did, in a line for people and in an object for programs."""
 
 from __future__ import annotations
 

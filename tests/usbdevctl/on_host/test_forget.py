@@ -135,7 +135,7 @@ def test_a_forgotten_ports_switch_is_not_kept_for_the_next_camera(camera: str) -
     assert document("channels")["channels"][0]["slot_switch"] is True
 
 
-def test_who_waited_behind_a_forgotten_channel_waits_no_more() -> None:
+def test_a_camera_that_waited_for_a_forgotten_channel_waits_no_longer() -> None:
     waiting = {"exists": "1", "usbslot": "9-9", "devname": "Cam", "conflictch": "3", "video": {"vnode": "9"}}
     for profile in ("2", "-1"):
         configure((3, {**USED, "conflictch": "-1", "profile": profile}), (4, waiting))

@@ -1,4 +1,4 @@
-"""Changes on a disk that takes no more: nothing is said to be done that was not."""
+"""Changes on a full disk: no command reports a change that was not stored."""
 
 from __future__ import annotations
 

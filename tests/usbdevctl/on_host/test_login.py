@@ -35,7 +35,7 @@ def test_the_host_does_not_accept_another_password() -> None:
     assert result.stderr.endswith(REFUSED)
 
 
-def test_a_host_without_a_login_service_accepts_nobody() -> None:
+def test_a_host_without_a_login_service_accepts_no_user() -> None:
     result = usbdevctl("login", "ann", given="secret\n")
     assert (result.stdout, result.returncode) == ("", 1)
     assert result.stderr.endswith(REFUSED)

@@ -36,7 +36,7 @@ def exported(tmp_path: Path) -> Path:
 
 
 def change(file: Path, **changes: Any) -> None:
-    """Changes what the settings say of the first camera."""
+    """Changes the settings of the first camera."""
     settings = json.loads(file.read_text())
     settings["cameras"][0].update(changes)
     file.write_text(json.dumps(settings))
@@ -163,7 +163,7 @@ def test_a_move_says_what_changed() -> None:
     )
 
 
-def test_a_move_to_a_camera_that_waits_behind_the_old_one_is_done() -> None:
+def test_a_profile_moves_to_a_camera_that_waits_for_the_old_one() -> None:
     subprocess.run(["sim", "plug", "hd-usb-camera", "3-2"], check=True, capture_output=True)
     try:
         assert document("channels")["channels"][2]["parked_behind"] == 0

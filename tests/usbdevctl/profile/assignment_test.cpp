@@ -48,7 +48,7 @@ TEST_F(JudgingAnAssignment, OfACameraThatCollidesWithNoneIsHarmless) {
   EXPECT_EQ(advice(), "");
 }
 
-TEST_F(JudgingAnAssignment, OfACameraThatWaitsIsRefusedWithTheOneThatItWaitsBehind) {
+TEST_F(JudgingAnAssignment, OfACameraThatWaitsIsRefusedWithTheOneThatItWaitsFor) {
   rows_[1].parked_behind = 0;
   EXPECT_EQ(judge().verdict, Verdict::waits);
   EXPECT_FALSE(isHarmless(judge()));

@@ -28,7 +28,7 @@ TEST(ASlot, IsShownWithItsDeviceAndWhatItOffers) {
             "\n");
 }
 
-TEST(ASlot, WithoutPictureAndProfileSaysSo) {
+TEST(ASlot, WithoutPictureAndProfileHasNoCodecAndNoProfile) {
   Slot slot = someSlot();
   slot.codecs = "";
   slot.settings.vprofile = -1;

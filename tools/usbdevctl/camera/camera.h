@@ -23,7 +23,7 @@ Cameras camerasOf(const ChannelRows &rows);
 
 bool isAttached(const Camera &camera);
 
-/// channel 2  3-1.2  "USB Camera"  profile 1; a camera that is away says so behind that.
+/// channel 2  3-1.2  "USB Camera"  profile 1; for one that is not attached, its state follows.
 std::string cameraText(const Camera &camera);
 
 /// The camera's members for programs: channel, slot, device, profile, profile_name.

@@ -11,7 +11,7 @@ namespace usbdevctl {
 /// The channels that are not free. Complains where the configuration cannot be read.
 ExitStatus readCameras(Cameras &cameras);
 
-/// Finds the one camera with the name. Where there is none, or more than one, it says so and names what there is.
+/// Finds the one camera with the name. Complains where there is none, or more than one, and lists those there are.
 ExitStatus findCamera(const CameraName &name, Camera &camera);
 /// The same among channels that were read already.
 ExitStatus findCamera(const CameraName &name, const ChannelRows &rows, Camera &camera);
@@ -22,7 +22,7 @@ ExitStatus findCameraOf(int profile, Camera &camera);
 /// Reads a camera's channel once more, after a change.
 ExitStatus readAgain(Camera &camera);
 
-// What a camera's name leads to. A name that says it itself is taken at its word, whether or not there is a camera.
+// The profile, port or node of the named camera. A name that is itself one is taken as it is, with or without a camera.
 ExitStatus findProfile(const CameraName &name, int &profile);
 ExitStatus findPort(const CameraName &name, std::string &port);
 ExitStatus findVideoNode(const CameraName &name, int &node);
@@ -30,7 +30,7 @@ ExitStatus findVideoNode(const CameraName &name, int &node);
 /// Complains that a change of the camera could not be stored.
 ExitStatus notStoredFor(const Camera &camera);
 
-/// Says why the library refused what was asked for a profile: it has no camera, or it could not be stored.
+/// Complains why the library refused a change of a profile: it has no camera, or it could not be stored.
 ExitStatus refusedFor(int profile);
 
 }  // namespace usbdevctl

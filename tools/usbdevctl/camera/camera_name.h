@@ -17,7 +17,7 @@ struct CameraName {
   std::string port;
 };
 
-/// Nothing for a text that cannot name a camera; `wrong` then says why.
+/// Nothing for a text that cannot name a camera; `wrong` is then why.
 std::optional<CameraName> readCameraName(const std::string &text, CameraName::By bare_number, std::string &wrong);
 
 /// The cameras with this name. One that is attached hides those that are not, which may have been in the same port.

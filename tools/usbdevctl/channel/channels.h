@@ -1,4 +1,4 @@
-// The ten channels as one table, put together from the library's listings: none of them alone tells about every
+// The ten channels as one table, put together from the library's listings: none of them alone has every
 // channel. The device table leaves out channels whose device is unplugged, the availability query those with a profile
 // and parked ones, and the profile table those without a profile.
 #pragma once
@@ -52,7 +52,7 @@ ChannelRow channelRow(const _usbdev_entry &entry);
 
 const char *stateName(ChannelState state);
 
-/// Whether the channel's camera streams, as far as the configuration says: attached, with a profile, supported, not
+/// Whether the channel's camera streams, according to the configuration: attached, with a profile, supported, not
 /// waiting, its port on.
 bool streams(const ChannelRow &row);
 

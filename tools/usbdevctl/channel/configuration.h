@@ -1,5 +1,5 @@
-// What a command says when the library refuses: it answers a configuration that it cannot read as it answers a request
-// for which there is nothing, so the two have to be told apart.
+// What a command prints when the library refuses. The library's result is the same for a configuration that it cannot
+// read and for a request to which nothing applies, so these functions find out which of the two it was.
 #pragma once
 
 #include <string>

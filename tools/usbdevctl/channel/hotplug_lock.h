@@ -8,8 +8,8 @@ namespace usbdevctl {
 
 inline constexpr char kHotplugLockFile[] = "/var/lock/usbdev-hotplug.lock";
 
-/// Held from its making, which waits for whoever holds it, to its end. Commands that the library runs do not inherit
-/// it.
+/// Held from construction, which waits until the lock is free, to destruction. Commands that the library runs do not
+/// inherit it.
 class HotplugLock {
  public:
   explicit HotplugLock(const std::string &file);

@@ -17,12 +17,12 @@ namespace usbdevctl {
 
 using Action = std::function<ExitStatus()>;
 
-/// An option, whose name begins with "--", or an argument that is told by its place and always required.
+/// An option, whose name begins with "--", or an argument, which is known by its place and always required.
 struct Argument {
   /// Where the value goes. A bool is a flag; an optional stays empty where the option is not given.
   using Target = std::variant<bool *, int *, std::string *, std::optional<int> *, std::optional<float> *,
                               std::optional<std::string> *>;
-  /// Says what is wrong with a value; nothing is wrong with it where that is empty.
+  /// Returns what is wrong with a value; empty if nothing is.
   using Checker = std::function<std::string(const std::string &)>;
   static constexpr int kNoLimit = std::numeric_limits<int>::max();
 

@@ -1,4 +1,4 @@
-// What the program's exit status says; docs/usbdevctl.md has the same table.
+// The program's exit status; docs/usbdevctl.md has the same table.
 #pragma once
 
 namespace usbdevctl {

@@ -6,8 +6,8 @@
 
 namespace usbdevctl {
 
-/// Asks at the terminal, without showing what is typed, or reads the first line of a standard input that is none.
-/// Complains and gives nothing when there is no line, or one that the library could not take whole.
+/// Asks at the terminal, without showing what is typed, or reads the first line of a standard input that is not a
+/// terminal. Complains and gives nothing when there is no line, or one that the library could not take whole.
 std::optional<std::string> readPassword(std::size_t longest);
 
 }  // namespace usbdevctl

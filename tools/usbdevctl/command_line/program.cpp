@@ -1,4 +1,4 @@
-// The one file that knows the library which reads command lines: including that takes seconds to compile.
+// The only file that includes the library which reads command lines, because that takes seconds to compile.
 #include "command_line/program.h"
 
 #include <CLI/CLI.hpp>

@@ -7,7 +7,7 @@ namespace usbdevctl {
 
 std::string programVersion();
 
-/// The file that the library was loaded from, behind all links; it is named after the library's version.
+/// The file that the library was loaded from, all links resolved; it is named after the library's version.
 std::string libraryFile();
 
 /// A line for each.

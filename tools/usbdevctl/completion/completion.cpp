@@ -11,7 +11,7 @@ struct Word {
   std::string description;
 };
 
-/// Where words may stand: behind a command, as one of its options, behind an option, or as its N-th argument. No word
+/// Where words may stand: after a command, as one of its options, after an option, or as its N-th argument. No word
 /// of a command line begins like the names of the second and the last.
 struct Place {
   std::string name;

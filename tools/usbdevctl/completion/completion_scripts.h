@@ -1,5 +1,5 @@
 // What the completion scripts do with the table of words that takes the place of TABLE. All walk over the words before
-// the one to complete, to find the command that they lead to and the place behind it.
+// the one to complete, to find the command that they lead to and the place after it.
 #pragma once
 
 namespace usbdevctl {

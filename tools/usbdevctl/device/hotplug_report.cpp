@@ -7,7 +7,7 @@ namespace usbdevctl {
 
 namespace {
 
-// The two ways in which a new camera collides: it waits behind a channel that streams, or, having a profile itself, it
+// The two ways in which a new camera collides: it waits for a channel that streams, or, having a profile itself, it
 // makes the other one wait.
 bool isParked(const HotplugOutcome &outcome) { return outcome.conflict.channel != outcome.channel; }
 

@@ -39,7 +39,7 @@ bool EventLog::exists(const std::string &file) {
 EventLog::EventLog(const std::string &file) : file_(file) {
   sqlite3 *opened = nullptr;
   const int result = sqlite3_open_v2(file.c_str(), &opened, SQLITE_OPEN_READONLY, nullptr);
-  database_.reset(opened);  // made on failure too, and tells what failed
+  database_.reset(opened);  // set on failure too, and has the error
   if (result != SQLITE_OK) {
     fail();
   } else {

@@ -24,13 +24,13 @@ class EventLog {
   /// The log is there once something was logged; a writer that has only just made the file has logged nothing yet.
   static bool exists(const std::string &file);
 
-  /// Opens for reading only; `error` tells what fails.
+  /// Opens for reading only; a failure is in `error`.
   explicit EventLog(const std::string &file);
   ~EventLog();
   EventLog(const EventLog &) = delete;
   EventLog &operator=(const EventLog &) = delete;
 
-  /// Empty while all is well; set by the first open or query that fails.
+  /// Empty without a failure; set by the first open or query that fails.
   const std::string &error() const { return error_; }
 
   /// The error with the name of the file.

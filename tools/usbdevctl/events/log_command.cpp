@@ -11,7 +11,7 @@ namespace usbdevctl {
 
 namespace {
 
-constexpr int kPollMilliseconds = 200;  // the database tells no other process that it has grown
+constexpr int kPollMilliseconds = 200;  // the database does not notify other processes
 
 struct Options {
   int lines = 20;
@@ -54,7 +54,7 @@ ExitStatus show(const Options &options) {
 
 bool stopsWaiting(const StopRequest &stop) { return stop.wait(-1, kPollMilliseconds) == StopRequest::Event::stopped; }
 
-// Prints the events behind `newest` and moves it on; false when standard output is gone.
+// Prints the events after `newest` and updates it; false when standard output is closed.
 bool printNew(const std::vector<Event> &events, std::int64_t &newest, bool json) {
   for (const Event &event : events) {
     printLine(event, json);

@@ -1,4 +1,4 @@
-// The datagram that tells the manager daemon about a change, taken apart.
+// The datagram that reports a change to the manager daemon, decoded.
 #pragma once
 
 #include <array>
@@ -24,7 +24,7 @@ struct Notification {
   std::int32_t target;
 };
 
-/// Nothing for a datagram of another size or with another beginning; `reason` then says why.
+/// Nothing for a datagram of another size or with another beginning; `reason` is then why.
 std::optional<Notification> decodeNotification(std::string_view datagram, std::string &reason);
 
 /// One line.

@@ -10,7 +10,7 @@ constexpr std::uint16_t kNotificationPort = 10171;
 
 class NotificationSocket {
  public:
-  /// Takes the port on the loopback address; what fails is told by `error`. Port 0 takes any free one.
+  /// Takes the port on the loopback address; a failure is in `error`. Port 0 takes any free one.
   explicit NotificationSocket(std::uint16_t port);
   ~NotificationSocket();
   NotificationSocket(const NotificationSocket &) = delete;

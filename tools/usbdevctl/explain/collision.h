@@ -17,7 +17,7 @@ enum class Collision {
   host,        // the host is limited to one channel
 };
 
-/// What a camera collides with the camera of each channel over.
+/// Why a camera collides with the camera of each channel.
 using Collisions = std::array<Collision, USBDEV_CHANNELS>;
 
 /// The part of a port's name before its first ".".
@@ -35,10 +35,10 @@ int streamingRival(const ChannelRows &rows, int channel, const Collisions &colli
 /// How to get a camera that collides with the one of another channel to stream.
 std::string rivalRemedy(const ChannelRows &rows, int other, Collision collision);
 
-/// The channels as they are once this one has been given the profile: the cameras that collide with it wait behind it.
+/// The channels as they are after this one got the profile: the cameras that collide with it wait for it.
 ChannelRows afterAssignment(ChannelRows rows, int channel, int profile, const Collisions &collisions);
 
-/// The cameras that wait behind the channel now and did not before.
+/// The cameras that wait for the channel now and did not before.
 Cameras waitingSince(const ChannelRows &before, const ChannelRows &now, int channel);
 
 }  // namespace usbdevctl

@@ -4,7 +4,7 @@
 
 namespace usbdevctl {
 
-/// Asks the library over what the camera of this channel collides with those of the others; runs commands.
+/// Asks the library why the camera of this channel collides with those of the others; runs commands.
 Collisions readCollisions(const ChannelRows &rows, int channel);
 
 }  // namespace usbdevctl

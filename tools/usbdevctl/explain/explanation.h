@@ -11,8 +11,8 @@ namespace usbdevctl {
 
 using Reasons = std::vector<Reason>;
 
-/// Nothing for a camera that nothing keeps from streaming. What is against its support is asked for by the caller,
-/// since commands tell it.
+/// Nothing for a camera that nothing keeps from streaming. The caller finds out why it is not supported,
+/// because that takes commands.
 Reasons explain(const ChannelRows &rows, int channel, const Collisions &collisions,
                 const std::optional<Reason> &unsupported);
 

@@ -17,7 +17,7 @@ struct EncodingFacts {
   bool permitted = false;
   bool arm = false;
   bool package = false;                // the codec package is installed
-  std::optional<std::string> enabled;  // as the host's registry says
+  std::optional<std::string> enabled;  // as in the host's registry
   bool agent = false;                  // the package has its camera_agent.sh
   bool driver = false;                 // of the graphics
 };

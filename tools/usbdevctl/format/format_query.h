@@ -10,7 +10,7 @@ namespace usbdevctl {
 /// Asks the library for the formats of /dev/videoN; its count is negative where they cannot be asked for.
 CameraFormats readFormats(int node);
 
-/// What a shell command prints, cut at a megabyte.
+/// Returns what a shell command prints, cut at a megabyte.
 std::string outputOf(const std::string &command);
 
 /// The format listing that the library reads of /dev/videoN.

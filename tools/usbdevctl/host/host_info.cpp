@@ -18,7 +18,8 @@ struct HostInfo {
   std::optional<int> web_port;
 };
 
-// What the host does not tell is a failure or a success with nothing stored, depending on where its file ends.
+// For a value that the host does not have, the library fails or succeeds without storing one, depending on where the
+// host's file ends.
 HostInfo askHost() {
   HostInfo info;
   char version[256] = "";

@@ -11,7 +11,7 @@ enum class Answer { yes, no, broken, late };
 
 constexpr int kUsualPatience = 30;  // seconds
 
-/// The option that says how long to wait for an answer.
+/// Adds the option for how long to wait for an answer.
 void addTimeout(Command &command, int &seconds);
 
 /// Asks through a function of the library that returns 0 for yes. What the library prints about it goes to standard

@@ -12,15 +12,14 @@ namespace usbdevctl {
 /// Raised when a field changes its meaning or goes; a new field alone does not raise it.
 constexpr int kJsonSchema = 1;
 
-/// A value that is built once and printed. The library behind it is known to json.cpp alone: including it takes seconds
-/// to compile.
+/// A value that is built once and printed. Only json.cpp includes the JSON library, which takes seconds to compile.
 class Json {
  public:
   static Json object();
   static Json array();
   /// An object that begins with "schema".
   static Json document();
-  /// The number that the text says, to its last digit.
+  /// The number in the text, with all its digits.
   static Json number(const std::string &text);
 
   /// Null.

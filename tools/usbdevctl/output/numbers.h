@@ -1,4 +1,4 @@
-// Numbers of channels, profiles and nodes, where the library says -1 for none.
+// Numbers of channels, profiles and nodes, where the library has -1 for none.
 #pragma once
 
 #include <charconv>

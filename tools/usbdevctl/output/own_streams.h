@@ -1,5 +1,5 @@
-// Standard output and standard error belong to the program and its library; what the commands print that the library
-// runs is nobody's business.
+// Standard output and standard error are for the program and its library; what the commands print that the library runs
+// is not shown.
 #pragma once
 
 namespace usbdevctl {

@@ -1,5 +1,5 @@
 // Texts from devices, made fit for a terminal. A device may call itself anything: escape sequences, line ends, bytes
-// that are no UTF-8, characters that turn the line around.
+// that are not UTF-8, characters that reverse the line.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,7 @@ std::string withoutHidden(std::string_view text);
 /// Terminal columns that a printable text takes.
 std::size_t displayWidth(std::string_view text);
 
-/// The text, or as much of it as fits with an ellipsis behind it.
+/// The text, or as much of it as fits with an ellipsis after it.
 std::string cutToWidth(const std::string &text, std::size_t columns);
 
 /// A text field of a record, up to its zero byte or its end.

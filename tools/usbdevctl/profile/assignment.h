@@ -47,7 +47,7 @@ std::string refusalText(const Assignment &assignment, const ChannelRows &rows);
 /// What a user can do about it; empty where nothing is against it.
 std::string adviceText(const Assignment &assignment, const ChannelRows &rows);
 
-/// The object with "reason", "behind" (a channel), "collision", "why" and "advice", which are null where they do not
+/// The members "reason", "other_channel", "collision", "why" and "advice", which are null where they do not
 /// apply.
 Fields assignmentMembers(const Assignment &assignment, const ChannelRows &rows);
 

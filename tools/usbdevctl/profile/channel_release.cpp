@@ -16,7 +16,7 @@ constexpr int kHandOver = 0;  // the mode in which a port is handed over
 
 std::string section(int channel) { return "ch" + std::to_string(channel); }
 
-/// The configuration, which nobody else writes until it is closed.
+/// The configuration, which no other process writes until it is closed.
 class WritableConfiguration {
  public:
   WritableConfiguration() : open_(xmlcfg_open(1, kConfigurationFile, &handle_) == 1) {}
@@ -58,7 +58,7 @@ class WritableConfiguration {
   bool open_;
 };
 
-/// What the channel still holds on to outside its own keys: its links, and the cameras that wait behind it.
+/// Lets go of what the channel has outside its own keys: its links, and the cameras that wait for it.
 bool letGo(const Camera &camera) {
   if (camera.row.profile) return vl_clear_usbchn_profile(*camera.row.profile, nullptr, kEventCleared) == 0;
   int successor = 0;

@@ -7,7 +7,7 @@
 namespace usbdevctl {
 
 /// Frees the channel of a camera that is not attached: unbinds its profile, hands its port over, and resets its keys.
-/// What fails is said in `wrong`, with what was done before it.
+/// On failure `wrong` has the reason, and what was done before.
 bool releaseChannel(const Camera &camera, std::string &wrong);
 
 }  // namespace usbdevctl

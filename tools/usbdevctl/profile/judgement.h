@@ -18,17 +18,17 @@ struct AssignmentOptions {
 /// Adds camera, profile and --json.
 void addAssignmentOptions(Command &command, AssignmentOptions &options);
 
-/// An assignment that was asked for, judged on what the library says.
+/// An assignment that was asked for, judged by what the library reports.
 struct Judgement {
   Camera camera;
   ChannelRows rows;
   Assignment assignment;
 };
 
-/// Finds the camera and judges; what keeps it from that is explained on standard error.
+/// Finds the camera and judges; prints on standard error what prevents that.
 ExitStatus judge(const AssignmentOptions &options, Judgement &judgement);
 
-/// Says why the assignment is refused, and what to do.
+/// Prints on standard error why the assignment is refused, and what to do.
 void explainRefusal(const Judgement &judgement);
 
 }  // namespace usbdevctl

@@ -1,4 +1,4 @@
-// Takes secrets out of texts that are handed on, wherever they turn up.
+// Removes secrets from texts that leave the host, wherever they occur.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@ namespace usbdevctl {
 
 class Redaction {
  public:
-  /// Empty texts are no secrets.
+  /// An empty text is not a secret.
   void add(const std::string &secret);
 
   /// The text with "[removed]" for each secret in it, the longest first.
@@ -19,7 +19,7 @@ class Redaction {
 };
 
 /// Makes the devices' serial numbers in the attribute walks of udevadm secrets. The kernel gives a host controller the
-/// address of its PCI device for one, which is none.
+/// address of its PCI device as a serial number, which is not a secret.
 void addSerialNumbers(Redaction &redaction, const std::string &walk);
 
 /// The walk without the lines' serial numbers, however short.

@@ -40,7 +40,7 @@ struct Report {
 bool isSecretKey(const std::string &key);
 
 /// The report without the values of the configuration's secret keys and the serial numbers of the cameras, which are
-/// taken out of every text, whoever wrote it.
+/// removed from every text.
 Report withoutSecrets(Report report);
 
 std::string reportText(const Report &report);

@@ -38,7 +38,7 @@ bool sameRate(float one, float other);
 
 std::string settingsText(const Settings &settings);
 
-/// Reads what settingsText wrote; nothing for anything else, `wrong` then says what is wrong with it.
+/// Reads what settingsText wrote; nothing for anything else, `wrong` is then what is wrong with it.
 std::optional<Settings> readSettings(const std::string &text, std::string &wrong);
 
 }  // namespace usbdevctl

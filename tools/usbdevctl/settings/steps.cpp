@@ -113,7 +113,7 @@ const CameraFacts *findFacts(const std::vector<CameraFacts> &facts, const Camera
   return found == facts.end() ? nullptr : &*found;
 }
 
-/// The channels once the source has lost its profile: those that wait behind it wait behind its successor, or no more.
+/// The channels after the source lost its profile: those that wait for it then wait for its successor, or not at all.
 ChannelRows afterClearing(ChannelRows rows, const Camera &source) {
   rows[indexOf(source)].profile.reset();
   int successor = -1;

@@ -44,8 +44,8 @@ const _usbres_des *sizeFor(const std::string &wanted, const _usbfmt_des &format)
   return nearest == end ? nullptr : nearest;
 }
 
-/// The rates that the library can choose: it takes the first listed one that is not above the request, which hides
-/// those behind a smaller one.
+/// The rates that the library can choose: it takes the first listed one that is not above the request, so those
+/// after a smaller one are never chosen.
 std::vector<float> rates(const _usbres_des &size) {
   std::vector<float> reachable;
   for (int i = 0; i < size.fps_count; ++i) {

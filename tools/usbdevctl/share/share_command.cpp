@@ -66,7 +66,7 @@ ExitStatus on(int profile, const Options &options) {
   return vl_set_share_link(&link) == 0 ? show(profile, options) : refusedFor(profile);
 }
 
-// The password goes with the link, so that whoever shares the profile again chooses anew.
+// The password is removed with the link, so that a user who shares the profile again chooses a new one.
 ExitStatus off(int profile, const Options &options) {
   ShareLinkInfo before = linkOf(profile);
   if (vl_get_share_link(&before) != 0) return refusedFor(profile);

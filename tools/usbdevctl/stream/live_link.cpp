@@ -11,7 +11,7 @@ namespace usbdevctl {
 
 namespace {
 
-/// Empty for what is no link.
+/// Empty for what is not a link.
 std::string targetOf(const std::string &path) {
   char target[PATH_MAX];
   const ssize_t length = readlink(path.c_str(), target, sizeof target);

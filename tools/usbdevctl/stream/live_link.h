@@ -20,7 +20,7 @@ enum class LinkState {
 struct LiveLink {
   LinkState state = LinkState::none;
   std::string path;
-  std::string target;  // as the link says it, whether or not it is there
+  std::string target;  // as stored in the link, whether or not it exists
 };
 
 /// Follows the link of this name, which is empty for a profile without one.

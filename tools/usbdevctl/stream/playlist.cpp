@@ -22,7 +22,7 @@ std::string headOf(const std::string &path) {
   return {head, static_cast<std::size_t>(file.gcount())};
 }
 
-/// The longest segment's length in seconds; 0 where the playlist does not say it.
+/// The longest segment's length in seconds; 0 where the playlist does not have it.
 long targetDuration(const std::string &head) {
   const std::size_t tag = head.find(kTargetDuration);
   return tag == std::string::npos ? 0 : std::strtol(&head[tag + sizeof kTargetDuration - 1], nullptr, 10);

@@ -12,11 +12,11 @@ namespace usbdevctl {
 /// Where a profile's playlist is published.
 std::string playlistOf(int profile);
 
-/// Whether the playlist was written at most three segments ago; nothing when there is none to look at. One that does
-/// not say how long its segments are is not a live one.
+/// Whether the playlist was written at most three segments ago; nothing when there is no playlist. One without
+/// the length of its segments is not live.
 std::optional<bool> playlistGrows(const std::string &path, std::time_t now);
 
-/// Adds what there is to say of a profile's playlist.
+/// Adds whether a profile has a playlist, and whether it grows.
 void addPlaylist(Fields &fields, bool exists, std::optional<bool> grows);
 
 }  // namespace usbdevctl

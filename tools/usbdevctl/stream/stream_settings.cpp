@@ -36,7 +36,7 @@ struct Size {
   int height = 0;
 };
 
-/// Nothing is behind the numbers of a size.
+/// Nothing may follow the numbers of a size.
 bool readSize(const std::string &text, Size &size) {
   int end = 0;
   const bool numbers = std::sscanf(text.c_str(), "%5dx%5d%n", &size.width, &size.height, &end) == 2;

@@ -26,10 +26,10 @@ Field streamField(int stream_type);
 /// 1280x720
 std::string sizeText(int width, int height);
 
-/// A rate as short as it can be said: 30, 7.5, 29.97.
+/// A rate in as few digits as it needs: 30, 7.5, 29.97.
 std::string rateText(float rate);
 
-/// The number that the text says, and not 29.969999313354492 for 29.97; null for what is no number.
+/// The number as rateText writes it, 29.97 and not 29.969999313354492; null for what is not a number.
 Json rateJson(float rate);
 
 }  // namespace usbdevctl
