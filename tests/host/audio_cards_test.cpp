@@ -13,11 +13,11 @@ constexpr int kAbsentCard = 31;
 class ASimulatedCard : public testing::Test {
  protected:
   void SetUp() override {
-    make_empty_folder(kCard);
-    write_file(kCard + "name", "HD Webcam Audio\n");
-    write_file(kCard + "entry_count", "1\n");
-    write_file(kCard + "channel_mode", "2\n");
-    write_file(kCard + "channel_count", "1\n");
+    makeEmptyFolder(kCard);
+    writeFile(kCard + "name", "HD Webcam Audio\n");
+    writeFile(kCard + "entry_count", "1\n");
+    writeFile(kCard + "channel_mode", "2\n");
+    writeFile(kCard + "channel_count", "1\n");
   }
 };
 
@@ -31,14 +31,14 @@ TEST_F(ASimulatedCard, IsDescribedByItsFiles) {
 }
 
 TEST_F(ASimulatedCard, HasALongNameCut) {
-  write_file(kCard + "name", std::string(300, 'n'));
+  writeFile(kCard + "name", std::string(300, 'n'));
   _acard_info info{};
   ASSERT_EQ(ac_get_Acard_info(3, &info), 0);
   EXPECT_EQ(info.name, std::string(255, 'n'));
 }
 
 TEST_F(ASimulatedCard, WithAnIncompleteFolderFailsAndLeavesTheRecord) {
-  write_file(kCard + "channel_mode", "");
+  writeFile(kCard + "channel_mode", "");
   _acard_info info{};
   info.entry_count = 77;
   EXPECT_EQ(ac_get_Acard_info(3, &info), -1);
@@ -47,9 +47,9 @@ TEST_F(ASimulatedCard, WithAnIncompleteFolderFailsAndLeavesTheRecord) {
 
 TEST_F(ASimulatedCard, KeepsTheLastVolume) {
   EXPECT_EQ(ac_set_audio_volume(3, 70), 0);
-  EXPECT_EQ(read_file(kCard + "volume"), "70\n");
+  EXPECT_EQ(readFile(kCard + "volume"), "70\n");
   EXPECT_EQ(ac_set_audio_volume(3, -1), 0);
-  EXPECT_EQ(read_file(kCard + "volume"), "-1\n");
+  EXPECT_EQ(readFile(kCard + "volume"), "-1\n");
 }
 
 TEST_F(ASimulatedCard, RefusesVolumesOutsideTheScale) {

@@ -1,6 +1,5 @@
-/* Short forms of the configuration interface for tests. */
-#ifndef TESTS_HOST_CONFIGURATION_H
-#define TESTS_HOST_CONFIGURATION_H
+// Short forms of the configuration interface for tests.
+#pragma once
 
 #include <string>
 #include <utility>
@@ -11,7 +10,7 @@
 
 enum Mode { kRead = 0, kWrite = 1 };
 
-/* A handle on the file; a test closes it itself where the result of closing matters. */
+/// A handle on the file; a test closes it itself where the result of closing matters.
 class Configuration {
  public:
   Configuration(Mode mode, const std::string &path) : opened_(xmlcfg_open(mode, path.c_str(), &handle_)) {}
@@ -21,13 +20,13 @@ class Configuration {
     if (handle_) close();
   }
 
-  int open_result() const { return opened_; }
+  int openResult() const { return opened_; }
   int close() { return xmlcfg_close(std::exchange(handle_, nullptr), 0); }
 
   int number(const char *section, const char *key, int missing = -1) {
     return xmlcfg_get_int(handle_, missing, "velmora", section, key, nullptr);
   }
-  int set_number(const char *section, const char *key, int value) {
+  int setNumber(const char *section, const char *key, int value) {
     return xmlcfg_set_int(handle_, value, "velmora", section, key, nullptr);
   }
   std::string text(const char *section, const char *key, const char *missing = "", const char *sub_key = nullptr) {
@@ -35,7 +34,7 @@ class Configuration {
     xmlcfg_get_str(handle_, missing, buffer.data(), static_cast<int>(buffer.size()), "velmora", section, key, sub_key);
     return buffer.data();
   }
-  int set_text(const char *section, const char *key, const std::string &value, const char *sub_key = nullptr) {
+  int setText(const char *section, const char *key, const std::string &value, const char *sub_key = nullptr) {
     return xmlcfg_set_str(handle_, value.c_str(), "velmora", section, key, sub_key);
   }
   void *handle() { return handle_; }
@@ -44,5 +43,3 @@ class Configuration {
   void *handle_ = nullptr;
   int opened_;
 };
-
-#endif

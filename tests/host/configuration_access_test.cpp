@@ -16,23 +16,23 @@ const std::string kFile = kFolder + "/usbdev.conf";
 
 class AFileWithTokens : public testing::Test {
  protected:
-  void SetUp() override { make_empty_folder(kFolder); }
+  void SetUp() override { makeEmptyFolder(kFolder); }
 };
 
 void store(const std::string &path) {
   Configuration writer(kWrite, path);
-  ASSERT_EQ(writer.open_result(), xmlcfg::kOpened);
-  writer.set_number("ch0", "exists", 1);
+  ASSERT_EQ(writer.openResult(), xmlcfg::kOpened);
+  writer.setNumber("ch0", "exists", 1);
   ASSERT_EQ(writer.close(), xmlcfg::kDone);
 }
 
-struct stat status_of(const std::string &path) {
+struct stat statusOf(const std::string &path) {
   struct stat status {};
   EXPECT_EQ(stat(path.c_str(), &status), 0);
   return status;
 }
 
-unsigned permissions_of(const std::string &path) { return status_of(path).st_mode & 07777; }
+unsigned permissionsOf(const std::string &path) { return statusOf(path).st_mode & 07777; }
 
 class AnyMask : public AFileWithTokens, public testing::WithParamInterface<mode_t> {
  protected:
@@ -47,17 +47,17 @@ class AnyMask : public AFileWithTokens, public testing::WithParamInterface<mode_
 };
 
 TEST_P(AnyMask, LeavesANewFileToItsOwnerAlone) {
-  EXPECT_EQ(Configuration(kWrite, kFile).open_result(), xmlcfg::kOpened);
-  EXPECT_EQ(permissions_of(kFile), 0600U);
+  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kOpened);
+  EXPECT_EQ(permissionsOf(kFile), 0600U);
   store(kFile);
-  EXPECT_EQ(permissions_of(kFile), 0600U);
+  EXPECT_EQ(permissionsOf(kFile), 0600U);
 }
 
 TEST_P(AnyMask, LeavesAReplacedFileItsPermissions) {
-  write_file(kFile, "<velmora/>");
+  writeFile(kFile, "<velmora/>");
   ASSERT_EQ(chmod(kFile.c_str(), 0660), 0);
   store(kFile);
-  EXPECT_EQ(permissions_of(kFile), 0660U);
+  EXPECT_EQ(permissionsOf(kFile), 0660U);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfTheWriter, AnyMask, testing::Values(0, 022, 077));
@@ -65,10 +65,10 @@ INSTANTIATE_TEST_SUITE_P(OfTheWriter, AnyMask, testing::Values(0, 022, 077));
 class Permissions : public AFileWithTokens, public testing::WithParamInterface<std::pair<mode_t, mode_t>> {};
 
 TEST_P(Permissions, AreKeptForOwnerAndGroupAndTakenFromOthers) {
-  write_file(kFile, "<velmora/>");
+  writeFile(kFile, "<velmora/>");
   ASSERT_EQ(chmod(kFile.c_str(), GetParam().first), 0);
   store(kFile);
-  EXPECT_EQ(permissions_of(kFile), GetParam().second);
+  EXPECT_EQ(permissionsOf(kFile), GetParam().second);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfAReplacedFile, Permissions,
@@ -76,60 +76,60 @@ INSTANTIATE_TEST_SUITE_P(OfAReplacedFile, Permissions,
                                          std::pair(0644, 0640), std::pair(0604, 0600), std::pair(0666, 0660),
                                          std::pair(0777, 0770), std::pair(06640, 0640)));
 
-/* Only root can give a file away; where it cannot be, it stays with the owner it has. */
+// Only root can give a file away; where it cannot be, it stays with the owner it has.
 TEST_F(AFileWithTokens, KeepsItsOwnerAndItsGroup) {
-  write_file(kFile, "<velmora/>");
+  writeFile(kFile, "<velmora/>");
   [[maybe_unused]] const int given = chown(kFile.c_str(), 1234, 5678);
-  const struct stat before = status_of(kFile);
+  const struct stat before = statusOf(kFile);
   store(kFile);
-  EXPECT_EQ(status_of(kFile).st_uid, before.st_uid);
-  EXPECT_EQ(status_of(kFile).st_gid, before.st_gid);
+  EXPECT_EQ(statusOf(kFile).st_uid, before.st_uid);
+  EXPECT_EQ(statusOf(kFile).st_gid, before.st_gid);
 }
 
 class ALink : public AFileWithTokens {
  protected:
   void SetUp() override {
     AFileWithTokens::SetUp();
-    make_folder(kFolder + "/real");
+    makeFolder(kFolder + "/real");
   }
   static void link(const std::string &target) { std::filesystem::create_symlink(target, kFile); }
 
-  static void expect_followed(const std::string &target) {
+  static void expectFollowed(const std::string &target) {
     EXPECT_TRUE(std::filesystem::is_symlink(kFile));
     EXPECT_EQ(Configuration(kRead, target).number("ch0", "exists"), 1);
   }
 };
 
 TEST_F(ALink, StaysAndItsFileIsReplaced) {
-  write_file(kFolder + "/real/target.conf", "<velmora/>");
+  writeFile(kFolder + "/real/target.conf", "<velmora/>");
   link("real/target.conf");
   store(kFile);
-  expect_followed(kFolder + "/real/target.conf");
+  expectFollowed(kFolder + "/real/target.conf");
 }
 
 TEST_F(ALink, StaysAndItsMissingFileIsMade) {
   link("real/target.conf");
   store(kFile);
-  expect_followed(kFolder + "/real/target.conf");
+  expectFollowed(kFolder + "/real/target.conf");
 }
 
 TEST_F(ALink, ToALinkToAMissingFileStaysToo) {
   std::filesystem::create_symlink(kFolder + "/real/target.conf", kFolder + "/real/link");
   link("real/link");
   store(kFile);
-  expect_followed(kFolder + "/real/target.conf");
+  expectFollowed(kFolder + "/real/target.conf");
 }
 
 TEST_F(ALink, IntoAMissingFolderIsAMissingFile) {
   link("none/target.conf");
-  EXPECT_EQ(Configuration(kWrite, kFile).open_result(), xmlcfg::kMissing);
+  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kMissing);
   EXPECT_TRUE(std::filesystem::is_symlink(kFile));
 }
 
 TEST_F(ALink, ToItselfCannotBeOpened) {
   link("usbdev.conf");
-  EXPECT_EQ(Configuration(kRead, kFile).open_result(), xmlcfg::kUnreadable);
-  EXPECT_EQ(Configuration(kWrite, kFile).open_result(), xmlcfg::kUnreadable);
+  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kUnreadable);
+  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kUnreadable);
   EXPECT_TRUE(std::filesystem::is_symlink(kFile));
 }
 

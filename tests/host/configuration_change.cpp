@@ -20,22 +20,22 @@ const std::string kNew =
     "</cap>\n    </video>\n  </ch0>\n</velmora>\n";
 constexpr char kEmpty[] = "<velmora/>\n";
 
-std::size_t open_descriptors() { return names_in("/proc/self/fd").size(); }
+std::size_t openDescriptors() { return namesIn("/proc/self/fd").size(); }
 
 }  // namespace
 
 const std::string ConfigurationChange::kFile = kFolder + "/usbdev.conf";
 
 ConfigurationChange::ConfigurationChange(const std::string &before) : before_(before) {
-  make_empty_folder(kFolder);
+  makeEmptyFolder(kFolder);
   if (!before.empty()) {
-    write_file(kFile, before);
+    writeFile(kFile, before);
     EXPECT_EQ(chmod(kFile.c_str(), 0640), 0);
   }
-  descriptors_ = open_descriptors();
+  descriptors_ = openDescriptors();
 }
 
-/* The results of setting are not looked at: what a caller loses by that, the close has to tell. */
+/// The results of setting are not looked at: the close has to report what a caller misses.
 void ConfigurationChange::run() {
   void *handle = nullptr;
   opened_ = xmlcfg_open(kWrite, kFile.c_str(), &handle);
@@ -51,20 +51,20 @@ unsigned ConfigurationChange::permissions() {
   return status.st_mode & 07777;
 }
 
-std::string ConfigurationChange::content_afterwards() const {
+std::string ConfigurationChange::contentAfterwards() const {
   if (stored()) return kNew;
   return before_.empty() ? kEmpty : before_;
 }
 
-void ConfigurationChange::expect_rules() const {
+void ConfigurationChange::expectRules() const {
   EXPECT_TRUE(opened_ == xmlcfg::kOpened || opened_ < 0) << opened_;
-  EXPECT_EQ(open_descriptors(), descriptors_);
+  EXPECT_EQ(openDescriptors(), descriptors_);
   if (before_.empty() && opened_ != xmlcfg::kOpened && !std::filesystem::exists(kFile)) {
-    EXPECT_THAT(names_in(kFolder), testing::IsEmpty());
+    EXPECT_THAT(namesIn(kFolder), testing::IsEmpty());
     return;
   }
-  EXPECT_THAT(names_in(kFolder), testing::ElementsAre("usbdev.conf"));
-  EXPECT_EQ(read_file(kFile), content_afterwards());
+  EXPECT_THAT(namesIn(kFolder), testing::ElementsAre("usbdev.conf"));
+  EXPECT_EQ(readFile(kFile), contentAfterwards());
   EXPECT_EQ(permissions() & S_IRWXO, 0U);
   const int descriptor = open(kFile.c_str(), O_RDONLY | O_CLOEXEC);
   EXPECT_EQ(flock(descriptor, LOCK_EX | LOCK_NB), 0);

@@ -16,26 +16,26 @@ const std::string kFilling = kDisk + "/filling";
 class ADisk : public testing::Test {
  protected:
   void SetUp() override {
-    make_folder(kDisk);
-    mount_memory(kDisk, "64k");
-    write_file(kFile, "<velmora><ch0><exists>1</exists></ch0></velmora>");
-    before_ = read_file(kFile);
+    makeFolder(kDisk);
+    mountMemory(kDisk, "64k");
+    writeFile(kFile, "<velmora><ch0><exists>1</exists></ch0></velmora>");
+    before_ = readFile(kFile);
   }
   void TearDown() override { umount2(kDisk.c_str(), MNT_DETACH); }
 
-  int close_after_change() {
+  int closeAfterChange() {
     Configuration writer(kWrite, kFile);
-    EXPECT_EQ(writer.open_result(), xmlcfg::kOpened);
-    EXPECT_EQ(writer.set_text("ch0", "devname", std::string(20000, 'x')), xmlcfg::kDone);
+    EXPECT_EQ(writer.openResult(), xmlcfg::kOpened);
+    EXPECT_EQ(writer.setText("ch0", "devname", std::string(20000, 'x')), xmlcfg::kDone);
     return writer.close();
   }
 
-  void expect_untouched() {
-    EXPECT_EQ(read_file(kFile), before_);
-    EXPECT_EQ(names_in(kDisk), names_);
+  void expectUntouched() {
+    EXPECT_EQ(readFile(kFile), before_);
+    EXPECT_EQ(namesIn(kDisk), names_);
   }
 
-  void note_names() { names_ = names_in(kDisk); }
+  void noteNames() { names_ = namesIn(kDisk); }
 
  private:
   std::string before_;
@@ -46,43 +46,43 @@ class AFullDisk : public ADisk {
  protected:
   void SetUp() override {
     ADisk::SetUp();
-    EXPECT_THROW(write_file(kFilling, std::string(100000, '-')), std::runtime_error);
-    note_names();
+    EXPECT_THROW(writeFile(kFilling, std::string(100000, '-')), std::runtime_error);
+    noteNames();
   }
 };
 
 TEST_F(AFullDisk, MakesTheCloseFailAndKeepsTheOldFile) {
-  EXPECT_EQ(close_after_change(), xmlcfg::kNotStored);
-  expect_untouched();
+  EXPECT_EQ(closeAfterChange(), xmlcfg::kNotStored);
+  expectUntouched();
 }
 
 TEST_F(AFullDisk, IsWrittenAgainOnceThereIsRoom) {
-  close_after_change();
+  closeAfterChange();
   ASSERT_EQ(unlink(kFilling.c_str()), 0);
-  EXPECT_EQ(close_after_change(), xmlcfg::kDone);
+  EXPECT_EQ(closeAfterChange(), xmlcfg::kDone);
 }
 
 TEST_F(AFullDisk, TakesNoNewFile) {
-  EXPECT_EQ(Configuration(kWrite, kDisk + "/new.conf").open_result(), xmlcfg::kNotWritable);
-  expect_untouched();
+  EXPECT_EQ(Configuration(kWrite, kDisk + "/new.conf").openResult(), xmlcfg::kNotWritable);
+  expectUntouched();
 }
 
 class AReadOnlyDisk : public ADisk {
  protected:
   void SetUp() override {
     ADisk::SetUp();
-    note_names();
-    make_read_only(kDisk);
+    noteNames();
+    makeReadOnly(kDisk);
   }
 };
 
 TEST_F(AReadOnlyDisk, MakesTheCloseFailAndKeepsTheOldFile) {
-  EXPECT_EQ(close_after_change(), xmlcfg::kNotStored);
-  expect_untouched();
+  EXPECT_EQ(closeAfterChange(), xmlcfg::kNotStored);
+  expectUntouched();
 }
 
 TEST_F(AReadOnlyDisk, TakesNoNewFile) {
-  EXPECT_EQ(Configuration(kWrite, kDisk + "/new.conf").open_result(), xmlcfg::kNotWritable);
+  EXPECT_EQ(Configuration(kWrite, kDisk + "/new.conf").openResult(), xmlcfg::kNotWritable);
 }
 
 TEST_F(AReadOnlyDisk, CanBeRead) { EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "exists"), 1); }

@@ -18,16 +18,16 @@ const std::string kFolder = std::string(kWorkFolder) + "/config";
 const std::string kFile = kFolder + "/usbdev.conf";
 std::vector<std::string> calls;
 
-std::string path_of(int descriptor) {
+std::string pathOf(int descriptor) {
   return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor));
 }
 
 }  // namespace
 
-/* These stand in for the C library's, also where the configuration library calls them. */
+// These stand in for the C library's, also where the configuration library calls them.
 
 int fsync(int descriptor) {
-  calls.push_back("flush " + path_of(descriptor));
+  calls.push_back("flush " + pathOf(descriptor));
   return static_cast<int>(syscall(SYS_fsync, descriptor));
 }
 
@@ -39,10 +39,10 @@ int rename(const char *from, const char *to) noexcept {
 namespace {
 
 TEST(AStoredConfiguration, IsOnTheDiskBeforeItReplacesTheOldOneAndSoIsTheReplacement) {
-  make_empty_folder(kFolder);
-  write_file(kFile, "<velmora/>");
+  makeEmptyFolder(kFolder);
+  writeFile(kFile, "<velmora/>");
   Configuration writer(kWrite, kFile);
-  writer.set_number("ch0", "exists", 1);
+  writer.setNumber("ch0", "exists", 1);
   EXPECT_THAT(calls, testing::IsEmpty());
   ASSERT_EQ(writer.close(), xmlcfg::kDone);
   const std::string fresh = kFolder + "/.usbdev.conf.new";

@@ -21,7 +21,7 @@ TEST_P(AConfigurationChange, IsMadeOrReportedWhicheverCallFails) {
     failing::fail(failing::kAny, number, EIO);
     change.run();
     const bool failed = failing::stop();
-    change.expect_rules();
+    change.expectRules();
     if (failed) continue;
     EXPECT_TRUE(change.stored());
     EXPECT_GT(number, kFewestCalls);
@@ -37,8 +37,8 @@ TEST_P(AConfigurationChange, IsMadeWhicheverCallASignalInterrupts) {
     failing::fail(failing::kAny, number, EINTR);
     change.run();
     interrupted = failing::stop();
-    change.expect_rules();
-    EXPECT_EQ(change.close_result(), xmlcfg::kDone);
+    change.expectRules();
+    EXPECT_EQ(change.closeResult(), xmlcfg::kDone);
     EXPECT_TRUE(change.stored());
   }
 }
@@ -53,7 +53,7 @@ TEST_P(ACallThatAlwaysFails, EndsTheChangeAndLeavesTheFileFree) {
     failing::fail(GetParam(), failing::kEvery, EIO);
     change.run();
     EXPECT_TRUE(failing::stop());
-    change.expect_rules();
+    change.expectRules();
   }
 }
 
@@ -62,14 +62,14 @@ INSTANTIATE_TEST_SUITE_P(OfAnyKind, ACallThatAlwaysFails,
                                          "fchown", "fchmod", "readlink", "rename", "unlink"),
                          [](const auto &name) { return std::string(name.param); });
 
-/* The first flush is that of the new file. */
+// The first flush is that of the new file.
 TEST(AFolderThatCannotBeFlushed, LeavesTheChangeStoredAndSaysSo) {
   ConfigurationChange change(kBefore);
   failing::fail("fsync", 2, EIO);
   change.run();
   EXPECT_TRUE(failing::stop());
-  EXPECT_EQ(change.close_result(), xmlcfg::kNotFlushed);
-  change.expect_rules();
+  EXPECT_EQ(change.closeResult(), xmlcfg::kNotFlushed);
+  change.expectRules();
 }
 
 TEST(AMissingFile, IsNotMadeWhereOneMayBe) {

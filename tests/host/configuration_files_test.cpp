@@ -20,19 +20,19 @@ const std::string kFile = kFolder + "/usbdev.conf";
 
 class AConfigurationFile : public testing::Test {
  protected:
-  void SetUp() override { make_empty_folder(kFolder); }
+  void SetUp() override { makeEmptyFolder(kFolder); }
 };
 
 void store(const std::string &path, int value) {
   Configuration writer(kWrite, path);
-  ASSERT_EQ(writer.open_result(), xmlcfg::kOpened);
-  writer.set_number("ch0", "exists", value);
+  ASSERT_EQ(writer.openResult(), xmlcfg::kOpened);
+  writer.setNumber("ch0", "exists", value);
   ASSERT_EQ(writer.close(), xmlcfg::kDone);
 }
 
 TEST_F(AConfigurationFile, ThatIsMissingCannotBeRead) {
-  EXPECT_EQ(Configuration(kRead, kFile).open_result(), xmlcfg::kMissing);
-  EXPECT_THAT(names_in(kFolder), IsEmpty());
+  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kMissing);
+  EXPECT_THAT(namesIn(kFolder), IsEmpty());
 }
 
 TEST_F(AConfigurationFile, ThatIsMissingIsCreatedByWriting) {
@@ -41,18 +41,18 @@ TEST_F(AConfigurationFile, ThatIsMissingIsCreatedByWriting) {
 }
 
 TEST_F(AConfigurationFile, IsNotCreatedWithoutItsFolder) {
-  EXPECT_EQ(Configuration(kWrite, kFolder + "/none/usbdev.conf").open_result(), xmlcfg::kMissing);
-  EXPECT_THAT(names_in(kFolder), IsEmpty());
+  EXPECT_EQ(Configuration(kWrite, kFolder + "/none/usbdev.conf").openResult(), xmlcfg::kMissing);
+  EXPECT_THAT(namesIn(kFolder), IsEmpty());
 }
 
 class ADamagedFile : public AConfigurationFile, public testing::WithParamInterface<const char *> {};
 
 TEST_P(ADamagedFile, FailsToOpenAndStaysAsItIs) {
-  write_file(kFile, GetParam());
-  EXPECT_EQ(Configuration(kRead, kFile).open_result(), xmlcfg::kDamaged);
-  EXPECT_EQ(Configuration(kWrite, kFile).open_result(), xmlcfg::kDamaged);
-  EXPECT_EQ(read_file(kFile), GetParam());
-  EXPECT_THAT(names_in(kFolder), ElementsAre("usbdev.conf"));
+  writeFile(kFile, GetParam());
+  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kDamaged);
+  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kDamaged);
+  EXPECT_EQ(readFile(kFile), GetParam());
+  EXPECT_THAT(namesIn(kFolder), ElementsAre("usbdev.conf"));
 }
 
 INSTANTIATE_TEST_SUITE_P(OfAnyKind, ADamagedFile,
@@ -61,38 +61,38 @@ INSTANTIATE_TEST_SUITE_P(OfAnyKind, ADamagedFile,
                                          "<?xml version=\"1.0\"?>\n", "\x7F\x45LF\x02\x01"));
 
 TEST_F(AConfigurationFile, WithAZeroByteIsDamaged) {
-  write_file(kFile, std::string("<velmora/>\0", 11));
-  EXPECT_EQ(Configuration(kRead, kFile).open_result(), xmlcfg::kDamaged);
+  writeFile(kFile, std::string("<velmora/>\0", 11));
+  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kDamaged);
 }
 
 TEST_F(AConfigurationFile, MayHoldADeclarationAndComments) {
-  write_file(kFile,
-             "<?xml version=\"1.0\"?><!-- a --><velmora><!-- b --><ch0><exists>1<!-- c --></exists></ch0></velmora>");
+  writeFile(kFile,
+            "<?xml version=\"1.0\"?><!-- a --><velmora><!-- b --><ch0><exists>1<!-- c --></exists></ch0></velmora>");
   EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "exists"), 1);
   store(kFile, 2);
-  EXPECT_NE(read_file(kFile).find("<!-- b -->"), std::string::npos);
+  EXPECT_NE(readFile(kFile).find("<!-- b -->"), std::string::npos);
 }
 
 TEST_F(AConfigurationFile, MustBeAPlainFile) {
-  make_folder(kFile);
-  EXPECT_EQ(Configuration(kRead, kFile).open_result(), xmlcfg::kUnreadable);
+  makeFolder(kFile);
+  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kUnreadable);
   ASSERT_EQ(mkfifo((kFolder + "/pipe").c_str(), 0600), 0);
-  EXPECT_EQ(Configuration(kRead, kFolder + "/pipe").open_result(), xmlcfg::kUnreadable);
+  EXPECT_EQ(Configuration(kRead, kFolder + "/pipe").openResult(), xmlcfg::kUnreadable);
 }
 
 TEST_F(AConfigurationFile, IsTheOnlyOneLeftAfterAChange) {
   store(kFile, 1);
   store(kFile, 2);
-  EXPECT_THAT(names_in(kFolder), ElementsAre("usbdev.conf"));
+  EXPECT_THAT(namesIn(kFolder), ElementsAre("usbdev.conf"));
 }
 
 TEST_F(AConfigurationFile, IsNotWrittenByACloseWithoutAChange) {
   const std::string content = "<velmora><ch0><exists>1</exists></ch0></velmora>";
-  write_file(kFile, content);
+  writeFile(kFile, content);
   Configuration writer(kWrite, kFile);
-  EXPECT_EQ(writer.set_number("ch0", "exists", 1), xmlcfg::kDone);
+  EXPECT_EQ(writer.setNumber("ch0", "exists", 1), xmlcfg::kDone);
   EXPECT_EQ(writer.close(), xmlcfg::kDone);
-  EXPECT_EQ(read_file(kFile), content);
+  EXPECT_EQ(readFile(kFile), content);
 }
 
 TEST_F(AConfigurationFile, ShowsAReaderTheStateOfItsOpening) {
@@ -112,9 +112,9 @@ TEST_F(AConfigurationFile, RefusesUnknownModesAndNullPointers) {
 
 TEST_F(AConfigurationFile, IsNotOpenInAProgramThatItsWriterStarts) {
   store(kFile, 1);
-  const auto before = names_in("/proc/self/fd");
+  const auto before = namesIn("/proc/self/fd");
   Configuration writer(kWrite, kFile);
-  for (const std::string &name : names_in("/proc/self/fd")) {
+  for (const std::string &name : namesIn("/proc/self/fd")) {
     if (std::find(before.begin(), before.end(), name) != before.end()) continue;
     const int flags = fcntl(std::stoi(name), F_GETFD);
     EXPECT_TRUE(flags == -1 || (flags & FD_CLOEXEC) != 0) << name;
@@ -124,19 +124,19 @@ TEST_F(AConfigurationFile, IsNotOpenInAProgramThatItsWriterStarts) {
 TEST_F(AConfigurationFile, WhoseFolderIsGoneIsNotStored) {
   store(kFile, 1);
   Configuration writer(kWrite, kFile);
-  writer.set_number("ch0", "exists", 2);
+  writer.setNumber("ch0", "exists", 2);
   std::filesystem::remove_all(kFolder);
   EXPECT_EQ(writer.close(), xmlcfg::kNotStored);
 }
 
 TEST_F(AConfigurationFile, LeavesNoDescriptorOpen) {
   store(kFile, 1);
-  const auto before = names_in("/proc/self/fd").size();
+  const auto before = namesIn("/proc/self/fd").size();
   store(kFile, 2);
   Configuration(kRead, kFile).close();
-  write_file(kFile, "<damaged");
+  writeFile(kFile, "<damaged");
   Configuration(kWrite, kFile).close();
-  EXPECT_EQ(names_in("/proc/self/fd").size(), before);
+  EXPECT_EQ(namesIn("/proc/self/fd").size(), before);
 }
 
 }  // namespace

@@ -11,16 +11,16 @@ namespace {
 
 const std::string kFile = std::string(kWorkFolder) + "/usbdev.conf";
 
-std::string stored_and_read_again(const std::string &value) {
+std::string storedAndReadAgain(const std::string &value) {
   Configuration writer(kWrite, kFile);
-  EXPECT_EQ(writer.set_text("ch0", "devname", value), xmlcfg::kDone);
+  EXPECT_EQ(writer.setText("ch0", "devname", value), xmlcfg::kDone);
   EXPECT_EQ(writer.close(), xmlcfg::kDone);
   return Configuration(kRead, kFile).text("ch0", "devname", "missing");
 }
 
 class AConfiguration : public testing::Test {
  protected:
-  void SetUp() override { write_file(kFile, "<velmora/>"); }
+  void SetUp() override { writeFile(kFile, "<velmora/>"); }
 };
 
 TEST_F(AConfiguration, ReadsDefaultsWhereAPathIsMissing) {
@@ -30,7 +30,7 @@ TEST_F(AConfiguration, ReadsDefaultsWhereAPathIsMissing) {
 }
 
 TEST_F(AConfiguration, ReadsItsLayoutOfElements) {
-  write_file(kFile, "<velmora><ch3><exists>1</exists><video><cap>0 1</cap></video></ch3></velmora>");
+  writeFile(kFile, "<velmora><ch3><exists>1</exists><video><cap>0 1</cap></video></ch3></velmora>");
   Configuration config(kRead, kFile);
   EXPECT_EQ(config.number("ch3", "exists"), 1);
   EXPECT_EQ(config.text("ch3", "video", "", "cap"), "0 1");
@@ -38,10 +38,10 @@ TEST_F(AConfiguration, ReadsItsLayoutOfElements) {
 
 TEST_F(AConfiguration, WritesItsLayoutOfElements) {
   Configuration writer(kWrite, kFile);
-  writer.set_number("ch3", "exists", 1);
-  writer.set_text("ch3", "video", "0 1", "cap");
+  writer.setNumber("ch3", "exists", 1);
+  writer.setText("ch3", "video", "0 1", "cap");
   writer.close();
-  EXPECT_EQ(read_file(kFile),
+  EXPECT_EQ(readFile(kFile),
             "<?xml version=\"1.0\"?>\n"
             "<velmora>\n"
             "  <ch3>\n"
@@ -55,57 +55,57 @@ TEST_F(AConfiguration, WritesItsLayoutOfElements) {
 
 TEST_F(AConfiguration, KeepsKeysAndSubKeysOfOneNameApart) {
   Configuration writer(kWrite, kFile);
-  writer.set_text("ch0", "name", "of the key");
-  writer.set_text("ch0", "video", "of the sub-key", "name");
+  writer.setText("ch0", "name", "of the key");
+  writer.setText("ch0", "video", "of the sub-key", "name");
   EXPECT_EQ(writer.text("ch0", "name"), "of the key");
   EXPECT_EQ(writer.text("ch0", "video", "", "name"), "of the sub-key");
 }
 
 TEST_F(AConfiguration, ReplacesAValue) {
-  stored_and_read_again("first");
-  EXPECT_EQ(stored_and_read_again("second"), "second");
-  EXPECT_EQ(read_file(kFile).find("first"), std::string::npos);
+  storedAndReadAgain("first");
+  EXPECT_EQ(storedAndReadAgain("second"), "second");
+  EXPECT_EQ(readFile(kFile).find("first"), std::string::npos);
 }
 
-TEST_F(AConfiguration, ReadsAnEmptyTextAsEmptyAndNotAsTheDefault) { EXPECT_EQ(stored_and_read_again(""), ""); }
+TEST_F(AConfiguration, ReadsAnEmptyTextAsEmptyAndNotAsTheDefault) { EXPECT_EQ(storedAndReadAgain(""), ""); }
 
 TEST_F(AConfiguration, KeepsOrdinaryTextReadable) {
   const std::string text = "Caméra \"HD\" it's 100% 日本";
-  EXPECT_EQ(stored_and_read_again(text), text);
-  EXPECT_NE(read_file(kFile).find(">" + text + "<"), std::string::npos);
+  EXPECT_EQ(storedAndReadAgain(text), text);
+  EXPECT_NE(readFile(kFile).find(">" + text + "<"), std::string::npos);
 }
 
 TEST_F(AConfiguration, BringsBackEveryByte) {
   std::string bytes;
   for (int byte = 1; byte <= UCHAR_MAX; ++byte) bytes.push_back(static_cast<char>(byte));
-  EXPECT_EQ(stored_and_read_again(bytes), bytes);
+  EXPECT_EQ(storedAndReadAgain(bytes), bytes);
 }
 
 TEST_F(AConfiguration, BringsBackTextThatXmlOrItsEscapesWouldChange) {
   for (const char *text : {" both ends ", "   ", "\n", "\r\n a\tb\r", "a<b>&amp;]]>", "<!--", "C:\\x41\\n\\", "\\x",
                            "\xC0\x80", "\xED\xA0\x80", "\xEF\xBF\xBF", "\xF5\x80\x80\x80", "half \xE2\x82"})
-    EXPECT_EQ(stored_and_read_again(text), text);
+    EXPECT_EQ(storedAndReadAgain(text), text);
 }
 
 TEST_F(AConfiguration, StoresOnlyWellFormedUtf8) {
-  stored_and_read_again("\xFF\xC3\xA9");
-  EXPECT_NE(read_file(kFile).find(">\\xff\xC3\xA9<"), std::string::npos);
+  storedAndReadAgain("\xFF\xC3\xA9");
+  EXPECT_NE(readFile(kFile).find(">\\xff\xC3\xA9<"), std::string::npos);
 }
 
 TEST_F(AConfiguration, BringsBackALongText) {
   const std::string text(50000, 'x');
-  EXPECT_EQ(stored_and_read_again(text), text);
+  EXPECT_EQ(storedAndReadAgain(text), text);
 }
 
 TEST_F(AConfiguration, FillsABufferWithTheFirstBytesOfALongerText) {
-  stored_and_read_again("abcdef");
+  storedAndReadAgain("abcdef");
   char buffer[] = "########";
   xmlcfg_get_str(Configuration(kRead, kFile).handle(), "", buffer, 4, "velmora", "ch0", "devname", nullptr);
   EXPECT_STREQ(buffer, "abcd####");
 }
 
 TEST_F(AConfiguration, EndsATextThatLeavesRoomForIt) {
-  stored_and_read_again("abc");
+  storedAndReadAgain("abc");
   char buffer[] = "########";
   xmlcfg_get_str(Configuration(kRead, kFile).handle(), "", buffer, 4, "velmora", "ch0", "devname", nullptr);
   EXPECT_EQ(std::string(buffer, sizeof buffer), std::string("abc\0####\0", 9));
@@ -120,7 +120,7 @@ TEST_F(AConfiguration, CutsALongDefaultToo) {
 TEST_F(AConfiguration, BringsBackTheOutermostIntegers) {
   for (int value : {INT_MIN, -1, 0, 999, INT_MAX}) {
     Configuration writer(kWrite, kFile);
-    writer.set_number("ch0", "profile", value);
+    writer.setNumber("ch0", "profile", value);
     writer.close();
     EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "profile", 7), value);
   }
@@ -128,33 +128,33 @@ TEST_F(AConfiguration, BringsBackTheOutermostIntegers) {
 
 TEST_F(AConfiguration, ReadsWhatIsNoDecimalIntegerAsTheDefault) {
   for (const char *garbage : {"", "x", "1x", "0x10", "+1", "1 ", "1.0", "2147483648", "--1"}) {
-    stored_and_read_again(garbage);
+    storedAndReadAgain(garbage);
     EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "devname", 77), 77) << garbage;
   }
 }
 
 TEST_F(AConfiguration, ReadsAnIntegerOfUpTo64Digits) {
   for (const auto &[zeros, expected] : {std::pair(62, 7), std::pair(63, 7), std::pair(64, -1)}) {
-    stored_and_read_again(std::string(static_cast<std::size_t>(zeros), '0') + "7");
+    storedAndReadAgain(std::string(static_cast<std::size_t>(zeros), '0') + "7");
     EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "devname", -1), expected) << zeros;
   }
 }
 
 TEST_F(AConfiguration, RefusesToSetOnAHandleForReading) {
   Configuration reader(kRead, kFile);
-  EXPECT_EQ(reader.set_number("ch0", "exists", 1), xmlcfg::kReadOnly);
-  EXPECT_EQ(reader.set_text("ch0", "devname", "x"), xmlcfg::kReadOnly);
+  EXPECT_EQ(reader.setNumber("ch0", "exists", 1), xmlcfg::kReadOnly);
+  EXPECT_EQ(reader.setText("ch0", "devname", "x"), xmlcfg::kReadOnly);
   EXPECT_EQ(reader.number("ch0", "exists", -1), -1);
   reader.close();
-  EXPECT_EQ(read_file(kFile), "<velmora/>");
+  EXPECT_EQ(readFile(kFile), "<velmora/>");
 }
 
 TEST_F(AConfiguration, RefusesNamesThatXmlCannotCarry) {
   Configuration writer(kWrite, kFile);
   for (const char *name : {"", "a b", "<a>", "1st", "a/b"}) {
-    EXPECT_EQ(writer.set_text(name, "key", "x"), xmlcfg::kBadArgument) << name;
-    EXPECT_EQ(writer.set_text("ch0", name, "x"), xmlcfg::kBadArgument) << name;
-    EXPECT_EQ(writer.set_text("ch0", "key", "x", name), xmlcfg::kBadArgument) << name;
+    EXPECT_EQ(writer.setText(name, "key", "x"), xmlcfg::kBadArgument) << name;
+    EXPECT_EQ(writer.setText("ch0", name, "x"), xmlcfg::kBadArgument) << name;
+    EXPECT_EQ(writer.setText("ch0", "key", "x", name), xmlcfg::kBadArgument) << name;
   }
 }
 

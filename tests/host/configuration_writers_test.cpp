@@ -21,19 +21,19 @@ const std::string kFolder = std::string(kWorkFolder) + "/config";
 const std::string kFile = kFolder + "/usbdev.conf";
 constexpr std::array<const char *, 10> kSections{"ch0", "ch1", "ch2", "ch3", "ch4", "ch5", "ch6", "ch7", "ch8", "ch9"};
 
-/* Gives all ten sections the same number, together with a text that makes the file long. */
-bool write_generation(Configuration &writer, int generation) {
+/// Gives all ten sections the same number, together with a text that makes the file long.
+bool writeGeneration(Configuration &writer, int generation) {
   for (const char *section : kSections) {
-    writer.set_number(section, "profile", generation);
-    writer.set_text(section, "devname", std::string(3000, static_cast<char>('a' + generation % 26)));
+    writer.setNumber(section, "profile", generation);
+    writer.setText(section, "devname", std::string(3000, static_cast<char>('a' + generation % 26)));
   }
   return writer.close() == xmlcfg::kDone;
 }
 
-/* The generation of the file, -1 when it cannot be opened or is a mixture. */
-int read_generation() {
+/// The generation of the file, -1 when it cannot be opened or is a mixture.
+int readGeneration() {
   Configuration reader(kRead, kFile);
-  if (reader.open_result() != xmlcfg::kOpened) return -1;
+  if (reader.openResult() != xmlcfg::kOpened) return -1;
   const int generation = reader.number("ch0", "profile");
   for (const char *section : kSections) {
     const std::string expected(3000, static_cast<char>('a' + generation % 26));
@@ -45,19 +45,19 @@ int read_generation() {
 class ConcurrentWriters : public testing::Test {
  protected:
   void SetUp() override {
-    make_empty_folder(kFolder);
+    makeEmptyFolder(kFolder);
     Configuration writer(kWrite, kFile);
-    ASSERT_TRUE(write_generation(writer, 0));
+    ASSERT_TRUE(writeGeneration(writer, 0));
   }
 };
 
 constexpr int kWriters = 10;
 constexpr int kIncrementsEach = 40;
 
-int increment_many_times() {
+int incrementManyTimes() {
   for (int i = 0; i < kIncrementsEach; ++i) {
     Configuration writer(kWrite, kFile);
-    if (writer.open_result() != xmlcfg::kOpened || !write_generation(writer, writer.number("ch0", "profile") + 1))
+    if (writer.openResult() != xmlcfg::kOpened || !writeGeneration(writer, writer.number("ch0", "profile") + 1))
       return 1;
   }
   return 0;
@@ -65,33 +65,33 @@ int increment_many_times() {
 
 TEST_F(ConcurrentWriters, LoseNothingAndNeverShowHalfAFile) {
   std::vector<pid_t> children(kWriters);
-  for (pid_t &child : children) child = start_child(increment_many_times);
+  for (pid_t &child : children) child = startChild(incrementManyTimes);
   int latest = 0;
-  while (any_is_running(children)) {
-    const int generation = read_generation();
+  while (anyIsRunning(children)) {
+    const int generation = readGeneration();
     EXPECT_GE(generation, latest);
     latest = generation;
   }
-  for (pid_t child : children) EXPECT_EQ(wait_for_child(child), 0);
-  EXPECT_EQ(read_generation(), kWriters * kIncrementsEach);
+  for (pid_t child : children) EXPECT_EQ(waitForChild(child), 0);
+  EXPECT_EQ(readGeneration(), kWriters * kIncrementsEach);
 }
 
-/* Lets all writers go at once, each adding a key of its own; the keys that are in the file afterwards. */
-int keys_of_simultaneous_creators() {
+/// Lets all writers go at once, each adding a key of its own; the keys that are in the file afterwards.
+int keysOfSimultaneousCreators() {
   int gate[2] = {-1, -1};
   if (pipe(gate) != 0) return -1;
   std::vector<pid_t> children;
   for (const char *section : kSections)
-    children.push_back(start_child([&] {
+    children.push_back(startChild([&] {
       close(gate[1]);
       char none = 0;
       if (read(gate[0], &none, 1) != 0) return 1;
       Configuration writer(kWrite, kFile);
-      return writer.set_number(section, "profile", 1) == xmlcfg::kDone ? writer.close() : 1;
+      return writer.setNumber(section, "profile", 1) == xmlcfg::kDone ? writer.close() : 1;
     }));
   close(gate[0]);
   close(gate[1]);  // the last writing end: every child reads the end of the file
-  for (pid_t child : children) EXPECT_EQ(wait_for_child(child), 0);
+  for (pid_t child : children) EXPECT_EQ(waitForChild(child), 0);
   Configuration reader(kRead, kFile);
   return static_cast<int>(std::count_if(kSections.begin(), kSections.end(),
                                         [&](const char *section) { return reader.number(section, "profile") == 1; }));
@@ -100,16 +100,16 @@ int keys_of_simultaneous_creators() {
 TEST_F(ConcurrentWriters, CreateAMissingFileOnce) {
   for (int round = 0; round < 60; ++round) {
     ASSERT_EQ(unlink(kFile.c_str()), 0);
-    ASSERT_EQ(keys_of_simultaneous_creators(), static_cast<int>(kSections.size())) << "in round " << round;
+    ASSERT_EQ(keysOfSimultaneousCreators(), static_cast<int>(kSections.size())) << "in round " << round;
   }
 }
 
-/* Writes one generation after the other until it is killed; a byte in the pipe tells that it has begun. */
-int write_for_ever(int pipe_end, int generation) {
+/// Writes one generation after the other until it is killed; a byte in the pipe reports that it has begun.
+int writeForEver(int pipe_end, int generation) {
   if (write(pipe_end, "b", 1) != 1) return 1;
   for (;;) {
     Configuration writer(kWrite, kFile);
-    if (!write_generation(writer, ++generation)) return 1;
+    if (!writeGeneration(writer, ++generation)) return 1;
   }
 }
 
@@ -124,13 +124,13 @@ class AKilledWriter : public ConcurrentWriters {
     close(begun_[1]);
   }
 
-  void kill_at_random_moment(int generation) {
-    const pid_t child = start_child([&] { return write_for_ever(begun_[1], generation); });
+  void killAtRandomMoment(int generation) {
+    const pid_t child = startChild([&] { return writeForEver(begun_[1], generation); });
     char begun = 0;
     ASSERT_EQ(read(begun_[0], &begun, 1), 1);
     std::this_thread::sleep_for(std::chrono::microseconds(moment_(random_)));
     kill(child, SIGKILL);
-    EXPECT_EQ(wait_for_child(child), -1) << "it was to end by the signal";
+    EXPECT_EQ(waitForChild(child), -1) << "it was to end by the signal";
   }
 
  private:
@@ -142,8 +142,8 @@ class AKilledWriter : public ConcurrentWriters {
 TEST_F(AKilledWriter, LeavesTheOldOrTheNewFile) {
   int generation = 0;
   for (int kills = 0; kills < 200; ++kills) {
-    kill_at_random_moment(generation);
-    const int found = read_generation();
+    killAtRandomMoment(generation);
+    const int found = readGeneration();
     ASSERT_GE(found, generation) << "after " << kills << " kills";
     generation = found;
   }
@@ -151,12 +151,12 @@ TEST_F(AKilledWriter, LeavesTheOldOrTheNewFile) {
 }
 
 TEST_F(AKilledWriter, LeavesNothingThatTheNextOneDoesNotTakeAway) {
-  kill_at_random_moment(0);
-  write_file(kFolder + "/.usbdev.conf.new", "<half");
+  killAtRandomMoment(0);
+  writeFile(kFolder + "/.usbdev.conf.new", "<half");
   Configuration writer(kWrite, kFile);
-  EXPECT_TRUE(write_generation(writer, 1000));
-  EXPECT_EQ(read_generation(), 1000);
-  EXPECT_THAT(names_in(kFolder), testing::ElementsAre("usbdev.conf"));
+  EXPECT_TRUE(writeGeneration(writer, 1000));
+  EXPECT_EQ(readGeneration(), 1000);
+  EXPECT_THAT(namesIn(kFolder), testing::ElementsAre("usbdev.conf"));
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 
 namespace {
 
-/* The log as other programs read it. */
+/// The log as other programs read it.
 class LogReader {
  public:
   LogReader() {
@@ -23,7 +23,7 @@ class LogReader {
   LogReader &operator=(const LogReader &) = delete;
   ~LogReader() { sqlite3_close(database_); }
 
-  /* The columns of all rows, one after another. */
+  /// The columns of all rows, one after another.
   std::vector<std::string> query(const std::string &columns) {
     const std::string command = "SELECT " + columns + " FROM event ORDER BY id";
     std::vector<std::string> values;
@@ -44,7 +44,7 @@ using Values = std::vector<std::string>;
 
 class TheEventLog : public testing::Test {
  protected:
-  void SetUp() override { mount_memory("/var/log"); }
+  void SetUp() override { mountMemory("/var/log"); }
   void TearDown() override { umount2("/var/log", MNT_DETACH); }
 };
 
@@ -70,21 +70,21 @@ TEST_F(TheEventLog, RefusesOtherLevelsAndNoText) {
 }
 
 TEST_F(TheEventLog, FailsWithoutAPlaceForIt) {
-  make_read_only("/var/log");
+  makeReadOnly("/var/log");
   EXPECT_EQ(vq_sql_set_log(0, "x", 0), -1);
 }
 
 TEST_F(TheEventLog, FailsOnADatabaseThatIsNone) {
-  make_folder("/var/log/vl");
-  write_file("/var/log/vl/event.db", std::string(5000, 'x'));
+  makeFolder("/var/log/vl");
+  writeFile("/var/log/vl/event.db", std::string(5000, 'x'));
   EXPECT_EQ(vq_sql_set_log(0, "x", 0), -1);
-  EXPECT_EQ(read_file("/var/log/vl/event.db"), std::string(5000, 'x'));
+  EXPECT_EQ(readFile("/var/log/vl/event.db"), std::string(5000, 'x'));
 }
 
 constexpr int kProcesses = 6;
 constexpr int kLinesEach = 30;
 
-int log_many_lines() {
+int logManyLines() {
   for (int line = 0; line < kLinesEach; ++line)
     if (vq_sql_set_log(0, "line", 0) != 0) return 1;
   return 0;
@@ -93,14 +93,14 @@ int log_many_lines() {
 TEST_F(TheEventLog, TakesLinesOfManyProcessesWhileItIsRead) {
   ASSERT_EQ(vq_sql_set_log(0, "first", 0), 0);
   std::vector<pid_t> children(kProcesses);
-  for (pid_t &child : children) child = start_child(log_many_lines);
+  for (pid_t &child : children) child = startChild(logManyLines);
   std::size_t lines = 0;
-  while (any_is_running(children)) {
+  while (anyIsRunning(children)) {
     const std::size_t now = LogReader().query("id").size();
     EXPECT_GE(now, lines);
     lines = now;
   }
-  for (pid_t child : children) EXPECT_EQ(wait_for_child(child), 0);
+  for (pid_t child : children) EXPECT_EQ(waitForChild(child), 0);
   EXPECT_EQ(LogReader().query("id").size(), 1U + kProcesses * kLinesEach);
 }
 

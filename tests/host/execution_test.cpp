@@ -12,7 +12,7 @@ namespace {
 
 class AProgram : public testing::Test {
  protected:
-  void SetUp() override { make_empty_folder("/mnt/run"); }
+  void SetUp() override { makeEmptyFolder("/mnt/run"); }
 };
 
 TEST_F(AProgram, IsRunWithItsArgumentsAsTheyAre) {
@@ -20,7 +20,7 @@ TEST_F(AProgram, IsRunWithItsArgumentsAsTheyAre) {
   const std::string link = "/mnt/run/link $HOME";
   EXPECT_EQ(orda_exec(0, 0, 0, "/bin/ln", "-sf", target.c_str(), link.c_str(), nullptr), 0);
   EXPECT_EQ(std::filesystem::read_symlink(link), target);
-  EXPECT_EQ(names_in("/mnt/run"), std::vector<std::string>{"link $HOME"});
+  EXPECT_EQ(namesIn("/mnt/run"), std::vector<std::string>{"link $HOME"});
 }
 
 TEST_F(AProgram, GivesItsExitStatus) {
@@ -33,7 +33,7 @@ TEST_F(AProgram, KilledByASignalGives128AndItsNumber) {
 }
 
 TEST_F(AProgram, ThatIsMissingOrNoProgramGivesAFailure) {
-  write_file("/mnt/run/text", "no program");
+  writeFile("/mnt/run/text", "no program");
   EXPECT_EQ(orda_exec(0, 0, 0, "/mnt/run/none", nullptr), -1);
   EXPECT_EQ(orda_exec(0, 0, 0, "/mnt/run/text", nullptr), -1);
   EXPECT_EQ(orda_exec(0, 0, 0, nullptr), -1);

@@ -33,9 +33,9 @@ bool stop() {
   return failed;
 }
 
-bool is_on() { return plan.active; }
+bool isOn() { return plan.active; }
 
-bool must_fail(std::string_view name, bool waits) {
+bool mustFail(std::string_view name, bool waits) {
   if (!concerns(name, waits)) return false;
   ++counted;
   if (plan.number != kEvery && counted != plan.number) return false;

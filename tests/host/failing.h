@@ -1,6 +1,5 @@
-/* Makes a call of the test program, or of a library that it uses, fail where a test wants it to. */
-#ifndef TESTS_HOST_FAILING_H
-#define TESTS_HOST_FAILING_H
+// Makes a call of the test program, or of a library that it uses, fail where a test wants it to.
+#pragma once
 
 #include <string_view>
 
@@ -9,21 +8,17 @@ namespace failing {
 constexpr std::string_view kAny;
 constexpr int kEvery = 0;
 
-/*
- * From here on the number-th call of the name, or every one, fails with the error. An interruption (EINTR) concerns
- * only the calls that wait.
- */
+/// From here on the number-th call of the name, or every one, fails with the error. An interruption (EINTR) concerns
+/// only the calls that wait.
 void fail(std::string_view name, int number, int error);
 
-/* Returns whether one has failed since. */
+/// Returns whether one has failed since.
 bool stop();
 
-/* Tells whether it is between the two. */
-bool is_on();
+/// Returns whether it is between the two.
+bool isOn();
 
-/* Asked by the functions that stand in for others; sets errno when the answer is yes. */
-bool must_fail(std::string_view name, bool waits = false);
+/// Asked by the functions that stand in for others; sets errno when the answer is yes.
+bool mustFail(std::string_view name, bool waits = false);
 
 }  // namespace failing
-
-#endif

@@ -1,4 +1,4 @@
-/* These stand in for the C library's system calls, also where another library calls them. */
+// These stand in for the C library's system calls, also where another library calls them.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -26,58 +26,58 @@ int open(const char *path, int flags, ...) {
   va_start(rest, flags);
   const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
   va_end(rest);
-  return failing::must_fail("open", kWaits) ? -1 : real("open", open)(path, flags, mode);
+  return failing::mustFail("open", kWaits) ? -1 : real("open", open)(path, flags, mode);
 }
 
 ssize_t read(int descriptor, void *buffer, size_t size) {
-  return failing::must_fail("read", kWaits) ? -1 : real("read", read)(descriptor, buffer, size);
+  return failing::mustFail("read", kWaits) ? -1 : real("read", read)(descriptor, buffer, size);
 }
 
-/* Writes half in a test, as a disk may that is nearly full. */
+/// Writes half in a test, as a disk may that is nearly full.
 ssize_t write(int descriptor, const void *buffer, size_t size) {
-  const size_t part = failing::is_on() ? (size + 1) / 2 : size;
-  return failing::must_fail("write", kWaits) ? -1 : real("write", write)(descriptor, buffer, part);
+  const size_t part = failing::isOn() ? (size + 1) / 2 : size;
+  return failing::mustFail("write", kWaits) ? -1 : real("write", write)(descriptor, buffer, part);
 }
 
 int flock(int descriptor, int operation) noexcept {
-  return failing::must_fail("flock", kWaits) ? -1 : real("flock", flock)(descriptor, operation);
+  return failing::mustFail("flock", kWaits) ? -1 : real("flock", flock)(descriptor, operation);
 }
 
-int fsync(int descriptor) { return failing::must_fail("fsync", kWaits) ? -1 : real("fsync", fsync)(descriptor); }
+int fsync(int descriptor) { return failing::mustFail("fsync", kWaits) ? -1 : real("fsync", fsync)(descriptor); }
 
-/* The descriptor is gone, whatever the result. */
+/// The descriptor is gone, whatever the result.
 int close(int descriptor) {
   const int result = real("close", close)(descriptor);
-  return failing::must_fail("close") ? -1 : result;
+  return failing::mustFail("close") ? -1 : result;
 }
 
 int fstat(int descriptor, struct stat *status) noexcept {
-  return failing::must_fail("fstat") ? -1 : real("fstat", fstat)(descriptor, status);
+  return failing::mustFail("fstat") ? -1 : real("fstat", fstat)(descriptor, status);
 }
 
 int stat(const char *path, struct stat *status) noexcept {
   int (*function)(const char *, struct stat *) = stat;
-  return failing::must_fail("stat") ? -1 : real("stat", function)(path, status);
+  return failing::mustFail("stat") ? -1 : real("stat", function)(path, status);
 }
 
 int access(const char *path, int mode) noexcept {
-  return failing::must_fail("access") ? -1 : real("access", access)(path, mode);
+  return failing::mustFail("access") ? -1 : real("access", access)(path, mode);
 }
 
 int fchown(int descriptor, uid_t owner, gid_t group) noexcept {
-  return failing::must_fail("fchown") ? -1 : real("fchown", fchown)(descriptor, owner, group);
+  return failing::mustFail("fchown") ? -1 : real("fchown", fchown)(descriptor, owner, group);
 }
 
 int fchmod(int descriptor, mode_t mode) noexcept {
-  return failing::must_fail("fchmod") ? -1 : real("fchmod", fchmod)(descriptor, mode);
+  return failing::mustFail("fchmod") ? -1 : real("fchmod", fchmod)(descriptor, mode);
 }
 
 ssize_t readlink(const char *path, char *buffer, size_t size) noexcept {
-  return failing::must_fail("readlink") ? -1 : real("readlink", readlink)(path, buffer, size);
+  return failing::mustFail("readlink") ? -1 : real("readlink", readlink)(path, buffer, size);
 }
 
 int rename(const char *from, const char *to) noexcept {
-  return failing::must_fail("rename") ? -1 : real("rename", rename)(from, to);
+  return failing::mustFail("rename") ? -1 : real("rename", rename)(from, to);
 }
 
-int unlink(const char *path) noexcept { return failing::must_fail("unlink") ? -1 : real("unlink", unlink)(path); }
+int unlink(const char *path) noexcept { return failing::mustFail("unlink") ? -1 : real("unlink", unlink)(path); }

@@ -3,13 +3,15 @@
 #include <atomic>
 #include <cstddef>
 
-/* The C library's own, under the names that it keeps for those who stand in for them. */
+// The C library's own, under the names that it keeps for those who stand in for them.
+// NOLINTBEGIN(readability-identifier-naming)
 extern "C" {
 void *__libc_malloc(std::size_t size);
 void *__libc_calloc(std::size_t count, std::size_t size);
 void *__libc_realloc(void *memory, std::size_t size);
 void __libc_free(void *memory);
 }
+// NOLINTEND(readability-identifier-naming)
 
 namespace {
 
@@ -22,20 +24,18 @@ void *counted(void *memory) {
 
 }  // namespace
 
-int failing::pieces_in_use() { return pieces; }
+int failing::piecesInUse() { return pieces; }
 
 extern "C" {
 
-void *malloc(std::size_t size) noexcept {
-  return failing::must_fail("memory") ? nullptr : counted(__libc_malloc(size));
-}
+void *malloc(std::size_t size) noexcept { return failing::mustFail("memory") ? nullptr : counted(__libc_malloc(size)); }
 
 void *calloc(std::size_t count, std::size_t size) noexcept {
-  return failing::must_fail("memory") ? nullptr : counted(__libc_calloc(count, size));
+  return failing::mustFail("memory") ? nullptr : counted(__libc_calloc(count, size));
 }
 
 void *realloc(void *memory, std::size_t size) noexcept {
-  if (failing::must_fail("memory")) return nullptr;
+  if (failing::mustFail("memory")) return nullptr;
   return memory ? __libc_realloc(memory, size) : counted(__libc_realloc(memory, size));
 }
 

@@ -1,14 +1,11 @@
-/* The memory functions of the test program and all its libraries: they can be made to fail ("memory"), and count. */
-#ifndef TESTS_HOST_FAILING_MEMORY_H
-#define TESTS_HOST_FAILING_MEMORY_H
+// The memory functions of the test program and all its libraries: they can be made to fail ("memory"), and count.
+#pragma once
 
 #include "failing.h"
 
 namespace failing {
 
-/* Pieces of memory that are in use. */
-int pieces_in_use();
+/// Pieces of memory that are in use.
+int piecesInUse();
 
 }  // namespace failing
-
-#endif

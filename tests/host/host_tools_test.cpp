@@ -7,8 +7,8 @@
 
 namespace {
 
-/* Runs one of the host's commands; what it prints on standard error is not looked at. */
-Answer tool(const std::string &command) { return run_command(HOST_TOOLS "/" + command + " 2>/dev/null"); }
+/// Runs one of the host's commands; what it prints on standard error is not looked at.
+Answer tool(const std::string &command) { return runCommand(HOST_TOOLS "/" + command + " 2>/dev/null"); }
 
 void expect(const std::string &command, const std::string &output, int status) {
   const Answer answer = tool(command);
@@ -19,10 +19,10 @@ void expect(const std::string &command, const std::string &output, int status) {
 class Readcfg : public testing::Test {
  protected:
   void SetUp() override {
-    write_file("/etc/config/Tundrel.conf",
-               "# a comment\n[System]\nModel = TN 4\nWeb Access Port=8080\nEmpty =\n  Spaced \t=  a  b \r\n"
-               "Formula = a=b\nnonsense\n\n[NTP]\nModel = of NTP\n");
-    write_file("/etc/config/bndl.conf", "[Halvane]\nInstall_Path = /opt/halvane\nEnable = TRUE");
+    writeFile("/etc/config/Tundrel.conf",
+              "# a comment\n[System]\nModel = TN 4\nWeb Access Port=8080\nEmpty =\n  Spaced \t=  a  b \r\n"
+              "Formula = a=b\nnonsense\n\n[NTP]\nModel = of NTP\n");
+    writeFile("/etc/config/bndl.conf", "[Halvane]\nInstall_Path = /opt/halvane\nEnable = TRUE");
   }
 };
 
@@ -73,9 +73,9 @@ TEST_F(Readcfg, RefusesAWrongUsage) {
 class GpuinfoApp : public testing::Test {
  protected:
   void SetUp() override {
-    write_file("/etc/config/gpuinfo.conf",
-               "[card 0]\ndetails = integrated\nversion = 5\ndriver_installed = 1\n"
-               "[card1]\ndetails = slot: 2\ndriver_installed = 0\n");
+    writeFile("/etc/config/gpuinfo.conf",
+              "[card 0]\ndetails = integrated\nversion = 5\ndriver_installed = 1\n"
+              "[card1]\ndetails = slot: 2\ndriver_installed = 0\n");
   }
 };
 
@@ -95,14 +95,14 @@ TEST_F(GpuinfoApp, RefusesAWrongUsage) {
 
 class AHostWithoutSettings : public testing::Test {
  protected:
-  void SetUp() override { make_empty_folder("/etc/config"); }
+  void SetUp() override { makeEmptyFolder("/etc/config"); }
 };
 
 TEST_F(AHostWithoutSettings, ListsNoGraphicsProcessors) { expect("gpuinfo_app -l", "", 0); }
 
 class HwinfoApp : public testing::Test {
  protected:
-  void SetUp() override { write_file("/etc/config/usbports.conf", "1-1 3\n\n1-1.2\t4\n2-1 5"); }
+  void SetUp() override { writeFile("/etc/config/usbports.conf", "1-1 3\n\n1-1.2\t4\n2-1 5"); }
 };
 
 TEST_F(HwinfoApp, PrintsThePortOfASlot) {

@@ -16,11 +16,9 @@ namespace {
 
 constexpr char kBefore[] = "<velmora><ch0><exists>0</exists></ch0></velmora>";
 
-/*
- * Rounds of one operation: the first has all the memory that it wants, in the next its first piece is refused, then its
- * second, and so on, until none was refused. After the first, in which libraries may take what they keep for ever, no
- * round may keep memory.
- */
+/// Rounds of one operation: the first has all the memory that it wants, in the next its first piece is refused, then
+/// its second, and so on, until none was refused. After the first, in which libraries may take what they keep for ever,
+/// no round may keep memory.
 class Rounds {
  public:
   Rounds() = default;
@@ -32,11 +30,11 @@ class Rounds {
   bool refused() const { return refused_; }
 
   void begin() {
-    pieces_before_ = failing::pieces_in_use();
+    pieces_before_ = failing::piecesInUse();
     failing::fail("memory", number_ == 0 ? INT_MAX : number_, ENOMEM);
   }
   void end() {
-    const int kept = failing::pieces_in_use() - pieces_before_;
+    const int kept = failing::piecesInUse() - pieces_before_;
     refused_ = failing::stop();
     EXPECT_TRUE(number_ == 0 || kept == 0) << kept << " with piece " << number_ << " refused";
     ++number_;
@@ -56,9 +54,9 @@ TEST_P(AConfigurationChange, IsMadeOrReportedWhicheverMemoryIsRefused) {
     rounds.begin();
     change.run();
     rounds.end();
-    change.expect_rules();
+    change.expectRules();
     EXPECT_TRUE(change.stored() || rounds.refused());
-    EXPECT_NE(change.open_result(), xmlcfg::kDamaged);
+    EXPECT_NE(change.openResult(), xmlcfg::kDamaged);
   }
 }
 
@@ -89,9 +87,9 @@ class ASoundCard : public testing::Test {
  protected:
   void SetUp() override {
     const std::string folder = "/run/usbdev-sim/cards/card3/";
-    make_empty_folder(folder);
-    write_file(folder + "name", "A Card With a Name of More Than Fifteen Characters\n");
-    for (const char *fact : {"entry_count", "channel_mode", "channel_count"}) write_file(folder + fact, "1\n");
+    makeEmptyFolder(folder);
+    writeFile(folder + "name", "A Card With a Name of More Than Fifteen Characters\n");
+    for (const char *fact : {"entry_count", "channel_mode", "channel_count"}) writeFile(folder + fact, "1\n");
   }
 };
 
@@ -114,7 +112,7 @@ TEST_F(ASoundCard, HasItsVolumeSetOrFailsWhicheverMemoryIsRefused) {
     rounds.end();
     EXPECT_EQ(result, rounds.refused() ? -1 : 0);
   }
-  EXPECT_EQ(read_file("/run/usbdev-sim/cards/card3/volume"), "70\n");
+  EXPECT_EQ(readFile("/run/usbdev-sim/cards/card3/volume"), "70\n");
 }
 
 TEST(AnAbsentSoundCard, IsAFailureWhicheverMemoryIsRefused) {
@@ -127,7 +125,7 @@ TEST(AnAbsentSoundCard, IsAFailureWhicheverMemoryIsRefused) {
   }
 }
 
-int lines_in_the_event_log() {
+int linesInTheEventLog() {
   sqlite3 *database = nullptr;
   sqlite3_stmt *count = nullptr;
   EXPECT_EQ(sqlite3_open_v2("/var/log/vl/event.db", &database, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
@@ -142,11 +140,11 @@ int lines_in_the_event_log() {
 TEST(TheEventLog, HasALineMoreOrFailsWhicheverMemoryIsRefused) {
   ASSERT_EQ(vq_sql_set_log(0, "the first line", 0), 0);
   for (Rounds rounds; rounds.more();) {
-    const int before = lines_in_the_event_log();
+    const int before = linesInTheEventLog();
     rounds.begin();
     const int result = vq_sql_set_log(0, "a line", 0);
     rounds.end();
-    EXPECT_EQ(lines_in_the_event_log(), result == 0 ? before + 1 : before);
+    EXPECT_EQ(linesInTheEventLog(), result == 0 ? before + 1 : before);
     EXPECT_TRUE(result == 0 || rounds.refused());
   }
 }

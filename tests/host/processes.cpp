@@ -8,17 +8,17 @@
 
 namespace {
 
-int exit_status(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : -1; }
+int exitStatus(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : -1; }
 
 }  // namespace
 
-pid_t start_child(const std::function<int()> &work) {
+pid_t startChild(const std::function<int()> &work) {
   const pid_t child = fork();
   if (child == 0) _exit(work());
   return child;
 }
 
-bool any_is_running(const std::vector<pid_t> &children) {
+bool anyIsRunning(const std::vector<pid_t> &children) {
   return std::any_of(children.begin(), children.end(), [](pid_t child) {
     siginfo_t ended{};
     const int options = WEXITED | WNOHANG | WNOWAIT;
@@ -26,16 +26,16 @@ bool any_is_running(const std::vector<pid_t> &children) {
   });
 }
 
-int wait_for_child(pid_t child) {
+int waitForChild(pid_t child) {
   int status = -1;
-  return waitpid(child, &status, 0) == child ? exit_status(status) : -1;
+  return waitpid(child, &status, 0) == child ? exitStatus(status) : -1;
 }
 
-Answer run_command(const std::string &command) {
+Answer runCommand(const std::string &command) {
   Answer answer;
   FILE *pipe = popen(command.c_str(), "r");
   char buffer[4096];
   for (size_t count; (count = fread(buffer, 1, sizeof buffer, pipe)) > 0;) answer.output.append(buffer, count);
-  answer.status = exit_status(pclose(pipe));
+  answer.status = exitStatus(pclose(pipe));
   return answer;
 }

@@ -24,10 +24,10 @@ const std::string kApplication = "/mnt/ext/opt/apps/Velmora2";
 class AProfile : public testing::Test {
  protected:
   void SetUp() override {
-    make_empty_folder("/etc/config");
-    make_empty_folder(kApplication);
-    make_folder(kApplication + "/hls/channel2");
-    write_file(kApplication + "/hls/channel2/playlist.m3u8", "the stream");
+    makeEmptyFolder("/etc/config");
+    makeEmptyFolder(kApplication);
+    makeFolder(kApplication + "/hls/channel2");
+    writeFile(kApplication + "/hls/channel2/playlist.m3u8", "the stream");
     channel("exists", 1);
     channel("profile", 1);
     channel("slot_switch", 1);
@@ -55,13 +55,13 @@ class AProfile : public testing::Test {
 
   static std::vector<std::string> links() {
     std::vector<std::string> names;
-    for (const std::string &name : names_in(kApplication)) {
+    for (const std::string &name : namesIn(kApplication)) {
       if (name != "hls") names.push_back(name);
     }
     return names;
   }
   static std::string streamBehind(const std::string &link) {
-    return read_file(kApplication + "/" + link + "/playlist.m3u8");
+    return readFile(kApplication + "/" + link + "/playlist.m3u8");
   }
   // The code that a viewer with these meets.
   static int enter(const ShareLinkInfo &with) {
@@ -98,9 +98,9 @@ TEST_F(AProfile, ThatIsSharedIsReadBackWhole) {
 
 TEST_F(AProfile, ThatIsSharedAgainKeepsItsLink) {
   share("secret");
-  const std::string configuration = read_file("/etc/config/usbdev.conf");
+  const std::string configuration = readFile("/etc/config/usbdev.conf");
   share("secret");
-  EXPECT_EQ(read_file("/etc/config/usbdev.conf"), configuration);
+  EXPECT_EQ(readFile("/etc/config/usbdev.conf"), configuration);
   EXPECT_THAT(links(), ElementsAre(info.hash_string));
 }
 

@@ -19,7 +19,7 @@ int available(const char *section) {
 
 class TheProfileStateFile : public testing::Test {
  protected:
-  void SetUp() override { make_empty_folder("/etc/config"); }
+  void SetUp() override { makeEmptyFolder("/etc/config"); }
 };
 
 TEST_F(TheProfileStateFile, IsMadeWithItsFirstSection) {
