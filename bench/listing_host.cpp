@@ -49,7 +49,7 @@ struct Listing {
   ~Listing() { std::remove(listing_path); }
   Listing(const Listing &) = delete;
   Listing &operator=(const Listing &) = delete;
-} const listing;
+} const kListing;
 
 }  // namespace
 

@@ -133,11 +133,11 @@ unsigned sleep(unsigned) { return 0; }
 
 int main(int, char **argv) {
   const Service service;
-  const auto logInSilently = [] {
+  const auto log_in_silently = [] {
     const Silence silence;
     for (int i = 0; i < kLoginsAtOnce; ++i) logIn();
   };
-  return bench::compare(std::atof(argv[1]), {logInSilently, [] {
+  return bench::compare(std::atof(argv[1]), {log_in_silently, [] {
                                                for (int i = 0; i < kLoginsAtOnce; ++i) logInBarely();
                                              }});
 }

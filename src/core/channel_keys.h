@@ -45,6 +45,8 @@ struct TextKey : TextPath {
   }
 };
 
+// A key is named as in the file.
+// NOLINTBEGIN(readability-identifier-naming)
 namespace keys {
 
 inline constexpr IntKey exists{"exists", nullptr, 0};
@@ -89,4 +91,5 @@ inline constexpr TextKey<64> token{"sharelink", "token"};
 inline constexpr TextKey<64> hash_string{"sharelink", "hash_string"};
 
 }  // namespace keys
+// NOLINTEND(readability-identifier-naming)
 }  // namespace usbdev

@@ -84,9 +84,9 @@ void FormatListing::openFormat(Codec codec) {
 void FormatListing::takeSize(char *value) {
   if (format_ == nullptr) return;
   size_ = nullptr;
-  constexpr std::size_t kind_length = sizeof "Discrete " - 1;
-  if (strnlen(value, kind_length) < kind_length) return;
-  const Pair size = splitPair(value + kind_length, "x");
+  constexpr std::size_t kKindLength = sizeof "Discrete " - 1;
+  if (strnlen(value, kKindLength) < kKindLength) return;
+  const Pair size = splitPair(value + kKindLength, "x");
   if (!size) return;
   const int width = toInt(size.left);
   const int height = toInt(size.right);

@@ -95,7 +95,7 @@ Situations wholeStartUp() {
     host.commands.allowInsideCriticalSection();
     vl_set_devpf_list();
   };
-  const auto startWithTen = [](Host &host) {
+  const auto start_with_ten = [](Host &host) {
     tenNewCameras(host);
     vl_set_devpf_list();
   };
@@ -103,11 +103,11 @@ Situations wholeStartUp() {
       {"vl_set_devpf_list", "nothing configured, nothing attached",
        kPackageMissing + reading(10 * kUnused) + nothing_there, start},
       {"vl_set_devpf_list", "ten new cameras, without the codec package",
-       kPackageMissing + reading(10 * kUnused) + ten_new, startWithTen},
+       kPackageMissing + reading(10 * kUnused) + ten_new, start_with_ten},
       {"vl_set_devpf_list", "ten new cameras, with an encoder", kEncoder + ten_new,
-       [startWithTen](Host &host) {
+       [start_with_ten](Host &host) {
          allowEncoding(host);
-         startWithTen(host);
+         start_with_ten(host);
        }},
       {"mn_sync_usbdev_conf", "ten new cameras, without the codec package", kPackageMissing + ten_new,
        [](Host &host) {

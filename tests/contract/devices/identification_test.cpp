@@ -287,8 +287,8 @@ TEST_F(ANode, HasNoPathWhenTheCommandCannotStart) {
 }
 
 TEST_F(ANode, WithALineLongerThanTheBufferIsReadUpToThere) {
-  const std::string longPart(300, 'p');
-  EXPECT_EQ(bridgePathFrom("  looking at device '/devices/" + longPart + "/usb3/3-1':\n"), 0);
+  const std::string long_part(300, 'p');
+  EXPECT_EQ(bridgePathFrom("  looking at device '/devices/" + long_part + "/usb3/3-1':\n"), 0);
 }
 
 TEST_F(ANode, WithItsPartsInNoUsefulPlaceHasNoPath) {

@@ -32,7 +32,7 @@ class EndsAfterItsTestsOnly : public testing::Environment {
   static inline pid_t program_ = 0;
 };
 
-[[maybe_unused]] testing::Environment *const ends_after_its_tests_only =
+[[maybe_unused]] testing::Environment *const kEndsAfterItsTestsOnly =
     testing::AddGlobalTestEnvironment(new EndsAfterItsTestsOnly);
 
 }  // namespace

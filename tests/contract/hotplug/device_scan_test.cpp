@@ -99,18 +99,18 @@ TEST_F(AScan, AsksForTheEncodingPermissionOnce) {
 }
 
 TEST_F(AScan, TakesAnInterfaceOfUpTo255Bytes) {
-  const auto askingFor = [](const std::string &interface) {
+  const auto asking_for = [](const std::string &interface) {
     return "/bin/ls /sys/bus/usb/drivers/uvcvideo/" + interface + "/video4linux | /bin/awk '{print $1}'";
   };
   const std::string fits = "3-1:" + std::string(251, '1');
   host.commands.prints(kCameraList, fits + "\n");
   scanCameras();
-  EXPECT_THAT(host.journal.commands(), Contains(askingFor(fits)));
+  EXPECT_THAT(host.journal.commands(), Contains(asking_for(fits)));
   host.commands.prints(kCameraList, fits + "2\n");
   host.journal.clear();
   scanCameras();
-  EXPECT_THAT(host.journal.commands(), Contains(askingFor(fits)));
-  EXPECT_THAT(host.journal.commands(), Contains(askingFor("2")));
+  EXPECT_THAT(host.journal.commands(), Contains(asking_for(fits)));
+  EXPECT_THAT(host.journal.commands(), Contains(asking_for("2")));
 }
 
 TEST_F(AScan, WhoseListCannotStartSaysSoAndSucceeds) {

@@ -51,20 +51,20 @@ struct Other {
   int conflict;
   int profile;
   int slot_switch;  // -1 = never stored
-  enum { left_alone, parked_by_a_switch_on, has_the_bus } role;
+  enum class Role { left_alone, parked_by_a_switch_on, has_the_bus } role;
 };
 
 constexpr Other kOthers[] = {
-    {"streams", 1, 2, -1, 1, 1, Other::has_the_bus},
-    {"streams, its switch never stored", 1, 2, -1, 1, -1, Other::has_the_bus},
-    {"was displaced", -1, 2, -1, 1, 1, Other::has_the_bus},
-    {"is switched off", 1, 2, -1, 1, 0, Other::parked_by_a_switch_on},
-    {"has no profile", 1, 2, -1, -1, 1, Other::parked_by_a_switch_on},
-    {"has no profile and is off", 1, 2, -1, -1, 0, Other::parked_by_a_switch_on},
-    {"is gone", 0, 2, -1, 1, 1, Other::left_alone},
-    {"has no camera", 1, -1, -1, 1, 1, Other::left_alone},
-    {"is parked", 1, 2, 5, 1, 1, Other::left_alone},
-    {"is unsupported", 1, 2, 999, -1, 1, Other::left_alone},
+    {"streams", 1, 2, -1, 1, 1, Other::Role::has_the_bus},
+    {"streams, its switch never stored", 1, 2, -1, 1, -1, Other::Role::has_the_bus},
+    {"was displaced", -1, 2, -1, 1, 1, Other::Role::has_the_bus},
+    {"is switched off", 1, 2, -1, 1, 0, Other::Role::parked_by_a_switch_on},
+    {"has no profile", 1, 2, -1, -1, 1, Other::Role::parked_by_a_switch_on},
+    {"has no profile and is off", 1, 2, -1, -1, 0, Other::Role::parked_by_a_switch_on},
+    {"is gone", 0, 2, -1, 1, 1, Other::Role::left_alone},
+    {"has no camera", 1, -1, -1, 1, 1, Other::Role::left_alone},
+    {"is parked", 1, 2, 5, 1, 1, Other::Role::left_alone},
+    {"is unsupported", 1, 2, 999, -1, 1, Other::Role::left_alone},
 };
 
 void plug(Host &host, const Port &port, int node) {
@@ -93,11 +93,11 @@ void describe(Host &host, const Case &c) {
   if (c.other.slot_switch != -1) other.slotSwitch(c.other.slot_switch);
 }
 
-bool yields(const Case &c) { return c.topology.conflict && c.other.role == Other::has_the_bus; }
+bool yields(const Case &c) { return c.topology.conflict && c.other.role == Other::Role::has_the_bus; }
 
 Lines expectedWrites(const Case &c) {
   Lines writes{c.on ? "ch4/slot_switch=1" : "ch4/slot_switch=0"};
-  if (c.on && c.own_profile != -1 && c.topology.conflict && c.other.role == Other::parked_by_a_switch_on) {
+  if (c.on && c.own_profile != -1 && c.topology.conflict && c.other.role == Other::Role::parked_by_a_switch_on) {
     writes.emplace_back("ch7/conflictch=4");
   }
   writes.emplace_back(yields(c) ? "ch4/conflictch=7" : "ch4/conflictch=-1");

@@ -106,8 +106,8 @@ TEST(ABase64Decoding, GivesTheOutput) {
 TEST(ABase64Decoding, WritesNothingAfterItsEnd) {
   for (const char *text : {"YWI=", "YW==", "YWJj", "YWJjYW=="}) {
     std::string out(16, '#');
-    const int count = Base64dec(text, reinterpret_cast<unsigned char *>(out.data()));
-    EXPECT_EQ(out.substr(static_cast<size_t>(count)), std::string(1, '\0') + std::string(15 - count, '#')) << text;
+    const auto count = static_cast<size_t>(Base64dec(text, reinterpret_cast<unsigned char *>(out.data())));
+    EXPECT_EQ(out.substr(count), std::string(1, '\0') + std::string(15 - count, '#')) << text;
   }
 }
 

@@ -97,63 +97,67 @@ std::string nameOf(const testing::TestParamInfo<Parameter> &info) {
   return info.param.name;
 }
 
-const auto none = std::nullopt;
+constexpr std::nullopt_t kNothing = std::nullopt;
 
 INSTANTIATE_TEST_SUITE_P(
     ThatSays, AReplyOfAService,
-    testing::Values(Reply{"Nothing", "", none}, Reply{"OneByte", "H", none},
-                    Reply{"LineEndsOnly", "\r\n\r\n\n\n", none}, Reply{"ASession", session("s1d"), "s1d"},
-                    Reply{"ThatItPassed", passed("1"), none, true},
+    testing::Values(Reply{"Nothing", "", kNothing}, Reply{"OneByte", "H", kNothing},
+                    Reply{"LineEndsOnly", "\r\n\r\n\n\n", kNothing}, Reply{"ASession", session("s1d"), "s1d"},
+                    Reply{"ThatItPassed", passed("1"), kNothing, true},
                     Reply{"BothAfterAHeader", "HTTP/1.0 200 OK\r\n\r\n" + session("s1d") + passed("1"), "s1d", true},
                     Reply{"BothAfterAFailure", "HTTP/1.0 500 No\r\n\r\n" + passed("1") + session("s1d"), "s1d", true},
-                    Reply{"BothInChunks", "5\r\n<auth\r\n80\r\nSid><![CDATA[s1d" + kEnd, none}),
+                    Reply{"BothInChunks", "5\r\n<auth\r\n80\r\nSid><![CDATA[s1d" + kEnd, kNothing}),
     nameOf<Reply>);
 
-INSTANTIATE_TEST_SUITE_P(
-    WithMarkers, AReplyOfAService,
-    testing::Values(
-        Reply{"OfWhichTheFirstIsMissing", "s1d" + kEnd, none}, Reply{"OfWhichTheSecondIsMissing", kStart + "s1d", none},
-        Reply{"OfWhichOnlyTheFirstIsThere", kStart, none}, Reply{"TheWrongWayRound", kEnd + "s" + kStart, none},
-        Reply{"BehindAnEnd", kEnd + session("s1d"), "s1d"}, Reply{"Twice", session("a") + session("b"), "a"},
-        Reply{"OfWhichTheFirstComesTwice", session("x" + kStart + "y"), "x" + kStart + "y"},
-        Reply{"Nested", session(session("x")), kStart + "x"},
-        Reply{"OfWhichTheSecondComesTwice", session("s1d") + kEnd, "s1d"},
-        Reply{"WithABlankInside", "<authSid> <![CDATA[s1d" + kEnd, none},
-        Reply{"InSmallLetters", "<authsid><![cdata[s1d]]></authsid>", none},
-        Reply{"CutInTheFirst", "<authSid><![CDATA", none}, Reply{"CutInTheSecond", kStart + "s1d]]></authSid", none},
-        Reply{"BegunTwice", "<authSid><![CDA" + session("s1d"), "s1d"}),
-    nameOf<Reply>);
+INSTANTIATE_TEST_SUITE_P(WithMarkers, AReplyOfAService,
+                         testing::Values(Reply{"OfWhichTheFirstIsMissing", "s1d" + kEnd, kNothing},
+                                         Reply{"OfWhichTheSecondIsMissing", kStart + "s1d", kNothing},
+                                         Reply{"OfWhichOnlyTheFirstIsThere", kStart, kNothing},
+                                         Reply{"TheWrongWayRound", kEnd + "s" + kStart, kNothing},
+                                         Reply{"BehindAnEnd", kEnd + session("s1d"), "s1d"},
+                                         Reply{"Twice", session("a") + session("b"), "a"},
+                                         Reply{"OfWhichTheFirstComesTwice", session("x" + kStart + "y"),
+                                               "x" + kStart + "y"},
+                                         Reply{"Nested", session(session("x")), kStart + "x"},
+                                         Reply{"OfWhichTheSecondComesTwice", session("s1d") + kEnd, "s1d"},
+                                         Reply{"WithABlankInside", "<authSid> <![CDATA[s1d" + kEnd, kNothing},
+                                         Reply{"InSmallLetters", "<authsid><![cdata[s1d]]></authsid>", kNothing},
+                                         Reply{"CutInTheFirst", "<authSid><![CDATA", kNothing},
+                                         Reply{"CutInTheSecond", kStart + "s1d]]></authSid", kNothing},
+                                         Reply{"BegunTwice", "<authSid><![CDA" + session("s1d"), "s1d"}),
+                         nameOf<Reply>);
 
 INSTANTIATE_TEST_SUITE_P(WithAZero, AReplyOfAService,
-                         testing::Values(Reply{"InFront", kZero + session("s1d") + passed("1"), none},
-                                         Reply{"InTheFirstMarker", "<auth" + kZero + "Sid><![CDATA[s1d" + kEnd, none},
-                                         Reply{"InTheSession", session("s" + kZero + "d"), none},
-                                         Reply{"InTheSecondMarker", kStart + "s1d]]>" + kZero + "</authSid>", none},
+                         testing::Values(Reply{"InFront", kZero + session("s1d") + passed("1"), kNothing},
+                                         Reply{"InTheFirstMarker", "<auth" + kZero + "Sid><![CDATA[s1d" + kEnd,
+                                               kNothing},
+                                         Reply{"InTheSession", session("s" + kZero + "d"), kNothing},
+                                         Reply{"InTheSecondMarker", kStart + "s1d]]>" + kZero + "</authSid>", kNothing},
                                          Reply{"BehindTheSession", session("s1d") + kZero + passed("1"), "s1d"},
-                                         Reply{"ForAMark", passed(kZero), none},
-                                         Reply{"AndNothingElse", std::string(100, '\0'), none}),
+                                         Reply{"ForAMark", passed(kZero), kNothing},
+                                         Reply{"AndNothingElse", std::string(100, '\0'), kNothing}),
                          nameOf<Reply>);
 
 INSTANTIATE_TEST_SUITE_P(WithASession, AReplyOfAService,
                          testing::Values(Reply{"OfNoCharacters", session(""), ""},
                                          Reply{"OfTheMostCharacters", session(std::string(127, 's')),
                                                std::string(127, 's')},
-                                         Reply{"OfOneCharacterMore", session(std::string(128, 's')), none},
-                                         Reply{"OfThousandsOfCharacters", session(std::string(4000, 's')), none},
+                                         Reply{"OfOneCharacterMore", session(std::string(128, 's')), kNothing},
+                                         Reply{"OfThousandsOfCharacters", session(std::string(4000, 's')), kNothing},
                                          Reply{"ToBeEscaped", session("a/b c~d?&=+"), "a/b c~d?&=+"},
                                          Reply{"OfControlCharacters", session("a\r\nb\tc"), "a\r\nb\tc"},
                                          Reply{"LikeAFormat", session("%s%n%x"), "%s%n%x"},
                                          Reply{"OfHighBytes", session("\xff\xfe\x80"), "\xff\xfe\x80"}),
                          nameOf<Reply>);
 
-INSTANTIATE_TEST_SUITE_P(WithAMark, AReplyOfAService,
-                         testing::Values(Reply{"OfZero", passed("0"), none}, Reply{"OfZeroAndMore", passed("01"), none},
-                                         Reply{"OfABlank", passed(" 0"), none, true},
-                                         Reply{"OfNothing", passed(""), none, true}, Reply{"ThatIsCut", kPassed, none},
-                                         Reply{"ThatBegins", "<authPassed><![CDATA", none},
-                                         Reply{"Twice", passed("0") + passed("1"), none},
-                                         Reply{"Nested", passed(passed("0")), none, true}),
-                         nameOf<Reply>);
+INSTANTIATE_TEST_SUITE_P(
+    WithAMark, AReplyOfAService,
+    testing::Values(Reply{"OfZero", passed("0"), kNothing}, Reply{"OfZeroAndMore", passed("01"), kNothing},
+                    Reply{"OfABlank", passed(" 0"), kNothing, true}, Reply{"OfNothing", passed(""), kNothing, true},
+                    Reply{"ThatIsCut", kPassed, kNothing}, Reply{"ThatBegins", "<authPassed><![CDATA", kNothing},
+                    Reply{"Twice", passed("0") + passed("1"), kNothing},
+                    Reply{"Nested", passed(passed("0")), kNothing, true}),
+    nameOf<Reply>);
 
 TEST_F(AService, IsReadByteForByte) {
   logIn(atOnce(session("s1d")));

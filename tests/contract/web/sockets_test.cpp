@@ -17,19 +17,19 @@ using testing::IsEmpty;
 // One end of a connection for the library, the other for the test.
 class AConnection : public ContractTest {
  protected:
-  AConnection() { EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0); }
+  AConnection() { EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends_), 0); }
   ~AConnection() override {
-    close(ends[0]);
-    if (ends[1] >= 0) close(ends[1]);
+    close(ends_[0]);
+    if (ends_[1] >= 0) close(ends_[1]);
   }
 
-  int sock() const { return ends[0]; }
+  int sock() const { return ends_[0]; }
   void peerSends(const std::string &bytes) {
-    EXPECT_EQ(write(ends[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    EXPECT_EQ(write(ends_[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
   }
   void peerCloses() {
-    close(ends[1]);
-    ends[1] = -1;
+    close(ends_[1]);
+    ends_[1] = -1;
   }
   // What the peer has not read when it closes breaks a connection of this kind.
   void breakBehind(const std::string &bytes) {
@@ -39,7 +39,7 @@ class AConnection : public ContractTest {
   }
   std::string peerReceives() {
     char bytes[8192];
-    const ssize_t got = recv(ends[1], bytes, sizeof bytes, MSG_DONTWAIT);
+    const ssize_t got = recv(ends_[1], bytes, sizeof bytes, MSG_DONTWAIT);
     return got < 0 ? "" : std::string(bytes, static_cast<size_t>(got));
   }
   // A read of at most this length, into a buffer with guards.
@@ -67,7 +67,7 @@ class AConnection : public ContractTest {
 
  private:
   static ssize_t write(int descriptor, const char *bytes, size_t size) { return ::write(descriptor, bytes, size); }
-  int ends[2] = {-1, -1};
+  int ends_[2] = {-1, -1};
 };
 
 TEST_F(AConnection, IsReadIntoATerminatedBuffer) {

@@ -93,8 +93,8 @@ bool readConfiguration(std::vector<StoredChannel> &configuration) {
   if (xmlcfg_open(0, kConfigurationFile, &handle) != 1) return false;
   for (int channel = 0; channel < USBDEV_CHANNELS; ++channel) {
     StoredChannel stored = readStored(handle, channel);
-    const auto hasValue = [](const auto &key) { return !key.second.empty(); };
-    if (std::any_of(stored.keys.begin(), stored.keys.end(), hasValue)) configuration.push_back(std::move(stored));
+    const auto has_value = [](const auto &key) { return !key.second.empty(); };
+    if (std::any_of(stored.keys.begin(), stored.keys.end(), has_value)) configuration.push_back(std::move(stored));
   }
   xmlcfg_close(handle, 0);
   return true;
