@@ -16,7 +16,7 @@ test_packages='
   python3-pytest python3-selenium chromium chromium-driver curl strace zsh fish clang musl-tools
 '
 bench_packages='gnuplot-nox'
-check_packages='clang-format clang-tidy shellcheck'
+check_packages='clang clang-format clang-tidy shellcheck'
 
 package_log=build/packages.log
 
