@@ -11,23 +11,20 @@ HostCamera plugged(Host &host, const std::string &slot, int node) {
 HostChannel cameraOn(Host &host, int channel, const std::string &slot, int node, int profile) {
   plugged(host, slot, node);
   return host.channel(channel)
-      .exists(1)
-      .slot(slot)
+      .attached(slot, node)
       .name("HD Webcam")
-      .vnode(node)
       .profile(profile)
       .slotSwitch(1)
       .set("video/cap", "1");
 }
 
 void linkOnDisk(Host &host, const std::string &name) {
-  const std::string root = "/mnt/ext/opt/apps/Velmora2/";
-  host.files.link(root + name, root + "hls/channel1");
+  host.files.link(kLinkFolder + name, kLinkFolder + "hls/channel1");
 }
 
 void makeIdentifiers(Host &host) {
   host.commands.allowInsideCriticalSection();  // the link commands hold the lock
-  host.commands.prints(kUuidCommand, "1b4e28ba-2fa1-11d2-883f-0016d3cca427\n");
+  host.commands.prints(kUuidCommand, kUuid);
 }
 
 }  // namespace contract

@@ -11,6 +11,7 @@
 #include "encoding_host.h"
 #include "record_text.h"
 #include "steps.h"
+#include "stream_links.h"
 
 namespace contract {
 
@@ -35,9 +36,6 @@ Situations startUpSituations();
 Situations assignmentSituations();
 Situations profileSituations();
 Situations webSituations();
-
-inline constexpr char kController[] = "/devices/pci0000:00/0000:00:1c.0/0000:03:00.0";
-inline constexpr char kUuidCommand[] = "/bin/cat /proc/sys/kernel/random/uuid";
 
 // A camera as the host's tools describe it: known vendor and product, MJPEG.
 HostCamera plugged(Host &host, const std::string &slot, int node);

@@ -1,11 +1,9 @@
+#include "hotplug/start_fixture.h"
 #include "situations.h"
 
 namespace contract {
 
 namespace {
-
-constexpr char kCameraList[] = "/bin/ls /sys/bus/usb/drivers/uvcvideo | grep \\: | /bin/awk '{print $1}'";
-constexpr char kCardList[] = "/bin/ls /sys/bus/usb/drivers/snd-usb-audio | grep \\: | /bin/awk '{print $1}'";
 
 char text[256];
 int number;

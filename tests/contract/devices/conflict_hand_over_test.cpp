@@ -12,9 +12,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr char kController[] = "/devices/pci0000:00/0000:00:1c.0/0000:03:00.0";
-constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info";
-
 // Channel 2 is the holder; its device has been removed. Ports differ, so that nobody conflicts by chance.
 class AHandOver : public ContractTest {
  protected:
@@ -22,11 +19,8 @@ class AHandOver : public ContractTest {
 
   HostChannel waiting(int number, int its_profile, const std::string &since) {
     return host.channel(number)
-        .exists(1)
-        .profile(its_profile)
-        .slot("9-" + std::to_string(number))
-        .vnode(number)
-        .slotSwitch(1)
+        .attached("9-" + std::to_string(number), number)
+        .streaming(its_profile)
         .conflict(2)
         .createTime(since);
   }
@@ -181,8 +175,8 @@ TEST_F(AHandOver, WritesItsValueToEveryWaitingOne) {
 TEST_F(AHandOver, ParksTheOthersOnTheNewHoldersRootPort) {
   waiting(4, 0, "2024-03-05 08:15:00").slot("1-1.4");
   waiting(5, 1, "2024-03-05 08:16:00").slot("1-1.5");
-  host.channel(6).exists(1).slot("1-1.6").vnode(6);
-  host.channel(7).exists(1).slot("1-2").vnode(7);
+  host.channel(6).attached("1-1.6", 6);
+  host.channel(7).attached("1-2", 7);
   handOver();
   EXPECT_THAT(host.config.writes(), ElementsAre("ch4/conflictch=-1", "ch5/conflictch=-1", "ch2/conflictch=4",
                                                 "ch5/conflictch=4", "ch6/conflictch=4"));
@@ -191,7 +185,7 @@ TEST_F(AHandOver, ParksTheOthersOnTheNewHoldersRootPort) {
 TEST_F(AHandOver, ParksNoDetachedOneAndNoneWithoutANode) {
   waiting(4, 0, "2024-03-05 08:15:00").slot("1-1.4");
   host.channel(5).exists(0).slot("1-1.5").vnode(5);
-  host.channel(6).exists(1).slot("1-1.6").vnode(-1);
+  host.channel(6).attached("1-1.6", -1);
   host.channel(7).exists(-1).slot("1-1.7").vnode(7);  // displaced, which is not detached
   handOver();
   EXPECT_THAT(host.config.writes(), ElementsAre("ch4/conflictch=-1", "ch2/conflictch=4", "ch7/conflictch=4"));
@@ -200,8 +194,8 @@ TEST_F(AHandOver, ParksNoDetachedOneAndNoneWithoutANode) {
 TEST_F(AHandOver, ParksByTheSlotOfTheFirstChoice) {
   waiting(4, 0, "2024-03-05 08:16:00").slot("1-1.4");
   waiting(5, 1, "2024-03-05 08:15:00").slot("1-2.5");
-  host.channel(6).exists(1).slot("1-1.6").vnode(6);
-  host.channel(7).exists(1).slot("1-2.7").vnode(7);
+  host.channel(6).attached("1-1.6", 6);
+  host.channel(7).attached("1-2.7", 7);
   handOver();
   EXPECT_EQ(profile, 1);
   EXPECT_THAT(host.config.writes(), ElementsAre("ch4/conflictch=-1", "ch5/conflictch=-1", "ch2/conflictch=5",
@@ -210,8 +204,8 @@ TEST_F(AHandOver, ParksByTheSlotOfTheFirstChoice) {
 
 TEST_F(AHandOver, ParksTheOthersBehindTheNewHoldersBridge) {
   waiting(4, 0, "2024-03-05 08:15:00").slot("3-4");
-  host.channel(6).exists(1).slot("4-6").vnode(6);
-  host.channel(7).exists(1).slot("4-7").vnode(7);
+  host.channel(6).attached("4-6", 6);
+  host.channel(7).attached("4-7", 7);
   host.camera(4, "3-4").behindBridge(kController);
   host.camera(6, "4-6").behindBridge(kController);
   handOver();
@@ -221,7 +215,7 @@ TEST_F(AHandOver, ParksTheOthersBehindTheNewHoldersBridge) {
 TEST_F(AHandOver, KeepsTheBridgeOfAnEarlierChoice) {
   waiting(4, 0, "2024-03-05 08:16:00").slot("3-4");
   waiting(5, 1, "2024-03-05 08:15:00").slot("1-5");
-  host.channel(6).exists(1).slot("4-6").vnode(6);
+  host.channel(6).attached("4-6", 6);
   host.camera(4, "3-4").behindBridge(kController);
   host.camera(6, "4-6").behindBridge(kController);
   handOver();
@@ -232,7 +226,7 @@ TEST_F(AHandOver, KeepsTheBridgeOfAnEarlierChoice) {
 TEST_F(AHandOver, TakesTheBridgeOfALaterChoiceThatHasOne) {
   waiting(4, 0, "2024-03-05 08:16:00").slot("3-4");
   waiting(5, 1, "2024-03-05 08:15:00").slot("4-5");
-  host.channel(6).exists(1).slot("5-6").vnode(6);
+  host.channel(6).attached("5-6", 6);
   host.camera(4, "3-4").behindBridge("/devices/pci0000:00/0000:00:1d.0/0000:04:00.0");
   host.camera(5, "4-5").behindBridge(kController);
   host.camera(6, "5-6").behindBridge(kController);
@@ -271,7 +265,7 @@ TEST_F(AHandOver, AsksForTheHostOnlyWithASuccessorAndInModes0And4) {
 
 TEST_F(AHandOver, AsksForTheHostOnceAndOutsideTheConfiguration) {
   waiting(4, 0, "2024-03-05 08:15:00");
-  for (int i : {5, 6, 7}) host.channel(i).exists(1).slot("8-" + std::to_string(i)).vnode(i);
+  for (int i : {5, 6, 7}) host.channel(i).attached("8-" + std::to_string(i), i);
   handOver(0);
   EXPECT_EQ(host.journal.count("system " + std::string(kProcessorCommand)), 1);
   EXPECT_EQ(host.journal.count("popen " + classCommand(4)), 1);
@@ -347,7 +341,7 @@ TEST_F(AHandOverOnAHostOfOneChannel, GoesTheUsualWayInMode1) {
 
 TEST_F(AHandOverOnAHostOfOneChannel, ParksEveryAttachedCameraWhateverItsPort) {
   host.channel(2).exists(1).vnode(2);
-  host.channel(8).exists(1).slot("7-1").vnode(8);
+  host.channel(8).attached("7-1", 8);
   handOver(0);
   EXPECT_EQ(host.channel(8).get("conflictch"), "5");
   EXPECT_EQ(host.channel(2).get("conflictch"), "5");

@@ -16,9 +16,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr char kController[] = "/devices/pci0000:00/0000:00:1c.0/0000:03:00.0";
-constexpr char kOtherController[] = "/devices/pci0000:00/0000:00:1d.0/0000:04:00.0";
-
 class TwoDevices : public ContractTest {
  protected:
   // The other one is on node 5; this one's bridge, if any, has the path kController.
@@ -152,8 +149,8 @@ TEST_F(TwoTimes, AreNotChanged) {
 class AChannelInSearch : public ContractTest {
  protected:
   AChannelInSearch() {
-    host.channel(4).exists(1).slot("1-1.1").vnode(4);
-    host.channel(6).exists(1).profile(2).slot("1-1.2").vnode(6).slotSwitch(1);
+    host.channel(4).attached("1-1.1", 4);
+    host.channel(6).attached("1-1.2", 6).streaming(2);
   }
 
   int found() {
@@ -169,9 +166,9 @@ class AChannelInSearch : public ContractTest {
 TEST_F(AChannelInSearch, FindsTheActiveOneOnItsRootPort) { EXPECT_EQ(found(), 6); }
 
 TEST_F(AChannelInSearch, FindsTheFirstOfSeveral) {
-  host.channel(9).exists(1).profile(1).slot("1-1.3").vnode(9);
+  host.channel(9).attached("1-1.3", 9).profile(1);
   EXPECT_EQ(found(), 6);
-  host.channel(0).exists(1).profile(0).slot("1-1.4").vnode(0);
+  host.channel(0).attached("1-1.4", 0).profile(0);
   EXPECT_EQ(found(), 0);
 }
 
@@ -225,7 +222,7 @@ TEST_F(AChannelInSearch, FindsOneBehindItsBridge) {
 }
 
 TEST_F(AChannelInSearch, AsksEachQuestionOnceAndOutsideTheConfiguration) {
-  for (int i : {6, 7, 8}) host.channel(i).exists(1).profile(i - 5).slot("3-" + std::to_string(i)).vnode(i);
+  for (int i : {6, 7, 8}) host.channel(i).attached("3-" + std::to_string(i), i).profile(i - 5);
   host.camera(4, "1-1.1").behindBridge(kController);
   for (int i : {6, 7, 8}) host.camera(i, "3-1").behindBridge(kOtherController);
   host.processor("AuthenticAMD");
@@ -262,8 +259,8 @@ class ARecomputation : public ContractTest {
  protected:
   ARecomputation() {
     states.fill(-1);
-    host.channel(1).exists(1).profile(0).slot("1-1.1").vnode(1);
-    host.channel(3).exists(1).profile(1).slot("1-1.2").vnode(3).conflict(9);
+    host.channel(1).attached("1-1.1", 1).profile(0);
+    host.channel(3).attached("1-1.2", 3).profile(1).conflict(9);
   }
 
   std::array<int, 10> states;
@@ -304,8 +301,8 @@ TEST_F(ARecomputation, ClearsBeforeAnythingIsSearched) {
 }
 
 TEST_F(ARecomputation, IsOfTheFirstAndTheLastChannelToo) {
-  host.channel(0).exists(1).slot("1-1.7").vnode(0);
-  host.channel(9).exists(1).slot("1-1.8").vnode(9);
+  host.channel(0).attached("1-1.7", 0);
+  host.channel(9).attached("1-1.8", 9);
   states[0] = states[9] = 0;
   EXPECT_EQ(syncConflict(states.data()), 0);
   EXPECT_THAT(host.config.writes(),
@@ -356,7 +353,7 @@ TEST_F(ARecomputation, AsksAboutAnyNumberOfNodes) {
   const std::function<void()> renumber = [&] {
     for (int i = 0; i < 10; ++i) {
       host.camera(++node, "").behindBridge(i < 5 ? kController : kOtherController);
-      host.channel(i).exists(1).profile(0).slot(std::to_string(i)).slotSwitch(1).vnode(node);
+      host.channel(i).attached(std::to_string(i), node).profile(0).slotSwitch(1);
     }
     host.config.beforeOpenNumber(1, renumber);
   };

@@ -8,9 +8,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr char kPathCommand[] =
-    "/sbin/readcfg \"Halvane\" \"Install_Path\" -c -d READCFG_FAILD -f /etc/config/bndl.conf";
-constexpr char kEnableCommand[] = "/sbin/readcfg \"Halvane\" \"Enable\" -c -d READCFG_FAILD -f /etc/config/bndl.conf";
+const std::string kPathCommand = packageQuery("Halvane", "Install_Path");
+const std::string kEnableCommand = packageQuery("Halvane", "Enable");
 
 class AnEncodingHost : public ContractTest {
  protected:
@@ -26,8 +25,7 @@ class AnEncodingHost : public ContractTest {
 TEST_F(AnEncodingHost, MayEncode) {
   EXPECT_EQ(mayEncode(), 1);
   EXPECT_THAT(host.journal.only({"popen", "fopen"}),
-              ElementsAre("popen " + std::string(kPathCommand), "popen " + std::string(kEnableCommand),
-                          "fopen /share/Halvane/camera_agent.sh",
+              ElementsAre("popen " + kPathCommand, "popen " + kEnableCommand, "fopen /share/Halvane/camera_agent.sh",
                           "popen /sbin/readcfg System Model -f /etc/config/Tundrel.conf", "popen gpuinfo_app -l",
                           "popen gpuinfo_app -s GPU0", "fopen /proc/cpuinfo"));
 }

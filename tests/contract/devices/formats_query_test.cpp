@@ -10,10 +10,6 @@ using testing::ElementsAre;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info";
-constexpr char kInstallPathCommand[] =
-    "/sbin/readcfg \"Halvane\" \"Install_Path\" -c -d READCFG_FAILD -f /etc/config/bndl.conf";
-
 class AFormatsQuery : public FormatsTest {
  protected:
   Lines commandsWithProcess(const std::string &output) {
@@ -27,7 +23,8 @@ class AFormatsQuery : public FormatsTest {
 TEST_F(AFormatsQuery, AsksTheHostThenTheCameraThenForALeftOverQuery) {
   read(Listing().format("MJPG").text());
   EXPECT_THAT(host.journal.commands(),
-              ElementsAre(kProcessorCommand, kInstallPathCommand, "/usr/bin/v4l2-ctl -d /dev/video2 --list-formats-ext",
+              ElementsAre(kProcessorCommand, packageQuery("Halvane", "Install_Path"),
+                          "/usr/bin/v4l2-ctl -d /dev/video2 --list-formats-ext",
                           "/bin/ps | /bin/grep \"v4l2-ctl\" | /bin/grep \"/dev/video2\" | /bin/grep -v grep | "
                           "/bin/awk '{print $1}'"));
 }

@@ -37,8 +37,8 @@ class ASlot : public ContractTest {
     EXPECT_EQ(info.slot_switch, 1);
     const std::string fetype("\0\0\0\0ZZZZZZZZZZZZ", 16);
     EXPECT_EQ(std::string(info.fetype, sizeof info.fetype), fetype);
-    EXPECT_EQ(videoText(info), "node -1 profile -1 codec 1 enable 0 sps 0 1280x720@30 fetype ");
-    EXPECT_EQ(audioText(info), "node -1 profile -1 codec 0 enable 0 8000 Hz 1 ch 64000 bit/s volume 50");
+    EXPECT_EQ(videoText(info), kPresetVideo);
+    EXPECT_EQ(audioText(info), kPresetAudio);
     EXPECT_EQ(pictureText(info), pictureText(untouched<_streaminfo>()));
   }
 
@@ -85,7 +85,7 @@ TEST_F(ASlot, ThatIsSwitchedOffFailsToHaveCodecs) {
 }
 
 TEST_F(ASlot, WhoseSwitchWasNeverStoredIsOn) {
-  channel().exists(1).slot("3-1.2").vnode(1).set("video/cap", "1");
+  channel().attached("3-1.2", 1).set("video/cap", "1");
   EXPECT_EQ(readCap("3-1.2"), 0);
   EXPECT_STREQ(cap.c_str(), "1");
 }
@@ -122,8 +122,8 @@ TEST_F(ASlot, OfADeviceWithNothingStoredHasTheDefaults) {
   readInfo("3-1.2");
   EXPECT_EQ(info.channel, 4);
   EXPECT_EQ(info.slot_switch, 1);
-  EXPECT_EQ(videoText(info), "node -1 profile -1 codec 1 enable 0 sps 0 1280x720@30 fetype ");
-  EXPECT_EQ(audioText(info), "node -1 profile -1 codec 0 enable 0 8000 Hz 1 ch 64000 bit/s volume 50");
+  EXPECT_EQ(videoText(info), kPresetVideo);
+  EXPECT_EQ(audioText(info), kPresetAudio);
   EXPECT_EQ(pictureText(info), "osd 1 flip 0 mirror 0 ldsp 0");
 }
 

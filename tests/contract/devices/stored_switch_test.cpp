@@ -25,7 +25,7 @@ TEST_P(AStoredSwitch, OfNeitherZeroNorOneLetsNoWaitingChannelTakeOver) {
 }
 
 TEST_P(AStoredSwitch, OfNeitherZeroNorOneHoldsNoBusAgainstAnother) {
-  host.channel(6).exists(1).profile(1).slot("3-1.4").vnode(6);
+  host.channel(6).attached("3-1.4", 6).profile(1);
   std::array<int, 10> answers;
   answers.fill(-7);
   EXPECT_EQ(getConflictCH(6, answers.data()), 0);
@@ -33,7 +33,7 @@ TEST_P(AStoredSwitch, OfNeitherZeroNorOneHoldsNoBusAgainstAnother) {
 }
 
 TEST_P(AStoredSwitch, OfNeitherZeroNorOneHoldsNoBusAgainstASlotThatIsSwitchedOn) {
-  host.channel(6).exists(1).profile(1).slot("3-1.4").vnode(6);
+  host.channel(6).attached("3-1.4", 6).profile(1);
   EXPECT_EQ(vl_set_usbslot_switch("3-1.4", "enable", nullptr), 0);
   EXPECT_EQ(host.channel(6).get("conflictch"), "-1");
   EXPECT_EQ(host.channel(4).get("conflictch"), "6");

@@ -13,10 +13,6 @@ inline constexpr char kModelCommand[] = "/sbin/readcfg System Model -f /etc/conf
 inline constexpr char kGpuListCommand[] = "gpuinfo_app -l";
 inline constexpr char kGpuStateCommand[] = "gpuinfo_app -s GPU0";
 
-inline std::string packageQuery(const std::string &package, const std::string &field) {
-  return "/sbin/readcfg \"" + package + "\" \"" + field + "\" -c -d READCFG_FAILD -f /etc/config/bndl.conf";
-}
-
 inline void allowEncoding(Host &host) {
   host.package("Halvane", "Install_Path", "/share/Halvane");
   host.package("Halvane", "Enable", "TRUE");

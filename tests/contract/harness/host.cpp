@@ -9,8 +9,6 @@ namespace {
 // Constant-initialised, as the C library's functions are called before any constructor runs.
 std::atomic<Host *> current_host{nullptr};
 
-constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info";
-
 }  // namespace
 
 Host::Host()
@@ -34,8 +32,7 @@ void Host::model(const std::string &name) {
 }
 
 void Host::package(const std::string &name, const std::string &field, const std::string &value) {
-  commands.prints("/sbin/readcfg \"" + name + "\" \"" + field + "\" -c -d READCFG_FAILD -f /etc/config/bndl.conf",
-                  value + "\n");
+  commands.prints(packageQuery(name, field), value + "\n");
 }
 
 void Host::limitToOneChannel() {

@@ -19,6 +19,12 @@
 
 namespace contract {
 
+// The commands that note the processor's vendor, and that ask for a field of an application package.
+inline constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info";
+inline std::string packageQuery(const std::string &package, const std::string &field) {
+  return "/sbin/readcfg \"" + package + "\" \"" + field + "\" -c -d READCFG_FAILD -f /etc/config/bndl.conf";
+}
+
 class Host {
  public:
   Host();

@@ -15,6 +15,10 @@ std::string deviceLineCommand(int node);
 std::string listingCommand(int node);
 std::string queryProcessCommand(int node);
 
+// Two USB controllers behind PCI bridges.
+inline constexpr char kController[] = "/devices/pci0000:00/0000:00:1c.0/0000:03:00.0";
+inline constexpr char kOtherController[] = "/devices/pci0000:00/0000:00:1d.0/0000:04:00.0";
+
 class HostCamera {
  public:
   HostCamera(FakeCommands &commands, int node, const std::string &slot)

@@ -20,6 +20,9 @@ class HostChannel {
   HostChannel &conflict(int value) { return set("conflictch", value); }
   HostChannel &createTime(const std::string &value) { return set("createtime", value); }
   HostChannel &profileName(const std::string &value) { return set("profilename", value); }
+  // A camera in a port; one that may stream serves a profile too.
+  HostChannel &attached(const std::string &port, int node) { return exists(1).slot(port).vnode(node); }
+  HostChannel &streaming(int its_profile) { return profile(its_profile).slotSwitch(1).conflict(-1); }
   HostChannel &vnode(int value) { return set("video/vnode", value); }
   HostChannel &vcodec(int value) { return set("video/vcodec", value); }
   HostChannel &anode(int value) { return set("audio/anode", value); }

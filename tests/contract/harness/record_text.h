@@ -55,6 +55,11 @@ std::string audioText(const Record &r) {
   return text.str();
 }
 
+// What the records show where nothing is stored.
+inline constexpr char kPresetVideo[] = "node -1 profile -1 codec 1 enable 0 sps 0 1280x720@30 fetype ";
+inline constexpr char kPresetAudio[] = "node -1 profile -1 codec 0 enable 0 8000 Hz 1 ch 64000 bit/s volume 50";
+inline constexpr char kPresetPicture[] = "osd 1 flip 0 mirror 0 ldsp 0";
+
 }  // namespace contract
 
 #endif

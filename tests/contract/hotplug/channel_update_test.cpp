@@ -3,6 +3,7 @@
 #include <string>
 
 #include "start_fixture.h"
+#include "stream_links.h"
 
 namespace contract {
 namespace {
@@ -12,14 +13,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr char kUuidCommand[] = "/bin/cat /proc/sys/kernel/random/uuid";
-constexpr char kHash[] = "1b4e28ba2fa111d2883f0016d3cca427";
-
-std::string liveLink(int directory, const std::string &name) {
-  const std::string root = "/mnt/ext/opt/apps/Velmora2/";
-  return "exec /bin/ln -sf " + root + "hls/channel" + std::to_string(directory) + " " + root + name;
-}
-
 // Channel 2 is the one with a device, a camera on node 4 in port 3-1; no channel is configured yet.
 class AnUpdate : public AStart {
  protected:
@@ -28,7 +21,7 @@ class AnUpdate : public AStart {
       std::memset(&record, 0, sizeof record);
       record.vnode = record.anode = record.state = record.slot_switch = record.profile = -1;
     }
-    host.commands.prints(kUuidCommand, "1b4e28ba-2fa1-11d2-883f-0016d3cca427\n");
+    host.commands.prints(kUuidCommand, kUuid);
   }
 
   _usbdev_update &withCamera(int profile) {
@@ -99,7 +92,7 @@ TEST_F(AnUpdate, LinksEachProfileToItsDirectory) {
   channels[9] = channels[2];
   channels[9].profile = 3;
   update();
-  EXPECT_THAT(links(), ElementsAre(liveLink(1, "x"), liveLink(4, "x")));
+  EXPECT_THAT(links(), ElementsAre(linking(1, "x"), linking(4, "x")));
   EXPECT_THAT(host.config.writes(), Not(Contains("ch2/hlspath=x"))) << "a name that is there stays unwritten";
 }
 
@@ -108,7 +101,7 @@ TEST_F(AnUpdate, WithoutALinkNameStoresANewOneInFileAndRecord) {
   update();
   EXPECT_EQ(key(2, "hlspath"), kHash);
   EXPECT_STREQ(channels[2].hlspath, kHash);
-  EXPECT_THAT(links(), ElementsAre(liveLink(3, kHash)));
+  EXPECT_THAT(links(), ElementsAre(linking(3, kHash)));
 }
 
 TEST_F(AnUpdate, WhoseLinkNameCannotBeMadeLinksTheShareAlone) {
@@ -116,7 +109,7 @@ TEST_F(AnUpdate, WhoseLinkNameCannotBeMadeLinksTheShareAlone) {
   std::strcpy(withCamera(2).hash, "shared");
   EXPECT_EQ(update(), 0);
   EXPECT_EQ(key(2, "hlspath"), "");
-  EXPECT_THAT(links(), ElementsAre(liveLink(3, "shared")));
+  EXPECT_THAT(links(), ElementsAre(linking(3, "shared")));
 }
 
 TEST_F(AnUpdate, CarriesNoSlotSwitchOverFromAChannelThatIsPassedOver) {

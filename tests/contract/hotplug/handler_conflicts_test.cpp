@@ -11,8 +11,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info";
-
 // The camera comes to port 1-1.1; channel 6 is attached at port 1-1.6 of the same root port.
 class ACameraOnASharedPort : public HotplugTest {
  protected:

@@ -7,10 +7,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info";
-constexpr char kPackageCommand[] =
-    "/sbin/readcfg \"Halvane\" \"Install_Path\" -c -d READCFG_FAILD -f /etc/config/bndl.conf";
-
 class AnEvent : public HotplugTest {
  protected:
   AnEvent() { known(3, 1, 1); }
@@ -23,7 +19,7 @@ TEST_F(AnEvent, OfAComingCameraReadsAsksWritesAndTells) {
   plug();
   EXPECT_THAT(effects(),
               ElementsAre("open r", "close", "system " + std::string(kProcessorCommand),
-                          "popen " + std::string(kPackageCommand), "popen " + listingCommand(2),
+                          "popen " + packageQuery("Halvane", "Install_Path"), "popen " + listingCommand(2),
                           "popen " + queryProcessCommand(2),
                           "log 1 Camera[1-1 HD Webcam] has image size over 60 fps. It may cause decode error.",
                           "popen " + walkCommand(2), "open w", "close",

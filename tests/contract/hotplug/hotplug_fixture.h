@@ -13,7 +13,6 @@ inline constexpr char kSlot[] = "1-1";
 inline constexpr char kName[] = "HD Webcam";
 inline constexpr char kNoSupportList[] = "/etc/config/.usbnosupportlist.dat";
 inline constexpr char kFrontEndList[] = "/etc/config/.usbFECam.dat";
-inline constexpr char kController[] = "/devices/pci0000:00/0000:00:1c.0/0000:03:00.0";
 
 class HotplugTest : public ContractTest {
  protected:

@@ -5,15 +5,13 @@
 
 #include "encoding_host.h"
 #include "start_fixture.h"
+#include "stream_links.h"
 
 namespace contract {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-const std::string kRoot = "/mnt/ext/opt/apps/Velmora2/";
-constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info";
 
 // --- what is gone ---
 
@@ -71,9 +69,7 @@ TEST_F(AStart, LinksTheLiveStreamOfAProfileAndItsEnabledShareLink) {
   host.channel(2).set("sharelink/shrenable", 1).set("sharelink/hash_string", "shared");
   camera("3-1", 4, "Camera");
   mn_sync_usbdev_conf();
-  EXPECT_THAT(host.journal.only({"exec"}),
-              ElementsAre("exec /bin/ln -sf " + kRoot + "hls/channel3 " + kRoot + "live",
-                          "exec /bin/ln -sf " + kRoot + "hls/channel3 " + kRoot + "shared"));
+  EXPECT_THAT(host.journal.only({"exec"}), ElementsAre(linking(3, "live"), linking(3, "shared")));
 }
 
 TEST_F(AStart, DoesNotLinkADisabledShareLink) {
@@ -89,8 +85,7 @@ TEST_F(AStart, MakesALinkNameForAProfileWithoutOne) {
   camera("3-1", 4, "Camera");
   mn_sync_usbdev_conf();
   EXPECT_EQ(key(2, "hlspath"), "1b4e28ba2fa111d2883f0016d3cca427");
-  EXPECT_THAT(host.journal.only({"exec"}),
-              ElementsAre("exec /bin/ln -sf " + kRoot + "hls/channel3 " + kRoot + "1b4e28ba2fa111d2883f0016d3cca427"));
+  EXPECT_THAT(host.journal.only({"exec"}), ElementsAre(linking(3, kHash)));
 }
 
 TEST_F(AStart, CarriesTheSlotSwitchOverToTheNextChannelWithoutOne) {

@@ -17,7 +17,7 @@ class ABoundProfile : public AProfile {
  protected:
   ABoundProfile() { host.channel(3).profile(2).set("hlspath", "live").set("sharelink/hash_string", "shared").anode(4); }
 
-  void linkOnDisk(const std::string &name) { host.files.link(kRoot + name, kRoot + "gone"); }
+  void linkOnDisk(const std::string &name) { host.files.link(kLinkFolder + name, kLinkFolder + "gone"); }
 };
 
 TEST_F(ABoundProfile, ClearedIsResetWithItsSharing) {
@@ -34,14 +34,13 @@ TEST_F(ABoundProfile, ClearedLosesTheShareLinkFirstThenTheLiveLinkThenItsKeys) {
   linkOnDisk("live");
   vl_clear_usbchn_profile(2, nullptr, 4);
   EXPECT_THAT(host.journal.only({"exec", "open"}),
-              ElementsAre("open r", "open r", "exec /bin/rm -rf " + kRoot + "shared",
-                          "exec /bin/rm -rf " + kRoot + "live", "open w", "open r", "open w"));
+              ElementsAre("open r", "open r", removing("shared"), removing("live"), "open w", "open r", "open w"));
 }
 
 TEST_F(ABoundProfile, ClearedLosesWhateverStandsInTheLinksPlace) {
-  host.files.write(kRoot + "live", "no link");
+  host.files.write(kLinkFolder + "live", "no link");
   vl_clear_usbchn_profile(2, nullptr, 4);
-  EXPECT_THAT(host.journal.only({"exec"}), ElementsAre("exec /bin/rm -rf " + kRoot + "live"));
+  EXPECT_THAT(host.journal.only({"exec"}), ElementsAre(removing("live")));
 }
 
 TEST_F(ABoundProfile, WhoseLinksCannotBeRemovedIsClearedAllTheSame) {
@@ -55,7 +54,7 @@ TEST_F(ABoundProfile, WhoseLinksCannotBeRemovedIsClearedAllTheSame) {
 
 TEST_F(ABoundProfile, ClearedWithoutLinkNamesLooksForNone) {
   host.channel(3).set("hlspath", "").set("sharelink/hash_string", "");
-  host.files.write(kRoot, "the directory itself");
+  host.files.write(kLinkFolder, "the directory itself");
   vl_clear_usbchn_profile(2, nullptr, 4);
   EXPECT_THAT(host.journal.only({"exec"}), IsEmpty());
   EXPECT_THAT(host.network.datagrams(), SizeIs(1));
@@ -165,7 +164,7 @@ TEST_F(ABoundProfile, WhoseWriteOpenFailsHasLostItsLinksAlready) {
   host.config.failWriteOpens(-5);
   OutputCapture output;
   EXPECT_EQ(vl_clear_usbchn_profile(2, nullptr, 4), -1);
-  EXPECT_THAT(host.journal.only({"exec"}), ElementsAre("exec /bin/rm -rf " + kRoot + "live"));
+  EXPECT_THAT(host.journal.only({"exec"}), ElementsAre(removing("live")));
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
 }
 

@@ -51,8 +51,7 @@ TEST_F(AProfile, HasTheTimeOfItsHostsTimeZone) {
 TEST_F(AProfile, IsLinkedToTheDirectoryOfItsNumberPlusOne) {
   host.commands.allowInsideCriticalSection();
   assign("3-1.2", 2);
-  EXPECT_THAT(host.journal.only({"exec"}),
-              ElementsAre("exec /bin/ln -sf " + kRoot + "hls/channel3 " + kRoot + std::string(kHash)));
+  EXPECT_THAT(host.journal.only({"exec"}), ElementsAre(linking(3, kHash)));
 }
 
 TEST_F(AProfile, OfNumberZeroOnChannelZeroIsOneLikeAnyOther) {
@@ -60,8 +59,7 @@ TEST_F(AProfile, OfNumberZeroOnChannelZeroIsOneLikeAnyOther) {
   camera(0, "1-1", 0);
   EXPECT_EQ(assign("1-1", 0), 0);
   EXPECT_EQ(host.channel(0).get("profile"), "0");
-  EXPECT_THAT(host.journal.only({"exec"}),
-              ElementsAre("exec /bin/ln -sf " + kRoot + "hls/channel1 " + kRoot + std::string(kHash)));
+  EXPECT_THAT(host.journal.only({"exec"}), ElementsAre(linking(1, kHash)));
 }
 
 TEST_F(AProfile, IsMissingWhereMinusOneIsStoredAndNowhereElse) {

@@ -12,16 +12,26 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr char kPresetVideo[] = "node -1 profile -1 codec 1 enable 0 sps 0 1280x720@30 fetype ";
-constexpr char kPresetAudio[] = "node -1 profile -1 codec 0 enable 0 8000 Hz 1 ch 64000 bit/s volume 50";
-constexpr char kPresetPicture[] = "osd 1 flip 0 mirror 0 ldsp 0";
+int query(int profile, _streaminfo *info) { return vl_get_stream_info(profile, info); }
+int query(int profile, _profile_info *info) { return vl_get_profile_info(profile, info); }
 
-class AProfilesStream : public ContractTest {
+void expectOwnPresets(const _streaminfo &info) { EXPECT_STREQ(info.vtag, ""); }
+void expectOwnPresets(const _profile_info &info) {
+  EXPECT_EQ(info.exists, -1);
+  EXPECT_STREQ(info.profilename, "");
+  EXPECT_STREQ(info.usbslot, "");
+  EXPECT_STREQ(info.devname, "");
+  EXPECT_STREQ(info.acap, "");
+}
+
+// The record that describes profile 2, which channel 4 is to serve.
+template <typename Record>
+class AProfilesRecord : public ContractTest {
  protected:
   int read(int profile = 2) {
-    info = untouched<_streaminfo>();
+    info = untouched<Record>();
     OutputCapture output;
-    const int result = vl_get_stream_info(profile, &info);
+    const int result = query(profile, &info);
     message = output.text();
     return result;
   }
@@ -31,14 +41,42 @@ class AProfilesStream : public ContractTest {
     EXPECT_EQ(videoText(info), kPresetVideo);
     EXPECT_EQ(audioText(info), kPresetAudio);
     EXPECT_EQ(pictureText(info), kPresetPicture);
-    EXPECT_STREQ(info.vtag, "");
+    expectOwnPresets(info);
   }
 
   HostChannel channel() { return host.channel(4); }
 
-  _streaminfo info = untouched<_streaminfo>();
+  Record info = untouched<Record>();
   std::string message;
 };
+
+using EitherRecord = testing::Types<_streaminfo, _profile_info>;
+TYPED_TEST_SUITE(AProfilesRecord, EitherRecord);
+
+TYPED_TEST(AProfilesRecord, IsPresetWhereNoChannelServesTheProfile) {
+  EXPECT_EQ(this->read(), -1);
+  this->expectPresets();
+}
+
+TYPED_TEST(AProfilesRecord, IsPresetForAnUnknownProfileWithNothingOpened) {
+  for (const int profile : {-1, 4}) {
+    EXPECT_EQ(this->read(profile), -1);
+    this->expectPresets();
+  }
+  EXPECT_THAT(this->host.journal.lines(), IsEmpty());
+}
+
+TYPED_TEST(AProfilesRecord, IsPresetWhenTheFileCannotBeOpened) {
+  describe(this->channel());
+  for (const int open : {1, 2}) {
+    this->host.config.failOpenNumber(open, -5);
+    EXPECT_EQ(this->read(), -1);
+    EXPECT_EQ(this->message, openFailure(-5));
+    this->expectPresets();
+  }
+}
+
+class AProfilesStream : public AProfilesRecord<_streaminfo> {};
 
 TEST_F(AProfilesStream, IsReadFromTheKeysOfItsChannel) {
   describe(channel());
@@ -76,28 +114,9 @@ TEST_F(AProfilesStream, IsReadInOnePassAfterTheMapping) {
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close", "open r", "close"));
 }
 
-TEST_F(AProfilesStream, OfNoChannelIsThePresets) {
-  EXPECT_EQ(read(), -1);
+TEST_F(AProfilesStream, OfNoChannelIsSwitchedOn) {
+  read();
   EXPECT_EQ(info.slot_switch, 1);
-  expectPresets();
-}
-
-TEST_F(AProfilesStream, OfAnUnknownProfileIsThePresetsAndOpensNothing) {
-  for (const int profile : {-1, 4}) {
-    EXPECT_EQ(read(profile), -1);
-    expectPresets();
-  }
-  EXPECT_THAT(host.journal.lines(), IsEmpty());
-}
-
-TEST_F(AProfilesStream, ThatCannotBeOpenedIsThePresets) {
-  describe(channel());
-  for (const int open : {1, 2}) {
-    host.config.failOpenNumber(open, -5);
-    EXPECT_EQ(read(), -1);
-    EXPECT_EQ(message, openFailure(-5));
-    expectPresets();
-  }
 }
 
 TEST_F(AProfilesStream, OfAnAbsentDeviceIsRefusedFirst) {
@@ -160,33 +179,7 @@ TEST_F(AProfilesStream, IsRefusedWithoutARecord) {
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
-class AProfilesSettings : public ContractTest {
- protected:
-  int read(int profile = 2) {
-    info = untouched<_profile_info>();
-    OutputCapture output;
-    const int result = vl_get_profile_info(profile, &info);
-    message = output.text();
-    return result;
-  }
-
-  void expectPresets() const {
-    EXPECT_EQ(info.exists, -1);
-    EXPECT_EQ(info.stream_type, 0);
-    EXPECT_STREQ(info.profilename, "");
-    EXPECT_STREQ(info.usbslot, "");
-    EXPECT_STREQ(info.devname, "");
-    EXPECT_EQ(videoText(info), kPresetVideo);
-    EXPECT_EQ(audioText(info), kPresetAudio);
-    EXPECT_EQ(pictureText(info), kPresetPicture);
-    EXPECT_STREQ(info.acap, "");
-  }
-
-  HostChannel channel() { return host.channel(4); }
-
-  _profile_info info = untouched<_profile_info>();
-  std::string message;
-};
+class AProfilesSettings : public AProfilesRecord<_profile_info> {};
 
 TEST_F(AProfilesSettings, NameItsDevice) {
   describe(channel());
@@ -237,29 +230,6 @@ TEST_F(AProfilesSettings, HaveClearedReservedWords) {
   read();
   EXPECT_EQ(info.reserved1, 0);
   EXPECT_THAT(info.reserved2, ElementsAre(0, 0, 0));
-}
-
-TEST_F(AProfilesSettings, ArePresetEvenWithoutAChannel) {
-  EXPECT_EQ(read(), -1);
-  expectPresets();
-}
-
-TEST_F(AProfilesSettings, ArePresetEvenForAnUnknownProfileAndOpenNothing) {
-  for (const int profile : {-1, 4}) {
-    EXPECT_EQ(read(profile), -1);
-    expectPresets();
-  }
-  EXPECT_THAT(host.journal.lines(), IsEmpty());
-}
-
-TEST_F(AProfilesSettings, ArePresetEvenWhenTheyCannotBeOpened) {
-  describe(channel());
-  for (const int open : {1, 2}) {
-    host.config.failOpenNumber(open, -5);
-    EXPECT_EQ(read(), -1);
-    EXPECT_EQ(message, openFailure(-5));
-    expectPresets();
-  }
 }
 
 TEST_F(AProfilesSettings, WithTextsThatFillTheirFieldsEndThem) {

@@ -12,10 +12,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
-constexpr char kController[] = "/devices/pci0000:00/0000:00:1c.0/0000:03:00.0";
-constexpr char kOtherController[] = "/devices/pci0000:00/0000:00:1d.0/0000:04:00.0";
-constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info";
-
 // The slot 1-1.1 with a camera of profile 3 on channel 4. Channel 9, which the scan reads last, has no device.
 class ASlotSwitch : public ContractTest {
  protected:
@@ -23,7 +19,7 @@ class ASlotSwitch : public ContractTest {
 
   // A camera that could stream; its node is its channel's number.
   HostChannel camera(int number, int profile, const std::string &slot) {
-    return host.channel(number).exists(1).profile(profile).slot(slot).vnode(number).slotSwitch(1).conflict(-1);
+    return host.channel(number).attached(slot, number).streaming(profile);
   }
   HostChannel own() { return host.channel(4); }
 

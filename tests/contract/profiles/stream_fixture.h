@@ -36,7 +36,7 @@ class StreamTest : public ContractTest {
                      .rate("30.000")
                      .rate("7.500")
                      .text());
-    channel().exists(1).profile(kProfile).slot("3-1.2").vnode(5).slotSwitch(1).conflict(-1);
+    channel().attached("3-1.2", 5).streaming(kProfile);
   }
 
   HostChannel channel() { return host.channel(4); }

@@ -4,13 +4,12 @@
 #include <string>
 
 #include "contract_test.h"
+#include "stream_links.h"
 
 namespace contract {
 namespace {
 
 using testing::ElementsAre;
-
-constexpr char kUuidCommand[] = "/bin/cat /proc/sys/kernel/random/uuid";
 
 class AShareId : public ContractTest {
  protected:

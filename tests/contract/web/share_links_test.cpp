@@ -3,6 +3,7 @@
 #include <string>
 
 #include "contract_test.h"
+#include "stream_links.h"
 
 namespace contract {
 namespace {
@@ -11,16 +12,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
-
-constexpr char kUuidCommand[] = "/bin/cat /proc/sys/kernel/random/uuid";
-constexpr char kUuid[] = "1b4e28ba-2fa1-11d2-883f-0016d3cca427\n";
-constexpr char kHash[] = "1b4e28ba2fa111d2883f0016d3cca427";
-const std::string kRoot = "/mnt/ext/opt/apps/Velmora2/";
-
-std::string linking(int directory, const std::string &name) {
-  return "exec /bin/ln -sf " + kRoot + "hls/channel" + std::to_string(directory) + " " + kRoot + name;
-}
-std::string removing(const std::string &name) { return "exec /bin/rm -rf " + kRoot + name; }
 
 // Channel 6 serves profile 2.
 class AShareLink : public ContractTest {
@@ -40,7 +31,7 @@ class AShareLink : public ContractTest {
   void stored(const std::string &ssid, const std::string &hash, const std::string &password) {
     host.channel(6).set("sharelink/ssid", ssid).set("sharelink/hash_string", hash).set("sharelink/shrpwd", password);
     host.channel(6).set("sharelink/token", "old-token").set("sharelink/shrenable", 1);
-    if (!hash.empty()) host.files.link(kRoot + hash, kRoot + "hls/channel3");
+    if (!hash.empty()) host.files.link(kLinkFolder + hash, kLinkFolder + "hls/channel3");
   }
   std::string get(const std::string &key) { return host.channel(6).get("sharelink/" + key); }
   Lines executed() { return host.journal.only({"exec"}); }
@@ -170,7 +161,7 @@ TEST_F(ASharedProfile, LosesItsOldLinkWhileTheFileIsOpenForWriting) {
   strcpy(info.shrpwd, "other");
   vl_set_share_link(&info);
   const Lines events = host.journal.only({"open", "lstat", "exec", "close"});
-  EXPECT_THAT(events, ElementsAre("open r", "close", "open r", "close", "open w", "lstat " + kRoot + "old",
+  EXPECT_THAT(events, ElementsAre("open r", "close", "open r", "close", "open w", "lstat " + kLinkFolder + "old",
                                   removing("old"), linking(3, kHash), "close"));
 }
 
@@ -185,7 +176,7 @@ TEST_F(ASharedProfile, LosesItsIdentifiersWhenSharingEnds) {
 }
 
 TEST_F(ASharedProfile, WhoseLinkIsGoneIsNotRemovedAgain) {
-  host.files.remove(kRoot + "old");
+  host.files.remove(kLinkFolder + "old");
   info.shrenable = 0;
   EXPECT_EQ(vl_set_share_link(&info), 0);
   EXPECT_THAT(executed(), IsEmpty());
@@ -292,7 +283,7 @@ TEST_F(ARenewedShareLink, IsMadeThoughTheOldOneCouldNotBeRead) {
 
 TEST_F(ASharedProfile, HasItsLinkRemovedByItsSection) {
   EXPECT_EQ(remove_hash_link("ch6"), 0);
-  EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close", "lstat " + kRoot + "old", removing("old")));
+  EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close", "lstat " + kLinkFolder + "old", removing("old")));
   EXPECT_EQ(get("hash_string"), "old");
 }
 

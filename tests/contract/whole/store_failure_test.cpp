@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "contract_test.h"
+#include "stream_links.h"
 
 namespace contract {
 namespace {
@@ -19,10 +20,7 @@ using testing::Not;
 using testing::StartsWith;
 
 constexpr int kDiskFull = -28;
-constexpr char kUuidCommand[] = "/bin/cat /proc/sys/kernel/random/uuid";
-constexpr char kHash[] = "1b4e28ba2fa111d2883f0016d3cca427";
-const std::string kRoot = "/mnt/ext/opt/apps/Velmora2/";
-const std::string kRemovalOfNewLink = "exec /bin/rm -rf " + kRoot + kHash;
+const std::string kRemovalOfNewLink = removing(kHash);
 
 // Channel 3 at port 1-1 serves profile 2 and is shared; channel 4 at the same root port waits behind it; the camera of
 // channel 5 has no profile.
@@ -30,7 +28,7 @@ class AFullDisk : public ContractTest {
  protected:
   AFullDisk() {
     host.commands.allowInsideCriticalSection();
-    host.commands.prints(kUuidCommand, "1b4e28ba-2fa1-11d2-883f-0016d3cca427\n");
+    host.commands.prints(kUuidCommand, kUuid);
     attached(3, "1-1.1", 1).profile(2).profileName("Door").set("hlspath", "live");
     host.channel(3).set("sharelink/shrenable", 1).set("sharelink/ssid", "12345678");
     host.channel(3).set("sharelink/hash_string", "shared").set("sharelink/token", "token");
@@ -42,7 +40,7 @@ class AFullDisk : public ContractTest {
   HostChannel attached(int channel, const std::string &slot, int vnode) {
     const Listing listing = Listing().format("MJPG").size(640, 480).rate("30.000").rate("15.000");
     host.camera(vnode, slot).listing(listing.text());
-    return host.channel(channel).exists(1).slot(slot).name("HD Webcam").vnode(vnode).set("video/cap", "1");
+    return host.channel(channel).attached(slot, vnode).name("HD Webcam").set("video/cap", "1");
   }
 
   // What was done after the store had failed.

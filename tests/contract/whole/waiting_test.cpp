@@ -9,8 +9,6 @@
 namespace contract {
 namespace {
 
-constexpr char kProcessorCommand[] = "/bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info";
-
 // A camera on channel 0 with profile 0, and one at port 3-2 that is yet to come. While the first command of a camera's
 // query runs, another thread reads the configuration.
 class ASlowCamera : public ContractTest {
@@ -21,7 +19,7 @@ class ASlowCamera : public ContractTest {
           .ids("046d", "0825")
           .listing(Listing().format("MJPG").size(640, 480).rate("30.000").text());
     }
-    host.channel(0).exists(1).profile(0).slot("3-1").name("HD Webcam").vnode(1).slotSwitch(1);
+    host.channel(0).attached("3-1", 1).profile(0).name("HD Webcam").slotSwitch(1);
     host.commands.does(kProcessorCommand, [this] { answer(); });
   }
 
