@@ -1,4 +1,4 @@
-"""How the demo shows what it sees: text that is a picture of the channels, in colour where the terminal has it."""
+"""Prints what the demo shows: the channels as text, in colour if the terminal has colours."""
 
 from __future__ import annotations
 
@@ -21,12 +21,12 @@ class Painter:
         print(self._styled(f"   $ {text}", DIM), flush=True)
 
     def answer(self, text: str) -> None:
-        """What a command printed."""
+        """Shows what a command printed."""
         for line in text.splitlines():
             print(f"     {line}", flush=True)
 
     def channels(self, before: list[dict[str, Any]], now: list[dict[str, Any]]) -> None:
-        """A line per channel in use; what the step changed is marked."""
+        """Shows a line for each channel in use; marks what the step changed."""
         for old, channel in zip(before, now):
             if channel["state"] == "free":
                 continue
@@ -55,7 +55,7 @@ class Painter:
         self._heard("manager", lines)
 
     def viewer(self, lines: list[str]) -> None:
-        """What the demo looked at besides, as a viewer would."""
+        """Shows what the demo also checked, as a viewer would."""
         self._heard("viewer", lines)
 
     def _heard(self, who: str, lines: list[str]) -> None:

@@ -1,4 +1,4 @@
-"""Shows the story, step by step, and ends with status 1 as soon as something is not as it should be.
+"""Shows the story, step by step, and ends with status 1 as soon as something is wrong.
 
 Runs inside the sandbox, beside the host's services.
 """
@@ -23,7 +23,7 @@ def begins(lines: list[str], expected: list[str]) -> bool:
 
 
 def mismatches(step: Step, now: list[Channel], stored: list[str], manager: list[str], log: list[str]) -> list[str]:
-    """What is not as the step says, one sentence each."""
+    """Returns one sentence for each thing that is not as the step expects."""
     wrong = [
         f"channel {number}: {name} is {now[number][name]!r}, not {value!r}"
         for number, fields in step.channels.items()
@@ -43,7 +43,7 @@ def look(step: Step, watching: Viewer) -> list[str]:
     try:
         return [line for one in step.looks for line in one(watching)]
     except ViewerError as problem:
-        raise SystemExit(f"demo: not as it should be: {problem}") from problem
+        raise SystemExit(f"demo: this is wrong: {problem}") from problem
 
 
 class Show:
@@ -75,22 +75,22 @@ class Show:
         self._paint.manager(manager)
         wrong = mismatches(step, now, changed, manager, log)
         if wrong:
-            raise SystemExit("demo: not as it should be: " + "; ".join(wrong))
+            raise SystemExit("demo: this is wrong: " + "; ".join(wrong))
         self._paint.viewer(look(step, self._watching))
         self._channels, self._stored = now, stored
 
 
 def stay(paint: Painter, watching: Viewer, address: str) -> None:
-    """Until the user has seen enough, whose Ctrl-C ends the whole sandbox."""
+    """Waits until the user ends the whole sandbox with Ctrl-C."""
     with watching.letting_others_in(address) as bridge:
         paint.title(f"Watch it at {address} ; Ctrl-C ends the demo.")
         bridge.wait()
 
 
 def main() -> None:
-    arguments = argparse.ArgumentParser(description="The demo; runs inside the sandbox, beside its services.")
+    arguments = argparse.ArgumentParser(description="The demo; runs inside the sandbox, with its services.")
     arguments.add_argument("--colour", action="store_true")
-    arguments.add_argument("--browser", metavar="PORT", help="stay, for a browser that comes through this port")
+    arguments.add_argument("--browser", metavar="PORT", help="let a browser open the page through this TCP port, until Ctrl-C")
     options = arguments.parse_args()
     paint = Painter(options.colour)
     with viewer() as watching:

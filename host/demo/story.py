@@ -1,4 +1,4 @@
-"""The demo's story: what is done at each step, and what must have happened then."""
+"""The demo's story: what each step does, and what must have happened after it."""
 
 from __future__ import annotations
 
@@ -15,13 +15,13 @@ class Step:
     commands: list[str]
     # Per channel, the fields that must have these values now; the other fields may be anything.
     channels: dict[int, dict[str, Any]] = field(default_factory=dict)
-    # How the changes of the configuration begin, in the order of their keys; not looked at where none are named.
+    # The beginnings of the configuration's changes, in the order of their keys; if none are given, they are not checked.
     stored: list[str] = field(default_factory=list)
-    # How the lines begin that the manager must have written, in order.
+    # The beginnings of the lines that the manager must have printed, in order.
     manager: list[str] = field(default_factory=list)
-    # Pieces of the log lines that must have been added, in order.
+    # Parts of the events that must have been logged, in order.
     log: list[str] = field(default_factory=list)
-    # What somebody who watches the streams looks at then.
+    # What a viewer of the streams then checks.
     looks: list[Callable[[Viewer], list[str]]] = field(default_factory=list)
     # Whether to show what the commands print.
     answers: bool = False

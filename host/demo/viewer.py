@@ -1,4 +1,4 @@
-"""Somebody who watches the streams: through the live-view links, and with share links on the share page."""
+"""A viewer of the streams: through the live links, and with share links on the share page."""
 
 from __future__ import annotations
 
@@ -14,7 +14,7 @@ from host_view import is_live, live_link, run, wait_for
 
 
 class ViewerError(Exception):
-    """Something is not as a viewer should see it; the text says what."""
+    """A viewer sees something wrong; the text describes it."""
 
 
 def expect(truth: bool, otherwise: str) -> None:
@@ -23,7 +23,7 @@ def expect(truth: bool, otherwise: str) -> None:
 
 
 class Viewer:
-    """Keeps in mind which links it was given. Each look tells what was seen, a line each."""
+    """Remembers its share links. Each check returns lines about what the viewer sees."""
 
     def __init__(self, page: str) -> None:
         self._page = page
@@ -31,7 +31,7 @@ class Viewer:
         self._share_links: list[str] = []
 
     def watches(self, *profiles: int) -> list[str]:
-        """The streams are where they were when they were looked at last."""
+        """Checks that the streams are where they were at the last check."""
         for profile in profiles:
             link = live_link(profile)
             expect(link == self._live_links.setdefault(profile, link), f"profile {profile} has another link than before")
@@ -39,7 +39,7 @@ class Viewer:
         return [f"profile {profile} is live at {self._live_links[profile].name}" for profile in profiles]
 
     def opens_the_newest_share_link(self, profile: int) -> list[str]:
-        """The page plays it: what it hands to the browser is a stream."""
+        """Checks that the page plays it: what it sends to the browser is a stream."""
         link = json.loads(run("usbdevctl", "share", "show", str(profile), "--json"))["page"]
         self._share_links.append(link)
         answer = self._ask(link)
@@ -55,12 +55,12 @@ class Viewer:
 
     @property
     def link(self) -> str:
-        """What was shared last."""
+        """Returns the newest share link."""
         return self._share_links[-1]
 
     @contextmanager
     def letting_others_in(self, address: str) -> Iterator[subprocess.Popen[bytes]]:
-        """Connects the share page with a socket that can be reached from outside, as long as the process runs."""
+        """Connects the share page with a socket that is reachable from outside, as long as the process runs."""
         socket = Path("/tmp/share-page")
         inside = "TCP:" + self._page.removeprefix("http://")
         with subprocess.Popen(["socat", f"UNIX-LISTEN:{socket},fork", inside]) as bridge:
@@ -83,13 +83,13 @@ class Viewer:
 
 @contextmanager
 def viewer() -> Iterator[Viewer]:
-    """A viewer, and the share page as long as there is one."""
+    """Makes a viewer, and runs the share page as long as it is used."""
     with subprocess.Popen(["share-page"], stderr=subprocess.PIPE, text=True) as page:
         try:
             assert page.stderr is not None
             listening = next((line for line in page.stderr if "listening on " in line), None)
             if listening is None:
-                raise SystemExit("demo: the share page does not start; share-page in `./dev shell` says why")
+                raise SystemExit("demo: the share page does not start; run share-page in `./dev shell` to see why")
             yield Viewer("http://" + listening.split()[-1])
         finally:
             page.terminate()

@@ -1,4 +1,4 @@
-// For functions whose callers are not C++: an operation that runs out of memory returns a failure.
+// For functions whose callers are not written in C++: without memory an operation returns a failure.
 #pragma once
 
 #include <exception>

@@ -1,4 +1,4 @@
-// gpuinfo_app: the host's graphics processors. /etc/config/gpuinfo.conf has a section for each, named after it, with
+// gpuinfo_app: shows the host's graphics processors. /etc/config/gpuinfo.conf has a section for each, with its name,
 // its details and its state:
 //
 //   [card0]
@@ -37,14 +37,14 @@ ExitStatus printState(const std::string &name) {
   entries.erase(std::remove_if(entries.begin(), entries.end(),
                                [&](const auto &entry) { return entry.section != name || entry.key == "details"; }),
                 entries.end());
-  // Readers look at the first line only.
+  // Callers read only the first line.
   std::stable_partition(entries.begin(), entries.end(),
                         [](const auto &entry) { return entry.key == "driver_installed"; });
   for (const auto &entry : entries) printf("%s=%s\n", entry.key.c_str(), entry.value.c_str());
   return entries.empty() ? kNotFound : kPrinted;
 }
 
-/// Names contain blanks, and callers do not quote them.
+/// Joins the arguments: names contain blanks, and callers do not quote them.
 std::string joined(const std::string &first, int count, char **rest) {
   std::string name = first;
   for (int i = 0; i < count; ++i) name.append(" ").append(rest[i]);

@@ -5,10 +5,10 @@
 #include <vector>
 
 struct IniEntry {
-  std::string section;  // empty above the first section
+  std::string section;  // empty before the first section
   std::string key;
   std::string value;
 };
 
-/// The entries in the file's order; none when the file cannot be read. Other lines are skipped.
+/// Reads the entries in the file's order; none when the file cannot be read. Skips other lines.
 std::vector<IniEntry> readIniFile(const std::string &path);

@@ -216,7 +216,7 @@ def test_a_kernel_that_forbids_namespaces_is_said_in_one_line():
     result = in_a_user_namespace("echo 0 > /proc/sys/user/max_mnt_namespaces")
     assert result.returncode == 125
     assert len(result.stderr.splitlines()) == 1
-    assert result.stderr.startswith("sandbox: the kernel does not let this user have private namespaces (")
+    assert result.stderr.startswith("sandbox: the kernel does not allow this user private namespaces (")
 
 
 def test_missing_bubblewrap_is_said_in_one_line(tmp_path):

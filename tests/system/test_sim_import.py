@@ -163,22 +163,22 @@ def no_change(_folder: Path) -> None:
     ("capture", "change", "reason"),
     [
         ("three-cameras", no_change, "there is no folder"),
-        ("present-at-boot", no_change, "it holds 3 cameras (1-1, 1-4, 3-2); leave the files of one"),
-        ("behind-hub", no_change, "it hangs on a hub that may slow it down"),
+        ("present-at-boot", no_change, "it contains 3 cameras (1-1, 1-4, 3-2); keep only the files of one"),
+        ("behind-hub", no_change, "it is on a hub that may slow it down"),
         ("mjpg-yuyv", lambda it: (it / LISTING).unlink(), f"{LISTING} is missing or empty"),
         ("mjpg-yuyv", lambda it: (it / LISTING).write_text("ioctl: VIDIOC_ENUM_FMT\n"), "lists no format"),
         ("mjpg-yuyv", lambda it: (it / LISTING).write_bytes(b" " * (1 << 20) + b"\n"), "is larger than 1048576 bytes"),
-        ("mjpg-yuyv", lambda it: (it / WALK).write_bytes(b"\xff"), "is not a text"),
+        ("mjpg-yuyv", lambda it: (it / WALK).write_bytes(b"\xff"), "is not text"),
         ("mjpg-yuyv", lambda it: (it / WALK).write_text("\n"), "is not the walk of a USB camera's node"),
-        ("mjpg-yuyv", lambda it: edit(it / WALK, '    ATTRS{idVendor}=="0c45"\n', ""), "the walk lacks idVendor"),
-        ("mjpg-yuyv", lambda it: edit(it / WALK, "uvcvideo", "gspca"), "belongs to the driver gspca"),
+        ("mjpg-yuyv", lambda it: edit(it / WALK, '    ATTRS{idVendor}=="0c45"\n', ""), "the walk has no idVendor"),
+        ("mjpg-yuyv", lambda it: edit(it / WALK, "uvcvideo", "gspca"), "has the driver gspca"),
         ("mjpg-yuyv", lambda it: edit(it / WALK, 'speed}=="480"', 'speed}=="10000"'), "it runs at 10000 Mbit/s"),
-        ("mjpg-yuyv", lambda it: edit(it / WALK, 'NumInterfaces}==" 2"', 'NumInterfaces}=="x"'), "where a number"),
+        ("mjpg-yuyv", lambda it: edit(it / WALK, 'NumInterfaces}==" 2"', 'NumInterfaces}=="x"'), "instead of a number"),
         ("mjpg-yuyv", lambda it: edit(it / WALK, 'InterfaceCount}=="02"', 'InterfaceCount}=="03"'), "of 03 interfaces"),
         ("hd-mic", lambda it: (it / "ls-plain-snd-usb-audio.txt").unlink(), "1 sound cards with 0 interfaces"),
     ],
 )
-def test_what_does_not_fit_is_refused_and_leaves_nothing(simulator, captured, tmp_path, capture, change, reason):
+def test_a_capture_that_does_not_fit_is_refused_and_makes_nothing(simulator, captured, tmp_path, capture, change, reason):
     folder = tmp_path / capture
     if (CAPTURES / capture).is_dir():
         folder = captured(capture)
@@ -193,14 +193,14 @@ def test_what_does_not_fit_is_refused_and_leaves_nothing(simulator, captured, tm
     ("name", "reason"),
     [
         ("usb2-camera", "there is a camera 'usb2-camera' already"),
-        ("../imported", "is not a camera's name"),
-        ("Imported", "is not a camera's name"),
-        ("-imported", "is not a camera's name"),
-        ("", "is not a camera's name"),
-        ("i" * 65, "is not a camera's name"),
+        ("../imported", "cannot be a camera's name"),
+        ("Imported", "cannot be a camera's name"),
+        ("-imported", "cannot be a camera's name"),
+        ("", "cannot be a camera's name"),
+        ("i" * 65, "cannot be a camera's name"),
     ],
 )
-def test_a_name_that_cannot_be_is_refused(simulator, captured, name, reason):
+def test_an_impossible_name_is_refused(simulator, captured, name, reason):
     before = sorted(simulator.rglob("*"))
     with pytest.raises(SimError, match=reason):
         importer.import_camera(captured("mjpg-yuyv"), name)
@@ -244,4 +244,4 @@ def test_in_the_sandbox_nothing_can_be_imported(sandbox, captured):
     copies = "".join(f"cat > /tmp/c/{path.name} <<'END'\n{path.read_text()}END\n" for path in folder.iterdir())
     result = sandbox(f"mkdir /tmp/c; {copies}\nsim import /tmp/c imported")
     assert result.returncode == 1
-    assert result.stderr.splitlines()[-1].endswith("(Read-only file system); inside the sandbox it never can")
+    assert result.stderr.splitlines()[-1].endswith("(Read-only file system); run this outside the sandbox")

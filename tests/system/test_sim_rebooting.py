@@ -136,11 +136,11 @@ def test_changes_are_made_in_their_order(pc):
     ("change", "reason"),
     [
         (move("1-2", "1-3"), "nothing is plugged in at 1-2"),
-        (move("1-1", "3-1"), "3-1 holds a hub"),
-        (move("3-1", "1-1"), "1-1 holds the camera pc-camera"),
+        (move("1-1", "3-1"), "3-1 has a hub"),
+        (move("3-1", "1-1"), "1-1 has the camera pc-camera"),
         (move("3-1", "4-1"), "for superspeed devices"),
         (swap("3-1", "3-1.1"), "nothing is plugged in at 3-1.1"),
-        (plug("usb2-camera", "1-1"), "holds the camera pc-camera"),
+        (plug("usb2-camera", "1-1"), "has the camera pc-camera"),
     ],
 )
 def test_a_refused_change_leaves_the_host_as_it_was(pc, change, reason):

@@ -24,7 +24,7 @@ constexpr int kStereo = 2;
 
 std::string deviceName(int card) { return "hw:" + std::to_string(card); }
 
-/// Asked first, because opening a card that is not there prints on standard error.
+/// Is asked first, because opening a missing card prints on standard error.
 bool isPresent(int card) { return snd_card_load(card) == 1; }
 
 Control openControl(int card) {
@@ -49,7 +49,7 @@ bool canCapture(snd_ctl_t *control, int device) {
   return snd_ctl_pcm_info(control, info) >= 0;
 }
 
-/// Counts the capture devices and finds the first one, -1 for none.
+/// Counts the capture devices and finds the first one, -1 if there is none.
 int countCaptureDevices(snd_ctl_t *control, int &first) {
   int count = 0;
   first = -1;
@@ -60,7 +60,7 @@ int countCaptureDevices(snd_ctl_t *control, int &first) {
   return count;
 }
 
-/// A device that can record two channels only counts two; one that can also record one channel counts one.
+/// Returns 2 for a device that can record only two sound channels, 1 for one that can also record one.
 bool readChannels(int card, int device, _acard_info &info) {
   std::string name = deviceName(card) + "," + std::to_string(device);
   snd_pcm_t *opened = nullptr;

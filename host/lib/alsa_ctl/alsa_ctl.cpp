@@ -16,7 +16,7 @@ bool setCaptureVolume(int card, int volume) {
 
 }  // namespace
 
-/// Both functions return 0, or -1 for no such card, a bad argument, or a card that does not answer.
+/// Both functions return 0, or -1 for a missing card, a bad argument, or a card that does not answer.
 
 extern "C" int ac_get_Acard_info(int card, _acard_info *info) {
   if (card < 0 || !info) return -1;

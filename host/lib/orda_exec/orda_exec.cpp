@@ -15,7 +15,7 @@ namespace {
 constexpr int kNotRun = -1;
 constexpr int kKilledBySignal = 128;  // plus the signal's number, as shells report it
 
-/// Starts the program with the standard streams and no other descriptor of the caller.
+/// Starts the program with the standard streams, but no other descriptor of the caller.
 bool start(const std::vector<char *> &arguments, pid_t &child) {
   posix_spawn_file_actions_t actions;
   if (posix_spawn_file_actions_init(&actions) != 0) return false;

@@ -1,5 +1,5 @@
 // The event log: the table "event" (id, time in seconds since 1970 UTC, level, text) of one database. Each call opens
-// the database for itself, so that a process may fork, and be killed, at any time.
+// the database again, so that a process can fork, or be killed, at any time.
 #include <sqlite3.h>
 #include <sys/stat.h>
 
@@ -31,7 +31,7 @@ Database openDatabase() {
   mkdir(kFolder, 0755);
   sqlite3 *opened = nullptr;
   int result = sqlite3_open_v2(kDatabase, &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-  Database database(opened);  // set on failure too, and then closed all the same
+  Database database(opened);  // is set on failure too, and has to be closed then
   if (result != SQLITE_OK) return nullptr;
   sqlite3_busy_timeout(opened, kBusyMilliseconds);
   return database;
@@ -52,7 +52,7 @@ bool insert(sqlite3 *database, int level, const char *text) {
 
 }  // namespace
 
-/// Returns 0, or -1 for a level other than 0 and 1, for no text, and when the line could not be stored.
+/// Returns 0, or -1 for a level other than 0 and 1, for a null text, and when the line could not be stored.
 extern "C" int vq_sql_set_log(int level, const char *text, int) {
   if ((level != 0 && level != 1) || !text) return -1;
   Database database = openDatabase();

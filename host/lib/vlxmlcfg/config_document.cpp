@@ -64,7 +64,7 @@ bool ConfigDocument::parse(std::vector<char> bytes) {
   return result && isOneElement(document_) && document_.traverse(depth_check);
 }
 
-/// A value is all text directly inside its element: comments may cut it into pieces.
+/// A value is all text directly inside its element, which comments may divide.
 bool ConfigDocument::get(const ValuePath &path, BoundedText &value) const {
   pugi::xml_node element = find(document_, path);
   for (const auto &piece : element)

@@ -10,7 +10,7 @@
 
 namespace xmlcfg {
 
-/// Where a value stands; the sub-key may be null.
+/// The path of a value; the sub-key may be null.
 struct ValuePath {
   const char *root;
   const char *section;
@@ -27,15 +27,15 @@ class ConfigDocument {
   ConfigDocument &operator=(ConfigDocument &&) = delete;
   ~ConfigDocument() = default;
 
-  /// Takes the file's bytes; false when they are not one complete element, or when elements are deeper in it than a
-  /// path leads: such a file would grow with each level's indentation when it is stored.
+  /// Parses the file's bytes; false when they are not one complete element, or when elements are deeper than a
+  /// sub-key, because such a file would grow with the indentation of each level when it is stored.
   bool parse(std::vector<char> bytes);
 
   /// Appends to the value; false where the path is missing.
   bool get(const ValuePath &path, BoundedText &value) const;
 
-  /// Creates or replaces; false for a root other than the document's, or a name that XML cannot carry. When it throws
-  /// for lack of memory, the document must not be stored.
+  /// Creates or replaces a value; false for another root than the document's, or a name that XML cannot contain. If it
+  /// throws because there is no memory, the document must not be stored.
   bool set(const ValuePath &path, const char *value);
 
   bool changed() const { return changed_; }
@@ -44,7 +44,7 @@ class ConfigDocument {
  private:
   bool holds(const ValuePath &path, std::string_view value) const;
 
-  std::vector<char> bytes_;  // the parsed document refers into it
+  std::vector<char> bytes_;  // the parsed document points into it
   pugi::xml_document document_;
   bool changed_ = false;
 };

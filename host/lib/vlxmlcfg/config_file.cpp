@@ -16,7 +16,7 @@
 namespace xmlcfg {
 namespace {
 
-constexpr mode_t kOwnersOnly = 0600;       // the file holds tokens and passwords
+constexpr mode_t kOwnersOnly = 0600;       // the file contains tokens and passwords
 constexpr mode_t kOwnersAndGroups = 0770;  // what a replaced file may keep of its permissions
 constexpr mode_t kOwners = 0700;           // and without its group
 constexpr int kMostLinks = 40;
@@ -38,7 +38,7 @@ std::string folderOf(const std::string &path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-/// A hidden file beside it. The names are fixed, so that the next writer removes what a killed one left.
+/// A hidden file in the same folder. The names are fixed, so that the next writer removes what a killed writer left.
 std::string neighbourOf(const std::string &path, const char *ending) {
   std::size_t name = path.rfind('/') == std::string::npos ? 0 : path.rfind('/') + 1;
   return path.substr(0, name) + "." + path.substr(name) + ending;
@@ -79,8 +79,8 @@ bool writeAll(const Descriptor &file, const std::string &content) {
   return true;
 }
 
-/// Keeps owner, group and their permissions; nobody else may read the file. A writer who may not give files away owns
-/// it from now on, and one who may not give it to its group keeps it for himself.
+/// Keeps owner, group and their permissions; nobody else may read the file. A writer who cannot change the owner owns
+/// it from now on; if the group cannot be kept either, only the owner can read it.
 bool giveAccess(const Descriptor &file, const struct stat &like) {
   constexpr auto kSameOwner = static_cast<uid_t>(-1);
   bool in_group = fchown(file.get(), like.st_uid, like.st_gid) == 0 || fchown(file.get(), kSameOwner, like.st_gid) == 0;
@@ -110,7 +110,7 @@ int put(const std::string &path, const Descriptor &folder, const std::string &ne
   return flush(folder) ? kDone : kNotFlushed;
 }
 
-/// Makes the missing file, complete from the start; the folder's lock lets one process at a time create it.
+/// Creates the missing file with all of its content at once; with the folder's lock, one process at a time does so.
 int create(const std::string &path, const std::string &content) {
   Descriptor folder = openFolderOf(path);
   if (!folder) return saysMissing(errno) ? kMissing : kNotWritable;

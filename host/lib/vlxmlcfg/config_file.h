@@ -42,16 +42,16 @@ class Descriptor {
 
 int openForReading(const std::string &path, Descriptor &file);
 
-/// Opens the file and holds its lock, waiting for another writer, until the descriptor is closed; creates a missing
-/// file with the content given, for its owner alone. The real path, links resolved, is the one to replace. Readers need
-/// no lock, since they see the file before or after a replacement and never between.
+/// Opens the file, waits for its lock, and keeps the lock until the descriptor is closed; creates a missing file with
+/// the given content, readable only for its owner. `real_path`, without links, is the one to replace. Readers need no
+/// lock, because they see the file before or after a replacement, never in between.
 int openForWriting(const std::string &path, const std::string &first_content, Descriptor &file, std::string &real_path);
 
 int readAll(const Descriptor &file, std::vector<char> &bytes);
 
-/// Replaces the file at the path, whose lock the caller holds, atomically and durably. Owner and group keep it and
-/// their permissions; whoever else could read it no longer can. With kNotStored the file is as it was and no other is
-/// left.
+/// Replaces the file at the path, whose lock the caller has, atomically and durably. The new file has the same owner,
+/// group and their permissions; other users can no longer read it. With kNotStored the file is as it was, and no other
+/// file is left.
 int replace(const std::string &path, const Descriptor &old_file, const std::string &content);
 
 }  // namespace xmlcfg

@@ -15,7 +15,7 @@ bool continues(std::string_view text, std::size_t at, unsigned char low = 0x80, 
   return byte >= low && byte <= high;
 }
 
-/// The bytes of the well-formed UTF-8 character beyond ASCII that begins here, 0 for none.
+/// The number of bytes of the valid UTF-8 character beyond ASCII that begins here, 0 if there is none.
 std::size_t multibyteLength(std::string_view text, std::size_t at) {
   unsigned char lead = byteAt(text, at);
   if (lead >= 0xC2 && lead <= 0xDF) return continues(text, at + 1) ? 2 : 0;
@@ -47,7 +47,7 @@ int hexValue(char digit) {
   return value == std::string_view::npos ? -1 : static_cast<int>(value);
 }
 
-/// The byte of the escape that begins here, 0 for none: no value holds a zero byte.
+/// The byte of the escape that begins here, 0 if there is none: no value contains a zero byte.
 char escapedByte(std::string_view text, std::size_t at) {
   if (at + kEscapeLength > text.size() || text[at] != '\\' || text[at + 1] != 'x') return 0;
   int high = hexValue(text[at + 2]);

@@ -1,5 +1,5 @@
-// Values as the file stores them: ordinary text as itself, and what XML cannot carry or readers trim (control
-// characters, line ends, bytes that are not UTF-8, blanks at either end) as \xHH, so that every value comes back byte
+// How the file stores values: ordinary text unchanged, and what XML cannot contain or readers trim (control
+// characters, line ends, bytes that are not UTF-8, blanks at either end) as \xHH, so that every value is read back byte
 // for byte. A backslash is written \x5c; a backslash that is not followed by x and two digits is read as itself.
 #pragma once
 

@@ -23,7 +23,7 @@ constexpr std::size_t kMostDigits = 64;  // leading zeros included
 
 struct OpenConfig {
   bool writable = false;
-  xmlcfg::Descriptor file;  // a writer's holds the lock
+  xmlcfg::Descriptor file;  // that of a writer has the lock
   std::string path;
   xmlcfg::ConfigDocument document;
   bool incomplete = false;  // a value could not be set for lack of memory

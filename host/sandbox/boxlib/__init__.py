@@ -1,1 +1,1 @@
-"""A host of its own for the library: private namespaces in which everything stands at the paths it really uses."""
+"""A host for the library: private namespaces that contain everything at the paths that the library uses."""

@@ -1,4 +1,4 @@
-"""The composition of the sandbox's file tree and namespaces, as arguments of bubblewrap."""
+"""Describes the sandbox's file tree and namespaces, as arguments of bubblewrap."""
 
 from __future__ import annotations
 
@@ -31,7 +31,7 @@ DEVICES = ("full", "null", "pts", "random", "tty", "urandom", "zero")
 
 
 def check_possible() -> None:
-    """Starts the smallest sandbox there is, to see whether it can be."""
+    """Starts the smallest possible sandbox, to check that sandboxes work here."""
     if shutil.which("bwrap") is None:
         raise SandboxError("bubblewrap is missing: install the package that provides the program 'bwrap'")
     trial = subprocess.run(
@@ -40,11 +40,11 @@ def check_possible() -> None:
     )  # fmt: skip
     if trial.returncode != 0:
         reason = " ".join(trial.stderr.split()) or f"exit status {trial.returncode}"
-        raise SandboxError(f"the kernel does not let this user have private namespaces ({reason})")
+        raise SandboxError(f"the kernel does not allow this user private namespaces ({reason})")
 
 
 def arguments(state: Path, build: Path, programs: Programs) -> list[str]:
-    """Everything but the command: a root of its own, made of read-only parts of the machine and the state."""
+    """All arguments except the command: its own root, made of read-only parts of the machine and the state."""
     return [
         *NAMESPACES,
         *_machine_tree(),

@@ -19,7 +19,7 @@ from simlib.errors import SimError
 
 CANNOT_START = 125
 REFUSED = 1
-# Runs the command so that one that cannot be found ends with a shell's message and status.
+# Runs the command through a shell, which prints a message and returns a status if it cannot be found.
 STARTER = ["/bin/sh", "-c", 'exec "$@"', "sandbox"]
 WITH_SERVICES = [str(REPOSITORY / "host/services/with-services"), "--", *STARTER]
 
@@ -41,7 +41,7 @@ def _run(options: argparse.Namespace) -> int:
 
 
 def _reboot(options: argparse.Namespace) -> int:
-    """A kept host is rebooted from inside, too."""
+    """Reboots the host in the folder, or the one that this runs on."""
     if options.state is None:
         return reboot_here(options.changes)
     if not state.is_host(Path(options.state)):
@@ -57,7 +57,7 @@ def _run_on_host(options: argparse.Namespace, command: list[str]) -> int:
         raise SandboxError(f"there is no build in {build}")
     programs = Programs(build)
     if programs.missing:
-        print(f"sandbox: {build} lacks {', '.join(programs.missing)}; going on without", file=sys.stderr)
+        print(f"sandbox: {build} lacks {', '.join(programs.missing)}; continuing without", file=sys.stderr)
     with _state_folder(options.state) as folder:
         state.prepare(folder, options.host, options.topology)
         return _start(bubblewrap.arguments(folder, build, programs), command)
@@ -73,7 +73,7 @@ def _state_folder(given: str | None) -> Iterator[Path]:
 
 
 def _start(arguments: list[str], command: list[str]) -> int:
-    """Hands bubblewrap its many arguments through a file, so that process lists stay readable."""
+    """Passes the many arguments of bubblewrap in a file, so that process lists stay readable."""
     with tempfile.TemporaryFile() as file:
         file.write("\0".join(arguments).encode() + b"\0")
         file.seek(0)
@@ -86,7 +86,7 @@ def _start(arguments: list[str], command: list[str]) -> int:
 
 
 def _pass_on_signals(process: subprocess.Popen[bytes]) -> None:
-    """A terminal sends its interrupt to the command itself; what is sent to this process alone ends the sandbox."""
+    """Ends the sandbox at a signal to this process. An interrupt from the terminal reaches the command itself."""
     signal.signal(signal.SIGINT, signal.SIG_IGN)
     for number in (signal.SIGTERM, signal.SIGHUP):
         signal.signal(number, lambda *_: process.terminate())
@@ -96,14 +96,14 @@ def _parser() -> argparse.ArgumentParser:
     parser = argparse.ArgumentParser(prog="sandbox", description="A sandboxed host with simulated cameras.")
     commands = parser.add_subparsers(required=True, metavar="run | reboot")
     run = commands.add_parser("run", help="run a command on the host")
-    run.add_argument("--state", metavar="DIR", help="keep the host's files there (default: gone at the end)")
+    run.add_argument("--state", metavar="DIR", help="keep the host's files in DIR (default: remove them at the end)")
     run.add_argument("--host", metavar="MODEL", help=f"{', '.join(state.host_names())} (default: {state.DEFAULT_HOST})")
     run.add_argument("--topology", metavar="NAME", help=f"USB controllers (default: {state.DEFAULT_TOPOLOGY})")
-    run.add_argument("--services", action="store_true", help="with the login, manager and streaming services running")
+    run.add_argument("--services", action="store_true", help="run the login, manager and streaming services too")
     run.add_argument("command", nargs="+", metavar="COMMAND", help="the command and its arguments, after --")
     run.set_defaults(run=_run)
-    reboot = commands.add_parser("reboot", help="switch the host off and on, with changes in between, in their order")
-    reboot.add_argument("--state", metavar="DIR", help="the host kept there (default: the one that this runs on)")
+    reboot = commands.add_parser("reboot", help="switch the host off, make the changes in their order, and switch it on")
+    reboot.add_argument("--state", metavar="DIR", help="the host in this folder (default: the one that this runs on)")
     add_changes(reboot)
     reboot.set_defaults(run=_reboot)
     default_build = REPOSITORY / "build/release"

@@ -1,5 +1,5 @@
-"""What the user is told when the sandbox cannot start."""
+"""The error for a sandbox that cannot start."""
 
 
 class SandboxError(Exception):
-    """The sandbox cannot start; the text is one sentence that says why."""
+    """The sandbox cannot start; the text is one sentence that gives the reason."""

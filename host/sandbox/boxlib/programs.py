@@ -20,8 +20,8 @@ BUILT_FOR_SBIN = ("readcfg",)
 
 
 class Programs:
-    """The contents of /usr/bin and /usr/sbin inside: links to the machine's own programs, to the project's and to
-    those of the build folder, of which the missing ones are noted."""
+    """The contents of /usr/bin and /usr/sbin in the sandbox: links to the machine's own programs, to the project's and to
+    those of the build folder; the names of missing ones are in `missing`."""
 
     def __init__(self, build: Path) -> None:
         self._build = build
@@ -49,7 +49,7 @@ class Programs:
                 yield name, path
 
     def _find(self, name: str) -> Path | None:
-        """Looks at the top of the build folder and in the folders of host/ and tools/."""
+        """Searches the top of the build folder and the folders of host/ and tools/."""
         patterns = (name, f"host/tools/{name}", f"host/tools/*/{name}", f"tools/{name}/{name}")
         found = (path for pattern in patterns for path in self._build.glob(pattern) if path.is_file())
         return next(found, None)

@@ -1,4 +1,4 @@
-"""The command "sandbox reboot": the host goes down, its hardware changes, and it comes up again."""
+"""The command "sandbox reboot": switches the host off, changes its hardware, and switches it on again."""
 
 from __future__ import annotations
 
@@ -15,7 +15,7 @@ from simlib.ports import parse_port
 
 
 def reboot_here(changes: Sequence[Sequence[str]]) -> int:
-    """Reboots the host that this runs on; returns how its start-up ended."""
+    """Reboots the host that this runs on; returns the status of its start-up."""
     SimulatedHost().reboot([hardware_change(*words) for words in changes])
     status = start_up()
     _restart_services()
@@ -23,18 +23,18 @@ def reboot_here(changes: Sequence[Sequence[str]]) -> int:
 
 
 def _restart_services() -> None:
-    """Those that run beside the host's commands, if any."""
+    """Restarts the services that run together with the host's commands, if any."""
     services = os.environ.get("HOST_SERVICES_PID")
     if services is not None:
         os.kill(int(services), signal.SIGUSR1)
 
 
 def add_changes(parser: argparse.ArgumentParser) -> None:
-    """Adds the options that say what happens while the host is off; they are kept in the order given."""
+    """Adds the options for the changes while the host is off; the changes keep their order."""
     for option, places, meaning in (
         ("--plug", ("CAMERA", "PORT"), "plug a camera in"),
-        ("--unplug", ("PORT",), "pull a camera out, or a hub with all that hangs on it"),
-        ("--move", ("PORT", "TO"), "the same, and plug it in elsewhere"),
+        ("--unplug", ("PORT",), "unplug a camera, or a hub with everything on it"),
+        ("--move", ("PORT", "TO"), "unplug it, and plug it in elsewhere"),
         ("--swap", ("PORT", "OTHER"), "exchange what is in two ports"),
     ):
         parser.add_argument(
@@ -48,7 +48,7 @@ class _Append(argparse.Action):
 
 
 def hardware_change(option: str, *words: str) -> Change:
-    """The change that an option asks for: "--move", "3-1", "1-2"."""
+    """Makes the change of an option, such as "--move", "3-1", "1-2"."""
     def change(machine: Machine) -> None:
         if option == "--plug":
             machine.plug(load_camera(words[0]), parse_port(words[1]))

@@ -40,7 +40,7 @@ LINKS = {
 
 
 def prepare(folder: Path, host: str | None, topology: str | None) -> None:
-    """Makes the state of a new host, or checks that an existing one is what is asked for."""
+    """Makes the state of a new host, or checks that an existing one has the wanted kind."""
     folder.mkdir(parents=True, exist_ok=True)
     with _locked(folder):
         facts = folder / "host.json"
@@ -76,7 +76,7 @@ def _create(folder: Path, host: str, topology: str) -> None:
 
 
 def _copy_writable(source: str, target: str) -> None:
-    """Copies contents and the execute bits: a host whose files came from a read-only place can still change them."""
+    """Copies contents and execute bits, but no other permissions, so that the host can change every file."""
     shutil.copyfile(source, target)
     os.chmod(target, 0o644 | (os.stat(source).st_mode & 0o111))
 

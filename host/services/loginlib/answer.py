@@ -1,4 +1,4 @@
-"""The answers, in which clients look for the text between markers."""
+"""The answers; clients search them for the text between markers."""
 
 from __future__ import annotations
 

@@ -1,4 +1,4 @@
-"""What a request's query says. The client sends a "+" as it is, so a "+" is no blank here."""
+"""Reads the query of a request. The client does not escape a "+", so a "+" is not a blank here."""
 
 from __future__ import annotations
 
@@ -10,7 +10,7 @@ Query = dict[str, bytes]
 
 
 def parse(query: bytes) -> Query:
-    """The first value of each name."""
+    """Returns the first value of each name."""
     values: Query = {}
     for field in query.split(b"&"):
         name, _, value = field.partition(b"=")
@@ -19,7 +19,7 @@ def parse(query: bytes) -> Query:
 
 
 def text(query: Query, name: str) -> str | None:
-    """A value that is text, or nothing."""
+    """Returns a value as text, or nothing."""
     try:
         return query[name].decode()
     except (KeyError, UnicodeDecodeError):

@@ -1,4 +1,4 @@
-"""The log of requests, one JSON object a line. It tells who asked for what, and no password or session to misuse."""
+"""The log of requests, one JSON object per line. It shows who asked for what, but no password, and no whole session."""
 
 from __future__ import annotations
 
@@ -8,7 +8,7 @@ from datetime import datetime, timezone
 from pathlib import Path
 
 DEFAULT_FILE = Path("/var/log/vl/login-requests.log")
-# Enough to tell sessions apart, and not enough to use one.
+# Enough to distinguish sessions, but not enough to use one.
 SHOWN_OF_A_SESSION = 8
 
 

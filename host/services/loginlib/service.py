@@ -18,7 +18,7 @@ from loginlib.users import Users
 
 ADDRESS = "127.0.0.1"
 DEFAULT_PORT = 58080
-# The library asks the host in the same words.
+# The library asks the host with the same command.
 PORT_QUERY = ["/sbin/readcfg", "System", "InnerWebAccessPort", "-d", str(DEFAULT_PORT)]
 
 
@@ -41,7 +41,7 @@ class Page(RequestHandler):
 
 
 class LoginPage(Page):
-    """Opens a session for "user" and "pwd"; with "sid" instead, tells whether that session is open."""
+    """Opens a session for "user" and "pwd"; with "sid" instead, checks whether that session is open."""
 
     async def get(self) -> None:
         session = query.text(self.query, "sid")
@@ -56,7 +56,7 @@ class LoginPage(Page):
         self.write(answer.passed() if is_open else answer.refused())
 
     async def _log_in(self, user: str | None, password: bytes | None) -> None:
-        # The hash is slow on purpose; others are served meanwhile.
+        # The hash is slow so that guessing is slow; other requests are served meanwhile.
         if user is None or password is None or not await asyncio.to_thread(self.users.accepts, user, password):
             self._outcome(False, request="login", user=user)
             self.write(answer.refused())
@@ -88,7 +88,7 @@ def application(known_users: Users, log: RequestLog) -> Application:
 
 
 def port() -> int:
-    """The port that the host's settings give the web server."""
+    """Returns the TCP port of the web server in the host's settings."""
     try:
         return int(subprocess.run(PORT_QUERY, capture_output=True, text=True, check=True).stdout)
     except (OSError, subprocess.CalledProcessError, ValueError):

@@ -1,4 +1,4 @@
-"""The sessions that are open. They end at the log-out, when nobody has asked for them for a while, and with the service."""
+"""The open sessions. They end at the logout, when nobody has asked for them for some time, and with the service."""
 
 from __future__ import annotations
 
@@ -21,7 +21,7 @@ class Sessions:
         return session
 
     def use(self, session: str) -> bool:
-        """Tells whether the session is open; asking keeps it open."""
+        """Returns whether the session is open, and keeps it open."""
         self._forget_idle()
         if session not in self._last_use:
             return False
@@ -29,7 +29,7 @@ class Sessions:
         return True
 
     def close(self, session: str) -> bool:
-        """Tells whether it was open."""
+        """Closes the session; returns whether it was open."""
         self._forget_idle()
         return self._last_use.pop(session, None) is not None
 

@@ -13,22 +13,22 @@ from argon2 import PasswordHasher
 from argon2.exceptions import InvalidHash, VerificationError
 
 DEFAULT_FILE = Path("/etc/config/login-users")
-# What a login request can carry; the library refuses longer ones.
+# The longest that fits a login request; the library refuses longer ones.
 LONGEST = 64
-# ":" ends the name in the file and in a header; the library leaves the other two as they are in a query.
+# ":" ends the name in the file and in a header; the library does not escape the other two in a query.
 FORBIDDEN_IN_NAMES = ":&%"
 
 Hashes = dict[str, str]
 
 
 class UserError(Exception):
-    """The text says in a sentence why a user cannot be added or removed."""
+    """A user cannot be added or removed; the text is a sentence with the reason."""
 
 
 class Users:
     def __init__(self, file: Path) -> None:
         self._file = file
-        # The least that is recommended: small hosts have little memory.
+        # The smallest recommended values, because small hosts have little memory.
         self._hasher = PasswordHasher(time_cost=2, memory_cost=19 * 1024, parallelism=1)
 
     def names(self) -> list[str]:
@@ -56,7 +56,7 @@ class Users:
 
     @cached_property
     def _nobody(self) -> str:
-        """The hash for unknown names: they take as long as a wrong password, so that no answer's time tells them."""
+        """Returns the hash for unknown names. They take as long as a wrong password, so that the time shows nothing."""
         return str(self._hasher.hash(os.urandom(16)))
 
     def _read(self) -> Hashes:
@@ -67,7 +67,7 @@ class Users:
         return {name: hashed for name, _, hashed in (line.partition(":") for line in lines) if name}
 
     def _change(self, change: Callable[[Hashes], object]) -> None:
-        """Replaces the file as a whole, one change after the other."""
+        """Replaces the whole file, one change after the other."""
         folder = os.open(self._file.parent, os.O_RDONLY | os.O_DIRECTORY)
         try:
             fcntl.flock(folder, fcntl.LOCK_EX)

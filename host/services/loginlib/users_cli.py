@@ -27,7 +27,7 @@ def main(arguments: list[str]) -> int:
 
 
 def _password() -> bytes:
-    """From the terminal without showing it, else the first line of standard input; a command line is seen by all."""
+    """Reads the password from the terminal, without showing it, or the first line of standard input."""
     if sys.stdin.isatty():
         return getpass.getpass().encode()
     return sys.stdin.buffer.readline().rstrip(b"\n")
@@ -37,7 +37,7 @@ def _parser() -> argparse.ArgumentParser:
     parser = argparse.ArgumentParser(prog="login-users", description="The users of the host's login service.")
     parser.add_argument("--users", metavar="FILE", type=Path, default=DEFAULT_FILE, help=f"default: {DEFAULT_FILE}")
     commands = parser.add_subparsers(dest="command", required=True, metavar="add|remove|list")
-    add = commands.add_parser("add", help="add a user or change the password, which is asked for or read from a pipe")
+    add = commands.add_parser("add", help="add a user or change the password; asks for it, or reads it from a pipe")
     add.add_argument("name", metavar="NAME")
     remove = commands.add_parser("remove", help="remove a user")
     remove.add_argument("name", metavar="NAME")

@@ -1,1 +1,1 @@
-"""The streaming manager: it hears of changes and runs a stream for each profile that can have one."""
+"""The manager: it receives change notifications and runs a stream for each profile that can stream."""

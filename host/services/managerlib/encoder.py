@@ -1,4 +1,4 @@
-"""The process that makes a stream: ffmpeg with test pictures for what a camera would give."""
+"""The process that makes a stream: ffmpeg with test pictures in place of a camera."""
 
 from __future__ import annotations
 
@@ -12,7 +12,7 @@ SEGMENTS_KEPT = 6
 
 
 def name(stream: Stream) -> str:
-    """The name, with the device's number, by which the library looks for the process.
+    """Returns the name, with the node, that the library searches the process list for.
 
     Pictures that the camera compresses are read from its node; raw ones come through a pipe to the host's encoder.
     """
@@ -24,12 +24,12 @@ def arguments(stream: Stream, playlist: Path) -> list[str]:
     return [
         *("-nostdin", "-hide_banner", "-loglevel", "error"),
         *("-re", "-f", "lavfi", "-i", pictures),
-        # browsers play H.264 only, whatever the camera gives
+        # browsers play only H.264, whatever the camera sends
         *("-codec:v", "libx264", "-preset", "ultrafast", "-tune", "zerolatency", "-pix_fmt", "yuv420p"),
         *("-force_key_frames", f"expr:gte(t,n_forced*{SEGMENT_SECONDS})"),
         *("-f", "hls", "-hls_time", str(SEGMENT_SECONDS), "-hls_list_size", str(SEGMENTS_KEPT)),
         *("-hls_flags", "delete_segments+temp_file"),
-        # a stream that is started again goes on with higher numbers, so that no viewer takes its segments for old ones
+        # a stream that is started again continues with higher numbers, so that no viewer confuses new and old segments
         *("-hls_start_number_source", "epoch"),
         *("-hls_segment_filename", str(playlist.with_name("%d.ts")), str(playlist)),
     ]

@@ -1,4 +1,4 @@
-"""The stream of one profile: it runs as long as it is wanted, and is started again when its encoder fails."""
+"""The stream of one profile: it runs as long as the settings want it, and starts again when its encoder fails."""
 
 from __future__ import annotations
 
@@ -13,23 +13,23 @@ from managerlib.library import Library, Stream
 from managerlib.pauses import Pauses
 from managerlib.stream_process import StreamProcess
 
-# A busy machine takes several times as long for a segment, and a start takes more.
+# A busy machine needs several times as long for a segment, and a start needs longer.
 PATIENCE_SECONDS = 10 * encoder.SEGMENT_SECONDS
 NEVER = math.inf
 
 
 class KeptStream:
     def __init__(self, profile: int, library: Library, wake: Callable[[], None]) -> None:
-        """`wake` is called when there is something to look at before it is due."""
+        """`wake` is called when something happens before `due`."""
         self.profile = profile
-        self.due = NEVER  # when to look next, if nothing happens before
+        self.due = NEVER  # the next time to check, if nothing happens before
         self._library = library
         self._wake = wake
         self._wanted: Stream | None = None
         self._process: StreamProcess | None = None
 
     async def want(self, stream: Stream | None) -> None:
-        """A stream that is wanted as it is already goes on, or goes on waiting for its next start."""
+        """Sets what has to be streamed. If that is unchanged, the stream, or the pause before its start, continues."""
         if stream == self._wanted:
             return
         await self.stop()
@@ -38,7 +38,7 @@ class KeptStream:
         self.due = NEVER if stream is None else time.monotonic()
 
     async def look(self) -> None:
-        """Does what is due: starts the encoder, or sees whether it still works."""
+        """Does what is due: starts the encoder, or checks that it still works."""
         is_due = time.monotonic() >= self.due
         if self._process is None:
             if self._wanted and is_due:

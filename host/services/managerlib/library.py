@@ -1,4 +1,4 @@
-"""The library, asked as the manager daemon asks it."""
+"""Calls the library as the manager of a real host does."""
 
 from __future__ import annotations
 
@@ -30,7 +30,7 @@ class StreamInfo(ctypes.Structure):
 
 @dataclass(frozen=True)
 class Stream:
-    """What a profile streams."""
+    """Describes what a profile streams."""
 
     node: int
     is_mjpeg: bool
@@ -47,7 +47,7 @@ class Library:
         self._calls = ctypes.CDLL("libusbdevlib.so")
 
     def stream(self, profile: int) -> Stream | None:
-        """What the profile is to stream now: nothing without a camera, and while it is away, parked or off."""
+        """Returns what the profile has to stream now; None if it has no camera, or one that is unplugged, waits or is off."""
         info = StreamInfo()
         if self._calls.vl_get_stream_info(profile, ctypes.byref(info)) != 0 or info.stream_type not in WITH_VIDEO:
             return None

@@ -1,4 +1,4 @@
-"""The change notification, taken apart."""
+"""Decodes a change notification."""
 
 from __future__ import annotations
 
@@ -7,7 +7,7 @@ import struct
 from dataclasses import dataclass
 
 MAGIC = b"ORDA_VLM2_CFCG_N"
-# Sender and receiver run on one host, so numbers are in its own byte order.
+# Sender and receiver run on one host, so the numbers have its byte order.
 _LAYOUT = struct.Struct("=16s16s6i")
 _EVENTS = {6: "6 (plugged)", 7: "7 (removed)"}
 
@@ -30,7 +30,7 @@ class Notification:
         )
 
     def _request(self) -> str:
-        """A header of nothing but an address is that of the client whose request cleared a profile."""
+        """Returns the client's address if the header contains nothing else: a client has cleared a profile."""
         before, address, after = self.header[:4], self.header[4:8], self.header[8:]
         if not any(self.header):
             return "none"
@@ -38,7 +38,7 @@ class Notification:
 
 
 def decode(datagram: bytes) -> Notification:
-    """Raises ValueError for a datagram of another size or with another beginning."""
+    """Decodes a datagram; raises ValueError for one of another size or with another beginning."""
     if len(datagram) != _LAYOUT.size:
         raise ValueError(f"it has {len(datagram)} bytes, not {_LAYOUT.size}")
     magic, header, *numbers = _LAYOUT.unpack(datagram)

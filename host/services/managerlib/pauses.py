@@ -4,18 +4,18 @@ from __future__ import annotations
 
 SHORTEST_SECONDS = 1
 LONGEST_SECONDS = 60
-# An encoder that ran for so long ran well: what ended it is not what ended the one before.
+# An encoder that ran this long worked: it failed for another reason than the one before.
 WELL_SECONDS = 60
 
 
 class Pauses:
-    """They double from failure to failure."""
+    """The pauses, which double with each failure."""
 
     def __init__(self) -> None:
         self._next = SHORTEST_SECONDS
 
     def after(self, ran_seconds: float) -> int:
-        """The pause after the failure of an encoder that ran for so long."""
+        """Returns the pause after the failure of an encoder that ran for this time."""
         if ran_seconds >= WELL_SECONDS:
             self._next = SHORTEST_SECONDS
         pause = self._next

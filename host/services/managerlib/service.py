@@ -15,7 +15,7 @@ ADDRESS = ("127.0.0.1", 10171)
 
 
 class Receiver(asyncio.DatagramProtocol):
-    """Prints each notification, and has the streams brought into line."""
+    """Prints each notification, and updates the streams."""
 
     def __init__(self, streams: Streams) -> None:
         self._streams = streams

@@ -1,4 +1,4 @@
-"""A running stream: its process, and the playlist and segments in the profile's stream directory."""
+"""A running stream: its process, and the playlist and segments in the profile's stream folder."""
 
 from __future__ import annotations
 
@@ -31,11 +31,11 @@ class StreamProcess:
 
     @property
     def status(self) -> int | None:
-        """What the process ended with, if it has ended."""
+        """Returns the exit status of the process, if it has ended."""
         return self._process.returncode
 
     def has_grown(self) -> bool:
-        """Whether the playlist has been written since the last call."""
+        """Returns whether the playlist was written since the last call."""
         before, self._last_written = self._last_written, self._written()
         return self._last_written not in (None, before)
 
@@ -46,7 +46,7 @@ class StreamProcess:
         await self.kill()
 
     async def kill(self) -> None:
-        """Ends also a process that does not react any more."""
+        """Ends the process, even if it does not react any more."""
         if self.status is None:
             self._process.kill()
             await self._end
@@ -59,7 +59,7 @@ class StreamProcess:
             return None
 
     def _remove_files(self) -> None:
-        """What is not there any more is not live any more. The playlist goes first: it names the others."""
+        """Removes the files of a stream that has ended. The playlist is removed first, because it names the others."""
         self._playlist.unlink(missing_ok=True)
         for pattern in ("*.ts", "*.tmp"):
             for file in self._playlist.parent.glob(pattern):

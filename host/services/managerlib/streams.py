@@ -1,4 +1,4 @@
-"""The streams of the four profiles, kept as the library's settings want them."""
+"""The streams of the four profiles, as the library's settings describe them."""
 
 from __future__ import annotations
 
@@ -20,7 +20,7 @@ class Streams:
         self._ended = False
 
     def look_again(self) -> None:
-        """Something has changed. What, is in the settings: several changes at once take one look."""
+        """Notes a change. Several changes are handled together, because the settings show all of them."""
         self._changed = True
         self._wake.set()
 
@@ -29,8 +29,8 @@ class Streams:
         self._wake.set()
 
     async def follow(self) -> None:
-        """Brings the streams into line at once, at each change and when an encoder fails, until the end, which is that
-        of all streams."""
+        """Updates the streams now, at each change and when an encoder fails, until the end;
+        then ends all streams."""
         try:
             while not self._ended:
                 self._wake.clear()
@@ -49,7 +49,7 @@ class Streams:
             await stream.want(self._library.stream(stream.profile))
 
     async def _sleep(self) -> None:
-        """Until something happens or is due."""
+        """Waits until something happens or is due."""
         due = min(stream.due for stream in self._streams)
         try:
             await asyncio.wait_for(self._wake.wait(), due - time.monotonic())

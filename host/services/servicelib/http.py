@@ -9,7 +9,7 @@ from tornado.httputil import HTTPHeaders, HTTPMessageDelegate, RequestStartLine
 from tornado.iostream import IOStream
 
 
-# What tornado answers to a request that it cannot read, and the same as every other answer is.
+# What tornado answers to a request that it cannot read, and the same answer with the headers of all others.
 BARE_REFUSAL = b"HTTP/1.1 400 Bad Request\r\n\r\n"
 REFUSAL = (
     b"HTTP/1.1 400 Bad Request\r\n"
@@ -23,7 +23,7 @@ REFUSAL = (
 
 
 class Server(HTTPServer):
-    """Refuses bodies in chunks: tornado reads a chunk of a negative length for ever, and serves nobody meanwhile."""
+    """Refuses bodies in chunks, because tornado reads a chunk of negative length for ever and serves nobody meanwhile."""
 
     def handle_stream(self, stream: IOStream, address: tuple[str, int]) -> None:
         write = stream.write

@@ -1,4 +1,4 @@
-"""A service's life: it listens, says so, works until it is asked to end, and ends in order."""
+"""How a service runs: it listens, prints that, works until it has to end, and ends in order."""
 
 from __future__ import annotations
 
@@ -11,7 +11,7 @@ from collections.abc import Coroutine
 
 
 def run(service: Coroutine[None, None, None]) -> int:
-    """Runs a service to its end. An address that cannot be had, or another refusal of the system, is told in a line."""
+    """Runs a service until it ends. If an address is in use, or the system refuses something else, prints one line."""
     try:
         asyncio.run(service)
     except OSError as problem:
@@ -21,7 +21,7 @@ def run(service: Coroutine[None, None, None]) -> int:
 
 
 async def until_stopped(address: str) -> None:
-    """Tells that the service listens on the address, and returns when a signal asks it to end."""
+    """Prints that the service listens on the address, and returns when a signal ends it."""
     stop = asyncio.Event()
     for number in (signal.SIGINT, signal.SIGTERM):
         asyncio.get_running_loop().add_signal_handler(number, stop.set)
@@ -31,12 +31,12 @@ async def until_stopped(address: str) -> None:
 
 
 def say(text: str) -> None:
-    """A line about the service itself, which is not part of what it prints."""
+    """Prints a line about the service itself, on standard error."""
     print(f"{os.path.basename(sys.argv[0])}: {text}", file=sys.stderr, flush=True)
 
 
 def _tell_starter() -> None:
-    """The protocol of sd_notify(3): whoever started the service may want to wait until it is ready."""
+    """Reports that the service is ready, with the protocol of sd_notify(3), to the program that started it."""
     starter = os.environ.get("NOTIFY_SOCKET")
     if starter:
         with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as out:

@@ -1,4 +1,4 @@
-"""The command "with-services": the services run as long as a command does."""
+"""The command "with-services": runs the services as long as a command runs."""
 
 from __future__ import annotations
 
@@ -18,7 +18,7 @@ LOGS = Path("/var/log/vl")
 SERVICES = ("login-service", "manager-service", "streaming-service")
 CANNOT_START = 125
 LOOK_SECONDS = 0.1
-# How the command, or the host's reboot in it, has the services restarted: this signal, to the process named there.
+# The command, or a reboot of the host in it, sends this signal to this process to restart the services.
 RESTART = signal.SIGUSR1
 PID_VARIABLE = "HOST_SERVICES_PID"
 
@@ -26,11 +26,11 @@ Service = subprocess.Popen[bytes]
 
 
 class ServiceError(Exception):
-    """A service did not start; the text says which and why."""
+    """A service did not start; the text names it and gives the reason."""
 
 
 def main(arguments: list[str]) -> int:
-    parser = argparse.ArgumentParser(prog="with-services", description="Runs a command beside the host's services.")
+    parser = argparse.ArgumentParser(prog="with-services", description="Runs a command together with the host's services.")
     parser.add_argument("command", nargs="+", metavar="COMMAND", help="the command and its arguments, after --")
     options = parser.parse_args(arguments)
     try:
@@ -43,7 +43,7 @@ def main(arguments: list[str]) -> int:
 
 
 def _run(command: list[str], services: Services) -> int:
-    """A terminal's interrupt reaches the command itself; what is sent to this process alone is for the command."""
+    """Runs the command and passes signals to it. An interrupt from the terminal reaches the command itself."""
     process = subprocess.Popen(command, env={**os.environ, PID_VARIABLE: str(os.getpid())})
     signal.signal(signal.SIGINT, signal.SIG_IGN)
     for number in (signal.SIGTERM, signal.SIGHUP):
@@ -54,7 +54,7 @@ def _run(command: list[str], services: Services) -> int:
 
 
 class Services:
-    """All services, ready once they are started."""
+    """All services; after start() they are ready."""
 
     def __init__(self) -> None:
         self._running = ExitStack()
@@ -66,7 +66,7 @@ class Services:
                 _wait_for_one(ready, services)
 
     def restart(self) -> None:
-        """One that does not come back is told; the command goes on without it."""
+        """Restarts all. Prints a line about one that does not start again; the command continues without it."""
         self.close()
         try:
             self.start()
@@ -87,7 +87,7 @@ def _ready_socket() -> Iterator[socket.socket]:
 
 @contextmanager
 def _service(name: str, ready: str) -> Iterator[Service]:
-    """Its output goes to a log of its own. It does not hear the terminal's interrupt, which is for the command."""
+    """Starts a service. Its output goes to its own log. An interrupt from the terminal does not reach it."""
     LOGS.mkdir(parents=True, exist_ok=True)
     with open(LOGS / f"{name}.log", "ab") as log:
         process = subprocess.Popen(

@@ -1,4 +1,4 @@
-"""A signal to the streaming service. What its bytes mean is between its sender and the service, so they are shown as they are."""
+"""A signal to the streaming service. Only its sender knows what the bytes mean, so they are shown as they are."""
 
 from __future__ import annotations
 
@@ -14,6 +14,6 @@ def check(message: bytes) -> None:
 
 
 def shown(message: bytes) -> str:
-    """Each byte in hexadecimal, and as a character where it is one."""
+    """Returns each byte in hexadecimal, and as a character if it is one."""
     characters = "".join(chr(byte) if 0x20 <= byte < 0x7F else "." for byte in message)
     return f"signal  {message.hex(' ', 4)}  |{characters}|"

@@ -10,7 +10,7 @@ from servicelib import lifecycle
 from streaminglib import message
 
 ADDRESS = ("127.0.0.1", 10170)
-# A sender that stays silent does not hold its connection for ever.
+# The connection of a sender that sends nothing is closed after this time.
 PATIENCE_SECONDS = 10
 
 
@@ -29,7 +29,7 @@ async def receive(reader: asyncio.StreamReader, writer: asyncio.StreamWriter) ->
 
 
 async def _whole(reader: asyncio.StreamReader) -> bytes:
-    """All that the sender sends, but not more than is needed to see that it is too much."""
+    """Reads what the sender sends, but no more than is needed to notice that it is too much."""
     try:
         return await reader.readexactly(message.SIZE + 1)
     except asyncio.IncompleteReadError as end:

@@ -1,7 +1,7 @@
 "use strict";
 
-// Shows the stream that the page's address names, or the sentence that says why there is none. What may pass is asked
-// about until it has passed, also where the browser takes itself for offline: the host may be in the same house.
+// Shows the stream of the page's address, or the sentence that explains why there is none. If the reason can change, the
+// page asks until it has, even if the browser believes that it is offline, because the host may be in the same house.
 
 const kAskAgain = 2000; // milliseconds, as all of these
 const kAskAtMost = 10000;
@@ -9,8 +9,8 @@ const kLook = 500;
 const kStandsStill = 3000;
 const kBeginAnew = 8000;
 
-const kWaiting = "The stream is not there yet; it is shown as soon as it is.";
-const kStill = "The picture stands still; it goes on as soon as the camera sends a new one.";
+const kWaiting = "The stream has not begun yet; it will be shown as soon as it begins.";
+const kStill = "The picture does not move; it will continue as soon as the camera sends a new one.";
 const kAway = "The host does not answer; the page tries again.";
 const kCannotPlay = "This browser cannot play live streams.";
 const kInvisible = /[\p{Cc}\u061c\u200e\u200f\u202a-\u202e\u2066-\u2069]/gu;
@@ -22,7 +22,7 @@ let password = "";
 let player = null;
 let asking = false;
 let timer = 0;
-let seen = ""; // the playlist as it was when it was looked at last
+let seen = ""; // the playlist as it was at the last check
 let position = 0; // of the picture, and since when
 let since = 0;
 
@@ -100,7 +100,7 @@ const follow = {
     show("waits", answer.sentence);
     lookLater();
   },
-  // What has come already is shown to its end.
+  // What has arrived is still shown to its end.
   away(answer) {
     if (isPlaying()) return;
     show("away", answer.sentence);
@@ -152,17 +152,17 @@ function play(playlist) {
       show("waits", kWaiting);
       lookLater();
     } else {
-      look(); // the link may have been taken back, or the camera been pulled
+      look(); // the link may have been removed, or the camera unplugged
     }
   });
   player.on(Hls.Events.MANIFEST_PARSED, () => {
-    video.play().catch(() => {}); // a browser that plays nothing by itself shows its controls
+    video.play().catch(() => {}); // if the browser does not play by itself, it shows its controls
   });
   player.loadSource(playlist);
   player.attachMedia(video);
 }
 
-// Whether the picture moves, or rests because the viewer wants it.
+// Returns whether the picture moves, or has been stopped by the viewer.
 const isWell = () => video.currentTime !== position || (video.paused && !video.ended) || document.hidden;
 
 function watch() {

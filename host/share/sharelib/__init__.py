@@ -1,1 +1,1 @@
-"""The page behind a share link: it asks the library whether the link opens, and shows the stream or says why not."""
+"""The page that a share link opens: it asks the library whether the link is valid, and shows the stream, or why not."""

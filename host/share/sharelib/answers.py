@@ -1,11 +1,11 @@
-"""What all answers have in common: their headers, and how much of a request's body is taken."""
+"""What all answers have in common: their headers, and the limit of a request's body."""
 
 from __future__ import annotations
 
 from tornado.web import HTTPError, RequestHandler, StaticFileHandler, stream_request_body
 
 LONGEST_BODY = 4096
-# The page plays what the player hands it as a blob, and loads nothing from elsewhere. Its address is a secret.
+# The page plays what the player gives it as a blob, and loads nothing from other sites. Its address is a secret.
 POLICY = ("default-src 'self'", "media-src 'self' blob:", "worker-src 'self' blob:", "frame-ancestors 'none'")
 HEADERS = {
     "Content-Security-Policy": "; ".join(POLICY),
@@ -24,14 +24,14 @@ class Answer(RequestHandler):
         self.body = b""
 
     def data_received(self, chunk: bytes) -> None:
-        """Counts what comes: whoever sends too much gets an answer at once."""
+        """Counts the bytes; answers at once when they are too many."""
         self.body += chunk
         if len(self.body) > LONGEST_BODY:
             self.send_error(413)
 
 
 class PageFile(Answer, StaticFileHandler):
-    """A file of the page, which browsers ask for again when it has changed."""
+    """A file of the page; browsers load it again only when it has changed."""
 
     def set_extra_headers(self, path: str) -> None:
         self.set_header("Cache-Control", "no-cache")

@@ -1,4 +1,4 @@
-"""How often somebody may be wrong: a few times a minute, counted for each address and link."""
+"""Limits wrong attempts to a few per minute, counted for each address and link."""
 
 from __future__ import annotations
 
@@ -9,7 +9,7 @@ from collections.abc import Callable
 
 ALLOWED = 5
 SECONDS = 60
-# Whoever has more addresses than that is not kept from guessing by counting.
+# Counting does not stop a visitor who has more addresses than that.
 MOST_VISITORS = 1000
 
 Visitor = tuple[str, str]  # address and share id
@@ -18,10 +18,10 @@ Visitor = tuple[str, str]  # address and share id
 class Attempts:
     def __init__(self, clock: Callable[[], float] = time.monotonic) -> None:
         self._clock = clock
-        self._wrong: dict[Visitor, deque[float]] = {}  # the visitor who was wrong last comes last
+        self._wrong: dict[Visitor, deque[float]] = {}  # the visitor with the latest wrong attempt is the last
 
     def pause(self, visitor: Visitor) -> int:
-        """The seconds until the visitor may try again."""
+        """Returns the seconds until the visitor may try again."""
         times = self._wrong.get(visitor, ())
         if len(times) < ALLOWED:
             return 0

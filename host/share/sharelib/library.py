@@ -26,7 +26,7 @@ class ShareLinkInfo(ctypes.Structure):
 
 @dataclass(frozen=True)
 class Link:
-    """What a link leads to, and what still has to be asked for."""
+    """The stream of a share link, and the password that still has to be checked."""
 
     name: str
     stream: str
@@ -38,13 +38,13 @@ class Library:
         self._library = library
 
     def web_port(self) -> int | None:
-        """The port of the host's web pages."""
+        """Returns the TCP port of the host's web pages."""
         port = ctypes.c_int(0)
         result = self._library.vl_get_nas_HTTPport(ctypes.byref(port))
         return port.value if result == 0 and port.value > 0 else None
 
     def open(self, ssid: str, token: str) -> tuple[int, Link | None]:
-        """Whether a share id and token open a stream: the result code, and the link when they do."""
+        """Checks whether a share id and token open a stream: returns the result code, and the link if they do."""
         profile, code = ctypes.c_int(-1), ctypes.c_int(WRONG_TOKEN)
         wanted = ssid.encode(), token.encode()
         self._library.vl_ssid_auth(*wanted, ctypes.byref(profile), ctypes.byref(code))
@@ -52,7 +52,7 @@ class Library:
             return code.value, None
         info = ShareLinkInfo(profile=profile.value)
         found = self._library.vl_get_share_link(ctypes.byref(info)) == 0
-        # The link may have been renewed between the two calls, and the new stream is not for the old token.
+        # The link may have been renewed between the two calls, and the old token must not open it.
         if not found or (info.ssid, info.token) != wanted:
             return WRONG_TOKEN, None
         return OPENS, _link(info)

@@ -23,12 +23,12 @@ HERE = Path(__file__).resolve().parent.parent
 PAGE = HERE / "page"
 PLAYER = HERE / "node_modules/hls.js/dist"
 DEFAULT_PORT = 8080
-# A connection is given up that takes longer for a request's head, the wait for it included, or for its body.
+# A connection is closed when the head of a request, with the wait for it, or its body takes longer.
 PATIENCE_SECONDS = 10
 
 
 class Page(Answer):
-    """The same page for every link; its script reads the link and asks."""
+    """Sends the page, which is the same for every link; its script reads the link and asks."""
 
     def get(self) -> None:
         self.write((PAGE / "share.html").read_bytes())
@@ -37,7 +37,7 @@ class Page(Answer):
 
 
 class Question(Answer):
-    """Answers whether the link opens: a JSON object with ssid, token and password."""
+    """Answers whether the link is valid; the request is a JSON object with ssid, token and password."""
 
     def initialize(self, library: Library, attempts: Attempts, turn: asyncio.Lock) -> None:
         self.library = library
@@ -46,7 +46,7 @@ class Question(Answer):
 
     async def post(self) -> None:
         ssid, token, password = self._texts("ssid", "token", "password")
-        # A wrong attempt is counted before the next one is looked at; the library takes one question at a time anyway.
+        # A wrong attempt is counted before the next one is checked; the library answers one question at a time anyway.
         async with self.turn:
             judged = await self._judge(ssid, token, password)
         self.set_header("Cache-Control", "no-store")
@@ -60,7 +60,7 @@ class Question(Answer):
         pause = self.attempts.pause(visitor)
         if pause:
             return verdict.paused(pause)
-        # The library waits for whoever else has the configuration; files are served meanwhile.
+        # The library may have to wait for the configuration; files are served meanwhile.
         judged = await asyncio.to_thread(verdict.judge, self.library, ssid, token, password)
         if judged.is_wrong:
             self.attempts.add_wrong(visitor)
@@ -75,7 +75,7 @@ class Question(Answer):
 
 
 def _text(value: object) -> str:
-    """Raises ValueError for what is no text that can be sent on."""
+    """Raises ValueError unless the value is a text that can be sent."""
     if not isinstance(value, str) or "\0" in value:
         raise ValueError
     value.encode()
@@ -93,7 +93,7 @@ def application(library: Library) -> Application:
             (streams.ROUTE, streams.StreamFile, {"path": streams.APPLICATION}),
         ],
         default_handler_class=NothingThere,
-        log_function=lambda _: None,  # requests carry what opens a stream
+        log_function=lambda _: None,  # requests contain the secrets that open a stream
     )
 
 

@@ -1,4 +1,4 @@
-"""The files of the live streams, under the names of their public links."""
+"""The files of the streams, under the hashes of their share links."""
 
 from __future__ import annotations
 
@@ -16,7 +16,7 @@ TYPES = {
     ".m4s": "video/iso.segment",
     ".mp4": "video/mp4",
 }
-# A link's name cannot be guessed, and whoever has it may see the stream. Nothing else of the application is served.
+# A hash cannot be guessed, and whoever knows it may see the stream. Nothing else of the application is served.
 ROUTE = r"/([0-9a-f]{32}/[A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
 
 
@@ -33,4 +33,4 @@ class StreamFile(Answer, StaticFileHandler):
         self.set_header("Cache-Control", "no-store")
 
     def compute_etag(self) -> None:
-        """None: it would be kept in memory for every file that there ever was, and a playlist's would never change."""
+        """Returns None: versions would be kept in memory for ever, and a playlist's would never change."""

@@ -1,4 +1,4 @@
-"""What a viewer is told: where the stream is, that a password is needed, or why there is nothing to see."""
+"""What a viewer gets: the path of the stream, the request for a password, or the reason why there is nothing to see."""
 
 from __future__ import annotations
 
@@ -29,7 +29,7 @@ PASSING_REASONS = {
 @dataclass(frozen=True)
 class Verdict:
     answer: dict[str, str | int]
-    is_wrong: bool = False  # a token or password was given, and it is not the right one
+    is_wrong: bool = False  # a token or password was given, and it is wrong
     pause: int = 0  # seconds
 
 
@@ -40,7 +40,7 @@ class Links(Protocol):
 
 
 def judge(links: Links, ssid: str, token: str, password: str) -> Verdict:
-    # The library takes an empty share id for one that a channel without a link has.
+    # For the library an empty share id is that of a channel without a share link.
     if not ssid or not token:
         return _told("refused", INCOMPLETE)
     code, link = links.open(ssid, token)

@@ -1,4 +1,4 @@
-"""The attribute lists of devices and their rendering as one block of udevadm's attribute walk."""
+"""The attribute lists of devices, and how udevadm prints them as one block of its attribute walk."""
 
 from __future__ import annotations
 
@@ -8,7 +8,7 @@ Values = dict[str, object]
 
 
 class AttributeList:
-    """The attributes of one kind of device, in the order of the walk; "$word" stands for a value of the device."""
+    """The attributes of one kind of device, in the order of the walk; "$word" is replaced by a value of the device."""
 
     def __init__(self, path: Path) -> None:
         lines = path.read_text(encoding="utf-8").splitlines()
@@ -17,7 +17,7 @@ class AttributeList:
         self.attributes = [pair for pair in pairs if pair not in self.links]
 
     def block(self, devpath: str, values: Values, first: bool = False) -> str:
-        """Renders the device at a path below /sys; the first block of a walk uses the keys without the plural."""
+        """Prints the block of the device at a path below /sys; the first block of a walk has keys without the plural."""
         plural = "" if first else "S"
         parent = "" if first else "parent "
         lines = [f"  looking at {parent}device '{devpath}':", f'    KERNEL{plural}=="{devpath.rsplit("/", 1)[1]}"']
@@ -37,5 +37,5 @@ def _value(source: str, values: Values) -> str | None:
 
 
 def _is_shown(value: str) -> bool:
-    """The walk leaves out what is not plain ASCII; quotes, colons and blanks stand as they are."""
+    """Does the walk show the value? Only plain ASCII; quotes, colons and blanks are fine."""
     return value.isascii() and value.isprintable()

@@ -1,4 +1,4 @@
-"""What real tools printed of a camera, in a folder: the walks of its nodes, their listings, and the sound cards."""
+"""What real tools printed about a camera, in a folder: the walks of its nodes, their listings, and the sound cards."""
 
 from __future__ import annotations
 
@@ -12,10 +12,10 @@ LARGEST_FILE = 1 << 20
 
 
 class Attributes(dict[str, str]):
-    """One block of a walk: the keys without the plural and without ATTR{}: "KERNEL", "DRIVER", "idVendor"."""
+    """One block of a walk: the keys in the singular and without ATTR{}: "KERNEL", "DRIVER", "idVendor"."""
 
     def __missing__(self, key: str) -> str:
-        raise SimError(f"the walk lacks {key}; it may have been taken while the camera went")
+        raise SimError(f"the walk has no {key}; the camera may have been unplugged during the capture")
 
 
 @dataclass(frozen=True)
@@ -41,7 +41,7 @@ class CapturedNode:
 
     @property
     def place(self) -> tuple[int, int]:
-        """Its interface, and its index among the interface's nodes: numbers may be in any order."""
+        """Returns its interface, and its index among the interface's nodes, whose numbers may be in any order."""
         return int(self.interface["bInterfaceNumber"], 16), int(self.blocks[0]["index"])
 
 
@@ -54,14 +54,14 @@ class Capture:
         walks = sorted(folder.glob("udevadm-name-attribute-walk.video*.txt"))
         nodes = [self._node(path, names) for path in walks]
         if not nodes:
-            raise SimError(f"{folder} holds no udevadm-name-attribute-walk.videoN.txt")
+            raise SimError(f"{folder} contains no udevadm-name-attribute-walk.videoN.txt")
         slots = sorted({node.slot for node in nodes})
         if len(slots) > 1:
-            raise SimError(f"it holds {len(slots)} cameras ({', '.join(slots)}); leave the files of one")
+            raise SimError(f"it contains {len(slots)} cameras ({', '.join(slots)}); keep only the files of one")
         self.nodes = sorted(nodes, key=lambda node: node.place)
 
     def sound_cards(self) -> list[str]:
-        """The names of the camera's own sound cards."""
+        """Returns the names of the camera's own sound cards."""
         camera = self.nodes[0].camera
         controller = next((it["serial"] for it in self.nodes[0].blocks if it["KERNEL"].startswith("usb")), "")
         place = re.escape(f"usb-{controller}-{camera['devpath']},")
@@ -78,10 +78,10 @@ class Capture:
             raise SimError(f"{path.name} is not the walk of a USB camera's node")
         driver = blocks[1]["DRIVER"]
         if driver != "uvcvideo":
-            raise SimError(f"video{number} belongs to the driver {driver}; only those of uvcvideo are simulated")
+            raise SimError(f"video{number} has the driver {driver}; only cameras with uvcvideo are simulated")
         name = blocks[0].get("name") or names.get(number)
         if name is None:
-            raise SimError(f"video4linux-names.txt has no name of video{number}")
+            raise SimError(f"video4linux-names.txt has no name for video{number}")
         listing = self._bytes(f"v4l2-ctl-list-formats-ext.video{number}.txt")
         if not listing:
             raise SimError(f"v4l2-ctl-list-formats-ext.video{number}.txt is missing or empty")
@@ -91,10 +91,10 @@ class Capture:
         try:
             return self._bytes(name).decode().replace("\r\n", "\n")
         except UnicodeDecodeError as problem:
-            raise SimError(f"{name} is not a text") from problem
+            raise SimError(f"{name} is not text") from problem
 
     def _bytes(self, name: str) -> bytes:
-        """Nothing for a file that is missing."""
+        """Reads a file; returns an empty text if it is missing."""
         path = self._folder / name
         if not path.is_file():
             return b""
@@ -106,6 +106,6 @@ class Capture:
 
 
 def _attributes(block: str) -> Attributes:
-    """Values are neither escaped nor trimmed, and may hold quotes."""
+    """Reads the attributes of a block. Values are neither escaped nor trimmed, and may contain quotes."""
     pairs = re.findall(r'^    (?:ATTRS?\{([^}]+)\}|([A-Z]+?)S?)=="(.*)"$', block, re.M)
     return Attributes({attribute or key: value for attribute, key, value in pairs})

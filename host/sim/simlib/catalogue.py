@@ -26,7 +26,7 @@ class SoundCard:
 
 @dataclass(frozen=True)
 class VideoFunction:
-    """A picture of its own, with its interface, that interface's text, and the listing of each of its nodes."""
+    """A function with a picture: its interface, the interface's text, and the listing of each of its nodes."""
 
     first_interface: int
     nodes: list[str]
@@ -35,7 +35,7 @@ class VideoFunction:
 
 @dataclass(frozen=True)
 class UsbDevice:
-    """What every device tells about itself; the texts are absent where the device has none."""
+    """What every device reports about itself; a text that the device does not have is None."""
 
     name: str
     vendor_id: str
@@ -77,7 +77,7 @@ class Camera(UsbDevice):
         return self.name_of(self.functions[0])
 
     def name_of(self, function: VideoFunction) -> str:
-        """The name of its nodes, as the camera driver builds and cuts it, or as another driver gives it."""
+        """Returns the name of its nodes, as the camera driver makes and cuts it, or another driver."""
         if self.video_name is not None:
             return self.video_name
         name = self.product or f"UVC Camera ({self.vendor_id}:{self.product_id})"
@@ -86,7 +86,7 @@ class Camera(UsbDevice):
         return name.encode()[:LONGEST_NAME].decode(errors="ignore")
 
     def listing(self, node: str) -> bytes:
-        """The answer of v4l2-ctl for one of the nodes."""
+        """Returns the answer of v4l2-ctl for one of the nodes."""
         if node == METADATA:
             return b"ioctl: VIDIOC_ENUM_FMT\n"
         return (DATA / "cameras" / self.name / node).read_bytes()

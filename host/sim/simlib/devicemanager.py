@@ -1,4 +1,4 @@
-"""What the host does when a device comes or goes and when it starts: it calls the library, here through usbdevctl."""
+"""What the host does at its start and when a device is plugged in or unplugged: it calls the library, here through usbdevctl."""
 
 from __future__ import annotations
 
@@ -11,14 +11,14 @@ PROGRAM = "usbdevctl"
 
 
 def announce(action: str, plugged: PluggedCamera) -> int:
-    """Reports what comes ("plug") or goes ("unplug"). Returns how the first camera's report ended: the library may well
-    turn down a sound card or a second function."""
+    """Reports to the library what was plugged in ("plug") or unplugged ("unplug"). Returns the status of the first camera's
+    report: it is normal that the library refuses a sound card or a second function."""
     statuses = [(event.kind, _call(action, plugged.port.slot, event)) for event in plugged.events()]
     return next(status for kind, status in statuses if kind == "camera")
 
 
 def start_up() -> int:
-    """Has the library bring the channels into line with what is plugged in."""
+    """Makes the library update the channels from what is plugged in."""
     return _run([PROGRAM, "sync"])
 
 

@@ -1,5 +1,5 @@
-"""What the user is told when a request cannot be met."""
+"""The error for a request that is impossible."""
 
 
 class SimError(Exception):
-    """A request that cannot be met; its text is shown as it stands."""
+    """The request is impossible; the text gives the reason and is shown to the user."""

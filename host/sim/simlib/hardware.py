@@ -1,4 +1,4 @@
-"""The files by which a plugged camera shows itself: sysfs, the device nodes and the tools' prepared answers."""
+"""The files of a plugged camera: sysfs, the device nodes and the prepared answers of the tools."""
 
 from __future__ import annotations
 
@@ -25,7 +25,7 @@ class Hardware:
         self._sim = root / "run/usbdev-sim"
 
     def appear(self, machine: Machine, plugged: PluggedCamera) -> None:
-        """Creates everything of a camera, the device nodes last: who sees them finds the rest in place."""
+        """Creates all files of a camera, the device nodes last, so that all others exist when a node appears."""
         for function, nodes in plugged.functions():
             first = function.first_interface
             self._bind(VIDEO_DRIVER, machine, plugged, range(first, first + VIDEO_INTERFACES))
@@ -51,7 +51,7 @@ class Hardware:
         shutil.rmtree(self._device(machine, plugged), ignore_errors=True)
 
     def unload_drivers(self) -> None:
-        """After a start, the drivers are there with the first camera only."""
+        """Removes the drivers' folders, as a start does until there is a camera."""
         for driver in (VIDEO_DRIVER, SOUND_DRIVER):
             shutil.rmtree(self._sys / "bus/usb/drivers" / driver, ignore_errors=True)
             shutil.rmtree(self._module(driver), ignore_errors=True)

@@ -1,4 +1,4 @@
-"""The simulated host as a whole: the machine's numbers and the files that show them, changed together."""
+"""The simulated host: the machine's numbers and the files that show them, which change together."""
 
 from __future__ import annotations
 
@@ -32,7 +32,7 @@ class SimulatedHost:
         return plugged
 
     def unplug(self, port: str) -> list[PluggedCamera]:
-        """Takes away what is at the port, and tells which cameras went with it."""
+        """Unplugs what is in the port, and returns the cameras that were unplugged."""
         with self._store.change() as machine:
             gone = machine.unplug(parse_port(port))
             for plugged in gone:
@@ -40,7 +40,7 @@ class SimulatedHost:
         return gone
 
     def reboot(self, changes: Iterable[Change] = ()) -> None:
-        """Switches the hardware off, makes the changes, and on again; nothing happens if one of them is refused."""
+        """Switches the hardware off, makes the changes, and switches it on; if a change is refused, nothing happens."""
         with self._store.change() as machine:
             before = list(machine.cameras.values())
             for change in changes:
@@ -53,5 +53,5 @@ class SimulatedHost:
                 self._hardware.appear(machine, plugged)
 
     def machine(self) -> Machine:
-        """What is plugged in now, for reading."""
+        """Returns what is plugged in now, to read only."""
         return self._store.read()

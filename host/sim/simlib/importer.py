@@ -21,22 +21,22 @@ MOST_FUNCTIONS = 2
 
 
 def import_camera(folder: Path, name: str) -> Path:
-    """Makes the camera's folder; none is left when something does not fit."""
+    """Makes the camera's folder, or makes nothing if the capture does not fit."""
     target = DATA / "cameras" / name
     if re.fullmatch(r"[a-z0-9][a-z0-9-]{0,63}", name) is None:
-        raise SimError(f"'{name}' is not a camera's name: small letters, digits and dashes, 64 at most")
+        raise SimError(f"'{name}' cannot be a camera's name: lower-case letters, digits and dashes, at most 64")
     if target.exists():
         raise SimError(f"there is a camera '{name}' already")
     listings: dict[str, bytes] = {}
     try:
         facts = _camera(Capture(folder), listings)
     except ValueError as problem:
-        raise SimError(f"the walk holds something else where a number stands: {problem}") from problem
+        raise SimError(f"the walk contains something else instead of a number: {problem}") from problem
     try:
         target.mkdir()
         _fill(target, facts, listings)
     except OSError as problem:
-        raise SimError(f"{target} cannot be made ({problem.strerror}); inside the sandbox it never can") from problem
+        raise SimError(f"{target} cannot be made ({problem.strerror}); run this outside the sandbox") from problem
     return target
 
 
@@ -51,10 +51,10 @@ def _fill(target: Path, facts: Facts, listings: dict[str, bytes]) -> None:
 
 
 def _camera(capture: Capture, listings: dict[str, bytes]) -> Facts:
-    """Leaves out the serial number, which is the owner's. The listings are noted under the names of their files."""
+    """Reads the camera without its serial number, which is private. Collects the listings by the names of their files."""
     functions = [list(nodes) for _, nodes in groupby(capture.nodes, key=lambda node: node.place[0])]
     if len(functions) > MOST_FUNCTIONS:
-        raise SimError(f"it has {len(functions)} video functions; {MOST_FUNCTIONS} at most are simulated")
+        raise SimError(f"it has {len(functions)} video functions; at most {MOST_FUNCTIONS} are simulated")
     first, *others = [_function(nodes, listings) for nodes in functions]
     facts = _device(capture.nodes[0]) | {
         "interface": first["interface"],
@@ -89,10 +89,10 @@ def _device(node: CapturedNode) -> Facts:
 def _speed(node: CapturedNode) -> int:
     speed = node.camera["speed"]
     if speed not in map(str, SPEED_NAMES):
-        raise SimError(f"it runs at {speed} Mbit/s; the speeds that are simulated: {', '.join(map(str, SPEED_NAMES))}")
+        raise SimError(f"it runs at {speed} Mbit/s; the simulated speeds are {', '.join(map(str, SPEED_NAMES))}")
     hubs = [block for block in node.blocks[3:] if re.fullmatch(r"\d+-[\d.]+", block["KERNEL"])]
     if int(speed) < HIGH_SPEED and any(hub["speed"] == speed for hub in hubs):
-        raise SimError("it hangs on a hub that may slow it down; capture it in a port of the computer")
+        raise SimError("it is on a hub that may slow it down; plug it into the computer itself for the capture")
     return int(speed)
 
 
@@ -117,7 +117,7 @@ def _note_listing(node: CapturedNode, listings: dict[str, bytes]) -> str:
 
 
 def _name(facts: Facts, others: list[Facts], functions: list[list[CapturedNode]]) -> Facts:
-    """The name of the nodes, where it does not follow from the texts."""
+    """Returns the name of the nodes, if the driver would not make it from the texts."""
     known = {key: value for key, value in facts.items() if value is not None}
     second = VideoFunction(**others[0]) if others else None  # type: ignore[arg-type]
     camera = Camera(name="", second_function=second, **known)  # type: ignore[arg-type]
@@ -126,12 +126,12 @@ def _name(facts: Facts, others: list[Facts], functions: list[list[CapturedNode]]
     if made == found:
         return {}
     if others:
-        raise SimError(f"the names of its functions ({', '.join(found)}) do not follow from its texts")
+        raise SimError(f"the names of its functions ({', '.join(found)}) differ from those that the driver makes of its texts")
     return {"video_name": found[0]}
 
 
 def _sound(capture: Capture) -> Facts:
-    """What the audio library would report is in no capture: the usual microphone."""
+    """Returns a usual microphone, because no capture contains what the audio library would report."""
     cards, interfaces = capture.sound_cards(), capture.sound_interfaces()
     if len(cards) != 1 or len(interfaces) != SOUND_INTERFACES:
         raise SimError(f"it has {len(cards)} sound cards with {len(interfaces)} interfaces; "
@@ -147,6 +147,6 @@ def _toml(facts: Facts) -> str:
 
 
 def _pairs(facts: Facts) -> str:
-    """Texts, numbers and lists are written in JSON as in TOML, but for one control character."""
+    """Writes the pairs as TOML. Texts, numbers and lists look as in JSON, except one control character."""
     values = {key: json.dumps(value, ensure_ascii=False) for key, value in facts.items() if value is not None}
     return "".join(f"{key} = {value}\n" for key, value in values.items()).replace("\x7f", "\\u007f")

@@ -1,4 +1,4 @@
-"""What is plugged in where, and the numbers that the kernel would give it. Nothing here touches a file."""
+"""What is plugged into which port, and the numbers that the kernel would give it. Uses no files."""
 
 from __future__ import annotations
 
@@ -17,7 +17,7 @@ LAST_ADDRESS = 127
 
 
 class Event(NamedTuple):
-    """What comes or goes ("camera" or "audio"), the number of its node or card, and its name."""
+    """One device of an event: its kind ("camera" or "audio"), the number of its node or card, and its name."""
 
     kind: str
     number: int
@@ -33,13 +33,13 @@ class PluggedCamera:
     card: int | None
 
     def functions(self) -> Iterator[tuple[VideoFunction, list[int]]]:
-        """Each function with the numbers of its nodes."""
+        """Returns each function with the numbers of its nodes."""
         numbers = iter(self.nodes)
         for function in self.camera.functions:
             yield function, list(islice(numbers, len(function.nodes)))
 
     def events(self) -> list[Event]:
-        """What the device manager hears when it comes or goes: its functions in the order of their interfaces."""
+        """Returns what the device manager reports when it is plugged in or unplugged, in the order of its interfaces."""
         events = {
             function.first_interface: Event("camera", nodes[0], self.camera.name_of(function))
             for function, nodes in self.functions()
@@ -60,7 +60,7 @@ class Machine:
         self.hub = load_hub(HUB)
 
     def plug(self, camera: Camera, port: Port) -> PluggedCamera:
-        """Gives the camera its numbers; hubs that the port implies come with it."""
+        """Plugs the camera in and gives it its numbers; adds the hubs that the port needs."""
         self._check_free(camera, port)
         self._plug_hubs(port)
         address = self._take_address(port.bus)
@@ -71,7 +71,7 @@ class Machine:
         return plugged
 
     def unplug(self, port: Port) -> list[PluggedCamera]:
-        """Takes away what is at the port: a camera, or a hub with everything behind it."""
+        """Unplugs what is in the port: a camera, or a hub with everything on it."""
         gone = [plugged for slot, plugged in self.cameras.items() if _is_at(slot, port)]
         if not gone and port.slot not in self.hubs:
             raise SimError(f"nothing is plugged in at {port.slot}")
@@ -80,7 +80,7 @@ class Machine:
         return gone
 
     def move(self, port: Port, to: Port) -> None:
-        """Puts what is at a port, be it a hub with all that hangs on it, into another port."""
+        """Moves what is in a port, a camera or a hub with everything on it, to another port."""
         self._put(self._take(port), to)
 
     def swap(self, port: Port, other: Port) -> None:
@@ -89,7 +89,7 @@ class Machine:
         self._put(there, port)
 
     def boot(self) -> None:
-        """Numbers everything anew, as a start does that finds it plugged in."""
+        """Gives out all numbers again, as a start does."""
         cameras, hubs = self.cameras, self.hubs
         self.cameras, self.hubs, self.next_address = {}, {}, {}
         for port in _in_order_of_discovery(map(parse_port, [*hubs, *cameras])):
@@ -99,18 +99,18 @@ class Machine:
                 self.plug(cameras[port.slot].camera, port)
 
     def speed_at(self, port: Port, device: UsbDevice) -> int:
-        """The speed at which the device runs there, in Mbit/s: the slowest on the way."""
+        """Returns the speed of the device in that port, in Mbit/s: the slowest on its way to the bus."""
         speeds = [device.speed, self.topology.bus_of(port).speed]
         if port.hub is not None:
             speeds.append(self.hub.speed)
         return min(speeds)
 
     def interface_devpath(self, plugged: PluggedCamera, function: VideoFunction) -> str:
-        """The path of the interface that carries the function's picture, below /sys."""
+        """Returns the path of the interface of the function's picture, below /sys."""
         return f"{self.topology.devpath(plugged.port)}/{plugged.port.slot}:1.{function.first_interface}"
 
     def _take(self, port: Port) -> dict[str, UsbDevice]:
-        """Takes away what is at the port, and tells what stood where behind it: ".2" is the second port of the hub."""
+        """Unplugs what is in the port, and returns it by its place on the hub: ".2" is the hub's second port."""
         hubs = [slot for slot in self.hubs if _is_at(slot, port)]
         taken: dict[str, UsbDevice] = {slot.removeprefix(port.slot): self.hub for slot in sorted(hubs, key=len)}
         return taken | {it.port.slot.removeprefix(port.slot): it.camera for it in self.unplug(port)}
@@ -133,12 +133,12 @@ class Machine:
             kind = SPEED_NAMES[bus.speed]
             raise SimError(f"bus {bus.number} is for {kind} devices; {first.name} belongs on bus {other.number}")
         if port.hub is not None and max(port.path[1:]) > self.hub.ports:
-            raise SimError(f"a hub has {self.hub.ports} ports only")
+            raise SimError(f"a hub has only {self.hub.ports} ports")
         if port.slot in self.hubs:
-            raise SimError(f"{port.slot} holds a hub; unplug it or choose a port behind it")
+            raise SimError(f"{port.slot} has a hub; unplug it or choose a port on it")
         taken = next((slot for slot in self._slots_up_from(port) if slot in self.cameras), None)
         if taken is not None:
-            raise SimError(f"{taken} holds the camera {self.cameras[taken].camera.name}; unplug it first")
+            raise SimError(f"{taken} has the camera {self.cameras[taken].camera.name}; unplug it first")
 
     def _plug_hubs(self, port: Port) -> None:
         for slot in reversed(self._slots_up_from(port)[1:]):
@@ -153,7 +153,7 @@ class Machine:
         return slots
 
     def _take_address(self, bus: int) -> int:
-        """The kernel goes round: an address that was just given back is not given out again at once."""
+        """Returns the next address. As in the kernel, an address that was just freed is not the next one."""
         used = {plugged.address for plugged in self.cameras.values() if plugged.port.bus == bus}
         used |= {address for slot, address in self.hubs.items() if slot.startswith(f"{bus}-")}
         start = self.next_address.get(bus, 2)
@@ -172,7 +172,7 @@ class Machine:
 
 
 def _in_order_of_discovery(ports: Iterable[Port]) -> Iterator[Port]:
-    """The buses are searched side by side, each port by port, hubs before what hangs on them."""
+    """Returns the order of a search: all buses at the same time, port by port, each hub before the devices on it."""
     buses: dict[int, list[Port]] = {}
     for port in sorted(ports, key=lambda it: (it.bus, len(it.path), it.path)):
         buses.setdefault(port.bus, []).append(port)

@@ -1,4 +1,4 @@
-"""Names of USB ports, as the kernel forms them: "3-1" on bus 3, "3-1.2" behind the hub at 3-1."""
+"""Names of USB ports, as in the kernel: "3-1" on bus 3, "3-1.2" on the hub in port 3-1."""
 
 from __future__ import annotations
 
@@ -25,15 +25,15 @@ class Port:
 
     @property
     def hub(self) -> Port | None:
-        """The port of the hub that this one belongs to; none for a port of the root hub."""
+        """Returns the port of the hub that this port belongs to; None for a port of the root hub."""
         return Port(self.bus, self.path[:-1]) if len(self.path) > 1 else None
 
 
 def parse_port(text: str) -> Port:
     match = re.fullmatch(r"([1-9]\d{0,2})-([1-9]\d{0,2}(?:\.[1-9]\d{0,2})*)", text)
     if match is None:
-        raise SimError(f"'{text}' is no USB port; ports look like 3-1 or, behind a hub, 3-1.2")
+        raise SimError(f"'{text}' is not a USB port; ports look like 3-1 or, on a hub, 3-1.2")
     path = tuple(int(part) for part in match[2].split("."))
     if len(path) > MOST_TIERS:
-        raise SimError(f"'{text}' is deeper than USB allows: {MOST_TIERS} numbers at most")
+        raise SimError(f"'{text}' is deeper than USB allows: at most {MOST_TIERS} numbers")
     return Port(int(match[1]), path)

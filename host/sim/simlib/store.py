@@ -1,4 +1,4 @@
-"""The simulated machine between two commands: one file, read and replaced under a lock."""
+"""Stores the simulated machine between two commands: one file, read and replaced under a lock."""
 
 from __future__ import annotations
 
@@ -29,7 +29,7 @@ class Store:
 
     @contextmanager
     def change(self) -> Iterator[Machine]:
-        """The machine, for one change at a time; it is stored unless the change fails."""
+        """Lets one caller at a time change the machine; stores it unless the change fails."""
         self._check_there()
         with open(self.folder / "lock", "w", encoding="ascii") as lock:
             fcntl.flock(lock, fcntl.LOCK_EX)

@@ -1,4 +1,4 @@
-"""Which USB bus stands on which controller of the host, and what lies between."""
+"""Which controller each USB bus of the host has, and the devices above it."""
 
 from __future__ import annotations
 
@@ -32,7 +32,7 @@ class Bus:
 
     @property
     def bridges(self) -> int:
-        """How many PCI bridges stand above its controller."""
+        """Returns the number of PCI bridges above its controller."""
         return max(self.controller.count("/") - 1, 0) if self.controller.startswith("pci") else 0
 
     @property
@@ -43,7 +43,7 @@ class Bus:
         """The attributes of the root hub."""
         protocol, product_id, version = {
             SUPERSPEED: ("03", "0003", "3.00"),
-            # 01: it translates for slower devices, unless those have a controller of their own
+            # 01: it translates for slower devices, unless these have their own controller
             HIGH_SPEED: ("01" if self.takes_slower else "00", "0002", "2.00"),
             FULL_SPEED: ("00", "0001", "1.10"),
         }[self.speed]
@@ -77,11 +77,11 @@ class Topology:
             numbers = ", ".join(map(str, self.buses))
             raise SimError(f"this host has no USB bus {port.bus}; its buses are {numbers}")
         if port.path[0] > bus.ports:
-            raise SimError(f"bus {bus.number} has {bus.ports} ports only")
+            raise SimError(f"bus {bus.number} has only {bus.ports} ports")
         return bus
 
     def bus_for(self, speed: int, near: Bus) -> Bus:
-        """The nearest bus that takes devices of this speed."""
+        """Returns the nearest bus for devices of this speed."""
 
         def distance(bus: Bus) -> tuple[bool, int]:
             return bus.bridges != near.bridges, abs(bus.number - near.number)
@@ -89,12 +89,12 @@ class Topology:
         return min((bus for bus in self.buses.values() if bus.takes(speed)), key=distance)
 
     def devpath(self, port: Port) -> str:
-        """The path of the device at a port, below /sys."""
+        """Returns the path of the device in a port, below /sys."""
         slots = [Port(port.bus, port.path[:length]).slot for length in range(1, len(port.path) + 1)]
         return "/".join([self.buses[port.bus].devpath, *slots])
 
     def controller_blocks(self, bus: Bus) -> list[str]:
-        """The walk from the controller up to the root of the tree."""
+        """Prints the walk from the controller up to the root of the tree."""
         parts = bus.controller.split("/")
         paths = ["/devices/" + "/".join(parts[:length]) for length in range(len(parts), 0, -1)]
         return [self._attributes(path).block(path, {}) for path in paths]

@@ -21,7 +21,7 @@ and the attributes from one single parent device.
 
 
 class VideoNode(NamedTuple):
-    """The index is the node's place in its function."""
+    """A node; the index is its position in its function."""
 
     function: VideoFunction
     index: int
@@ -29,7 +29,7 @@ class VideoNode(NamedTuple):
 
 
 def render_walk(machine: Machine, plugged: PluggedCamera, node: VideoNode) -> str:
-    """Renders the walk from the camera's node up to the root of the device tree."""
+    """Prints the walk from the camera's node up to the root of the device tree."""
     bus = machine.topology.bus_of(plugged.port)
     blocks = [
         _node_block(machine, plugged, node),
@@ -76,7 +76,7 @@ def _hub_block(machine: Machine, port: Port) -> str:
 
 
 def _usb_values(device: UsbDevice, port: Port, address: int, speed: int) -> Values:
-    """A superspeed device on a slower bus shows itself as a USB 2.1 device."""
+    """Returns the device's values. A superspeed device on a slower bus reports USB 2.1."""
     superspeed = speed >= SUPERSPEED
     slowed = device.speed >= SUPERSPEED and not superspeed
     return {

@@ -11,9 +11,9 @@ from encoder import Encoder
 from viewer import Viewer
 
 Link = dict[str, str]
-STILL = "The picture stands still; it goes on as soon as the camera sends a new one."
+STILL = "The picture does not move; it will continue as soon as the camera sends a new one."
 AWAY = "The host does not answer; the page tries again."
-NOT_THERE = "The stream is not there yet; it is shown as soon as it is."
+NOT_THERE = "The stream has not begun yet; it will be shown as soon as it begins."
 
 pytestmark = pytest.mark.usefixtures("page")
 
