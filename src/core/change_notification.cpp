@@ -16,7 +16,8 @@ ChangeNotification::ChangeNotification(int profile_id, EventCode event_code) : p
 ChangeNotification ChangeNotification::ofCamera(int profile_id, bool starts) {
   ChangeNotification notification(profile_id, starts ? EventCode::plugged : EventCode::removed);
   if (starts) {
-    notification.vnode = 0;  // nodes 0 and 1 are fixed marks of the event, not node numbers
+    // Intended: The nodes are marks.
+    notification.vnode = 0;
     notification.anode = 1;
     notification.target = profile_id;
   }

@@ -9,7 +9,7 @@ constexpr int kProfiles = 4;
 constexpr int kNone = -1;          // no profile, no node, no conflict
 constexpr int kUnsupported = 999;  // conflict mark of a device that cannot be used
 
-/// A stored code that is neither is carried along as it is.
+/// Any other stored code is kept.
 enum class Codec : int {
   h264 = 0,   // the camera's raw picture, encoded by the host
   mjpeg = 1,  // the camera's own
@@ -23,7 +23,7 @@ struct IntKey {
 
 struct CodecKey : IntKey {};
 
-/// A text: where it stands and how it is read.
+/// A text key: its path and how it is read.
 struct TextPath {
   const char *key;
   const char *sub_key;

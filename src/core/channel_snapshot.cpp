@@ -20,7 +20,8 @@ void readForComparing(const OpenConfig &config, ChannelSnapshots &channels) {
     channel.vcodec = section.get(keys::vcodec);
     channel.vnode = section.get(keys::vnode);
     channel.conflictch = section.get(keys::conflictch);
-    channel.anode = section.get(keys::anode, 0);  // read for a replaced channel only, with a default of its own
+    // Intended: The sound card of a replaced camera is 0 if it was never stored.
+    channel.anode = section.get(keys::anode, 0);
     section.get(keys::acap, channel.acap);
   }
 }

@@ -93,6 +93,7 @@ class ConfigWriter : public WriteSession {
   explicit ConfigWriter(OpenFailure failure = OpenFailure::usual);
 };
 
+// Intended: Commands run while the lock is held.
 /// These two keep the lock while commands run, so that nothing changes between a command's answer and what is made of
 /// it.
 class ReaderOverCommands : public ConfigReader {

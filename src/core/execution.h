@@ -6,7 +6,7 @@ namespace usbdev {
 /// Makes a symbolic link, replacing one that is there.
 int makeLink(const char *target, const char *link);
 
-/// Removes a link or whatever else stands at the path.
+/// Removes what is at the path, a link or anything else.
 int removePath(const char *path);
 
 }  // namespace usbdev

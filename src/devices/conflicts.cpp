@@ -19,6 +19,7 @@ bool writeTasks(ConflictTasks &tasks) {
   ConfigWriter config;
   if (!config) return false;
   for (int i = 0; i < kChannels; ++i) {
+    // Intended: 0 and 1 are codes, not channels.
     if (tasks[i] == ConflictTask::leave || tasks[i] == ConflictTask::recompute) continue;
     const bool clears = tasks[i] == ConflictTask::clear_and_recompute;
     config.channel(i).set(keys::conflictch, clears ? kNone : static_cast<int>(tasks[i]));
@@ -45,14 +46,15 @@ bool ConflictTest::conflictsWith(const char *other_slot, int other_vnode) {
   const char *found = ownBridge();
   if (found == nullptr) return false;
   char own[kBridgePathSize];
-  copyText(own, found);  // a further answer may take its place
+  copyText(own, found);  // another answer may overwrite it
   const char *other = host_.bridgeOf(other_vnode);
   return other != nullptr && isSame(own, other);
 }
 
 bool conflictsOnBridge(HostAnswers &host, char *other_slot, const char *slot, int other_vnode, const char *own_bridge) {
   const bool same_root_port = haveSameRootPort(other_slot, slot);
-  other_slot[rootPortLength(other_slot)] = '\0';  // callers see the root port
+  // Intended: The caller's text is cut to the root port.
+  other_slot[rootPortLength(other_slot)] = '\0';
   if (host.isOneChannelLimited() || same_root_port) return true;
   const char *const other = own_bridge == nullptr ? nullptr : host.bridgeOf(other_vnode);
   return other != nullptr && isSame(other, own_bridge);
@@ -78,7 +80,7 @@ bool findConflict(HostAnswers &host, int channel, int &found) {
   ConflictTest test(host, channels[channel].usbslot, channels[channel].vnode);
   for (int i = 0; i < kChannels; ++i) {
     const ChannelSnapshot &other = channels[i];
-    // Unlike everywhere else, a port whose switch was never stored counts as switched on here.
+    // Intended: A switch that was never stored is on here.
     const bool active = other.hasUnparkedCamera() && other.profile != kNone && other.switched_on;
     if (i == channel || !active || !test.conflictsWith(other.usbslot, other.vnode)) continue;
     found = i;

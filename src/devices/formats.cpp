@@ -31,7 +31,8 @@ void killFormatQuery(int vnode) {
 
 int listFormats(HostAnswers &host, int vnode, _usbfmt_des *table, bool &over60) {
   over60 = false;
-  isProcessorOtherThanIntel();  // for the processor file that it leaves; the answer decides nothing here
+  // Intended: The answer about the processor is not used.
+  isProcessorOtherThanIntel();
   const bool may_encode = host.mayEncode();
 
   CommandLines query("/usr/bin/v4l2-ctl -d /dev/video%d --list-formats-ext", vnode);
@@ -51,8 +52,8 @@ bool needsHardKill(int vnode) {
   ProductIds ids;
   DeviceWalk walk(vnode);
   char line[256];
-  // Any device of the walk counts; of two vendors without a product between them the later one.
   while (walk.next(line)) {
+    // Intended: Of two vendors without a product between them the later counts.
     ids.takeLatest(line);
     if (!ids.areComplete()) continue;
     if (isSame(ids.vendor, "0603") && isSame(ids.product, "8612")) return true;

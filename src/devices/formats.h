@@ -11,7 +11,7 @@ namespace usbdev {
 /// kept. The number of formats kept; -1 when the query cannot be started.
 int listFormats(HostAnswers &host, int vnode, _usbfmt_des *table, bool &over60);
 
-/// Does a hanging format query of this camera need a hard kill?
+/// Does a format query of this camera that hangs need signal 9 to end?
 bool needsHardKill(int vnode);
 
 }  // namespace usbdev

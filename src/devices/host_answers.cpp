@@ -19,7 +19,7 @@ const char *HostAnswers::bridgeOf(int vnode) {
   for (int i = 0; i < bridge_count_; ++i) {
     if (bridges_[i].vnode == vnode) return bridges_[i].known ? bridges_[i].path : nullptr;
   }
-  // Should an operation ask about more nodes than it has devices, the last answer makes room.
+  // If an operation asks about more nodes than there is room for, the last answer is replaced.
   if (bridge_count_ < kMostBridges) ++bridge_count_;
   Bridge &bridge = bridges_[bridge_count_ - 1];
   bridge.vnode = vnode;

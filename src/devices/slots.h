@@ -1,4 +1,4 @@
-// The devices that a profile can be given, and what is in a port.
+// The devices that can get a profile, and what is in a port.
 #pragma once
 
 #include <usbdev/records.h>

@@ -5,7 +5,7 @@
 namespace usbdev {
 namespace {
 
-/// A channel that waits may follow when it is attached, bound to a profile and switched on.
+/// A waiting channel can take over when its device is attached, has a profile and is switched on.
 bool mayStream(const ChannelSnapshot &channel) {
   return channel.exists != 0 && channel.profile != kNone && channel.slot_switch == 1;
 }
@@ -22,10 +22,12 @@ Successor chooseSuccessor(const ChannelSnapshots &channels, const ChannelMarks &
       successor.channel = i;
       successor.profile = other.profile;
       successor.nodes[successor.node_count++] = other.vnode;
-      successor.slot = other.usbslot;  // meant to stay the first choice's, whoever replaces it
+      // Intended: The port of the first choice stays.
+      successor.slot = other.usbslot;
     }
     const Earlier earlier = earlierOf(best_time, other.createtime);
     if (earlier == Earlier::first || (earlier == Earlier::neither && other.profile >= successor.profile)) continue;
+    // Intended: A bridge that was found stays.
     if (successor.channel != i) successor.nodes[successor.node_count++] = other.vnode;
     successor.channel = i;
     successor.profile = other.profile;

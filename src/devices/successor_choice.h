@@ -13,8 +13,8 @@ struct Successor {
   int nodes[kChannels + 1];  // of every choice on the way, in order: a later one without a bridge changes nothing
 };
 
-/// The first that may stream is chosen until one with an earlier profile replaces it; of equally old ones the smaller
-/// profile wins. `now`: the moment as the channel file stores it.
+/// Chooses, of those that may stream, the one whose creation time is the earliest; of equal times the smaller profile
+/// counts. `now`: the moment as the channel file stores it.
 Successor chooseSuccessor(const ChannelSnapshots &channels, const ChannelMarks &waiting, const char *now);
 
 }  // namespace usbdev

@@ -80,6 +80,7 @@ int chkconflict(char *other_slot, const char *slot, bool on_bridge, int other_vn
   return usbdev::conflictsOnBridge(host, other_slot, slot, other_vnode, on_bridge ? bridge_path : nullptr) ? 1 : 0;
 }
 
+// Intended: 1 means that the second time is the earlier one.
 int isElderPf(const char *a, const char *b) {
   if (a == nullptr || b == nullptr) return 0;
   switch (usbdev::earlierOf(a, b)) {

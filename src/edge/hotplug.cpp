@@ -40,6 +40,7 @@ int check_halvane(void) {
 
 int mn_sync_usbdev_conf(void) {
   usbdev::HostAnswers host;
+  // Intended: Success is 1.
   return usbdev::synchronise(host) ? 1 : -1;
 }
 

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Without a terminating zero, as callers expect it.
+// Intended: The text is not terminated.
 void copyList(char *out, const usbdev::ProfileList &list) { std::copy_n(list, std::strlen(list), out); }
 
 }  // namespace
@@ -56,7 +56,7 @@ void Add_setStream_log(int profile, const _streaminfo *new_info, const _streamin
   usbdev::logStreamChange(profile, *new_info, *old_info, chosen_fps, usbdev::EventCode{event_code});
 }
 
-// The address of the client is part of the interface and is not used.
+// Intended: The client's address is not used.
 int vl_set_usbslot_switch(const char *usbslot, const char *state, const char * /*client_ip*/) {
   if (usbslot == nullptr || state == nullptr) return -1;
   const bool on = usbdev::isSame(state, "enable");

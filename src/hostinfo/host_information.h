@@ -7,7 +7,7 @@
 
 namespace usbdev {
 
-/// The TCP port of the host's web pages; left as it is where the host does not set one.
+/// The TCP port of the host's web pages; unchanged if the host does not set one.
 HostSetting readWebPort(int &port);
 
 HostSetting readHostVersion(TextBuffer version);

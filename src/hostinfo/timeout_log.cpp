@@ -40,6 +40,7 @@ bool countTimeout(int profile) {
     std::perror("shmat");
     return false;
   }
+  // Intended: A count may be lost.
   static_cast<std::uint32_t *>(address)[profile] += 1;
   shmdt(address);
   return true;

@@ -8,6 +8,7 @@
 namespace usbdev {
 namespace {
 
+// Intended: Audio attachment is off.
 constexpr bool kAudioAttachment = false;
 
 /// The two fixed settings of a sound card; unused while attachment is switched off.
@@ -21,6 +22,7 @@ constexpr bool kAudioAttachment = false;
 
 }  // namespace
 
+// Intended: Cards of this make are ignored.
 bool isIgnoredCardName(const char *name) { return startsWith(name, "KAB"); }
 
 void probeAudioCard(int card, AudioFindings &findings) {

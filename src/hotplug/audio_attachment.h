@@ -13,22 +13,22 @@ struct AudioFindings {
   bool stereo = false;
 };
 
-/// Cards of this make are no camera's microphone.
+/// Is it a card that is ignored, because it is not the microphone of a camera?
 bool isIgnoredCardName(const char *name);
 
 /// Asks a sound card for its capture channels.
 void probeAudioCard(int card, AudioFindings &findings);
 
-/// Identity of a device that is new on its channel; what hung on the channel before is cleared.
+/// Writes the identity of a device that is new on its channel, and clears what belonged to the device before.
 void writeNewDevice(const Section &channel, const _usbdev_des &device);
 
-/// A sound card that was plugged in.
+/// Writes a sound card that was plugged in.
 void writeAudioCard(const Section &channel, const _usbdev_des &device, const AudioFindings &findings, bool exact_match);
 
-/// What every plug-in writes while attachment is off.
+/// Writes what every plug-in writes while attachment is off.
 void writeAudioDetached(const Section &channel);
 
-/// The sound of a camera that gave way goes to the one that took its port.
+/// Gives the sound of a displaced camera to the camera that is in its port.
 void writeInheritedAudio(const Section &channel, int anode, const char *acap);
 
 }  // namespace usbdev

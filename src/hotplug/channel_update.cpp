@@ -42,7 +42,7 @@ bool restoreLinks(const Section &channel, _usbdev_update &record) {
   return lost_name;
 }
 
-/// Takes back the links of names that could not be stored.
+/// Removes the links whose names could not be stored.
 void takeBackLinks(const ChannelMarks &newly_named, ChannelRecords &records) {
   for (int i = 0; i < kChannels; ++i) {
     if (!newly_named[i]) continue;
@@ -57,7 +57,8 @@ bool updateChannels(ChannelRecords &records) {
   WriterOverCommands config;
   if (!config) return false;
   ChannelMarks newly_named = {};
-  int slot_switch = 1;  // carried over on purpose: a channel without a stored switch takes the previous channel's
+  // Intended: A missing switch is that of the channel before.
+  int slot_switch = 1;
   for (int i = 0; i < kChannels; ++i) {
     _usbdev_update &record = records[i];
     if (record.state == kNeverConfigured) continue;

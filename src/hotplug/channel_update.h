@@ -5,7 +5,7 @@
 
 namespace usbdev {
 
-/// Stores the records of the configured channels, and makes the live-stream links of those with a profile; a link that
+/// Stores the records of the configured channels, and makes the links of those with a profile; a link that
 /// gets a new name gets it in its record too. False when the file cannot be opened or stored.
 bool updateChannels(ChannelRecords &records);
 

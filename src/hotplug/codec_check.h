@@ -5,7 +5,7 @@
 
 namespace usbdev {
 
-/// Where the host cannot encode, turns channels to MJPEG and marks those without it as unsupported; false when the file
+/// If the host cannot encode, changes channels to MJPEG and marks those without it as unsupported; false when the file
 /// cannot be opened or stored.
 bool checkCodecs(HostAnswers &host);
 

@@ -43,7 +43,7 @@ ConflictTask taskOfPresent(const ChannelSnapshot &channel, bool may_encode) {
   return may_encode ? ConflictTask::clear_and_recompute : ConflictTask{kUnsupported};
 }
 
-/// Gives a camera to the first channel that knows it; false when none does.
+/// Assigns a camera to the first channel that knows it; false when none does.
 bool placeCamera(const Found &camera, const ChannelSnapshots &known, bool may_encode, ChannelRecords &channels,
                  ConflictTasks &tasks) {
   bool placed = false;
@@ -63,7 +63,7 @@ bool placeCamera(const Found &camera, const ChannelSnapshots &known, bool may_en
   return placed;
 }
 
-/// The camera in a card's port names the card too.
+/// A card has the name of the camera in its port.
 const char *nameOfCard(const Found &card, const ChannelRecords &channels, const RecordList &new_cameras) {
   if (const char *known = RecordList(channels, kChannels).nameInPort(card.usbslot)) return known;
   if (const char *found = new_cameras.nameInPort(card.usbslot)) return found;

@@ -6,12 +6,12 @@
 
 namespace usbdev {
 
-/// Finds the attached cameras: sets node, port, name and state in the record of a channel whose camera is there, and
+/// Finds the attached cameras: sets node, port, name and state in the record of a channel whose camera is attached, and
 /// the task for its conflict mark; adds cameras that no channel knows to the new ones. False when the file cannot be
-/// opened; where the drivers' list cannot be read nothing is found.
+/// opened; if the drivers' list cannot be read, nothing is found.
 bool findCameras(HostAnswers &host, ChannelRecords &channels, ConflictTasks &tasks, NewDevices &new_cameras);
 
-/// Finds the attached sound cards in the same way; one without a name of its own is called like the camera in its port.
+/// Finds the attached sound cards in the same way; a card gets the name of the camera in its port, if there is one.
 bool findSoundCards(ChannelRecords &channels, NewDevices &new_cards, const RecordList &new_cameras);
 
 }  // namespace usbdev

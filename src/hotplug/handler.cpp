@@ -100,7 +100,8 @@ void writePlugged(const ConfigWriter &config, const HotplugEvent &event) {
     const ChannelSnapshot &replaced = event.channels[event.choice.replaced];
     writeInheritedAudio(channel, replaced.anode, replaced.acap);
     const Section displaced = config.channel(event.choice.replaced);
-    displaced.set(keys::exists, kNeverConfigured);  // not 0: its camera was displaced, not unplugged
+    // Intended: -1, not 0, is stored for a displaced camera.
+    displaced.set(keys::exists, kNeverConfigured);
     displaced.set(keys::anode, kNone);
   }
 }

@@ -1,4 +1,4 @@
-// A device that comes or goes.
+// A device that is plugged in or removed.
 #pragma once
 
 #include <usbdev/records.h>
@@ -8,12 +8,12 @@
 
 namespace usbdev {
 
-/// Takes in one event of a device: chooses its channel, stores what belongs there, keeps the conflict marks right and
-/// notifies of cameras. Returns the channel, or kNone when none fits, the device is one that is ignored, or the file
-/// cannot be opened or stored.
-/// device: a sound card may get its channel's name. profile: the channel's, set in every case. devname: set when a
-/// camera is removed. vnode: the node before the removal, set on removal. conflict: set when a camera that is plugged
-/// in collides with another one.
+/// Handles one event of a device: chooses its channel, stores what belongs there, updates the conflict marks and, for a
+/// camera, notifies. Returns the channel, or kNone when none fits, the device is ignored, or the file cannot be opened
+/// or stored.
+/// device: a sound card may get its channel's name. profile: the channel's, always set. devname: set when a camera is
+/// removed. vnode: the node before the removal, set on removal. conflict: set when a camera that is plugged in
+/// conflicts with another one.
 int handleHotplug(HostAnswers &host, _usbdev_des &device, int &profile, TextBuffer devname, int &vnode,
                   _usbdev_conflict &conflict);
 

@@ -17,6 +17,7 @@ using Line = char[256];
 int nodeNumber(Line &line) {
   cutAtLineFeed(line);
   const std::size_t length = std::strlen(line);
+  // Intended: The number of a node is its last digit.
   return length == 0 ? 0 : toInt(line + length - 1);
 }
 
@@ -33,12 +34,12 @@ bool readCameraName(int vnode, Line &name) {
   return true;
 }
 
-/// May an interface be asked for? A port above 127 bytes is none.
+/// Is it an interface that can be asked for? The name of a port has at most 127 bytes.
 bool isInterface(const char *name) {
   return isSafeWord(name) && std::strcspn(name, ":") < sizeof(_usbdev_update::usbslot);
 }
 
-/// Copies a sound card's name where the host knows the card.
+/// Copies a sound card's name if the host knows the card.
 void copyCardName(int card, TextBuffer out) {
   const SoundCard known(card);
   if (known) copyText(out, known.info().name);
@@ -68,6 +69,7 @@ bool takeCard(_usbdev_update &record, Line &line) {
 /// Asks interfaces 0 and 2 of the record's port, both always; `take` gets the first line of each that has a node.
 void readNodes(_usbdev_update &record, const char *pattern, bool (*take)(_usbdev_update &, Line &)) {
   if (!isSafeWord(record.usbslot)) return;
+  // Intended: Interface 2 counts more than interface 0.
   for (int interface = 0; interface <= 2; interface += 2) {
     CommandLines nodes(pattern, record.usbslot, interface);
     if (!nodes) {
@@ -75,7 +77,8 @@ void readNodes(_usbdev_update &record, const char *pattern, bool (*take)(_usbdev
       continue;
     }
     Line line;
-    if (nodes.next(line) && !take(record, line)) nodes.leaveOpen();  // meant to stay open then
+    // Intended: The command stays open.
+    if (nodes.next(line) && !take(record, line)) nodes.leaveOpen();
   }
 }
 

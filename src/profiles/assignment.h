@@ -5,17 +5,18 @@
 
 namespace usbdev {
 
-/// May the device in a port take a profile? `unassigned` becomes true when it has none; an unknown port may take any.
+/// Can the device in a port get a profile? Sets `unassigned` when it has none. True for an unknown port.
 bool mayAssign(const char *usbslot, int profile, bool &unassigned);
 
-/// Binds a profile to the channel of the device in a port. True also when it just was; false when either is bound
-/// otherwise.
+/// Assigns a profile to the channel of the device in a port. True also when the device has it already; false when
+/// another device has the profile, the device has another profile, or the port is unknown.
 bool assignProfile(const char *usbslot, int profile);
 
-/// Takes a profile from its channel and hands the port over. client_ip: dotted address of who asks, may be null.
+/// Takes a profile from its channel, and hands over to a channel that waits for this one. client_ip: the client's
+/// dotted address, may be null.
 bool clearProfile(int profile, const char *client_ip, EventCode code);
 
-/// Renames a profile; the name is kept to 255 bytes.
+/// Renames a profile; the name is cut to 255 bytes.
 bool renameProfile(int profile, const char *name, EventCode code);
 
 }  // namespace usbdev

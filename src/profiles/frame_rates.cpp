@@ -22,6 +22,7 @@ const _usbres_des *findSize(const _usbfmt_des &format, int width, int height) {
 /// The first listed rate that is not above the requested one, else the last listed. The list keeps the camera's order.
 void chooseListed(const _usbres_des &size, float requested, float &chosen) {
   for (int i = 0; i < size.fps_count; ++i) {
+    // Intended: The last rate is not always the lowest.
     if (requested - size.fps[i] >= 0 || i == size.fps_count - 1) {
       chosen = size.fps[i];
       return;

@@ -23,6 +23,7 @@ int profileOfChannel(int channel) {
   const ConfigReader config;
   if (!config) return kNone;
   char name[16];
+  // Intended: Any number is a channel.
   formatText(name, "ch%d", channel);
   return config.section(name).get(keys::profile);
 }
@@ -35,13 +36,14 @@ StreamAccess readStreamInfo(int profile, _streaminfo &info) {
   const ConfigReader config;
   if (!config) return StreamAccess::no_channel;
   const Section section = config.channel(channel);
-  info.slot_switch = section.get(keys::slot_switch, 1);  // set also when the channel is refused
+  // Intended: The switch is set even if the channel is refused.
+  info.slot_switch = section.get(keys::slot_switch, 1);
   if (section.get(keys::exists) == 0) return StreamAccess::unplugged;
   if (section.get(keys::conflictch) != kNone) return StreamAccess::conflict;
   if (info.slot_switch == 0) return StreamAccess::switched_off;
   readProfileStream(section, info);
   info.vprofile = info.aprofile = profile;
-  // Audio that is switched off does not count.
+  // Intended: Audio that is off does not count here.
   const int anode = info.aenable == 0 ? kNone : info.anode;
   info.stream_type = static_cast<int>(streamTypeOf(info.vnode, anode));
   return StreamAccess::read;

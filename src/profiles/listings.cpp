@@ -21,7 +21,7 @@ class ProfileIds {
   char text_[sizeof(ProfileList)] = "";
 };
 
-/// The camera is asked last, and only when nothing else settles it.
+/// The camera is asked last, and only when nothing else decides.
 bool canStream(HostAnswers &host, const Section &channel) {
   if (channel.get(keys::exists) == 0 || channel.get(keys::conflictch) != kNone) return false;
   if (channel.get(keys::anode) != kNone) return true;
@@ -69,6 +69,7 @@ bool listChannels(_usbdev_entry *rows) {
   std::memset(rows, 0, kChannels * sizeof *rows);
   for (int i = 0; i < kChannels; ++i) {
     const Section channel = config.channel(i);
+    // Intended: A row of zeros has profile 0, not -1.
     if (channel.get(keys::exists) == 0) continue;
     readDeviceRow(channel, rows[i]);
     const StreamType type = readStreamType(channel);

@@ -50,9 +50,9 @@ bool writeSwitch(const SlotSwitch &change) {
   return config.save();
 }
 
-/// Does the manager have a stream to start? The codec is meant to be that of the last channel but the own, not the
-/// slot's.
+/// Does the manager have a stream to start?
 bool startsStreaming(const SlotSwitch &change) {
+  // Intended: The codec is that of the last other channel.
   const int last = change.own == kChannels - 1 ? kChannels - 2 : kChannels - 1;
   return change.parked_behind == kNone && change.channels[last].vcodec == Codec::mjpeg;
 }
@@ -73,6 +73,7 @@ bool switchSlot(const char *usbslot, SlotState state) {
   _streaminfo slot;
   if (!readSlot(usbslot, slot) || slot.channel == kNone) return false;
   SlotSwitch change(state == SlotState::on, slot);
+  // Intended: The messages of failed opens differ here.
   if (!readForComparing(change.channels, OpenFailure::read)) return false;
 
   HostAnswers host;

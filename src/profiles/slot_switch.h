@@ -5,7 +5,8 @@ namespace usbdev {
 
 enum class SlotState { off, on };
 
-/// Switches a port and hands it over; false when no device is in it, or the file cannot be opened or stored.
+/// Switches a port and updates the conflict marks; false when no device is in it, or the file cannot be opened or
+/// stored.
 bool switchSlot(const char *usbslot, SlotState state);
 
 }  // namespace usbdev

@@ -37,6 +37,7 @@ class ChangedSettings {
   bool any() const { return any_; }
 
   void writeVideo(float chosen_fps) {
+    // Intended: This is written even if nothing changed.
     channel_.set(keys::venable, 1);
     write(keys::vcodec, &_streaminfo::vcodec);
     write(keys::width, &_streaminfo::width);
@@ -72,14 +73,14 @@ class ChangedSettings {
     any_ = true;
   }
 
-  /// A changed MJPEG stream is another one to those who watch it.
+  /// For viewers a changed MJPEG stream is a new stream.
   void writeNewTag() {
     char tag[16] = "";
     makeShareId(tag);
     channel_.set(keys::vtag, tag);
   }
 
-  /// What only a picture that the host encodes has.
+  /// Writes the settings of pictures that the host encodes.
   void writeEncoding() {
     channel_.set(keys::spsstate, 0);
     write(keys::osdenable, &_streaminfo::osdenable);
@@ -111,7 +112,8 @@ bool setStream(int profile, _streaminfo &new_info, const _streaminfo &old_info, 
   {
     WriterOverCommands config;
     if (!config) return false;
-    logStreamChange(profile, new_info, old_info, chosen_fps, code);  // meant to come before the first key
+    // Intended: The events come before the settings.
+    logStreamChange(profile, new_info, old_info, chosen_fps, code);
     ChangedSettings settings(config.channel(channel), new_info, old_info);
     if (hasVideo(type)) settings.writeVideo(chosen_fps);
     if (hasAudio(type)) settings.writeAudio();

@@ -61,6 +61,7 @@ std::uint32_t placed(char c, int position) {
 
 /// Characters outside the alphabet are not detected: each makes its group wrong.
 inline unsigned char *decodeGroup(const char *in, unsigned char *out) {
+  // Intended: The text is not checked.
   const std::uint32_t bits = placed(in[0], 0) | placed(in[1], 1) | placed(in[2], 2) | placed(in[3], 3);
   const std::uint32_t bytes = htonl(bits << 8);
   std::memcpy(out, &bytes, kGroup);  // the fourth byte is zero and lies where the next one or the terminator goes

@@ -15,13 +15,15 @@ namespace {
 constexpr int kHttpPort = 80;
 constexpr int kStatusLineLimit = 256;
 constexpr int kHeadLimit = 512;
+// Intended: Only line feeds in a row end the head.
 constexpr int kHeadEnd = 3;  // line feeds in a row, without carriage returns between them
 
-/// False when the socket fails. A peer that has closed gives zero bytes without end.
+/// False when the socket fails.
 bool readByte(int sock, char &byte) {
   char received[2] = "";
   int count = 0;
   if (receiveText(sock, received, count) != SocketResult::done) return false;
+  // Intended: A closed connection gives zero bytes.
   byte = received[0];
   return true;
 }
@@ -35,7 +37,7 @@ constexpr std::size_t kRequestLineSize = 2048;
 
 template <std::size_t N>
 bool sendRequest(int sock, const RequestLine (&lines)[N]) {
-  // All lines are looked at before the first one is sent.
+  // All lines are checked before the first one is sent.
   for (const bool sending : {false, true}) {
     for (const RequestLine &line : lines) {
       char text[kRequestLineSize];
@@ -86,7 +88,7 @@ HttpHead skipHttpHead(int sock) {
     return HttpHead::wrong_status;
   }
   int line_feeds = 0;
-  // A run of line feeds that has begun is followed beyond the limit.
+  // If the limit is inside a run of line feeds, reads to the end of the run.
   for (int consumed = 0; consumed < kHeadLimit || line_feeds > 0; ++consumed) {
     char byte = '\0';
     if (!readByte(sock, byte)) return HttpHead::unreadable;

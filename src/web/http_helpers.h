@@ -10,7 +10,7 @@ namespace usbdev {
 /// Connects to the web service of a host: a name or a dotted address.
 bool openHttp(const char *host, int &sock);
 
-/// Closes a socket; a negative one is none.
+/// Closes a socket; ignores a negative one.
 void closeHttp(int sock);
 
 /// Reads up to a line feed, which is not stored; the line is not terminated when it fills its buffer. False when the

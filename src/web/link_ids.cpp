@@ -11,7 +11,7 @@
 namespace usbdev {
 
 void makeShareId(TextBuffer out) {
-  // Seeded anew each time: two calls within a second give the same id, which callers accept.
+  // Intended: Two share ids made in one second are the same.
   std::srand(static_cast<unsigned>(getpid() + std::time(nullptr)));
   formatText(out, "%08ld", static_cast<long>(std::rand()) % 100000000);
 }
@@ -27,7 +27,8 @@ void makeHash(TextBuffer out) {
 }
 
 std::size_t strip(char *text, char *out) {
-  trim(text);  // meant for its effect on the end alone: leading blanks stay
+  // Intended: Leading blanks stay in an identifier.
+  trim(text);
   const std::size_t length = std::strlen(text);
   for (const char *c = text; *c != '\0'; ++c) {
     if (*c != '-') *out++ = *c;

@@ -9,7 +9,7 @@ namespace usbdev {
 
 constexpr std::size_t kLinkNameSize = 64;
 
-/// Links a profile's stream directory under a name; an empty name makes no link.
+/// Makes a symbolic link to a profile's stream folder under a name; an empty name makes no link.
 void makeStreamLink(int profile, const char *name);
 
 /// Removes the link of that name if there is one, also when its target is gone.
@@ -18,7 +18,7 @@ void removeStreamLink(const char *name);
 /// Removes a link that was made under a new name which then could not be stored.
 void takeBackStreamLink(const char *name);
 
-/// Forgets what names a channel's share link and lets its viewers in.
+/// Clears the stored identifiers of a channel's share link.
 void withdrawShareLink(const Section &channel);
 
 }  // namespace usbdev

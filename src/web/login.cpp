@@ -39,7 +39,7 @@ bool setRequestPath(RequestPath &path, const char *pattern, const char *first, c
   return true;
 }
 
-/// Asks for a path made from one value or two; false without an answer.
+/// Sends the request of a path made from one value or two; false without an answer.
 bool ask(RequestPath &path, const NasServer &server, Credentials credentials, Answer &answer, const char *pattern,
          const char *first, const char *second = "") {
   return setRequestPath(path, pattern, first, second) &&
@@ -122,6 +122,7 @@ bool hostAcceptsUser(RequestPath &path, const char *user, const char *password) 
     return false;
   }
   std::printf("[%s] authentication OK, get sid:[%s]...\n", user, sid);
+  // Intended: A login takes a second longer than needed.
   sleep(1);  // the login service needs its moment before it can end the session again
   int unused = 0;
   logout(path, server, sid, unused);

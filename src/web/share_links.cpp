@@ -10,7 +10,7 @@
 namespace usbdev {
 namespace {
 
-/// What names a share link and lets its viewers in.
+/// The identifiers of a share link.
 struct LinkIdentifiers {
   char ssid[48] = "";
   char token[64] = "";
@@ -50,14 +50,14 @@ void publish(const Section &section, int profile, const LinkIdentifiers &link, b
   makeStreamLink(profile, link.hash_string);
 }
 
-/// False when nothing could be stored; the link, if one was made, is then gone again.
+/// False when nothing could be stored; a link that was made is then removed.
 bool saveWithLink(WriterOverCommands &config, const LinkIdentifiers &link) {
   if (config.save()) return true;
   takeBackStreamLink(link.hash_string);
   return false;
 }
 
-/// Copies the whole fields, so that nothing of what stood there before is left after the texts.
+/// Copies the whole fields, so that nothing of the earlier texts is left after the new ones.
 void report(ShareLinkInfo &info, const LinkIdentifiers &link) {
   static_assert(sizeof info.ssid == sizeof link.ssid && sizeof info.token == sizeof link.token &&
                 sizeof info.hash_string == sizeof link.hash_string);
@@ -122,12 +122,14 @@ bool readShareLink(ShareLinkInfo &info) {
 bool renewShareLink(ShareLinkInfo &info) {
   const int channel = channelOfProfile(info.profile);
   if (channel == kNone) return false;
-  removePublicLink(channelName(channel));  // the new link is made whether or not the old one went
+  // Intended: The old link may still be there.
+  removePublicLink(channelName(channel));
   LinkIdentifiers link;
   if (!makeIdentifiers("", link)) return false;
   {
     WriterOverCommands config;
     if (!config) return false;
+    // Intended: A disabled link is renewed too.
     publish(config.channel(channel), info.profile, link, true);
     if (!saveWithLink(config, link)) return false;
   }

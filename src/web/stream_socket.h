@@ -24,9 +24,9 @@ class StreamSocket {
 
   explicit operator bool() const { return descriptor_ >= 0; }
   int descriptor() const { return descriptor_; }
-  /// Hands the open socket over to the caller.
+  /// Gives the open socket to the caller, who has to close it.
   int release();
-  /// Sends without a signal when the peer has gone; the count sent, or negative.
+  /// Sends without a signal when the peer has closed the connection; the count sent, or negative.
   long sendBytes(const void *bytes, std::size_t size) const;
 
  private:

