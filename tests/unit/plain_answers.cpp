@@ -1,5 +1,6 @@
 #include "plain_answers.h"
 
+#include "core/text.h"
 #include "devices/host_answers.h"
 
 namespace usbdev {
@@ -8,9 +9,13 @@ bool HostAnswers::isOneChannelLimited() { return plain_answers.one_channel_limit
 
 bool HostAnswers::mayEncode() { return plain_answers.may_encode; }
 
+// Each answer takes the place of the one before, as it may in the library.
 const char *HostAnswers::bridgeOf(int vnode) {
   const auto found = plain_answers.bridges.find(vnode);
-  return found == plain_answers.bridges.end() ? nullptr : found->second.c_str();
+  if (found == plain_answers.bridges.end()) return nullptr;
+  bridge_count_ = 1;
+  copyText(bridges_[0].path, found->second.c_str());
+  return bridges_[0].path;
 }
 
 }  // namespace usbdev

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "core/text.h"
 #include "plain_answers.h"
 #include "plain_config.h"
 
@@ -102,7 +103,7 @@ class TenCameras : public OnAHost {
     for (int i = 0; i < kChannels; ++i) {
       channels[i].exists = 1;
       channels[i].vnode = 20 + i;
-      ("3-1." + std::to_string(i)).copy(channels[i].usbslot, sizeof channels[i].usbslot - 1);
+      formatText(channels[i].usbslot, "3-1.%d", i);
     }
   }
   std::vector<int> conflicting() {

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "core/text.h"
+
 namespace usbdev {
 namespace {
 
@@ -22,8 +24,8 @@ class AChoice : public testing::Test {
     channel.profile = profile;
     channel.slot_switch = 1;
     channel.vnode = 20 + i;
-    ("3-" + std::to_string(i)).copy(channel.usbslot, sizeof channel.usbslot - 1);
-    created.copy(channel.createtime, sizeof channel.createtime - 1);
+    formatText(channel.usbslot, "3-%d", i);
+    copyText(channel.createtime, created.c_str());
     return channel;
   }
   Successor choose() const { return chooseSuccessor(channels, marks, kNow); }
