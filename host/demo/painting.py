@@ -40,7 +40,7 @@ class Painter:
         if channel["state"] != "plugged":
             return self._styled(f"{text} {channel['state']}", DIM)
         if channel["parked_behind"] is not None:
-            return self._styled(f"{text} waits behind channel {channel['parked_behind']}", YELLOW)
+            return self._styled(f"{text} waits for channel {channel['parked_behind']}", YELLOW)
         if not channel["supported"]:
             return self._styled(f"{text} not supported", RED)
         return self._styled(f"{text} ready", GREEN)

@@ -36,7 +36,7 @@ STORY = [
         {0: {**PLUGGED, "slot": "3-1.1", "profile": None}},
     ),
     Step(
-        "Profile 0 is bound to it and set: it has a live-view link now, and its stream begins",
+        "Profile 0 is assigned to it and set: it has a live link now, and its stream begins",
         ["usbdevctl assign 3-1.1 0", "usbdevctl stream set 0 --size 640x480"],
         {0: {**PLUGGED, "profile": 0}},
         manager=["event 0  profile 0", "profile 0 streams 640x480 at 30.00 from camera 0"],
@@ -46,7 +46,7 @@ STORY = [
         ],
     ),
     Step(
-        "A second camera of the same model at the same root port must wait: channel 1 is parked behind channel 0",
+        "A second camera of the same model at the same root port must wait: channel 1 waits for channel 0",
         ["sim plug hd-usb-camera 3-1.2"],
         {0: PLUGGED, 1: {"state": "plugged", "slot": "3-1.2", "parked_behind": 0}},
     ),

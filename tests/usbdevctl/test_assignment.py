@@ -23,8 +23,8 @@ def test_assign_prints_which_camera_waits_now(on_host: RunOnHost) -> None:
         "usbdevctl assign ch0 0",
         "usbdevctl clear 0 >/dev/null; usbdevctl assign 3-1.1 0 --json",
     )
-    assert text.out == f"bound to profile 0: {FIRST}  profile 0\nwaits behind it now: {SECOND}  no profile\n"
-    assert again.out == f"bound already to profile 0: {FIRST}  profile 0\n"
+    assert text.out == f"profile 0 assigned: {FIRST}  profile 0\nwaits for it now: {SECOND}  no profile\n"
+    assert again.out == f"profile 0 assigned already: {FIRST}  profile 0\n"
     assert [json.json[key] for key in ("changed", "now_waiting", "channel", "profile")] == [True, [1], 0, 0]
     assert [(done.err, done.status) for done in (text, again, json)] == 3 * [("", 0)]
 
@@ -38,12 +38,12 @@ def test_a_camera_that_waits_gets_no_profile_and_stops_no_other(on_host: RunOnHo
         CONFLICTS,
     )
     why = (
-        f"{SECOND}  no profile: it waits behind {FIRST}  profile 0 (both are on root port 3-1); "
-        "with a profile, both would wait behind each other"
+        f"{SECOND}  no profile: it waits for {FIRST}  profile 0 (both are on root port 3-1); "
+        "with a profile, both would wait for each other"
     )
     advice = (
         "plug it into a port of another root port, or take the profile of channel 0 ('usbdevctl clear pf0') "
-        "or switch its port off ('usbdevctl slot off 3-1.1'); --anyway binds the profile all the same"
+        "or switch its port off ('usbdevctl slot off 3-1.1'); --anyway assigns it nevertheless"
     )
     assert (refused.out, refused.err) == ("", f"usbdevctl: {why}\nusbdevctl: {advice}\n")
     assert (refused.status, check.status) == (1, 3)
@@ -65,8 +65,8 @@ def test_a_camera_that_waits_gets_its_profile_anyway(on_host: RunOnHost) -> None
         "usbdevctl assign 3-1.2 1 --anyway",
         CONFLICTS,
     )
-    assert anyway.out == f"bound to profile 1: {SECOND}  profile 1\nwaits behind it now: {FIRST}  profile 0\n"
-    assert (anyway.err, anyway.status) == ("usbdevctl: it does not stream: it waits behind channel 0\n", 0)
+    assert anyway.out == f"profile 1 assigned: {SECOND}  profile 1\nwaits for it now: {FIRST}  profile 0\n"
+    assert (anyway.err, anyway.status) == ("usbdevctl: it does not stream: it waits for channel 0\n", 0)
     assert parked(channels) == [1, 0, None]
 
 
@@ -87,7 +87,7 @@ def test_an_unsupported_camera_uses_no_profile_up(on_host: RunOnHost) -> None:
         "usbdevctl assign 3-1 0 --anyway",
     )
     assert "it is not supported; the profile would be used up and show nothing" in refused.err
-    assert "'usbdevctl explain ch0' says why it is not" in refused.err
+    assert "'usbdevctl explain ch0' shows why it is not" in refused.err
     assert (refused.status, free.json["profiles"]) == (1, [0, 1, 2, 3])
     assert (anyway.err, anyway.status) == ("usbdevctl: it does not stream: it is not supported\n", 0)
 
@@ -102,7 +102,7 @@ def test_a_profile_for_the_camera_in_a_displaced_ones_port_is_not_lost(on_host: 
     )
     assert [done.status for done in (other, same)] == [1, 1]
     for done in (other, same):
-        assert "its port is kept by a displaced camera, which the library would bind instead: channel 0" in done.err
+        assert "a displaced camera keeps its port, and the library would take that one instead: channel 0" in done.err
         assert "'usbdevctl forget ch0' frees the channel that keeps the port, its profile with it" in done.err
 
 
@@ -130,7 +130,7 @@ def test_a_check_allows_what_is_harmless(on_host: RunOnHost) -> None:
     )
     camera = 'channel 0  3-1  "USB 2.0 Camera: USB Camera"'
     assert (allowed.out, allowed.status) == (f"allowed: {camera}  no profile\n", 0)
-    assert (bound.out, bound.status) == (f"bound already: {camera}  profile 0\n", 0)
+    assert (bound.out, bound.status) == (f"assigned already: {camera}  profile 0\n", 0)
     assert taken.out.startswith(f"refused: {camera}  profile 0: it has another profile\n")
     assert taken.status == 3
 
@@ -140,6 +140,6 @@ def test_an_assignment_that_is_not_stored_is_a_failure(on_host: RunOnHost) -> No
     no_growth = "trap '' XFSZ; ulimit -f 0"
     done = on_host(f"sim plug usb2-camera 3-1 >/dev/null; ({no_growth}; usbdevctl assign 3-1 0; echo $?) 2>&1 | cat")
     assert done.stdout.splitlines()[1:] == [
-        'usbdevctl: profile 0 could not be bound to channel 0  3-1  "USB 2.0 Camera: USB Camera"  no profile',
+        'usbdevctl: profile 0 could not be assigned to channel 0  3-1  "USB 2.0 Camera: USB Camera"  no profile',
         "1",
     ]

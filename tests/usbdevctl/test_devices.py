@@ -37,7 +37,7 @@ def test_a_removal_that_was_never_plugged_has_no_channel(on_host: RunOnHost) -> 
 
 def test_an_ignored_sound_card_has_no_channel(on_host: RunOnHost) -> None:
     result = on_host("usbdevctl plug --type audio --node 0 --slot 3-1 --name 'KAB 1'")
-    assert result.stderr == "usbdevctl: no channel takes this device\n"
+    assert result.stderr == "usbdevctl: no channel fits this device\n"
     assert result.returncode == 3
 
 

@@ -88,7 +88,7 @@ def test_explain_names_the_camera_that_another_waits_for_and_why(on_host: RunOnH
     assert plugged.status == 0
     waits = controller.json["reasons"][0]
     assert (waits["reason"], waits["other_channel"], waits["collision"]) == ("waits", 0, "controller")
-    assert "waits behind channel 0  5-1" in waits["why"]
+    assert "waits for channel 0  5-1" in waits["why"]
     assert "both are on one USB controller behind a PCI bridge" in waits["why"]
 
 

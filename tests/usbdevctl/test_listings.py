@@ -139,7 +139,7 @@ def test_what_is_free_is_listed_until_all_is_bound(on_host: RunOnHost) -> None:
     assert [(device["channel"], device["slot"]) for device in free.json["devices"]] == [(1, "5-1")]
     assert free.status == 0
     assert (bound.out, bound.status) == ("profiles    none\ndevices     none\n", 3)
-    assert bound.err == "usbdevctl: every profile is bound\n"
+    assert bound.err == "usbdevctl: every profile has a camera\n"
 
 
 def test_the_profiles_follow_their_live_view_links(on_host: RunOnHost) -> None:

@@ -112,7 +112,7 @@ def test_stream_prints_why_a_profile_cannot_stream(on_host: RunOnHost) -> None:
     errors = [(result.err, result.status) for result in results]
     assert errors[:2] == 2 * [(UNBOUND, 3)]
     assert [errors[3], errors[5], errors[7]] == [
-        (f'usbdevctl: channel 1  3-1.2  "{NAME}: HD USB Camera"  profile 1: it waits behind channel 0\n', 3),
+        (f'usbdevctl: channel 1  3-1.2  "{NAME}: HD USB Camera"  profile 1: it waits for channel 0\n', 3),
         (f'usbdevctl: channel 0  3-1.1  "{NAME}: USB Camera"  profile 0: its port is switched off\n', 3),
         (f'usbdevctl: channel 0  3-1.1  "{NAME}: USB Camera"  profile 0  unplugged: it is unplugged\n', 3),
     ]
@@ -200,7 +200,7 @@ def test_a_port_that_is_switched_on_waits_for_a_camera_that_streams(on_host: Run
         "usbdevctl slot on 3-1.2",
         "usbdevctl slot on 3-1.2 --json",
     )
-    assert results[2].out.startswith("switched on, waits behind channel 0: channel 1  3-1.2  ")
+    assert results[2].out.startswith("switched on, waits for channel 0: channel 1  3-1.2  ")
     assert results[3].json["parked_behind"] == 0
 
 
@@ -242,7 +242,7 @@ def test_a_host_without_picture_codec_and_numbers_says_so(on_host: RunOnHost) ->
     assert (codec.json["supported"], codec.status) == (False, 3)
     assert (port.json["port"], port.status) == (None, 3)
     assert (unknown.out, unknown.status) == ("", 1)
-    assert unknown.err == "usbdevctl: the host does not tell whether its graphics support the encoding add-on\n"
+    assert unknown.err == "usbdevctl: the host does not report whether its graphics support the encoding add-on\n"
 
 
 READING = ["stream show 0", "stream set 0 --fps 5", "caps 0", "devices", "profiles", "free", "slot list", "slot on 3-1"]

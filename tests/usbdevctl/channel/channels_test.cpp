@@ -194,7 +194,7 @@ TEST(TheChannelTable, HasALineForEachChannel) {
   const std::vector<std::string> expected = {
       "CHANNEL  STATE    PORT   DEVICE   VIDEO  PROFILE  SWITCH  CONFLICT         CREATED",
       "      0  plugged  3-1.2  Cam\\x1b      0  1 Door   on      -                2024-03-05 08:15:00",
-      "      1  plugged  3-1.2  Cam\\x1b      0  -        off     parked behind 0  -",
+      "      1  plugged  3-1.2  Cam\\x1b      0  -        off     waits for 0  -",
       "      2  free     -      -            -  -        -       -                -"};
   EXPECT_EQ(firstLines(text, 4), expected);
   EXPECT_EQ(firstLines(text, 99).size(), 11U);
@@ -237,7 +237,7 @@ TEST(ACamera, NamesTheFirstThingThatPreventsItFromStreaming) {
   row.slot_switch = false;
   EXPECT_EQ(streamLackText(row), "its port is switched off");
   row.parked_behind = 4;
-  EXPECT_EQ(streamLackText(row), "it waits behind channel 4");
+  EXPECT_EQ(streamLackText(row), "it waits for channel 4");
   row.supported = false;
   EXPECT_EQ(streamLackText(row), "it is not supported");
   row.state = ChannelState::displaced;

@@ -47,7 +47,7 @@ TEST(APluggedCamera, ThatWaitsIsReportedWithTheCameraThatItWaitsFor) {
   EXPECT_EQ(plugReport(outcome, someCamera(0, "3-1", 2)).text(false),
             "channel     1\n"
             "profile     none\n"
-            "conflict    waits behind channel 0  3-1  \"USB Camera\"  profile 2\n");
+            "conflict    waits for channel 0  3-1  \"USB Camera\"  profile 2\n");
   EXPECT_THAT(jsonOf(plugReport(outcome, {})),
               EndsWith(R"("conflict":{"channel":0,"profile":2,"profile_name":"Door\n","parked":true}})"
                        "\n"));
@@ -58,7 +58,7 @@ TEST(APluggedCamera, ThatMakesAnotherWaitIsReportedAsThat) {
   EXPECT_EQ(plugReport(outcome, someCamera(0, "3-1", 2)).text(false),
             "channel     1\n"
             "profile     none\n"
-            "conflict    another camera at this root port now waits behind this channel\n");
+            "conflict    another camera at this root port now waits for this channel\n");
   EXPECT_THAT(jsonOf(plugReport(outcome, {})),
               EndsWith(R"("conflict":{"channel":1,"profile":null,"profile_name":"Door\n","parked":false}})"
                        "\n"));

@@ -88,10 +88,10 @@ TEST_F(AnExplanation, OfADisplacedCameraNamesTheOneInItsPort) {
 
 TEST_F(AnExplanation, OfACameraWithoutProfileOffersTheFirstFreeOne) {
   row().profile.reset();
-  EXPECT_EQ(reasons()[0].remedy, "'usbdevctl assign ch4 0' binds one");
+  EXPECT_EQ(reasons()[0].remedy, "'usbdevctl assign ch4 0' assigns one");
   for (int profile = 0; profile < USBDEV_PROFILES; ++profile)
     rows_[static_cast<std::size_t>(profile)].profile = profile;
-  EXPECT_EQ(reasons()[0].remedy, "every profile is bound: 'usbdevctl move PROFILE ch4' moves one to it");
+  EXPECT_EQ(reasons()[0].remedy, "every profile has a camera: 'usbdevctl move PROFILE ch4' moves one to it");
 }
 
 }  // namespace

@@ -85,7 +85,7 @@ def test_an_import_brings_back_what_was_lost(exported: Path, tmp_path: Path) -> 
     result = document("import", str(exported))
     assert [step.split(":")[0] for step in result["done"]] == [
         "switch its port on",
-        "bind profile 1",
+        "assign profile 1",
         "name profile 1",
         "set the stream of profile 1",
         "set the sharing of profile 1",
@@ -238,7 +238,7 @@ def test_an_import_that_fails_in_the_middle_says_what_was_done(exported: Path) -
     answers = answer_once(Path("/run/usbdev-sim/nodes/video0/formats"))
     result = usbdevctl("import", str(exported))
     answers.join()
-    assert [line.split(":")[1].strip() for line in result.stdout.splitlines()] == ["bind profile 1", "name profile 1"]
+    assert [line.split(":")[1].strip() for line in result.stdout.splitlines()] == ["assign profile 1", "name profile 1"]
     assert [line.split(":")[1:3] for line in result.stderr.splitlines() if line.startswith("usbdevctl")] == [
         [" failed", " set the stream of profile 1"],
         [" not done", " set the sharing of profile 1"],

@@ -54,11 +54,11 @@ TEST_F(JudgingAnAssignment, OfACameraThatWaitsIsRefusedWithTheOneThatItWaitsFor)
   EXPECT_FALSE(isHarmless(judge()));
   EXPECT_TRUE(isPossible(judge()));
   EXPECT_EQ(refusal(),
-            "channel 1  3-1.2  \"Cam\"  no profile: it waits behind channel 0  3-1.1  \"Cam\"  profile 0 (both are on "
-            "root port 3-1); with a profile, both would wait behind each other");
+            "channel 1  3-1.2  \"Cam\"  no profile: it waits for channel 0  3-1.1  \"Cam\"  profile 0 (both are on "
+            "root port 3-1); with a profile, both would wait for each other");
   EXPECT_EQ(advice(),
             "plug it into a port of another root port, or take the profile of channel 0 ('usbdevctl clear pf0') or "
-            "switch its port off ('usbdevctl slot off 3-1.1'); --anyway binds the profile all the same");
+            "switch its port off ('usbdevctl slot off 3-1.1'); --anyway assigns it nevertheless");
 }
 
 TEST_F(JudgingAnAssignment, ThatWouldStopACameraThatStreamsIsRefused) {
@@ -130,7 +130,7 @@ TEST_F(JudgingAnAssignment, ToACameraWithAnotherProfileIsImpossible) {
   rows_[1].profile = 3;
   EXPECT_EQ(judge().verdict, Verdict::camera_taken);
   EXPECT_FALSE(isPossible(judge()));
-  EXPECT_EQ(advice(), "'usbdevctl clear pf3' unbinds that one");
+  EXPECT_EQ(advice(), "'usbdevctl clear pf3' takes that one away");
 }
 
 TEST_F(JudgingAnAssignment, ToACameraThatIsNotAttachedIsImpossible) {

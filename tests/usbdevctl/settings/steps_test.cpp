@@ -113,7 +113,7 @@ TEST_F(AnImport, IsRefusedWhereACameraIsMissing) {
 TEST_F(AnImport, IsRefusedWhereAProfileIsBoundOtherwise) {
   std::swap(settings_[0].profile, settings_[1].profile);
   EXPECT_THAT(import().refusals, ElementsAre(HasSubstr("it has profile 1, and the settings have none for it"),
-                                             HasSubstr("profile 1 is bound to another camera: channel 0")));
+                                             HasSubstr("profile 1 belongs to another camera: channel 0")));
 }
 
 TEST_F(AnImport, IsRefusedWhereOneOfItsCamerasWouldStopAnother) {
@@ -123,8 +123,7 @@ TEST_F(AnImport, IsRefusedWhereOneOfItsCamerasWouldStopAnother) {
   CameraFacts first = facts(0);
   CameraFacts second = facts(1);
   first.collisions[1] = second.collisions[0] = Collision::root_port;
-  EXPECT_THAT(planImport(settings_, rows_, {first, second}).refusals,
-              ElementsAre(HasSubstr("it waits behind channel 0")));
+  EXPECT_THAT(planImport(settings_, rows_, {first, second}).refusals, ElementsAre(HasSubstr("it waits for channel 0")));
 }
 
 TEST_F(AnImport, IsRefusedWhereTheCameraDoesNotOfferTheStream) {
@@ -164,7 +163,7 @@ TEST_F(AMove, ToACameraThatWaitsBehindTheOldOneIsPossible) {
 TEST_F(AMove, ToACameraThatWaitsBehindAThirdOneIsRefused) {
   plug(2, "5-2").profile = 3;
   rows_[1].parked_behind = 2;
-  EXPECT_THAT(move(facts(1)).refusals, ElementsAre(HasSubstr("it waits behind channel 2")));
+  EXPECT_THAT(move(facts(1)).refusals, ElementsAre(HasSubstr("it waits for channel 2")));
 }
 
 TEST_F(AMove, ToACameraThatWouldWaitForTheOldOnesSuccessorIsRefused) {
@@ -172,7 +171,7 @@ TEST_F(AMove, ToACameraThatWouldWaitForTheOldOnesSuccessorIsRefused) {
   rows_[2].parked_behind = rows_[1].parked_behind = 0;
   std::swap(rows_[1], rows_[2]);
   CameraFacts target = facts(2);
-  EXPECT_THAT(move(target).refusals, ElementsAre(HasSubstr("it waits behind channel 1")));
+  EXPECT_THAT(move(target).refusals, ElementsAre(HasSubstr("it waits for channel 1")));
 }
 
 TEST_F(AMove, ToACameraThatCannotStreamIsRefused) {
@@ -200,7 +199,7 @@ TEST_F(AMove, ThatFailsIsTakenBackStepByStep) {
   EXPECT_THAT(kindsOf(back(3)), ElementsAre(Kind::clear, Kind::bind, Kind::rename, Kind::stream, Kind::share));
   rows_[0].state = ChannelState::unplugged;
   EXPECT_THAT(back(1).refusals,
-              ElementsAre("the camera that had it is away, and the library binds attached cameras only"));
+              ElementsAre("the camera that had it is away, and the library assigns profiles only to attached cameras"));
 }
 
 }  // namespace

@@ -64,7 +64,7 @@ Style stateStyle(ChannelState state) {
 Cell conflictCell(const ChannelRow &row) {
   if (!row.supported) return {"unsupported", Style::bad};
   if (!row.parked_behind) return {};
-  return {"parked behind " + std::to_string(*row.parked_behind), Style::notice};
+  return {"waits for " + std::to_string(*row.parked_behind), Style::notice};
 }
 
 Cell profileCell(const ChannelRow &row) {
@@ -112,7 +112,7 @@ const char *stateName(ChannelState state) {
 std::string streamLackText(const ChannelRow &row) {
   if (row.state != ChannelState::plugged) return std::string("it is ") + stateName(row.state);
   if (!row.supported) return "it is not supported";
-  if (row.parked_behind) return "it waits behind channel " + std::to_string(*row.parked_behind);
+  if (row.parked_behind) return "it waits for channel " + std::to_string(*row.parked_behind);
   return row.slot_switch == false ? "its port is switched off" : "";
 }
 

@@ -26,7 +26,7 @@ ExitStatus channels(const Options &options) {
 
 void addChannels(Command &program) {
   auto options = std::make_shared<Options>();
-  Command &command = program.addCommand("channels", "Show the ten channels and what is attached to them",
+  Command &command = program.addCommand("channels", "Show the ten channels and their devices",
                                         [options] { return channels(*options); });
   addJsonFlag(command, options->json);
 }

@@ -7,15 +7,15 @@ namespace usbdevctl {
 
 namespace {
 
-// The two ways in which a new camera collides: it waits for a channel that streams, or, having a profile itself, it
-// makes the other one wait.
+// The two ways in which a new camera conflicts with another: it waits for a channel that streams, or, having a profile
+// itself, it makes the other one wait.
 bool isParked(const HotplugOutcome &outcome) { return outcome.conflict.channel != outcome.channel; }
 
 std::string conflictText(const HotplugOutcome &outcome, const Camera &other) {
   const _usbdev_conflict &conflict = outcome.conflict;
   if (!numberUnlessNone(conflict.channel)) return "";
-  if (!isParked(outcome)) return "another camera at this root port now waits behind this channel";
-  return "waits behind " + cameraText(other);
+  if (!isParked(outcome)) return "another camera at this root port now waits for this channel";
+  return "waits for " + cameraText(other);
 }
 
 Json conflictJson(const HotplugOutcome &outcome) {

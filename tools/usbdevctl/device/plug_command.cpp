@@ -52,7 +52,7 @@ ExitStatus explainNoChannel(const _usbdev_des &device) {
     complain("the channel of this device could not be stored");
     return ExitStatus::failure;
   }
-  complain(device.plugged != 0 ? "no channel takes this device" : "no channel has a device at this port");
+  complain(device.plugged != 0 ? "no channel fits this device" : "no channel has a device at this port");
   return ExitStatus::nothing;
 }
 
@@ -101,14 +101,14 @@ ExitStatus unplug(const Options &device) {
 
 void addPlug(Command &program) {
   auto device = std::make_shared<Options>();
-  Command &command = program.addCommand("plug", "Tell the library that a device was attached; print its channel",
+  Command &command = program.addCommand("plug", "Report to the library that a device was plugged in; print its channel",
                                         [device] { return plug(*device); });
   addOptions(command, *device, true);
 }
 
 void addUnplug(Command &program) {
   auto device = std::make_shared<Options>();
-  Command &command = program.addCommand("unplug", "Tell the library that a device was removed; print its channel",
+  Command &command = program.addCommand("unplug", "Report to the library that a device was removed; print its channel",
                                         [device] { return unplug(*device); });
   addOptions(command, *device, false);
 }

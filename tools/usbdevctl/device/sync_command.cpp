@@ -46,9 +46,8 @@ ExitStatus sync(bool json) {
 
 void addSync(Command &program) {
   auto json = std::make_shared<bool>(false);
-  Command &command =
-      program.addCommand("sync", "Bring the channels into line with the devices that are attached, as at start-up",
-                         [json] { return sync(*json); });
+  Command &command = program.addCommand("sync", "Update the channels from the attached devices, as at start-up",
+                                        [json] { return sync(*json); });
   addJsonFlag(command, *json);
 }
 

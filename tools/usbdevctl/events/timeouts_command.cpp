@@ -65,7 +65,7 @@ FieldRows describe(const Counters &counters) {
 }
 
 ExitStatus failed() {
-  complain("the shared time-out counters cannot be had");
+  complain("the shared time-out counters are not available");
   return ExitStatus::failure;
 }
 

@@ -32,7 +32,7 @@ std::optional<int> millisecondsUntil(std::optional<Clock::time_point> deadline) 
   return left.count() > 0 ? static_cast<int>(left.count()) : 0;
 }
 
-// Prints a datagram at once, for a reader that waits for it; false for one that is no notification.
+// Prints a datagram at once, for a reader that waits for it; false for one that is not a notification.
 bool show(const std::string &datagram, bool json) {
   std::string reason;
   const std::optional<Notification> notification = decodeNotification(datagram, reason);

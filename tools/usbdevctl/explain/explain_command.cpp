@@ -30,7 +30,7 @@ ExitStatus explain(const CameraOptions &options) {
 
 void addExplain(Command &program) {
   auto options = std::make_shared<CameraOptions>(CameraName::By::channel);
-  Command &command = program.addCommand("explain", "Say why a camera does not stream, and what would change it",
+  Command &command = program.addCommand("explain", "Show why a camera does not stream, and what would change that",
                                         [options] { return explain(*options); });
   addCameraOptions(command, *options);
 }

@@ -41,10 +41,9 @@ Reason waits(const ChannelRows &rows, int channel, const Collisions &collisions)
   const ChannelRow &row = rowOf(rows, channel);
   const int other = *row.parked_behind;
   const Collision collision = collisions[static_cast<std::size_t>(other)];
-  return {
-      "waits",
-      "it waits behind " + cameraText({other, rowOf(rows, other)}) + " (" + collisionText(collision, row.slot) + ")",
-      rivalRemedy(rows, other, collision), other, collision};
+  return {"waits",
+          "it waits for " + cameraText({other, rowOf(rows, other)}) + " (" + collisionText(collision, row.slot) + ")",
+          rivalRemedy(rows, other, collision), other, collision};
 }
 
 int firstFreeProfile(const ChannelRows &rows) {
@@ -60,8 +59,8 @@ Reason unbound(const ChannelRows &rows, int channel) {
   const int profile = firstFreeProfile(rows);
   return {"unbound", "it has no profile",
           profile == -1
-              ? "every profile is bound: 'usbdevctl move PROFILE " + channelName(channel) + "' moves one to it"
-              : "'usbdevctl assign " + channelName(channel) + " " + std::to_string(profile) + "' binds one"};
+              ? "every profile has a camera: 'usbdevctl move PROFILE " + channelName(channel) + "' moves one to it"
+              : "'usbdevctl assign " + channelName(channel) + " " + std::to_string(profile) + "' assigns one"};
 }
 
 Json reasonJson(const Reason &reason) {

@@ -43,7 +43,7 @@ ExitStatus formats(const CameraOptions &options) {
   const CameraFormats camera = readFormats(node);
   const std::string device = "/dev/video" + std::to_string(node);
   if (camera.count < 0) {
-    complain("the formats of " + device + " cannot be asked for");
+    complain("the format query of " + device + " cannot be started");
     return ExitStatus::failure;
   }
   const FormatSurvey survey = surveyUnlessFound(node, camera);

@@ -26,7 +26,7 @@ ExitStatus model(const CameraOptions &options) {
 ExitStatus codec(const CameraOptions &options) {
   int supported = 0;
   if (vl_check_HOS_halvane_support(&supported) != 0) {
-    complain("the host does not tell whether its graphics support the encoding add-on");
+    complain("the host does not report whether its graphics support the encoding add-on");
     return ExitStatus::failure;
   }
   print(recordOutput(Fields().add(answerField("supported", supported != 0)), options.json));
@@ -59,8 +59,8 @@ void addHost(Command &program) {
   auto options = std::make_shared<CameraOptions>(CameraName::By::channel);
   Command &host = program.addCommand("host", "Ask the host about itself");
   addHostInfo(host);
-  addProbe(host, "model", "Tell whether the host has a picture of its model", model, options);
-  addProbe(host, "codec", "Tell whether the host's graphics support the encoding add-on", codec, options);
+  addProbe(host, "model", "Check whether the host has a picture of its model", model, options);
+  addProbe(host, "codec", "Check whether the host's graphics support the encoding add-on", codec, options);
   addCamera(addProbe(host, "port", "Show a port's number on the host's panel", port, options), options->camera);
 }
 

@@ -32,7 +32,7 @@ HostInfo askHost() {
 ExitStatus hostInfo(bool json) {
   const HostInfo info = askHost();
   if (info.version.empty() && !info.web_port) {
-    complain("the host's system configuration cannot be read or does not tell");
+    complain("the host's system configuration cannot be read, or has neither version nor web port");
     return ExitStatus::failure;
   }
   const Fields fields =
@@ -45,7 +45,7 @@ ExitStatus hostInfo(bool json) {
 
 void addHostInfo(Command &host) {
   auto json = std::make_shared<bool>(false);
-  Command &command = host.addCommand("info", "Show the host's version and the port of its web pages",
+  Command &command = host.addCommand("info", "Show the host's version and the TCP port of its web pages",
                                      [json] { return hostInfo(*json); });
   addJsonFlag(command, *json);
 }

@@ -33,9 +33,8 @@ ExitStatus login(const Options &options) {
 
 void addLogin(Command &program) {
   auto options = std::make_shared<Options>();
-  Command &command =
-      program.addCommand("login", "Tell whether the host accepts a user; the password is asked for or read from a pipe",
-                         [options] { return login(*options); });
+  Command &command = program.addCommand("login", "Check a user; asks for the password, or reads it from a pipe",
+                                        [options] { return login(*options); });
   command.add("user", &options->user, "Name of the user");
   addTimeout(command, options->seconds);
 }

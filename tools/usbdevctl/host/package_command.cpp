@@ -45,7 +45,7 @@ ExitStatus package(const Options &options) {
 
 void addPackage(Command &program) {
   auto options = std::make_shared<Options>();
-  Command &command = program.addCommand("package", "Show how an application package is registered on the host",
+  Command &command = program.addCommand("package", "Show what the host's registry stores about an application package",
                                         [options] { return package(*options); });
   command.add("name", &options->name, "Name of the package");
   addJsonFlag(command, options->json);

@@ -34,7 +34,7 @@ ExitStatus session(const Options &options) {
 
 void addSession(Command &program) {
   auto options = std::make_shared<Options>();
-  Command &command = program.addCommand("session", "Tell whether a session of the host's web pages is open",
+  Command &command = program.addCommand("session", "Check whether a session of the host's web pages is open",
                                         [options] { return session(*options); });
   command.add("sid", &options->sid, "The session's identifier");
   addTimeout(command, options->seconds);

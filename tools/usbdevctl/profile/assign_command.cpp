@@ -23,7 +23,7 @@ std::string profileName(int profile) { return "profile " + std::to_string(profil
 ExitStatus reportBound(const AssignmentOptions &options, const Camera &camera) {
   Fields members;
   members.add(forPrograms("changed", false)).add(forPrograms("now_waiting", Json::array()));
-  print(changeOutput("bound already to " + profileName(options.profile), members, camera, options.json));
+  print(changeOutput(profileName(options.profile) + " assigned already", members, camera, options.json));
   return ExitStatus::ok;
 }
 
@@ -35,9 +35,9 @@ ExitStatus report(const AssignmentOptions &options, const Judgement &before) {
   const Cameras waiting = waitingSince(before.rows, rows, channel);
   Fields members;
   members.add(forPrograms("changed", true)).add(forPrograms("now_waiting", channelNumbers(waiting)));
-  print(changeOutput("bound to " + profileName(options.profile), members, camera, options.json));
+  print(changeOutput(profileName(options.profile) + " assigned", members, camera, options.json));
   for (const Camera &other : waiting) {
-    if (!options.json) print("waits behind it now: " + cameraText(other) + "\n");
+    if (!options.json) print("waits for it now: " + cameraText(other) + "\n");
   }
   if (const std::string lack = streamLackText(camera.row); !lack.empty()) complain("it does not stream: " + lack);
   return ExitStatus::ok;
@@ -55,14 +55,15 @@ ExitStatus assign(const AssignmentOptions &options) {
   }
   std::string port = judgement.camera.row.slot;
   if (vl_set_usbchn_profile(port.data(), options.profile) == 0) return report(options, judgement);
-  return refused(profileName(options.profile) + " could not be bound to " + cameraText(judgement.camera));
+  return refused(profileName(options.profile) + " could not be assigned to " + cameraText(judgement.camera));
 }
 
 }  // namespace
 
 void addAssign(Command &program) {
   auto options = std::make_shared<AssignmentOptions>();
-  Command &command = program.addCommand("assign", "Bind a profile to a camera", [options] { return assign(*options); });
+  Command &command =
+      program.addCommand("assign", "Assign a profile to a camera", [options] { return assign(*options); });
   addAssignmentOptions(command, *options);
   command.add("--anyway", &options->anyway, "Also where the camera would not stream, or stop another one");
 }

@@ -50,7 +50,7 @@ Assignment judgeBinding(const ChannelRows &rows, int channel, int profile) {
 
 std::string rivalAdvice(const Assignment &assignment, const ChannelRows &rows) {
   const std::string remedy = rivalRemedy(rows, assignment.other, assignment.collision);
-  return streams(rowOf(rows, assignment.other)) ? remedy + "; --anyway binds the profile all the same" : remedy;
+  return streams(rowOf(rows, assignment.other)) ? remedy + "; --anyway assigns it nevertheless" : remedy;
 }
 
 }  // namespace
@@ -101,15 +101,15 @@ std::string refusalText(const Assignment &assignment, const ChannelRows &rows) {
     case Verdict::away:
       return camera + ": it is not attached";
     case Verdict::port_kept:
-      return camera + ": its port is kept by a displaced camera, which the library would bind instead: " + other();
+      return camera + ": a displaced camera keeps its port, and the library would take that one instead: " + other();
     case Verdict::profile_taken:
-      return "profile " + std::to_string(assignment.profile) + " is bound to another camera: " + other();
+      return "profile " + std::to_string(assignment.profile) + " belongs to another camera: " + other();
     case Verdict::camera_taken:
       return camera + ": it has another profile";
     case Verdict::unsupported:
       return camera + ": it is not supported; the profile would be used up and show nothing";
     case Verdict::waits:
-      return camera + ": it waits behind " + other() + why() + "; with a profile, both would wait behind each other";
+      return camera + ": it waits for " + other() + why() + "; with a profile, both would wait for each other";
     case Verdict::stops_another:
       return camera + ": it would stop " + other() + why();
   }
@@ -130,10 +130,10 @@ std::string adviceText(const Assignment &assignment, const ChannelRows &rows) {
       return "'usbdevctl move " + std::to_string(assignment.profile) + " ch" + std::to_string(assignment.channel) +
              "' moves the profile, and 'usbdevctl free' lists those that are free";
     case Verdict::camera_taken:
-      return "'usbdevctl clear pf" + numberText(rowOf(rows, assignment.channel).profile) + "' unbinds that one";
+      return "'usbdevctl clear pf" + numberText(rowOf(rows, assignment.channel).profile) + "' takes that one away";
     case Verdict::unsupported:
       return "'usbdevctl explain ch" + std::to_string(assignment.channel) +
-             "' says why it is not; --anyway binds the profile all the same";
+             "' shows why it is not; --anyway assigns it nevertheless";
     case Verdict::waits:
     case Verdict::stops_another:
       return rivalAdvice(assignment, rows);

@@ -1,5 +1,5 @@
-// Whether a camera may be given a profile: the library binds any, also one that will not stream and one that makes a
-// streaming camera wait.
+// Whether a camera can get a profile: the library assigns any, even to one that will not stream and one that makes
+// a streaming camera wait.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// The profiles that no channel has, and the devices that can be given one.
+// The profiles that no channel has, and the devices that can get one.
 #pragma once
 
 #include <usbdev/records.h>
@@ -16,7 +16,7 @@ struct Availability {
   std::array<_availinfo, USBDEV_CHANNELS> channels = {};
 };
 
-/// Whether some profile can be bound to some device.
+/// Whether some profile can be assigned to some device.
 bool canAssign(const Availability &available);
 
 std::string availabilityText(const Availability &available, bool colour, std::size_t width = kEndless);

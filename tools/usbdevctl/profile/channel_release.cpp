@@ -70,10 +70,10 @@ bool letGo(const Camera &camera) {
 
 bool releaseChannel(const Camera &camera, std::string &wrong) {
   if (!letGo(camera)) {
-    wrong = "it could not be unbound";
+    wrong = "its profile could not be cleared";
     return false;
   }
-  const std::string unbound = camera.row.profile ? "its profile was unbound, but " : "";
+  const std::string unbound = camera.row.profile ? "its profile was cleared, but " : "";
   WritableConfiguration configuration;
   if (!configuration.isOpen()) {
     wrong = unbound + "the channel configuration cannot be written";

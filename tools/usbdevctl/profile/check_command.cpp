@@ -14,7 +14,7 @@ std::string asText(const Judgement &judgement, bool allowed) {
            adviceText(judgement.assignment, judgement.rows) + "\n";
   }
   const bool bound = judgement.assignment.verdict == Verdict::bound;
-  return std::string(bound ? "bound already: " : "allowed: ") + cameraText(judgement.camera) + "\n";
+  return std::string(bound ? "assigned already: " : "allowed: ") + cameraText(judgement.camera) + "\n";
 }
 
 std::string asJson(const Judgement &judgement, bool allowed) {
@@ -37,7 +37,7 @@ ExitStatus check(const AssignmentOptions &options) {
 
 void addCheck(Command &program) {
   auto options = std::make_shared<AssignmentOptions>();
-  Command &command = program.addCommand("check", "Tell whether a camera may be given a profile, and if not, why",
+  Command &command = program.addCommand("check", "Check whether a camera can get a profile, and if not, show why",
                                         [options] { return check(*options); });
   addAssignmentOptions(command, *options);
 }

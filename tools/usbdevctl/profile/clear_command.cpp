@@ -31,8 +31,8 @@ ExitStatus clear(const CameraOptions &options) {
 
 void addClear(Command &program) {
   auto options = std::make_shared<CameraOptions>(CameraName::By::profile);
-  Command &command =
-      program.addCommand("clear", "Unbind a profile and remove its links", [options] { return clear(*options); });
+  Command &command = program.addCommand("clear", "Take its profile from a camera and remove the profile's links",
+                                        [options] { return clear(*options); });
   addCameraOptions(command, *options);
 }
 

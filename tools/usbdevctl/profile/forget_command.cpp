@@ -36,7 +36,7 @@ ExitStatus forget(const CameraOptions &options) {
 void addForget(Command &program) {
   auto options = std::make_shared<CameraOptions>(CameraName::By::channel);
   Command &command =
-      program.addCommand("forget", "Free the channel, and the profile, of a camera that is gone for good",
+      program.addCommand("forget", "Free the channel, and the profile, of a camera that will not come back",
                          [options] { return forget(*options); });
   addCameraOptions(command, *options);
 }

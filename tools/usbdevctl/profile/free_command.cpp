@@ -25,7 +25,7 @@ ExitStatus free(bool json) {
   if (!readAvailability(available)) return configurationUnreadable();
   print(json ? availabilityJson(available).text() : availabilityText(available, outputTakesColour(), outputWidth()));
   if (canAssign(available)) return ExitStatus::ok;
-  complain(available.profiles.empty() ? "every profile is bound" : "no device waits for a profile");
+  complain(available.profiles.empty() ? "every profile has a camera" : "no device waits for a profile");
   return ExitStatus::nothing;
 }
 
@@ -33,7 +33,7 @@ ExitStatus free(bool json) {
 
 void addFree(Command &program) {
   auto json = std::make_shared<bool>(false);
-  Command &command = program.addCommand("free", "Show the profiles that are free and the devices that can be given one",
+  Command &command = program.addCommand("free", "Show the profiles that are free and the devices that can get one",
                                         [json] { return free(*json); });
   addJsonFlag(command, *json);
 }

@@ -22,7 +22,7 @@ ExitStatus profiles(bool json) {
 
 void addProfiles(Command &program) {
   auto json = std::make_shared<bool>(false);
-  Command &command = program.addCommand("profiles", "Show the four profiles, the camera of each and its live-view link",
+  Command &command = program.addCommand("profiles", "Show the four profiles, the camera of each and its live link",
                                         [json] { return profiles(*json); });
   addJsonFlag(command, *json);
 }

@@ -81,7 +81,7 @@ ExitStatus importSettings(const Options &options) {
 
 void addImport(Command &program) {
   auto options = std::make_shared<Options>();
-  Command &command = program.addCommand("import", "Bring the cameras to exported settings, all of them or none",
+  Command &command = program.addCommand("import", "Apply exported settings to the cameras, if all of them fit",
                                         [options] { return importSettings(*options); });
   command.add("file", &options->file, "File that export wrote");
   addJsonFlag(command, options->json);

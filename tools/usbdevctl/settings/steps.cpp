@@ -16,11 +16,11 @@ std::size_t indexOf(const Camera &camera) { return static_cast<std::size_t>(came
 std::string nameOf(Kind kind) {
   switch (kind) {
     case Kind::clear:
-      return "unbind profile";
+      return "clear profile";
     case Kind::forget:
       return "free the channel of profile";
     case Kind::bind:
-      return "bind profile";
+      return "assign profile";
     case Kind::rename:
       return "name profile";
     case Kind::stream:
@@ -70,7 +70,7 @@ class Import {
   void switchOn(ChannelRow &row) {
     row.slot_switch = true;
     const int rival = streamingRival(rows_, facts_->camera.channel, facts_->collisions);
-    if (rival != -1) refuse("with its port on, it would wait behind channel " + std::to_string(rival));
+    if (rival != -1) refuse("with its port on, it would wait for channel " + std::to_string(rival));
     addStep(Kind::port_on, {});
   }
 
@@ -189,7 +189,8 @@ Plan planMove(const ProfileSettings &settings, const Camera &source, const Camer
 Plan planReturn(const ProfileSettings &settings, const Camera &source, const std::vector<Step> &done) {
   Plan plan;
   if (source.row.state != ChannelState::plugged || has(done, Kind::forget)) {
-    plan.refusals.push_back("the camera that had it is away, and the library binds attached cameras only");
+    plan.refusals.push_back(
+        "the camera that had it is away, and the library assigns profiles only to attached cameras");
     return plan;
   }
   for (const Step &step : done) {

@@ -19,7 +19,7 @@ struct Step {
   ProfileSettings settings;  // of the profile that it is about
 };
 
-/// bind profile 1: channel 2  3-1  "Cam"  no profile
+/// assign profile 1: channel 2  3-1  "Cam"  no profile
 std::string stepText(const Step &step);
 
 /// All that is to be done, or why nothing is.

@@ -40,7 +40,7 @@ ExitStatus check(const Options &options) {
 
 void addShareCheck(Command &share) {
   auto options = std::make_shared<Options>();
-  Command &command = share.addCommand("check", "Tell whether a link opens a live stream, and if not, why",
+  Command &command = share.addCommand("check", "Check whether a share link opens a stream, and if not, show why",
                                       [options] { return check(*options); });
   command.add("ssid", &options->ssid, "The link's share id");
   command.add("token", &options->token, "The link's token");

@@ -110,7 +110,7 @@ void addOperation(Command &share, const char *name, const char *description, Ope
 }  // namespace
 
 void addShare(Command &program) {
-  Command &share = program.addCommand("share", "The links by which live streams are shared");
+  Command &share = program.addCommand("share", "Show or change the share links of profiles");
   addOperation(share, "show", "Show a profile's link", show);
   addOperation(share, "on", "Share a profile; a link and a password that it has are kept", on);
   addOperation(share, "off", "Take a profile's link and its password away", off);

@@ -65,7 +65,7 @@ ExitStatus explainRefusal(Camera &camera) {
 
 std::string switchedText(const ChannelRow &row) {
   const std::string text = row.slot_switch == true ? "switched on" : "switched off";
-  return row.parked_behind ? text + ", waits behind channel " + std::to_string(*row.parked_behind) : text;
+  return row.parked_behind ? text + ", waits for channel " + std::to_string(*row.parked_behind) : text;
 }
 
 ExitStatus switchSlot(const CameraOptions &options, bool on) {

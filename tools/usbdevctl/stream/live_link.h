@@ -1,4 +1,4 @@
-// A profile's live-view link: a symbolic link, named by a hash, to the folder that its stream is written to.
+// A profile's live link: a symbolic link, named by a hash, to the folder of its stream's files.
 #pragma once
 
 #include <string>

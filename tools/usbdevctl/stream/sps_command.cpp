@@ -37,7 +37,7 @@ ExitStatus sps(const Options &options) {
 void addSps(Command &program) {
   auto options = std::make_shared<Options>();
   Command &command =
-      program.addCommand("sps", "Record a profile's stream-parameter state", [options] { return sps(*options); });
+      program.addCommand("sps", "Store a profile's stream-parameter state", [options] { return sps(*options); });
   addCamera(command, options->camera);
   command.add("value", &options->value, "The state's flag");
   addJsonFlag(command, options->json);

@@ -73,8 +73,8 @@ ExitStatus status(bool json) {
 
 void addStatus(Command &program) {
   auto json = std::make_shared<bool>(false);
-  Command &command = program.addCommand("status", "Show the state of the four profiles' live streams",
-                                        [json] { return status(*json); });
+  Command &command =
+      program.addCommand("status", "Show the state of the four profiles' streams", [json] { return status(*json); });
   addJsonFlag(command, *json);
 }
 

@@ -16,7 +16,7 @@ constexpr std::array<Reason, 8> kReasons = {{
     {9001, "the device is not attached"},
     {9003, "there is no video"},
     {9004, "there is sound only"},
-    {9007, "the device is parked behind another one, or unsupported"},
+    {9007, "the device waits for another one, or is unsupported"},
     {9009, "the slot is switched off"},
     {9010, "sharing is off"},
     {kUnknownShareId, "no profile has this share id"},
