@@ -46,7 +46,7 @@ class AnyMask : public AFileWithTokens, public testing::WithParamInterface<mode_
   mode_t previous_ = 0;
 };
 
-TEST_P(AnyMask, LeavesANewFileToItsOwnerAlone) {
+TEST_P(AnyMask, LetsOnlyTheOwnerReadANewFile) {
   EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kOpened);
   EXPECT_EQ(permissionsOf(kFile), 0600U);
   store(kFile);

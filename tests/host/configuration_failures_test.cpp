@@ -63,7 +63,7 @@ INSTANTIATE_TEST_SUITE_P(OfAnyKind, ACallThatAlwaysFails,
                          [](const auto &name) { return std::string(name.param); });
 
 // The first flush is that of the new file.
-TEST(AFolderThatCannotBeFlushed, LeavesTheChangeStoredAndSaysSo) {
+TEST(AFolderThatCannotBeFlushed, IsReportedWithTheChangeStored) {
   ConfigurationChange change(kBefore);
   failing::fail("fsync", 2, EIO);
   change.run();

@@ -121,7 +121,7 @@ TEST_F(AConfigurationFile, IsNotOpenInAProgramThatItsWriterStarts) {
   }
 }
 
-TEST_F(AConfigurationFile, WhoseFolderIsGoneIsNotStored) {
+TEST_F(AConfigurationFile, WhoseFolderIsMissingIsNotStored) {
   store(kFile, 1);
   Configuration writer(kWrite, kFile);
   writer.setNumber("ch0", "exists", 2);

@@ -74,7 +74,7 @@ TEST_F(TheEventLog, FailsWithoutAPlaceForIt) {
   EXPECT_EQ(vq_sql_set_log(0, "x", 0), -1);
 }
 
-TEST_F(TheEventLog, FailsOnADatabaseThatIsNone) {
+TEST_F(TheEventLog, FailsOnAFileThatIsNotADatabase) {
   makeFolder("/var/log/vl");
   writeFile("/var/log/vl/event.db", std::string(5000, 'x'));
   EXPECT_EQ(vq_sql_set_log(0, "x", 0), -1);

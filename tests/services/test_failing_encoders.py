@@ -28,7 +28,7 @@ def test_an_encoder_that_is_killed_is_started_again(with_services: RunOnHost) ->
     )
 
 
-def test_an_encoder_that_stands_still_is_replaced(with_services: RunOnHost) -> None:
+def test_an_encoder_that_hangs_is_replaced(with_services: RunOnHost) -> None:
     done = with_services(
         SHELL + SMALL + "live; old=$(encoder); kill -STOP $old; said 'streams 160' 2; live; available\n"
         "[ -d /proc/$old ] || echo gone\n" + FAILURES
@@ -67,7 +67,7 @@ def test_settings_stored_as_they_are_do_not_shorten_the_pause(with_services: Run
     assert (pauses_said(done.stdout), done.stderr) == ([1, 2, 4], "")
 
 
-def test_an_encoder_that_is_missing_is_told_and_waited_for(with_services: RunOnHost) -> None:
+def test_a_missing_encoder_is_reported_and_started_when_it_is_there(with_services: RunOnHost) -> None:
     done = with_services(
         "rm /usr/bin/ffmpeg\n" + SHELL + SMALL + "said 'cannot be started' 1\n"
         "ln -s /usr/host-bin/ffmpeg /usr/bin/ffmpeg; said 'streams 160' 1; live; available"

@@ -66,7 +66,7 @@ def test_sessions_end_with_the_service(on_host: RunOnHost) -> None:
     assert done.stdout == "0\nended with 0\n-1\n"
 
 
-def test_a_session_made_up_or_absent_is_none(with_services: RunOnHost) -> None:
+def test_an_invented_or_missing_session_is_not_valid(with_services: RunOnHost) -> None:
     done = with_services(LOG_IN + "call vl_sid_auth 00000000; call vl_sid_auth ''; get authLogin.cgi; get authLogout.cgi")
     assert done.stdout.splitlines()[:2] == ["-1", "-1"]
     assert done.stdout.count("<authPassed><![CDATA[0]]></authPassed>") == 2
@@ -77,7 +77,7 @@ def test_a_user_who_is_removed_cannot_log_in_any_more(with_services: RunOnHost) 
     assert done.stdout == "session: \n"
 
 
-def test_the_service_listens_where_the_hosts_settings_say(on_host: RunOnHost) -> None:
+def test_the_service_listens_on_the_port_of_the_hosts_settings(on_host: RunOnHost) -> None:
     done = on_host(
         "sed -i 's/^InnerWebAccessPort = .*/InnerWebAccessPort = 8099/' /etc/config/Tundrel.conf\n"
         "login-service 2>/tmp/said & service=$!; until_true grep -q listening /tmp/said\n"

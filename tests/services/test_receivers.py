@@ -37,12 +37,12 @@ def datagram(*numbers: int, header: bytes = bytes(16)) -> bytes:
         ),
     ],
 )
-def test_a_notification_is_told_field_by_field(data: bytes, line: str) -> None:
+def test_a_notification_is_printed_field_by_field(data: bytes, line: str) -> None:
     assert str(notification.decode(data)) == line
 
 
 @pytest.mark.parametrize("data", [b"", datagram(0, 0, 0, 0, 0, 0)[:-1], datagram(0, 0, 0, 0, 0, 0) + b"x", bytes(56)])
-def test_what_is_no_notification_is_refused(data: bytes) -> None:
+def test_a_datagram_that_is_not_a_notification_is_refused(data: bytes) -> None:
     with pytest.raises(ValueError, match="bytes, not 56|begin with ORDA_VLM2_CFCG_N"):
         notification.decode(data)
 
@@ -64,7 +64,7 @@ def test_the_manager_prints_what_the_library_sends(with_services: RunOnHost) -> 
     assert "profile 1  video 0  audio none  flag 0  target none" in line
 
 
-def test_the_manager_refuses_other_datagrams_and_goes_on(with_services: RunOnHost) -> None:
+def test_the_manager_refuses_other_datagrams_and_continues(with_services: RunOnHost) -> None:
     send = PYTHON + "for data in (b'hello', bytes(56), b'ORDA_VLM2_CFCG_N' + bytes(40)):\n"
     done = with_services(
         send + " socket.socket(2, 2).sendto(data, ('127.0.0.1', 10171))\"\n"
@@ -86,7 +86,7 @@ def test_the_streaming_service_prints_the_librarys_signals(with_services: RunOnH
     assert done.stdout.splitlines()[1].endswith("|profile 2 has a new camera, now!|")
 
 
-def test_the_streaming_service_refuses_signals_of_another_size_and_goes_on(with_services: RunOnHost) -> None:
+def test_the_streaming_service_refuses_signals_of_another_size_and_continues(with_services: RunOnHost) -> None:
     send = PYTHON + "for size in (0, 31, 33, 32):\n with socket.create_connection(('127.0.0.1', 10170)) as out:\n"
     done = with_services(
         send + "  out.sendall(b'x' * size); out.shutdown(socket.SHUT_WR); out.recv(1)\"\n"

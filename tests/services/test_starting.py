@@ -13,12 +13,12 @@ def test_all_are_ready_before_the_command_runs(with_services: RunOnHost) -> None
     assert done.returncode == 7
 
 
-def test_a_command_that_does_not_exist_is_told_as_by_a_shell(with_services: RunOnHost) -> None:
+def test_a_missing_command_is_reported_as_by_a_shell(with_services: RunOnHost) -> None:
     done = with_services("exec no-such-command")
     assert (done.returncode, "no-such-command" in done.stderr) == (127, True)
 
 
-def test_a_service_says_that_its_port_is_taken(with_services: RunOnHost) -> None:
+def test_a_service_reports_that_its_port_is_in_use(with_services: RunOnHost) -> None:
     done = with_services("".join(f"{name}; echo $?\n" for name in PORTS))
     assert done.stderr == "".join(f"{name}: Address already in use\n" for name in PORTS)
     assert done.stdout == 3 * "1\n"

@@ -59,7 +59,7 @@ def test_the_cache_is_asked_before_the_network(share: Folder) -> None:
     assert "--prefer-offline" in share.fetched()[0]
 
 
-def test_what_was_not_fetched_is_tried_again(share: Folder) -> None:
+def test_a_file_that_was_not_loaded_is_tried_again(share: Folder) -> None:
     share.program("npm", "mkdir -p node_modules; echo the reason >&2; exit 1")
     failed = share.install()
     assert failed.returncode == 1

@@ -1,7 +1,7 @@
 """A profile's live-view link, made and removed by a library that runs the programs itself."""
 
 
-def test_a_bound_profile_has_a_link_to_its_stream_directory_until_it_is_cleared(sandbox):
+def test_an_assigned_profile_has_a_link_to_its_stream_folder_until_it_is_cleared(sandbox):
     result = sandbox(
         "cd /mnt/ext/opt/apps/Velmora2 && sim plug hd-usb-camera 3-1 >/dev/null && usbdevctl assign 3-1 2 >/dev/null"
         " && find . -maxdepth 1 -type l -exec readlink {} + && usbdevctl clear 2 >/dev/null && find . -maxdepth 1 -type l"

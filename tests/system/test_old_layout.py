@@ -53,7 +53,7 @@ def test_a_listing_is_what_the_older_tool_printed_of_such_a_camera():
     assert translate((LISTINGS / "today.txt").read_bytes()) == (LISTINGS / "older.txt").read_bytes()
 
 
-def test_a_listing_in_the_older_layout_passes_unchanged():
+def test_a_listing_in_the_older_layout_is_not_changed():
     older = (LISTINGS / "older.txt").read_bytes()
     assert translate(older) == older
 
@@ -117,7 +117,7 @@ def test_the_front_in_the_place_of_the_tool_runs_the_one_that_is_named(tmp_path,
     assert run_front(tmp_path / "v4l2-ctl", "real one", V4L2_CTL="/bin/echo").stdout == "real one\n"
 
 
-def test_the_front_says_which_tool_is_missing(tmp_path):
+def test_the_front_names_the_missing_tool(tmp_path):
     result = run_front(BIN / "v4l2-ctl-front", V4L2_CTL=tmp_path / "none")
     assert (result.returncode, result.stdout) == (127, "")
     assert f"{tmp_path}/none" in result.stderr

@@ -55,7 +55,7 @@ def test_the_host_has_the_programs_that_the_library_runs(sandbox, program):
     assert sandbox(f"test -x {program}").returncode == 0
 
 
-def test_the_programs_of_the_build_stand_where_the_library_looks(tmp_path):
+def test_the_programs_of_the_build_are_where_the_library_runs_them(tmp_path):
     for name in ("readcfg", "gpuinfo_app", "hwinfo_app", "usbdevctl"):
         (tmp_path / name).write_text(f"#!/bin/sh\necho this is {name}\n")
         (tmp_path / name).chmod(0o755)
@@ -85,7 +85,7 @@ def test_the_processor_is_that_of_the_host_model(sandbox, host, processor, other
     assert processor in text and other not in text
 
 
-def test_the_model_key_stands_before_the_time_servers_without_an_empty_line(sandbox):
+def test_the_model_key_is_before_the_time_servers_without_an_empty_line(sandbox):
     text = sandbox("cat /etc/config/Tundrel.conf", "--host", "amd-k41").stdout
     searched = text.split("[NTP]")[0].splitlines()
     assert "Internal Model = K41" in searched and all("=" in line or "[" in line for line in searched)
@@ -108,7 +108,7 @@ def test_files_of_the_machine_cannot_be_changed(sandbox):
     assert result.stdout.count("cannot touch") == 3
 
 
-def test_what_the_host_writes_stays_inside(sandbox, temporary):
+def test_files_that_the_host_writes_stay_inside(sandbox, temporary):
     marker = f"usbdev-marker-{os.getpid()}"
     folders = "/etc/config /tmp /var/log /var/lock /run /dev /dev/shm /mnt/ext /sys/class /home/httpd".split()
     script = "; ".join(f"echo x > {folder}/{marker} || exit 1" for folder in folders)
@@ -117,12 +117,12 @@ def test_what_the_host_writes_stays_inside(sandbox, temporary):
     assert list(temporary.iterdir()) == []
 
 
-def test_lock_files_stand_under_both_names_of_their_folder(sandbox):
+def test_lock_files_have_both_names_of_their_folder(sandbox):
     result = sandbox("flock /var/lock/x flock --nonblock /run/lock/x true || echo locked")
     assert result.stdout == "locked\n"
 
 
-def test_the_network_is_the_loopback_of_the_host_alone(sandbox):
+def test_the_network_is_only_the_loopback_of_the_host(sandbox):
     listen = "import socket; socket.create_server(('127.0.0.1', 58080))"
     result = sandbox(f'tail -n +3 /proc/net/dev | cut -d: -f1; python3 -c "{listen}"')
     assert (result.returncode, result.stdout.split()) == (0, ["lo"])
@@ -155,7 +155,7 @@ def test_processes_of_the_machine_are_not_seen(sandbox):
     assert "bwrap" in inside and f"sleep 2{os.getpid()}" not in inside
 
 
-def test_processes_left_behind_end_with_the_command(sandbox):
+def test_processes_that_still_run_end_with_the_command(sandbox):
     marker = f"3{os.getpid()}"
     sandbox(f"sleep {marker} >/dev/null 2>&1 & true")
     assert marker not in run(["ps", "-e", "-o", "args"]).stdout
@@ -212,14 +212,14 @@ def in_a_user_namespace(setting: str, *options: str) -> subprocess.CompletedProc
     return run(["unshare", "--user", "--map-root-user", "sh", "-c", f"{setting}; exec {command}"])
 
 
-def test_a_kernel_that_forbids_namespaces_is_said_in_one_line():
+def test_a_kernel_that_forbids_namespaces_is_reported_in_one_line():
     result = in_a_user_namespace("echo 0 > /proc/sys/user/max_mnt_namespaces")
     assert result.returncode == 125
     assert len(result.stderr.splitlines()) == 1
     assert result.stderr.startswith("sandbox: the kernel does not allow this user private namespaces (")
 
 
-def test_missing_bubblewrap_is_said_in_one_line(tmp_path):
+def test_missing_bubblewrap_is_reported_in_one_line(tmp_path):
     result = run([*sandbox_command("true")], env={**os.environ, "PATH": str(tmp_path)})
     assert result.returncode == 125
     assert result.stderr == "sandbox: bubblewrap is missing: install the package that provides the program 'bwrap'\n"
@@ -233,7 +233,7 @@ def test_missing_bubblewrap_is_said_in_one_line(tmp_path):
         (["--build", "/nowhere"], "there is no build in /nowhere"),
     ],
 )
-def test_what_there_is_not_is_said_in_one_line(sandbox, temporary, options, message):
+def test_an_unknown_name_is_reported_in_one_line(sandbox, temporary, options, message):
     result = sandbox("true", *options)
     assert result.returncode == 125
     assert result.stderr.splitlines()[-1] == f"sandbox: {message}"

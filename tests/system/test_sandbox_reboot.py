@@ -45,7 +45,7 @@ def test_changes_are_made_in_the_order_given(sandbox):
     assert result.stdout.split() == ["1-1", "pc-camera", "video0", "video1"]
 
 
-def test_a_change_that_cannot_be_made_is_said_in_one_line_and_the_host_stays_up(sandbox):
+def test_an_impossible_change_is_reported_in_one_line_and_the_host_stays_up(sandbox):
     result = sandbox(
         SHOW_CALLS + "sim plug pc-camera 1-1 --hardware-only\n"
         "sandbox reboot --unplug 1-1 --move 3-1 3-2; echo $?; sim status"

@@ -104,7 +104,7 @@ def test_the_driver_folder_lists_what_the_real_one_listed(scene, driver):
         assert sorted(path.name for path in folder.iterdir()) == sorted(real)
 
 
-def test_the_nodes_stand_where_the_real_ones_stood(scene):
+def test_the_nodes_have_the_paths_of_the_real_ones(scene):
     it, root = scene
     real = (CAPTURES / it.capture / "sysfs-paths.txt").read_text().splitlines()
     nodes = sorted((root / "sys/class/video4linux").iterdir())

@@ -83,7 +83,7 @@ def parked(configuration: str) -> list[str]:
         (("3-1.1", "4-1.1"), "-1"),
     ],
 )
-def test_the_library_parks_cameras_of_one_root_port_or_of_one_controller_behind_a_bridge(sandbox, ports, waits_behind):
+def test_cameras_of_one_root_port_or_of_one_controller_behind_a_bridge_wait_for_each_other(sandbox, ports, waits_behind):
     first, second = ports
     result = sandbox(
         f"{{ sim plug usb2-camera {first} && usbdevctl assign {first} 0 && sim plug usb2-camera {second}; }} >/dev/null"

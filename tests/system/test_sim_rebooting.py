@@ -49,7 +49,7 @@ def test_a_start_searches_the_buses_side_by_side(pc):
     assert nodes(host) == {"1-1": [0], "3-1": [1], "1-2": [2], "3-2": [3]}
 
 
-def test_a_start_finds_hubs_before_what_hangs_on_them(pc):
+def test_a_start_finds_hubs_before_the_devices_on_them(pc):
     host, _ = pc
     host.plug("8mp-camera", "3-1.2.1")
     host.plug("8mp-camera", "3-4")
@@ -59,7 +59,7 @@ def test_a_start_finds_hubs_before_what_hangs_on_them(pc):
     assert {slot: plugged.address for slot, plugged in machine.cameras.items()} == {"3-4": 3, "3-1.2.1": 5}
 
 
-def test_sound_cards_are_numbered_anew(pc):
+def test_sound_cards_get_new_numbers(pc):
     host, _ = pc
     host.plug("hd-pro-webcam", "3-1")
     host.plug("hdmi-grabber", "1-1")
@@ -77,7 +77,7 @@ def test_a_reboot_without_changes_leaves_the_same_files(pc):
     assert files_below(root) == before
 
 
-def test_files_tell_the_new_place_only(pc):
+def test_files_show_only_the_new_place(pc):
     host, root = pc
     host.plug("usb2-camera", "3-1")
     host.reboot([move("3-1", "1-2")])
@@ -94,7 +94,7 @@ def test_a_driver_that_has_nothing_to_drive_is_not_loaded(pc, driver):
     assert not (root / "sys/bus/usb/drivers" / driver).exists()
 
 
-def test_a_hub_moves_with_all_that_hangs_on_it(pc):
+def test_a_hub_moves_with_everything_on_it(pc):
     host, _ = pc
     host.plug("pc-camera", "3-1.2")
     host.plug("usb2-camera", "3-1.4.1")

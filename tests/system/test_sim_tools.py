@@ -52,18 +52,18 @@ def test_v4l2_ctl_lists_the_formats_in_the_older_layout(sandbox):
         ("/dev/null", "Unable to detect what device /dev/null is, exiting."),
     ],
 )
-def test_v4l2_ctl_fails_for_what_is_no_camera(sandbox, node, message):
+def test_v4l2_ctl_fails_for_a_node_that_is_not_a_camera(sandbox, node, message):
     result = sandbox(f"/usr/bin/v4l2-ctl -d {node} --list-formats-ext")
     assert (result.returncode, result.stdout) == (1, "")
     assert result.stderr.splitlines()[-1] == message
 
 
-def test_plugging_a_camera_tells_the_library(sandbox):
+def test_plugging_a_camera_calls_the_library(sandbox):
     result = sandbox(SHOW_CALLS + "sim plug usb2-camera 3-1")
     assert result.stdout == "plug --type camera --node 0 --slot 3-1 --name USB 2.0 Camera: USB Camera\n"
 
 
-def test_a_sound_card_is_told_after_its_camera(sandbox):
+def test_a_sound_card_is_reported_after_its_camera(sandbox):
     result = sandbox(SHOW_CALLS + "sim plug hd-pro-webcam 3-1.2; echo; sim unplug 3-1.2")
     assert result.stdout == (
         "plug --type camera --node 0 --slot 3-1.2 --name HD Pro Webcam C920\n"
@@ -74,7 +74,7 @@ def test_a_sound_card_is_told_after_its_camera(sandbox):
     )
 
 
-def test_a_sound_card_whose_interfaces_come_first_is_told_before_its_camera(sandbox):
+def test_a_sound_card_whose_interfaces_are_first_is_reported_before_its_camera(sandbox):
     result = sandbox(SHOW_CALLS + "sim plug microphone-first 3-1; echo; sim unplug 3-1")
     assert result.stdout == (
         "plug --type audio --node 0 --slot 3-1 --name Conference Camera\n"
@@ -85,7 +85,7 @@ def test_a_sound_card_whose_interfaces_come_first_is_told_before_its_camera(sand
     )
 
 
-def test_each_function_of_a_camera_is_told_by_itself(sandbox):
+def test_each_function_of_a_camera_has_its_own_report(sandbox):
     result = sandbox(SHOW_CALLS + "sim plug colour-and-infrared 3-1")
     assert result.stdout == (
         "plug --type camera --node 0 --slot 3-1 --name Integrated Camera: Integrated C\n"
@@ -100,13 +100,13 @@ def test_sim_ends_as_the_report_of_the_first_function_ended(sandbox):
     assert sandbox(second_fails + "sim plug colour-and-infrared 3-1").returncode == 0
 
 
-def test_the_library_is_told_of_a_camera_that_is_already_gone(sandbox):
+def test_a_removal_is_reported_when_the_camera_is_already_gone(sandbox):
     result = sandbox("ENDING='ls /dev/video0 2>&1'\n" + SHOW_CALLS + "sim plug pc-camera 3-1; sim unplug 3-1")
     lines = result.stdout.splitlines()
     assert lines[1] == "/dev/video0" and "No such file" in lines[3]
 
 
-def test_hardware_only_tells_nobody(sandbox):
+def test_hardware_only_does_not_call_the_library(sandbox):
     result = sandbox(SHOW_CALLS + "sim plug usb2-camera 3-1 --hardware-only; sim unplug 3-1 --hardware-only")
     assert (result.returncode, result.stdout) == (0, "")
 
@@ -121,7 +121,7 @@ def test_a_sound_card_that_the_library_turns_down_is_no_failure(sandbox):
     assert result.returncode == 0
 
 
-def test_sim_says_so_when_the_library_cannot_be_told(sandbox):
+def test_sim_reports_when_the_library_cannot_be_called(sandbox):
     result = sandbox("rm -rf /tmp/bin; PATH=/nowhere /usr/bin/sim plug usb2-camera 3-1")
     assert result.returncode == 1
     assert "the library was not told: usbdevctl cannot be run" in result.stderr

@@ -70,7 +70,7 @@ def test_a_camera_that_waits_gets_its_profile_anyway(on_host: RunOnHost) -> None
     assert parked(channels) == [1, 0, None]
 
 
-def test_what_the_advice_names_lets_the_camera_have_its_profile(on_host: RunOnHost) -> None:
+def test_a_camera_gets_its_profile_after_the_advised_change(on_host: RunOnHost) -> None:
     for remedy in ("usbdevctl clear pf0", "usbdevctl slot off 3-1.1"):
         _, assigned = run_all(
             on_host, f"{TWO_AT_ONE_ROOT_PORT}; usbdevctl assign 3-1.1 0; {remedy}", "usbdevctl assign 3-1.2 1"
@@ -106,7 +106,7 @@ def test_a_profile_for_the_camera_in_a_displaced_ones_port_is_not_lost(on_host: 
         assert "'usbdevctl forget ch0' frees the channel that keeps the port, its profile with it" in done.err
 
 
-def test_a_camera_that_is_away_is_told_apart_from_none(on_host: RunOnHost) -> None:
+def test_an_unplugged_camera_is_distinguished_from_no_camera(on_host: RunOnHost) -> None:
     _, away, none = run_all(
         on_host, "sim plug usb2-camera 3-1; sim unplug 3-1", "usbdevctl assign 3-1 0", "usbdevctl assign 9-9 0"
     )
@@ -114,7 +114,7 @@ def test_a_camera_that_is_away_is_told_apart_from_none(on_host: RunOnHost) -> No
     assert "it is not attached\nusbdevctl: attach the camera, or name another one\n" in away.err
 
 
-def test_a_camera_whose_port_is_off_is_bound_and_said_not_to_stream(on_host: RunOnHost) -> None:
+def test_a_camera_whose_port_is_off_gets_the_profile_and_is_reported_not_to_stream(on_host: RunOnHost) -> None:
     _, assigned = run_all(on_host, "sim plug usb2-camera 3-1; usbdevctl slot off 3-1", "usbdevctl assign 3-1 0")
     assert (assigned.err, assigned.status) == ("usbdevctl: it does not stream: its port is switched off\n", 0)
 

@@ -128,7 +128,7 @@ def every_command(*group: str) -> list[tuple[str, ...]]:
 SILENT = ["login", "completion"]
 
 
-def test_every_command_has_help_that_says_how_it_is_called() -> None:
+def test_every_command_has_help_that_shows_its_usage() -> None:
     commands = every_command()
     assert len(commands) > 30
     for command in commands:
@@ -143,6 +143,6 @@ def test_every_command_that_shows_something_has_json() -> None:
             assert "--json" in help_of(*command)["options"], command
 
 
-def test_a_wrong_command_line_says_how_to_get_help() -> None:
+def test_a_wrong_command_line_shows_how_to_get_help() -> None:
     done = subprocess.run([USBDEVCTL], check=False, capture_output=True, text=True)
     assert done.stderr.splitlines()[-1] == "usbdevctl: try 'usbdevctl --help' or 'usbdevctl COMMAND --help'"

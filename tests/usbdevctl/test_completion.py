@@ -119,7 +119,7 @@ def test_bash_uses_the_script_for_the_program() -> None:
     assert run_shell("bash", "complete -p usbdevctl") == ["complete -F _usbdevctl usbdevctl"]
 
 
-def test_zsh_says_what_each_word_means() -> None:
+def test_zsh_describes_each_word() -> None:
     script = "_describe() { print -rl -- ${(P)2} }\ncomplete_line usbdevctl stream ''"
     assert run_shell("zsh", script) == [
         "show:Show a profile's stream settings",

@@ -29,7 +29,7 @@ def test_a_listing_of_the_newer_layout_is_named_as_the_cause(on_host: RunOnHost)
     assert f"  {UNREAD}\n" in explained.out
 
 
-def test_a_camera_without_a_usable_format_is_told_what_it_lists(on_host: RunOnHost) -> None:
+def test_for_a_camera_without_a_usable_format_its_formats_are_shown(on_host: RunOnHost) -> None:
     _, formats, explained = run_all(
         on_host, "sim plug infrared-camera 3-1", "usbdevctl formats 0", "usbdevctl explain ch0 --json"
     )
@@ -55,7 +55,7 @@ def test_an_unsupported_camera_stays_one_when_its_port_was_off(on_host: RunOnHos
     assert (check.json["allowed"], check.json["reason"], bound.status) == (False, "unsupported", 1)
 
 
-def test_a_listed_camera_is_told_its_line(on_host: RunOnHost) -> None:
+def test_for_a_listed_camera_the_line_of_the_list_is_shown(on_host: RunOnHost) -> None:
     _, explained = run_all(
         on_host,
         "echo 'USB 2.0 Camera: USB Camera' >/etc/config/.usbnosupportlist.dat; sim plug usb2-camera 3-1",
@@ -68,7 +68,7 @@ def test_a_listed_camera_is_told_its_line(on_host: RunOnHost) -> None:
     )
 
 
-def test_a_camera_that_would_have_to_be_encoded_is_told_what_the_host_lacks(on_host: RunOnHost) -> None:
+def test_for_a_camera_that_needs_encoding_it_is_shown_what_the_host_lacks(on_host: RunOnHost) -> None:
     agent = "$(readcfg Halvane Install_Path -f /etc/config/bndl.conf)/camera_agent.sh"
     for breakage, lack in (
         ("sed -i '/Halvane/,$d' /etc/config/bndl.conf", "the codec package Halvane is not installed"),
@@ -92,7 +92,7 @@ def test_explain_names_the_camera_that_another_waits_for_and_why(on_host: RunOnH
     assert "both are on one USB controller behind a PCI bridge" in waits["why"]
 
 
-def test_a_camera_that_streams_is_told_so(on_host: RunOnHost) -> None:
+def test_for_a_camera_that_streams_no_reason_is_shown(on_host: RunOnHost) -> None:
     _, explained, none = run_all(
         on_host, "sim plug usb2-camera 3-1; usbdevctl assign 3-1 1", "usbdevctl explain pf1", "usbdevctl explain 9-9"
     )

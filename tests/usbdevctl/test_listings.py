@@ -109,7 +109,7 @@ def test_the_devices_are_listed_with_what_they_are_set_to(on_host: RunOnHost) ->
     )
 
 
-def test_a_host_without_devices_has_none_to_list_or_to_bind(on_host: RunOnHost) -> None:
+def test_a_host_without_devices_has_none_to_list_or_to_assign(on_host: RunOnHost) -> None:
     devices, free = run_all(on_host, "usbdevctl devices --json", "usbdevctl free --json")
     assert (devices.json, devices.err, devices.status) == (
         {"schema": 1, "devices": []},
@@ -123,7 +123,7 @@ def test_a_host_without_devices_has_none_to_list_or_to_bind(on_host: RunOnHost) 
     )
 
 
-def test_what_is_free_is_listed_until_all_is_bound(on_host: RunOnHost) -> None:
+def test_free_profiles_are_listed_until_all_are_assigned(on_host: RunOnHost) -> None:
     configuration = "".join(
         f"<ch{channel}><exists>1</exists><profile>{channel}</profile><usbslot>3-{channel}</usbslot></ch{channel}>"
         for channel in range(4)
@@ -163,7 +163,7 @@ def test_the_profiles_follow_their_live_view_links(on_host: RunOnHost) -> None:
     assert [done.status for done in (good, nowhere, missing)] == [0, 0, 0]
 
 
-def test_the_slots_are_listed_with_what_their_cameras_offer(on_host: RunOnHost) -> None:
+def test_the_ports_are_listed_with_what_their_cameras_offer(on_host: RunOnHost) -> None:
     _, slots = run_all(on_host, TWO_CAMERAS, "usbdevctl slot list --json")
     keys = ("slot", "channel", "slot_switch", "stream", "codecs", "profile")
     assert [tuple(slot[key] for key in keys) for slot in slots.json["slots"]] == [

@@ -42,7 +42,7 @@ def test_the_stream_of_a_new_profile_is_shown(on_host: RunOnHost) -> None:
     assert text.out.startswith("stream          video\nvideo node      0\nsize            1280x720\n")
 
 
-def test_a_change_tells_the_chosen_rate_and_what_was_logged(on_host: RunOnHost) -> None:
+def test_a_change_shows_the_chosen_rate_and_what_was_logged(on_host: RunOnHost) -> None:
     _, changed, shown = run_all(
         on_host, CAMERA, "usbdevctl stream set 0 --size 640x480 --fps 100", "usbdevctl stream show 0 --json"
     )
@@ -56,7 +56,7 @@ def test_a_change_tells_the_chosen_rate_and_what_was_logged(on_host: RunOnHost) 
     assert [shown.json[key] for key in ("width", "height", "fps")] == [640, 480, 60]
 
 
-def test_a_change_in_json_holds_the_events(on_host: RunOnHost) -> None:
+def test_a_change_in_json_contains_the_events(on_host: RunOnHost) -> None:
     _, changed = run_all(on_host, CAMERA, "usbdevctl stream set 0 --codec h264 --flip on --json")
     texts = [event["text"] for event in changed.json["events"]]
     assert texts == [
@@ -137,7 +137,7 @@ def test_a_profile_with_sound_only_has_no_stream_to_set(on_host: RunOnHost) -> N
     assert [(slot["stream"], slot["codecs"]) for slot in listed.json["slots"]] == [("audio", [])]
 
 
-def test_the_volume_that_was_set_is_said(on_host: RunOnHost) -> None:
+def test_the_volume_that_was_set_is_printed(on_host: RunOnHost) -> None:
     configuration = (
         "<velmora><ch0><exists>1</exists><profile>0</profile><usbslot>3-1</usbslot><devname>Cam</devname>"
         "<audio><anode>0</anode><volume>30</volume></audio></ch0></velmora>"
@@ -204,7 +204,7 @@ def test_a_port_that_is_switched_on_waits_for_a_camera_that_streams(on_host: Run
     assert results[3].json["parked_behind"] == 0
 
 
-def test_slots_without_a_device_are_told_apart(on_host: RunOnHost) -> None:
+def test_without_devices_no_port_is_listed_or_switched(on_host: RunOnHost) -> None:
     listed, on, off = run_all(on_host, "usbdevctl slot list --json", "usbdevctl slot on 9-9", "usbdevctl slot off 9-9")
     assert (listed.json, listed.status) == ({"schema": 1, "slots": []}, 3)
     assert listed.err == "usbdevctl: no USB port has a device\n"
@@ -213,7 +213,7 @@ def test_slots_without_a_device_are_told_apart(on_host: RunOnHost) -> None:
     ]
 
 
-def test_the_host_tells_about_itself(on_host: RunOnHost) -> None:
+def test_the_host_reports_about_itself(on_host: RunOnHost) -> None:
     model, codec, port, text = run_all(
         on_host,
         "usbdevctl host model --json",
@@ -228,7 +228,7 @@ def test_the_host_tells_about_itself(on_host: RunOnHost) -> None:
     assert [done.status for done in (model, codec, port)] == [0, 0, 0]
 
 
-def test_a_host_without_picture_codec_and_numbers_says_so(on_host: RunOnHost) -> None:
+def test_a_host_without_picture_codec_and_numbers_is_reported(on_host: RunOnHost) -> None:
     _, model, codec, port, _, unknown = run_all(
         on_host,
         "rm /home/httpd/v3_menu/layout/model_0.svg; echo support=0 >/tmp/gpuinfo.type",

@@ -51,11 +51,11 @@ def test_watch_refuses_and_does_not_count_other_datagrams(on_host: RunOnHost) ->
     )
 
 
-def test_watch_tells_when_too_few_came_in_time(on_host: RunOnHost) -> None:
+def test_watch_reports_when_too_few_came_in_time(on_host: RunOnHost) -> None:
     assert on_host("usbdevctl watch --timeout 1").returncode == 3
 
 
-def test_a_second_watch_is_told_that_the_port_is_taken(on_host: RunOnHost) -> None:
+def test_a_second_watch_reports_that_the_port_is_in_use(on_host: RunOnHost) -> None:
     result = on_host(READY + "start_watch --timeout 20; usbdevctl watch; status=$?; kill $watch; exit $status")
     assert re.fullmatch(r"usbdevctl: cannot listen on 127\.0\.0\.1:10171: .*\n", result.stderr)
     assert result.returncode == 1
@@ -77,7 +77,7 @@ def test_the_log_in_json_is_one_object(on_host: RunOnHost) -> None:
     assert event["text"].endswith(OVER_60)
 
 
-def test_a_log_that_nothing_was_written_to_is_told_apart(on_host: RunOnHost) -> None:
+def test_a_log_without_events_has_status_3(on_host: RunOnHost) -> None:
     result = on_host("usbdevctl log --json")
     assert json.loads(result.stdout) == {"schema": 1, "events": []}
     assert result.returncode == 3
@@ -89,7 +89,7 @@ def test_a_damaged_log_is_a_failure(on_host: RunOnHost) -> None:
     assert result.returncode == 1
 
 
-def test_following_the_log_shows_events_as_they_come(on_host: RunOnHost) -> None:
+def test_following_the_log_shows_events_as_they_are_logged(on_host: RunOnHost) -> None:
     result = on_host(
         "usbdevctl log --follow --json >/tmp/out & log=$!\n" + PLUG_FAST_CAMERA + "until [ -s /tmp/out ]; do :; done\n"
         "sim unplug 3-1 >/dev/null; " + PLUG_FAST_CAMERA + 'until [ "$(wc -l </tmp/out)" -ge 2 ]; do :; done\n'

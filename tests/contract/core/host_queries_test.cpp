@@ -231,29 +231,29 @@ TEST_F(AHostSetting, InALineWithABracketIsSkipped) {
   EXPECT_EQ(value, "K41");
 }
 
-TEST_F(AHostSetting, BehindTheNtpSectionIsNotFound) {
+TEST_F(AHostSetting, AfterTheNtpSectionIsNotFound) {
   allowLeftOpen(kHostFile);
   EXPECT_EQ(queryIn("[System]\nOther = 1\n[NTP]\nModel = K41\n", "Model"), -1);
   EXPECT_EQ(value, "");
 }
 
-TEST_F(AHostSetting, BehindALineThatMerelyHoldsTheNtpHeadIsNotFound) {
+TEST_F(AHostSetting, AfterALineThatMerelyHoldsTheNtpHeadIsNotFound) {
   allowLeftOpen(kHostFile);
   EXPECT_EQ(queryIn("Note = see [NTP] below\nModel = K41\n", "Model"), -1);
 }
 
-TEST_F(AHostSetting, BehindALineWithoutAnEqualsSignIsNotFound) {
+TEST_F(AHostSetting, AfterALineWithoutAnEqualsSignIsNotFound) {
   allowLeftOpen(kHostFile);
   EXPECT_EQ(queryIn("[System]\n\nModel = K41\n", "Model"), -1);
   EXPECT_EQ(value, "");
 }
 
-TEST_F(AHostSetting, BehindALineLongerThanTheBufferIsNotFound) {
+TEST_F(AHostSetting, AfterALineLongerThanTheBufferIsNotFound) {
   allowLeftOpen(kHostFile);
   EXPECT_EQ(queryIn("Long = " + std::string(300, 'x') + "\nModel = K41\n", "Model"), -1);
 }
 
-TEST_F(AHostSetting, BehindALineThatJustFitsTheBufferIsFound) {
+TEST_F(AHostSetting, AfterALineThatJustFitsTheBufferIsFound) {
   EXPECT_EQ(queryIn("Long=" + std::string(249, 'x') + "\nModel = K41\n", "Model"), 0);
   EXPECT_EQ(value, "K41");
 }
@@ -326,7 +326,7 @@ TEST_F(AHost, WithAnIntelProcessorIsNotAskedForItsModel) {
                                                 "fclose /tmp/vl_cpu.info"));
 }
 
-TEST_F(AHost, IsAskedAnewByEveryCall) {
+TEST_F(AHost, IsAskedAgainByEveryCall) {
   host.limitToOneChannel();
   EXPECT_EQ(AMDmodel_oneChannelLimited(), 1);
   host.processor("GenuineIntel");
@@ -346,7 +346,7 @@ TEST_F(AHost, WithoutAModelIsNotLimited) {
   EXPECT_EQ(AMDmodel_oneChannelLimited(), 0);
 }
 
-TEST_F(AHost, WhoseModelStandsBehindTheNtpSectionIsNotLimited) {
+TEST_F(AHost, WhoseModelIsAfterTheNtpSectionIsNotLimited) {
   allowLeftOpen(kHostFile);
   host.files.write(kHostFile, "[NTP]\nInternal Model = K41\n");
   EXPECT_EQ(AMDmodel_oneChannelLimited(), 0);

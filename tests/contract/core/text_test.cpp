@@ -217,7 +217,7 @@ TEST_F(ATextForJson, ThatGrowsPastItsCapacityIsCutThere) {
   EXPECT_EQ(bytes(4), "a\\\"b");
 }
 
-TEST_F(ATextForJson, IsNeverWrittenBehindItsCapacity) {
+TEST_F(ATextForJson, IsNeverWrittenBeyondItsCapacity) {
   escape(std::string(10, '\\'), 10);
   EXPECT_EQ(bytes(10), std::string(10, '\\'));
   EXPECT_EQ(bytes(12), std::string(10, '\\') + std::string("\0#", 2));

@@ -155,7 +155,7 @@ TEST(TheSituations, RunNothingAgainWhoseAnswerCouldBeKept) {
   }
 }
 
-TEST(TheTable, InTheDocumentationTellsTheseCounts) {
+TEST(TheTable, InTheDocumentationHasTheseCounts) {
   EXPECT_NE(read(DOCUMENT).find(table()), std::string::npos) << "docs/costs.md should hold:\n" << table();
 }
 

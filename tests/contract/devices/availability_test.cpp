@@ -192,7 +192,7 @@ TEST_F(AServingDevice, IsTheOnlyOneThatIsAvailable) {
   for (size_t i = 1; i < USBDEV_CHANNELS; ++i) EXPECT_TRUE(isNotAvailable(i)) << i;
 }
 
-TEST_F(AServingDevice, ThatIsParkedIsNotAvailable) {
+TEST_F(AServingDevice, ThatWaitsIsNotAvailable) {
   describe(channel()).conflict(3);
   readServing(2);
   EXPECT_TRUE(isNotAvailable(0));

@@ -50,7 +50,7 @@ TEST_F(AHandOver, WithoutAWaitingOneWritesNothing) {
   EXPECT_THAT(host.config.writes(), IsEmpty());
 }
 
-TEST_F(AHandOver, OfAParkedChannelDoesNothing) {
+TEST_F(AHandOver, OfAWaitingChannelDoesNothing) {
   waiting(5, 1, "2024-03-05 08:15:00");
   for (const int mark : {0, 4, 999}) {
     host.channel(2).conflict(mark);
@@ -191,7 +191,7 @@ TEST_F(AHandOver, ParksNoDetachedOneAndNoneWithoutANode) {
   EXPECT_THAT(host.config.writes(), ElementsAre("ch4/conflictch=-1", "ch2/conflictch=4", "ch7/conflictch=4"));
 }
 
-TEST_F(AHandOver, ParksByTheSlotOfTheFirstChoice) {
+TEST_F(AHandOver, TestsTheOthersWithThePortOfTheFirstChoice) {
   waiting(4, 0, "2024-03-05 08:16:00").slot("1-1.4");
   waiting(5, 1, "2024-03-05 08:15:00").slot("1-2.5");
   host.channel(6).attached("1-1.6", 6);
@@ -327,19 +327,19 @@ TEST_F(AHandOverOnAHostOfOneChannel, ParksTheHolderTooInMode4) {
   EXPECT_EQ(host.channel(2).get("conflictch"), "5");
 }
 
-TEST_F(AHandOverOnAHostOfOneChannel, GivesItsValueToTheSuccessorAlone) {
+TEST_F(AHandOverOnAHostOfOneChannel, WritesItsValueToTheSuccessorOnly) {
   handOver(0, 7);
   EXPECT_EQ(host.channel(5).get("conflictch"), "7");
   EXPECT_EQ(host.channel(4).get("conflictch"), "5");
 }
 
-TEST_F(AHandOverOnAHostOfOneChannel, GoesTheUsualWayInMode1) {
+TEST_F(AHandOverOnAHostOfOneChannel, WorksAsUsualInMode1) {
   handOver(1);
   EXPECT_THAT(host.config.writes(),
               ElementsAre("ch4/conflictch=-1", "ch5/conflictch=-1", "ch2/conflictch=5", "ch4/conflictch=5"));
 }
 
-TEST_F(AHandOverOnAHostOfOneChannel, ParksEveryAttachedCameraWhateverItsPort) {
+TEST_F(AHandOverOnAHostOfOneChannel, MakesEveryAttachedCameraWaitWhateverItsPort) {
   host.channel(2).exists(1).vnode(2);
   host.channel(8).attached("7-1", 8);
   handOver(0);

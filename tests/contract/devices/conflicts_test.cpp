@@ -76,7 +76,7 @@ TEST_F(TwoDevices, OfWhichThisOneHasNoBridgeAreNotAskedForTheOthers) {
   EXPECT_THAT(host.journal.commands(), Not(Contains(classCommand(5))));
 }
 
-TEST_F(TwoDevices, OnAHostOfOneChannelConflictWhateverTheirSlots) {
+TEST_F(TwoDevices, OnAHostOfOneChannelConflictWhateverTheirPorts) {
   host.limitToOneChannel();
   EXPECT_EQ(conflict("1-1", "3-2"), 1);
   EXPECT_EQ(conflict("", "3-2"), 1);
@@ -177,7 +177,7 @@ TEST_F(AChannelInSearch, LeavesItsAnswerUntouchedWhenThereIsNone) {
   EXPECT_EQ(found(), 77);
 }
 
-TEST_F(AChannelInSearch, PassesOverDetachedOnes) {
+TEST_F(AChannelInSearch, SkipsDetachedOnes) {
   host.channel(6).exists(0);
   EXPECT_EQ(found(), 77);
 }
@@ -187,24 +187,24 @@ TEST_F(AChannelInSearch, CountsADisplacedOneAsAttached) {
   EXPECT_EQ(found(), 6);
 }
 
-TEST_F(AChannelInSearch, PassesOverOnesWithoutAProfile) {
+TEST_F(AChannelInSearch, SkipsOnesWithoutAProfile) {
   host.channel(6).profile(-1);
   EXPECT_EQ(found(), 77);
 }
 
-TEST_F(AChannelInSearch, PassesOverOnesWithoutANode) {
+TEST_F(AChannelInSearch, SkipsOnesWithoutANode) {
   host.channel(6).vnode(-1);
   EXPECT_EQ(found(), 77);
 }
 
-TEST_F(AChannelInSearch, PassesOverParkedAndUnsupportedOnes) {
+TEST_F(AChannelInSearch, SkipsWaitingAndUnsupportedOnes) {
   host.channel(6).conflict(4);
   EXPECT_EQ(found(), 77);
   host.channel(6).conflict(999);
   EXPECT_EQ(found(), 77);
 }
 
-TEST_F(AChannelInSearch, PassesOverSwitchedOffOnes) {
+TEST_F(AChannelInSearch, SkipsSwitchedOffOnes) {
   host.channel(6).slotSwitch(0);
   EXPECT_EQ(found(), 77);
 }
@@ -266,7 +266,7 @@ class ARecomputation : public ContractTest {
   std::array<int, 10> states;
 };
 
-TEST_F(ARecomputation, LeavesChannelsOfMinusOneAlone) {
+TEST_F(ARecomputation, DoesNotChangeChannelsOfMinusOne) {
   EXPECT_EQ(syncConflict(states.data()), 0);
   EXPECT_THAT(host.config.writes(), IsEmpty());
   EXPECT_THAT(states, Each(-1));
@@ -316,7 +316,7 @@ TEST_F(ARecomputation, WritesAnyOtherEntryAsItStands) {
   EXPECT_THAT(host.config.writes(), ElementsAre("ch3/conflictch=5", "ch4/conflictch=999"));
 }
 
-TEST_F(ARecomputation, TellsWhichChannelsWereRecomputed) {
+TEST_F(ARecomputation, ReportsWhichChannelsWereRecomputed) {
   states = {-1, 0, 1, 5, 999, -1, -1, 9, -2, -1};
   EXPECT_EQ(syncConflict(states.data()), 0);
   EXPECT_THAT(states, ElementsAre(-1, 1, 1, -1, -1, -1, -1, -1, -1, -1));
@@ -338,7 +338,7 @@ TEST_F(ARecomputation, FailsWhenTheFirstPassCannotOpen) {
   EXPECT_THAT(host.config.writes(), IsEmpty());
 }
 
-TEST_F(ARecomputation, GoesOnWhenASearchCannotOpen) {
+TEST_F(ARecomputation, ContinuesWhenASearchCannotOpen) {
   host.config.failOpenNumber(2, -3);
   states[3] = 1;
   OutputCapture output;

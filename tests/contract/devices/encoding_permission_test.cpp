@@ -48,7 +48,7 @@ TEST_F(AnEncodingHost, WithTheDisabledPackageMayNot) {
   EXPECT_THAT(host.journal.only({"fopen"}), IsEmpty());
 }
 
-TEST_F(AnEncodingHost, IsDisabledByTheExactWordOnly) {
+TEST_F(AnEncodingHost, IsDisabledOnlyByTheTextFalse) {
   for (const char *state : {"false", "FALSE ", "FALSEHOOD", ""}) {
     host.package("Halvane", "Enable", state);
     EXPECT_EQ(mayEncode(), 1) << state;
@@ -93,7 +93,7 @@ TEST_F(AnEncodingHost, WithAnArmProcessorMayNot) {
   EXPECT_EQ(mayEncode(), 0);
 }
 
-TEST_F(AnEncodingHost, NeedsTheWordArmInCapitals) {
+TEST_F(AnEncodingHost, IsAnArmHostOnlyWithTheTextInCapitals) {
   host.files.write("/proc/cpuinfo", "model name\t: Charm armv8\n");
   EXPECT_EQ(mayEncode(), 1);
 }
@@ -142,12 +142,12 @@ TEST_F(AGpu, IsTheFirstOneListed) {
                                                 "popen gpuinfo_app -s GPU0", "pclose gpuinfo_app -s GPU0"));
 }
 
-TEST_F(AGpu, ThatNobodyListsHasNoDriver) {
+TEST_F(AGpu, ThatIsNotListedHasNoDriver) {
   EXPECT_EQ(listedAs(""), 0);
   EXPECT_THAT(host.journal.commands(), ElementsAre(kGpuListCommand));
 }
 
-TEST_F(AGpu, WithoutAColonBehindItsNameHasNone) {
+TEST_F(AGpu, WithoutAColonAfterItsNameHasNoDriver) {
   EXPECT_EQ(listedAs("GPU0\n"), 0);
   EXPECT_THAT(host.journal.commands(), ElementsAre(kGpuListCommand));
 }

@@ -22,7 +22,7 @@ TEST_F(AFormatsListing, BecomesFormatsSizesAndRatesInItsOrder) {
   EXPECT_EQ(message, "");
 }
 
-TEST_F(AFormatsListing, LeavesTheRecordsBehindItsFormatsZero) {
+TEST_F(AFormatsListing, LeavesTheRecordsAfterItsFormatsZero) {
   read(mjpeg().rate("30.000").text());
   for (size_t i = 1; i < USBDEV_FORMATS; ++i) EXPECT_TRUE(isZero(i)) << i;
 }
@@ -72,7 +72,7 @@ TEST_F(AFormatsListing, ForgetsTheSizeWhenAFormatOpens) {
   EXPECT_EQ(format(1), "#0 codec 1:");
 }
 
-TEST_F(AFormatsListing, ReadsTheFourCharactersBehindTheQuote) {
+TEST_F(AFormatsListing, ReadsTheFourCharactersAfterTheQuote) {
   EXPECT_EQ(read("Index: 0\nPixel Format: MJPG\n"), 0);
   EXPECT_EQ(read("Index: 0\nPixel Format: 'mjpg'\n"), 0);
   EXPECT_EQ(read("Index: 0\nPixel Format: 'MJPGX'\n"), 1);

@@ -74,7 +74,7 @@ TEST_F(ACamera, HasNoIdentifiersFromAParent) {
   EXPECT_EQ(pidvid(), 0);
 }
 
-TEST_F(ACamera, HasNoIdentifiersFromBeforeItsSlot) {
+TEST_F(ACamera, HasNoIdentifiersFromBeforeItsPort) {
   walk(kVendor + kProduct + kMarker);
   EXPECT_EQ(pidvid(), 0);
 }
@@ -90,19 +90,19 @@ TEST_F(ACamera, WhoseBlockHoldsTheWordLookingIsReadUpToThere) {
   EXPECT_EQ(pidvid(), 0);
 }
 
-TEST_F(ACamera, IsFoundByItsWholeSlotName) {
+TEST_F(ACamera, IsFoundByItsWholePortName) {
   walk("    KERNELS==\"1-1.2:1.0\"\n    KERNELS==\"1-1.21\"\n    KERNELS==\"1-1\"\n" + kVendor + kProduct);
   EXPECT_EQ(pidvid(), 0);
 }
 
-TEST_F(ACamera, OfASlotWithoutATerminatorIsNotFound) {
+TEST_F(ACamera, OfAPortWithoutATerminatorIsNotFound) {
   memset(device.usbslot, 'x', sizeof device.usbslot);
   device.plugged = 0;  // whoever reads on finds the end of the text here
   walk("    KERNELS==\"" + std::string(128, 'x') + "\"\n" + kVendor + kProduct);
   EXPECT_EQ(pidvid(), 0);
 }
 
-TEST_F(ACamera, OfTheLongestSlotIsFound) {
+TEST_F(ACamera, OfTheLongestPortIsFound) {
   device = lookupRecord(2, std::string(127, 'x'));
   walk("    KERNELS==\"" + std::string(127, 'x') + "\"\n" + kVendor + kProduct);
   EXPECT_EQ(pidvid(), 1);
@@ -313,7 +313,7 @@ class ASlotSwitch : public ContractTest {
 
 TEST_F(ASlotSwitch, ThatNoChannelRemembersIsOn) { EXPECT_EQ(stateOf("3-1"), 1); }
 
-TEST_F(ASlotSwitch, OfNoFileOrNoSlotIsOn) {
+TEST_F(ASlotSwitch, OfNoFileOrNoPortIsOn) {
   EXPECT_EQ(get_switch_state(nullptr, "3-1"), 1);
   void *handle = nullptr;
   xmlcfg_open(0, kChannelFile, &handle);
@@ -340,7 +340,7 @@ TEST_F(ASlotSwitch, ThatItsChannelDoesNotStoreIsOn) {
   EXPECT_EQ(stateOf("3-1"), 1);
 }
 
-TEST_F(ASlotSwitch, IsFoundByTheWholeSlotName) {
+TEST_F(ASlotSwitch, IsFoundByTheWholePortName) {
   host.channel(1).slot("3-1.2").slotSwitch(0);
   host.channel(2).slot("3-").slotSwitch(0);
   EXPECT_EQ(stateOf("3-1"), 1);
@@ -351,7 +351,7 @@ TEST_F(ASlotSwitch, OfAnyOtherValueIsGivenAsItIs) {
   EXPECT_EQ(stateOf("3-1"), 7);
 }
 
-TEST_F(ASlotSwitch, OfTheLongestSlotNameIsFound) {
+TEST_F(ASlotSwitch, OfTheLongestPortNameIsFound) {
   host.channel(1).slot(std::string(127, '1')).slotSwitch(0);
   EXPECT_EQ(stateOf(std::string(127, '1')), 0);
 }

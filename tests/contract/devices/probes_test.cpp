@@ -52,7 +52,7 @@ TEST_F(APanelPort, OfANameThatMeansSomethingOutsideQuotesOnlyIsAskedFor) {
   EXPECT_THAT(host.journal.commands(), ElementsAre("hwinfo_app --usb_get_port_id value='$(reboot) `x` \"y\" \\'"));
 }
 
-TEST_F(APanelPort, OfANameLongerThanAnySlotIsNotAskedFor) {
+TEST_F(APanelPort, OfANameLongerThanAnyPortIsNotAskedFor) {
   EXPECT_EQ(vl_HOS_CLI_usbid(std::string(128, '1').c_str()), -1);
   EXPECT_THAT(host.journal.lines(), IsEmpty());
   vl_HOS_CLI_usbid(std::string(127, '1').c_str());

@@ -64,7 +64,7 @@ TEST_F(ASlot, HasLongerCodecsCutTo15Characters) {
   EXPECT_STREQ(cap.c_str(), "0 1 0 1 0 1 0 1");
 }
 
-TEST_F(ASlot, ThatNobodyIsInHasNoCodecsWhichIsNoFailure) {
+TEST_F(ASlot, WithoutADeviceHasNoCodecsWhichIsASuccess) {
   describe(channel()).exists(0);
   for (const char *slot : {"3-1.2", "3-1", "3-1.21", ""}) {
     EXPECT_EQ(readCap(slot), 0);
@@ -133,7 +133,7 @@ TEST_F(ASlot, HasItsCamerasTypeInAFieldThatWasClearedBefore) {
   EXPECT_EQ(std::string(info.fetype, sizeof info.fetype), "7" + std::string(15, '\0'));
 }
 
-TEST_F(ASlot, LeavesHeaderReservedWordsAndTagOfTheRecordAlone) {
+TEST_F(ASlot, DoesNotChangeHeaderReservedFieldsAndTagOfTheRecord) {
   describe(channel());
   readInfo("3-1.2");
   const _streaminfo before = untouched<_streaminfo>();
@@ -143,7 +143,7 @@ TEST_F(ASlot, LeavesHeaderReservedWordsAndTagOfTheRecordAlone) {
   EXPECT_EQ(memcmp(info.vtag, before.vtag, sizeof info.vtag), 0);
 }
 
-TEST_F(ASlot, HasItsStreamEvenWhenItIsSwitchedOffOrParked) {
+TEST_F(ASlot, HasItsStreamEvenWhenItIsSwitchedOffOrWaits) {
   describe(channel()).slotSwitch(0).conflict(1);
   EXPECT_EQ(readInfo("3-1.2"), 0);
   EXPECT_EQ(info.slot_switch, 0);
@@ -165,7 +165,7 @@ TEST_F(ASlot, OfTwoChannelsHasTheStreamOfTheLastWithATypeOfItsOwn) {
   EXPECT_EQ(info.stream_type, 0);
 }
 
-TEST_F(ASlot, ThatNobodyIsInHasThePresetsWhichIsNoFailure) {
+TEST_F(ASlot, WithoutADeviceHasThePresetsWhichIsASuccess) {
   describe(channel()).exists(0);
   EXPECT_EQ(readInfo("3-1.2"), 0);
   expectPresets();
@@ -179,7 +179,7 @@ TEST_F(ASlot, HasThePresetsWhenTheFileCannotBeOpened) {
   expectPresets();
 }
 
-TEST_F(ASlot, WithANameLongerThanAnySlotHoldsNobody) {
+TEST_F(ASlot, WithANameLongerThanAnyPortHasNoDevice) {
   describe(channel()).slot(std::string(200, '1'));
   readInfo(std::string(200, '1'));
   EXPECT_EQ(info.channel, -1);

@@ -32,7 +32,7 @@ TEST_P(AStoredSwitch, OfNeitherZeroNorOneHoldsNoBusAgainstAnother) {
   EXPECT_EQ(answers[6], -7);
 }
 
-TEST_P(AStoredSwitch, OfNeitherZeroNorOneHoldsNoBusAgainstASlotThatIsSwitchedOn) {
+TEST_P(AStoredSwitch, OfNeitherZeroNorOneDoesNotMakeAPortThatIsSwitchedOnWait) {
   host.channel(6).attached("3-1.4", 6).profile(1);
   EXPECT_EQ(vl_set_usbslot_switch("3-1.4", "enable", nullptr), 0);
   EXPECT_EQ(host.channel(6).get("conflictch"), "-1");

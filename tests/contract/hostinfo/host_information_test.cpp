@@ -52,13 +52,13 @@ TEST_F(TheHostsWebPort, IsTheNumberThatItsValueBeginsWith) {
   EXPECT_EQ(port, 0);
 }
 
-TEST_F(TheHostsWebPort, BehindTheNtpSectionIsNeverFound) {
+TEST_F(TheHostsWebPort, AfterTheNtpSectionIsNeverFound) {
   allowLeftOpen(kHostFile);
   EXPECT_EQ(portIn("[NTP]\nWeb Access Port = 8080\n"), -1);
   EXPECT_EQ(port, -7);
 }
 
-TEST_F(TheHostsWebPort, BehindABlankLineIsNotFound) {
+TEST_F(TheHostsWebPort, AfterABlankLineIsNotFound) {
   allowLeftOpen(kHostFile);
   EXPECT_EQ(portIn("[System]\n\nWeb Access Port = 8080\n"), -1);
   EXPECT_EQ(port, -7);
@@ -74,20 +74,20 @@ TEST_F(TheHostsWebPort, InALineWithABracketIsSkipped) {
   EXPECT_EQ(port, -7);
 }
 
-TEST_F(TheHostsWebPort, BehindALineThatNamesTheNtpSectionAnywhereIsNotFound) {
+TEST_F(TheHostsWebPort, AfterALineThatNamesTheNtpSectionAnywhereIsNotFound) {
   allowLeftOpen(kHostFile);
   EXPECT_EQ(portIn("Note = see [NTP] below\nWeb Access Port = 80\n"), -1);
   EXPECT_EQ(port, -7);
 }
 
 // Lines are read in pieces of 255 characters, of which the second one here has no equals sign.
-TEST_F(TheHostsWebPort, BehindALongLineIsNotFound) {
+TEST_F(TheHostsWebPort, AfterALongLineIsNotFound) {
   allowLeftOpen(kHostFile);
   EXPECT_EQ(portIn("a = " + std::string(252, 'b') + "\nWeb Access Port = 80\n"), -1);
   EXPECT_EQ(port, -7);
 }
 
-TEST_F(TheHostsWebPort, BehindALineOf254CharactersIsFound) {
+TEST_F(TheHostsWebPort, AfterALineOf254CharactersIsFound) {
   EXPECT_EQ(portIn("a = " + std::string(250, 'b') + "\nWeb Access Port = 80\n"), 0);
   EXPECT_EQ(port, 80);
 }
@@ -123,13 +123,13 @@ TEST_F(TheHostsVersion, ThatIsMissingSucceedsAndLeavesTheOutput) {
   EXPECT_STREQ(version, "before");
 }
 
-TEST_F(TheHostsVersion, BehindABlankLineIsNotFound) {
+TEST_F(TheHostsVersion, AfterABlankLineIsNotFound) {
   allowLeftOpen(kHostFile);
   EXPECT_EQ(versionIn("\nVersion = 5\n"), -1);
   EXPECT_STREQ(version, "before");
 }
 
-TEST_F(TheHostsVersion, IsRefusedToNobody) {
+TEST_F(TheHostsVersion, IsRefusedWithoutAPlaceForIt) {
   EXPECT_EQ(vl_get_nas_version(nullptr), -1);
   EXPECT_EQ(vl_get_nas_HTTPport(nullptr), -1);
   EXPECT_THAT(host.journal.lines(), IsEmpty());
@@ -155,7 +155,7 @@ class AnInstalledPackage : public ContractTest {
   BndlInfo info{};
 };
 
-TEST_F(AnInstalledPackage, IsToldWhole) {
+TEST_F(AnInstalledPackage, IsReportedWithAllFields) {
   answers("Version", "2.1.0\n");
   answers("Build", "20240305\n");
   answers("Install_Path", "/share/Halvane\n");
@@ -239,7 +239,7 @@ TEST_F(AnInstalledPackage, OfANameTooLongForACommandIsNotAskedFor) {
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
-TEST_F(AnInstalledPackage, IsRefusedToNobody) {
+TEST_F(AnInstalledPackage, IsRefusedWithoutAPlaceForIt) {
   EXPECT_EQ(vl_get_bndl_info(nullptr, &info), 0);
   EXPECT_EQ(vl_get_bndl_info("Halvane", nullptr), 0);
   EXPECT_THAT(host.journal.lines(), IsEmpty());

@@ -179,7 +179,7 @@ TEST_F(TheTimeoutCounters, AreCountedByTwoProcessesAtOnce) {
   EXPECT_THAT(counters(), ElementsAre(1000, 0, 0, 1000));
 }
 
-TEST_F(TheTimeoutCounters, AreAttachedAnewByEveryAddition) {
+TEST_F(TheTimeoutCounters, AreAttachedAgainByEveryAddition) {
   for (const int index : {0, 0, 2}) add(index);
   EXPECT_THAT(attachments, ElementsAre("anywhere 0", "anywhere 0", "anywhere 0"));
 }

@@ -45,7 +45,7 @@ class ChoiceTest : public HotplugTest, public testing::WithParamInterface<Choice
 
 class APluggedCamera : public ChoiceTest {};
 
-TEST_P(APluggedCamera, GoesToTheChannelThat) {
+TEST_P(APluggedCamera, GetsTheChannelThat) {
   const Choice &choice = GetParam();
   EXPECT_EQ(plug(), choice.chosen);
   EXPECT_EQ(profile, choice.profile);
@@ -162,7 +162,7 @@ class ASoundCard : public HotplugTest {
   ASoundCard() { isCard("USB Audio"); }
 };
 
-TEST_F(ASoundCard, GoesToTheAttachedChannelOfItsPortWhateverItsName) {
+TEST_F(ASoundCard, GetsTheAttachedChannelOfItsPortWhateverItsName) {
   known(3, 1, 1);
   EXPECT_EQ(plug(), 3);
   EXPECT_EQ(profile, 1);
@@ -188,7 +188,7 @@ TEST_F(ASoundCard, KeepsItsNameOnADetachedChannel) {
   EXPECT_STREQ(device.devname, "USB Audio");
 }
 
-TEST_F(ASoundCard, GoesToADetachedChannelWithAProfileByItsNameOnly) {
+TEST_F(ASoundCard, GetsADetachedChannelWithAProfileByItsNameOnly) {
   known(3, 0, 1);
   EXPECT_EQ(plug(), 0);
   known(3, 0, 1, kSlot, "USB Audio");
@@ -210,7 +210,7 @@ TEST_F(ASoundCard, IsNoLongerKnownByTheNameThatItHad) {
   EXPECT_EQ(profile, -1);
 }
 
-TEST_F(ASoundCard, ReplacesNobody) {
+TEST_F(ASoundCard, ReplacesNoCamera) {
   known(3, 1, 1);
   plug();
   EXPECT_THAT(host.config.writes(), Not(Contains("ch3/exists=-1")));

@@ -64,7 +64,7 @@ TEST_F(AProfileWithSound, IsSetWithTheFileClosed) {
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close", "open r", "close", "volume 3 70"));
 }
 
-TEST_F(AProfileWithSound, IsLeftAsItIsWhenTheFileCannotBeRead) {
+TEST_F(AProfileWithSound, IsNotChangedWhenTheFileCannotBeRead) {
   host.config.failOpenNumber(2, -7);
   OutputCapture output;
   EXPECT_EQ(mn_set_usbdev_volume(2), -1);

@@ -61,7 +61,7 @@ TEST_F(AnUpdate, OfACameraOnNodeZeroIsOfACamera) {
   EXPECT_EQ(key(2, "video/ldspoutput"), "0");
 }
 
-TEST_F(AnUpdate, OfASoundCardAloneAsksForNoTypeAndLinksNothing) {
+TEST_F(AnUpdate, OfOnlyASoundCardAsksForNoTypeAndMakesNoLink) {
   channels[2].state = channels[2].profile = 1;
   channels[2].anode = 0;
   std::strcpy(channels[2].hlspath, "live");
@@ -104,7 +104,7 @@ TEST_F(AnUpdate, WithoutALinkNameStoresANewOneInFileAndRecord) {
   EXPECT_THAT(links(), ElementsAre(linking(3, kHash)));
 }
 
-TEST_F(AnUpdate, WhoseLinkNameCannotBeMadeLinksTheShareAlone) {
+TEST_F(AnUpdate, WhoseLiveLinkNameCannotBeMadeMakesOnlyTheShareLink) {
   host.commands.cannotStart(kUuidCommand);
   std::strcpy(withCamera(2).hash, "shared");
   EXPECT_EQ(update(), 0);
@@ -112,7 +112,7 @@ TEST_F(AnUpdate, WhoseLinkNameCannotBeMadeLinksTheShareAlone) {
   EXPECT_THAT(links(), ElementsAre(linking(3, "shared")));
 }
 
-TEST_F(AnUpdate, CarriesNoSlotSwitchOverFromAChannelThatIsPassedOver) {
+TEST_F(AnUpdate, CarriesNoSwitchOverFromAChannelThatIsSkipped) {
   channels[0].slot_switch = 0;
   withCamera(-1);
   update();

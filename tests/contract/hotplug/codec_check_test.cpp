@@ -27,7 +27,7 @@ TEST_F(ACodecCheck, MarksACameraWithoutMjpegAndSwitchesTheOthersToIt) {
   EXPECT_THAT(host.config.writes(), ElementsAre("ch2/conflictch=999", "ch3/video/vcodec=1", "ch4/video/vcodec=1"));
 }
 
-TEST_F(ACodecCheck, PassesOverChannelsWithoutANodeOrOutOfUse) {
+TEST_F(ACodecCheck, SkipsChannelsWithoutANodeOrOutOfUse) {
   configured(2, "3-1", "Raw").vnode(-1).set("video/cap", "0");
   configured(3, "3-2", "Raw").exists(0).vnode(5).set("video/cap", "0");
   EXPECT_EQ(check_halvane(), 0);

@@ -46,7 +46,7 @@ TEST_F(AScan, MarksAPresentCamera) {
   EXPECT_EQ(camera_count, 0);
 }
 
-TEST_F(AScan, MarksAPortThatHoldsAnotherCamera) {
+TEST_F(AScan, MarksAPortThatHasAnotherCamera) {
   configured(2, "3-1", "Old");
   configured(3, "3-1", "Older").exists(0);
   camera("3-1", 4, "New");
@@ -113,7 +113,7 @@ TEST_F(AScan, TakesAnInterfaceOfUpTo255Bytes) {
   EXPECT_THAT(host.journal.commands(), Contains(asking_for("2")));
 }
 
-TEST_F(AScan, WhoseListCannotStartSaysSoAndSucceeds) {
+TEST_F(AScan, WhoseListCannotStartPrintsAMessageAndSucceeds) {
   host.commands.cannotStart(kCameraList);
   host.commands.cannotStart(kCardList);
   OutputCapture output;
@@ -122,7 +122,7 @@ TEST_F(AScan, WhoseListCannotStartSaysSoAndSucceeds) {
   EXPECT_EQ(output.text(), "cannot find video list ...\ncannot find audio list ...\n");
 }
 
-TEST_F(AStart, PassesOverDevicesBeyondTheTenth) {
+TEST_F(AStart, SkipsDevicesBeyondTheTenth) {
   _usbdev_update channels[10] = {};
   _usbdev_update cameras[10] = {};
   int map[10] = {};
@@ -132,7 +132,7 @@ TEST_F(AStart, PassesOverDevicesBeyondTheTenth) {
   EXPECT_EQ(count, 10);
 }
 
-TEST_F(AStart, PassesOverAPortWhoseNameIsTooLong) {
+TEST_F(AStart, SkipsAPortWhoseNameIsTooLong) {
   for (const size_t length : {127U, 128U}) {
     _usbdev_update channels[10] = {};
     _usbdev_update cameras[10] = {};
@@ -236,7 +236,7 @@ TEST_F(AScan, OfCardsTakesTheNameOfTheNewCameraInThePort) {
   EXPECT_STREQ(cards[0].devname, "Second");
 }
 
-TEST_F(AScan, OfCardsTakesANegativeCountOfNewCamerasForNone) {
+TEST_F(AScan, OfCardsTakesANegativeCountOfNewCamerasAsZero) {
   card("3-1", 1, "USB Audio");
   EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, cards, -1, nullptr), 0);
   EXPECT_EQ(get_conf_audioinfo(channels, map, &card_count, cards, -2147483647 - 1, cameras), 0);
@@ -293,7 +293,7 @@ TEST_F(AScan, LeavesTheConflictMapOfCards) {
   EXPECT_THAT(map, Each(-1));
 }
 
-TEST_F(AScan, PassesOverADisplacedChannelsStateButNotItsPort) {
+TEST_F(AScan, SkipsADisplacedChannelsStateButNotItsPort) {
   configured(2, "3-1", "Camera").exists(-1);
   camera("3-1", 4, "Camera");
   scanCameras();
@@ -336,7 +336,7 @@ TEST_F(AScan, AddsToTheDevicesThatAreListedAlready) {
   EXPECT_EQ(card_count, 10);
 }
 
-TEST_F(AScan, PassesOverACameraWhoseNameCannotBeRead) {
+TEST_F(AScan, SkipsACameraWhoseNameCannotBeRead) {
   camera("3-1", 4, "Camera");
   camera("3-2", 5, "Other");
   host.files.makeUnreadable("/sys/class/video4linux/video4/name");

@@ -27,13 +27,13 @@ class ACameraOnASharedPort : public HotplugTest {
   std::string mark(int number) { return host.channel(number).get("conflictch"); }
 };
 
-TEST_F(ACameraOnASharedPort, YieldsToAChannelWithAProfile) {
+TEST_F(ACameraOnASharedPort, WaitsForAChannelWithAProfile) {
   EXPECT_EQ(plug(), 0);
   EXPECT_EQ(mark(0), "6");
   EXPECT_EQ(mark(6), "-1");
 }
 
-TEST_F(ACameraOnASharedPort, IsReportedWithTheChannelItYieldsTo) {
+TEST_F(ACameraOnASharedPort, IsReportedWithTheChannelItWaitsFor) {
   plug();
   EXPECT_EQ(report.channel, 6);
   EXPECT_EQ(report.profile, 2);
@@ -41,7 +41,7 @@ TEST_F(ACameraOnASharedPort, IsReportedWithTheChannelItYieldsTo) {
   EXPECT_STREQ(report.devname, "Other 6");
 }
 
-TEST_F(ACameraOnASharedPort, WithAProfileParksAChannelWithoutOne) {
+TEST_F(ACameraOnASharedPort, WithAProfileMakesAChannelWithoutOneWait) {
   other(6, "1-1.6", -1);
   known(3, 1, 1, "1-1.1").profileName("Door");
   EXPECT_EQ(plug(), 3);
@@ -53,13 +53,13 @@ TEST_F(ACameraOnASharedPort, WithAProfileParksAChannelWithoutOne) {
   EXPECT_STREQ(report.devname, "Other 6");
 }
 
-TEST_F(ACameraOnASharedPort, WithAProfileYieldsToAChannelWithOne) {
+TEST_F(ACameraOnASharedPort, WithAProfileWaitsForAChannelWithOne) {
   known(3, 1, 1, "1-1.1");
   EXPECT_EQ(plug(), 3);
   EXPECT_EQ(mark(3), "6");
 }
 
-TEST_F(ACameraOnASharedPort, WithoutAProfileLetsAChannelWithoutOneBe) {
+TEST_F(ACameraOnASharedPort, WithoutAProfileDoesNotChangeAChannelWithoutOne) {
   other(6, "1-1.6", -1);
   plug();
   EXPECT_EQ(mark(0), "-1");
@@ -94,7 +94,7 @@ TEST_F(ACameraOnASharedPort, IsComparedWithTheFirstAndTheLastChannelToo) {
   }
 }
 
-TEST_F(ACameraOnASharedPort, PassesOverDetachedOnes) {
+TEST_F(ACameraOnASharedPort, SkipsDetachedOnes) {
   host.channel(6).exists(0);
   plug();
   EXPECT_EQ(mark(0), "-1");
@@ -106,13 +106,13 @@ TEST_F(ACameraOnASharedPort, CountsADisplacedOneAsAttached) {
   EXPECT_EQ(mark(0), "6");
 }
 
-TEST_F(ACameraOnASharedPort, PassesOverOnesWithoutANode) {
+TEST_F(ACameraOnASharedPort, SkipsOnesWithoutANode) {
   host.channel(6).vnode(-1);
   plug();
   EXPECT_EQ(mark(0), "-1");
 }
 
-TEST_F(ACameraOnASharedPort, PassesOverParkedAndUnsupportedOnes) {
+TEST_F(ACameraOnASharedPort, SkipsWaitingAndUnsupportedOnes) {
   for (const int parked : {0, 5, 999}) {
     host.channel(6).conflict(parked);
     plug();
@@ -128,7 +128,7 @@ TEST_F(ACameraOnASharedPort, ThatIsUnsupportedIsMarkedAndNotReported) {
   EXPECT_STREQ(report.devname, "Other 6");
 }
 
-TEST_F(ACameraOnASharedPort, ThatIsUnsupportedParksNobodyAndIsReportedAllTheSame) {
+TEST_F(ACameraOnASharedPort, ThatIsUnsupportedMakesNoCameraWaitAndIsReportedNevertheless) {
   host.camera(2, "1-1.1").listing("");
   other(6, "1-1.6", -1);
   known(3, 1, 1, "1-1.1").profileName("Garden");
@@ -163,12 +163,12 @@ class ACameraBehindABridge : public ACameraOnASharedPort {
   }
 };
 
-TEST_F(ACameraBehindABridge, YieldsToAnotherBehindIt) {
+TEST_F(ACameraBehindABridge, WaitsForAnotherBehindIt) {
   plug();
   EXPECT_EQ(mark(0), "6");
 }
 
-TEST_F(ACameraBehindABridge, LetsOneBehindAnotherBridgeBe) {
+TEST_F(ACameraBehindABridge, DoesNotConflictWithOneBehindAnotherBridge) {
   host.camera(26, "4-6").behindBridge("/devices/pci0000:00/0000:00:1d.0/0000:04:00.0");
   plug();
   EXPECT_EQ(mark(0), "-1");
@@ -199,14 +199,14 @@ class ACameraOnAHostOfOneChannel : public ACameraOnASharedPort {
   ACameraOnAHostOfOneChannel() { host.limitToOneChannel(); }
 };
 
-TEST_F(ACameraOnAHostOfOneChannel, YieldsToAnyPort) {
+TEST_F(ACameraOnAHostOfOneChannel, WaitsWhateverThePort) {
   host.channel(6).slot("7-1");
   plug();
   EXPECT_EQ(mark(0), "6");
   EXPECT_EQ(report.channel, 6);
 }
 
-TEST_F(ACameraOnAHostOfOneChannel, HandsOverAfterItsWritesButIsItselfParked) {
+TEST_F(ACameraOnAHostOfOneChannel, HandsOverAfterItsWritesButWaitsItself) {
   plug();
   EXPECT_THAT(host.journal.only({"open", "close"}),
               ElementsAre("open r", "close", "open w", "close", "open r", "close"));
@@ -234,27 +234,27 @@ class ACameraThatLeavesASharedPort : public ACameraOnASharedPort {
   }
 };
 
-TEST_F(ACameraThatLeavesASharedPort, HandsItToTheOneThatWaits) {
+TEST_F(ACameraThatLeavesASharedPort, HandsOverToTheOneThatWaits) {
   EXPECT_EQ(pullOut(), 3);
   EXPECT_EQ(mark(6), "-1");
   EXPECT_EQ(mark(3), "6");
 }
 
-TEST_F(ACameraThatLeavesASharedPort, HandsNothingOverWhenItWasParkedItself) {
+TEST_F(ACameraThatLeavesASharedPort, HandsNothingOverWhenItWaitedItself) {
   host.channel(3).conflict(5);
   EXPECT_EQ(pullOut(), 3);
   EXPECT_EQ(mark(6), "3");
   EXPECT_EQ(mark(3), "-1");
 }
 
-TEST_F(ACameraThatLeavesASharedPort, HandsItOverOnAHostOfOneChannelToo) {
+TEST_F(ACameraThatLeavesASharedPort, HandsOverOnAHostOfOneChannelToo) {
   host.limitToOneChannel();
   pullOut();
   EXPECT_EQ(mark(6), "-1");
   EXPECT_EQ(mark(3), "-1");
 }
 
-TEST_F(ACameraThatLeavesASharedPort, HandsItOverWhenItsSoundCardIsRemoved) {
+TEST_F(ACameraThatLeavesASharedPort, HandsOverWhenItsSoundCardIsRemoved) {
   device.devtype = 0;
   EXPECT_EQ(pullOut(), 3);
   EXPECT_EQ(mark(6), "-1");

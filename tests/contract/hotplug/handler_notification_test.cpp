@@ -70,7 +70,7 @@ TEST_F(ACameraOfAProfile, IsNotToldOfUnlessItsPortIsSwitchedOn) {
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
 }
 
-TEST_F(ACameraOfAProfile, IsNotToldOfWhenItYieldsToAnother) {
+TEST_F(ACameraOfAProfile, IsNotNotifiedOfWhenItWaitsForAnother) {
   known(6, 1, 2, "1-1.6");
   EXPECT_EQ(plug(), 3);
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
@@ -94,7 +94,7 @@ TEST_F(ACameraOfAProfile, IsToldOfAfterARestart) {
   EXPECT_EQ(told(), "notify event=6 profile=1 video=0 audio=1 flag=0 target=1");
 }
 
-TEST_F(ACameraOfAProfile, IsTakenInEvenWhenNobodyCanBeTold) {
+TEST_F(ACameraOfAProfile, GetsAChannelEvenWhenTheNotificationFails) {
   host.network.failSends();
   EXPECT_EQ(plug(), 3);
   EXPECT_EQ(message, "socket send to manager error\n");

@@ -14,7 +14,7 @@ class AnEvent : public HotplugTest {
   Lines effects() const { return host.journal.only({"open", "close", "system", "popen", "log", "notify"}); }
 };
 
-TEST_F(AnEvent, OfAComingCameraReadsAsksWritesAndTells) {
+TEST_F(AnEvent, OfAPluggedCameraReadsAsksWritesAndNotifies) {
   host.camera(2, kSlot).listing(Listing().format("MJPG").size(640, 480).rate("90.000").text());
   plug();
   EXPECT_THAT(effects(),
@@ -26,7 +26,7 @@ TEST_F(AnEvent, OfAComingCameraReadsAsksWritesAndTells) {
                           "notify event=6 profile=1 video=0 audio=1 flag=0 target=1"));
 }
 
-TEST_F(AnEvent, OfAGoingCameraReadsWritesHandsOverAndTells) {
+TEST_F(AnEvent, OfARemovedCameraReadsWritesHandsOverAndNotifies) {
   pullOut();
   EXPECT_THAT(effects(), ElementsAre("open r", "close", "open w", "close", "open r", "close", "open w", "close",
                                      "notify event=7 profile=1 video=-1 audio=-1 flag=0 target=-1"));

@@ -176,7 +176,7 @@ TEST_F(AnotherCameraInThePort, LeavesTheOldOnesNodeAndProfile) {
   EXPECT_EQ(host.channel(3).get("profile"), "1");
 }
 
-TEST_F(AnotherCameraInThePort, IsParkedBehindTheOldOneWhoseNodeIsStillStored) {
+TEST_F(AnotherCameraInThePort, WaitsForTheOldOneWhoseNodeIsStillStored) {
   host.channel(3).vnode(23);
   plug();
   EXPECT_EQ(host.channel(0).get("conflictch"), "3");
@@ -193,14 +193,14 @@ TEST_F(ARemoval, OfACameraDetachesItsChannel) {
                                                          "ch3/video/spsstate=0", "ch3/conflictch=-1"));
 }
 
-TEST_F(ARemoval, OfACameraTellsItsProfileStoredNameAndNode) {
+TEST_F(ARemoval, OfACameraReportsItsProfileStoredNameAndNode) {
   pullOut();
   EXPECT_EQ(profile, 1);
   EXPECT_EQ(devname, "Stored Name");
   EXPECT_EQ(vnode, 23);
 }
 
-TEST_F(ARemoval, OfAnUnsupportedOrParkedCameraClearsItsMark) {
+TEST_F(ARemoval, OfAnUnsupportedOrWaitingCameraClearsItsMark) {
   for (const int mark : {999, 5}) {
     host.channel(3).exists(1).conflict(mark);
     EXPECT_EQ(pullOut(), 3);
@@ -208,7 +208,7 @@ TEST_F(ARemoval, OfAnUnsupportedOrParkedCameraClearsItsMark) {
   }
 }
 
-TEST_F(ARemoval, OfASoundCardDetachesTheChannelButTellsNoName) {
+TEST_F(ARemoval, OfASoundCardDetachesTheChannelButReportsNoName) {
   isCard("USB Audio");
   EXPECT_EQ(pullOut(), 3);
   EXPECT_EQ(host.channel(3).get("exists"), "0");
@@ -216,7 +216,7 @@ TEST_F(ARemoval, OfASoundCardDetachesTheChannelButTellsNoName) {
   EXPECT_EQ(vnode, 23);
 }
 
-TEST_F(ARemoval, OfAChannelWithoutANodeTellsNone) {
+TEST_F(ARemoval, OfAChannelWithoutANodeReportsNone) {
   host.config.erase("ch3/video/vnode");
   pullOut();
   EXPECT_EQ(vnode, -1);
@@ -277,7 +277,7 @@ TEST_F(APluggedCard, TakesTheSwitchOfItsPort) {
   EXPECT_THAT(writesTo(3), Contains("slot_switch=0"));
 }
 
-TEST_F(APluggedCard, RunsNothingNotifiesNobodyAndLeavesTheReport) {
+TEST_F(APluggedCard, RunsNothingDoesNotNotifyAndLeavesTheReport) {
   known(3, 1, 1);
   plug();
   EXPECT_THAT(host.journal.commands(), IsEmpty());
@@ -290,7 +290,7 @@ class AnIgnoredCard : public HotplugTest {
   AnIgnoredCard() { isCard("KAB-110"); }
 };
 
-TEST_F(AnIgnoredCard, IsNotTakenIn) {
+TEST_F(AnIgnoredCard, GetsNoChannel) {
   EXPECT_EQ(plug(), -1);
   EXPECT_THAT(host.config.writes(), IsEmpty());
   EXPECT_THAT(host.journal.only({"open", "card"}), ElementsAre("open r"));
@@ -309,7 +309,7 @@ TEST_F(AnIgnoredCard, IsKnownByTheBeginningOfItsName) {
   EXPECT_EQ(plug(), 0);
 }
 
-TEST_F(AnIgnoredCard, IsTakenInUnderAnotherNameOfItsChannel) {
+TEST_F(AnIgnoredCard, GetsAChannelUnderAnotherNameOfItsChannel) {
   known(3, 1, -1);
   EXPECT_EQ(plug(), 3);
 }

@@ -132,7 +132,7 @@ TEST_F(AnInterface, NameOf300BytesIsCutAt255) {
   EXPECT_EQ(name, std::string(255, 'n'));
 }
 
-TEST_F(AnInterface, OfACardHasTheNameThatTheHostTells) {
+TEST_F(AnInterface, OfACardHasTheNameThatTheHostReports) {
   host.commands.prints(cardNodes("3-1:1.2"), "card1\n");
   host.sound.card(1, 1, 1, 1, "USB Audio");
   EXPECT_EQ(audioInfo("3-1:1.2"), 0);
@@ -148,7 +148,7 @@ TEST_F(AnInterface, OfACardMayBeDescribedByALongerRecordOfTheHosts) {
   EXPECT_EQ(name, "USB Audio");
 }
 
-TEST_F(AnInterface, OfACardThatTheHostDoesNotKnowHasItsNumberAlone) {
+TEST_F(AnInterface, OfACardThatTheHostDoesNotKnowHasOnlyItsNumber) {
   host.commands.prints(cardNodes("3-1:1.2"), "card1\n");
   EXPECT_EQ(audioInfo("3-1:1.2"), 0);
   EXPECT_EQ(node, 1);
@@ -254,7 +254,7 @@ TEST_F(APort, WithACardHasItsNumberStateAndName) {
   EXPECT_STREQ(record.devname, "USB Audio");
 }
 
-TEST_F(APort, WithoutANameFileGoesOnAndLeavesTheCommandOpen) {
+TEST_F(APort, WithoutANameFileAsksTheNextInterfaceAndLeavesTheCommandOpen) {
   host.commands.prints(cameraNodes("3-1\\:1.0"), "video4\n");
   host.commands.prints(cameraNodes("3-1\\:1.2"), "video6\n");
   host.files.write(namePath(6), "second\n");
@@ -265,7 +265,7 @@ TEST_F(APort, WithoutANameFileGoesOnAndLeavesTheCommandOpen) {
   EXPECT_EQ(record.vnode, 6);
 }
 
-TEST_F(APort, WhoseListsCannotStartSaysSoForEach) {
+TEST_F(APort, WhoseListsCannotStartPrintsAMessageForEach) {
   for (const char *interface : {"3-1\\:1.0", "3-1\\:1.2"}) {
     host.commands.cannotStart(cameraNodes(interface));
     host.commands.cannotStart(cardNodes(interface));

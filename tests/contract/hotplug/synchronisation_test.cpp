@@ -88,7 +88,7 @@ TEST_F(AStart, MakesALinkNameForAProfileWithoutOne) {
   EXPECT_THAT(host.journal.only({"exec"}), ElementsAre(linking(3, kHash)));
 }
 
-TEST_F(AStart, CarriesTheSlotSwitchOverToTheNextChannelWithoutOne) {
+TEST_F(AStart, CarriesTheSwitchOverToTheNextChannelWithoutOne) {
   configured(0, "1-1", "A").slotSwitch(0);
   configured(1, "1-2", "B");
   configured(2, "1-3", "C").slotSwitch(1);
@@ -100,7 +100,7 @@ TEST_F(AStart, CarriesTheSlotSwitchOverToTheNextChannelWithoutOne) {
   EXPECT_EQ(key(3, "slot_switch"), "1");
 }
 
-TEST_F(AStart, WithoutAnyStoredSlotSwitchWritesOne) {
+TEST_F(AStart, WithoutAnyStoredSwitchWritesOne) {
   configured(0, "1-1", "A");
   mn_sync_usbdev_conf();
   EXPECT_EQ(key(0, "slot_switch"), "1");

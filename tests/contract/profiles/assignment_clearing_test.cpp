@@ -13,14 +13,16 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class ABoundProfile : public AProfile {
+class AnAssignedProfile : public AProfile {
  protected:
-  ABoundProfile() { host.channel(3).profile(2).set("hlspath", "live").set("sharelink/hash_string", "shared").anode(4); }
+  AnAssignedProfile() {
+    host.channel(3).profile(2).set("hlspath", "live").set("sharelink/hash_string", "shared").anode(4);
+  }
 
   void linkOnDisk(const std::string &name) { host.files.link(kLinkFolder + name, kLinkFolder + "gone"); }
 };
 
-TEST_F(ABoundProfile, ClearedIsResetWithItsSharing) {
+TEST_F(AnAssignedProfile, ClearedIsResetWithItsSharing) {
   EXPECT_EQ(vl_clear_usbchn_profile(2, nullptr, 4), 0);
   EXPECT_THAT(host.config.writes(),
               ElementsAre("ch3/profile=-1",
@@ -29,7 +31,7 @@ TEST_F(ABoundProfile, ClearedIsResetWithItsSharing) {
                           "ch3/sharelink/ssid=", "ch3/sharelink/token=", "ch3/sharelink/hash_string="));
 }
 
-TEST_F(ABoundProfile, ClearedLosesTheShareLinkFirstThenTheLiveLinkThenItsKeys) {
+TEST_F(AnAssignedProfile, ClearedLosesTheShareLinkFirstThenTheLiveLinkThenItsKeys) {
   linkOnDisk("shared");
   linkOnDisk("live");
   vl_clear_usbchn_profile(2, nullptr, 4);
@@ -37,13 +39,13 @@ TEST_F(ABoundProfile, ClearedLosesTheShareLinkFirstThenTheLiveLinkThenItsKeys) {
               ElementsAre("open r", "open r", removing("shared"), removing("live"), "open w", "open r", "open w"));
 }
 
-TEST_F(ABoundProfile, ClearedLosesWhateverStandsInTheLinksPlace) {
+TEST_F(AnAssignedProfile, ClearedRemovesWhateverHasTheNameOfItsLink) {
   host.files.write(kLinkFolder + "live", "no link");
   vl_clear_usbchn_profile(2, nullptr, 4);
   EXPECT_THAT(host.journal.only({"exec"}), ElementsAre(removing("live")));
 }
 
-TEST_F(ABoundProfile, WhoseLinksCannotBeRemovedIsClearedAllTheSame) {
+TEST_F(AnAssignedProfile, WhoseLinksCannotBeRemovedIsClearedNevertheless) {
   linkOnDisk("shared");
   linkOnDisk("live");
   host.commands.programsReturn(1);
@@ -52,7 +54,7 @@ TEST_F(ABoundProfile, WhoseLinksCannotBeRemovedIsClearedAllTheSame) {
   EXPECT_EQ(host.channel(3).get("profile"), "-1");
 }
 
-TEST_F(ABoundProfile, ClearedWithoutLinkNamesLooksForNone) {
+TEST_F(AnAssignedProfile, ClearedWithoutLinkNamesRemovesNoLink) {
   host.channel(3).set("hlspath", "").set("sharelink/hash_string", "");
   host.files.write(kLinkFolder, "the directory itself");
   vl_clear_usbchn_profile(2, nullptr, 4);
@@ -60,13 +62,13 @@ TEST_F(ABoundProfile, ClearedWithoutLinkNamesLooksForNone) {
   EXPECT_THAT(host.network.datagrams(), SizeIs(1));
 }
 
-TEST_F(ABoundProfile, ClearedWithoutLinksOnDiskRemovesNothingAndStillNotifies) {
+TEST_F(AnAssignedProfile, ClearedWithoutLinksOnDiskRemovesNothingAndStillNotifies) {
   vl_clear_usbchn_profile(2, nullptr, 4);
   EXPECT_THAT(host.journal.only({"exec"}), IsEmpty());
   EXPECT_EQ(host.network.datagrams().size(), 1U);
 }
 
-TEST_F(ABoundProfile, ClearedTellsTheManagerWhoAskedAndWhy) {
+TEST_F(AnAssignedProfile, ClearedNotifiesWithTheClientAndTheEventCode) {
   EXPECT_EQ(vl_clear_usbchn_profile(2, "192.168.1.9", 7), 0);
   ASSERT_EQ(host.network.datagrams().size(), 1U);
   const Datagram sent = host.network.datagrams()[0];
@@ -83,18 +85,18 @@ TEST_F(ABoundProfile, ClearedTellsTheManagerWhoAskedAndWhy) {
   EXPECT_EQ(sent.word(52), -1);
 }
 
-TEST_F(ABoundProfile, ClearedByNobodyInParticularSaysSo) {
+TEST_F(AnAssignedProfile, ClearedWithoutAClientNotifiesWithoutAnAddress) {
   vl_clear_usbchn_profile(2, nullptr, 4);
   ASSERT_THAT(host.network.datagrams(), SizeIs(1));
   EXPECT_EQ(host.network.datagrams()[0].bytes.substr(16, 16), std::string(16, '\0'));
 }
 
-TEST_F(ABoundProfile, ClearedWithATextThatIsNoAddressTellsWhatInetAddrMakesOfIt) {
+TEST_F(AnAssignedProfile, ClearedWithATextThatIsNotAnAddressNotifiesWithTheResultOfInetAddr) {
   vl_clear_usbchn_profile(2, "somebody", 4);
   EXPECT_EQ(host.network.datagrams().at(0).word(20), -1);
 }
 
-TEST_F(ABoundProfile, WithoutNodesIsClearedWithMinusOneForEach) {
+TEST_F(AnAssignedProfile, WithoutNodesIsClearedWithMinusOneForEach) {
   host.config.erase("ch3/video/vnode");
   host.config.erase("ch3/audio/anode");
   vl_clear_usbchn_profile(2, nullptr, 4);
@@ -102,7 +104,7 @@ TEST_F(ABoundProfile, WithoutNodesIsClearedWithMinusOneForEach) {
   EXPECT_EQ(host.network.datagrams().at(0).word(40), -1);
 }
 
-TEST_F(ABoundProfile, ThatIsParkedIsClearedWithoutAHandOver) {
+TEST_F(AnAssignedProfile, ThatWaitsIsClearedWithoutAHandOver) {
   host.channel(3).conflict(8);
   camera(6, "3-1.4", 6).profile(1).slotSwitch(1).conflict(3).createTime("2024-03-05 08:15:00");
   vl_clear_usbchn_profile(2, nullptr, 4);
@@ -111,14 +113,14 @@ TEST_F(ABoundProfile, ThatIsParkedIsClearedWithoutAHandOver) {
   EXPECT_EQ(host.network.datagrams().at(0).word(52), -1);
 }
 
-TEST_F(ABoundProfile, ClearedIsNotifiedLastWithTheFileClosed) {
+TEST_F(AnAssignedProfile, ClearedIsNotifiedLastWithTheFileClosed) {
   vl_clear_usbchn_profile(2, nullptr, 4);
   const Lines lines = host.journal.lines();
   EXPECT_EQ(lines.at(lines.size() - 2), "close");
   EXPECT_EQ(lines.back(), "notify event=4 profile=2 video=5 audio=4 flag=0 target=-1");
 }
 
-TEST_F(ABoundProfile, WhoseHandOverFailsIsClearedAndNotifiedAllTheSame) {
+TEST_F(AnAssignedProfile, WhoseHandOverFailsIsClearedAndNotifiedNevertheless) {
   host.config.failOpenNumber(4, -5);
   OutputCapture output;
   EXPECT_EQ(vl_clear_usbchn_profile(2, nullptr, 4), 0);
@@ -126,7 +128,7 @@ TEST_F(ABoundProfile, WhoseHandOverFailsIsClearedAndNotifiedAllTheSame) {
   EXPECT_EQ(host.network.datagrams().at(0).word(52), -1);
 }
 
-TEST_F(ABoundProfile, ThatCannotBeReadIsNotCleared) {
+TEST_F(AnAssignedProfile, ThatCannotBeReadIsNotCleared) {
   linkOnDisk("live");
   for (const int open : {1, 2}) {
     host.config.failOpenNumber(open, -5);
@@ -138,14 +140,14 @@ TEST_F(ABoundProfile, ThatCannotBeReadIsNotCleared) {
   EXPECT_THAT(host.config.writes(), IsEmpty());
 }
 
-TEST_F(ABoundProfile, ClearedHandsOverWithTheEventCodeAsTheMode) {
+TEST_F(AnAssignedProfile, ClearedHandsOverWithTheEventCodeAsTheMode) {
   camera(6, "3-1.4", 6).profile(1).slotSwitch(1).conflict(3).createTime("2024-03-05 08:15:00");
   EXPECT_EQ(vl_clear_usbchn_profile(2, nullptr, 4), 0);
   EXPECT_EQ(mark(6), "-1");
   EXPECT_EQ(host.network.datagrams()[0].word(52), 1) << "the successor's profile";
 }
 
-TEST_F(ABoundProfile, ClearedWithACodeThatIsNoHandOverModeOnlyReleases) {
+TEST_F(AnAssignedProfile, ClearedWithACodeThatIsNoHandOverModeOnlyReleases) {
   camera(6, "3-1.4", 6).profile(1).slotSwitch(1).conflict(3).createTime("2024-03-05 08:15:00");
   vl_clear_usbchn_profile(2, nullptr, 3);
   EXPECT_EQ(mark(6), "-1");
@@ -153,13 +155,13 @@ TEST_F(ABoundProfile, ClearedWithACodeThatIsNoHandOverModeOnlyReleases) {
   EXPECT_EQ(host.network.datagrams()[0].word(52), -1);
 }
 
-TEST_F(ABoundProfile, WhoseSendFailsIsClearedAllTheSame) {
+TEST_F(AnAssignedProfile, WhoseSendFailsIsClearedNevertheless) {
   host.network.failSends();
   OutputCapture output;
   EXPECT_EQ(vl_clear_usbchn_profile(2, nullptr, 4), 0);
 }
 
-TEST_F(ABoundProfile, WhoseWriteOpenFailsHasLostItsLinksAlready) {
+TEST_F(AnAssignedProfile, WhoseWriteOpenFailsHasLostItsLinksAlready) {
   linkOnDisk("live");
   host.config.failWriteOpens(-5);
   OutputCapture output;
@@ -168,7 +170,7 @@ TEST_F(ABoundProfile, WhoseWriteOpenFailsHasLostItsLinksAlready) {
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
 }
 
-TEST_F(AProfile, ThatNoChannelHoldsIsNotCleared) {
+TEST_F(AProfile, OfNoChannelIsNotCleared) {
   EXPECT_EQ(vl_clear_usbchn_profile(2, nullptr, 4), -1);
   EXPECT_THAT(host.config.writes(), IsEmpty());
   EXPECT_THAT(host.network.datagrams(), IsEmpty());

@@ -16,7 +16,7 @@ using testing::StartsWith;
 
 // --- binding ---
 
-TEST_F(AProfile, IsBoundWithItsTimeTagAndLink) {
+TEST_F(AProfile, IsAssignedWithItsTimeTagAndLink) {
   host.commands.allowInsideCriticalSection();  // the link command
   EXPECT_EQ(assign("3-1.2", 2), 0);
   EXPECT_EQ(host.channel(3).get("profile"), "2");
@@ -84,7 +84,7 @@ TEST_F(AProfile, WhoseLinkNameCouldNotBeMadeGetsNoLink) {
   EXPECT_THAT(host.journal.only({"exec"}), IsEmpty());
 }
 
-TEST_F(AProfile, WhoseLinkCannotBeMadeIsBoundAllTheSame) {
+TEST_F(AProfile, WhoseLinkCannotBeMadeIsAssignedNevertheless) {
   host.commands.allowInsideCriticalSection();
   host.commands.programsReturn(1);
   EXPECT_EQ(assign("3-1.2", 2), 0);
@@ -92,7 +92,7 @@ TEST_F(AProfile, WhoseLinkCannotBeMadeIsBoundAllTheSame) {
   EXPECT_THAT(host.journal.only({"log"}), SizeIs(1));
 }
 
-TEST_F(AProfile, HeldByTheSameDeviceIsLeftAsItIs) {
+TEST_F(AProfile, OfTheSameDeviceIsNotChanged) {
   host.channel(3).profile(2);
   EXPECT_EQ(assign("3-1.2", 2), 0);
   EXPECT_THAT(host.config.writes(), IsEmpty());
@@ -106,7 +106,7 @@ TEST_F(AProfile, HeldByAnotherAttachedDeviceIsRefused) {
   EXPECT_THAT(host.config.writes(), IsEmpty());
 }
 
-TEST_F(AProfile, HeldByADeviceThatIsGoneIsFree) {
+TEST_F(AProfile, OfAnUnpluggedDeviceIsFree) {
   host.commands.allowInsideCriticalSection();
   camera(0, "1-1", 0).profile(2).exists(0);
   EXPECT_EQ(assign("3-1.2", 2), 0);
@@ -120,7 +120,7 @@ TEST_F(AProfile, HeldTwiceIsThatOfTheFirstHolder) {
   EXPECT_THAT(host.config.writes(), IsEmpty());
 }
 
-TEST_F(AProfile, ForADeviceThatTwoChannelsHoldGoesToTheFirstThatIsAttached) {
+TEST_F(AProfile, ForADeviceInTwoChannelsIsAssignedToTheFirstAttachedOne) {
   host.commands.allowInsideCriticalSection();
   camera(1, "3-1.2", 1).exists(0);
   camera(5, "3-1.2", 6).profile(1);
@@ -140,7 +140,7 @@ TEST_F(AProfile, ForADeviceThatHasAnotherIsRefused) {
   EXPECT_THAT(host.config.writes(), IsEmpty());
 }
 
-TEST_F(AProfile, ForAnUnknownSlotIsRefusedBeforeAnyCommand) {
+TEST_F(AProfile, ForAnUnknownPortIsRefusedBeforeAnyCommand) {
   EXPECT_EQ(assign("9-9", 2), -1);
   EXPECT_THAT(host.config.writes(), IsEmpty());
   EXPECT_THAT(host.journal.commands(), IsEmpty());
@@ -158,7 +158,7 @@ TEST_F(AProfile, OutsideZeroToThreeIsRefusedWithoutAnOpen) {
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
-TEST_F(AProfile, ParksEveryAttachedCameraThatConflicts) {
+TEST_F(AProfile, MakesEveryAttachedCameraThatConflictsWait) {
   host.commands.allowInsideCriticalSection();
   camera(0, "3-1.1", 1).profile(0);
   camera(1, "3-2", 2);
@@ -173,7 +173,7 @@ TEST_F(AProfile, ParksEveryAttachedCameraThatConflicts) {
   EXPECT_EQ(mark(8), "(none)");
 }
 
-TEST_F(AProfile, ParksACameraOnTheSameBridge) {
+TEST_F(AProfile, MakesACameraOnTheSameBridgeWait) {
   host.commands.allowInsideCriticalSection();
   host.camera(5, "3-1.2").behindBridge("/devices/pci0000:00/0000:00:1c.0/0000:03:00.0");
   camera(0, "4-1", 1);
@@ -185,7 +185,7 @@ TEST_F(AProfile, ParksACameraOnTheSameBridge) {
   EXPECT_EQ(mark(1), "(none)");
 }
 
-TEST_F(AProfile, OnAOneChannelHostParksEveryOtherCamera) {
+TEST_F(AProfile, OnAOneChannelHostMakesEveryOtherCameraWait) {
   host.commands.allowInsideCriticalSection();
   host.limitToOneChannel();
   camera(0, "1-1", 0);
@@ -195,7 +195,7 @@ TEST_F(AProfile, OnAOneChannelHostParksEveryOtherCamera) {
   EXPECT_EQ(mark(9), "3");
 }
 
-TEST_F(AProfile, OfASoundCardParksTheCamerasOnItsRootPort) {
+TEST_F(AProfile, OfASoundCardMakesTheCamerasOnItsRootPortWait) {
   host.commands.allowInsideCriticalSection();
   host.channel(3).vnode(-1).anode(1);
   camera(0, "3-1.1", 1);
@@ -217,7 +217,7 @@ TEST_F(AProfile, IsWrittenAsItWasReadWhateverAnotherWriterDoesBetween) {
   EXPECT_EQ(host.channel(3).get("profile"), "2");
 }
 
-TEST_F(AProfile, LeavesTheCallersSlotAsItIs) {
+TEST_F(AProfile, DoesNotChangeTheCallersText) {
   host.commands.allowInsideCriticalSection();
   camera(0, "3-1.1", 1);
   char slot[] = "3-1.2";
@@ -225,7 +225,7 @@ TEST_F(AProfile, LeavesTheCallersSlotAsItIs) {
   EXPECT_STREQ(slot, "3-1.2");
 }
 
-TEST_F(AProfile, IsNeitherBoundNorAllowedWhenTheFileCannotBeRead) {
+TEST_F(AProfile, IsNeitherAssignedNorAllowedWhenTheFileCannotBeRead) {
   host.config.failReadOpens(-5);
   OutputCapture output;
   int unassigned = 7;
@@ -260,7 +260,7 @@ TEST_F(AProfile, MayStayWhereItIs) {
   EXPECT_EQ(unassigned, 7);
 }
 
-TEST_F(AProfile, ForADeviceThatNoChannelHoldsIsAllowedAndNothingIsSaid) {
+TEST_F(AProfile, ForADeviceInNoChannelIsAllowedAndNothingIsPrinted) {
   int unassigned = 7;
   EXPECT_EQ(vl_chk_usbdev_profile("9-9", 2, &unassigned), 0);
   EXPECT_EQ(unassigned, 7);
@@ -291,7 +291,7 @@ TEST_F(AProfile, IsRenamedInThreePassesAndLoggedOnce) {
                                                 "log 0 Modified Channel 3 channel name: "));
 }
 
-TEST_F(AProfile, ThatNoChannelHoldsIsNotRenamed) {
+TEST_F(AProfile, OfNoChannelIsNotRenamed) {
   EXPECT_EQ(vl_set_profile_channelname(2, "Front door", 5), -1);
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close"));
 }

@@ -59,7 +59,7 @@ TEST_F(AProfilesCapabilities, AreTheFormatsOfItsCameraAskedWithoutTheLock) {
   EXPECT_EQ(host.journal.count("open r"), 2);
 }
 
-TEST_F(AProfilesCapabilities, AreWhatTheQueryGivesWhenItFails) {
+TEST_F(AProfilesCapabilities, AreTheResultOfTheQueryWhenItFails) {
   host.commands.cannotStart(listingCommand(5));
   EXPECT_EQ(formats(), -1);
 }
@@ -105,17 +105,17 @@ TEST_F(AProfilesCapabilities, OfAnAbsentDeviceAreNone) {
   EXPECT_EQ(message, "");
 }
 
-TEST_F(AProfilesCapabilities, OfASlotThatIsSwitchedOffAreNone) {
+TEST_F(AProfilesCapabilities, OfAPortThatIsSwitchedOffAreNone) {
   channel().slotSwitch(0);
   expectNothing();
 }
 
-TEST_F(AProfilesCapabilities, OfASlotWhoseSwitchWasNeverStoredAreThere) {
+TEST_F(AProfilesCapabilities, OfAPortWhoseSwitchWasNeverStoredAreShown) {
   host.config.erase("ch4/slot_switch");
   EXPECT_EQ(video(), 0);
 }
 
-TEST_F(AProfilesCapabilities, OfAParkedDeviceAreThere) {
+TEST_F(AProfilesCapabilities, OfAWaitingDeviceAreShown) {
   channel().conflict(1);
   EXPECT_EQ(formats(), 2);
 }

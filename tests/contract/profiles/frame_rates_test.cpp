@@ -121,7 +121,7 @@ TEST_F(AFrameRate, OfACodecListedTwiceIsOfTheFirstOne) {
   EXPECT_EQ(choose(kMjpeg, 1280, 720, 30), -1);
 }
 
-TEST_F(AFrameRate, OfACameraThatTellsNothingFails) {
+TEST_F(AFrameRate, OfACameraThatListsNothingFails) {
   host.camera(5, "3-1.2").listing("");
   EXPECT_EQ(choose(kMjpeg, 1280, 720, 30), -1);
 }

@@ -98,7 +98,7 @@ TEST_F(AProfilesStream, OfAnAttachedChannelWithNothingElseHasTheDefaults) {
   EXPECT_EQ(pictureText(info), kPresetPicture);
 }
 
-TEST_F(AProfilesStream, LeavesHeaderChannelAndReservedWordsAlone) {
+TEST_F(AProfilesStream, DoesNotChangeHeaderChannelAndReservedWords) {
   describe(channel());
   read();
   const _streaminfo before = untouched<_streaminfo>();
@@ -131,14 +131,14 @@ TEST_F(AProfilesStream, OfADisplacedDeviceIsThere) {
   EXPECT_EQ(read(), 0);
 }
 
-TEST_F(AProfilesStream, OfAParkedDeviceIsRefusedSecond) {
+TEST_F(AProfilesStream, OfAWaitingDeviceIsRefusedSecond) {
   describe(channel()).conflict(2).slotSwitch(0);
   EXPECT_EQ(read(), -3);
   EXPECT_EQ(info.slot_switch, 0);
   expectPresets();
 }
 
-TEST_F(AProfilesStream, OfASlotThatIsSwitchedOffIsRefusedThird) {
+TEST_F(AProfilesStream, OfAPortThatIsSwitchedOffIsRefusedThird) {
   describe(channel()).slotSwitch(0);
   EXPECT_EQ(read(), -4);
   EXPECT_EQ(info.slot_switch, 0);
@@ -209,7 +209,7 @@ TEST_F(AProfilesSettings, OfAnEmptyChannelAreTheDefaultsWithAudioOn) {
   EXPECT_EQ(pictureText(info), kPresetPicture);
 }
 
-TEST_F(AProfilesSettings, AreGivenWhateverStateTheDeviceIsIn) {
+TEST_F(AProfilesSettings, AreReadWhateverStateTheDeviceIsIn) {
   describe(channel()).exists(0).conflict(2).slotSwitch(0);
   EXPECT_EQ(read(), 0);
   EXPECT_EQ(info.exists, 0);

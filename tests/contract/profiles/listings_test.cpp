@@ -43,7 +43,7 @@ TEST_F(TheFreeProfiles, OfAnEmptyHostAreAllFour) {
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close"));
 }
 
-TEST_F(TheFreeProfiles, AreThoseThatNoChannelHolds) {
+TEST_F(TheFreeProfiles, AreThoseOfNoChannel) {
   host.channel(0).profile(3);
   host.channel(9).profile(1);
   EXPECT_EQ(list(), "0,2");
@@ -60,7 +60,7 @@ TEST_F(TheFreeProfiles, MayBeNone) {
   EXPECT_EQ(result, 0);
 }
 
-TEST_F(TheFreeProfiles, IgnoreStoredIdsThatAreNone) {
+TEST_F(TheFreeProfiles, IgnoreStoredIdsThatAreNotProfiles) {
   host.channel(0).profile(4);
   host.channel(1).profile(-2);
   host.channel(2).profile(2147483647);
@@ -131,7 +131,7 @@ TEST_F(TheStreamableProfiles, IncludeACameraWithAudioUnasked) {
   EXPECT_THAT(host.journal.commands(), IsEmpty());
 }
 
-TEST_F(TheStreamableProfiles, AskNoCameraThatIsAbsentParkedOrWithoutAProfile) {
+TEST_F(TheStreamableProfiles, AskNoCameraThatIsAbsentWaitsOrHasNoProfile) {
   workingCamera(1, 1, 1).exists(0);
   workingCamera(2, 2, 2).conflict(0);
   workingCamera(3, -1, 3);
@@ -145,7 +145,7 @@ TEST_F(TheStreamableProfiles, IncludeADisplacedDevice) {
   EXPECT_EQ(list(), "1");
 }
 
-TEST_F(TheStreamableProfiles, DoNotIncludeAParkedCard) {
+TEST_F(TheStreamableProfiles, DoNotIncludeAWaitingCard) {
   card(1, 1).conflict(999);
   EXPECT_EQ(list(), "");
 }
@@ -314,7 +314,7 @@ TEST_F(TheProfileTable, HasNothingButTheMissingIdInAnUnusedRow) {
   for (size_t i = 0; i < 4; ++i) EXPECT_TRUE(isSameRecord(rows.at(i), unused())) << i;
 }
 
-TEST_F(TheProfileTable, TellsMjpegTwice) {
+TEST_F(TheProfileTable, ShowsMjpegInTwoFields) {
   describeVideoOnly(host.channel(9)).vcodec(1);
   read();
   EXPECT_EQ(rows[2].vcodec, 1);
@@ -324,7 +324,7 @@ TEST_F(TheProfileTable, TellsMjpegTwice) {
   EXPECT_EQ(rows[2].mjpeg, 1);
 }
 
-TEST_F(TheProfileTable, TellsNothingOfTheStreamOfAProfileWithoutVideo) {
+TEST_F(TheProfileTable, ShowsNothingOfTheStreamOfAProfileWithoutVideo) {
   describeAudioOnly(host.channel(9)).vcodec(1);
   read();
   _usbdev_entry expected = zeroed<_usbdev_entry>();
@@ -341,7 +341,7 @@ TEST_F(TheProfileTable, HasARowForAnAbsentDeviceToo) {
   EXPECT_STREQ(rows[2].vtag, "12345678");
 }
 
-TEST_F(TheProfileTable, IgnoresStoredIdsThatAreNone) {
+TEST_F(TheProfileTable, IgnoresStoredIdsThatAreNotProfiles) {
   for (const int profile : {-2, 4, 2147483647}) {
     describe(host.channel(9)).profile(profile);
     EXPECT_EQ(read(), 0);

@@ -50,9 +50,9 @@ class ASlotSwitch : public ContractTest {
   std::string message;
 };
 
-class ASlotThatIsSwitchedOn : public ASlotSwitch {};
+class APortThatIsSwitchedOn : public ASlotSwitch {};
 
-TEST_F(ASlotThatIsSwitchedOn, WritesLogsAndNotifies) {
+TEST_F(APortThatIsSwitchedOn, WritesLogsAndNotifies) {
   own().slotSwitch(0);
   EXPECT_EQ(on(), 0);
   EXPECT_THAT(writes(), ElementsAre("ch4/slot_switch=1", "ch4/conflictch=-1"));
@@ -60,7 +60,7 @@ TEST_F(ASlotThatIsSwitchedOn, WritesLogsAndNotifies) {
   EXPECT_EQ(notified(), "event 6 profile 3 nodes 0 1 flag 0 target 3");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, IsReadWrittenLoggedAndNotifiedInTurn) {
+TEST_F(APortThatIsSwitchedOn, IsReadWrittenLoggedAndNotifiedInTurn) {
   on();
   const Lines lines = host.journal.lines();
   ASSERT_THAT(lines, SizeIs(8));
@@ -69,7 +69,7 @@ TEST_F(ASlotThatIsSwitchedOn, IsReadWrittenLoggedAndNotifiedInTurn) {
       ElementsAre("open r", "close", "open r", "close", "open w", "close", "log 0 USB slot [1-1.1] has been enabled."));
 }
 
-TEST_F(ASlotThatIsSwitchedOn, YieldsToAStreamingCameraOnItsRootPort) {
+TEST_F(APortThatIsSwitchedOn, WaitsForAStreamingCameraOnItsRootPort) {
   camera(7, 1, "1-1.4");
   EXPECT_EQ(on(), 0);
   EXPECT_THAT(writes(), ElementsAre("ch4/slot_switch=1", "ch4/conflictch=7"));
@@ -77,13 +77,13 @@ TEST_F(ASlotThatIsSwitchedOn, YieldsToAStreamingCameraOnItsRootPort) {
   EXPECT_EQ(notified(), "");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, LosesItsOldConflictMark) {
+TEST_F(APortThatIsSwitchedOn, LosesItsOldConflictMark) {
   own().conflict(8);
   on();
   EXPECT_EQ(own().get("conflictch"), "-1");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, YieldsToAStreamingCameraBehindItsBridge) {
+TEST_F(APortThatIsSwitchedOn, WaitsForAStreamingCameraBehindItsBridge) {
   camera(7, 1, "2-1");
   host.camera(4, "1-1.1").behindBridge(kController);
   host.camera(7, "2-1").behindBridge(kController);
@@ -91,7 +91,7 @@ TEST_F(ASlotThatIsSwitchedOn, YieldsToAStreamingCameraBehindItsBridge) {
   EXPECT_EQ(own().get("conflictch"), "7");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, GetsAlongWithACameraBehindAnotherBridge) {
+TEST_F(APortThatIsSwitchedOn, DoesNotConflictWithACameraBehindAnotherBridge) {
   camera(7, 1, "2-1");
   host.camera(4, "1-1.1").behindBridge(kController);
   host.camera(7, "2-1").behindBridge(kOtherController);
@@ -100,21 +100,21 @@ TEST_F(ASlotThatIsSwitchedOn, GetsAlongWithACameraBehindAnotherBridge) {
   EXPECT_EQ(notified(), "event 6 profile 3 nodes 0 1 flag 0 target 3");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, GetsAlongWithACameraBehindNoBridge) {
+TEST_F(APortThatIsSwitchedOn, DoesNotConflictWithACameraBehindNoBridge) {
   camera(7, 1, "2-1");
   host.camera(4, "1-1.1").behindBridge(kController);
   on();
   EXPECT_EQ(own().get("conflictch"), "-1");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, ParksACameraWithoutAProfile) {
+TEST_F(APortThatIsSwitchedOn, MakesACameraWithoutAProfileWait) {
   camera(7, -1, "1-1.4");
   on();
   EXPECT_THAT(writes(), ElementsAre("ch4/slot_switch=1", "ch7/conflictch=4", "ch4/conflictch=-1"));
   EXPECT_EQ(notified(), "event 6 profile 3 nodes 0 1 flag 0 target 3");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, ParksTheCamerasOfTheFirstAndTheLastChannelToo) {
+TEST_F(APortThatIsSwitchedOn, MakesTheCamerasOfTheFirstAndTheLastChannelWaitToo) {
   for (const int other : {0, 9}) {
     camera(other, -1, "1-1." + std::to_string(other + 2));
     on();
@@ -122,7 +122,7 @@ TEST_F(ASlotThatIsSwitchedOn, ParksTheCamerasOfTheFirstAndTheLastChannelToo) {
   }
 }
 
-TEST_F(ASlotThatIsSwitchedOn, YieldsToTheFirstAndTheLastChannelToo) {
+TEST_F(APortThatIsSwitchedOn, WaitsForTheFirstAndTheLastChannelToo) {
   for (const int other : {0, 9}) {
     camera(other, 1, "1-1.2").slotSwitch(1);
     on();
@@ -131,28 +131,28 @@ TEST_F(ASlotThatIsSwitchedOn, YieldsToTheFirstAndTheLastChannelToo) {
   }
 }
 
-TEST_F(ASlotThatIsSwitchedOn, MayBeOnTheFirstChannel) {
+TEST_F(APortThatIsSwitchedOn, MayBeOnTheFirstChannel) {
   own().exists(0);
   camera(0, 3, "1-1.1").slotSwitch(0);
   EXPECT_EQ(on(), 0);
   EXPECT_EQ(host.channel(0).get("slot_switch"), "1");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, ParksACameraThatIsSwitchedOff) {
+TEST_F(APortThatIsSwitchedOn, MakesACameraThatIsSwitchedOffWait) {
   camera(7, 1, "1-1.4").slotSwitch(0);
   on();
   EXPECT_EQ(host.channel(7).get("conflictch"), "4");
   EXPECT_EQ(own().get("conflictch"), "-1");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, TakesASwitchThatWasNeverStoredForOn) {
+TEST_F(APortThatIsSwitchedOn, TakesASwitchThatWasNeverStoredAsOn) {
   camera(7, 1, "1-1.4");
   host.config.erase("ch7/slot_switch");
   on();
   EXPECT_EQ(own().get("conflictch"), "7");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, KeepsTheMarksMadeBeforeAStreamingCameraWasFound) {
+TEST_F(APortThatIsSwitchedOn, KeepsTheMarksMadeBeforeAStreamingCameraWasFound) {
   camera(1, -1, "1-1.2");
   camera(7, 1, "1-1.4");
   camera(8, -1, "1-1.5");
@@ -160,7 +160,7 @@ TEST_F(ASlotThatIsSwitchedOn, KeepsTheMarksMadeBeforeAStreamingCameraWasFound) {
   EXPECT_THAT(writes(), ElementsAre("ch1/conflictch=4", "ch4/slot_switch=1", "ch4/conflictch=7"));
 }
 
-TEST_F(ASlotThatIsSwitchedOn, ParksNobodyWithoutAProfileOfItsOwn) {
+TEST_F(APortThatIsSwitchedOn, MakesNoCameraWaitWithoutAProfileOfItsOwn) {
   own().profile(-1);
   camera(7, -1, "1-1.4");
   on();
@@ -168,7 +168,7 @@ TEST_F(ASlotThatIsSwitchedOn, ParksNobodyWithoutAProfileOfItsOwn) {
   EXPECT_EQ(notified(), "event 6 profile -1 nodes 0 1 flag 0 target -1");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, LeavesAParkedAnAbsentAndANodelessChannelAlone) {
+TEST_F(APortThatIsSwitchedOn, DoesNotChangeAWaitingAnAbsentAndANodelessChannel) {
   camera(6, 0, "1-1.2").conflict(9);
   camera(7, 1, "1-1.3").exists(0);
   camera(8, 2, "1-1.4").vnode(-1);
@@ -176,27 +176,27 @@ TEST_F(ASlotThatIsSwitchedOn, LeavesAParkedAnAbsentAndANodelessChannelAlone) {
   EXPECT_THAT(writes(), ElementsAre("ch4/slot_switch=1", "ch4/conflictch=-1"));
 }
 
-TEST_F(ASlotThatIsSwitchedOn, IsNotifiedByTheCodecOfChannelNine) {
+TEST_F(APortThatIsSwitchedOn, IsNotifiedByTheCodecOfChannelNine) {
   own().vcodec(0);
   on();
   EXPECT_NE(notified(), "");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, IsNotNotifiedWhenChannelNineIsH264) {
+TEST_F(APortThatIsSwitchedOn, IsNotNotifiedWhenChannelNineIsH264) {
   host.channel(9).vcodec(0);
   on();
   EXPECT_EQ(notified(), "");
   EXPECT_THAT(logged(), SizeIs(1));
 }
 
-TEST_F(ASlotThatIsSwitchedOn, OnChannelNineIsNotifiedByTheCodecOfChannelEight) {
+TEST_F(APortThatIsSwitchedOn, OnChannelNineIsNotifiedByTheCodecOfChannelEight) {
   own().exists(0);
   camera(9, 3, "1-1.1").vcodec(0);
   on();
   EXPECT_NE(notified(), "");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, OnChannelNineIsNotNotifiedWhenChannelEightIsH264) {
+TEST_F(APortThatIsSwitchedOn, OnChannelNineIsNotNotifiedWhenChannelEightIsH264) {
   own().exists(0);
   camera(9, 3, "1-1.1");
   host.channel(8).vcodec(0);
@@ -204,24 +204,24 @@ TEST_F(ASlotThatIsSwitchedOn, OnChannelNineIsNotNotifiedWhenChannelEightIsH264) 
   EXPECT_EQ(notified(), "");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, WithSoundAloneIsNotNotified) {
+TEST_F(APortThatIsSwitchedOn, WithOnlySoundIsNotNotified) {
   own().vnode(-1).anode(1);
   EXPECT_EQ(on(), 0);
   EXPECT_THAT(logged(), SizeIs(1));
   EXPECT_EQ(notified(), "");
 }
 
-TEST_F(ASlotThatIsSwitchedOn, SucceedsWhenItCannotBeNotified) {
+TEST_F(APortThatIsSwitchedOn, SucceedsWhenItCannotBeNotified) {
   host.network.failSends();
   EXPECT_EQ(on(), 0);
 }
 
-TEST_F(ASlotThatIsSwitchedOn, AsksNothingWhenNobodyElseIsThere) {
+TEST_F(APortThatIsSwitchedOn, AsksNothingWhenThereIsNoOtherCamera) {
   on();
   EXPECT_THAT(host.journal.commands(), IsEmpty());
 }
 
-TEST_F(ASlotThatIsSwitchedOn, AsksEachQuestionOnce) {
+TEST_F(APortThatIsSwitchedOn, AsksEachQuestionOnce) {
   for (const int i : {5, 6, 7}) camera(i, 1, std::to_string(i) + "-1");
   host.camera(4, "1-1.1").behindBridge(kController);
   on();
@@ -230,12 +230,12 @@ TEST_F(ASlotThatIsSwitchedOn, AsksEachQuestionOnce) {
   EXPECT_EQ(host.journal.count("popen " + deviceLineCommand(4)), 1);
 }
 
-class OnAOneChannelHostASlot : public ASlotSwitch {
+class OnAOneChannelHostAPort : public ASlotSwitch {
  protected:
-  OnAOneChannelHostASlot() { host.limitToOneChannel(); }
+  OnAOneChannelHostAPort() { host.limitToOneChannel(); }
 };
 
-TEST_F(OnAOneChannelHostASlot, YieldsToAnyStreamingCamera) {
+TEST_F(OnAOneChannelHostAPort, WaitsForAnyStreamingCamera) {
   camera(7, 1, "2-1");
   on();
   EXPECT_EQ(own().get("conflictch"), "7");
@@ -243,7 +243,7 @@ TEST_F(OnAOneChannelHostASlot, YieldsToAnyStreamingCamera) {
   EXPECT_EQ(host.journal.count(std::string("system ") + kProcessorCommand), 1);
 }
 
-TEST_F(OnAOneChannelHostASlot, ThatYieldsHandsItsOwnConflictsOver) {
+TEST_F(OnAOneChannelHostAPort, ThatHasToWaitHandsItsOwnConflictsOver) {
   camera(7, 1, "2-1");
   camera(8, 2, "3-1").conflict(4);
   on();
@@ -253,22 +253,22 @@ TEST_F(OnAOneChannelHostASlot, ThatYieldsHandsItsOwnConflictsOver) {
   EXPECT_EQ(host.journal.count("open r"), 3);
 }
 
-TEST_F(OnAOneChannelHostASlot, ThatYieldsToNobodyIsDone) {
+TEST_F(OnAOneChannelHostAPort, ThatNeedNotWaitHandsNothingOver) {
   on();
   EXPECT_EQ(host.journal.count("open r"), 2);
   EXPECT_THAT(host.journal.commands(), IsEmpty());
 }
 
-class ASlotThatIsSwitchedOff : public ASlotSwitch {};
+class APortThatIsSwitchedOff : public ASlotSwitch {};
 
-TEST_F(ASlotThatIsSwitchedOff, WritesLogsAndNotifies) {
+TEST_F(APortThatIsSwitchedOff, WritesLogsAndNotifies) {
   EXPECT_EQ(off(), 0);
   EXPECT_THAT(writes(), ElementsAre("ch4/slot_switch=0", "ch4/conflictch=-1"));
   EXPECT_THAT(logged(), ElementsAre("log 0 USB slot [1-1.1] has been disabled."));
   EXPECT_EQ(notified(), "event 7 profile 3 nodes -1 -1 flag 0 target -1");
 }
 
-TEST_F(ASlotThatIsSwitchedOff, WithoutAProfileIsNotNotified) {
+TEST_F(APortThatIsSwitchedOff, WithoutAProfileIsNotNotified) {
   own().profile(-1);
   EXPECT_EQ(off(), 0);
   EXPECT_EQ(own().get("slot_switch"), "0");
@@ -276,19 +276,19 @@ TEST_F(ASlotThatIsSwitchedOff, WithoutAProfileIsNotNotified) {
   EXPECT_EQ(notified(), "");
 }
 
-TEST_F(ASlotThatIsSwitchedOff, IsNotifiedWhateverTheCodecs) {
+TEST_F(APortThatIsSwitchedOff, IsNotifiedWhateverTheCodecs) {
   host.channel(9).vcodec(0);
   off();
   EXPECT_NE(notified(), "");
 }
 
-TEST_F(ASlotThatIsSwitchedOff, WithSoundAloneIsNotNotified) {
+TEST_F(APortThatIsSwitchedOff, WithOnlySoundIsNotNotified) {
   own().vnode(-1).anode(1);
   EXPECT_EQ(off(), 0);
   EXPECT_EQ(notified(), "");
 }
 
-TEST_F(ASlotThatIsSwitchedOff, HandsOverToTheChannelThatWaitsBehindIt) {
+TEST_F(APortThatIsSwitchedOff, HandsOverToTheChannelThatWaitsForIt) {
   camera(6, 1, "1-1.2").conflict(4).createTime("2024-03-05 08:15:00");
   EXPECT_EQ(off(), 0);
   EXPECT_EQ(host.channel(6).get("conflictch"), "-1");
@@ -296,7 +296,7 @@ TEST_F(ASlotThatIsSwitchedOff, HandsOverToTheChannelThatWaitsBehindIt) {
   EXPECT_EQ(notified(), "event 7 profile 3 nodes -1 -1 flag 0 target 1");
 }
 
-TEST_F(ASlotThatIsSwitchedOff, HandsNothingOverWhenItWasParkedItself) {
+TEST_F(APortThatIsSwitchedOff, HandsNothingOverWhenItWaitedItself) {
   own().conflict(8);
   camera(6, 1, "1-1.2").conflict(4);
   off();
@@ -305,27 +305,27 @@ TEST_F(ASlotThatIsSwitchedOff, HandsNothingOverWhenItWasParkedItself) {
   EXPECT_EQ(notified(), "event 7 profile 3 nodes -1 -1 flag 0 target -1");
 }
 
-TEST_F(ASlotThatIsSwitchedOff, IsMarkedBehindAStreamingCameraAllTheSame) {
+TEST_F(APortThatIsSwitchedOff, IsMarkedToWaitForAStreamingCameraNevertheless) {
   camera(7, 1, "1-1.4");
   off();
   EXPECT_THAT(writes(), ElementsAre("ch4/slot_switch=0", "ch4/conflictch=7"));
 }
 
-TEST_F(ASlotThatIsSwitchedOff, ParksNobody) {
+TEST_F(APortThatIsSwitchedOff, MakesNoCameraWait) {
   camera(6, -1, "1-1.2");
   camera(7, 1, "1-1.4").slotSwitch(0);
   off();
   EXPECT_THAT(writes(), ElementsAre("ch4/slot_switch=0", "ch4/conflictch=-1"));
 }
 
-TEST_F(ASlotThatIsSwitchedOff, AsksNothingAboutCamerasThatCannotMatter) {
+TEST_F(APortThatIsSwitchedOff, AsksNothingAboutCamerasThatCannotMatter) {
   camera(6, -1, "2-1");
   camera(7, 1, "3-1").slotSwitch(0);
   off();
   EXPECT_THAT(host.journal.commands(), IsEmpty());
 }
 
-TEST_F(ASlotThatIsSwitchedOff, IsAnythingButTheExactWord) {
+TEST_F(APortThatIsSwitchedOff, IsAnyTextButEnable) {
   for (const char *state : {"Enable", "on", "enable ", "", "1"}) {
     own().slotSwitch(1);
     EXPECT_EQ(set(state), 0);
@@ -333,34 +333,34 @@ TEST_F(ASlotThatIsSwitchedOff, IsAnythingButTheExactWord) {
   }
 }
 
-class AnySlotSwitch : public ASlotSwitch {};
+class AnyPortSwitch : public ASlotSwitch {};
 
-TEST_F(AnySlotSwitch, NeedsNoClient) {
+TEST_F(AnyPortSwitch, NeedsNoClient) {
   EXPECT_EQ(set("enable", nullptr), 0);
   EXPECT_EQ(set("enable", "no address"), 0);
 }
 
-TEST_F(AnySlotSwitch, OfASlotThatNobodyIsInFailsBeforeAnythingElse) {
+TEST_F(AnyPortSwitch, OfAPortWithoutADeviceFailsBeforeAnythingElse) {
   own().exists(0);
   camera(6, 1, "1-1.2");
   EXPECT_EQ(on(), -1);
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close"));
 }
 
-TEST_F(AnySlotSwitch, OfTwoChannelsIsThatOfTheLast) {
+TEST_F(AnyPortSwitch, OfAPortInTwoChannelsSwitchesTheLast) {
   camera(6, 1, "1-1.1");
   on();
   EXPECT_THAT(writes(), Contains("ch6/slot_switch=1"));
   EXPECT_THAT(writes(), Not(Contains("ch4/slot_switch=1")));
 }
 
-TEST_F(AnySlotSwitch, ThatCannotFindItsSlotSaysTheUsualMessage) {
+TEST_F(AnyPortSwitch, ThatCannotReadThePortPrintsTheUsualMessage) {
   host.config.failReadOpens(-3);
   EXPECT_EQ(on(), -1);
   EXPECT_EQ(message, openFailure(-3));
 }
 
-TEST_F(AnySlotSwitch, ThatCannotReadHasAMessageOfItsOwn) {
+TEST_F(AnyPortSwitch, ThatCannotReadHasAMessageOfItsOwn) {
   host.config.failOpenNumber(2, -3);
   EXPECT_EQ(on(), -1);
   EXPECT_EQ(message, "open read [/etc/config/usbdev.conf] failed, ret: -3\n");
@@ -368,7 +368,7 @@ TEST_F(AnySlotSwitch, ThatCannotReadHasAMessageOfItsOwn) {
   EXPECT_THAT(logged(), IsEmpty());
 }
 
-TEST_F(AnySlotSwitch, ThatCannotWriteHasAMessageOfItsOwn) {
+TEST_F(AnyPortSwitch, ThatCannotWriteHasAMessageOfItsOwn) {
   host.config.failWriteOpens(0);
   EXPECT_EQ(on(), -1);
   EXPECT_EQ(message, "open write [/etc/config/usbdev.conf] failed, ret: 0\n");
@@ -376,7 +376,7 @@ TEST_F(AnySlotSwitch, ThatCannotWriteHasAMessageOfItsOwn) {
   EXPECT_EQ(notified(), "");
 }
 
-TEST_F(AnySlotSwitch, SucceedsWhenItsHandOverFails) {
+TEST_F(AnyPortSwitch, SucceedsWhenItsHandOverFails) {
   host.config.failOpenNumber(4, -3);
   EXPECT_EQ(off(), 0);
   EXPECT_EQ(message, openFailure(-3));
@@ -384,7 +384,7 @@ TEST_F(AnySlotSwitch, SucceedsWhenItsHandOverFails) {
   EXPECT_EQ(notified(), "event 7 profile 3 nodes -1 -1 flag 0 target -1");
 }
 
-TEST_F(AnySlotSwitch, IsRefusedWithoutASlotOrAState) {
+TEST_F(AnyPortSwitch, IsRefusedWithoutAPortOrAState) {
   EXPECT_EQ(vl_set_usbslot_switch(nullptr, "enable", "192.168.1.2"), -1);
   EXPECT_EQ(vl_set_usbslot_switch("1-1.1", nullptr, "192.168.1.2"), -1);
   EXPECT_THAT(host.journal.lines(), IsEmpty());

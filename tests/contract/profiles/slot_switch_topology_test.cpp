@@ -140,9 +140,9 @@ void check(const Case &c) {
   ASSERT_TRUE(host.journal.violations().empty());
 }
 
-class ASlotBesideAnother : public testing::TestWithParam<Topology> {};
+class APortNextToAnother : public testing::TestWithParam<Topology> {};
 
-TEST_P(ASlotBesideAnother, IsSwitchedAsTheOthersStateAndPortAskFor) {
+TEST_P(APortNextToAnother, IsSwitchedAsTheOthersStateAndPortAskFor) {
   for (const Other &other : kOthers) {
     for (const bool on : {false, true}) {
       for (const int own_profile : {-1, 0, 3}) {
@@ -156,7 +156,7 @@ TEST_P(ASlotBesideAnother, IsSwitchedAsTheOthersStateAndPortAskFor) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(On, ASlotBesideAnother, testing::ValuesIn(kTopologies),
+INSTANTIATE_TEST_SUITE_P(On, APortNextToAnother, testing::ValuesIn(kTopologies),
                          [](const auto &topology) { return std::string(topology.param.name); });
 
 }  // namespace

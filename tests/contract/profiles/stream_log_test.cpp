@@ -24,7 +24,7 @@ class AStreamsLog : public StreamTest {
   _streaminfo after = stream(kMjpeg);
 };
 
-TEST_F(AStreamsLog, SaysNothingOfWhatDidNotChange) { EXPECT_THAT(log(), IsEmpty()); }
+TEST_F(AStreamsLog, HasNothingAboutWhatDidNotChange) { EXPECT_THAT(log(), IsEmpty()); }
 
 TEST_F(AStreamsLog, NamesTheChannelByItsProfileFromOne) {
   after.volume = 51;
@@ -68,7 +68,7 @@ TEST_F(AStreamsLog, DoesNotWarnOfAHighRateThatStays) {
   EXPECT_THAT(log(120.0F), IsEmpty());
 }
 
-TEST_F(AStreamsLog, SaysWhatOfThePictureIsOnAndOff) {
+TEST_F(AStreamsLog, HasALineForEachPictureSettingOnOrOff) {
   become(stream(kH264));
   after.osdenable = after.flip = after.mirror = 1;
   EXPECT_THAT(log(),
@@ -87,12 +87,12 @@ TEST_F(AStreamsLog, CallsEverythingButOneDisabled) {
   EXPECT_THAT(log(), ElementsAre("log 0 Disabled image reverse on Channel 3"));
 }
 
-TEST_F(AStreamsLog, SaysNothingOfThePictureOfMjpeg) {
+TEST_F(AStreamsLog, HasNothingAboutThePictureOfMjpeg) {
   after.osdenable = after.flip = after.mirror = 1;
   EXPECT_THAT(log(), IsEmpty());
 }
 
-TEST_F(AStreamsLog, SaysWhetherThereIsSound) {
+TEST_F(AStreamsLog, HasALineForSoundOnOrOff) {
   before.aenable = 0;
   EXPECT_THAT(log(), ElementsAre("log 0 Enabled audio on Channel 3"));
   std::swap(before, after);
@@ -109,7 +109,7 @@ TEST_F(AStreamsLog, NamesTheAudioFormatAndVolume) {
                                  "log 0 Modified Channel 3 audio volume: 50"));
 }
 
-TEST_F(AStreamsLog, SaysNothingOfTheFormatOfSoundThatIsOff) {
+TEST_F(AStreamsLog, HasNothingAboutTheFormatOfSoundThatIsOff) {
   before.aenable = after.aenable = 0;
   after.acodec = 1;
   after.volume = 70;
@@ -122,7 +122,7 @@ TEST_F(AStreamsLog, NeverNamesWhatUsersDoNotSet) {
   EXPECT_THAT(log(), IsEmpty());
 }
 
-TEST_F(AStreamsLog, SaysEverythingWhenAskedForAReport) {
+TEST_F(AStreamsLog, HasEverySettingWhenAllAreReported) {
   become(stream(kH264));
   EXPECT_THAT(
       log(61.0F, kReportAll),
@@ -141,7 +141,7 @@ TEST_F(AStreamsLog, ReportsNothingThatDoesNotApply) {
                                            "log 0 Modified Channel 3 FPS: 60.00", "log 0 Disabled audio on Channel 3"));
 }
 
-TEST_F(AStreamsLog, KeepsToTheStreamsType) {
+TEST_F(AStreamsLog, HasOnlySettingsOfTheStreamsType) {
   become(stream(kMjpeg));
   after.width = 800;
   after.volume = 70;
@@ -153,7 +153,7 @@ TEST_F(AStreamsLog, KeepsToTheStreamsType) {
   EXPECT_THAT(log(kReportAll), IsEmpty());
 }
 
-TEST_F(AStreamsLog, SaysNothingOfAnUnknownProfileOrOfNoRecord) {
+TEST_F(AStreamsLog, HasNothingAboutAnUnknownProfileOrOfNoRecord) {
   after.volume = 70;
   EXPECT_THAT(log(1, 4), IsEmpty());
   EXPECT_THAT(log(1, -1), IsEmpty());

@@ -82,7 +82,7 @@ TEST_F(AStreamChange, OfOneSideOfThePictureWritesThatSide) {
                                                 "ch4/video/venable=1", "ch4/video/height=480", "ch4/video/spsstate=0"));
 }
 
-TEST_F(AStreamChange, GoesOnWhenAKeyCannotBeWritten) {
+TEST_F(AStreamChange, ContinuesWhenAKeyCannotBeWritten) {
   before.width = 1280;
   before.height = 720;
   host.config.refuseWritesOf("ch4/video/width");
@@ -99,7 +99,7 @@ TEST_F(AStreamChange, OfTheRateOfMjpegWritesItAndANewTag) {
               ElementsAre("ch4/video/venable=1", "ch4/video/framerate=5.00", MatchesRegex("ch4/vtag=[0-9]{8}")));
 }
 
-TEST_F(AStreamChange, ToARateThatComesDownToTheOldOneIsNone) {
+TEST_F(AStreamChange, ToARateThatIsRoundedToTheOldOneChangesNothing) {
   after.framerate = 100;
   EXPECT_EQ(store(), 0);
   EXPECT_THAT(host.config.writes(), ElementsAre("ch4/video/venable=1"));
@@ -200,14 +200,14 @@ TEST_F(AStreamChange, OfSoundThatIsOffWritesOnlyThatItIsOff) {
   EXPECT_THAT(host.network.datagrams(), SizeIs(1));
 }
 
-TEST_F(AStreamChange, OfSoundThatGoesOnWritesItsSettings) {
+TEST_F(AStreamChange, OfSoundThatIsSwitchedOnWritesItsSettings) {
   before.aenable = 0;
   after.volume = 70;
   store();
   EXPECT_THAT(host.config.writes(), ElementsAre("ch4/video/venable=1", "ch4/audio/aenable=1", "ch4/audio/volume=70"));
 }
 
-TEST_F(AStreamChange, WritesTheListedRateThatTheRequestComesDownTo) {
+TEST_F(AStreamChange, WritesTheListedRateThatTheRequestIsRoundedTo) {
   host.camera(5, "3-1.2")
       .listing(
           Listing().format("MJPG").size(640, 480).rate("30.000").rate("25.000").rate("20.000").rate("15.000").text());
@@ -275,7 +275,7 @@ TEST_F(AStreamChange, OfAChannelThatIsSeenWithoutDevicesKeepsTheCallersType) {
   EXPECT_EQ(notification().word(40), -1);
 }
 
-TEST_F(AStreamChange, ThatIsRefusedLeavesTheCallersRecordsAlone) {
+TEST_F(AStreamChange, ThatIsRefusedDoesNotChangeTheCallersRecords) {
   after.stream_type = 0;
   after.width = 800;
   const _streaminfo given = after;

@@ -51,7 +51,7 @@ std::string encodedFirst(const std::string &bytes, int count) {
   return out;
 }
 
-TEST(ABase64Encoding, OfManyBytesHoldsNoLineBreak) {
+TEST(ABase64Encoding, OfManyBytesHasNoLineBreak) {
   std::string expected;
   for (int i = 0; i < 100; ++i) expected += "Zm9v";
   std::string bytes;
@@ -135,7 +135,7 @@ TEST(ABase64Decoding, OfAForeignCharacterSpoilsItsGroupOnly) {
 }
 
 // The last of four characters sets the lowest bits of the last byte: six, or all eight when it is foreign.
-TEST(ABase64Decoding, KnowsTheAlphabetAndNothingElse) {
+TEST(ABase64Decoding, ReadsOnlyTheAlphabet) {
   const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   for (int c = 1; c < 256; ++c) {
     if (c == '=') continue;
@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(OfEveryShape, ARequestPath,
                                          Escaping{"?&=+:%\xc3\xa9", "?&=+:%\xc3\xa9"}, Escaping{"?", "?"},
                                          Escaping{"", ""}, Escaping{std::string("?\0/", 3), std::string("?\0%2F", 5)}));
 
-TEST(ARequestPathEscaping, WritesNothingBehindTheLastByte) {
+TEST(ARequestPathEscaping, WritesNothingAfterTheLastByte) {
   char out[] = "before";
   EXPECT_EQ(url_encode(out, "a?/", 2), 0);
   EXPECT_STREQ(out, "a?fore");

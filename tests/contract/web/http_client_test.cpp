@@ -100,7 +100,7 @@ TEST_F(AHttpRequest, HasItsReplyRawWithHeaderAndZeros) {
   EXPECT_EQ(reply, bytes);
 }
 
-TEST_F(AHttpRequest, ReadsAReplyThatComesByteByByte) {
+TEST_F(AHttpRequest, ReadsAReplyThatArrivesByteByByte) {
   ScriptedServer scripted({Answer{"slow reply", Answer::End::close, "\r\n\r\n", true}});
   EXPECT_EQ(connectTo(scripted, 64, 5), 10);
   EXPECT_EQ(reply, "slow reply");
@@ -173,7 +173,7 @@ TEST_F(AHttpRequest, WithoutASocketFails) {
   EXPECT_EQ(printed, "Failed to socket\n");
 }
 
-TEST_F(AHttpRequest, ThatNobodyAcceptsFails) {
+TEST_F(AHttpRequest, ToAServerThatDoesNotAcceptFails) {
   EXPECT_EQ(connectNowhere(), -1);
   EXPECT_EQ(printed, "Failed to connetc\n");
   EXPECT_EQ(said, "");
@@ -224,7 +224,7 @@ TEST_F(AHttpRequestDeathTest, OnAConnectionThatBreaksEndsTheProcess) {
               "^ERROR reading from socket: Connection reset by peer\n");
 }
 
-TEST(AnErrorDeathTest, IsToldWithItsReasonAndEndsTheProcessWithoutFailure) {
+TEST(AnErrorDeathTest, IsPrintedWithItsReasonAndEndsTheProcessWithStatusZero) {
   EXPECT_EXIT(
       {
         errno = ENOENT;

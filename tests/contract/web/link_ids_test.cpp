@@ -81,13 +81,13 @@ TEST_F(ALinkHash, LongerThanItsOutputIsCut) {
   EXPECT_EQ(hashFrom(std::string(1000, 'b')), std::string(32, 'b'));
 }
 
-TEST_F(ALinkHash, IsLeftAsItWasWhenTheCommandPrintsNothing) {
+TEST_F(ALinkHash, IsNotChangedWhenTheCommandPrintsNothing) {
   char out[33] = "before";
   EXPECT_EQ(generate_hash(out), 0);
   EXPECT_STREQ(out, "before");
 }
 
-TEST_F(ALinkHash, IsLeftAsItWasWhenTheCommandCannotStart) {
+TEST_F(ALinkHash, IsNotChangedWhenTheCommandCannotStart) {
   host.commands.cannotStart(kUuidCommand);
   char out[33] = "before";
   EXPECT_EQ(generate_hash(out), 0);

@@ -120,7 +120,7 @@ TEST_F(ALogin, WhoseSessionIsCutFromItsReplyIsRefused) {
   EXPECT_THAT(said, StartsWith("buffer overflow, count=4096, bufsize=4096\n"));
 }
 
-TEST_F(ALogin, WhoseSessionStandsBehindAZeroIsRefused) {
+TEST_F(ALogin, WhoseSessionFollowsAZeroByteIsRefused) {
   serviceAnswers({Answer{std::string("a\0", 2) + sessionReply("s1d")}});
   EXPECT_EQ(login("admin", "secret"), -1);
 }
@@ -149,7 +149,7 @@ TEST_F(ALogin, WhosePathDoesNotFitIsRefusedAndItsPathCleared) {
   EXPECT_EQ(std::string(NVR_CGI, sizeof NVR_CGI), std::string(256, '\0'));
 }
 
-TEST_F(ALogin, OfNobodyOrTooLongCredentialsIsRefusedAtOnce) {
+TEST_F(ALogin, WithoutOrWithTooLongCredentialsIsRefusedAtOnce) {
   EXPECT_EQ(login(std::string(65, 'u'), "p"), -1);
   EXPECT_EQ(login("u", std::string(65, 'p')), -1);
   EXPECT_EQ(vl_auth(nullptr, "p"), -1);
@@ -197,7 +197,7 @@ INSTANTIATE_TEST_SUITE_P(OfEveryKind, AConfiguredPort,
                          testing::Values(Port{"8080", 8080}, Port{"8080\n9090\n", 8080}, Port{" 81x\n", 81},
                                          Port{"", 58080}, Port{std::string(126, ' ') + "8080\n", 8}));
 
-TEST_F(ALogin, GoesToTheUsualPortWhenTheHostCannotBeAsked) {
+TEST_F(ALogin, UsesTheUsualTcpPortWhenTheHostCannotBeAsked) {
   host.commands.cannotStart(kPortCommand);
   login("admin", "secret");
   EXPECT_THAT(host.journal.only({"connect"}), ElementsAre("connect 127.0.0.1:58080"));
@@ -235,12 +235,12 @@ TEST_F(ASession, IsJudgedByItsFirstMark) { EXPECT_EQ(answered(passedReply("0") +
 
 TEST_F(ASession, WithoutAServiceIsNotValid) { EXPECT_EQ(checkSession("s1d"), -1); }
 
-TEST_F(ASession, OfNobodyIsAbsent) {
+TEST_F(ASession, WithoutAnIdHasItsOwnResult) {
   EXPECT_EQ(vl_sid_auth(nullptr), -10);
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
-TEST_F(ASession, LeavesNothingOfAnEarlierPathBehindItsOwn) {
+TEST_F(ASession, LeavesNothingOfAnEarlierPathAfterItsOwn) {
   memset(NVR_CGI, 'x', sizeof NVR_CGI);
   answered(passedReply("1"));
   const std::string expected = "/cgi-bin/authLogin.cgi?sid=s1d";
@@ -329,7 +329,7 @@ struct Found {
 
 class ASessionIdInAReply : public testing::TestWithParam<Found> {};
 
-TEST_P(ASessionIdInAReply, StandsBetweenItsMarkers) {
+TEST_P(ASessionIdInAReply, IsFoundBetweenItsMarkers) {
   std::string sid = "before" + std::string(122, '\0') + "###";
   EXPECT_EQ(write_sid(GetParam().reply.c_str(), sid.data()), GetParam().result);
   EXPECT_EQ(sid.substr(128), "###");
@@ -349,7 +349,7 @@ INSTANTIATE_TEST_SUITE_P(OfEveryShape, ASessionIdInAReply,
                                          Found{sessionReply(std::string(128, 's')), -1, "before"},
                                          Found{sessionReply(std::string(4000, 's')), -1, "before"}));
 
-TEST(ASessionId, IsNotLookedForInNothing) {
+TEST(ASessionId, IsNotSearchedForInANullText) {
   char sid[128] = "before";
   EXPECT_EQ(write_sid(nullptr, sid), -1);
   EXPECT_EQ(write_sid("", nullptr), -1);

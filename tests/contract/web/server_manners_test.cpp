@@ -195,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(AroundIt, ALongReply,
                          testing::Values(Length{4095, 4095, true}, Length{4096, 4096, true}, Length{4097, 4096, false},
                                          Length{100000, 4096, false}));
 
-TEST_F(ALongReply, ThatComesByteByByteIsKeptUpToItsBufferToo) {
+TEST_F(ALongReply, ThatArrivesByteByByteIsCutToItsBufferToo) {
   EXPECT_EQ(logIn(byteByByte(filledTo(4096, session("s1d")))), "s1d");
   EXPECT_EQ(said, overflow());
 }

@@ -42,13 +42,13 @@ TEST_F(AViewer, WithShareIdAndTokenIsLetIn) {
 
 TEST_F(AViewer, OfTheHostIsLetIn) { EXPECT_EQ(view(), -1); }
 
-TEST_F(AViewer, OfAnUnpluggedDeviceIsToldSo) {
+TEST_F(AViewer, OfAnUnpluggedDeviceGetsThatCode) {
   host.channel(6).exists(0);
   EXPECT_EQ(view(), 9001);
   EXPECT_EQ(enter(), 9001);
 }
 
-TEST_F(AViewer, OfAChannelThatWasNeverUsedIsToldThatItIsUnplugged) {
+TEST_F(AViewer, OfAChannelThatWasNeverUsedGetsTheCodeOfAnUnpluggedDevice) {
   host.config.erase("ch6/exists");
   EXPECT_EQ(view(), 9001);
   EXPECT_EQ(enter(), 9001);
@@ -56,7 +56,7 @@ TEST_F(AViewer, OfAChannelThatWasNeverUsedIsToldThatItIsUnplugged) {
 
 class AConflict : public AViewer, public testing::WithParamInterface<int> {};
 
-TEST_P(AConflict, IsToldToTheViewer) {
+TEST_P(AConflict, IsReportedToTheViewer) {
   host.channel(6).conflict(GetParam());
   EXPECT_EQ(view(), 9007);
   EXPECT_EQ(enter(), 9007);
@@ -70,19 +70,19 @@ TEST_F(AViewer, OfAnActiveChannelIsLetIn) {
   EXPECT_EQ(enter(), -1);
 }
 
-TEST_F(AViewer, OfASwitchedOffSlotIsToldSo) {
+TEST_F(AViewer, OfASwitchedOffPortGetsThatCode) {
   host.channel(6).slotSwitch(0);
   EXPECT_EQ(view(), 9009);
   EXPECT_EQ(enter(), 9009);
 }
 
-TEST_F(AViewer, OfADeviceWithoutAnyNodeIsTold) {
+TEST_F(AViewer, OfADeviceWithoutAnyNodeGetsThatCode) {
   host.channel(6).vnode(-1);
   EXPECT_EQ(view(), 9003);
   EXPECT_EQ(enter(), 9003);
 }
 
-TEST_F(AViewer, OfASoundCardIsToldThatThereIsSoundOnly) {
+TEST_F(AViewer, OfASoundCardGetsTheCodeOfSoundOnly) {
   host.channel(6).vnode(-1).anode(0);
   EXPECT_EQ(view(), 9004);
   EXPECT_EQ(enter(), 9004);
@@ -94,7 +94,7 @@ TEST_F(AViewer, OfAVideoNodeIsLetInWithAnAudioNodeToo) {
   EXPECT_EQ(enter(), -1);
 }
 
-TEST_F(AViewer, IsToldTheFirstReasonOfSeveral) {
+TEST_F(AViewer, GetsTheFirstReasonOfSeveral) {
   host.channel(6).exists(0).conflict(3).slotSwitch(0).vnode(-1).set("sharelink/shrenable", 0);
   EXPECT_EQ(enter("12345678", "wrong"), 9001);
   host.channel(6).exists(1);
@@ -128,7 +128,7 @@ TEST_F(AViewer, NeedsNoPassword) {
   EXPECT_EQ(enter(), -1);
 }
 
-TEST_F(AViewer, WithAnUnknownShareIdIsToldSo) {
+TEST_F(AViewer, WithAnUnknownShareIdGetsThatCode) {
   EXPECT_EQ(enter("1234567"), 9011);
   EXPECT_EQ(profile, -1);
 }
@@ -139,7 +139,7 @@ TEST_F(AViewer, WithAnUnknownShareIdGetsTheLastChannelsProfile) {
   EXPECT_EQ(profile, 3);
 }
 
-TEST_F(AViewer, MeetsTheFirstChannelOfThatShareId) {
+TEST_F(AViewer, GetsTheFirstChannelWithTheShareId) {
   host.channel(2).profile(0).exists(1).slotSwitch(0).set("sharelink/ssid", "12345678");
   EXPECT_EQ(enter(), 9009);
   EXPECT_EQ(profile, 0);
@@ -151,7 +151,7 @@ TEST_F(AViewer, DoesNotMeetAChannelWithoutAProfile) {
   EXPECT_EQ(profile, 2);
 }
 
-TEST_F(AViewer, WithoutAShareIdMeetsAProfileThatIsNotShared) {
+TEST_F(AViewer, WithoutAShareIdGetsAProfileThatIsNotShared) {
   host.channel(2).profile(1).exists(1).vnode(0);
   EXPECT_EQ(enter("", ""), 9010);
   EXPECT_EQ(profile, 1);
@@ -163,7 +163,7 @@ TEST_F(AViewer, HasTheStoredShareIdComparedByItsFirstFifteenCharacters) {
   EXPECT_EQ(enter("1234567890123456"), 9011);
 }
 
-TEST_F(AViewer, IsToldThatNothingCanBeReadWhenTheFileCannotBeOpened) {
+TEST_F(AViewer, GetsTheCodeOfNoVideoWhenTheFileCannotBeOpened) {
   host.config.failReadOpens(-3);
   OutputCapture output;
   EXPECT_EQ(enter(), 9003);
@@ -171,7 +171,7 @@ TEST_F(AViewer, IsToldThatNothingCanBeReadWhenTheFileCannotBeOpened) {
   EXPECT_EQ(output.text(), openFailure(-3));
 }
 
-TEST_F(AViewer, OfTheHostIsToldTooWhenTheFileCannotBeOpenedAfterTheMapping) {
+TEST_F(AViewer, OfTheHostGetsItTooWhenTheFileCannotBeOpenedAfterTheMapping) {
   host.config.failOpenNumber(2, -3);
   OutputCapture output;
   EXPECT_EQ(view(), 9003);

@@ -125,7 +125,7 @@ TEST_F(AProfile, WhoseLinkIsRenewedHasANewLinkInPlaceOfTheOld) {
   EXPECT_EQ(streamBehind(info.hash_string), "the stream");
 }
 
-TEST_F(AProfile, WhoseCameraIsGoneIsNotShownUntilItIsBack) {
+TEST_F(AProfile, WhoseCameraIsUnpluggedIsNotShownUntilItIsBack) {
   share("secret");
   channel("exists", 0);
   EXPECT_EQ(enter(info), 9001);
@@ -143,20 +143,20 @@ TEST_F(AProfile, ThatIsNoLongerSharedHasNoLink) {
   EXPECT_EQ(streamBehind("hls/channel2"), "the stream");
 }
 
-TEST_F(AProfile, ThatIsNotSharedGetsALinkByRenewingItThatLetsNobodyIn) {
+TEST_F(AProfile, ThatIsNotSharedGetsALinkByRenewalThatOpensForNoViewer) {
   renew();
   EXPECT_THAT(links(), ElementsAre(info.hash_string));
   EXPECT_EQ(enter(info), 9010);
 }
 
-TEST_F(AProfile, WhoseStreamIsGoneLosesItsLinkAllTheSame) {
+TEST_F(AProfile, WhoseStreamFolderIsMissingLosesItsLinkNevertheless) {
   share("secret");
   std::filesystem::remove_all(kApplication + "/hls/channel2");
   endSharing();
   EXPECT_THAT(links(), IsEmpty());
 }
 
-TEST_F(AProfile, WhoseLinkIsGoneIsSharedAnewAllTheSame) {
+TEST_F(AProfile, WhoseLinkIsMissingIsSharedAgainNevertheless) {
   share("secret");
   std::filesystem::remove(kApplication + "/" + info.hash_string);
   share("other");

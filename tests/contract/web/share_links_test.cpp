@@ -49,7 +49,7 @@ TEST_F(ANewShareLink, IsStoredWithItsIdentifiers) {
                           std::string("ch6/sharelink/hash_string=") + kHash));
 }
 
-TEST_F(ANewShareLink, IsToldToTheCaller) {
+TEST_F(ANewShareLink, IsReturnedToTheCaller) {
   vl_set_share_link(&info);
   EXPECT_STREQ(info.ssid, "00004711");
   EXPECT_STREQ(info.token, kHash);
@@ -58,7 +58,7 @@ TEST_F(ANewShareLink, IsToldToTheCaller) {
   EXPECT_EQ(info.profilename[0], '#');
 }
 
-TEST_F(ANewShareLink, IsToldInFieldsThatWereClearedBefore) {
+TEST_F(ANewShareLink, IsReturnedInFieldsThatWereClearedBefore) {
   vl_set_share_link(&info);
   EXPECT_EQ(std::string(info.token, sizeof info.token), kHash + std::string(32, '\0'));
   EXPECT_EQ(std::string(info.hash_string, sizeof info.hash_string), kHash + std::string(32, '\0'));
@@ -120,14 +120,14 @@ TEST_F(ASharedProfile, KeepsItsLinkWhenThePasswordIsTheSame) {
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close", "open r", "close", "open w", "close"));
 }
 
-TEST_F(ASharedProfile, ThatKeepsItsLinkTellsItsShareIdAlone) {
+TEST_F(ASharedProfile, ThatKeepsItsLinkReportsOnlyItsShareId) {
   vl_set_share_link(&info);
   EXPECT_STREQ(info.ssid, "12345678");
   EXPECT_EQ(info.token[0], '#');
   EXPECT_EQ(info.hash_string[0], '#');
 }
 
-TEST_F(ASharedProfile, ThatEndsItsSharingTellsTheShareIdThatItHad) {
+TEST_F(ASharedProfile, ThatIsNoLongerSharedReportsTheShareIdThatItHad) {
   info.shrenable = 0;
   vl_set_share_link(&info);
   EXPECT_STREQ(info.ssid, "12345678");
@@ -135,7 +135,7 @@ TEST_F(ASharedProfile, ThatEndsItsSharingTellsTheShareIdThatItHad) {
   EXPECT_EQ(info.hash_string[0], '#');
 }
 
-TEST_F(ASharedProfile, TellsItsShareIdThoughNothingCanBeWritten) {
+TEST_F(ASharedProfile, ReportsItsShareIdEvenIfNothingCanBeWritten) {
   OutputCapture output;
   host.config.failWriteOpens(-4);
   strcpy(info.shrpwd, "other");
@@ -175,7 +175,7 @@ TEST_F(ASharedProfile, LosesItsIdentifiersWhenSharingEnds) {
   EXPECT_EQ(host.journal.commands().size(), 0U);
 }
 
-TEST_F(ASharedProfile, WhoseLinkIsGoneIsNotRemovedAgain) {
+TEST_F(ASharedProfile, WhoseLinkIsMissingIsNotRemovedAgain) {
   host.files.remove(kLinkFolder + "old");
   info.shrenable = 0;
   EXPECT_EQ(vl_set_share_link(&info), 0);
@@ -189,7 +189,7 @@ TEST_F(AShareLink, WithoutAStoredNameNeverRemovesAnything) {
   EXPECT_THAT(host.journal.only({"lstat", "exec"}), IsEmpty());
 }
 
-TEST_F(AShareLink, WithoutAShareIdIsMadeAnewWithTheSamePasswordToo) {
+TEST_F(AShareLink, WithoutAShareIdIsMadeAgainWithTheSamePasswordToo) {
   stored("", "old", "secret");
   EXPECT_EQ(vl_set_share_link(&info), 0);
   EXPECT_EQ(get("ssid"), "00004711");

@@ -102,7 +102,7 @@ TEST_F(AConnection, ClosedByItsPeerCannotBeWritten) {
   EXPECT_EQ(said, "socket write: error send()ing request:\n");
 }
 
-TEST_F(AConnection, ThatIsNoneCannotBeRead) {
+TEST_F(AConnection, WithAnInvalidSocketCannotBeRead) {
   const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   char byte[2];
   OutputCapture output;
@@ -119,7 +119,7 @@ TEST_F(AConnection, ThatBreaksIsReadUpToTheBreak) {
   EXPECT_EQ(received, std::string(16, '#'));
 }
 
-TEST_F(AConnection, ThatBreaksInALineGivesNone) {
+TEST_F(AConnection, ThatBreaksInALineGivesNoLine) {
   breakBehind("abc");
   EXPECT_EQ(readLine(8), -1);
 }
@@ -133,7 +133,7 @@ struct Wait {
 
 class AWait : public AConnection, public testing::WithParamInterface<Wait> {};
 
-TEST_P(AWait, IsToldByAReader) {
+TEST_P(AWait, IsReportedByAReader) {
   peerSends("abc");
   host.network.answerSelect(GetParam().answer);
   EXPECT_EQ(read(8), GetParam().result);
@@ -141,7 +141,7 @@ TEST_P(AWait, IsToldByAReader) {
   EXPECT_EQ(received, std::string(16, '#'));
 }
 
-TEST_P(AWait, IsToldByAWriter) {
+TEST_P(AWait, IsReportedByAWriter) {
   host.network.answerSelect(GetParam().answer);
   EXPECT_EQ(write("abc"), GetParam().result);
   EXPECT_EQ(said, GetParam().writing);
@@ -387,7 +387,7 @@ TEST_F(AWebService, IsNotReachedWithoutArguments) {
   EXPECT_EQ(http_open(&sock, nullptr), -1);
 }
 
-TEST(AClosedNumber, BelowZeroIsNone) { EXPECT_EQ(http_close(-1), 0); }
+TEST(AClosedNumber, BelowZeroIsIgnored) { EXPECT_EQ(http_close(-1), 0); }
 
 TEST(AFirstLine, IsCopiedWithoutItsEnd) {
   char out[] = "########";
@@ -396,7 +396,7 @@ TEST(AFirstLine, IsCopiedWithoutItsEnd) {
   EXPECT_EQ(get_next_line("\n", out), 0);
 }
 
-TEST(AFirstLine, ThatDoesNotEndIsNone) {
+TEST(AFirstLine, WithoutALineFeedIsNotFound) {
   char out[] = "before";
   EXPECT_EQ(get_next_line("abc", out), -1);
   EXPECT_EQ(get_next_line("", out), -1);

@@ -52,7 +52,7 @@ TEST_F(APlaylist, IsFoundUnderTheLongestInstallPath) {
   EXPECT_EQ(status(0), 1);
 }
 
-TEST_F(APlaylist, IsNotLookedForWithoutAnAnswerToFill) {
+TEST_F(APlaylist, IsNotSearchedForWithoutAPlaceForTheResult) {
   EXPECT_EQ(vl_get_hls_status(0, nullptr), 0);
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
@@ -174,9 +174,9 @@ TEST_F(AProfileState, ThatCannotBeWrittenIsReported) {
   EXPECT_EQ(output.text(), "open:[/etc/config/vl_pfstate.conf] failed, ret: -3\n");
 }
 
-class TheDeviceOfAProfile : public ContractTest {
+class TheProductOfAProfile : public ContractTest {
  protected:
-  TheDeviceOfAProfile() { host.channel(5).profile(1).vnode(2).slot("1-1.2"); }
+  TheProductOfAProfile() { host.channel(5).profile(1).vnode(2).slot("1-1.2"); }
   int query(int profile = 1) {
     OutputCapture output;
     const int result = vl_get_pidvid(profile, pidvid);
@@ -188,7 +188,7 @@ class TheDeviceOfAProfile : public ContractTest {
   std::string said;
 };
 
-TEST_F(TheDeviceOfAProfile, IsTold) {
+TEST_F(TheProductOfAProfile, IsReported) {
   host.camera(2, "1-1.2").ids("046d", "0825");
   EXPECT_EQ(query(), 0);
   EXPECT_STREQ(pidvid, "046d:0825");
@@ -196,36 +196,36 @@ TEST_F(TheDeviceOfAProfile, IsTold) {
               ElementsAre("open r", "close", "open r", "close", "popen " + walkCommand(2), "pclose " + walkCommand(2)));
 }
 
-TEST_F(TheDeviceOfAProfile, WithoutIdentifiersIsNotTold) {
+TEST_F(TheProductOfAProfile, WithoutIdsIsNotReported) {
   EXPECT_EQ(query(), -3);
   EXPECT_STREQ(pidvid, "before");
 }
 
-TEST_F(TheDeviceOfAProfile, WithoutANodeIsLookedForUnderNodeMinusOne) {
+TEST_F(TheProductOfAProfile, WithoutANodeIsSearchedForAtNodeMinusOne) {
   host.channel(5).vnode(-1);
   EXPECT_EQ(query(), -3);
   EXPECT_THAT(host.journal.commands(), ElementsAre(walkCommand(-1)));
 }
 
-TEST_F(TheDeviceOfAProfile, WithoutAChannelIsNotTold) {
+TEST_F(TheProductOfAProfile, WithoutAChannelIsNotReported) {
   for (const int profile : {0, -1, 4}) EXPECT_EQ(query(profile), -1);
   EXPECT_STREQ(pidvid, "before");
   EXPECT_THAT(host.journal.commands(), IsEmpty());
 }
 
-TEST_F(TheDeviceOfAProfile, IsNotToldWhenTheMappingCannotBeRead) {
+TEST_F(TheProductOfAProfile, IsNotReportedWhenTheMappingCannotBeRead) {
   host.config.failReadOpens(-3);
   EXPECT_EQ(query(), -1);
   EXPECT_EQ(said, openFailure(-3));
 }
 
-TEST_F(TheDeviceOfAProfile, IsSilentlyNotToldWhenItsChannelCannotBeRead) {
+TEST_F(TheProductOfAProfile, IsSilentlyNotReportedWhenItsChannelCannotBeRead) {
   host.config.failOpenNumber(2, -3);
   EXPECT_EQ(query(), -2);
   EXPECT_EQ(said, "");
 }
 
-TEST_F(TheDeviceOfAProfile, IsRefusedToNobody) {
+TEST_F(TheProductOfAProfile, IsRefusedWithoutAPlaceForIt) {
   EXPECT_EQ(vl_get_pidvid(1, nullptr), -1);
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }

@@ -102,7 +102,7 @@ TEST_F(AHostOfItsOwn, IsSignalledAtAnAddressFilledUpWithZeroCharacters) {
   EXPECT_EQ(addresses[0].substr(2), std::string("\x27\xba\0\0\0\0", 6) + "00000000");
 }
 
-TEST_F(AHostOfItsOwn, WithoutATellerOfItsPortIsAskedAtTheUsualOne) {
+TEST_F(AHostOfItsOwn, WithoutACommandForItsTcpPortIsAskedAtTheUsualOne) {
   const Service web(58080);
   auto request = std::async(std::launch::async, [&] { return web.serve("<authPassed><![CDATA[1]]></authPassed>"); });
   testing::internal::CaptureStderr();  // the shell's

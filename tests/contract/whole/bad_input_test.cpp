@@ -45,7 +45,7 @@ TEST_F(AStrangeName, OfMoreThan255BytesIsKnownAgain) {
   EXPECT_EQ(profile, 1);
 }
 
-TEST_F(AStrangeName, OfAStored300BytesIsToldCut) {
+TEST_F(AStrangeName, OfAStored300BytesIsReturnedCut) {
   known(3, 1, 1, kSlot, std::string(300, 'n'));
   EXPECT_EQ(pullOut(), 3);
   EXPECT_EQ(devname, std::string(255, 'n'));
@@ -65,9 +65,9 @@ TEST_F(AStrangeName, ReachesTheEventLogAsItIs) {
   EXPECT_THAT(host.journal.only({"log"}), Contains(HasSubstr("Camera[1-1 " + name + "] has image size over 60 fps.")));
 }
 
-class AStrangeSlot : public HotplugTest {};
+class AStrangePortName : public HotplugTest {};
 
-TEST_F(AStrangeSlot, ReachesNoShell) {
+TEST_F(AStrangePortName, ReachesNoShell) {
   for (const char *slot : {"1-1; reboot", "$(reboot)", "`reboot`", "1-1\nreboot", "'reboot'", "| reboot"}) {
     place(slot, kName);
     EXPECT_GE(plug(), 0) << slot;
@@ -75,14 +75,14 @@ TEST_F(AStrangeSlot, ReachesNoShell) {
   EXPECT_THAT(host.journal.commands(), Each(Not(HasSubstr("reboot"))));
 }
 
-TEST_F(AStrangeSlot, OfTheLongestNameIsStored) {
+TEST_F(AStrangePortName, OfTheLongestNameIsStored) {
   place(std::string(127, '1'), kName);
   EXPECT_EQ(plug(), 0);
   EXPECT_EQ(host.channel(0).get("usbslot"), std::string(127, '1'));
   EXPECT_EQ(pullOut(), 0);
 }
 
-TEST_F(AStrangeSlot, WithoutAnEndNamesNoSlot) {
+TEST_F(AStrangePortName, ThatIsUnterminatedIsRefused) {
   place(std::string(128, '1'), kName);
   known(3, 1, 1, std::string(128, '1'));
   EXPECT_EQ(plug(), -1);
@@ -91,7 +91,7 @@ TEST_F(AStrangeSlot, WithoutAnEndNamesNoSlot) {
   EXPECT_THAT(host.journal.commands(), IsEmpty());
 }
 
-TEST_F(AStrangeSlot, ThatIsEmptyIsTakenInAndRemovedLikeAnyOther) {
+TEST_F(AStrangePortName, ThatIsEmptyIsPluggedInAndRemovedLikeAnyOther) {
   place("", kName);
   EXPECT_GE(plug(), 0);
   EXPECT_GE(pullOut(), 0);
@@ -108,7 +108,7 @@ TEST_F(AStrangeNode, IsAskedForAndStoredByItsNumber) {
   }
 }
 
-TEST_F(AStrangeNode, OfASoundCardIsTakenInWithoutSound) {
+TEST_F(AStrangeNode, OfASoundCardGetsAChannelWithoutSound) {
   isCard("USB Audio");
   for (const int node : {-1, 2147483647}) {
     device.node = node;
@@ -172,7 +172,7 @@ TEST_F(AStrangeTool, ThatIsMissingMakesTheCameraUnsupported) {
   expectTakenInAsUnsupported();
 }
 
-TEST_F(AStrangeTool, ThatFloodsBehindAGoodListingDoesNoHarm) {
+TEST_F(AStrangeTool, ThatFloodsAfterAGoodListingDoesNoHarm) {
   host.camera(2, kSlot).listing(Listing().format("MJPG").size(640, 480).rate("30.000").text() +
                                 repeated(std::string(5000, 'x') + "\n", 2000));
   EXPECT_EQ(plug(), 0);
@@ -225,9 +225,9 @@ TEST_F(AStrangeFile, OfOneEndlessLineListsNothing) {
 
 class AStrangeConfiguration : public HotplugTest {};
 
-TEST_F(AStrangeConfiguration, WithNothingInItTakesTheCameraIn) { EXPECT_EQ(plug(), 0); }
+TEST_F(AStrangeConfiguration, ThatIsEmptyGetsTheCamera) { EXPECT_EQ(plug(), 0); }
 
-TEST_F(AStrangeConfiguration, OfWordsForNumbersIsReadAsZeros) {
+TEST_F(AStrangeConfiguration, WithTextsInsteadOfNumbersIsReadAsZeros) {
   for (const char *key : {"exists", "slot_switch", "conflictch", "video/vnode", "video/vcodec"}) {
     host.channel(0).set(key, std::string("never"));
   }
@@ -241,7 +241,7 @@ TEST_F(AStrangeConfiguration, WithHugeNumbersIsTakenAsItIs) {
   EXPECT_EQ(vnode, -2147483647);
 }
 
-TEST_F(AStrangeConfiguration, ThatParksAChannelBehindItselfDoesNoHarm) {
+TEST_F(AStrangeConfiguration, ThatMakesAChannelWaitForItselfDoesNoHarm) {
   known(3, 1, 1).conflict(3);
   EXPECT_EQ(pullOut(), 3);
   EXPECT_EQ(host.channel(3).get("conflictch"), "-1");
@@ -275,7 +275,7 @@ TEST_F(TenCameras, LoseNothingByARemovalThatWasNeverPlugged) {
   EXPECT_EQ(host.config.values(), before);
 }
 
-TEST_F(TenCameras, MakeRoomWhenOneGoes) {
+TEST_F(TenCameras, LeaveAChannelForTheNextWhenOneIsUnplugged) {
   place("2-4", kName);
   EXPECT_EQ(pullOut(), 4);
   place("3-1", kName);

@@ -156,7 +156,7 @@ class EveryChange : public AFullDisk, public testing::WithParamInterface<size_t>
   const Change &change() const { return changes()[GetParam()]; }
 };
 
-TEST_P(EveryChange, FailsAndSaysSoWhenItCannotBeStored) {
+TEST_P(EveryChange, FailsWithAMessageWhenItCannotBeStored) {
   host.config.failWriteCloseNumber(1, kDiskFull);
   OutputCapture errors;
   EXPECT_EQ(change().make(), -1);
@@ -189,7 +189,7 @@ TEST_P(EveryChange, SucceedsWithAnyCloseThatIsNotNegative) {
   EXPECT_THAT(host.journal.lines(), Not(Contains(kRemovalOfNewLink)));
 }
 
-TEST_P(EveryChange, IsNotConcernedByTheCloseOfWhatItOnlyRead) {
+TEST_P(EveryChange, IgnoresTheCloseOfAFileThatItOnlyRead) {
   host.config.failReadCloses(kDiskFull);
   OutputCapture errors;
   EXPECT_GE(change().make(), 0);
@@ -211,7 +211,7 @@ TEST_F(AFullDisk, MakesAProfileStateFail) {
   EXPECT_THAT(host.config.values(kProfileStateFile), IsEmpty());
 }
 
-TEST_F(AFullDisk, LetsTheLinesOfAStreamChangeStandThatAreLoggedBeforeItsKeys) {
+TEST_F(AFullDisk, DoesNotTakeBackTheEventsOfAStreamChange) {
   host.config.failWriteCloseNumber(1, kDiskFull);
   OutputCapture errors;
   setStream(0);
@@ -249,7 +249,7 @@ TEST_F(AFullDisk, KeepsTheLinksOfNamesThatAreStoredAlready) {
 
 // --- operations of several write passes ---
 
-TEST_F(AFullDisk, EndsAHandOverBeforeTheOthersAreParkedAgain) {
+TEST_F(AFullDisk, EndsAHandOverBeforeTheOthersWaitAgain) {
   host.config.failWriteCloseNumber(2, kDiskFull);
   OutputCapture errors;
   int profile = 0;
@@ -267,7 +267,7 @@ TEST_F(AFullDisk, EndsARecomputationWithTheMarksOfItsFirstPass) {
   EXPECT_EQ(errors.text(), closeFailure(kDiskFull));
 }
 
-TEST_F(AFullDisk, DoesNotKeepARemovalFromBeingToldWhenOnlyTheHandOverFails) {
+TEST_F(AFullDisk, DoesNotStopTheNotificationOfARemovalWhenOnlyTheHandOverFails) {
   host.config.failWriteCloseNumber(2, kDiskFull);
   OutputCapture errors;
   EXPECT_EQ(hotplug(0, "1-1.1"), 3);
@@ -275,7 +275,7 @@ TEST_F(AFullDisk, DoesNotKeepARemovalFromBeingToldWhenOnlyTheHandOverFails) {
   EXPECT_EQ(host.network.datagrams().size(), 1U);
 }
 
-TEST_F(AFullDisk, LetsEachStepOfTheSynchronisationTryForItself) {
+TEST_F(AFullDisk, DoesNotStopTheLaterStepsOfASynchronisation) {
   host.config.failWriteCloseNumber(1, kDiskFull);
   OutputCapture errors;
   EXPECT_EQ(mn_sync_usbdev_conf(), 1);

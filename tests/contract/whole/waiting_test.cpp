@@ -40,12 +40,12 @@ class ASlowCamera : public ContractTest {
   }
 };
 
-TEST_F(ASlowCamera, KeepsNoReaderFromTheConfigurationWhenItsFormatsAreShown) {
+TEST_F(ASlowCamera, DoesNotBlockReadersWhileItsFormatsAreShown) {
   EXPECT_EQ(vl_get_usbchn_cap(0, formats), 1);
   EXPECT_TRUE(reader_got_through);
 }
 
-TEST_F(ASlowCamera, KeepsNoReaderFromTheConfigurationWhenItsStreamIsChanged) {
+TEST_F(ASlowCamera, DoesNotBlockReadersWhileItsStreamIsChanged) {
   stream.vcodec = 1;
   stream.width = 640;
   stream.height = 480;
@@ -54,7 +54,7 @@ TEST_F(ASlowCamera, KeepsNoReaderFromTheConfigurationWhenItsStreamIsChanged) {
   EXPECT_TRUE(reader_got_through);
 }
 
-TEST_F(ASlowCamera, KeepsNoReaderFromTheConfigurationWhenItComes) {
+TEST_F(ASlowCamera, DoesNotBlockReadersWhileItIsPluggedIn) {
   _usbdev_des device{};
   device.devtype = 1;
   device.node = 2;
@@ -68,7 +68,7 @@ TEST_F(ASlowCamera, KeepsNoReaderFromTheConfigurationWhenItComes) {
   EXPECT_TRUE(reader_got_through);
 }
 
-TEST_F(ASlowCamera, KeepsReadersWaitingWhileTheStreamableProfilesAreListed) {
+TEST_F(ASlowCamera, BlocksReadersWhileTheStreamableProfilesAreListed) {
   host.commands.allowInsideCriticalSection();
   patience = std::chrono::milliseconds(50);
   char out[16] = "";

@@ -101,7 +101,7 @@ def test_a_link_renewed_while_it_is_asked_about_gives_nothing_away() -> None:
     assert Library(RenewedMeanwhile()).open("00004711", "cafe") == (WRONG_TOKEN, None)
 
 
-def test_a_protected_link_wants_its_password() -> None:
+def test_a_protected_link_asks_for_its_password() -> None:
     store(**LINK, **{"sharelink.pwdenable": 1, "sharelink.shrpwd": "päss"})
     assert ask() == {"outcome": "password", "sentence": "This link is protected by a password."}
     assert ask(password="pass") == {"outcome": "password", "sentence": "This is not the password."}
@@ -113,7 +113,7 @@ def test_a_password_is_not_asked_for_before_the_link_is_right() -> None:
     assert ask(token="cafd")["outcome"] == "refused"
 
 
-def test_the_page_tells_nobody_its_address() -> None:
+def test_the_page_sends_its_address_to_no_other_site() -> None:
     answer, content = request("GET", "/share?ssid=00004711&token=cafe")
     assert (answer.status, answer.headers["Referrer-Policy"]) == (200, "no-referrer")
     assert b"cafe" not in content

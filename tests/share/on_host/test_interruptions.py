@@ -18,7 +18,7 @@ NOT_THERE = "The stream has not begun yet; it will be shown as soon as it begins
 pytestmark = pytest.mark.usefixtures("page")
 
 
-def test_a_picture_that_stands_still_is_told_until_it_moves_again(
+def test_a_picture_that_does_not_move_is_reported_until_it_moves_again(
     viewer: Viewer, encoder: Encoder, link: Link
 ) -> None:
     viewer.open(link["page"])
@@ -42,7 +42,7 @@ def test_an_old_playlist_is_not_played_again_and_again(viewer: Viewer, encoder: 
     assert (viewer.position(), viewer.sentence()) == (end, STILL)
 
 
-def test_a_viewers_own_pause_is_no_standstill(viewer: Viewer, encoder: Encoder, link: Link) -> None:
+def test_a_pause_by_the_viewer_is_not_reported(viewer: Viewer, encoder: Encoder, link: Link) -> None:
     viewer.open(link["page"])
     viewer.await_playing()
     viewer.evaluate("document.getElementById('video').pause()")
@@ -98,7 +98,7 @@ def test_a_host_that_does_not_answer_at_first_is_asked_until_it_does(viewer: Vie
     viewer.await_playing()
 
 
-def test_a_network_that_was_gone_is_taken_up_again(viewer: Viewer, encoder: Encoder, link: Link) -> None:
+def test_the_page_continues_when_the_network_is_back(viewer: Viewer, encoder: Encoder, link: Link) -> None:
     """The browser itself says that it is offline."""
     offline = {"latency": 0, "downloadThroughput": -1, "uploadThroughput": -1}
     viewer.open(link["page"])

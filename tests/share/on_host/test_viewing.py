@@ -45,7 +45,7 @@ def test_a_link_taken_back_ends_for_who_watches_it(viewer: Viewer, link: dict[st
     assert not viewer.sees_video()
 
 
-def test_a_camera_that_is_pulled_is_told_of(viewer: Viewer, encoder: Encoder, link: dict[str, str]) -> None:
+def test_the_page_reports_that_the_camera_was_unplugged(viewer: Viewer, encoder: Encoder, link: dict[str, str]) -> None:
     viewer.open(link["page"])
     viewer.await_playing()
     encoder.send(SIGSTOP)

@@ -38,7 +38,7 @@ def test_at_each_start_the_function_without_the_channel_takes_it(two_functions):
     assert [facts(it) for it in used(two_functions)] == [("3-1", INFRARED, 1, 2, UNSUPPORTED)]
 
 
-def test_a_first_function_with_a_profile_counts_as_gone_after_a_start(two_functions):
+def test_a_first_function_with_a_profile_counts_as_unplugged_after_a_start(two_functions):
     """The second one, listed later, is another camera in its port, and gets a channel of its own."""
     two_functions.reboot()
     usbdevlib.assign("3-1", 0)
@@ -58,13 +58,13 @@ def test_a_sound_card_before_its_camera_takes_no_channel_from_it(host):
     assert [facts(it) for it in used(host)] == [("3-1", "Conference Camera", 1, 0, -1)]
 
 
-def test_a_sound_card_that_goes_first_frees_the_channel_of_its_camera(host):
+def test_a_sound_card_that_is_removed_first_frees_the_channel_of_its_camera(host):
     host.plug("microphone-first", "3-1")
     assert host.unplug("3-1") == [-1]
     assert [(it.slot, it.exists, it.vnode) for it in used(host)] == [("3-1", 0, -1)]
 
 
-def test_a_bound_camera_keeps_its_channel_when_its_card_goes_and_comes_first(host):
+def test_a_camera_with_a_profile_keeps_its_channel_when_its_card_is_removed_and_plugged_in_first(host):
     host.plug("microphone-first", "3-1")
     usbdevlib.assign("3-1", 2)
     host.unplug("3-1")

@@ -143,7 +143,7 @@ def test_the_query_of_a_stubborn_camera_is_killed_the_hard_way(host, replace_too
 
 
 @pytest.mark.usefixtures("short_lived_shell")
-def test_while_a_camera_does_not_answer_others_are_read_and_bound(host, replace_tool, fifo):
+def test_while_a_camera_does_not_answer_others_are_read_and_assigned(host, replace_tool, fifo):
     host.plug("usb2-camera", "1-1")
     query = HangingQuery(replace_tool, fifo)
     plugging = threading.Thread(daemon=True, target=host.plug, args=("pc-camera", "3-1"))
@@ -177,7 +177,7 @@ def test_a_camera_whose_formats_cannot_be_listed_is_not_supported(host, replace_
 
 @pytest.mark.parametrize("manner", [NONSENSE, MANY_LINES, MISSING])
 @pytest.mark.parametrize("tool", ["/usr/sbin/udevadm", "/usr/sbin/readcfg", "/usr/bin/gpuinfo_app", "/usr/bin/ps"])
-def test_a_camera_is_plugged_bound_and_found_again_whatever_else_fails(host, replace_tool, tool, manner):
+def test_a_camera_is_plugged_assigned_and_found_again_whatever_else_fails(host, replace_tool, tool, manner):
     replace_tool(tool, manner)
     host.plug("usb2-camera", "3-1")
     assert usbdevlib.assign("3-1", 0) == 0

@@ -32,12 +32,12 @@ def test_only_the_first_profile_survives_a_start(four_profiles):
     assert four_profiles.links() == {first.link: stream_folder(0)}
 
 
-def test_the_camera_of_the_first_profile_waits_for_nobody_after_the_start(four_profiles):
+def test_the_camera_of_the_first_profile_does_not_wait_after_the_start(four_profiles):
     four_profiles.reboot()
     assert four_profiles.channels()[0].parked_behind == -1
 
 
-def test_the_manager_is_told_of_every_profile_that_is_given_up(four_profiles):
+def test_the_manager_is_notified_of_every_profile_that_is_cleared(four_profiles):
     with Manager() as manager:
         four_profiles.reboot()
         told = manager.received()
@@ -51,7 +51,7 @@ def test_an_absent_camera_gives_its_profile_up_too(four_profiles):
     assert [it.profile for it in four_profiles.channels()[:4]] == [0, -1, -1, -1]
 
 
-def test_a_second_start_parks_the_others_behind_the_first_profile(four_profiles):
+def test_after_a_second_start_the_others_wait_for_the_first_profile(four_profiles):
     four_profiles.reboot()
     four_profiles.reboot()
     assert [it.parked_behind for it in four_profiles.channels()[:4]] == [-1, 0, 0, 0]

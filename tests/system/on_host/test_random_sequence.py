@@ -142,7 +142,7 @@ def quick_host(host: Host, without_process_list: None) -> Iterator[Host]:
     packages.write_text(before)
 
 
-def test_every_step_of_a_random_life_leaves_what_the_rules_say(quick_host):
+def test_every_step_of_a_random_sequence_leaves_a_state_that_follows_the_rules(quick_host):
     print(f"USBDEV_SEED={SEED} USBDEV_STEPS={STEPS}")
     life = Life(quick_host, random.Random(SEED))
     for _ in range(STEPS):

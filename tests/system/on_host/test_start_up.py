@@ -42,7 +42,7 @@ def test_ten_cameras_in_each_others_ports_take_over_the_channels_of_the_ports(te
         assert channel.vnode == ten_cameras.node(slot)
 
 
-def test_bound_channels_wait_for_their_own_cameras_while_the_last_of_ten_find_no_channel(ten_cameras):
+def test_channels_with_profiles_are_kept_for_their_cameras_while_the_last_of_ten_get_no_channel(ten_cameras):
     for profile in (0, 1):
         usbdevlib.assign(PORTS[profile], profile)
     before = ten_cameras.channels()[:2]
@@ -84,7 +84,7 @@ def test_two_cameras_of_one_model_can_be_swapped_unnoticed(host):
     ]
 
 
-def test_a_bound_camera_that_is_gone_keeps_its_profile_and_its_link(host):
+def test_an_unplugged_camera_keeps_its_profile_and_its_link(host):
     host.plug("usb2-camera", "3-1")
     usbdevlib.assign("3-1", 2)
     before = host.channels()[0]
@@ -95,7 +95,7 @@ def test_a_bound_camera_that_is_gone_keeps_its_profile_and_its_link(host):
     assert_bound(channel, 2, host)
 
 
-def test_a_camera_without_profile_that_is_gone_leaves_a_free_channel(host):
+def test_an_unplugged_camera_without_a_profile_leaves_a_free_channel(host):
     host.plug("usb2-camera", "3-1")
     host.reboot("unplug 3-1", "plug pc-camera 1-1")
     channel = host.channels()[0]
@@ -112,7 +112,7 @@ def test_a_new_camera_gets_the_first_free_channel(host):
     ]
 
 
-def test_a_camera_whose_holder_is_gone_waits_no_longer(host):
+def test_a_camera_does_not_wait_for_an_unplugged_camera(host):
     host.plug("hd-usb-camera", "3-1.1")
     usbdevlib.assign("3-1.1", 0)
     host.plug("hd-usb-camera", "3-1.2")

@@ -35,7 +35,7 @@ class ASnapshot : public testing::Test {
   ChannelSnapshots channels;
 };
 
-TEST_F(ASnapshot, ForComparingHoldsWhatTellsChannelsApart) {
+TEST_F(ASnapshot, ForComparingHasWhatDistinguishesChannels) {
   readForComparing(opened(config), channels);
   const ChannelSnapshot &channel = channels[4];
   EXPECT_EQ(channel.exists, 1);
@@ -97,7 +97,7 @@ TEST_F(ASnapshot, CutsTextsToTheirSizes) {
   EXPECT_EQ(channels[5].acap, std::string(15, 'a'));
 }
 
-TEST_F(ASnapshot, ForTheScanHoldsPresenceConflictPortAndNameAlone) {
+TEST_F(ASnapshot, ForTheScanHasOnlyPresenceConflictPortAndName) {
   readForScan(opened(config), channels);
   const ChannelSnapshot &channel = channels[4];
   EXPECT_EQ(channel.exists, 1);
@@ -108,7 +108,7 @@ TEST_F(ASnapshot, ForTheScanHoldsPresenceConflictPortAndNameAlone) {
   EXPECT_EQ(channel.vnode, -1);
 }
 
-TEST_F(ASnapshot, TellsTheScanAChannelThatWasNeverConfigured) {
+TEST_F(ASnapshot, ForTheScanShowsAChannelThatWasNeverConfigured) {
   config["ch5/exists"] = "0";
   readForScan(opened(config), channels);
   EXPECT_EQ(channels[9].exists, kNeverConfigured);
@@ -152,7 +152,7 @@ TEST(AChannel, HasACameraWhenADeviceWithAVideoNodeIsAttached) {
   EXPECT_FALSE(channel.hasCamera());
 }
 
-TEST(AChannel, HasAnUnparkedCameraWhenItWaitsForNobody) {
+TEST(AChannel, HasAnUnparkedCameraWhenItDoesNotWait) {
   ChannelSnapshot channel;
   channel.exists = 1;
   channel.vnode = 0;

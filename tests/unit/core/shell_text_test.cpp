@@ -75,9 +75,9 @@ TEST(DoubleQuotes, RefuseWhatStillHasAMeaningInThem) { EXPECT_EQ(refused(isSafeI
 
 TEST(SingleQuotes, RefuseTheirOwnEndAndLineEnds) { EXPECT_EQ(refused(isSafeInSingleQuotes), "\n\r'"); }
 
-TEST(AWord, MayHoldNothingThatAShellReads) { EXPECT_EQ(refused(isSafeWord), "\t\n\r \"#$&'()*;<>?[\\]`{|}~"); }
+TEST(AWord, MayContainNothingSpecialToAShell) { EXPECT_EQ(refused(isSafeWord), "\t\n\r \"#$&'()*;<>?[\\]`{|}~"); }
 
-TEST(Words, MayHoldBlanksBesides) { EXPECT_EQ(refused(areSafeWords), "\t\n\r\"#$&'()*;<>?[\\]`{|}~"); }
+TEST(Words, MayContainBlanksToo) { EXPECT_EQ(refused(areSafeWords), "\t\n\r\"#$&'()*;<>?[\\]`{|}~"); }
 
 TEST(AWord, MayNotLookLikeAnOption) {
   EXPECT_FALSE(isSafeWord("-rf"));

@@ -54,7 +54,7 @@ TEST_F(ACamera, ConflictsWithOthersBehindItsBridge) {
   EXPECT_FALSE(conflictsWith("4-2", 6));
 }
 
-TEST_F(ACamera, BehindNoBridgeConflictsByItsPortOnly) {
+TEST_F(ACamera, BehindNoBridgeConflictsOnlyByItsPort) {
   plain_answers.bridges = {{4, "/devices/a"}};
   EXPECT_FALSE(conflictsWith("4-2", 4));
 }

@@ -132,7 +132,7 @@ TEST_F(AListing, EndsAtARepeatedRate) {
   EXPECT_EQ(size(0).fps_count, 1);
 }
 
-TEST_F(AListing, GoesOnAfterARepeatedRateThatSinglePrecisionChanges) {
+TEST_F(AListing, ContinuesAfterARepeatedRateThatSinglePrecisionChanges) {
   takeAll({kMjpeg, kVga});
   EXPECT_TRUE(takeRate("29.970"));
   EXPECT_TRUE(takeRate("29.970"));
@@ -148,7 +148,7 @@ TEST_F(AListing, IsOver60FromTheFirstRateAbove) {
   EXPECT_TRUE(listing.hasRateOver60());
 }
 
-TEST_F(AListing, GoesOnAtALineThatItDoesNotKnow) {
+TEST_F(AListing, ContinuesAtALineThatItDoesNotKnow) {
   EXPECT_TRUE(takeAll({"ioctl: VIDIOC_ENUM_FMT\n", "\tName        : Motion-JPEG\n", "no colon\n", "\n", ""}));
   EXPECT_EQ(listing.formatCount(), 0);
 }

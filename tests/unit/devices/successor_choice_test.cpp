@@ -38,7 +38,7 @@ class AChoice : public testing::Test {
   ChannelMarks marks = {};
 };
 
-TEST_F(AChoice, OfNobodyIsNone) {
+TEST_F(AChoice, WithoutWaitingChannelsIsNone) {
   const Successor successor = choose();
   EXPECT_EQ(successor.channel, -1);
   EXPECT_EQ(successor.profile, -1);
@@ -54,7 +54,7 @@ TEST_F(AChoice, IsTheOneThatWaits) {
   EXPECT_THAT(nodes(), testing::ElementsAre(24));
 }
 
-TEST_F(AChoice, IsNoneOfThoseThatDoNotWait) {
+TEST_F(AChoice, IsNeverAChannelThatDoesNotWait) {
   waiting(4, 2, "2024-01-01 00:00:00");
   marks[4] = false;
   EXPECT_EQ(choose().channel, -1);
@@ -120,7 +120,7 @@ TEST_F(AChoice, IsNeverAChannelThatIsNotSwitchedOn) {
   EXPECT_EQ(choose().channel, -1);
 }
 
-TEST_F(AChoice, KeepsTheSlotOfTheFirstOneWhoeverReplacesIt) {
+TEST_F(AChoice, KeepsThePortOfTheFirstOneWhoeverReplacesIt) {
   waiting(1, 0, "2024-02-02 00:00:00");
   waiting(5, 1, "2024-01-01 00:00:00");
   EXPECT_EQ(choose().channel, 5);

@@ -97,7 +97,7 @@ TEST_F(ANewCamera, ThatIsUnsupportedWaitsWithoutAReport) {
   EXPECT_FALSE(isReported());
 }
 
-TEST_F(ANewCamera, ThatIsUnsupportedIsReportedAllTheSameWhereItMakesOneWait) {
+TEST_F(ANewCamera, ThatIsUnsupportedIsReportedNeverthelessWhereItMakesOneWait) {
   channels[3].profile = 1;
   channels[6].profile = -1;
   EXPECT_EQ(find(false).parks, 6);

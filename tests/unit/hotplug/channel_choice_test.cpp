@@ -105,7 +105,7 @@ TEST_F(APluggedCamera, TakesNoChannelOfItsPortAfterTheReplacedOne) {
   EXPECT_EQ(plugged().replaced, 4);
 }
 
-TEST_F(APluggedCamera, LeavesAnUnpluggedOneOfAnotherNameAlone) {
+TEST_F(APluggedCamera, DoesNotChangeAnUnpluggedOneOfAnotherName) {
   used(4, 0, 3, kPort, "Other");
   EXPECT_EQ(plugged().channel, 0);
   EXPECT_EQ(plugged().replaced, -1);

@@ -24,7 +24,7 @@ TEST_F(AListOfNewDevices, HoldsTen) {
   EXPECT_EQ(list.count(), 10);
 }
 
-TEST_F(AListOfNewDevices, GoesOnAfterACallersCount) {
+TEST_F(AListOfNewDevices, ContinuesAfterACallersCount) {
   NewDevices list(records, 9);
   EXPECT_EQ(append(list, "3-1.2", "Camera"), &records[9]);
   EXPECT_STREQ(records[9].usbslot, "3-1.2");

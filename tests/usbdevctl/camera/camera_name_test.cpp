@@ -33,7 +33,7 @@ TEST(ABareNumber, IsWhatTheCommandIsAbout) {
   EXPECT_EQ(read("64", By::video_node), "video node 64");
 }
 
-TEST(ANumber, IsRefusedBehindTheLastOne) {
+TEST(ANumber, AboveTheLastOneIsRefused) {
   EXPECT_EQ(read("4"), "profile must be 0 to 3, not 4");
   EXPECT_EQ(read("pf4"), "profile must be 0 to 3, not 4");
   EXPECT_EQ(read("ch10"), "channel must be 0 to 9, not 10");
@@ -41,7 +41,7 @@ TEST(ANumber, IsRefusedBehindTheLastOne) {
   EXPECT_EQ(read("2147483648", By::video_node), "video node must be at least 0, not 2147483648");
 }
 
-TEST(AnotherText, IsRefusedWithWhatANameLooksLike) {
+TEST(AnotherText, IsRefusedWithAnExampleOfAName) {
   for (const char *text : {"", "ch", "chx", "cam", "-1", "ch 1", "CH1"}) {
     EXPECT_EQ(read(text), "'" + std::string(text) + "' is not a port (3-1.2), channel (ch2), profile (pf1) or number");
   }

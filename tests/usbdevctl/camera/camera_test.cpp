@@ -21,7 +21,7 @@ TEST(ACamera, IsNamedByChannelPortNameAndProfile) {
   EXPECT_EQ(cameraText(someCamera(0, "3-1", std::nullopt)), "channel 0  3-1  \"USB Camera\"  no profile");
 }
 
-TEST(ACamera, SaysWhenItIsAway) {
+TEST(ACamera, ShowsWhenItIsAway) {
   EXPECT_EQ(cameraText(someCamera(2, "3-1.2", 1, ChannelState::unplugged)),
             "channel 2  3-1.2  \"USB Camera\"  profile 1  unplugged");
 }

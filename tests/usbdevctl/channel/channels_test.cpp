@@ -128,26 +128,26 @@ TEST_F(TheListings, GiveADisplacedChannelWithoutTheNodeItHad) {
   EXPECT_EQ(row(3).video_node, std::nullopt);
 }
 
-TEST_F(TheListings, GiveAParkedChannelWithTheOneItWaitsBehind) {
+TEST_F(TheListings, GiveAWaitingChannelWithTheOneItWaitsFor) {
   attach(4, kNone).conflictch = 0;
   EXPECT_EQ(row(4).parked_behind, 0);
   EXPECT_TRUE(row(4).supported);
 }
 
-TEST_F(TheListings, GiveAnUnsupportedDeviceAsParkedBehindNone) {
+TEST_F(TheListings, GiveAnUnsupportedDeviceAsWaitingForNone) {
   attach(4, kNone).conflictch = kUnsupported;
   EXPECT_FALSE(row(4).supported);
   EXPECT_EQ(row(4).parked_behind, std::nullopt);
 }
 
-TEST_F(TheListings, TellASwitchThatIsOffFromOneThatWasNeverStored) {
+TEST_F(TheListings, DistinguishASwitchThatIsOffFromOneThatWasNeverStored) {
   attach(0, kNone).slot_switch = 0;
   attach(1, kNone).slot_switch = -1;
   EXPECT_EQ(row(0).slot_switch, false);
   EXPECT_EQ(row(1).slot_switch, std::nullopt);
 }
 
-TEST_F(TheListings, NeverLookUpAStoredProfileThatIsNone) {
+TEST_F(TheListings, NeverLookUpAStoredProfileThatDoesNotExist) {
   listings_.profile_ids[9] = 77;
   listings_.available[9] = {};
   EXPECT_EQ(row(9).profile, 77);
@@ -192,10 +192,10 @@ TEST(TheChannelTable, HasALineForEachChannel) {
   rows[1] = parkedRow();
   const std::string text = tableText(channelFields(rows), false);
   const std::vector<std::string> expected = {
-      "CHANNEL  STATE    PORT   DEVICE   VIDEO  PROFILE  SWITCH  CONFLICT         CREATED",
-      "      0  plugged  3-1.2  Cam\\x1b      0  1 Door   on      -                2024-03-05 08:15:00",
+      "CHANNEL  STATE    PORT   DEVICE   VIDEO  PROFILE  SWITCH  CONFLICT     CREATED",
+      "      0  plugged  3-1.2  Cam\\x1b      0  1 Door   on      -            2024-03-05 08:15:00",
       "      1  plugged  3-1.2  Cam\\x1b      0  -        off     waits for 0  -",
-      "      2  free     -      -            -  -        -       -                -"};
+      "      2  free     -      -            -  -        -       -            -"};
   EXPECT_EQ(firstLines(text, 4), expected);
   EXPECT_EQ(firstLines(text, 99).size(), 11U);
 }
@@ -215,7 +215,7 @@ TEST(TheChannelsJson, HasEveryFieldOfEachChannel) {
                          R"("slot_switch":false,"parked_behind":0,"supported":true,"created":""},{"channel":1,)"));
 }
 
-TEST(TheChannelsJson, SaysNullForWhatAFreeChannelLacks) {
+TEST(TheChannelsJson, HasNullForWhatAFreeChannelLacks) {
   EXPECT_THAT(listJson(channelFields(ChannelRows())).line(),
               EndsWith(R"({"channel":9,"state":"free","slot":"","device":"","video_node":null,"profile":null,)"
                        R"("profile_name":"","slot_switch":null,"parked_behind":null,"supported":true,"created":""}])"

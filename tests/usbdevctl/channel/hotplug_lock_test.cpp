@@ -43,7 +43,7 @@ TEST_F(TheHotplugLock, IsHeldUntilItsEnd) {
   EXPECT_TRUE(isFree());
 }
 
-TEST_F(TheHotplugLock, IsItsOwnersAlone) {
+TEST_F(TheHotplugLock, CanBeOpenedOnlyByItsOwner) {
   const HotplugLock lock(file());
   struct stat found = {};
   ASSERT_EQ(stat(file().c_str(), &found), 0);
@@ -61,7 +61,7 @@ TEST_F(TheHotplugLock, DoesNotFollowALink) {
   EXPECT_EQ(HotplugLock(file()).error(), "cannot lock " + file() + ": Too many levels of symbolic links");
 }
 
-TEST_F(TheHotplugLock, SaysWhatFails) {
+TEST_F(TheHotplugLock, ReportsWhatFailed) {
   EXPECT_EQ(HotplugLock("/nowhere/lock").error(), "cannot lock /nowhere/lock: No such file or directory");
 }
 

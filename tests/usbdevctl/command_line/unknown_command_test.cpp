@@ -36,13 +36,13 @@ TEST_F(ACommandLine, WithAMistypedCommandNamesTheNearestOne) {
   EXPECT_EQ(read({"stream", "shwo"}), "no command 'stream shwo'; did you mean 'stream show'?");
 }
 
-TEST_F(ACommandLine, WithAnotherWordNamesNone) {
+TEST_F(ACommandLine, WithAnotherWordSuggestsNoCommand) {
   EXPECT_EQ(read({"frobnicate"}), "no command 'frobnicate'");
   EXPECT_EQ(read({"s"}), "no command 's'");
   EXPECT_EQ(read({std::string(100000, 'c')}), "no command '" + std::string(100000, 'c') + "'");
 }
 
-TEST_F(ACommandLine, GoesTwoLettersAstrayAndNoMore) {
+TEST_F(ACommandLine, IsCorrectedUpToTwoWrongLetters) {
   EXPECT_EQ(read({"chaels"}), "no command 'chaels'; did you mean 'channels'?");
   EXPECT_EQ(read({"chaes"}), "no command 'chaes'");
 }

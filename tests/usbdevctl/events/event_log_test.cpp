@@ -103,7 +103,7 @@ TEST_F(AnEventLog, ThatIsDamagedIsAnError) {
   EXPECT_THAT(log.error(), HasSubstr("not a database"));
 }
 
-TEST_F(AnEventLog, DamagedBehindItsBeginningIsAnError) {
+TEST_F(AnEventLog, DamagedAfterItsBeginningIsAnError) {
   constexpr int kPage = 4096;
   fill(0);
   run("WITH RECURSIVE row(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM row WHERE n < 1000) "

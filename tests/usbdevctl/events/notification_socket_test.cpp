@@ -47,7 +47,7 @@ TEST(ANotificationSocket, ReceivesAnEmptyDatagram) {
   EXPECT_EQ(socket.receive(), "");
 }
 
-TEST(ATakenPort, IsAnErrorThatSaysWhoMayHaveIt) {
+TEST(ATakenPort, IsAnErrorThatNamesWhoMayUseIt) {
   const NotificationSocket first(kAnyPort);
   const std::uint16_t port = ntohs(addressOf(first).sin_port);
   const NotificationSocket second(port);

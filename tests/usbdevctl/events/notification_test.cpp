@@ -38,7 +38,7 @@ TEST(ANotification, OfAPluggedCameraIsDecoded) {
             "event 6 (plugged)  profile 1  video 0  audio 1  flag 0  target 1  request none\n");
 }
 
-TEST(ANotification, OfARemovedCameraSaysNoneForMinusOne) {
+TEST(ANotification, OfARemovedCameraShowsNoneForMinusOne) {
   EXPECT_EQ(textOf(datagramOf(kNoHeader, {2, -1, -1, 0, 7, -1})),
             "event 7 (removed)  profile 2  video none  audio none  flag 0  target none  request none\n");
 }

@@ -89,7 +89,7 @@ TEST_F(AnUnsupportedCamera, WithoutMjpgAndYuyvIsOfNoUse) {
   EXPECT_EQ(why(), "it lists GREY, and the library uses MJPG and YUYV only");
 }
 
-TEST_F(AnUnsupportedCamera, ThatListsNothingSaysSo) {
+TEST_F(AnUnsupportedCamera, ThatListsNothingIsReportedSo) {
   facts_.survey = {};
   EXPECT_EQ(why(), "v4l2-ctl lists no format for it");
 }

@@ -27,7 +27,7 @@ TEST(AListing, OfTheOlderLayoutIsTheOneThatTheLibraryReads) {
   EXPECT_EQ(layoutText(survey), "");
 }
 
-TEST(AListing, OfTheNewerLayoutIsSaidNotToBeRead) {
+TEST(AListing, OfTheNewerLayoutIsReportedAsNotRead) {
   const FormatSurvey survey = surveyFormats(kNewer);
   EXPECT_EQ(survey.layout, Layout::newer);
   EXPECT_EQ(

@@ -66,7 +66,7 @@ TEST(AFormatsTable, HighlightsRatesAbove60) {
   EXPECT_NE(text.find("\033[32mx\033[0m    \033[33mx\033[0m\n"), std::string::npos) << text;
 }
 
-TEST(AFormatsTable, StaysWithinTheRecordWhateverItsCountsSay) {
+TEST(AFormatsTable, StaysWithinTheRecordWhateverItsCounts) {
   CameraFormats camera;
   _usbfmt_des &format = addFormat(camera, 0, kMjpeg);
   format.res_count = USBDEV_SIZES + 1;

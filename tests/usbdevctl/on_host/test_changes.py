@@ -24,7 +24,7 @@ CHANGES = [
 
 @pytest.mark.usefixtures("profile")
 @pytest.mark.parametrize(("command", "line", "_members"), CHANGES)
-def test_a_change_is_said_in_one_line(command: tuple[str, ...], line: str, _members: dict[str, object]) -> None:
+def test_a_change_is_reported_in_one_line(command: tuple[str, ...], line: str, _members: dict[str, object]) -> None:
     result = usbdevctl(*command)
     assert (result.stdout, result.stderr, result.returncode) == (f"{line}\n", "", 0)
 
@@ -46,14 +46,14 @@ def test_a_profile_without_a_sound_card_has_no_volume(profile: str) -> None:
 
 
 @pytest.mark.usefixtures("profile")
-def test_a_synchronisation_says_what_it_found() -> None:
+def test_a_synchronisation_reports_what_it_found() -> None:
     result = usbdevctl("sync")
     assert result.stdout == "after the synchronisation: 1 channels with an attached device, 1 that keep the place of another\n"
     assert result.returncode == 0
     assert document("sync") == {"attached": 1, "away": 1}
 
 
-def test_a_counted_timeout_is_said() -> None:
+def test_a_counted_timeout_is_reported() -> None:
     assert usbdevctl("timeouts", "add", "3").stdout == "time-out of profile 3 counted: 1 now\n"
     assert document("timeouts", "add", "3") == {"profile": 3, "timeouts": 2}
     assert [row["timeouts"] for row in document("timeouts", "reset")["counters"]] == [0, 0, 0, 0]
@@ -89,7 +89,7 @@ OTHERS = [
 
 @pytest.mark.usefixtures("full_disk")
 @pytest.mark.parametrize("command", [*[command for command, _, _ in CHANGES], *OTHERS])
-def test_a_change_that_cannot_be_stored_is_not_said_to_be_done(command: tuple[str, ...]) -> None:
+def test_a_change_that_cannot_be_stored_is_not_reported_as_done(command: tuple[str, ...]) -> None:
     before = CONFIGURATION.read_text()
     result = usbdevctl(*command)
     assert (result.stdout, result.returncode, CONFIGURATION.read_text()) == ("", 1, before)

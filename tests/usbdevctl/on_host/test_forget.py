@@ -120,7 +120,7 @@ def test_a_forgotten_channel_leaves_no_link() -> None:
     assert [link.is_symlink() for link in links] == [False, False]
 
 
-def test_a_share_link_without_a_profile_goes_too() -> None:
+def test_a_share_link_without_a_profile_is_removed_too() -> None:
     configure((3, {**USED, "profile": "-1"}))
     link = APPLICATION / USED["sharelink"]["hash_string"]
     link.symlink_to("hls/channel3")

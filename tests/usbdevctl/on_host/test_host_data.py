@@ -43,7 +43,7 @@ def test_the_state_of_a_stream_is_shown() -> None:
 
 
 @pytest.mark.usefixtures("stream")
-def test_a_playlist_that_has_stopped_growing_is_told_from_a_live_one() -> None:
+def test_a_playlist_that_has_stopped_growing_is_distinguished_from_a_live_one() -> None:
     assert usbdevctl("status").stdout.splitlines()[3].split()[4] == "yes"
     os.utime(APPLICATION / "hls/channel3/playlist.m3u8", (0, 0))
     assert usbdevctl("status").stdout.splitlines()[3].split()[4] == "stopped"
@@ -76,7 +76,7 @@ def test_a_stream_that_cannot_be_shown_has_a_reason() -> None:
     assert row.split(maxsplit=5) == ["1", "-", "-", "-", "no", "no, the device is not attached"]
 
 
-def test_no_state_is_told_from_a_configuration_that_cannot_be_read() -> None:
+def test_no_state_is_shown_from_a_configuration_that_cannot_be_read() -> None:
     CONFIGURATION.write_text("<velmora")
     result = usbdevctl("status")
     assert (result.stdout, result.returncode) == ("", 1)
@@ -91,18 +91,18 @@ def system() -> Iterator[None]:
     SYSTEM.write_text(before)
 
 
-def test_the_host_tells_its_version_and_web_port() -> None:
+def test_the_host_reports_its_version_and_web_port() -> None:
     assert document("host", "info") == {"version": "5.1.0", "web_port": 8080}
 
 
 @pytest.mark.usefixtures("system")
-def test_what_the_host_does_not_tell_is_null() -> None:
+def test_a_value_that_the_host_does_not_report_is_null() -> None:
     SYSTEM.write_text("[System]\nVersion = 5.2.1\n")
     assert document("host", "info") == {"version": "5.2.1", "web_port": None}
 
 
 @pytest.mark.usefixtures("system")
-def test_a_host_that_tells_nothing_is_a_failure() -> None:
+def test_a_host_that_reports_nothing_is_a_failure() -> None:
     SYSTEM.unlink()
     result = usbdevctl("host", "info", "--json")
     assert (result.stdout, result.returncode) == ("", 1)
@@ -119,14 +119,14 @@ def noisy_tools(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> None:
 
 
 @pytest.mark.usefixtures("noisy_tools")
-def test_what_a_command_of_the_library_prints_is_not_shown() -> None:
+def test_output_of_commands_that_the_library_runs_is_not_shown() -> None:
     result = usbdevctl("host", "port", "3-1", "--json")
     assert json.loads(result.stdout)["port"] == 3
     assert (result.stderr, result.returncode) == ("", 0)
 
 
 @pytest.mark.usefixtures("empty")
-def test_what_the_library_itself_says_is_shown() -> None:
+def test_messages_of_the_library_itself_are_shown() -> None:
     CONFIGURATION.write_text("<velmora")
     assert "open:[/etc/config/usbdev.conf] failed" in usbdevctl("channels").stderr
 
@@ -141,7 +141,7 @@ def test_a_package_is_shown_as_it_is_registered() -> None:
     }
 
 
-def test_a_package_that_the_host_does_not_have_is_none() -> None:
+def test_a_package_that_the_host_does_not_have_is_not_found() -> None:
     result = usbdevctl("package", "Nothing", "--json")
     assert (result.stdout, result.stderr) == ("", "usbdevctl: the host has no package 'Nothing'\n")
     assert result.returncode == 3

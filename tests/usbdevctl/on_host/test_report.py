@@ -35,7 +35,7 @@ def secrets(serial: str) -> list[str]:
     return secrets
 
 
-def test_a_report_holds_what_a_maintainer_asks_for(secrets: list[str]) -> None:
+def test_a_report_contains_what_a_maintainer_asks_for(secrets: list[str]) -> None:
     report = document("report")
     assert list(report) == ["host", "channels", "profiles", "events", "cameras", "configuration"]
     assert list(report["host"])[:3] == ["usbdevctl", "library", "kernel"]
@@ -50,7 +50,7 @@ def test_a_report_holds_what_a_maintainer_asks_for(secrets: list[str]) -> None:
     assert list(report["configuration"]) == ["ch0"]
 
 
-def test_a_report_holds_no_secret_wherever_it_stands(secrets: list[str]) -> None:
+def test_a_report_contains_no_secret_anywhere(secrets: list[str]) -> None:
     events = document("log", "--lines", "1")["events"]
     assert all(secret in events[0]["text"] for secret in secrets)
     for options in ((), ("--json",)):

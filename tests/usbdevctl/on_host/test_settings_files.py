@@ -47,7 +47,7 @@ def stream() -> list[Any]:
     return [shown["width"], shown["height"], shown["fps"], shown["codec"]]
 
 
-def test_an_export_holds_all_settings_and_no_identifier_for_its_owner_alone(tmp_path: Path) -> None:
+def test_an_export_has_all_settings_and_no_identifier_and_only_its_owner_can_read_it(tmp_path: Path) -> None:
     file = tmp_path / "settings.json"
     file.write_text("old")
     file.chmod(0o644)
@@ -153,7 +153,7 @@ def test_a_move_takes_name_stream_and_sharing_along() -> None:
     assert document("channels")["channels"][0]["profile"] is None
 
 
-def test_a_move_says_what_changed() -> None:
+def test_a_move_shows_what_changed() -> None:
     result = usbdevctl("move", "1", "ch1")
     assert (result.stderr, result.returncode) == ("", 0)
     page = document("share", "show", "1")["page"]
@@ -232,7 +232,7 @@ def test_a_move_that_fails_in_the_middle_is_taken_back() -> None:
     assert document("share", "show", "1")["password"] is True
 
 
-def test_an_import_that_fails_in_the_middle_says_what_was_done(exported: Path) -> None:
+def test_an_import_that_fails_in_the_middle_shows_what_was_done(exported: Path) -> None:
     usbdevctl("stream", "set", "1", "--size", "1280x720")
     usbdevctl("clear", "1")
     answers = answer_once(Path("/run/usbdev-sim/nodes/video0/formats"))

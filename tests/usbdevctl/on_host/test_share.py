@@ -74,7 +74,7 @@ def test_a_renewed_link_replaces_the_old_one(profile: str) -> None:
     assert (result.stdout.split(), result.returncode) == (["opens", "yes", "profile", "2"], 0)
 
 
-def test_a_check_tells_programs_why(profile: str) -> None:
+def test_a_check_shows_programs_the_reason(profile: str) -> None:
     link = document("share", "on", profile)
     assert document("share", "check", link["ssid"], link["token"]) == {
         "opens": True,

@@ -29,7 +29,7 @@ TEST(ARecord, HasOneObjectForPrograms) {
   EXPECT_EQ(jsonOf(camera(4, "Cam\033")), "{\"schema\":1,\"video_node\":4,\"name\":\"Cam\\u001b\"}\n");
 }
 
-TEST(ARecord, SaysNoneForPeopleAndNullForProgramsWhereThereIsNoValue) {
+TEST(ARecord, ShowsNoneToPeopleAndNullToProgramsForAMissingValue) {
   const Fields record = Fields().add(numberField("node", std::nullopt)).add(switchField("overlay", std::nullopt));
   EXPECT_EQ(record.text(false), "node        none\noverlay     none\n");
   EXPECT_EQ(jsonOf(record), "{\"schema\":1,\"node\":null,\"overlay\":null}\n");

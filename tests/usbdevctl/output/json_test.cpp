@@ -15,7 +15,7 @@ TEST(AJsonDocument, IsIndentedForASingleAnswer) {
   EXPECT_EQ(Json::document().set("a", true).text(), "{\n  \"schema\": 1,\n  \"a\": true\n}\n");
 }
 
-TEST(AJsonDocument, StaysJsonWhateverBytesATextHolds) {
+TEST(AJsonDocument, StaysJsonWhateverBytesATextContains) {
   EXPECT_EQ(Json(std::string("a\xff\"\n\033")).line(), "\"a\xef\xbf\xbd\\\"\\n\\u001b\"\n");
 }
 

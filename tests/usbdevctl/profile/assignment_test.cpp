@@ -78,11 +78,11 @@ TEST_F(JudgingAnAssignment, IsNotRefusedForACameraThatDoesNotStream) {
   }
 }
 
-TEST_F(JudgingAnAssignment, OfACameraThatWaitsForNobodyAnyMoreAdvisesToWorkOutTheWaiting) {
+TEST_F(JudgingAnAssignment, OfACameraThatNeedNotWaitAnyMoreAdvisesASynchronisation) {
   rows_[1].parked_behind = 0;
   rows_[0].slot_switch = false;
   EXPECT_EQ(judge().verdict, Verdict::waits);
-  EXPECT_EQ(advice(), "'usbdevctl sync' works out anew which camera waits");
+  EXPECT_EQ(advice(), "'usbdevctl sync' finds out again which camera waits");
 }
 
 TEST_F(JudgingAnAssignment, OnAHostOfOneChannelAdvisesNoOtherPort) {
@@ -157,7 +157,7 @@ TEST_F(JudgingAnAssignment, ToAPortThatAnUnpluggedCameraKeepsIsHarmless) {
   EXPECT_EQ(judge().verdict, Verdict::free);
 }
 
-TEST_F(JudgingAnAssignment, TellsProgramsWhyItIsRefused) {
+TEST_F(JudgingAnAssignment, ShowsProgramsWhyItIsRefused) {
   rows_[1].parked_behind = 0;
   const std::string json = jsonOf(assignmentMembers(judge(), rows_));
   EXPECT_THAT(json,

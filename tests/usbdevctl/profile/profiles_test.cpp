@@ -39,7 +39,7 @@ TEST_F(TheProfiles, AreFourRows) {
             "      3  -     -        -     none    unbound  -     -\n");
 }
 
-TEST_F(TheProfiles, TellProgramsWhereTheLinkLeads) {
+TEST_F(TheProfiles, ShowProgramsWhereTheLinkLeads) {
   EXPECT_EQ(jsonOf(profileFields(profiles_)[1]),
             R"({"schema":1,"profile":1,"name":"Door","camera":"Cam\n","slot":"3-1","stream":"video","state":"ready",)"
             R"("parked_behind":null,"link":{"path":"/apps/a1b2","target":"/apps/hls/channel2","state":"good"}})"
@@ -53,7 +53,7 @@ TEST_F(TheProfiles, WithoutADeviceHaveNeitherConflictNorLink) {
             "\n");
 }
 
-TEST_F(TheProfiles, SayWhyTheyCannotStream) {
+TEST_F(TheProfiles, ShowWhyTheyCannotStream) {
   EXPECT_EQ(state(), "ready");
   entry().slot_switch = 0;
   EXPECT_EQ(state(), "switched off");

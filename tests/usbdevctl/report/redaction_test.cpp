@@ -29,7 +29,7 @@ TEST(ARedaction, TakesALongSecretOutBeforeAShortOneInIt) {
   EXPECT_EQ(secrets.apply("xabcx abc"), "[removed] [removed]");
 }
 
-TEST(ARedaction, LeavesTextsWithoutASecretAlone) {
+TEST(ARedaction, DoesNotChangeTextsWithoutASecret) {
   Redaction secrets;
   secrets.add("");
   EXPECT_EQ(secrets.apply("text"), "text");

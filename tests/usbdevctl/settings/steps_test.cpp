@@ -91,7 +91,7 @@ TEST_F(AnImport, ChangesWhatDiffersOnly) {
   EXPECT_THAT(kindsOf(import()), ElementsAre(Kind::rename, Kind::share));
 }
 
-TEST_F(AnImport, BindsAProfileThatIsFreeAndGivesItAll) {
+TEST_F(AnImport, AssignsAProfileThatIsFreeAndAppliesAllSettings) {
   rows_[0].profile.reset();
   EXPECT_THAT(kindsOf(import()), ElementsAre(Kind::bind, Kind::rename, Kind::stream, Kind::share));
 }
@@ -110,7 +110,7 @@ TEST_F(AnImport, IsRefusedWhereACameraIsMissing) {
   EXPECT_THAT(import().refusals, ElementsAre("no camera \"Other\" is attached to port 5-1"));
 }
 
-TEST_F(AnImport, IsRefusedWhereAProfileIsBoundOtherwise) {
+TEST_F(AnImport, IsRefusedIfAProfileBelongsToAnotherCamera) {
   std::swap(settings_[0].profile, settings_[1].profile);
   EXPECT_THAT(import().refusals, ElementsAre(HasSubstr("it has profile 1, and the settings have none for it"),
                                              HasSubstr("profile 1 belongs to another camera: channel 0")));
@@ -139,7 +139,7 @@ TEST_F(AnImport, IsRefusedWhereAStreamWouldBeSetWhileThePortIsOff) {
   EXPECT_THAT(import().refusals, ElementsAre(HasSubstr("its stream cannot be set while its port is off")));
 }
 
-TEST_F(AMove, ClearsBindsAndGivesItAll) {
+TEST_F(AMove, ClearsAssignsAndAppliesAllSettings) {
   EXPECT_THAT(kindsOf(move(facts(1))), ElementsAre(Kind::clear, Kind::bind, Kind::rename, Kind::stream, Kind::share));
   EXPECT_THAT(move(facts(1)).refusals, IsEmpty());
 }
@@ -150,17 +150,17 @@ TEST_F(AMove, LeavesOutANameAndALinkThatThereAreNot) {
   EXPECT_THAT(kindsOf(move(facts(1))), ElementsAre(Kind::clear, Kind::bind, Kind::stream));
 }
 
-TEST_F(AMove, SaysWhatTheNewCameraDoesNotOffer) {
+TEST_F(AMove, ShowsWhatTheNewCameraDoesNotOffer) {
   profile_.stream = stream(60);
   EXPECT_THAT(move(facts(1)).differences, ElementsAre("fps 30 instead of 60"));
 }
 
-TEST_F(AMove, ToACameraThatWaitsBehindTheOldOneIsPossible) {
+TEST_F(AMove, ToACameraThatWaitsForTheOldOneIsPossible) {
   rows_[1].parked_behind = 0;
   EXPECT_THAT(move(facts(1)).refusals, IsEmpty());
 }
 
-TEST_F(AMove, ToACameraThatWaitsBehindAThirdOneIsRefused) {
+TEST_F(AMove, ToACameraThatWaitsForAThirdOneIsRefused) {
   plug(2, "5-2").profile = 3;
   rows_[1].parked_behind = 2;
   EXPECT_THAT(move(facts(1)).refusals, ElementsAre(HasSubstr("it waits for channel 2")));

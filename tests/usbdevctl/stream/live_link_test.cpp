@@ -45,7 +45,7 @@ TEST_F(ALiveLink, ThatLeadsToItsFolderIsGood) {
   EXPECT_EQ(linkCell(link).text, target_);
 }
 
-TEST_F(ALiveLink, WhoseFolderIsGoneLeadsNowhere) {
+TEST_F(ALiveLink, WhoseFolderIsMissingLeadsNowhere) {
   makeLink();
   const LiveLink link = followLink(folder_, "hash");
   EXPECT_EQ(link.state, LinkState::nowhere);
@@ -58,7 +58,7 @@ TEST_F(ALiveLink, ThatIsNotOnTheDiskIsMissing) {
   EXPECT_EQ(linkCell(link).text, "missing");
 }
 
-TEST_F(ALiveLink, WithoutANameIsNone) {
+TEST_F(ALiveLink, WithoutANameDoesNotExist) {
   const LiveLink link = followLink(folder_, "");
   EXPECT_EQ(link.state, LinkState::none);
   EXPECT_EQ(link.path, "");

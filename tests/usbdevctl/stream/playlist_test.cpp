@@ -69,14 +69,14 @@ TEST_F(APlaylist, WithHugeSegmentsIsWaitedFor) {
   EXPECT_EQ(playlistGrows(path_, kNow), true);
 }
 
-TEST_F(APlaylist, ThatSaysItsSegmentsLengthBehindItsHeadDoesNotGrow) {
+TEST_F(APlaylist, WithTheSegmentLengthAfterItsHeadDoesNotGrow) {
   write(std::string(1024, '\n') + kTwoSeconds, 0);
   EXPECT_EQ(playlistGrows(path_, kNow), false);
 }
 
 TEST_F(APlaylist, ThatIsNotThereNeitherGrowsNorStopped) { EXPECT_EQ(playlistGrows(path_, kNow), std::nullopt); }
 
-TEST_F(APlaylist, ThatWasRemovedMeanwhileIsNotSaidToGrow) {
+TEST_F(APlaylist, ThatWasRemovedMeanwhileDoesNotGrow) {
   usbdevctl::Fields fields;
   usbdevctl::addPlaylist(fields, false, true);
   EXPECT_EQ(jsonOf(fields), R"({"schema":1,"playlist":false,"playlist_grows":null})"

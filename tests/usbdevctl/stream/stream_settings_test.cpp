@@ -96,7 +96,7 @@ INSTANTIATE_TEST_SUITE_P(Options, AChangeOf,
                                          Change{"--audio-codec", "aac", &_streaminfo::acodec, 1},
                                          Change{"--volume", "33", &_streaminfo::volume, 33}));
 
-TEST(AChange, LeavesAloneWhatIsNotGiven) {
+TEST(AChange, DoesNotChangeWhatIsNotGiven) {
   const _streaminfo record = someRecord();
   const _streaminfo same = changed(record, StreamChange());
   EXPECT_EQ(jsonOf(streamFields(same)), jsonOf(streamFields(record)));
@@ -132,7 +132,7 @@ TEST(AChangeThatDoesNotFitTheStream, IsNamed) {
   EXPECT_THAT(notStored(someRecord(), change), ElementsAre("audio_codec", "size"));
 }
 
-TEST(TheOutcomeOfAChange, SaysTheRateAndWhatWasLogged) {
+TEST(TheOutcomeOfAChange, ShowsTheRateAndWhatWasLogged) {
   StreamOutcome outcome;
   outcome.stored = someRecord();
   outcome.events = {{7, 0, 0, "Modified Channel 1 FPS: 7.50"}, {8, 0, 1, "beware\033"}};
@@ -155,7 +155,7 @@ TEST(TheOutcomeOfAChange, IsOneObjectForPrograms) {
             "\n");
 }
 
-TEST(TheOutcomeOfAChange, SaysWhenNothingWasLogged) {
+TEST(TheOutcomeOfAChange, ShowsWhenNothingWasLogged) {
   EXPECT_EQ(outcomeFields({}, {}).text(false), "fps         0\nlogged      none\n");
 }
 

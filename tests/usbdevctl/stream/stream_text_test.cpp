@@ -13,7 +13,7 @@ using usbdevctl::streamField;
 using usbdevctl::videoCodecs;
 using usbdevctl::wordFor;
 
-TEST(ARate, IsSaidAsShortAsItCanBe) {
+TEST(ARate, IsPrintedAsShortAsPossible) {
   EXPECT_EQ(rateText(30), "30");
   EXPECT_EQ(rateText(100), "100");
   EXPECT_EQ(rateText(0), "0");
@@ -33,12 +33,12 @@ TEST(ARate, ThatIsNoNumberIsNull) {
 
 TEST(ASize, IsWidthByHeight) { EXPECT_EQ(sizeText(1280, 720), "1280x720"); }
 
-TEST(ACodec, HasTheWordOfItsNumber) {
+TEST(ACodec, HasTheNameOfItsNumber) {
   EXPECT_EQ(wordFor(videoCodecs(), 1), "mjpeg");
   EXPECT_EQ(wordFor(videoCodecs(), 0), "h264");
 }
 
-TEST(ANumberWithoutAWord, IsSaidItself) {
+TEST(ANumberWithoutAWord, IsPrintedAsANumber) {
   EXPECT_EQ(wordFor(videoCodecs(), 2), "2");
   EXPECT_EQ(wordFor(videoCodecs(), -1), "-1");
 }

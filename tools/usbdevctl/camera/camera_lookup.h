@@ -11,7 +11,7 @@ namespace usbdevctl {
 /// The channels that are not free. Complains where the configuration cannot be read.
 ExitStatus readCameras(Cameras &cameras);
 
-/// Finds the one camera with the name. Complains where there is none, or more than one, and lists those there are.
+/// Finds the one camera with the name. Prints a message if there is none, or more than one, and lists all cameras.
 ExitStatus findCamera(const CameraName &name, Camera &camera);
 /// The same among channels that were read already.
 ExitStatus findCamera(const CameraName &name, const ChannelRows &rows, Camera &camera);

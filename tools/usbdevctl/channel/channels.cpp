@@ -23,7 +23,7 @@ ChannelState attachedState(int exists) {
   return exists == kExistsDisplaced ? ChannelState::displaced : ChannelState::unplugged;
 }
 
-// A displaced channel shares its slot with the camera that took its port, and its node is gone.
+// A displaced channel shares its slot with the camera that took its port, and has no node any more.
 std::optional<int> videoNode(const ChannelListings &listings, std::size_t channel) {
   if (listings.devices[channel].exists == kExistsDisplaced) return std::nullopt;
   if (isOffered(listings.available[channel])) return numberUnlessNone(listings.available[channel].vnode);

@@ -1,6 +1,6 @@
 // The ten channels as one table, put together from the library's listings: none of them alone has every
 // channel. The device table leaves out channels whose device is unplugged, the availability query those with a profile
-// and parked ones, and the profile table those without a profile.
+// and waiting ones, and the profile table those without a profile.
 #pragma once
 
 #include <usbdev/records.h>
@@ -13,7 +13,8 @@
 
 namespace usbdevctl {
 
-/// What the listings answered; each was asked for itself, so a device that comes or goes meanwhile may show in part.
+/// What the listings answered, one after the other: a device that is plugged in or removed meanwhile may be in some
+/// only.
 struct ChannelListings {
   std::array<_usbdev_entry, USBDEV_CHANNELS> devices = {};
   std::array<_availinfo, USBDEV_CHANNELS> available = {};

@@ -1,5 +1,5 @@
-// Hotplug events and the synchronisation come one at a time over the whole host: two at once would choose one channel.
-// Whoever passes them to the library holds this lock around the call.
+// Only one device event or synchronisation may run at a time on a host: two would choose the same channel. Every
+// program that calls the library for them takes this lock around the call.
 #pragma once
 
 #include <string>

@@ -72,7 +72,7 @@ class Command {
   std::string description_;
   Action action_;
   std::string heading_ = "Commands";  // of the commands that are added next
-  std::string group_;                 // the heading under which this one stands
+  std::string group_;                 // the heading of this one in the help
   std::list<Command> commands_;
   std::list<Argument> arguments_;
 };

@@ -7,7 +7,7 @@ enum class ExitStatus : int {
   ok = 0,
   failure = 1,  // the library or the system refused
   usage = 2,    // the command line is wrong
-  nothing = 3,  // it worked, and there is nothing that applies
+  nothing = 3,  // it worked, but nothing applies
 };
 
 }  // namespace usbdevctl

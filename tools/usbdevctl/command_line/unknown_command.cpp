@@ -25,7 +25,7 @@ std::size_t distance(const std::string &from, const std::string &to) {
   return row.back();
 }
 
-/// A word of which more than two letters, or more than half, are others was not meant.
+/// A command is not suggested if more than two letters of it, or more than half, are different.
 std::string nearestTo(const std::string &word, const std::list<Command> &commands) {
   std::string nearest;
   std::size_t least = std::min<std::size_t>(2, word.size() / 2) + 1;

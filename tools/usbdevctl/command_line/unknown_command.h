@@ -1,4 +1,4 @@
-// A word in a command's place that names none, with the command that may have been meant.
+// A word that is not a command, and the most similar command.
 #pragma once
 
 #include <string>

@@ -24,7 +24,7 @@ ExitStatus failed(const EventLog &log) {
   return ExitStatus::failure;
 }
 
-// A line an event, which a reader who follows can take as it comes.
+// One line for each event, which a program can read at once.
 void printLine(const Event &event, bool json) {
   print(json ? addEvent(Json::document(), event).line() : eventText(event, outputTakesColour()));
 }

@@ -45,7 +45,7 @@ int streamingRival(const ChannelRows &rows, int channel, const Collisions &colli
 
 std::string rivalRemedy(const ChannelRows &rows, int other, Collision collision) {
   const ChannelRow &row = rows[static_cast<std::size_t>(other)];
-  if (!streams(row)) return "'usbdevctl sync' works out anew which camera waits";
+  if (!streams(row)) return "'usbdevctl sync' finds out again which camera waits";
   const char *elsewhere = collision == Collision::root_port    ? "plug it into a port of another root port, or "
                           : collision == Collision::controller ? "plug it into a port of another USB controller, or "
                                                                : "";

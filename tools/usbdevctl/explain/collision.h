@@ -29,7 +29,7 @@ std::string collisionText(Collision collision, const std::string &port);
 /// "root_port", "controller", "host"; empty for none.
 std::string collisionWord(Collision collision);
 
-/// The channel whose streaming camera the one of this channel collides with; -1 where there is none.
+/// The channel whose streaming camera conflicts with the camera of this channel; -1 if there is none.
 int streamingRival(const ChannelRows &rows, int channel, const Collisions &collisions);
 
 /// How to get a camera that collides with the one of another channel to stream.

@@ -13,7 +13,7 @@ std::string channelName(int channel) { return "ch" + std::to_string(channel); }
 
 std::string forgetRemedy(int channel) { return "'usbdevctl forget " + channelName(channel) + "' frees the channel"; }
 
-/// The attached camera at the port; -1 where there is none.
+/// The attached camera in the port; -1 if there is none.
 int attachedAt(const ChannelRows &rows, const std::string &port) {
   for (std::size_t channel = 0; channel < rows.size(); ++channel) {
     if (rows[channel].state == ChannelState::plugged && rows[channel].slot == port) return static_cast<int>(channel);

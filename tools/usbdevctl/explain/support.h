@@ -12,7 +12,7 @@ namespace usbdevctl {
 inline constexpr char kUnsupportedList[] = "/etc/config/.usbnosupportlist.dat";
 inline constexpr char kCodecPackage[] = "Halvane";
 
-/// What the permission to encode in hardware hangs on.
+/// What the host needs for encoding in hardware.
 struct EncodingFacts {
   bool permitted = false;
   bool arm = false;

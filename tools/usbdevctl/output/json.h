@@ -9,7 +9,7 @@
 
 namespace usbdevctl {
 
-/// Raised when a field changes its meaning or goes; a new field alone does not raise it.
+/// Raised when a field changes its meaning or is removed, but not for a new field.
 constexpr int kJsonSchema = 1;
 
 /// A value that is built once and printed. Only json.cpp includes the JSON library, which takes seconds to compile.

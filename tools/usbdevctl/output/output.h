@@ -25,7 +25,7 @@ std::string styled(const std::string &text, Style style, bool colour);
 std::size_t outputWidth();
 constexpr std::size_t kEndless = std::numeric_limits<std::size_t>::max();
 
-/// Colour goes to terminals only, and not where NO_COLOR asks for none.
+/// Colour is used on terminals only, and not if NO_COLOR is set.
 bool outputTakesColour();
 
 }  // namespace usbdevctl

@@ -17,7 +17,7 @@ ExitStatus failed(const std::string &why) {
 }
 
 ExitStatus forget(const CameraOptions &options) {
-  const HotplugLock lock(kHotplugLockFile);  // no device comes back meanwhile
+  const HotplugLock lock(kHotplugLockFile);  // so that no device is plugged in meanwhile
   if (!lock.error().empty()) return failed(lock.error());
   Camera camera;
   const ExitStatus found = findCamera(options.camera.name(), camera);

@@ -66,7 +66,7 @@ ExitStatus report(const std::vector<Step> &steps, std::size_t done, bool json) {
 }
 
 ExitStatus importSettings(const Options &options) {
-  const HotplugLock lock(kHotplugLockFile);  // no camera comes or goes meanwhile
+  const HotplugLock lock(kHotplugLockFile);  // so that no camera is plugged in or removed meanwhile
   if (!lock.error().empty()) return refuse({lock.error()});
   const std::optional<Settings> settings = readFile(options.file);
   if (!settings) return refuse({});

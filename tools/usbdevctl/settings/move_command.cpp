@@ -91,7 +91,7 @@ ExitStatus report(const Options &options, Move &move) {
 }
 
 ExitStatus move(const Options &options) {
-  const HotplugLock lock(kHotplugLockFile);  // neither camera comes or goes meanwhile
+  const HotplugLock lock(kHotplugLockFile);  // so that neither camera is plugged in or removed meanwhile
   if (!lock.error().empty()) return failed({lock.error()});
   Move move;
   const ExitStatus prepared = prepare(options, move);

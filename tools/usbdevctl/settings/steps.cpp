@@ -35,7 +35,7 @@ std::string nameOf(Kind kind) {
   return "";
 }
 
-/// The steps that give a profile what it has beside its camera.
+/// The steps that apply everything of a profile except its camera.
 void addSettings(Plan &plan, const Camera &camera, const ProfileSettings &wanted) {
   if (!wanted.name.empty()) plan.steps.push_back({Kind::rename, camera, wanted});
   plan.steps.push_back({Kind::stream, camera, wanted});

@@ -13,7 +13,7 @@ inline constexpr char kApplicationFolder[] = "/mnt/ext/opt/apps/Velmora2";
 enum class LinkState {
   none,     // the profile has none
   missing,  // it is not on the disk
-  nowhere,  // it is, and what it leads to is not
+  nowhere,  // the link exists, its target does not
   good,
 };
 

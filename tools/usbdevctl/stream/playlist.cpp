@@ -12,7 +12,7 @@ namespace usbdevctl {
 namespace {
 
 constexpr char kTargetDuration[] = "#EXT-X-TARGETDURATION:";
-constexpr std::size_t kHeadSize = 1024;  // the tag stands before the first segment
+constexpr std::size_t kHeadSize = 1024;  // the tag is before the first segment
 constexpr double kSegmentsWaitedFor = 3;
 
 std::string headOf(const std::string &path) {

@@ -1,4 +1,4 @@
-// The playlist of a live stream: its encoder writes it anew with every segment.
+// The playlist of a live stream: its encoder writes it again with every segment.
 #pragma once
 
 #include <ctime>
