@@ -1,7 +1,6 @@
 #include <usbdev/hotplug.h>
 
 #include <algorithm>
-#include <iterator>
 
 #include "hotplug/channel_setters.h"
 #include "hotplug/channel_update.h"
@@ -54,7 +53,7 @@ int get_conf_chinfo(_usbdev_update *channels, int *conflict_map, int *new_camera
                  [](int code) { return usbdev::ConflictTask{code}; });
   usbdev::NewDevices cameras(new_cameras, *new_camera_count);
   const bool done = usbdev::findCameras(host, all(channels), tasks, cameras);
-  std::transform(std::begin(tasks), std::end(tasks), conflict_map,
+  std::transform(tasks, tasks + usbdev::kChannels, conflict_map,
                  [](usbdev::ConflictTask task) { return static_cast<int>(task); });
   *new_camera_count = cameras.count();
   return done ? 0 : -1;
