@@ -51,7 +51,7 @@ STORY = [
         {0: PLUGGED, 1: {"state": "plugged", "slot": "3-1.2", "parked_behind": 0}},
     ),
     Step(
-        "Two more cameras on other controllers: nobody is in their way; one is faster than 60 frames per second",
+        "Two more cameras on other controllers: they conflict with no other; one is faster than 60 frames per second",
         [
             "sim plug hd-pro-webcam 1-2",
             "sim plug stereo-camera 5-1",
@@ -64,7 +64,7 @@ STORY = [
         looks=[lambda viewer: viewer.watches(0, 1)],
     ),
     Step(
-        "Somebody wants 22 frames per second: the camera's next lower rate is taken, logged and told, and streamed",
+        "A user asks for 22 frames per second: the camera's next lower rate is taken, logged, notified and streamed",
         ["usbdevctl stream show 1", "usbdevctl stream set 1 --fps 22"],
         stored=["ch2/video/framerate: 30.00 -> 20.00", "ch2/vtag: "],
         manager=["event 0  profile 1", "profile 1 streams no more", "profile 1 streams 640x480 at 20.00 from camera 4"],
@@ -73,19 +73,19 @@ STORY = [
         answers=True,
     ),
     Step(
-        "The first camera is pulled out: the manager is told, and channel 1 waits no longer",
+        "The first camera is unplugged: the manager is notified, and channel 1 does not wait any more",
         ["sim unplug 3-1.1"],
         {0: {"state": "unplugged", "profile": 0}, 1: PLUGGED},
         manager=["event 7 (removed)  profile 0", "profile 0 streams no more"],
     ),
     Step(
-        "Another camera goes into its port: channel 0 waits for its own, the newcomer becomes channel 4",
+        "Another camera is plugged into its port: channel 0 is kept for its own camera, the new one becomes channel 4",
         ["sim plug usb2-camera 3-1.1"],
         {0: {"state": "unplugged", "profile": 0}, 4: {**PLUGGED, "slot": "3-1.1", "profile": None}},
         log=["has image size over 60 fps"],
     ),
     Step(
-        "The first camera comes back: channel 0 knows it, profile 0 streams again, and channel 1 waits once more",
+        "The first camera is plugged in again: channel 0 knows it, profile 0 streams again, and channel 1 waits again",
         ["sim unplug 3-1.1", "sim plug hd-usb-camera 3-1.1"],
         {0: {**PLUGGED, "profile": 0}, 1: {"state": "plugged", "parked_behind": 0}, 4: {"state": "unplugged"}},
         manager=[
@@ -95,7 +95,7 @@ STORY = [
         ],
     ),
     Step(
-        "The host is rebooted, and a camera moved meanwhile: the nodes have other numbers, the streams are where they were",
+        "The host is rebooted, and a camera is moved meanwhile: the nodes have other numbers, the streams have their old links",
         ["sandbox reboot --move 5-1 1-1"],
         {0: {**PLUGGED, "profile": 0}, 2: {**PLUGGED, "profile": 1}, 3: {**PLUGGED, "slot": "1-1"}},
         manager=[
@@ -108,12 +108,12 @@ STORY = [
         looks=[lambda viewer: viewer.watches(0, 1)],
     ),
     Step(
-        "Profile 1 is shared: whoever has the link can watch it",
+        "Profile 1 is shared: everybody who has the link can watch it",
         ["usbdevctl share on 1"],
         looks=[lambda viewer: viewer.opens_the_newest_share_link(1)],
     ),
     Step(
-        "The link is renewed: the old one is dead, the new one opens",
+        "The link is renewed: the old one does not work any more, the new one opens",
         ["usbdevctl share renew 1"],
         looks=[lambda viewer: viewer.opens_the_newest_share_link(1), lambda viewer: viewer.tries_the_link_before()],
     ),

@@ -1,4 +1,4 @@
-// The datagram that reports to the manager daemon what changed.
+// The datagram that reports to the manager what changed.
 #pragma once
 
 #include <cstddef>

@@ -124,7 +124,7 @@ def test_a_sound_card_that_the_library_turns_down_is_no_failure(sandbox):
 def test_sim_reports_when_the_library_cannot_be_called(sandbox):
     result = sandbox("rm -rf /tmp/bin; PATH=/nowhere /usr/bin/sim plug usb2-camera 3-1")
     assert result.returncode == 1
-    assert "the library was not told: usbdevctl cannot be run" in result.stderr
+    assert "the library was not called: usbdevctl cannot be run" in result.stderr
 
 
 def test_sim_refuses_with_one_line(sandbox):

@@ -20,7 +20,7 @@ class StreamProcess:
         self._last_written: int | None = None
 
     async def start(self, at_end: Callable[[], None]) -> None:
-        """Calls `at_end` once the process has ended, whoever ended it."""
+        """Calls `at_end` once the process has ended, for whatever reason."""
         self._playlist.parent.mkdir(parents=True, exist_ok=True)
         self._remove_files()  # of a stream whose manager was killed
         self._process = await asyncio.create_subprocess_exec(

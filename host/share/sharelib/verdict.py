@@ -14,7 +14,7 @@ PASSWORD_WRONG = "This is not the password."
 PAUSE = "There were too many wrong attempts."
 FINAL_REASONS = {
     9000: "This link is no longer valid; ask for the new one.",
-    9011: "This link is unknown; it was renewed or taken back.",
+    9011: "This link is unknown; it was renewed or removed.",
 }
 PASSING_REASONS = {
     9001: "The camera is not plugged in.",

@@ -31,5 +31,5 @@ def _run(arguments: list[str]) -> int:
     try:
         return subprocess.run(arguments, check=False).returncode
     except OSError as problem:
-        reason = f"the library was not told: {PROGRAM} cannot be run ({problem.strerror})"
+        reason = f"the library was not called: {PROGRAM} cannot be run ({problem.strerror})"
         raise SimError(reason) from problem

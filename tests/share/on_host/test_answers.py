@@ -64,7 +64,7 @@ def test_each_reason_that_can_pass_has_its_sentence(keys: dict[str, object], sen
     ("question", "sentence"),
     [
         ({"token": "cafd"}, "This link is no longer valid; ask for the new one."),
-        ({"ssid": "00004712"}, "This link is unknown; it was renewed or taken back."),
+        ({"ssid": "00004712"}, "This link is unknown; it was renewed or removed."),
     ],
     ids=["9000", "9011"],
 )

@@ -9,7 +9,7 @@ from conftest import share, shared
 from encoder import Encoder
 from viewer import Viewer
 
-UNKNOWN = "This link is unknown; it was renewed or taken back."
+UNKNOWN = "This link is unknown; it was renewed or removed."
 
 pytestmark = pytest.mark.usefixtures("page", "encoder")
 

@@ -1,4 +1,4 @@
-"""The manager daemon's ear: what the library told it."""
+"""What the manager receives from the library."""
 
 from __future__ import annotations
 

@@ -1,4 +1,4 @@
-// The datagram that reports a change to the manager daemon, decoded.
+// The datagram that reports a change to the manager, decoded.
 #pragma once
 
 #include <array>

@@ -1,4 +1,4 @@
-// The manager daemon's end of the change notification.
+// The manager's end of the change notification.
 #pragma once
 
 #include <cstdint>
