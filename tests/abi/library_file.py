@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """Checks one property of the library file: library_file.py CHECK LIBRARY VERSION_SCRIPT."""
 
+import pathlib
 import re
 import subprocess
 import sys
@@ -51,6 +52,15 @@ def expect_equal(actual, expected):
 def check_exports(library, version_script):
     """The exported symbols are exactly those that the version script lists."""
     expect_equal(dynamic_symbols(library, "defined"), listed_exports(version_script))
+
+
+def check_declarations(_, version_script):
+    """The public headers declare what the version script lists, and nothing else."""
+    headers = pathlib.Path(version_script).parent.parent.joinpath("include/usbdev").glob("*.h")
+    code = re.sub(r"/\*.*?\*/", "", "".join(header.read_text() for header in headers), flags=re.DOTALL)
+    functions = re.findall(r"^[a-z][\w ]*[ *](\w+)\(", code, flags=re.MULTILINE)
+    data = re.findall(r"^extern [\w ]+[ *](\w+)(?:\[\w*\])?;", code, flags=re.MULTILINE)
+    expect_equal(set(functions + data), listed_exports(version_script))
 
 
 def check_soname(library, _):
