@@ -2,7 +2,6 @@
 #include <string>
 
 #include "contract_test.h"
-#include "time_zone.h"
 
 namespace contract {
 namespace {
@@ -107,8 +106,7 @@ TEST_F(AHandOver, IsToTheFirstOneWhenNoneHasATimeBeforeNow) {
 }
 
 TEST_F(AHandOver, TakesNowInTheTimeZoneOfItsHost) {
-  const TimeZone five_and_a_half_hours_ahead("XXX-5:30");
-  host.chance.now = 1709607600;  // 2024-03-05 03:00:00 in UTC
+  host.clock.stopAt("2024-03-05 03:00:00", "XXX-5:30");
   waiting(4, 2, "2024-03-05 08:00:00");
   waiting(5, 1, "2024-03-05 07:00:00");
   handOver();
@@ -116,8 +114,7 @@ TEST_F(AHandOver, TakesNowInTheTimeZoneOfItsHost) {
 }
 
 TEST_F(AHandOver, IsToTheFirstOneWhenEveryTimeIsYetToCome) {
-  const TimeZone five_and_a_half_hours_behind("XXX+5:30");
-  host.chance.now = 1709607600;  // 2024-03-05 03:00:00 in UTC
+  host.clock.stopAt("2024-03-05 03:00:00", "XXX+5:30");
   waiting(4, 2, "2024-03-05 02:00:00");
   waiting(5, 1, "2024-03-05 01:00:00");
   handOver();

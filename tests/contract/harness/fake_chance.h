@@ -1,14 +1,12 @@
-// The clock and the random numbers, which a test may fix.
+// The random numbers, which a test may fix.
 #ifndef CONTRACT_HARNESS_FAKE_CHANCE_H
 #define CONTRACT_HARNESS_FAKE_CHANCE_H
 
 #include <atomic>
-#include <ctime>
 
 namespace contract {
 
 struct FakeChance {
-  std::atomic<time_t> now{-1};    // what time() tells; -1 = the real time
   std::atomic<int> random{-1};    // what rand() gives; -1 = as ever
   std::atomic<int> seedings{0};   // calls of srand()
   std::atomic<unsigned> seed{0};  // the last one's argument

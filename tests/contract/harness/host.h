@@ -8,6 +8,7 @@
 #include <string>
 
 #include "fake_chance.h"
+#include "fake_clock.h"
 #include "fake_commands.h"
 #include "fake_config.h"
 #include "fake_files.h"
@@ -54,6 +55,7 @@ class Host {
   FakeNetwork network{journal};
   FakeSound sound{journal};
   FakeChance chance;
+  FakeClock clock;
 };
 
 }  // namespace contract

@@ -1,9 +1,7 @@
 // A profile is bound to a camera, asked about and renamed.
-#include <ctime>
 #include <string>
 
 #include "assignment_fixture.h"
-#include "time_zone.h"
 
 namespace contract {
 namespace {
@@ -27,14 +25,7 @@ TEST_F(AProfile, IsAssignedWithItsTimeTagAndLink) {
 
 TEST_F(AProfile, IsWrittenInOrderWithTheLocalTimeInTwoDigits) {
   host.commands.allowInsideCriticalSection();
-  tm morning{};
-  morning.tm_year = 2024 - 1900;
-  morning.tm_mon = 2;
-  morning.tm_mday = 5;
-  morning.tm_hour = 7;
-  morning.tm_min = 8;
-  morning.tm_sec = 9;
-  host.chance.now = mktime(&morning);
+  host.clock.stopAt("2024-03-05 07:08:09");
   assign("3-1.2", 2);
   EXPECT_THAT(host.config.writes(), ElementsAre("ch3/profile=2", "ch3/createtime=2024-03-05 07:08:09",
                                                 "ch3/vtag=00004711", std::string("ch3/hlspath=") + kHash));
@@ -42,8 +33,7 @@ TEST_F(AProfile, IsWrittenInOrderWithTheLocalTimeInTwoDigits) {
 
 TEST_F(AProfile, HasTheTimeOfItsHostsTimeZone) {
   host.commands.allowInsideCriticalSection();
-  const TimeZone five_and_a_half_hours_ahead("XXX-5:30");
-  host.chance.now = 1709607600;  // 2024-03-05 03:00:00 in UTC
+  host.clock.stopAt("2024-03-05 03:00:00", "XXX-5:30");
   assign("3-1.2", 2);
   EXPECT_EQ(host.channel(3).get("createtime"), "2024-03-05 08:30:00");
 }

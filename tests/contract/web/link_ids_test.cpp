@@ -37,7 +37,7 @@ TEST_F(AShareId, IsTheRestBelowAHundredMillion) { EXPECT_EQ(idFrom(100000000), "
 TEST_F(AShareId, TakesTheLargestRandomNumber) { EXPECT_EQ(idFrom(2147483647), "47483647"); }
 
 TEST_F(AShareId, IsSeededFromProcessAndTimeAtEveryCall) {
-  host.chance.now = 1700000000;
+  host.clock.stopAt("2023-11-14 22:13:20");
   make();
   make();
   EXPECT_EQ(host.chance.seedings, 2);
@@ -45,7 +45,7 @@ TEST_F(AShareId, IsSeededFromProcessAndTimeAtEveryCall) {
 }
 
 TEST_F(AShareId, IsTheSameTwiceWithinASecond) {
-  host.chance.now = 1700000000;
+  host.clock.stopAt("2023-11-14 22:13:20");
   const std::string first = make();
   EXPECT_EQ(make(), first);
 }
