@@ -36,7 +36,7 @@ static_assert(offsetof(ChangeNotification, request_header) == 16);
 static_assert(offsetof(ChangeNotification, profile) == 32);
 static_assert(offsetof(ChangeNotification, target) == 52);
 
-/// Sends a notification, without waiting for anyone to receive it; false, with a message, when it cannot be sent.
+/// Sends a notification and does not wait for an answer; false, with a message, when it cannot be sent.
 bool sendNotification(const ChangeNotification &notification);
 
 }  // namespace usbdev

@@ -1,7 +1,7 @@
 // The configuration files and their one lock. A ConfigReader or ConfigWriter is a critical section: it takes the lock
 // and opens the file, and its end closes and unlocks on every path. No function that takes the lock is called while one
-// lives, and no command runs, but in the few places that are meant to: those hold a ReaderOverCommands or a
-// WriterOverCommands. What a writer has set is stored when save() returns true, and not before.
+// lives, and no command runs, except in a few places: those use a ReaderOverCommands or a WriterOverCommands. What a
+// writer has set is stored when save() returns true, and not before.
 #pragma once
 
 #include "core/channel_keys.h"
