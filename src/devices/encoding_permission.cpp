@@ -25,11 +25,13 @@ bool isArmProcessor() { return FileLines("/proc/cpuinfo").skipTo("ARM"); }
 
 bool mayEncode() {
   if (!isCodecPackageReady()) return false;
-  CommandLines model("/sbin/readcfg System Model -f /etc/config/Tundrel.conf");
-  if (!model) return true;
-  char line[256];
-  // Intended: Without a model the GPU is not checked.
-  if (model.next(line) && !hasReadyGpu()) return false;
+  {
+    CommandLines model("/sbin/readcfg System Model -f /etc/config/Tundrel.conf");
+    if (!model) return true;
+    char line[256];
+    // Intended: Without a model the GPU is not checked.
+    if (model.next(line) && !hasReadyGpu()) return false;
+  }
   return !isArmProcessor();  // ARM hosts never encode
 }
 

@@ -76,6 +76,14 @@ TEST_F(AnEncodingHost, WithoutAModelIsNotAskedForItsGpu) {
   EXPECT_EQ(host.journal.count("fopen /proc/cpuinfo"), 1);
 }
 
+TEST_F(AnEncodingHost, IsAskedForItsProcessorAfterTheModelCommandHasEnded) {
+  mayEncode();
+  const Lines steps = host.journal.only({"pclose", "fopen"});
+  ASSERT_GE(steps.size(), 2U);
+  EXPECT_EQ(steps[steps.size() - 2], std::string("pclose ") + kModelCommand);
+  EXPECT_EQ(steps.back(), "fopen /proc/cpuinfo");
+}
+
 TEST_F(AnEncodingHost, WithAnEmptyModelLineIsAskedForItsGpu) {
   host.commands.prints(kModelCommand, "\n");
   host.commands.prints(kGpuStateCommand, "driver_installed=0\n");
