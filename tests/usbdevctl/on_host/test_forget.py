@@ -7,52 +7,6 @@ import xml.etree.ElementTree as xml
 import pytest
 from conftest import APPLICATION, CONFIGURATION, document, usbdevctl
 
-# A channel with everything that a camera and its profile leave in it.
-USED = {
-    "exists": "0",
-    "profile": "2",
-    "usbslot": "3-1.2",
-    "devname": "Gone",
-    "slot_switch": "0",
-    "conflictch": "-1",  # the library shows no channel that waits, is unplugged and has no profile
-    "createtime": "2024-03-05 08:15:00",
-    "profilename": "Door",
-    "hlspath": "0123456789abcdef0123456789abcdef",
-    "vtag": "12345678",
-    "video": {
-        "vnode": "5",
-        "venable": "1",
-        "vcodec": "0",
-        "cap": "0 1",
-        "fetype": "3",
-        "width": "640",
-        "height": "480",
-        "framerate": "15.00",
-        "osdenable": "0",
-        "flip": "1",
-        "mirror": "1",
-        "spsstate": "1",
-        "ldspoutput": "1",
-    },
-    "audio": {
-        "anode": "1",
-        "acap": "0 1",
-        "aenable": "0",
-        "acodec": "1",
-        "samplerate": "48000",
-        "channelno": "2",
-        "bitrate": "96000",
-        "volume": "7",
-    },
-    "sharelink": {
-        "shrenable": "1",
-        "pwdenable": "1",
-        "shrpwd": "secret",
-        "ssid": "12345678",
-        "token": "0123",
-        "hash_string": "fedcba9876543210fedcba9876543210",
-    },
-}
 # What the library reads of a channel that never had a device.
 FREE = {
     **dict.fromkeys(("usbslot", "devname", "createtime", "profilename", "hlspath", "vtag"), ""),
@@ -70,6 +24,30 @@ FREE = {
         **dict.fromkeys(("shrpwd", "ssid", "token", "hash_string"), ""),
     },
 }
+
+
+def changed(keys: dict) -> dict:
+    """Returns the keys, each with another value."""
+
+    def other(value: str | dict) -> str | dict:
+        if isinstance(value, dict):
+            return changed(value)
+        return str(int(value) + 1) if value.lstrip("-").isdigit() else "another"
+
+    return {key: other(value) for key, value in keys.items()}
+
+
+# A channel with everything that a camera and its profile leave in it.
+USED = {
+    **changed(FREE),
+    "exists": "0",
+    "profile": "2",
+    "usbslot": "3-1.2",
+    "devname": "Gone",
+    "conflictch": "-1",  # the library shows no channel that waits, is unplugged and has no profile
+    "hlspath": "0123456789abcdef0123456789abcdef",
+}
+USED["sharelink"]["hash_string"] = "fedcba9876543210fedcba9876543210"
 
 
 def channel_text(number: int, keys: dict) -> str:
