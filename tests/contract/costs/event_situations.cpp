@@ -31,7 +31,7 @@ constexpr Costs kGone = kAllChannels + writing(5);
 Situations eventSituations() {
   return {
       // All channels and, for the switch of its port, two values of each up to its own.
-      {"mn_set_usbdev_hotplug", "a known camera is plugged in again", reading(130 + 2) + kProbe + writing(10),
+      {"mn_set_usbdev_hotplug", "a known camera is plugged in again", reading(130 + 2) + kProbe + writing(kCameraKeys),
        [](Host &host) {
          cameraOn(host, 0, "3-1", 1, 0).exists(0);
          cameraComes(host, "3-1");
@@ -60,7 +60,7 @@ Situations eventSituations() {
        }},
       // The displaced camera counts as one at the same root port; its channel is marked with two values more.
       {"mn_set_usbdev_hotplug", "another camera is plugged into a port with a profile",
-       reading(130 + 2) + kProbe + kOneChannel + writing(24 + 2) + repeats(),
+       reading(130 + 2) + kProbe + kOneChannel + writing(kNewCameraKeys + 2) + repeats(),
        [](Host &host) {
          cameraOn(host, 0, "3-1", 2, 0).name("Other camera");
          cameraComes(host, "3-1");

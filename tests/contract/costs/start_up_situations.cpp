@@ -81,7 +81,7 @@ Costs scans(int cameras) { return kScan + cameras * kCameraFound + kScan; }
 constexpr Costs kNoConflicts = writing(0) + writing(0);
 constexpr Costs kOneConflict = writing(0) + kAllChannels + writing(1);
 // Ten new cameras, each a pass of its own, and the bridge of each that finds another one there.
-constexpr Costs kNewKnowingEncoder = kChoice + files() + kListing + kCameraType + writing(24);
+constexpr Costs kNewKnowingEncoder = kChoice + files() + kListing + kCameraType + writing(kNewCameraKeys);
 constexpr Costs kTenNew = 10 * kNewKnowingEncoder + repeats(9) + kOneChannel + repeats() + 9 * kNoBridge;
 // Of a channel that was never used its presence, profile and node decide that the codec check leaves it alone.
 constexpr int kUnused = 3;

@@ -38,8 +38,10 @@ inline constexpr Costs kCameraType = answers() + files();
 inline constexpr Costs kChoice = reading(10 * 13 + 10 * 2);
 // What a camera is: whether it is supported, its formats and its type.
 inline constexpr Costs kProbe = files() + kFormats + kCameraType;
-// One that no channel knows is written with all its settings.
-inline constexpr Costs kNewCamera = kChoice + kProbe + writing(24);
+// How many keys are written for a camera that is plugged in; for one that no channel knows, its settings too.
+inline constexpr int kCameraKeys = 10;
+inline constexpr int kNewCameraKeys = kCameraKeys + 14;
+inline constexpr Costs kNewCamera = kChoice + kProbe + writing(kNewCameraKeys);
 
 // What a profile's camera can do: its channel, and presence, switch, node and stored formats of that.
 inline constexpr Costs kCapability = lookUp(0) + reading(4);
