@@ -1,6 +1,5 @@
 // A host whose answers are plain values.
-#ifndef UNIT_PLAIN_ANSWERS_H
-#define UNIT_PLAIN_ANSWERS_H
+#pragma once
 
 #include <map>
 #include <string>
@@ -17,5 +16,3 @@ struct PlainAnswers {
 inline PlainAnswers plain_answers;
 
 }  // namespace usbdev
-
-#endif

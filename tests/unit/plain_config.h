@@ -1,6 +1,5 @@
 // An open configuration of plain values: what the library reads from it, and what it has set.
-#ifndef UNIT_PLAIN_CONFIG_H
-#define UNIT_PLAIN_CONFIG_H
+#pragma once
 
 #include <map>
 #include <string>
@@ -15,5 +14,3 @@ using PlainConfig = std::map<std::string, std::string>;
 inline OpenConfig opened(PlainConfig &config) { return OpenConfig(&config); }
 
 }  // namespace usbdev
-
-#endif

@@ -1,8 +1,7 @@
 // What a call costs outside the library, counted, and the sums that such counts are made of:
 //   reading(3) + answers() + writing(2)
 // is one pass that reads three keys, a command whose output is read, and one pass that writes two.
-#ifndef CONTRACT_COSTS_COSTS_H
-#define CONTRACT_COSTS_COSTS_H
+#pragma once
 
 #include <string>
 
@@ -68,5 +67,3 @@ Lines repeatedOn(const Host &host);
 std::string describe(const Costs &costs);
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // Every exported function in its typical situations, with what it costs there and no more.
-#ifndef CONTRACT_COSTS_SITUATIONS_H
-#define CONTRACT_COSTS_SITUATIONS_H
+#pragma once
 
 #include <functional>
 #include <ostream>
@@ -50,5 +49,3 @@ void linkOnDisk(Host &host, const std::string &name);
 void makeIdentifiers(Host &host);
 
 }  // namespace contract
-
-#endif

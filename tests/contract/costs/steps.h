@@ -1,6 +1,5 @@
 // What the steps cost that many operations are made of.
-#ifndef CONTRACT_COSTS_STEPS_H
-#define CONTRACT_COSTS_STEPS_H
+#pragma once
 
 #include "costs.h"
 
@@ -50,5 +49,3 @@ inline constexpr Costs kCapability = lookUp(0) + reading(4);
 inline constexpr Costs kNobodyWaits = kAllChannels + writing(0);
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // The rules of conflicts and hand-overs once more, told as plainly as possible, to compare the library with.
-#ifndef CONTRACT_DEVICES_CONFLICT_MODEL_H
-#define CONTRACT_DEVICES_CONFLICT_MODEL_H
+#pragma once
 
 #include <array>
 #include <map>
@@ -55,5 +54,3 @@ class ConflictModel {
 };
 
 }  // namespace contract
-
-#endif

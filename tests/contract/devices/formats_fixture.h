@@ -1,6 +1,5 @@
 // A camera on node 2 whose formats listing is read into a capability table.
-#ifndef CONTRACT_DEVICES_FORMATS_FIXTURE_H
-#define CONTRACT_DEVICES_FORMATS_FIXTURE_H
+#pragma once
 
 #include <array>
 #include <cstring>
@@ -63,5 +62,3 @@ class FormatsTest : public ContractTest {
 };
 
 }  // namespace contract
-
-#endif

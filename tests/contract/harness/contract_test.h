@@ -1,6 +1,5 @@
 // The fixture of every contract test: a host to describe, and the rules that hold after every call of the library.
-#ifndef CONTRACT_HARNESS_CONTRACT_TEST_H
-#define CONTRACT_HARNESS_CONTRACT_TEST_H
+#pragma once
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -33,5 +32,3 @@ std::string openFailure(int code);
 std::string closeFailure(int code);
 
 }  // namespace contract
-
-#endif

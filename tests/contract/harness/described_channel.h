@@ -1,6 +1,5 @@
 // A channel of which every key has a value of its own, none of them a default.
-#ifndef CONTRACT_HARNESS_DESCRIBED_CHANNEL_H
-#define CONTRACT_HARNESS_DESCRIBED_CHANNEL_H
+#pragma once
 
 #include "host.h"
 
@@ -22,5 +21,3 @@ inline HostChannel describeVideoOnly(HostChannel channel) { return describe(chan
 inline HostChannel describeAudioOnly(HostChannel channel) { return describe(channel).vnode(-1); }
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // A host that may encode H.264 in hardware.
-#ifndef CONTRACT_HARNESS_ENCODING_HOST_H
-#define CONTRACT_HARNESS_ENCODING_HOST_H
+#pragma once
 
 #include <string>
 
@@ -24,5 +23,3 @@ inline void allowEncoding(Host &host) {
 }
 
 }  // namespace contract
-
-#endif

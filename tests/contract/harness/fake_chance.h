@@ -1,6 +1,5 @@
 // The random numbers, which a test may fix.
-#ifndef CONTRACT_HARNESS_FAKE_CHANCE_H
-#define CONTRACT_HARNESS_FAKE_CHANCE_H
+#pragma once
 
 #include <atomic>
 
@@ -13,5 +12,3 @@ struct FakeChance {
 };
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // The host's clock: the real one until a test stops it.
-#ifndef CONTRACT_HARNESS_FAKE_CLOCK_H
-#define CONTRACT_HARNESS_FAKE_CLOCK_H
+#pragma once
 
 #include <atomic>
 #include <ctime>
@@ -29,5 +28,3 @@ class FakeClock {
 };
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // Child commands, answered from a script by their exact text. A command without a script prints nothing.
-#ifndef CONTRACT_HARNESS_FAKE_COMMANDS_H
-#define CONTRACT_HARNESS_FAKE_COMMANDS_H
+#pragma once
 
 #include <cstdio>
 #include <functional>
@@ -56,5 +55,3 @@ class FakeCommands {
 };
 
 }  // namespace contract
-
-#endif

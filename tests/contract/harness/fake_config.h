@@ -1,6 +1,5 @@
 // The configuration files, in memory, behind the functions of libvlxmlcfg.so, which this defines.
-#ifndef CONTRACT_HARNESS_FAKE_CONFIG_H
-#define CONTRACT_HARNESS_FAKE_CONFIG_H
+#pragma once
 
 #include <functional>
 #include <map>
@@ -95,5 +94,3 @@ class FakeConfig {
 };
 
 }  // namespace contract
-
-#endif

@@ -1,7 +1,6 @@
 // The files of the host, in memory, behind fopen, fclose, stat and lstat. Only the paths of a host are taken over; the
 // test program's own files are untouched.
-#ifndef CONTRACT_HARNESS_FAKE_FILES_H
-#define CONTRACT_HARNESS_FAKE_FILES_H
+#pragma once
 
 #include <cstdio>
 #include <map>
@@ -49,5 +48,3 @@ class FakeFiles {
 };
 
 }  // namespace contract
-
-#endif

@@ -1,7 +1,6 @@
 // Datagrams that the library sends, kept instead of sent; and its connections, which reach only the servers of the
 // test.
-#ifndef CONTRACT_HARNESS_FAKE_NETWORK_H
-#define CONTRACT_HARNESS_FAKE_NETWORK_H
+#pragma once
 
 #include <netinet/in.h>
 #include <sys/types.h>
@@ -82,5 +81,3 @@ class FakeNetwork {
 };
 
 }  // namespace contract
-
-#endif

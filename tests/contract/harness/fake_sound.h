@@ -1,6 +1,5 @@
 // The host's sound cards, as libalsa_ctl.so describes them.
-#ifndef CONTRACT_HARNESS_FAKE_SOUND_H
-#define CONTRACT_HARNESS_FAKE_SOUND_H
+#pragma once
 
 #include <platform/alsa_ctl.h>
 
@@ -33,5 +32,3 @@ class FakeSound {
 };
 
 }  // namespace contract
-
-#endif

@@ -2,8 +2,7 @@
 //
 //   host.channel(3).exists(1).slot("3-1").name("HD Webcam").profile(1).vnode(2);
 //   host.camera(2, "3-1").ids("046d", "0825").listing(text);
-#ifndef CONTRACT_HARNESS_HOST_H
-#define CONTRACT_HARNESS_HOST_H
+#pragma once
 
 #include <string>
 
@@ -59,5 +58,3 @@ class Host {
 };
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // What the host's tools tell about one camera.
-#ifndef CONTRACT_HARNESS_HOST_CAMERA_H
-#define CONTRACT_HARNESS_HOST_CAMERA_H
+#pragma once
 
 #include <string>
 
@@ -52,5 +51,3 @@ class Listing {
 };
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // One channel of the configuration: what it holds before a call, and what it holds after.
-#ifndef CONTRACT_HARNESS_HOST_CHANNEL_H
-#define CONTRACT_HARNESS_HOST_CHANNEL_H
+#pragma once
 
 #include <string>
 
@@ -50,5 +49,3 @@ class HostChannel {
 };
 
 }  // namespace contract
-
-#endif

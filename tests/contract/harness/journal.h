@@ -1,6 +1,5 @@
 // What the library did to its host, in order, one line each: "open r", "close", "popen CMD", "log 0 TEXT", ...
-#ifndef CONTRACT_HARNESS_JOURNAL_H
-#define CONTRACT_HARNESS_JOURNAL_H
+#pragma once
 
 #include <functional>
 #include <initializer_list>
@@ -37,5 +36,3 @@ class Journal {
 };
 
 }  // namespace contract
-
-#endif

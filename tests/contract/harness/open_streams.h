@@ -1,6 +1,5 @@
 // The streams that the library has open on made-up contents: files and the outputs of child commands.
-#ifndef CONTRACT_HARNESS_OPEN_STREAMS_H
-#define CONTRACT_HARNESS_OPEN_STREAMS_H
+#pragma once
 
 #include <cstdio>
 #include <map>
@@ -33,5 +32,3 @@ class OpenStreams {
 };
 
 }  // namespace contract
-
-#endif

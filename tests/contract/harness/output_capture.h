@@ -1,6 +1,5 @@
 // What the program writes to its standard error or standard output while this exists.
-#ifndef CONTRACT_HARNESS_OUTPUT_CAPTURE_H
-#define CONTRACT_HARNESS_OUTPUT_CAPTURE_H
+#pragma once
 
 #include <cstdio>
 #include <string>
@@ -25,5 +24,3 @@ class OutputCapture {
 };
 
 }  // namespace contract
-
-#endif

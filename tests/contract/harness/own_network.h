@@ -1,6 +1,5 @@
 // A network of the test's own, for tests of real sockets.
-#ifndef CONTRACT_HARNESS_OWN_NETWORK_H
-#define CONTRACT_HARNESS_OWN_NETWORK_H
+#pragma once
 
 #include <net/if.h>
 #include <netinet/in.h>
@@ -26,5 +25,3 @@ inline bool enterNetworkOfItsOwn() {
 }
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // The C library's own definition of a function that the test program defines itself.
-#ifndef CONTRACT_HARNESS_REAL_FUNCTION_H
-#define CONTRACT_HARNESS_REAL_FUNCTION_H
+#pragma once
 
 #include <dlfcn.h>
 
@@ -12,5 +11,3 @@ Function *realFunction(const char *name) {
 }
 
 }  // namespace contract
-
-#endif

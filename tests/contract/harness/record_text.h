@@ -1,6 +1,5 @@
 // The caller's records as text, and their bytes before a call.
-#ifndef CONTRACT_HARNESS_RECORD_TEXT_H
-#define CONTRACT_HARNESS_RECORD_TEXT_H
+#pragma once
 
 #include <usbdev/records.h>
 
@@ -61,5 +60,3 @@ inline constexpr char kPresetAudio[] = "node -1 profile -1 codec 0 enable 0 8000
 inline constexpr char kPresetPicture[] = "osd 1 flip 0 mirror 0 ldsp 0";
 
 }  // namespace contract
-
-#endif

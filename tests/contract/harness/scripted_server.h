@@ -1,7 +1,6 @@
 // A TCP server on the loopback address that answers one connection after the other as its script says, and
 // waits 20 seconds at most for each.
-#ifndef CONTRACT_HARNESS_SCRIPTED_SERVER_H
-#define CONTRACT_HARNESS_SCRIPTED_SERVER_H
+#pragma once
 
 #include <string>
 #include <thread>
@@ -43,5 +42,3 @@ class ScriptedServer {
 };
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // The links under which streams are watched: where they lie, what names a new one, and the commands about them.
-#ifndef CONTRACT_HARNESS_STREAM_LINKS_H
-#define CONTRACT_HARNESS_STREAM_LINKS_H
+#pragma once
 
 #include <string>
 
@@ -20,5 +19,3 @@ inline std::string linking(int directory, const std::string &name) {
 inline std::string removing(const std::string &name) { return "exec /bin/rm -rf " + kLinkFolder + name; }
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // A device event at port 1-1: unless a test says otherwise a camera on node 2 that offers MJPEG is plugged in.
-#ifndef CONTRACT_HOTPLUG_HOTPLUG_FIXTURE_H
-#define CONTRACT_HOTPLUG_HOTPLUG_FIXTURE_H
+#pragma once
 
 #include <cstring>
 #include <string>
@@ -88,5 +87,3 @@ class HotplugTest : public ContractTest {
 };
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // A host at start-up, with cameras and sound cards under their drivers.
-#ifndef CONTRACT_HOTPLUG_START_FIXTURE_H
-#define CONTRACT_HOTPLUG_START_FIXTURE_H
+#pragma once
 
 #include <string>
 
@@ -46,5 +45,3 @@ class AStart : public ContractTest {
 };
 
 }  // namespace contract
-
-#endif

@@ -1,6 +1,5 @@
 // A camera on channel 3 that a profile may be bound to.
-#ifndef CONTRACT_PROFILES_ASSIGNMENT_FIXTURE_H
-#define CONTRACT_PROFILES_ASSIGNMENT_FIXTURE_H
+#pragma once
 
 #include <string>
 
@@ -30,5 +29,3 @@ class AProfile : public ContractTest {
 };
 
 }  // namespace contract
-
-#endif

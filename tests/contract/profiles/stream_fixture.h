@@ -1,6 +1,5 @@
 // Profile 2 on channel 4, whose camera on node 5 lists MJPEG and raw formats, and a change of its stream.
-#ifndef CONTRACT_PROFILES_STREAM_FIXTURE_H
-#define CONTRACT_PROFILES_STREAM_FIXTURE_H
+#pragma once
 
 #include <string>
 
@@ -64,5 +63,3 @@ class StreamTest : public ContractTest {
 };
 
 }  // namespace contract
-
-#endif

@@ -1,8 +1,7 @@
 // A TCP server on the loopback address for one connection. It sends its reply piece by piece, each piece only once the
 // program waits for bytes, and then ends in one of several ways. What it waits for itself it waits for 20 seconds at
 // most.
-#ifndef CONTRACT_WEB_HESITANT_SERVER_H
-#define CONTRACT_WEB_HESITANT_SERVER_H
+#pragma once
 
 #include <string>
 #include <thread>
@@ -46,5 +45,3 @@ class HesitantServer {
 };
 
 }  // namespace contract
-
-#endif
