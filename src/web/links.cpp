@@ -18,7 +18,8 @@ void makeStreamLink(int profile, const char *name) {
   if (name[0] == '\0') return;
   LinkPath target;
   LinkPath link;
-  formatText(target, "/mnt/ext/opt/apps/Velmora2/hls/channel%d", profile + 1);
+  // A stored profile may be any number, even the largest.
+  formatText(target, "/mnt/ext/opt/apps/Velmora2/hls/channel%d", static_cast<int>(static_cast<unsigned>(profile) + 1U));
   formatLinkPath(link, name);
   makeLink(target, link);
 }

@@ -1,4 +1,5 @@
 // What an update of the channels writes and links, from records that the scans have filled.
+#include <climits>
 #include <cstring>
 #include <string>
 
@@ -94,6 +95,12 @@ TEST_F(AnUpdate, LinksEachProfileToItsDirectory) {
   update();
   EXPECT_THAT(links(), ElementsAre(linking(1, "x"), linking(4, "x")));
   EXPECT_THAT(host.config.writes(), Not(Contains("ch2/hlspath=x"))) << "a name that is there stays unwritten";
+}
+
+TEST_F(AnUpdate, OfTheLargestNumberAsAProfileCountsItsDirectoryWithoutOverflow) {
+  std::strcpy(withCamera(INT_MAX).hlspath, "x");
+  update();
+  EXPECT_THAT(links(), ElementsAre(linking(INT_MIN, "x")));
 }
 
 TEST_F(AnUpdate, WithoutALinkNameStoresANewOneInFileAndRecord) {
