@@ -120,15 +120,15 @@ def test_the_page_sends_its_address_to_no_other_site() -> None:
 
 
 @pytest.fixture
-def public_link() -> Path:
-    """The public link of a shared camera with a playlist."""
+def stream_link() -> Path:
+    """The symbolic link to the stream of a shared camera with a playlist."""
     store()
     (STREAM / "playlist.m3u8").write_text("#EXTM3U\n")
     return APPLICATION / share("on", "0", "--json")["hash"]
 
 
-def test_a_playlist_is_not_kept_anywhere(public_link: Path) -> None:
-    answer, content = request("GET", f"/{public_link.name}/playlist.m3u8")
+def test_a_playlist_is_not_kept_anywhere(stream_link: Path) -> None:
+    answer, content = request("GET", f"/{stream_link.name}/playlist.m3u8")
     assert (answer.status, content) == (200, b"#EXTM3U\n")
     assert answer.headers["Content-Type"] == "application/vnd.apple.mpegurl"
     assert answer.headers["Cache-Control"] == "no-store"
@@ -136,18 +136,18 @@ def test_a_playlist_is_not_kept_anywhere(public_link: Path) -> None:
 
 
 @pytest.mark.parametrize("change", ["renew", "off"])
-def test_a_public_link_ends_with_the_link(public_link: Path, change: str) -> None:
+def test_a_streams_files_are_served_as_long_as_its_link_exists(stream_link: Path, change: str) -> None:
     share(change, "0")
-    assert request("GET", f"/{public_link.name}/playlist.m3u8")[0].status == 404
+    assert request("GET", f"/{stream_link.name}/playlist.m3u8")[0].status == 404
 
 
 @pytest.mark.parametrize(
     "file", ["notes.txt", ".playlist.m3u8", "../channel1/playlist.m3u8", "%2e%2e/channel1/playlist.m3u8"]
 )
-def test_nothing_but_a_streams_own_files_is_given_out(public_link: Path, file: str) -> None:
+def test_nothing_but_a_streams_own_files_is_given_out(stream_link: Path, file: str) -> None:
     (STREAM / "notes.txt").write_text("private")
     (STREAM / ".playlist.m3u8").write_text("private")
-    assert request("GET", f"/{public_link.name}/{file}")[0].status == 404
+    assert request("GET", f"/{stream_link.name}/{file}")[0].status == 404
 
 
 def test_a_link_that_leads_elsewhere_is_not_followed(tmp_path: Path) -> None:
@@ -157,10 +157,10 @@ def test_a_link_that_leads_elsewhere_is_not_followed(tmp_path: Path) -> None:
     (APPLICATION / HASH).unlink()
 
 
-def test_links_are_in_no_log(page: SharePage, public_link: Path) -> None:
-    request("GET", f"/{public_link.name}/gone.ts")
+def test_links_are_in_no_log(page: SharePage, stream_link: Path) -> None:
+    request("GET", f"/{stream_link.name}/gone.ts")
     request("GET", "/nowhere?token=cafe")
     request("POST", "/share/open", json.dumps({"token": "cafe"}))
     logged = page.log.read_text()
     assert "cafe" not in logged
-    assert public_link.name not in logged
+    assert stream_link.name not in logged

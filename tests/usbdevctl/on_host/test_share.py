@@ -21,7 +21,7 @@ def test_a_profile_that_is_not_shared_has_no_link(profile: str) -> None:
     }
 
 
-def test_a_shared_profile_has_a_page_and_a_public_link(profile: str) -> None:
+def test_a_shared_profile_has_a_page_and_a_link_to_its_stream(profile: str) -> None:
     link = document("share", "on", profile)
     assert (link["sharing"], link["password"]) == (True, False)
     assert link["page"] == f"/share?ssid={link['ssid']}&token={link['token']}"

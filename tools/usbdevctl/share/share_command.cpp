@@ -39,7 +39,7 @@ Fields describe(const ShareLinkInfo &link) {
       .add(answerField("password", link.pwdenable != 0))
       .add(absentIfEmpty(headed("share id", textField("ssid", fieldText(link.ssid)))))
       .add(absentIfEmpty(textField("token", fieldText(link.token))))
-      .add(absentIfEmpty(headed("public link", textField("hash", fieldText(link.hash_string)))))
+      .add(absentIfEmpty(textField("hash", fieldText(link.hash_string))))
       .add(absentIfEmpty(textField("page", pageOf(link))));
 }
 
