@@ -76,7 +76,7 @@ class Answers {
  public:
   /// The processor file of the one-channel question; its host serves more than one.
   void askOneChannel();
-  /// The path of the device that a node's controller sits on; "" when it is behind no bridge.
+  /// The path of the device that a node's controller sits on; "" when it is not behind a bridge.
   const std::string &bridgeOf(int node);
   /// Do two cameras share a root port or a bridge?
   bool conflict(const Camera &one, const Camera &other);
@@ -86,7 +86,7 @@ class Answers {
   std::map<int, std::string> bridges_;
 };
 
-/// A new camera comes to a channel: which one it is, what it can, whom it meets there, and its settings are written.
+/// A new camera comes to a channel: its ids and formats and the other cameras are looked up, its settings written.
 void plugIn(Answers &answers, int channel, const Camera &camera, const std::vector<Camera> &others);
 
 }  // namespace bench

@@ -1,5 +1,5 @@
 // A login by the library, and the same requests over bare sockets: what does the library add? The second that a login
-// waits before it ends its session passes on neither side, and nobody is asked for the port.
+// waits before it ends its session passes on neither side, and no command is run for the port.
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -72,7 +72,7 @@ class Service {
   std::thread thread_;
 };
 
-/// The library tells of each login on standard output, which belongs to the figures.
+/// The library prints a line for each login on standard output, where the results of the bench go too.
 class Silence {
  public:
   Silence() : output_(dup(STDOUT_FILENO)) {

@@ -1,5 +1,5 @@
-// A channel as one pass over the configuration file reads it. Who reads takes its own choice of the keys, in its own
-// order; the rest of the snapshot stays as in a channel that was never used.
+// A channel as one pass over the configuration file reads it. Each operation reads only some of the keys, in
+// its own order; the rest of the snapshot stays as in a channel that was never used.
 #pragma once
 
 #include "core/config.h"

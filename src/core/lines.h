@@ -23,7 +23,7 @@ class Lines {
   /// The number in the first 127 bytes of the next line; `otherwise` where there is no line.
   int nextNumber(int otherwise);
 
-  /// Leaves the stream open for ever, as a few readers have to.
+  /// Never closes the stream, as a few readers have to.
   void leaveOpen() { stream_ = nullptr; }
 
  protected:

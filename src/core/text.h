@@ -10,7 +10,7 @@ namespace usbdev {
 struct TextBuffer {
   template <std::size_t N>
   TextBuffer(char (&array)[N]) : start(array), size(N) {}  // implicit: every array is one
-  /// A caller's buffer, whose size the caller is told in the public header.
+  /// A caller's buffer, whose size the public header states.
   TextBuffer(char *buffer, std::size_t buffer_size) : start(buffer), size(buffer_size) {}
 
   char *start;

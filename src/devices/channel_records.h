@@ -1,5 +1,5 @@
-// The records that describe a channel to the settings pages, filled from its keys. Each reader takes its own choice of
-// a record's fields and leaves the others as they are.
+// The records that describe a channel to the settings pages, filled from its keys. Each reader sets only some of a
+// record's fields and leaves the others as they are.
 #pragma once
 
 #include <usbdev/records.h>

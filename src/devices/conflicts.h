@@ -49,7 +49,7 @@ enum class ConflictTask : int { leave = -1, clear_and_recompute = 0, recompute =
 
 using ConflictTasks = ConflictTask[kChannels];
 
-/// Does the tasks; afterwards `recompute` stands for a channel that was recomputed, `leave` for another one. False when
+/// Does the tasks; afterwards `recompute` marks a channel that was recomputed, `leave` any other one. False when
 /// something could not be stored.
 bool recomputeConflicts(HostAnswers &host, ConflictTasks &tasks);
 

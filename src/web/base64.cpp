@@ -71,7 +71,7 @@ inline unsigned char *decodeGroup(const char *in, unsigned char *out) {
 /// A last group gives one byte fewer than it has characters.
 unsigned char *decodeRest(const char *in, std::size_t held, unsigned char *out) {
   if (held < 2) return out;
-  char group[kGroup] = {'A', 'A', 'A', 'A'};  // which stand for zero bits
+  char group[kGroup] = {'A', 'A', 'A', 'A'};  // which mean zero bits
   std::memcpy(group, in, held);
   unsigned char bytes[kGroup];
   decodeGroup(group, bytes);

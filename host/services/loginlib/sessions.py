@@ -1,4 +1,4 @@
-"""The open sessions. They end at the logout, when nobody has asked for them for some time, and with the service."""
+"""The open sessions. They end at the logout, when no request has asked for them for some time, and with the service."""
 
 from __future__ import annotations
 

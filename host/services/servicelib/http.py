@@ -23,7 +23,7 @@ REFUSAL = (
 
 
 class Server(HTTPServer):
-    """Refuses bodies in chunks, because tornado reads a chunk of negative length for ever and serves nobody meanwhile."""
+    """Refuses bodies in chunks, because tornado hangs for all clients at one of negative length."""
 
     def handle_stream(self, stream: IOStream, address: tuple[str, int]) -> None:
         write = stream.write

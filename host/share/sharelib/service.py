@@ -112,7 +112,7 @@ async def serve(address: str) -> None:
 
 
 def main(arguments: list[str]) -> int:
-    parser = argparse.ArgumentParser(prog="share-page", description="Shows the streams behind share links.")
+    parser = argparse.ArgumentParser(prog="share-page", description="Shows the streams that share links open.")
     parser.add_argument("--address", metavar="IP", default="127.0.0.1", help="address to serve (default: 127.0.0.1)")
     options = parser.parse_args(arguments)
     if not (PLAYER / "hls.min.js").exists():

@@ -33,4 +33,4 @@ class StreamFile(Answer, StaticFileHandler):
         self.set_header("Cache-Control", "no-store")
 
     def compute_etag(self) -> None:
-        """Returns None: versions would be kept in memory for ever, and a playlist's would never change."""
+        """Returns None: versions would be kept in memory and never removed, and a playlist's would never change."""

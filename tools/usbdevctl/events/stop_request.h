@@ -18,7 +18,7 @@ class StopRequest {
   enum class Event { readable, stopped, timed_out };
 
   /// Waits until the descriptor can be read, stop is requested or the time is up. A descriptor of -1 is never
-  /// readable; no time-out means for ever.
+  /// readable; no time-out means without a limit.
   Event wait(int descriptor, std::optional<int> milliseconds) const;
 
  private:

@@ -50,7 +50,7 @@ ExitStatus prepare(const Options &options, Move &move) {
   return ExitStatus::ok;
 }
 
-/// Says what became of a move that failed in the middle.
+/// Prints what became of a move that failed in the middle.
 ExitStatus takeBack(const Move &move, std::size_t done) {
   const std::vector<Step> &steps = move.plan.steps;
   complain("failed: " + stepText(steps[done]));

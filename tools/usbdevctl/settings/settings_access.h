@@ -5,7 +5,7 @@
 
 namespace usbdevctl {
 
-/// The settings of a profile that is bound; nothing where they cannot be read.
+/// The settings of a profile that a camera has; nothing where they cannot be read.
 std::optional<ProfileSettings> readProfileSettings(int profile);
 
 /// What the planning asks of a camera that is attached; runs commands.

@@ -38,7 +38,7 @@ struct CameraFacts {
 };
 
 /// Brings the cameras to the settings: what the settings do not name stays. It is all or nothing: an attached camera
-/// that is missing, a profile that is bound otherwise, an assignment that would do harm, or a stream that the camera
+/// that is missing, a profile that another camera has, an assignment that would do harm, or a stream that the camera
 /// does not offer, refuses the whole. Facts are those of the attached cameras.
 Plan planImport(const Settings &settings, ChannelRows rows, const std::vector<CameraFacts> &facts);
 
