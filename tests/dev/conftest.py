@@ -94,7 +94,7 @@ exit {status}""")
         try:
             while chunk := os.read(ours, 4096):
                 output += chunk
-        except OSError:  # the way in which a terminal's other end says that nobody is left
+        except OSError:  # this is how a terminal reports that its last writer is gone
             pass
         os.close(ours)
         return Outcome(process.wait(), output.decode().replace("\r\n", "\n"))

@@ -126,7 +126,7 @@ TEST_F(AConfiguration, BringsBackTheOutermostIntegers) {
   }
 }
 
-TEST_F(AConfiguration, ReadsWhatIsNoDecimalIntegerAsTheDefault) {
+TEST_F(AConfiguration, ReadsWhatIsNotADecimalIntegerAsTheDefault) {
   for (const char *garbage : {"", "x", "1x", "0x10", "+1", "1 ", "1.0", "2147483648", "--1"}) {
     storedAndReadAgain(garbage);
     EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "devname", 77), 77) << garbage;

@@ -150,7 +150,7 @@ TEST_F(AKilledWriter, LeavesTheOldOrTheNewFile) {
   EXPECT_GT(generation, 0) << "no writer came to its first replacement";
 }
 
-TEST_F(AKilledWriter, LeavesNothingThatTheNextOneDoesNotTakeAway) {
+TEST_F(AKilledWriter, LeavesNothingThatTheNextOneDoesNotRemove) {
   killAtRandomMoment(0);
   writeFile(kFolder + "/.usbdev.conf.new", "<half");
   Configuration writer(kWrite, kFile);

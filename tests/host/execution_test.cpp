@@ -32,7 +32,7 @@ TEST_F(AProgram, KilledByASignalGives128AndItsNumber) {
   EXPECT_EQ(orda_exec(0, 0, 0, "/bin/sh", "-c", "kill -9 $$", nullptr), 137);
 }
 
-TEST_F(AProgram, ThatIsMissingOrNoProgramGivesAFailure) {
+TEST_F(AProgram, ThatIsMissingOrNotAProgramGivesAFailure) {
   writeFile("/mnt/run/text", "no program");
   EXPECT_EQ(orda_exec(0, 0, 0, "/mnt/run/none", nullptr), -1);
   EXPECT_EQ(orda_exec(0, 0, 0, "/mnt/run/text", nullptr), -1);

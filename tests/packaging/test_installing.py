@@ -75,7 +75,7 @@ def installed(
 
 
 def pkg_config(libraries: Path, **environment: str) -> list[str]:
-    """What pkg-config says of the library that is installed in the folder."""
+    """What pkg-config prints about the library that is installed in the folder."""
     found = subprocess.run(["pkg-config", "--cflags", "--libs", "usbdevlib"], check=True, capture_output=True, text=True,
                            env=os.environ | {"PKG_CONFIG_LIBDIR": f"{libraries}/pkgconfig"} | environment)
     return shlex.split(found.stdout)

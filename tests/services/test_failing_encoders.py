@@ -1,4 +1,4 @@
-"""Encoders that end or stand still: what the manager says, and when it starts them again."""
+"""Encoders that end or hang: what the manager prints, and when it starts them again."""
 
 from __future__ import annotations
 

@@ -83,7 +83,7 @@ class TestTheUsersCommand:
         assert login_users(file, "remove", "ann") == (0, "", "")
         assert login_users(file, "list") == (0, "bob\n", "")
 
-    def test_says_what_it_cannot_do(self, file: Path) -> None:
+    def test_reports_what_it_cannot_do(self, file: Path) -> None:
         assert login_users(file, "remove", "ann") == (1, "", "login-users: there is no user 'ann'\n")
         assert login_users(file, "add", "ann") == (1, "", "login-users: a password has 1 to 64 bytes\n")
 
@@ -129,7 +129,7 @@ class TestTheQuery:
         assert query.password({"pwd": b"not base64"}) is None
         assert query.password({}) is None
 
-    def test_bytes_that_are_no_text_are_no_user_name(self) -> None:
+    def test_bytes_that_are_not_text_are_not_a_user_name(self) -> None:
         assert query.text({"user": b"\xff"}, "user") is None
 
 

@@ -1,4 +1,4 @@
-"""The manager's live streams: what it starts, restarts and stops when the library tells of changes."""
+"""The manager's live streams: what it starts, restarts and stops when the library notifies it of changes."""
 
 from __future__ import annotations
 
@@ -10,7 +10,7 @@ PROBE = f"""probe() {{ ffprobe -v error -select_streams v:0 -show_entries stream
 """
 
 
-def test_a_profile_streams_with_its_size_and_rate_until_its_slot_is_off(with_services: RunOnHost) -> None:
+def test_a_profile_streams_with_its_size_and_rate_until_its_port_is_off(with_services: RunOnHost) -> None:
     done = with_services(
         SHELL + PROBE + SMALL + "live; probe\n" + STATUS
         + "store framerate=10 vcodec=0; said 'at 10.00' 1; live; probe\n" + STATUS
@@ -22,7 +22,7 @@ def test_a_profile_streams_with_its_size_and_rate_until_its_slot_is_off(with_ser
     )
 
 
-def test_a_slot_that_is_switched_on_streams_again_until_the_profile_is_cleared(with_services: RunOnHost) -> None:
+def test_a_port_that_is_switched_on_streams_again_until_the_profile_is_cleared(with_services: RunOnHost) -> None:
     done = with_services(
         SHELL + SMALL + "switch off; said 'no more' 1; switch enable; said 'streams 160' 2\n"
         "usbdevctl clear 1 >/dev/null; said 'no more' 2\n" + STATUS + f"grep '^profile' {LOG}"

@@ -21,7 +21,7 @@ def translate(listing: bytes) -> bytes:
 
 @pytest.fixture
 def tool(tmp_path):
-    """Makes a v4l2-ctl that behaves as a script says, and runs the front over it."""
+    """Makes a v4l2-ctl that behaves as a script describes, and runs the front over it."""
 
     def run(script: str, *arguments: str) -> subprocess.CompletedProcess[str]:
         path = tmp_path / "v4l2-ctl"

@@ -69,12 +69,12 @@ def test_the_card_is_behind_a_bridge(old_pc, port, bridges):
     assert (root / "run/usbdev-sim/nodes/video0/walk").read_text().count('class}=="0x0604') == bridges
 
 
-def parked(configuration: str) -> list[str]:
+def conflict_marks(configuration: str) -> list[str]:
     return re.findall(r"<conflictch>(.*)</conflictch>", configuration)
 
 
 @pytest.mark.parametrize(
-    ("ports", "waits_behind"),
+    ("ports", "mark"),
     [
         (("1-1", "1-2"), "-1"),  # one controller, without a bridge
         (("2-1", "2-2"), "0"),  # one controller behind a bridge
@@ -83,14 +83,14 @@ def parked(configuration: str) -> list[str]:
         (("3-1.1", "4-1.1"), "-1"),
     ],
 )
-def test_cameras_of_one_root_port_or_of_one_controller_behind_a_bridge_wait_for_each_other(sandbox, ports, waits_behind):
+def test_cameras_of_one_root_port_or_of_one_controller_behind_a_bridge_wait_for_each_other(sandbox, ports, mark):
     first, second = ports
     result = sandbox(
         f"{{ sim plug usb2-camera {first} && usbdevctl assign {first} 0 && sim plug usb2-camera {second}; }} >/dev/null"
         " && cat /etc/config/usbdev.conf",
         *("--topology", TOPOLOGY),
     )
-    assert (result.returncode, parked(result.stdout)) == (0, ["-1", waits_behind])
+    assert (result.returncode, conflict_marks(result.stdout)) == (0, ["-1", mark])
 
 
 def test_a_reboot_finds_the_cameras_of_all_controllers_again(sandbox):

@@ -1,4 +1,4 @@
-"""The tools of the sandboxed host answer as the real ones do, and "sim" tells the library what it plugs."""
+"""The tools of the sandboxed host answer as the real ones do, and "sim" reports to the library what it plugs in."""
 
 from __future__ import annotations
 
@@ -116,7 +116,7 @@ def test_sim_ends_as_the_report_of_the_camera_ended(sandbox):
     assert result.returncode == 4
 
 
-def test_a_sound_card_that_the_library_turns_down_is_no_failure(sandbox):
+def test_a_sound_card_that_the_library_refuses_is_not_a_failure(sandbox):
     result = sandbox("ENDING='[ \"$3\" = camera ] || exit 4'\n" + SHOW_CALLS + "sim plug hd-pro-webcam 3-1")
     assert result.returncode == 0
 

@@ -10,7 +10,7 @@ SECOND = 'channel 1  3-1.2  "USB 2.0 Camera: HD USB Camera"'
 CONFLICTS = "usbdevctl channels --json"
 
 
-def parked(channels: Done) -> list[int | None]:
+def waiting_for(channels: Done) -> list[int | None]:
     """The channels that the first three channels wait for."""
     return [row["parked_behind"] for row in channels.json["channels"][:3]]
 
@@ -55,7 +55,7 @@ def test_a_camera_that_waits_gets_no_profile_and_stops_no_other(on_host: RunOnHo
         why,
         advice,
     ]
-    assert parked(channels) == [None, 0, None]
+    assert waiting_for(channels) == [None, 0, None]
 
 
 def test_a_camera_that_waits_gets_its_profile_anyway(on_host: RunOnHost) -> None:
@@ -67,7 +67,7 @@ def test_a_camera_that_waits_gets_its_profile_anyway(on_host: RunOnHost) -> None
     )
     assert anyway.out == f"profile 1 assigned: {SECOND}  profile 1\nwaits for it now: {FIRST}  profile 0\n"
     assert (anyway.err, anyway.status) == ("usbdevctl: it does not stream: it waits for channel 0\n", 0)
-    assert parked(channels) == [1, 0, None]
+    assert waiting_for(channels) == [1, 0, None]
 
 
 def test_a_camera_gets_its_profile_after_the_advised_change(on_host: RunOnHost) -> None:
@@ -78,7 +78,7 @@ def test_a_camera_gets_its_profile_after_the_advised_change(on_host: RunOnHost) 
         assert (assigned.err, assigned.status) == ("", 0), remedy
 
 
-def test_an_unsupported_camera_uses_no_profile_up(on_host: RunOnHost) -> None:
+def test_an_unsupported_camera_takes_no_profile(on_host: RunOnHost) -> None:
     _, refused, free, anyway = run_all(
         on_host,
         "echo 'USB 2.0 Camera: USB Camera' >/etc/config/.usbnosupportlist.dat; sim plug usb2-camera 3-1",
@@ -93,7 +93,7 @@ def test_an_unsupported_camera_uses_no_profile_up(on_host: RunOnHost) -> None:
 
 
 def test_a_profile_for_the_camera_in_a_displaced_ones_port_is_not_lost(on_host: RunOnHost) -> None:
-    """The library would bind it to the channel of the displaced camera, and do nothing where that has the profile."""
+    """The library would assign it to the channel of the displaced camera, and do nothing where that has the profile."""
     _, other, same = run_all(
         on_host,
         "sim plug usb2-camera 3-1; usbdevctl assign 3-1 0; usbdevctl plug --type camera --node 0 --slot 3-1 --name B",

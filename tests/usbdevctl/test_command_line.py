@@ -117,7 +117,7 @@ def test_the_help_shows_the_commands_in_groups() -> None:
 
 
 def every_command(*group: str) -> list[tuple[str, ...]]:
-    """The commands that the help names, those of each group behind it."""
+    """The commands that the help names, those of each group after it."""
     commands = []
     for name in help_of(*group)["commands"]:
         commands += [(*group, name), *every_command(*group, name)]
@@ -134,7 +134,7 @@ def test_every_command_has_help_that_shows_its_usage() -> None:
     for command in commands:
         text = help_of(*command)["text"]
         assert f"Usage: usbdevctl {' '.join(command)} " in text
-        assert text.splitlines()[0], "the first line says what the command does"
+        assert text.splitlines()[0], "the first line states what the command does"
 
 
 def test_every_command_that_shows_something_has_json() -> None:

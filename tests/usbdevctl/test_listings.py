@@ -172,7 +172,7 @@ def test_the_ports_are_listed_with_what_their_cameras_offer(on_host: RunOnHost) 
     ]
 
 
-def test_a_slot_that_two_channels_hold_is_listed_once(on_host: RunOnHost) -> None:
+def test_a_port_that_two_channels_hold_is_listed_once(on_host: RunOnHost) -> None:
     configuration = "".join(
         f"<ch{channel}><exists>{exists}</exists><usbslot>3-1</usbslot></ch{channel}>"
         for channel, exists in enumerate((-1, 1))

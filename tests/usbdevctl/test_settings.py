@@ -4,7 +4,7 @@ from __future__ import annotations
 
 from conftest import RunOnHost, run_all
 
-# A camera with both codecs in a port of its own; profile 0 is bound to it.
+# A camera with both codecs in a port of its own; it has profile 0.
 CAMERA = "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 0"
 UNBOUND = "usbdevctl: profile 0 has no camera; no channel has a camera\n"
 NAME = "USB 2.0 Camera"
@@ -165,7 +165,7 @@ def test_a_profile_whose_port_is_off_has_no_capabilities(on_host: RunOnHost) -> 
     assert [(caps.out, caps.err, caps.status) for caps in (unbound, off)] == 2 * [("", none, 3)]
 
 
-def test_a_slot_is_switched_off_and_on_again(on_host: RunOnHost) -> None:
+def test_a_port_is_switched_off_and_on_again(on_host: RunOnHost) -> None:
     _, off, listed, on, log = run_all(
         on_host,
         CAMERA,

@@ -1,4 +1,4 @@
-// The datagram that tells the manager about a change.
+// The datagram that notifies the manager of a change.
 #include <string>
 
 #include "contract_test.h"
@@ -40,7 +40,7 @@ TEST_F(AChangeNotification, IsSentByteForByte) {
   EXPECT_EQ(host.network.datagrams().at(0).bytes, datagram);
 }
 
-TEST_F(AChangeNotification, SaysNothingAndReadsNoConfiguration) {
+TEST_F(AChangeNotification, PrintsNothingAndReadsNoConfiguration) {
   send();
   EXPECT_EQ(message, "");
   EXPECT_EQ(host.journal.count("open r"), 0);

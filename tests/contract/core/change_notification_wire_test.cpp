@@ -55,7 +55,7 @@ TEST_F(TheManager, ReceivesOneDatagramForEachNotification) {
   EXPECT_EQ(received(), "");
 }
 
-TEST_F(TheManager, IsToldByAProcessWithoutStandardInput) {
+TEST_F(TheManager, IsNotifiedByAProcessWithoutStandardInput) {
   listen();
   const int input = dup(STDIN_FILENO);
   close(STDIN_FILENO);  // the next socket takes its number, 0

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 
 class TheChannelFile : public ContractTest {
  protected:
-  // The device name of profile 0, read by the library into a buffer with guards behind its 256 bytes.
+  // The device name of profile 0, read by the library into a buffer with guards after its 256 bytes.
   std::string deviceName() {
     std::string buffer(300, '#');
     EXPECT_EQ(vl_getDevName(0, buffer.data()), 0);
@@ -45,7 +45,7 @@ TEST_F(TheChannelFile, WithoutAnySectionHoldsNoProfile) {
   EXPECT_EQ(channel, -7);
 }
 
-TEST_F(TheChannelFile, WithoutASectionForOneChannelStillGivesTheChannelBehindIt) {
+TEST_F(TheChannelFile, WithoutASectionForOneChannelStillGivesTheNextChannel) {
   host.channel(8).profile(0);
   int channel = -7;
   EXPECT_EQ(trsProfiletoPlugCh(0, &channel), 0);

@@ -168,7 +168,7 @@ TEST_F(ALineToSplit, WithAnythingMissingIsLeftAlone) {
   EXPECT_STREQ(right, "right");
 }
 
-// A text with room for the terminator and guards behind the capacity.
+// A text with room for the terminator and guards after the capacity.
 class ATextForJson : public testing::Test {
  protected:
   int escape(const std::string &text, int capacity) {

@@ -47,7 +47,7 @@ Situations handOvers() {
          updateConflict(1, -1, 0, &number);
        }},
       {"updateConflict", "no channel waits", kNobodyWaits, [](Host &) { updateConflict(0, -1, 0, &number); }},
-      // The successor is freed and the channel parked behind it, which the second pass finds again.
+      // The successor is freed and the channel waits for it, which the second pass finds again.
       {"updateConflict", "the channel of the same root port takes over",
        kAllChannels + kOneChannel + writing(2) + kAllChannels + writing(1),
        [](Host &host) {

@@ -1,4 +1,4 @@
-// What each exported function costs: as much as it must, and no more; and the table that says so.
+// What each exported function costs: as much as it must, and no more; and the table that lists it.
 #include <algorithm>
 #include <fstream>
 #include <iterator>

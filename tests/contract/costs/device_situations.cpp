@@ -59,7 +59,7 @@ Situations formatQueries() {
          plugged(host, "3-1", 1);
          mn_get_usbchn_fmts(1, formats, &number);
        }},
-      // The walk that tells how to end it, and its end.
+      // The walk that shows which signal ends it, and the kill.
       {"mn_get_usbchn_fmts", "the query hangs", kFormats + answers() + effects(),
        [](Host &host) {
          host.commands.prints(queryProcessCommand(1), "4711\n");
@@ -86,7 +86,7 @@ constexpr int kAvailable = 16;
 
 Situations slots() {
   return {
-      // Every channel without a profile that is not parked is listed, also one that was never used.
+      // Every channel without a profile that does not wait is listed, also one that was never used.
       {"vl_get_available_dev", "one channel of ten with a profile", reading(10 + 9 * (1 + kAvailable + 2)),
        [](Host &host) {
          cameraOn(host, 0, "3-1", 1, 0);

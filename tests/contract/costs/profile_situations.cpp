@@ -30,7 +30,7 @@ Situations listings() {
          fourStreams(host);
          vl_get_usbdev_list(text);
        }},
-      // What stands in the file settles all three: profile, parking and card.
+      // The file alone decides for all three: profile, conflict mark and card.
       {"vl_get_usbdev_list", "a camera without a profile, one that waits, one with sound", reading(10 + 2 + 3),
        [](Host &host) {
          cameraOn(host, 0, "3-1.1", 1);

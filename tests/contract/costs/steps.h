@@ -26,7 +26,7 @@ inline constexpr Costs kEncoder = answers(5) + files(2);
 // The one-channel question: the processor file, made and read, and the host's model.
 inline constexpr Costs kOneChannel = effects() + files(2);
 
-// Behind no bridge; behind one, whose path is asked for too.
+// Not behind a bridge; behind one, whose path is asked for too.
 inline constexpr Costs kNoBridge = answers();
 inline constexpr Costs kBridge = answers(2);
 
@@ -45,7 +45,7 @@ inline constexpr Costs kNewCamera = kChoice + kProbe + writing(kNewCameraKeys);
 // What a profile's camera can do: its channel, and presence, switch, node and stored formats of that.
 inline constexpr Costs kCapability = lookUp(0) + reading(4);
 
-// A hand-over that finds nobody waiting.
+// A hand-over that finds no waiting channel.
 inline constexpr Costs kNobodyWaits = kAllChannels + writing(0);
 
 }  // namespace contract

@@ -10,7 +10,7 @@ char text[256];
 char name[64];
 int number;
 
-// Nobody listens there.
+// No program listens there.
 NasServer server() {
   NasServer record = zeroed<NasServer>();
   strcpy(record.host, "127.0.0.1");

@@ -134,7 +134,7 @@ TEST_F(AFreeDevice, HasNoProfile) {
   EXPECT_TRUE(isZero(9));
 }
 
-TEST_F(AFreeDevice, IsNotParked) {
+TEST_F(AFreeDevice, DoesNotWait) {
   for (const int mark : {0, 9, 999}) {
     describe(channel()).profile(-1).conflict(mark);
     readFree();

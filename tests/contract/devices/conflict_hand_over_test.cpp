@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-// Channel 2 is the holder; its device has been removed. Ports differ, so that nobody conflicts by chance.
+// Channel 2 is the holder; its device has been removed. Ports differ, so that no cameras conflict by chance.
 class AHandOver : public ContractTest {
  protected:
   AHandOver() { host.channel(2).exists(0).profile(3).slot("1-1.1").vnode(-1).conflict(-1); }
@@ -36,7 +36,7 @@ class AHandOver : public ContractTest {
   std::string message;
 };
 
-TEST_F(AHandOver, ReleasesTheWaitingOneAndParksTheHolderBehindIt) {
+TEST_F(AHandOver, ReleasesTheWaitingOneAndMakesTheHolderWaitForIt) {
   waiting(5, 1, "2024-03-05 08:15:00");
   EXPECT_EQ(handOver(), 0);
   EXPECT_EQ(profile, 1);
@@ -169,7 +169,7 @@ TEST_F(AHandOver, WritesItsValueToEveryWaitingOne) {
   EXPECT_THAT(host.config.writes(), ElementsAre("ch4/conflictch=7", "ch5/conflictch=7", "ch2/conflictch=4"));
 }
 
-TEST_F(AHandOver, ParksTheOthersOnTheNewHoldersRootPort) {
+TEST_F(AHandOver, MakesTheOthersOnTheNewHoldersRootPortWait) {
   waiting(4, 0, "2024-03-05 08:15:00").slot("1-1.4");
   waiting(5, 1, "2024-03-05 08:16:00").slot("1-1.5");
   host.channel(6).attached("1-1.6", 6);
@@ -179,7 +179,7 @@ TEST_F(AHandOver, ParksTheOthersOnTheNewHoldersRootPort) {
                                                 "ch5/conflictch=4", "ch6/conflictch=4"));
 }
 
-TEST_F(AHandOver, ParksNoDetachedOneAndNoneWithoutANode) {
+TEST_F(AHandOver, MakesNoDetachedOneAndNoneWithoutANodeWait) {
   waiting(4, 0, "2024-03-05 08:15:00").slot("1-1.4");
   host.channel(5).exists(0).slot("1-1.5").vnode(5);
   host.channel(6).attached("1-1.6", -1);
@@ -199,7 +199,7 @@ TEST_F(AHandOver, TestsTheOthersWithThePortOfTheFirstChoice) {
                                                 "ch4/conflictch=5", "ch6/conflictch=5"));
 }
 
-TEST_F(AHandOver, ParksTheOthersBehindTheNewHoldersBridge) {
+TEST_F(AHandOver, MakesTheOthersOnTheNewHoldersBridgeWait) {
   waiting(4, 0, "2024-03-05 08:15:00").slot("3-4");
   host.channel(6).attached("4-6", 6);
   host.channel(7).attached("4-7", 7);
@@ -311,13 +311,13 @@ class AHandOverOnAHostOfOneChannel : public AHandOver {
   }
 };
 
-TEST_F(AHandOverOnAHostOfOneChannel, ParksTheOtherWaitingOnesInMode0) {
+TEST_F(AHandOverOnAHostOfOneChannel, MakesTheOtherWaitingOnesWaitAgainInMode0) {
   handOver(0);
   EXPECT_EQ(profile, 1);
   EXPECT_THAT(host.config.writes(), ElementsAre("ch5/conflictch=-1", "ch4/conflictch=5", "ch4/conflictch=5"));
 }
 
-TEST_F(AHandOverOnAHostOfOneChannel, ParksTheHolderTooInMode4) {
+TEST_F(AHandOverOnAHostOfOneChannel, MakesTheHolderWaitTooInMode4) {
   handOver(4);
   EXPECT_EQ(host.channel(5).get("conflictch"), "-1");
   EXPECT_EQ(host.channel(4).get("conflictch"), "5");

@@ -23,7 +23,7 @@ bool readTime(const std::string &text, std::pair<long, long> &time) {
   return true;
 }
 
-// Negative when a is before b, and when one of them is no time.
+// Negative when a is before b, and when one of them is not a time.
 int compareTimes(const std::string &a, const std::string &b) {
   std::pair<long, long> first;
   std::pair<long, long> second;

@@ -114,13 +114,13 @@ TEST_F(TwoTimes, AreComparedAsNumbers) {
   EXPECT_EQ(isElderPf("10000-01-01 00:00:00", "9999-12-31 00:00:00"), 1);
 }
 
-TEST_F(TwoTimes, OfWhichOneHasNoBlankAreNoTimes) {
+TEST_F(TwoTimes, OfWhichOneHasNoBlankAreNotCompared) {
   EXPECT_EQ(isElderPf("2024-03-05", "2023-03-05 08:15:00"), 0);
   EXPECT_EQ(isElderPf("2024-03-05 08:15:00", "2023-03-05"), 0);
   EXPECT_EQ(isElderPf("", ""), 0);
 }
 
-TEST_F(TwoTimes, OfWhichOneIsMissingAreNoTimes) {
+TEST_F(TwoTimes, OfWhichOneIsMissingAreNotCompared) {
   EXPECT_EQ(isElderPf(nullptr, "2024-03-05 08:15:00"), 0);
   EXPECT_EQ(isElderPf("2024-03-05 08:15:00", nullptr), 0);
 }
@@ -296,7 +296,7 @@ TEST_F(ARecomputation, ClearsBeforeAnythingIsSearched) {
   states[1] = 0;
   states[3] = 1;
   EXPECT_EQ(syncConflict(states.data()), 0);
-  EXPECT_EQ(host.channel(1).get("conflictch"), "-1");  // channel 3 is still parked while channel 1 searches
+  EXPECT_EQ(host.channel(1).get("conflictch"), "-1");  // channel 3 still waits while channel 1 searches
   EXPECT_EQ(host.channel(3).get("conflictch"), "1");
 }
 

@@ -111,7 +111,7 @@ TEST_F(AnEncodingHost, WithoutProcessorInformationMayEncode) {
   EXPECT_EQ(mayEncode(), 1);
 }
 
-TEST_F(AnEncodingHost, AskedForNothingAnswersNothing) {
+TEST_F(AnEncodingHost, WithoutAPlaceForTheAnswerIsNotAsked) {
   EXPECT_EQ(validate_hwenc(nullptr), 0);
   EXPECT_EQ(check_gpu_status(nullptr), 0);
   EXPECT_THAT(host.journal.lines(), IsEmpty());

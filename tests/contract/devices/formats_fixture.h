@@ -22,7 +22,7 @@ class FormatsTest : public ContractTest {
     OutputCapture output;
     const int count = mn_get_usbchn_fmts(2, table.data(), &over60);
     message = output.text();
-    EXPECT_TRUE(isUntouched(USBDEV_FORMATS)) << "written behind the table";
+    EXPECT_TRUE(isUntouched(USBDEV_FORMATS)) << "written after the table";
     return count;
   }
 

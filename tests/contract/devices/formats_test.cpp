@@ -9,7 +9,7 @@ class AFormatsListing : public FormatsTest {
  protected:
   static Listing mjpeg() { return Listing().format("MJPG").size(640, 480); }
   static std::string interval(const std::string &value) { return "\t\t\tInterval: " + value + "\n"; }
-  // The formats of a listing with this text behind the first size of an MJPEG format.
+  // The formats of a listing with this text after the first size of an MJPEG format.
   std::string after(const std::string &text) {
     EXPECT_EQ(read(mjpeg().text() + text), 1);
     return format(0);

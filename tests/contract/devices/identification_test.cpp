@@ -1,4 +1,4 @@
-// Which physical device stands behind a video node.
+// Which physical device a video node belongs to.
 #include <platform/xmlcfg.h>
 
 #include <cstring>
@@ -297,7 +297,7 @@ TEST_F(ANode, WithItsPartsInNoUsefulPlaceHasNoPath) {
   }
 }
 
-class ASlotSwitch : public ContractTest {
+class APortSwitch : public ContractTest {
  protected:
   int stateOf(const std::string &slot) {
     void *handle = nullptr;
@@ -310,9 +310,9 @@ class ASlotSwitch : public ContractTest {
   }
 };
 
-TEST_F(ASlotSwitch, ThatNoChannelRemembersIsOn) { EXPECT_EQ(stateOf("3-1"), 1); }
+TEST_F(APortSwitch, ThatNoChannelRemembersIsOn) { EXPECT_EQ(stateOf("3-1"), 1); }
 
-TEST_F(ASlotSwitch, OfNoFileOrNoPortIsOn) {
+TEST_F(APortSwitch, OfNoFileOrNoPortIsOn) {
   EXPECT_EQ(get_switch_state(nullptr, "3-1"), 1);
   void *handle = nullptr;
   xmlcfg_open(0, kChannelFile, &handle);
@@ -320,42 +320,42 @@ TEST_F(ASlotSwitch, OfNoFileOrNoPortIsOn) {
   xmlcfg_close(handle, 0);
 }
 
-TEST_F(ASlotSwitch, IsAsItsChannelRemembers) {
+TEST_F(APortSwitch, IsAsItsChannelRemembers) {
   host.channel(0).slot("3-0").slotSwitch(0);
   host.channel(9).slot("3-9").slotSwitch(0);
   EXPECT_EQ(stateOf("3-0"), 0);
   EXPECT_EQ(stateOf("3-9"), 0);
 }
 
-TEST_F(ASlotSwitch, IsTakenFromTheFirstChannelThatStoresIt) {
+TEST_F(APortSwitch, IsTakenFromTheFirstChannelThatStoresIt) {
   host.channel(1).slot("3-1").slotSwitch(-1);
   host.channel(2).slot("3-1").slotSwitch(0);
   host.channel(3).slot("3-1").slotSwitch(1);
   EXPECT_EQ(stateOf("3-1"), 0);
 }
 
-TEST_F(ASlotSwitch, ThatItsChannelDoesNotStoreIsOn) {
+TEST_F(APortSwitch, ThatItsChannelDoesNotStoreIsOn) {
   host.channel(1).slot("3-1");
   EXPECT_EQ(stateOf("3-1"), 1);
 }
 
-TEST_F(ASlotSwitch, IsFoundByTheWholePortName) {
+TEST_F(APortSwitch, IsFoundByTheWholePortName) {
   host.channel(1).slot("3-1.2").slotSwitch(0);
   host.channel(2).slot("3-").slotSwitch(0);
   EXPECT_EQ(stateOf("3-1"), 1);
 }
 
-TEST_F(ASlotSwitch, OfAnyOtherValueIsGivenAsItIs) {
+TEST_F(APortSwitch, OfAnyOtherValueIsGivenAsItIs) {
   host.channel(1).slot("3-1").slotSwitch(7);
   EXPECT_EQ(stateOf("3-1"), 7);
 }
 
-TEST_F(ASlotSwitch, OfTheLongestPortNameIsFound) {
+TEST_F(APortSwitch, OfTheLongestPortNameIsFound) {
   host.channel(1).slot(std::string(127, '1')).slotSwitch(0);
   EXPECT_EQ(stateOf(std::string(127, '1')), 0);
 }
 
-TEST_F(ASlotSwitch, OfAStoredNameThatFillsTheBufferIsNotMistakenForALongerOne) {
+TEST_F(APortSwitch, OfAStoredNameThatFillsTheBufferIsNotMistakenForALongerOne) {
   host.channel(1).slot(std::string(128, '1')).slotSwitch(0);
   EXPECT_EQ(stateOf(std::string(128, '1')), 1);
 }

@@ -19,7 +19,7 @@ class APanelPort : public ContractTest {
   }
 };
 
-TEST_F(APanelPort, HasTheNumberThatTheHostTells) {
+TEST_F(APanelPort, HasTheNumberThatTheHostPrints) {
   EXPECT_EQ(portFor("3\n"), 3);
   EXPECT_THAT(host.journal.lines(),
               ElementsAre(std::string("popen ") + kPortCommand, std::string("pclose ") + kPortCommand));
@@ -32,9 +32,9 @@ TEST_F(APanelPort, IsReadFromTheFirstLineOnly) {
 
 TEST_F(APanelPort, IsReadFrom255CharactersOfIt) { EXPECT_EQ(portFor(std::string(254, ' ') + "12\n"), 1); }
 
-TEST_F(APanelPort, OfATextThatIsNoNumberIsZero) { EXPECT_EQ(portFor("no such port\n"), 0); }
+TEST_F(APanelPort, OfATextThatIsNotANumberIsZero) { EXPECT_EQ(portFor("no such port\n"), 0); }
 
-TEST_F(APanelPort, IsUnknownWhenTheHostSaysNothing) { EXPECT_EQ(portFor(""), -1); }
+TEST_F(APanelPort, IsUnknownWhenTheHostPrintsNothing) { EXPECT_EQ(portFor(""), -1); }
 
 TEST_F(APanelPort, IsUnknownWhenTheHostCannotBeAsked) {
   host.commands.cannotStart(kPortCommand);
@@ -115,7 +115,7 @@ TEST_F(AnAddOn, IsNotSupportedByAnEmptyFile) {
   EXPECT_EQ(supported, 0);
 }
 
-TEST_F(AnAddOn, FailsWhenTheFirstLineDoesNotTell) {
+TEST_F(AnAddOn, FailsWhenTheFirstLineDoesNotHoldIt) {
   EXPECT_EQ(support("type=2\nsupport=1\n"), -1);
   EXPECT_EQ(supported, 0);
   EXPECT_EQ(support(std::string(250, ' ') + "support=1\n"), -1);

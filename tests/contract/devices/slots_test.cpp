@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class ASlot : public ContractTest {
+class APort : public ContractTest {
  protected:
   int readCap(const std::string &slot) {
     cap = std::string(17, '#');
@@ -51,20 +51,20 @@ class ASlot : public ContractTest {
   std::string message;
 };
 
-TEST_F(ASlot, HasTheCodecsOfItsCamera) {
+TEST_F(APort, HasTheCodecsOfItsCamera) {
   describe(channel());
   EXPECT_EQ(readCap("3-1.2"), 0);
   EXPECT_STREQ(cap.c_str(), "0 1");
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close"));
 }
 
-TEST_F(ASlot, HasLongerCodecsCutTo15Characters) {
+TEST_F(APort, HasLongerCodecsCutTo15Characters) {
   describe(channel()).set("video/cap", "0 1 0 1 0 1 0 1 0 1");
   readCap("3-1.2");
   EXPECT_STREQ(cap.c_str(), "0 1 0 1 0 1 0 1");
 }
 
-TEST_F(ASlot, WithoutADeviceHasNoCodecsWhichIsASuccess) {
+TEST_F(APort, WithoutADeviceHasNoCodecsWhichIsASuccess) {
   describe(channel()).exists(0);
   for (const char *slot : {"3-1.2", "3-1", "3-1.21", ""}) {
     EXPECT_EQ(readCap(slot), 0);
@@ -72,25 +72,25 @@ TEST_F(ASlot, WithoutADeviceHasNoCodecsWhichIsASuccess) {
   }
 }
 
-TEST_F(ASlot, WithoutACameraFailsToHaveCodecs) {
+TEST_F(APort, WithoutACameraFailsToHaveCodecs) {
   describeAudioOnly(channel());
   EXPECT_EQ(readCap("3-1.2"), -1);
   EXPECT_TRUE(isTextUntouched());
 }
 
-TEST_F(ASlot, ThatIsSwitchedOffFailsToHaveCodecs) {
+TEST_F(APort, ThatIsSwitchedOffFailsToHaveCodecs) {
   describe(channel()).slotSwitch(0);
   EXPECT_EQ(readCap("3-1.2"), -1);
   EXPECT_TRUE(isTextUntouched());
 }
 
-TEST_F(ASlot, WhoseSwitchWasNeverStoredIsOn) {
+TEST_F(APort, WhoseSwitchWasNeverStoredIsOn) {
   channel().attached("3-1.2", 1).set("video/cap", "1");
   EXPECT_EQ(readCap("3-1.2"), 0);
   EXPECT_STREQ(cap.c_str(), "1");
 }
 
-TEST_F(ASlot, OfTwoChannelsHasTheCodecsOfTheFirst) {
+TEST_F(APort, OfTwoChannelsHasTheCodecsOfTheFirst) {
   describe(channel());
   describe(host.channel(6)).set("video/cap", "1");
   readCap("3-1.2");
@@ -99,7 +99,7 @@ TEST_F(ASlot, OfTwoChannelsHasTheCodecsOfTheFirst) {
   EXPECT_EQ(readCap("3-1.2"), -1);
 }
 
-TEST_F(ASlot, HasNoCodecsWhenTheFileCannotBeOpened) {
+TEST_F(APort, HasNoCodecsWhenTheFileCannotBeOpened) {
   describe(channel());
   host.config.failReadOpens(-9);
   EXPECT_EQ(readCap("3-1.2"), -1);
@@ -107,7 +107,7 @@ TEST_F(ASlot, HasNoCodecsWhenTheFileCannotBeOpened) {
   EXPECT_TRUE(isTextUntouched());
 }
 
-TEST_F(ASlot, HasTheStreamOfItsDevice) {
+TEST_F(APort, HasTheStreamOfItsDevice) {
   describe(channel());
   EXPECT_EQ(readInfo("3-1.2"), 0);
   EXPECT_EQ(info.channel, 4);
@@ -117,7 +117,7 @@ TEST_F(ASlot, HasTheStreamOfItsDevice) {
   EXPECT_EQ(pictureText(info), "osd 0 flip 1 mirror 2 ldsp 3");
 }
 
-TEST_F(ASlot, OfADeviceWithNothingStoredHasTheDefaults) {
+TEST_F(APort, OfADeviceWithNothingStoredHasTheDefaults) {
   channel().exists(1).slot("3-1.2");
   readInfo("3-1.2");
   EXPECT_EQ(info.channel, 4);
@@ -127,13 +127,13 @@ TEST_F(ASlot, OfADeviceWithNothingStoredHasTheDefaults) {
   EXPECT_EQ(pictureText(info), "osd 1 flip 0 mirror 0 ldsp 0");
 }
 
-TEST_F(ASlot, HasItsCamerasTypeInAFieldThatWasClearedBefore) {
+TEST_F(APort, HasItsCamerasTypeInAFieldThatWasClearedBefore) {
   describe(channel());
   readInfo("3-1.2");
   EXPECT_EQ(std::string(info.fetype, sizeof info.fetype), "7" + std::string(15, '\0'));
 }
 
-TEST_F(ASlot, DoesNotChangeHeaderReservedFieldsAndTagOfTheRecord) {
+TEST_F(APort, DoesNotChangeHeaderReservedFieldsAndTagOfTheRecord) {
   describe(channel());
   readInfo("3-1.2");
   const _streaminfo before = untouched<_streaminfo>();
@@ -143,20 +143,20 @@ TEST_F(ASlot, DoesNotChangeHeaderReservedFieldsAndTagOfTheRecord) {
   EXPECT_EQ(memcmp(info.vtag, before.vtag, sizeof info.vtag), 0);
 }
 
-TEST_F(ASlot, HasItsStreamEvenWhenItIsSwitchedOffOrWaits) {
+TEST_F(APort, HasItsStreamEvenWhenItIsSwitchedOffOrWaits) {
   describe(channel()).slotSwitch(0).conflict(1);
   EXPECT_EQ(readInfo("3-1.2"), 0);
   EXPECT_EQ(info.slot_switch, 0);
   EXPECT_EQ(info.vnode, 5);
 }
 
-TEST_F(ASlot, HasTheTypeOfItsNodesWithAudioOnOrOff) {
+TEST_F(APort, HasTheTypeOfItsNodesWithAudioOnOrOff) {
   describeAudioOnly(channel()).set("audio/aenable", 0);
   readInfo("3-1.2");
   EXPECT_EQ(info.stream_type, 1);
 }
 
-TEST_F(ASlot, OfTwoChannelsHasTheStreamOfTheLastWithATypeOfItsOwn) {
+TEST_F(APort, OfTwoChannelsHasTheStreamOfTheLastWithATypeOfItsOwn) {
   describe(channel());
   host.channel(6).exists(1).slot("3-1.2");
   readInfo("3-1.2");
@@ -165,13 +165,13 @@ TEST_F(ASlot, OfTwoChannelsHasTheStreamOfTheLastWithATypeOfItsOwn) {
   EXPECT_EQ(info.stream_type, 0);
 }
 
-TEST_F(ASlot, WithoutADeviceHasThePresetsWhichIsASuccess) {
+TEST_F(APort, WithoutADeviceHasThePresetsWhichIsASuccess) {
   describe(channel()).exists(0);
   EXPECT_EQ(readInfo("3-1.2"), 0);
   expectPresets();
 }
 
-TEST_F(ASlot, HasThePresetsWhenTheFileCannotBeOpened) {
+TEST_F(APort, HasThePresetsWhenTheFileCannotBeOpened) {
   describe(channel());
   host.config.failReadOpens(-9);
   EXPECT_EQ(readInfo("3-1.2"), -1);
@@ -179,7 +179,7 @@ TEST_F(ASlot, HasThePresetsWhenTheFileCannotBeOpened) {
   expectPresets();
 }
 
-TEST_F(ASlot, WithANameLongerThanAnyPortHasNoDevice) {
+TEST_F(APort, WithANameLongerThanAnyPortHasNoDevice) {
   describe(channel()).slot(std::string(200, '1'));
   readInfo(std::string(200, '1'));
   EXPECT_EQ(info.channel, -1);
@@ -187,7 +187,7 @@ TEST_F(ASlot, WithANameLongerThanAnyPortHasNoDevice) {
   EXPECT_EQ(info.channel, 4);
 }
 
-TEST_F(ASlot, IsRefusedWithoutANameOrAPlaceForTheAnswer) {
+TEST_F(APort, IsRefusedWithoutANameOrAPlaceForTheAnswer) {
   EXPECT_EQ(vl_get_usbslot_info(nullptr, &info), -1);
   EXPECT_EQ(vl_get_usbslot_info("3-1", nullptr), -1);
   EXPECT_EQ(vl_get_usbslot_video_cap(nullptr, cap.data()), -1);

@@ -24,7 +24,7 @@ TEST_P(AStoredSwitch, OfNeitherZeroNorOneLetsNoWaitingChannelTakeOver) {
   EXPECT_EQ(profile, 99);
 }
 
-TEST_P(AStoredSwitch, OfNeitherZeroNorOneHoldsNoBusAgainstAnother) {
+TEST_P(AStoredSwitch, OfNeitherZeroNorOneConflictsWithNoOtherCamera) {
   host.channel(6).attached("3-1.4", 6).profile(1);
   std::array<int, 10> answers;
   answers.fill(-7);

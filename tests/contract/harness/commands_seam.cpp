@@ -24,7 +24,7 @@ int pclose(FILE *stream) {
   Host *host = Host::current();
   if (host == nullptr) return real(stream);
   if (host->commands.owns(stream)) return host->commands.close(stream);
-  host->journal.violation("pclose of a stream that is no child command");
+  host->journal.violation("pclose of a stream that is not a child command");
   return -1;
 }
 

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 namespace {
 
 // A call that ends the program, as that of a broken connection does with status 0, must not pass for a test that has
-// succeeded. The child that a death test starts is meant to end.
+// succeeded. The child that a death test starts has to end.
 class EndsAfterItsTestsOnly : public testing::Environment {
  public:
   void SetUp() override {

@@ -14,7 +14,7 @@ namespace contract {
 
 class ContractTest : public testing::Test {
  protected:
-  // The library is meant to leave this file or command open on the path that the test takes.
+  // On purpose, the library leaves this file or command open on the path that the test takes.
   void allowLeftOpen(const std::string &path) { allowed_open_.push_back(path); }
   void TearDown() override;
 

@@ -1,4 +1,4 @@
-// The configuration files, in memory, behind the functions of libvlxmlcfg.so, which this defines.
+// The configuration files, in memory. This defines the functions of libvlxmlcfg.so, which read and write them.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// The files of the host, in memory, behind fopen, fclose, stat and lstat. Only the paths of a host are taken over; the
+// The files of the host, in memory, for fopen, fclose, stat and lstat. Only the paths of a host are taken over; the
 // test program's own files are untouched.
 #pragma once
 

@@ -1,4 +1,4 @@
-// What the host's tools tell about one camera.
+// What the host's tools print about one camera.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// A TCP server on the loopback address that answers one connection after the other as its script says, and
+// A TCP server on the loopback address that answers one connection after the other as its script states, and
 // waits 20 seconds at most for each.
 #pragma once
 

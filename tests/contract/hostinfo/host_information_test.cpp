@@ -1,4 +1,4 @@
-// What the pages tell about the host and its packages.
+// What the pages show about the host and its packages.
 #include <cstring>
 #include <string>
 

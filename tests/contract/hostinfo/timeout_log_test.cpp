@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 constexpr key_t kDocumentedKey = 1519;
 
-// Stands for the documented key, so that the counters of a real system stay as they are.
+// Replaces the documented key, so that the counters of a real system stay as they are.
 key_t ownKey() {
   static const key_t key = 0x5EF00000 + getpid();
   return key;
@@ -91,7 +91,7 @@ class TheTimeoutCounters : public testing::Test {
     shmdt(address);
     return values;
   }
-  // The result of an addition, and what it said.
+  // The result of an addition, and what it printed.
   int add(int index) {
     OutputCapture output;
     const int result = vl_add_shm_timeout_log(index);

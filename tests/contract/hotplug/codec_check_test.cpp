@@ -36,7 +36,7 @@ TEST_F(ACodecCheck, SkipsChannelsWithoutANodeOrOutOfUse) {
 
 TEST_F(ACodecCheck, TakesMissingKeysAsMjpegWithoutFormats) {
   host.channel(2).exists(1).vnode(0);                          // no codec, no formats
-  host.channel(3).vnode(5).set("video/cap", "0");              // neither attached nor bound
+  host.channel(3).vnode(5).set("video/cap", "0");              // neither attached nor with a profile
   host.channel(4).exists(1).vnode(6).set("video/cap", "0 1");  // no codec
   host.channel(5).exists(1).set("video/cap", "0");             // no node
   EXPECT_EQ(check_halvane(), 0);

@@ -24,17 +24,17 @@ class ACameraOfAProfile : public HotplugTest {
   }
 };
 
-TEST_F(ACameraOfAProfile, IsToldOfWhenItComes) {
+TEST_F(ACameraOfAProfile, IsNotifiedWhenItIsPluggedIn) {
   EXPECT_EQ(plug(), 3);
   EXPECT_EQ(told(), "notify event=6 profile=1 video=0 audio=1 flag=0 target=1");
 }
 
-TEST_F(ACameraOfAProfile, IsToldOfWhenItGoes) {
+TEST_F(ACameraOfAProfile, IsNotifiedWhenItIsUnplugged) {
   EXPECT_EQ(pullOut(), 3);
   EXPECT_EQ(told(), "notify event=7 profile=1 video=-1 audio=-1 flag=0 target=-1");
 }
 
-TEST_F(ACameraOfAProfile, IsToldOfIn56BytesWithAnEmptyHeader) {
+TEST_F(ACameraOfAProfile, IsNotifiedIn56BytesWithAnEmptyHeader) {
   plug();
   ASSERT_THAT(host.network.datagrams(), SizeIs(1));
   const std::string bytes = host.network.datagrams()[0].bytes;
@@ -42,19 +42,19 @@ TEST_F(ACameraOfAProfile, IsToldOfIn56BytesWithAnEmptyHeader) {
   EXPECT_EQ(bytes.substr(0, 32), "ORDA_VLM2_CFCG_N" + std::string(16, '\0'));
 }
 
-TEST_F(ACameraOfAProfile, IsToldOfWithTheProfileThatTakesOver) {
+TEST_F(ACameraOfAProfile, IsNotifiedWithTheProfileThatTakesOver) {
   waiting(6, 2);
   pullOut();
   EXPECT_EQ(told(), "notify event=7 profile=1 video=-1 audio=-1 flag=0 target=2");
 }
 
-TEST_F(ACameraOfAProfile, IsToldOfWithTheStoredCodecByDefaultMjpeg) {
+TEST_F(ACameraOfAProfile, IsNotifiedWithTheStoredCodecByDefaultMjpeg) {
   host.channel(3).vcodec(1);
   plug();
   EXPECT_THAT(host.network.datagrams(), SizeIs(1));
 }
 
-TEST_F(ACameraOfAProfile, IsNotToldOfWhenTheHostEncodesIt) {
+TEST_F(ACameraOfAProfile, IsNotNotifiedWhenTheHostEncodesIt) {
   for (const int codec : {0, 2, -1}) {
     host.channel(3).vcodec(codec);
     plug();
@@ -62,7 +62,7 @@ TEST_F(ACameraOfAProfile, IsNotToldOfWhenTheHostEncodesIt) {
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
 }
 
-TEST_F(ACameraOfAProfile, IsNotToldOfUnlessItsPortIsSwitchedOn) {
+TEST_F(ACameraOfAProfile, IsNotNotifiedUnlessItsPortIsSwitchedOn) {
   for (const int slot_switch : {0, 2, -2}) {
     host.channel(3).slotSwitch(slot_switch);
     plug();
@@ -70,25 +70,25 @@ TEST_F(ACameraOfAProfile, IsNotToldOfUnlessItsPortIsSwitchedOn) {
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
 }
 
-TEST_F(ACameraOfAProfile, IsNotNotifiedOfWhenItWaitsForAnother) {
+TEST_F(ACameraOfAProfile, IsNotNotifiedWhenItWaitsForAnother) {
   known(6, 1, 2, "1-1.6");
   EXPECT_EQ(plug(), 3);
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
 }
 
-TEST_F(ACameraOfAProfile, IsToldOfWhenItParksAnother) {
+TEST_F(ACameraOfAProfile, IsNotifiedWhenItMakesAnotherWait) {
   known(6, 1, -1, "1-1.6");
   plug();
   EXPECT_EQ(told(), "notify event=6 profile=1 video=0 audio=1 flag=0 target=1");
 }
 
-TEST_F(ACameraOfAProfile, IsNotToldOfWhenAnotherCameraComes) {
+TEST_F(ACameraOfAProfile, IsNotNotifiedWhenAnotherCameraIsPluggedIn) {
   place(kSlot, "Another");
   EXPECT_EQ(plug(), 0);
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
 }
 
-TEST_F(ACameraOfAProfile, IsToldOfAfterARestart) {
+TEST_F(ACameraOfAProfile, IsNotifiedAfterARestart) {
   host.channel(3).exists(0);
   plug();
   EXPECT_EQ(told(), "notify event=6 profile=1 video=0 audio=1 flag=0 target=1");
@@ -107,12 +107,12 @@ class ACameraWithoutAProfile : public HotplugTest {
   ACameraWithoutAProfile() { known(3, 1, -1); }
 };
 
-TEST_F(ACameraWithoutAProfile, IsNotToldOfWhenItComes) {
+TEST_F(ACameraWithoutAProfile, IsNotNotifiedWhenItIsPluggedIn) {
   EXPECT_EQ(plug(), 3);
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
 }
 
-TEST_F(ACameraWithoutAProfile, IsToldOfWhenItGoes) {
+TEST_F(ACameraWithoutAProfile, IsNotifiedWhenItIsUnplugged) {
   pullOut();
   EXPECT_EQ(host.journal.count("notify event=7 profile=-1 video=-1 audio=-1 flag=0 target=-1"), 1);
 }

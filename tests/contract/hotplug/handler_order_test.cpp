@@ -68,7 +68,7 @@ TEST_F(AnEvent, FailsWhenTheConfigurationCannotBeWrittenAndLosesNothing) {
   EXPECT_EQ(effects().back(), "open w failed");
 }
 
-TEST_F(AnEvent, OfAGoingCameraIsToldThoughNothingCanBeHandedOver) {
+TEST_F(AnEvent, OfAnUnpluggedCameraIsNotifiedThoughNothingCanBeHandedOver) {
   host.config.failOpenNumber(3, -7);
   EXPECT_EQ(pullOut(), 3);
   EXPECT_EQ(message, openFailure(-7));

@@ -1,4 +1,4 @@
-// A device event at port 1-1: unless a test says otherwise a camera on node 2 that offers MJPEG is plugged in.
+// A device event at port 1-1: unless a test changes that, a camera on node 2 that offers MJPEG is plugged in.
 #pragma once
 
 #include <cstring>

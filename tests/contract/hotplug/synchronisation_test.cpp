@@ -25,7 +25,7 @@ TEST_F(AStart, WithoutDevicesMarksEveryConfiguredChannelAbsent) {
   EXPECT_EQ(key(2, "hlspath"), "kept") << "a channel with a profile keeps its link name";
 }
 
-TEST_F(AStart, ClearsWhatHungOnAnAbsentChannelWithoutAProfile) {
+TEST_F(AStart, ClearsProfileNameTimeAndLinkOfAnAbsentChannelWithoutAProfile) {
   configured(2, "3-1", "Camera").createTime("2024-03-05 08:15:00").profileName("name").set("hlspath", "link");
   mn_sync_usbdev_conf();
   EXPECT_EQ(key(2, "createtime"), "");
@@ -236,7 +236,7 @@ TEST_F(AStart, NeedsNoListOfADeviceKindThatBroughtNothingNew) {
   EXPECT_EQ(key(0, "audio/anode"), "-1");
 }
 
-// A list of new devices holds ten records. What lies behind them here would be an eleventh camera.
+// A list of new devices holds ten records. What comes after them here would be an eleventh camera.
 class AListOfElevenNewDevices : public AStart {
  protected:
   AListOfElevenNewDevices() {
@@ -269,7 +269,7 @@ TEST_F(AListOfElevenNewDevices, NamesNoCardByItsEleventhCamera) {
   host.files.write("/etc/config/.usbnosupportlist.dat", "Camera behind the list\n");
   configured(9, "3-11", "").exists(0);
   EXPECT_EQ(sync_usbdev(11, devices, 1, cards), 0);
-  EXPECT_NE(key(9, "conflictch"), "999") << "the card was called like the camera behind the list";
+  EXPECT_NE(key(9, "conflictch"), "999") << "the card got the name of the camera after the list";
 }
 
 TEST_F(AListOfElevenNewDevices, OfACountBelowOneIsEmpty) {

@@ -1,4 +1,4 @@
-// A camera on channel 3 that a profile may be bound to.
+// A camera on channel 3 that a profile may be assigned to.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// A profile is bound to a camera, asked about and renamed.
+// A profile is assigned to a camera, asked about and renamed.
 #include <string>
 
 #include "assignment_fixture.h"
@@ -12,7 +12,7 @@ using testing::MatchesRegex;
 using testing::SizeIs;
 using testing::StartsWith;
 
-// --- binding ---
+// --- assignment ---
 
 TEST_F(AProfile, IsAssignedWithItsTimeTagAndLink) {
   host.commands.allowInsideCriticalSection();  // the link command

@@ -259,7 +259,7 @@ TEST_F(ARate, ThatIsMissingIsThirty) {
   EXPECT_EQ(info.framerate, 30.0F);
 }
 
-TEST_F(ARate, ThatIsNoNumberIsZero) {
+TEST_F(ARate, ThatIsNotANumberIsZero) {
   channel().profile(2).set("video/framerate", "fast");
   read();
   EXPECT_EQ(info.framerate, 0.0F);

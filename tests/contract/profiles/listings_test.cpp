@@ -186,7 +186,7 @@ class Table : public ContractTest {
     OutputCapture output;
     const int result = function(rows.data());
     message = output.text();
-    EXPECT_TRUE(isSameRecord(rows[Rows], untouched<_usbdev_entry>())) << "written behind the table";
+    EXPECT_TRUE(isSameRecord(rows[Rows], untouched<_usbdev_entry>())) << "written after the table";
     return result;
   }
 

@@ -13,9 +13,9 @@ using testing::Not;
 using testing::SizeIs;
 
 // The slot 1-1.1 with a camera of profile 3 on channel 4. Channel 9, which the scan reads last, has no device.
-class ASlotSwitch : public ContractTest {
+class APortSwitch : public ContractTest {
  protected:
-  ASlotSwitch() { camera(4, 3, "1-1.1"); }
+  APortSwitch() { camera(4, 3, "1-1.1"); }
 
   // A camera that could stream; its node is its channel's number.
   HostChannel camera(int number, int profile, const std::string &slot) {
@@ -50,7 +50,7 @@ class ASlotSwitch : public ContractTest {
   std::string message;
 };
 
-class APortThatIsSwitchedOn : public ASlotSwitch {};
+class APortThatIsSwitchedOn : public APortSwitch {};
 
 TEST_F(APortThatIsSwitchedOn, WritesLogsAndNotifies) {
   own().slotSwitch(0);
@@ -230,7 +230,7 @@ TEST_F(APortThatIsSwitchedOn, AsksEachQuestionOnce) {
   EXPECT_EQ(host.journal.count("popen " + deviceLineCommand(4)), 1);
 }
 
-class OnAOneChannelHostAPort : public ASlotSwitch {
+class OnAOneChannelHostAPort : public APortSwitch {
  protected:
   OnAOneChannelHostAPort() { host.limitToOneChannel(); }
 };
@@ -247,7 +247,7 @@ TEST_F(OnAOneChannelHostAPort, ThatHasToWaitHandsItsOwnConflictsOver) {
   camera(7, 1, "2-1");
   camera(8, 2, "3-1").conflict(4);
   on();
-  // updateConflict finds the channel parked already and so leaves those behind it.
+  // updateConflict finds that the channel waits already, and so leaves those that wait for it.
   EXPECT_EQ(own().get("conflictch"), "7");
   EXPECT_EQ(host.channel(8).get("conflictch"), "4");
   EXPECT_EQ(host.journal.count("open r"), 3);
@@ -259,7 +259,7 @@ TEST_F(OnAOneChannelHostAPort, ThatNeedNotWaitHandsNothingOver) {
   EXPECT_THAT(host.journal.commands(), IsEmpty());
 }
 
-class APortThatIsSwitchedOff : public ASlotSwitch {};
+class APortThatIsSwitchedOff : public APortSwitch {};
 
 TEST_F(APortThatIsSwitchedOff, WritesLogsAndNotifies) {
   EXPECT_EQ(off(), 0);
@@ -333,7 +333,7 @@ TEST_F(APortThatIsSwitchedOff, IsAnyTextButEnable) {
   }
 }
 
-class AnyPortSwitch : public ASlotSwitch {};
+class AnyPortSwitch : public APortSwitch {};
 
 TEST_F(AnyPortSwitch, NeedsNoClient) {
   EXPECT_EQ(set("enable", nullptr), 0);

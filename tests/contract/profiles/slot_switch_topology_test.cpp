@@ -104,7 +104,7 @@ Lines expectedWrites(const Case &c) {
   return writes;
 }
 
-// What follows the write pass: the hand-over, which finds nobody waiting, the line and the notification.
+// What follows the write pass: the hand-over, which finds no waiting channel, the line and the notification.
 Lines expectedRest(const Case &c) {
   Lines lines;
   const std::string profile = std::to_string(c.own_profile);

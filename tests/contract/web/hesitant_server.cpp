@@ -107,7 +107,7 @@ void HesitantServer::run() {
   close(connection);
 }
 
-// False when the program has gone instead. A negative number stands for a connection that is not looked at.
+// False when the program has gone instead. A negative number means a connection that is not looked at.
 bool HesitantServer::programWaits(int connection) {
   pollfd events[] = {{waits_from, POLLIN, 0}, {connection, POLLIN, 0}};
   if (poll(events, 2, kPatience * 1000) <= 0 || (events[0].revents & POLLIN) == 0) return false;

@@ -1,5 +1,5 @@
 // The encodings beside those of other libraries, on a million random inputs each. Every input ends where its buffer
-// ends, and so does every output of its documented size: what is read or written behind them the sanitizers see.
+// ends, and so does every output of its documented size: the sanitizers report what is read or written after them.
 #include <curl/curl.h>
 #include <gtest/gtest.h>
 #include <openssl/evp.h>

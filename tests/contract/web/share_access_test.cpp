@@ -145,7 +145,7 @@ TEST_F(AViewer, GetsTheFirstChannelWithTheShareId) {
   EXPECT_EQ(profile, 0);
 }
 
-TEST_F(AViewer, DoesNotMeetAChannelWithoutAProfile) {
+TEST_F(AViewer, IsNeverLetIntoAChannelWithoutAProfile) {
   host.channel(2).exists(0).set("sharelink/ssid", "12345678");
   EXPECT_EQ(enter(), -1);
   EXPECT_EQ(profile, 2);

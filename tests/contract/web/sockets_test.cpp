@@ -284,7 +284,7 @@ TEST_F(AReplysHeader, ThatBreaksOffFails) {
   EXPECT_EQ(http_skip_nvr_http_header(sock()), -1);
 }
 
-TEST_F(AReplysHeader, MayHaveAnyStatusLineThatSays200Ok) {
+TEST_F(AReplysHeader, MayHaveAnyStatusLineThatContains200Ok) {
   EXPECT_EQ(skip("ICY 200 OK, more or less\n\n\n\n"), 1);
   EXPECT_EQ(skip("HTTP/1.0 200 ok\n"), -2);
 }

@@ -22,7 +22,7 @@ using testing::StartsWith;
 constexpr int kDiskFull = -28;
 const std::string kRemovalOfNewLink = removing(kHash);
 
-// Channel 3 at port 1-1 serves profile 2 and is shared; channel 4 at the same root port waits behind it; the camera of
+// Channel 3 at port 1-1 serves profile 2 and is shared; channel 4 at the same root port waits for it; the camera of
 // channel 5 has no profile.
 class AFullDisk : public ContractTest {
  protected:
@@ -116,7 +116,7 @@ const std::vector<Change> &changes() {
       {"an update of the records", [] { return update_usbinfo(records(1, "live").data()); }},
       {"an update that names a link", [] { return update_usbinfo(records(1, "").data()); }, true},
       {"a stream-parameter state", [] { return mn_set_usbchn_sps(2, 1); }},
-      {"a binding",
+      {"an assignment",
        [] {
          char slot[] = "3-1";
          return vl_set_usbchn_profile(slot, 0);

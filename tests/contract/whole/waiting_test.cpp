@@ -1,4 +1,4 @@
-// Who waits while a camera takes its time to answer: nobody who reads the configuration, but in one listing.
+// Who waits while a camera takes its time to answer: no reader of the configuration, except during one listing.
 #include <chrono>
 #include <cstring>
 #include <functional>

@@ -1,4 +1,4 @@
-"""A share page and what stands behind it. These tests run on a sandboxed host, of which they are the only users."""
+"""A share page and the host that it needs. These tests run on a sandboxed host, of which they are the only users."""
 
 from __future__ import annotations
 
@@ -68,7 +68,7 @@ def encoder() -> Iterator[Encoder]:
 
 
 def store(**keys: object) -> None:
-    """Makes a host with one camera, in channel 0 with profile 0; the keys replace its own. A dot stands for a group."""
+    """Makes a host with one camera, in channel 0 with profile 0; the keys replace its own; a dot is a group."""
     stored: dict[str, object] = {"exists": 1, "profile": 0, "usbslot": "3-1", "video.vnode": 0, **keys}
     velmora = ElementTree.Element("velmora")
     channel = ElementTree.SubElement(velmora, "ch0")

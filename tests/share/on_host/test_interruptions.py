@@ -1,4 +1,4 @@
-"""Encoders that stand still or end, hosts and networks that go away: the page says so, and goes on afterwards."""
+"""Encoders that hang or end, hosts and networks that go away: the page reports it, and continues afterwards."""
 
 from __future__ import annotations
 
@@ -99,7 +99,7 @@ def test_a_host_that_does_not_answer_at_first_is_asked_until_it_does(viewer: Vie
 
 
 def test_the_page_continues_when_the_network_is_back(viewer: Viewer, encoder: Encoder, link: Link) -> None:
-    """The browser itself says that it is offline."""
+    """The browser itself reports that it is offline."""
     offline = {"latency": 0, "downloadThroughput": -1, "uploadThroughput": -1}
     viewer.open(link["page"])
     viewer.await_playing()

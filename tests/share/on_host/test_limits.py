@@ -43,7 +43,7 @@ class TestABody:
         ],
         ids=lambda body: repr(body)[:40],
     )  # fmt: skip
-    def test_that_is_no_question_is_refused(self, body: str | bytes) -> None:
+    def test_that_is_not_a_question_is_refused(self, body: str | bytes) -> None:
         store(**LINK)
         assert request("POST", "/share/open", body)[0].status == 400
 
@@ -99,7 +99,7 @@ class TestEveryAnswer:
         return stream if request.param == "a stream" else str(request.param)
 
     @pytest.mark.parametrize("method", ["GET", "HEAD", "POST", "PUT", "DELETE", "OPTIONS"])
-    def test_is_neither_framed_nor_sniffed_nor_told_on(self, method: str, path: str) -> None:
+    def test_cannot_be_framed_and_sends_no_referrer(self, method: str, path: str) -> None:
         headers = request(method, path)[0].headers
         assert headers["X-Content-Type-Options"] == "nosniff"
         assert "frame-ancestors 'none'" in headers["Content-Security-Policy"]

@@ -1,4 +1,4 @@
-"""Why there is nothing to see at the moment: the page says it, and shows the picture when the reason has passed."""
+"""Why there is nothing to see at the moment: the page shows it, and shows the picture when the reason has passed."""
 
 from __future__ import annotations
 

@@ -17,7 +17,7 @@ APPLICATION = Path("/mnt/ext/opt/apps/Velmora2")
 
 @dataclass(frozen=True)
 class Channel:
-    """A channel as the file tells it, with the values that a reader takes for missing keys."""
+    """A channel as it is in the file, with the values that a reader takes for missing keys."""
 
     number: int
     exists: int

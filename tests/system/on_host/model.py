@@ -1,6 +1,6 @@
 """The channels as the rules make them, in memory: which device sits where, and which profile it serves.
 
-Conflicts are no part of it: who waits for whom is judged by itself.
+It does not contain conflicts: which camera waits for which is tested separately.
 """
 
 from __future__ import annotations
@@ -101,8 +101,8 @@ class Model:
             self.plug(camera)
 
     def _decisive_channel(self, camera: Camera) -> tuple[ModelChannel | None, ModelChannel | None]:
-        """The first bound channel of the port that decides: the camera's own, or one that misses the end of its camera,
-        which is displaced."""
+        """Of the port's channels with a profile the first one that decides: the camera's own, or one whose camera was
+        never unplugged, which is displaced."""
         for channel in self.channels:
             if channel.slot != camera.slot or channel.profile == NONE:
                 continue
@@ -113,7 +113,7 @@ class Model:
         return None, None
 
     def _place_for(self, slot: str, displaced: ModelChannel | None) -> ModelChannel | None:
-        """The last unbound channel that knows the slot, as far as it is looked for, or else the first free one."""
+        """The last channel without a profile that knows the port, as far as it is searched, else the first free one."""
         scanned = self.channels
         if displaced is not None:
             scanned = scanned[: next(number for number, it in enumerate(scanned) if it is displaced)]

@@ -48,7 +48,7 @@ def test_a_first_function_with_a_profile_counts_as_unplugged_after_a_start(two_f
     assert (other.device, other.exists, other.vnode, other.profile) == (INFRARED, 1, 2, -1)
 
 
-def test_pulling_a_camera_with_two_functions_frees_its_channel(two_functions):
+def test_unplugging_a_camera_with_two_functions_frees_its_channel(two_functions):
     two_functions.unplug("3-1")
     assert [(it.exists, it.vnode) for it in used(two_functions)] == [(0, -1)]
 

@@ -18,7 +18,7 @@ Disk = tuple[bytes, dict[str, str]]
 
 @pytest.fixture(scope="module")
 def switched_off(without_process_list: None) -> Host:
-    """Of three bound cameras one stays, without its link and its link's name, one moves, and one has gone."""
+    """Of three cameras with profiles one stays, without its link and its link's name, one moves, and one has gone."""
     host = Host()
     host.empty()
     for profile, port in enumerate(("3-1", "1-1", "1-4")):

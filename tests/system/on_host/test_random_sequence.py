@@ -25,7 +25,7 @@ EVENTS = [0, 1, 3, 4]
 
 
 class Life:
-    """Does something to the host and to the model of it, and tells what."""
+    """Does something to the host and to the model of it, and returns what it did."""
 
     def __init__(self, host: Host, chance: random.Random) -> None:
         self.host, self.model, self._chance = host, Model(), chance

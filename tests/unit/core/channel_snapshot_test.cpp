@@ -152,7 +152,7 @@ TEST(AChannel, HasACameraWhenADeviceWithAVideoNodeIsAttached) {
   EXPECT_FALSE(channel.hasCamera());
 }
 
-TEST(AChannel, HasAnUnparkedCameraWhenItDoesNotWait) {
+TEST(AChannel, HasACameraThatMayStreamWhenItDoesNotWait) {
   ChannelSnapshot channel;
   channel.exists = 1;
   channel.vnode = 0;

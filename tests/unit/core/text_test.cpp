@@ -29,7 +29,7 @@ TEST(ACopy, IntoACallersBufferIsCutToItsSize) {
   EXPECT_EQ(std::string(out, sizeof out), std::string("ab\0ouched\0", sizeof out));
 }
 
-TEST(ACutCopy, TakesAsManyBytesAsItIsTold) {
+TEST(ACutCopy, TakesAsManyBytesAsAreAskedFor) {
   char out[8];
   copyCut(out, "abcd", 3);
   EXPECT_STREQ(out, "abc");

@@ -14,7 +14,7 @@ namespace {
 
 constexpr char kNow[] = "2024-03-05 08:15:00";
 
-/// Channels that wait, each attached, bound to a profile and switched on.
+/// Channels that wait, each attached, with a profile and switched on.
 class AChoice : public testing::Test {
  protected:
   ChannelSnapshot &waiting(int i, int profile, const std::string &created) {

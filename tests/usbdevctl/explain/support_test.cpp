@@ -45,7 +45,7 @@ TEST_F(TheEncoding, LacksTheFirstThingThatTheLibraryAsksFor) {
   EXPECT_EQ(lack(), "the codec package Halvane is not installed");
 }
 
-TEST_F(TheEncoding, IsNeverToBeHadOnArm) {
+TEST_F(TheEncoding, IsNeverPossibleOnArm) {
   facts_ = {};
   facts_.arm = true;
   EXPECT_EQ(lack(), "ARM hosts never encode");
@@ -64,7 +64,7 @@ class AnUnsupportedCamera : public testing::Test {
   SupportFacts facts_;
 };
 
-TEST_F(AnUnsupportedCamera, ThatIsListedIsToldTheWholeLine) {
+TEST_F(AnUnsupportedCamera, ThatIsListedIsShownTheWholeLine) {
   facts_.listed = true;
   EXPECT_EQ(why(), "its name is a line of /etc/config/.usbnosupportlist.dat: Cam\\x1b");
 }

@@ -31,7 +31,7 @@ def document(*arguments: str, given: str = "") -> dict[str, Any]:
 
 @pytest.fixture(autouse=True)
 def empty() -> None:
-    """No camera is bound and no time-out counted."""
+    """No camera has a profile and no time-out is counted."""
     CONFIGURATION.write_text("<velmora/>")
     usbdevctl("timeouts", "reset")
 

@@ -125,7 +125,7 @@ def test_an_import_that_does_not_fit_changes_nothing_at_all(exported: Path, chan
     assert CONFIGURATION.read_text() == before
 
 
-def test_a_file_that_is_no_export_is_refused(tmp_path: Path) -> None:
+def test_a_file_that_is_not_an_export_is_refused(tmp_path: Path) -> None:
     (tmp_path / "text").write_text("text")
     assert f"{tmp_path}/text: it is not JSON\n" in usbdevctl("import", str(tmp_path / "text")).stderr
     result = usbdevctl("import", "/nowhere")

@@ -93,7 +93,7 @@ TEST_F(StandardOutput, IsAsWideAsItsTerminal) {
   EXPECT_EQ(outputWidth(), 70U);
 }
 
-TEST_F(StandardOutput, IsAsWideAsTheUserSays) {
+TEST_F(StandardOutput, IsAsWideAsTheUserSets) {
   setenv("COLUMNS", "60", 1);
   EXPECT_EQ(outputWidth(), 60U);
   for (const char *wrong : {"0", "-1", "x", ""}) {

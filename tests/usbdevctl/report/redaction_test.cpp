@@ -15,7 +15,7 @@ constexpr char kWalk[] =
     "    ATTRS{serial}==\"0000:00:14.0\"\n"
     "    ATTRS{product}==\"Cam 5C3D1A6F\"\n";
 
-TEST(ARedaction, TakesEverySecretOutWhereverItTurnsUp) {
+TEST(ARedaction, TakesEverySecretOutWhereverItIs) {
   Redaction secrets;
   secrets.add("abc");
   secrets.add("12345678");

@@ -48,7 +48,7 @@ Report indiscreetReport() {
   return report;
 }
 
-TEST(AReport, HoldsNoSecretWhereverItStood) {
+TEST(AReport, HoldsNoSecretWhereverItWas) {
   const Report report = withoutSecrets(indiscreetReport());
   for (const char *secret : kSecrets) {
     EXPECT_THAT(reportText(report), Not(HasSubstr(secret)));

@@ -21,14 +21,14 @@ Slot someSlot() {
   return slot;
 }
 
-TEST(ASlot, IsShownWithItsDeviceAndWhatItOffers) {
+TEST(APort, IsShownWithItsDeviceAndWhatItOffers) {
   EXPECT_EQ(jsonOf(slotFields(someSlot())),
             R"({"schema":1,"slot":"3-1","channel":4,"device":"Cam","slot_switch":true,"stream":"video",)"
             R"("codecs":["h264","mjpeg"],"profile":2})"
             "\n");
 }
 
-TEST(ASlot, WithoutPictureAndProfileHasNoCodecAndNoProfile) {
+TEST(APort, WithoutPictureAndProfileHasNoCodecAndNoProfile) {
   Slot slot = someSlot();
   slot.codecs = "";
   slot.settings.vprofile = -1;

@@ -74,7 +74,7 @@ TEST_F(APlaylist, WithTheSegmentLengthAfterItsHeadDoesNotGrow) {
   EXPECT_EQ(playlistGrows(path_, kNow), false);
 }
 
-TEST_F(APlaylist, ThatIsNotThereNeitherGrowsNorStopped) { EXPECT_EQ(playlistGrows(path_, kNow), std::nullopt); }
+TEST_F(APlaylist, ThatIsNotThereNeitherGrowsNorHasStopped) { EXPECT_EQ(playlistGrows(path_, kNow), std::nullopt); }
 
 TEST_F(APlaylist, ThatWasRemovedMeanwhileDoesNotGrow) {
   usbdevctl::Fields fields;

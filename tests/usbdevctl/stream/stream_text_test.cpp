@@ -26,7 +26,7 @@ TEST(ARate, IsTheSameNumberForPrograms) {
   EXPECT_EQ(rateJson(30).line(), "30\n");
 }
 
-TEST(ARate, ThatIsNoNumberIsNull) {
+TEST(ARate, ThatIsNotANumberIsNull) {
   EXPECT_EQ(rateJson(std::numeric_limits<float>::quiet_NaN()).line(), "null\n");
   EXPECT_EQ(rateJson(std::numeric_limits<float>::infinity()).line(), "null\n");
 }
