@@ -17,7 +17,7 @@ namespace {
 constexpr char kBefore[] = "<velmora><ch0><exists>0</exists></ch0></velmora>";
 
 /// Rounds of one operation: the first has all the memory that it wants, in the next its first piece is refused, then
-/// its second, and so on, until none was refused. After the first, in which libraries may take what they keep for ever,
+/// its second, and so on, until none was refused. After the first, in which libraries may take what they never free,
 /// no round may keep memory.
 class Rounds {
  public:
