@@ -89,6 +89,14 @@ bool findConflict(HostAnswers &host, int channel, int &found) {
   return true;
 }
 
+void takeTaskCodes(const int *codes, ConflictTasks &tasks) {
+  for (int i = 0; i < kChannels; ++i) tasks[i] = ConflictTask{codes[i]};
+}
+
+void giveTaskCodes(const ConflictTasks &tasks, int *codes) {
+  for (int i = 0; i < kChannels; ++i) codes[i] = static_cast<int>(tasks[i]);
+}
+
 bool recomputeConflicts(HostAnswers &host, ConflictTasks &tasks) {
   if (!writeTasks(tasks)) return false;
   int found[kChannels];

@@ -49,6 +49,10 @@ enum class ConflictTask : int { leave = -1, clear_and_recompute = 0, recompute =
 
 using ConflictTasks = ConflictTask[kChannels];
 
+/// From a caller's codes, kChannels of them, to the tasks, and back.
+void takeTaskCodes(const int *codes, ConflictTasks &tasks);
+void giveTaskCodes(const ConflictTasks &tasks, int *codes);
+
 /// Does the tasks; afterwards `recompute` marks a channel that was recomputed, `leave` any other one. False when
 /// something could not be stored.
 bool recomputeConflicts(HostAnswers &host, ConflictTasks &tasks);

@@ -1,7 +1,5 @@
 #include <usbdev/devices.h>
 
-#include <algorithm>
-
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/conflict_hand_over.h"
@@ -115,10 +113,9 @@ int syncConflict(int *states) {
   if (states == nullptr) return -1;
   usbdev::HostAnswers host;
   usbdev::ConflictTasks tasks;
-  std::transform(states, states + usbdev::kChannels, tasks, [](int code) { return usbdev::ConflictTask{code}; });
+  usbdev::takeTaskCodes(states, tasks);
   const bool done = usbdev::recomputeConflicts(host, tasks);
-  std::transform(tasks, tasks + usbdev::kChannels, states,
-                 [](usbdev::ConflictTask task) { return static_cast<int>(task); });
+  usbdev::giveTaskCodes(tasks, states);
   return done ? 0 : -1;
 }
 

@@ -1,7 +1,7 @@
 #include <usbdev/hotplug.h>
 
-#include <algorithm>
-
+#include "core/text.h"
+#include "devices/conflicts.h"
 #include "hotplug/channel_setters.h"
 #include "hotplug/channel_update.h"
 #include "hotplug/codec_check.h"
@@ -49,12 +49,10 @@ int get_conf_chinfo(_usbdev_update *channels, int *conflict_map, int *new_camera
   }
   usbdev::HostAnswers host;
   usbdev::ConflictTasks tasks;
-  std::transform(conflict_map, conflict_map + usbdev::kChannels, tasks,
-                 [](int code) { return usbdev::ConflictTask{code}; });
+  usbdev::takeTaskCodes(conflict_map, tasks);
   usbdev::NewDevices cameras(new_cameras, *new_camera_count);
   const bool done = usbdev::findCameras(host, all(channels), tasks, cameras);
-  std::transform(tasks, tasks + usbdev::kChannels, conflict_map,
-                 [](usbdev::ConflictTask task) { return static_cast<int>(task); });
+  usbdev::giveTaskCodes(tasks, conflict_map);
   *new_camera_count = cameras.count();
   return done ? 0 : -1;
 }
