@@ -24,9 +24,9 @@ void reportOpenFailed(OpenFailure failure, const char *path, int result) {
 
 }  // namespace
 
-ConfigSession::ConfigSession(int mode, const char *path, OpenFailure failure) : OpenConfig(nullptr) {
+ConfigSession::ConfigSession(Mode mode, const char *path, OpenFailure failure) : OpenConfig(nullptr) {
   pthread_mutex_lock(&config_lock);
-  result_ = xmlcfg_open(mode, path, &handle_);
+  result_ = xmlcfg_open(static_cast<int>(mode), path, &handle_);
   if (!*this) reportOpenFailed(failure, path, result_);
 }
 
@@ -40,7 +40,7 @@ int ConfigSession::end() {
   return closed;
 }
 
-ConfigReader::ConfigReader(OpenFailure failure) : ConfigSession(0, kChannelFile, failure) {}
+ConfigReader::ConfigReader(OpenFailure failure) : ConfigSession(Mode::read, kChannelFile, failure) {}
 
 ConfigWriter::ConfigWriter(OpenFailure failure) : WriteSession(kChannelFile, failure) {}
 

@@ -59,7 +59,10 @@ class ConfigSession : public OpenConfig {
   explicit operator bool() const { return result_ == kOpened; }
 
  protected:
-  ConfigSession(int mode, const char *path, OpenFailure failure);
+  /// The codes that the host's library knows.
+  enum class Mode : int { read = 0, write = 1 };
+
+  ConfigSession(Mode mode, const char *path, OpenFailure failure);
   ~ConfigSession();
 
   /// Closes and unlocks, once; what the host's close returned.
@@ -82,7 +85,7 @@ class WriteSession : public ConfigSession {
   [[nodiscard]] bool save();
 
  protected:
-  WriteSession(const char *path, OpenFailure failure) : ConfigSession(1, path, failure), path_(path) {}
+  WriteSession(const char *path, OpenFailure failure) : ConfigSession(Mode::write, path, failure), path_(path) {}
 
  private:
   const char *path_;
