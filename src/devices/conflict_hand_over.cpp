@@ -1,6 +1,7 @@
 #include "devices/conflict_hand_over.h"
 
 #include "core/local_time.h"
+#include "devices/conflicts.h"
 #include "devices/successor_choice.h"
 
 namespace usbdev {

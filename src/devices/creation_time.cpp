@@ -1,5 +1,7 @@
 #include "devices/creation_time.h"
 
+#include <cstring>
+
 #include "core/text.h"
 
 namespace usbdev {

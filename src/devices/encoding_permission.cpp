@@ -1,5 +1,7 @@
 #include "devices/encoding_permission.h"
 
+#include <cstring>
+
 #include "core/host_queries.h"
 #include "core/lines.h"
 #include "core/shell_text.h"

@@ -1,5 +1,7 @@
 #include "devices/identification.h"
 
+#include <cstring>
+
 #include "core/lines.h"
 #include "core/text.h"
 

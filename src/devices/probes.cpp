@@ -1,5 +1,7 @@
 #include "devices/probes.h"
 
+#include <cstring>
+
 #include "core/channel_keys.h"
 #include "core/lines.h"
 #include "core/shell_text.h"

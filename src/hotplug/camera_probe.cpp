@@ -2,7 +2,9 @@
 
 #include "core/event_log.h"
 #include "core/text.h"
+#include "devices/conflicts.h"
 #include "devices/formats.h"
+#include "devices/identification.h"
 
 namespace usbdev {
 namespace {

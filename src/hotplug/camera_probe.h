@@ -3,8 +3,8 @@
 
 #include <usbdev/records.h>
 
-#include "devices/conflicts.h"
-#include "hotplug/channel_choice.h"
+#include "core/channel_snapshot.h"
+#include "devices/host_answers.h"
 
 namespace usbdev {
 

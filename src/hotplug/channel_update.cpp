@@ -1,8 +1,11 @@
 #include "hotplug/channel_update.h"
 
+#include "core/channel_snapshot.h"
+#include "core/config.h"
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/conflicts.h"
+#include "devices/identification.h"
 #include "web/link_ids.h"
 #include "web/links.h"
 

@@ -1,10 +1,11 @@
 #include "hotplug/handler.h"
 
 #include "core/change_notification.h"
+#include "core/channel_snapshot.h"
 #include "core/config.h"
 #include "core/text.h"
 #include "devices/conflict_hand_over.h"
-#include "devices/conflicts.h"
+#include "devices/identification.h"
 #include "hotplug/audio_attachment.h"
 #include "hotplug/camera_probe.h"
 #include "hotplug/channel_choice.h"

@@ -4,6 +4,8 @@
 
 #include "core/change_notification.h"
 #include "core/channel_snapshot.h"
+#include "core/config.h"
+#include "core/text.h"
 #include "devices/conflicts.h"
 #include "hotplug/channel_update.h"
 #include "hotplug/codec_check.h"

@@ -2,6 +2,9 @@
 
 #include <arpa/inet.h>
 
+#include <cstring>
+
+#include "core/config.h"
 #include "core/event_log.h"
 #include "core/local_time.h"
 #include "core/profile_mapping.h"

@@ -1,5 +1,7 @@
 #include "profiles/listings.h"
 
+#include <cstring>
+
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/channel_records.h"

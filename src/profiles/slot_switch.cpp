@@ -2,7 +2,6 @@
 
 #include "core/change_notification.h"
 #include "core/event_log.h"
-#include "core/text.h"
 #include "devices/conflict_hand_over.h"
 #include "devices/conflicts.h"
 #include "devices/slots.h"

@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 
 #include <cstdio>
+#include <cstring>
 
 namespace usbdev {
 namespace {

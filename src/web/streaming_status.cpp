@@ -2,9 +2,15 @@
 
 #include <sys/stat.h>
 
+#include <cstdio>
+#include <cstring>
+
+#include "core/config.h"
 #include "core/host_queries.h"
 #include "core/lines.h"
 #include "core/profile_mapping.h"
+#include "core/text.h"
+#include "devices/identification.h"
 #include "web/stream_socket.h"
 
 namespace usbdev {

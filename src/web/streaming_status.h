@@ -1,7 +1,7 @@
 // The state of the live streams, and the signals about it.
 #pragma once
 
-#include "devices/identification.h"
+#include "devices/device_walk.h"
 
 namespace usbdev {
 
