@@ -1,5 +1,6 @@
 // Sound cards on channels. Attachment is switched off in this build: a card that is plugged in leaves its channel
-// without audio. Switching it on again is kAudioAttachment in the source and nothing else.
+// without audio. Switching it on again takes kAudioAttachment in the source, and a start-up that leaves a known card on
+// its channel (placeCard).
 #pragma once
 
 #include <usbdev/records.h>

@@ -1,4 +1,4 @@
-// Which camera a new one collides with, and who of the two waits.
+// Which camera a new one conflicts with, and which of the two waits.
 #include "hotplug/camera_probe.h"
 
 #include <gtest/gtest.h>
@@ -71,13 +71,13 @@ TEST_F(ANewCamera, WithoutAProfileLeavesOneWithoutAlone) {
   EXPECT_FALSE(isReported());
 }
 
-TEST_F(ANewCamera, IsJudgedByTheFirstThatItCollidesWith) {
+TEST_F(ANewCamera, IsJudgedByTheFirstThatItConflictsWith) {
   other(4, -1);
   EXPECT_EQ(find().parked_behind, -1);
   EXPECT_STREQ(report.devname, "Camera 4");
 }
 
-TEST_F(ANewCamera, CollidesWithNoneThatIsAbsentWaitsOrHasNoNode) {
+TEST_F(ANewCamera, ConflictsWithNoneThatIsUnpluggedWaitsOrHasNoNode) {
   other(4, 0).exists = 0;
   other(5, 0).conflictch = 6;
   other(6, 0).vnode = -1;
@@ -86,7 +86,7 @@ TEST_F(ANewCamera, CollidesWithNoneThatIsAbsentWaitsOrHasNoNode) {
   EXPECT_FALSE(isReported());
 }
 
-TEST_F(ANewCamera, DoesNotCollideWithItsOwnChannel) {
+TEST_F(ANewCamera, DoesNotConflictWithItsOwnChannel) {
   other(3, 1);
   channels[6].exists = 0;
   EXPECT_EQ(find().parked_behind, -1);

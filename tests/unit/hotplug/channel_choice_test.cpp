@@ -1,4 +1,4 @@
-// Which channel a device that comes or goes belongs to.
+// Which channel a device that is plugged in or removed belongs to.
 #include "hotplug/channel_choice.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/text.h"
+
 namespace usbdev {
 namespace {
 
