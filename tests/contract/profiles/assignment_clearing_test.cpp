@@ -147,6 +147,13 @@ TEST_F(AnAssignedProfile, ClearedHandsOverWithTheEventCodeAsTheMode) {
   EXPECT_EQ(host.network.datagrams()[0].word(52), 1) << "the successor's profile";
 }
 
+TEST_F(AnAssignedProfile, ClearedForASuccessorWhoseStoredProfileIs99NotifiesOfNoTarget) {
+  camera(6, "3-1.4", 6).profile(99).slotSwitch(1).conflict(3).createTime("2024-03-05 08:15:00");
+  EXPECT_EQ(vl_clear_usbchn_profile(2, nullptr, 4), 0);
+  EXPECT_EQ(mark(6), "-1");
+  EXPECT_EQ(host.network.datagrams()[0].word(52), -1);
+}
+
 TEST_F(AnAssignedProfile, ClearedWithACodeThatIsNotAHandOverModeOnlyReleases) {
   camera(6, "3-1.4", 6).profile(1).slotSwitch(1).conflict(3).createTime("2024-03-05 08:15:00");
   vl_clear_usbchn_profile(2, nullptr, 3);
