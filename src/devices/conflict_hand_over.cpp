@@ -7,9 +7,6 @@
 namespace usbdev {
 namespace {
 
-// Callers of updateConflict read this number as none.
-constexpr int kProfileReadAsNone = 99;
-
 bool writeHandOver(int channel, int parked_behind, const Successor &successor, const ChannelMarks &waiting) {
   ConfigWriter config;
   if (!config) return false;
@@ -71,8 +68,8 @@ bool handOverConflict(HostAnswers &host, int channel, int parked_behind, HandOve
     formatLocalTime(now);
     successor = chooseSuccessor(channels, waiting, now);
   }
-  // Intended: A stored profile of 99 is no successor.
-  if (successor.profile != kProfileReadAsNone) successor_profile = successor.profile;
+  // Intended: A stored profile of 99 counts as none.
+  if (successor.profile != kReportedForNone) successor_profile = successor.profile;
   const bool only_one = mode != HandOverMode::on_plug && successor.channel != kNone && host.isOneChannelLimited();
   if (only_one) waiting[successor.channel] = false;
   if (only_one && mode == HandOverMode::and_park) waiting[channel] = true;

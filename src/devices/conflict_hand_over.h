@@ -5,6 +5,9 @@
 
 namespace usbdev {
 
+/// What callers of updateConflict get in place of a profile when no channel takes over.
+inline constexpr int kReportedForNone = 99;
+
 /// What a hand-over does beside releasing the waiting channels.
 enum class HandOverMode { release_only, hand_over, on_plug, and_park };
 

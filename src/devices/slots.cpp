@@ -45,7 +45,7 @@ bool isAttachedTo(const Section &channel, const char *usbslot) {
 bool listUnassigned(_availinfo *rows) {
   if (!listAvailable(rows, kNone, StreamType::none)) return false;
   for (int i = 0; i < kChannels; ++i) {
-    // Intended: Video alone has its audio disabled here only.
+    // Intended: This query disables the audio of video alone.
     if (rows[i].stream_type == static_cast<int>(StreamType::video)) rows[i].aenable = 0;
   }
   return true;

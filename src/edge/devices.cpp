@@ -11,12 +11,6 @@
 #include "devices/probes.h"
 #include "devices/slots.h"
 
-namespace {
-
-constexpr int kNoSuccessor = 99;
-
-}  // namespace
-
 int find_pidvid(const _usbdev_des *device, char *pidvid) {
   if (device == nullptr || pidvid == nullptr || !usbdev::isTerminated(device->usbslot)) return 0;
   char found[usbdev::kShortCodeSize];
@@ -96,7 +90,7 @@ int updateConflict(int channel, int value, int mode, int *profile) {
   usbdev::HostAnswers host;
   int successor = usbdev::kNone;
   const bool done = usbdev::handOverConflict(host, channel, value, usbdev::handOverModeOf(mode), successor);
-  *profile = successor == usbdev::kNone ? kNoSuccessor : successor;
+  *profile = successor == usbdev::kNone ? usbdev::kReportedForNone : successor;
   return done ? 0 : -1;
 }
 
