@@ -165,7 +165,7 @@ int vl_get_share_link(ShareLinkInfo *info) { return info != nullptr && usbdev::r
 
 int vl_renew_share_link(ShareLinkInfo *info) { return info != nullptr && usbdev::renewShareLink(*info) ? 0 : -1; }
 
-int remove_hash_link(const char *section) { return section != nullptr && usbdev::removePublicLink(section) ? 0 : -1; }
+int remove_hash_link(const char *section) { return section != nullptr && usbdev::removeStoredLink(section) ? 0 : -1; }
 
 int vl_check_share_link_ssid(const char *ssid) { return ssid == nullptr ? -1 : usbdev::profileOfShareId(ssid); }
 

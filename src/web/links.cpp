@@ -14,12 +14,16 @@ void formatLinkPath(LinkPath &path, const char *name) { formatText(path, "/mnt/e
 
 }  // namespace
 
+int streamNumber(int profile) {
+  // A caller's or a stored profile may be any number, even the largest.
+  return static_cast<int>(static_cast<unsigned>(profile) + 1U);
+}
+
 void makeStreamLink(int profile, const char *name) {
   if (name[0] == '\0') return;
   LinkPath target;
   LinkPath link;
-  // A stored profile may be any number, even the largest.
-  formatText(target, "/mnt/ext/opt/apps/Velmora2/hls/channel%d", static_cast<int>(static_cast<unsigned>(profile) + 1U));
+  formatText(target, "/mnt/ext/opt/apps/Velmora2/hls/channel%d", streamNumber(profile));
   formatLinkPath(link, name);
   makeLink(target, link);
 }

@@ -9,6 +9,9 @@ namespace usbdev {
 
 constexpr std::size_t kLinkNameSize = 64;
 
+/// The number in the name of a profile's stream directory: profile 0 has "channel1".
+int streamNumber(int profile);
+
 /// Makes a symbolic link to a profile's stream folder under a name; an empty name makes no link.
 void makeStreamLink(int profile, const char *name);
 

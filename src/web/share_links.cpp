@@ -123,7 +123,7 @@ bool renewShareLink(ShareLinkInfo &info) {
   const int channel = channelOfProfile(info.profile);
   if (channel == kNone) return false;
   // Intended: The old link may still be there.
-  removePublicLink(channelName(channel));
+  removeStoredLink(channelName(channel));
   LinkIdentifiers link;
   if (!makeIdentifiers("", link)) return false;
   {
@@ -137,7 +137,7 @@ bool renewShareLink(ShareLinkInfo &info) {
   return true;
 }
 
-bool removePublicLink(const char *section) {
+bool removeStoredLink(const char *section) {
   char name[kLinkNameSize];
   {
     const ConfigReader config;

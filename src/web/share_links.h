@@ -16,6 +16,6 @@ bool readShareLink(ShareLinkInfo &info);
 bool renewShareLink(ShareLinkInfo &info);
 
 /// Removes the symbolic link of the share link that a section of the channel file stores.
-bool removePublicLink(const char *section);
+bool removeStoredLink(const char *section);
 
 }  // namespace usbdev

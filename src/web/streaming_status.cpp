@@ -11,6 +11,7 @@
 #include "core/profile_mapping.h"
 #include "core/text.h"
 #include "devices/identification.h"
+#include "web/links.h"
 #include "web/stream_socket.h"
 
 namespace usbdev {
@@ -39,8 +40,7 @@ bool hasPlaylist(int profile) {
   }
   char playlist[192];
   // Intended: The profile is not checked.
-  formatText(playlist, "%s/%s/channel%d/playlist.m3u8", installed, "web/hls",
-             static_cast<int>(static_cast<unsigned>(profile) + 1U));
+  formatText(playlist, "%s/%s/channel%d/playlist.m3u8", installed, "web/hls", streamNumber(profile));
   struct stat found;
   return stat(playlist, &found) == 0;
 }
