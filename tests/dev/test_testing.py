@@ -73,3 +73,11 @@ def test_a_name_that_no_test_matches_gets_a_message(machine: Machine) -> None:
 def test_two_names_are_refused(machine: Machine) -> None:
     outcome = machine.dev("test", "One", "Two")
     assert outcome.status == 2 and machine.called("ctest") == []
+
+
+def test_torture_prints_the_figures_of_the_tests_with_that_label(machine: Machine) -> None:
+    passing = (machine.programs / "ctest").read_text().partition("\n")[2].partition("\n")[2]
+    machine.script("ctest", f'echo "disks: 12 ways to fail" >>"$USBDEV_TORTURE"\n{passing}')
+    outcome = machine.dev("torture", "Disks")
+    assert outcome.status == 0 and outcome.output.endswith("disks: 12 ways to fail\n7 passed, 0 failed\n")
+    assert machine.called("ctest")[0].endswith("--label-regex torture --tests-regex Disks")

@@ -67,3 +67,14 @@ run_matching_tests() {
   run_tests release --tests-regex "$1"
   sum_up
 }
+
+# The tests labelled "torture" do more, and write their figures, when this variable names a file for them.
+torture() {
+  build release
+  USBDEV_TORTURE=$PWD/build/torture.txt
+  export USBDEV_TORTURE
+  : >"$USBDEV_TORTURE"
+  run_tests release --label-regex torture --tests-regex "${1:-.}"
+  sort "$USBDEV_TORTURE"
+  sum_up
+}
