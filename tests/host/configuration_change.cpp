@@ -15,16 +15,16 @@ namespace {
 
 const std::string kFolder = std::string(kWorkFolder) + "/config";
 const std::string kText(40000, 'x');  // takes memory wherever it is handled
-const std::string kNew =
-    "<?xml version=\"1.0\"?>\n<velmora>\n  <ch0>\n    <exists>1</exists>\n    <video>\n      <cap>" + kText +
-    "</cap>\n    </video>\n  </ch0>\n</velmora>\n";
-constexpr char kEmpty[] = "<velmora/>\n";
 
 std::size_t openDescriptors() { return namesIn("/proc/self/fd").size(); }
 
 }  // namespace
 
 const std::string ConfigurationChange::kFile = kFolder + "/usbdev.conf";
+const std::string ConfigurationChange::kNewContent =
+    "<?xml version=\"1.0\"?>\n<velmora>\n  <ch0>\n    <exists>1</exists>\n    <video>\n      <cap>" + kText +
+    "</cap>\n    </video>\n  </ch0>\n</velmora>\n";
+const std::string ConfigurationChange::kFirstContent = "<velmora/>\n";
 
 ConfigurationChange::ConfigurationChange(const std::string &before) : before_(before) {
   makeEmptyFolder(kFolder);
@@ -52,8 +52,8 @@ unsigned ConfigurationChange::permissions() {
 }
 
 std::string ConfigurationChange::contentAfterwards() const {
-  if (stored()) return kNew;
-  return before_.empty() ? kEmpty : before_;
+  if (stored()) return kNewContent;
+  return before_.empty() ? kFirstContent : before_;
 }
 
 void ConfigurationChange::expectRules() const {

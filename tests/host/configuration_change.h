@@ -23,6 +23,8 @@ class ConfigurationChange {
   void expectRules() const;
 
   static const std::string kFile;
+  static const std::string kNewContent;
+  static const std::string kFirstContent;  // of a file that is made to be written
 
  private:
   std::string contentAfterwards() const;

@@ -31,9 +31,9 @@ int fsync(int descriptor) {
   return static_cast<int>(syscall(SYS_fsync, descriptor));
 }
 
-int rename(const char *from, const char *to) noexcept {
-  calls.push_back(std::string("rename ") + from + " to " + to);
-  return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+int renameat(int from_folder, const char *from, int to_folder, const char *to) noexcept {
+  calls.push_back("rename " + pathOf(from_folder) + "/" + from + " to " + pathOf(to_folder) + "/" + to);
+  return static_cast<int>(syscall(SYS_renameat2, from_folder, from, to_folder, to, 0));
 }
 
 namespace {

@@ -6,6 +6,7 @@
 
 #include "configuration_change.h"
 #include "failing.h"
+#include "private_host.h"
 
 namespace {
 
@@ -58,8 +59,8 @@ TEST_P(ACallThatAlwaysFails, EndsTheChangeAndLeavesTheFileFree) {
 }
 
 INSTANTIATE_TEST_SUITE_P(OfAnyKind, ACallThatAlwaysFails,
-                         testing::Values("open", "read", "write", "flock", "fsync", "close", "fstat", "stat", "access",
-                                         "fchown", "fchmod", "readlink", "rename", "unlink"),
+                         testing::Values("openat", "read", "write", "flock", "fsync", "close", "fstat", "fstatat",
+                                         "faccessat", "fchown", "fchmod", "readlink", "renameat", "unlinkat"),
                          [](const auto &name) { return std::string(name.param); });
 
 // The first flush is that of the new file.
@@ -74,7 +75,7 @@ TEST(AFolderThatCannotBeFlushed, IsReportedWithTheChangeStored) {
 
 TEST(AMissingFile, IsNotMadeWhereOneMayBe) {
   ConfigurationChange change("");
-  failing::fail("access", failing::kEvery, EIO);
+  failing::fail("faccessat", failing::kEvery, EIO);
   change.run();
   EXPECT_TRUE(failing::stop());
   EXPECT_FALSE(std::filesystem::exists(ConfigurationChange::kFile));
@@ -98,6 +99,37 @@ TEST(AGroupThatCannotBeKept, LosesItsPermissions) {
   EXPECT_TRUE(failing::stop());
   EXPECT_TRUE(change.stored());
   EXPECT_EQ(change.permissions(), 0600U);
+}
+
+/// Renames the folder back and forth, so that the rules can be looked at.
+TEST(AFolderThatIsRenamedDuringASave, HasTheOldFileOrTheNewOneAndNothingElse) {
+  const std::string folder = std::filesystem::path(ConfigurationChange::kFile).parent_path();
+  bool renamed = true;
+  for (int number = 1; renamed; ++number) {
+    SCOPED_TRACE("before call " + std::to_string(number));
+    ConfigurationChange change(kBefore);
+    failing::doBefore(number, [&] { std::filesystem::rename(folder, folder + ".moved"); });
+    change.run();
+    renamed = failing::stop();
+    if (renamed) std::filesystem::rename(folder + ".moved", folder);
+    change.expectRules();
+  }
+}
+
+TEST(AnotherFileUnderTheNameOfTheNewOne, DoesNotReplaceTheOldOne) {
+  ConfigurationChange change(kBefore);
+  const std::string name = std::filesystem::path(ConfigurationChange::kFile).replace_filename(".usbdev.conf.new");
+  bool replaced = false;
+  failing::doBefore(failing::kEvery, [&] {
+    if (replaced || !std::filesystem::exists(name)) return;
+    std::filesystem::remove(name);
+    writeFile(name, "of others");
+    replaced = true;
+  });
+  change.run();
+  EXPECT_TRUE(failing::stop());
+  EXPECT_EQ(change.closeResult(), xmlcfg::kNotStored);
+  change.expectRules();
 }
 
 }  // namespace

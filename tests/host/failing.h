@@ -1,6 +1,7 @@
 // Makes a call of the test program, or of a library that it uses, fail where a test wants it to.
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 namespace failing {
@@ -12,7 +13,11 @@ constexpr int kEvery = 0;
 /// only the calls that wait.
 void fail(std::string_view name, int number, int error);
 
-/// Returns whether one has failed since.
+/// Does something immediately before the number-th call from here on, or before every one. It may call fail() or
+/// doBefore() for what comes after it; its own calls do not count.
+void doBefore(int number, std::function<void()> action);
+
+/// Returns whether the moment came.
 bool stop();
 
 /// Returns whether it is between the two.

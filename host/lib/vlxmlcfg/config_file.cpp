@@ -38,17 +38,25 @@ std::string folderOf(const std::string &path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
+std::string nameOf(const std::string &path) { return path.substr(path.rfind('/') + 1); }
+
 /// A hidden file in the same folder. The names are fixed, so that the next writer removes what a killed writer left.
-std::string neighbourOf(const std::string &path, const char *ending) {
-  std::size_t name = path.rfind('/') == std::string::npos ? 0 : path.rfind('/') + 1;
-  return path.substr(0, name) + "." + path.substr(name) + ending;
+std::string neighbourOf(const std::string &name, const char *ending) { return "." + name + ending; }
+
+Descriptor openUninterrupted(int folder, const std::string &path, int flags, mode_t mode = 0) {
+  return Descriptor(uninterrupted([&] { return openat(folder, path.c_str(), flags | O_CLOEXEC, mode); }));
 }
 
-Descriptor openUninterrupted(const std::string &path, int flags, mode_t mode = 0) {
-  return Descriptor(uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC, mode); }));
+Descriptor openFolder(int folder, const std::string &path) {
+  return openUninterrupted(folder, path, O_RDONLY | O_DIRECTORY);
 }
 
-Descriptor openFolderOf(const std::string &path) { return openUninterrupted(folderOf(path), O_RDONLY | O_DIRECTORY); }
+int openPlainFile(int folder, const std::string &path, Descriptor &file) {
+  Descriptor opened = openUninterrupted(folder, path, O_RDONLY | O_NONBLOCK);  // a pipe in its place must not block
+  if (!opened) return saysMissing(errno) ? kMissing : kUnreadable;
+  file = std::move(opened);
+  return kDone;
+}
 
 bool lockExclusively(const Descriptor &file) {
   return uninterrupted([&] { return flock(file.get(), LOCK_EX); }) == 0;
@@ -58,12 +66,12 @@ bool flush(const Descriptor &file) {
   return uninterrupted([&] { return fsync(file.get()); }) == 0;
 }
 
-/// Checks whether the file is still the one at the path, which another writer may have replaced since it was opened.
-int askStillThere(const std::string &path, const Descriptor &file, bool &still_there) {
+/// Checks whether the file is still the one of the name, which somebody may have replaced since it was opened.
+int askStillThere(const Descriptor &folder, const std::string &name, const Descriptor &file, bool &still_there) {
   struct stat opened {};
   struct stat found {};
   if (fstat(file.get(), &opened) != 0) return kUnreadable;
-  bool any = stat(path.c_str(), &found) == 0;
+  bool any = fstatat(folder.get(), name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0;
   if (!any && !saysMissing(errno)) return kUnreadable;
   still_there = any && opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
   return kDone;
@@ -87,37 +95,33 @@ bool giveAccess(const Descriptor &file, const struct stat &like) {
   return fchmod(file.get(), like.st_mode & (in_group ? kOwnersAndGroups : kOwners)) == 0;
 }
 
-/// Writes a new file and flushes it to the disk; removes it on failure.
-bool writeNewFile(const std::string &path, const std::string &content, const struct stat *like) {
-  unlink(path.c_str());
-  Descriptor file = openUninterrupted(path, O_WRONLY | O_CREAT | O_EXCL, kOwnersOnly);
-  if (!file) return false;
-  bool written =
-      (like ? giveAccess(file, *like) : fchmod(file.get(), kOwnersOnly) == 0) && writeAll(file, content) && flush(file);
-  written = close(file.release()) == 0 && written;
-  if (!written) unlink(path.c_str());
-  return written;
+bool fill(const Descriptor &file, const std::string &content, const struct stat *like) {
+  bool accessible = like ? giveAccess(file, *like) : fchmod(file.get(), kOwnersOnly) == 0;
+  return accessible && writeAll(file, content) && flush(file);
 }
 
-/// Puts a new file at the path. Once it is there it is stored, even if its folder cannot be flushed.
-int put(const std::string &path, const Descriptor &folder, const std::string &new_path, const std::string &content,
-        const struct stat *like) {
-  if (!writeNewFile(new_path, content, like)) return kNotStored;
-  if (rename(new_path.c_str(), path.c_str()) != 0) {
-    unlink(new_path.c_str());
-    return kNotStored;
-  }
-  return flush(folder) ? kDone : kNotFlushed;
+/// Writes a new file, flushes it to the disk and gives it the name. What somebody put into its place meanwhile is not
+/// given the name.
+bool put(const Place &place, const std::string &new_name, const std::string &content, const struct stat *like) {
+  int folder = place.folder.get();
+  unlinkat(folder, new_name.c_str(), 0);
+  Descriptor file = openUninterrupted(folder, new_name, O_WRONLY | O_CREAT | O_EXCL, kOwnersOnly);
+  if (!file) return false;
+  bool still_there = false;
+  bool done = fill(file, content, like) && askStillThere(place.folder, new_name, file, still_there) == kDone &&
+              still_there && renameat(folder, new_name.c_str(), folder, place.name.c_str()) == 0;
+  if (!done) unlinkat(folder, new_name.c_str(), 0);
+  return done;
 }
 
 /// Creates the missing file with all of its content at once; with the folder's lock, one process at a time does so.
-int create(const std::string &path, const std::string &content) {
-  Descriptor folder = openFolderOf(path);
-  if (!folder) return saysMissing(errno) ? kMissing : kNotWritable;
-  if (!lockExclusively(folder)) return kNotWritable;
-  if (access(path.c_str(), F_OK) == 0) return kDone;
-  if (errno != ENOENT) return kNotWritable;
-  return put(path, folder, neighbourOf(path, ".first"), content, nullptr) == kNotStored ? kNotWritable : kDone;
+int create(const Place &place, const std::string &content) {
+  Descriptor own_folder = openFolder(place.folder.get(), ".");
+  if (!own_folder || !lockExclusively(own_folder)) return kNotWritable;
+  if (faccessat(own_folder.get(), place.name.c_str(), F_OK, 0) == 0) return kDone;
+  if (errno != ENOENT || !put(place, neighbourOf(place.name, ".first"), content, nullptr)) return kNotWritable;
+  flush(place.folder);
+  return kDone;
 }
 
 /// Follows the path's links, also a last one that leads to no file yet: the file is replaced, and the link stays.
@@ -135,29 +139,33 @@ int resolve(std::string path, std::string &target) {
   return kUnreadable;
 }
 
-}  // namespace
-
-int openForReading(const std::string &path, Descriptor &file) {
-  Descriptor opened = openUninterrupted(path, O_RDONLY | O_NONBLOCK);  // a pipe in its place must not block
-  if (!opened) return saysMissing(errno) ? kMissing : kUnreadable;
-  file = std::move(opened);
-  return kDone;
+int findPlace(const std::string &path, Place &place) {
+  std::string target;
+  int result = resolve(path, target);
+  if (result != kDone) return result;
+  place.name = nameOf(target);
+  place.folder = openFolder(AT_FDCWD, folderOf(target));
+  if (place.folder) return kDone;
+  return saysMissing(errno) ? kMissing : kNotWritable;
 }
 
-int openForWriting(const std::string &path, const std::string &first_content, Descriptor &file,
-                   std::string &real_path) {
+}  // namespace
+
+int openForReading(const std::string &path, Descriptor &file) { return openPlainFile(AT_FDCWD, path, file); }
+
+int openForWriting(const std::string &path, const std::string &first_content, Descriptor &file, Place &place) {
   for (bool still_there = false; !still_there;) {
-    int result = resolve(path, real_path);
-    if (result == kDone) result = openForReading(real_path, file);
-    if (result == kMissing) {
-      result = create(real_path, first_content);
+    int result = findPlace(path, place);
+    if (result == kDone) result = openPlainFile(place.folder.get(), place.name, file);
+    if (result == kMissing && place.folder) {
+      result = create(place, first_content);
       if (result == kDone) continue;
     }
     if (result != kDone) return result;
     // On a read-only disk the close reports the failure; until then the values can be read.
-    if (access(real_path.c_str(), W_OK) != 0 && errno != EROFS) return kNotWritable;
+    if (faccessat(place.folder.get(), place.name.c_str(), W_OK, 0) != 0 && errno != EROFS) return kNotWritable;
     if (!lockExclusively(file)) return kNotWritable;
-    result = askStillThere(real_path, file, still_there);
+    result = askStillThere(place.folder, place.name, file, still_there);
     if (result != kDone) return result;
   }
   return kDone;
@@ -180,11 +188,11 @@ int readAll(const Descriptor &file, std::vector<char> &bytes) {
   return kDone;
 }
 
-int replace(const std::string &path, const Descriptor &old_file, const std::string &content) {
+int replace(const Place &place, const Descriptor &old_file, const std::string &content) {
   struct stat old {};
   if (content.size() > kLargestFile || fstat(old_file.get(), &old) != 0) return kNotStored;
-  Descriptor folder = openFolderOf(path);
-  return folder ? put(path, folder, neighbourOf(path, ".new"), content, &old) : kNotStored;
+  if (!put(place, neighbourOf(place.name, ".new"), content, &old)) return kNotStored;
+  return flush(place.folder) ? kDone : kNotFlushed;
 }
 
 }  // namespace xmlcfg

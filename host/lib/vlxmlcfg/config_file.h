@@ -38,20 +38,26 @@ class Descriptor {
   int descriptor_;
 };
 
+/// A name in a folder, which stays the same folder when it is renamed or another one takes its path.
+struct Place {
+  Descriptor folder;
+  std::string name;
+};
+
 // All of these return a result of results.h; the bytes are set only with kDone.
 
 int openForReading(const std::string &path, Descriptor &file);
 
 /// Opens the file, waits for its lock, and keeps the lock until the descriptor is closed; creates a missing file with
-/// the given content, readable only for its owner. `real_path`, without links, is the one to replace. Readers need no
-/// lock, because they see the file before or after a replacement, never in between.
-int openForWriting(const std::string &path, const std::string &first_content, Descriptor &file, std::string &real_path);
+/// the given content, readable only for its owner. `place` is the one of the file itself, after all links. Readers need
+/// no lock, because they see the file before or after a replacement, never in between.
+int openForWriting(const std::string &path, const std::string &first_content, Descriptor &file, Place &place);
 
 int readAll(const Descriptor &file, std::vector<char> &bytes);
 
-/// Replaces the file at the path, whose lock the caller has, atomically and durably. The new file has the same owner,
+/// Replaces the file at the place, whose lock the caller has, atomically and durably. The new file has the same owner,
 /// group and their permissions; other users can no longer read it. With kNotStored the file is as it was, and no other
 /// file is left.
-int replace(const std::string &path, const Descriptor &old_file, const std::string &content);
+int replace(const Place &place, const Descriptor &old_file, const std::string &content);
 
 }  // namespace xmlcfg

@@ -24,7 +24,7 @@ constexpr std::size_t kMostDigits = 64;  // leading zeros included
 struct OpenConfig {
   bool writable = false;
   xmlcfg::Descriptor file;  // that of a writer has the lock
-  std::string path;
+  xmlcfg::Place place;
   xmlcfg::ConfigDocument document;
   bool incomplete = false;  // a value could not be set for lack of memory
 };
@@ -33,7 +33,7 @@ bool isComplete(const ValuePath &path) { return path.root && path.section && pat
 
 int load(int mode, const char *path, OpenConfig &config) {
   config.writable = mode == kWriting;
-  int result = config.writable ? xmlcfg::openForWriting(path, kFirstContent, config.file, config.path)
+  int result = config.writable ? xmlcfg::openForWriting(path, kFirstContent, config.file, config.place)
                                : xmlcfg::openForReading(path, config.file);
   if (result != xmlcfg::kDone) return result;
   std::vector<char> bytes;
@@ -111,7 +111,7 @@ int xmlcfg_close(void *handle, int) {
   if (config->incomplete) return xmlcfg::kNotStored;
   if (!config->document.changed()) return xmlcfg::kDone;
   return withoutExceptions(xmlcfg::kNotStored,
-                           [&] { return xmlcfg::replace(config->path, config->file, config->document.print()); });
+                           [&] { return xmlcfg::replace(config->place, config->file, config->document.print()); });
 }
 
 }  // extern "C"
