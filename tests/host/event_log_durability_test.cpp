@@ -1,0 +1,47 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/vllog.h"
+#include "private_host.h"
+
+namespace {
+
+const std::string kFolder = "/var/log/vl";
+std::vector<std::string> calls;
+
+int flush(int descriptor) {
+  calls.push_back("flush " + std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor)).string());
+  return static_cast<int>(syscall(SYS_fsync, descriptor));
+}
+
+}  // namespace
+
+// These stand in for the C library's, also where the event log and its database call them.
+
+int fsync(int descriptor) { return flush(descriptor); }
+int fdatasync(int descriptor) { return flush(descriptor); }
+
+int unlink(const char *path) noexcept {
+  calls.push_back(std::string("remove ") + path);
+  return static_cast<int>(syscall(SYS_unlink, path));
+}
+
+namespace {
+
+// With the journal still there the next reader would take the line out again.
+TEST(AStoredLine, HasItsFolderOnTheDiskAndItsJournalOffTheDisk) {
+  mountMemory("/var/log");
+  ASSERT_EQ(vq_sql_set_log(0, "a line", 0), 0);
+  ASSERT_GT(calls.size(), 3U);
+  EXPECT_EQ(calls.front(), "flush /var/log");
+  EXPECT_THAT(std::vector<std::string>(calls.end() - 2, calls.end()),
+              testing::ElementsAre("remove " + kFolder + "/event.db-journal", "flush " + kFolder));
+}
+
+}  // namespace
