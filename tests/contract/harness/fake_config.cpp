@@ -120,9 +120,9 @@ int FakeConfig::open(int mode, const char *file, void **handle) {
 }
 
 FakeConfig::Handle *FakeConfig::checked(void *handle, const char *operation) {
-  for (const auto &known : handles_) {
-    if (known.get() == handle && known->open) return known.get();
-  }
+  const auto known = std::find_if(handles_.rbegin(), handles_.rend(),
+                                  [handle](const auto &one) { return one.get() == handle && one->open; });
+  if (known != handles_.rend()) return known->get();
   journal_.violation(std::string("configuration ") + operation + " without an open handle");
   return nullptr;
 }
@@ -137,6 +137,7 @@ int FakeConfig::close(void *handle, int flag) {
   journal_.add(result < 0 ? "close failed" : "close");
   opened->open = false;
   if (opened->writing && result >= 0) files_[opened->file] = opened->pending;
+  opened->pending.clear();
   return result;
 }
 

@@ -14,6 +14,11 @@ void FakeSound::card(int number, int entry_count, int channel_mode, int channel_
   name.copy(info.name, sizeof info.name);  // a name of 256 bytes has no terminator
 }
 
+void FakeSound::remove(int number) {
+  std::lock_guard<std::mutex> guard(mutex_);
+  cards_.erase(number);
+}
+
 int FakeSound::describe(int number, _acard_info *info) {
   std::lock_guard<std::mutex> guard(mutex_);
   journal_.add("card " + std::to_string(number));

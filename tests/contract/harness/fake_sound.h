@@ -17,6 +17,7 @@ class FakeSound {
 
   // A card that exists; one that was never described makes its query fail.
   void card(int number, int entry_count, int channel_mode, int channel_count, const std::string &name);
+  void remove(int number);
   // The host's own record has this many bytes in all, and all are filled.
   void fillRecordsOf(size_t bytes) { record_size_ = bytes; }
 

@@ -1,0 +1,47 @@
+// The choices of one operation, read from its bytes.
+#pragma once
+
+#include <usbdev/records.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "catalog.h"
+
+namespace model {
+
+// One thing that happens: the first byte says what, the others choose its details.
+using Operation = std::array<uint8_t, 12>;
+
+class Choices {
+ public:
+  explicit Choices(const Operation &operation) : operation_(operation) {}
+
+  // One of 0 to n - 1.
+  int below(int n) {
+    const uint8_t byte = operation_[next_];
+    if (next_ + 1 < operation_.size()) ++next_;
+    return byte % n;
+  }
+  // True once in n times.
+  bool rarely(int n) { return below(n) == n - 1; }
+
+  template <typename Value>
+  const Value &of(const std::vector<Value> &values) {
+    return values[static_cast<size_t>(below(static_cast<int>(values.size())))];
+  }
+
+  // Now and then one that does not exist.
+  int profile() { return of<int>({0, 1, 2, 3, 0, 1, 2, 3, 0, 1, 2, 3, 0, 1, 2, 3, -1, 4}); }
+  int channel() { return below(USBDEV_CHANNELS); }
+  std::string port() { return of(ports()); }
+  int eventCode() { return of<int>({0, 1, 2, 3, 4, 5}); }
+
+ private:
+  const Operation &operation_;
+  size_t next_ = 1;
+};
+
+}  // namespace model

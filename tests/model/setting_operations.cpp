@@ -1,0 +1,138 @@
+// Users assign profiles, name them, set their streams, and switch ports.
+#include <usbdev/usbdev.h>
+
+#include "operations.h"
+#include "record_text.h"
+
+namespace model {
+
+namespace {
+
+void check(TwinWorlds &worlds, Choices &choose) {
+  const std::string port = choose.port();
+  const int profile = choose.profile();
+  int library = 77;
+  int model = 77;
+  worlds.call("vl_chk_usbdev_profile", port, profile);
+  worlds.returned(vl_chk_usbdev_profile(port.c_str(), profile, &library),
+                  worlds.world.vl_chk_usbdev_profile(port.c_str(), profile, &model));
+  worlds.wroteRecord(library, model);
+}
+
+void assign(TwinWorlds &worlds, Choices &choose) {
+  std::string port = choose.port();
+  const int profile = choose.profile();
+  worlds.call("vl_set_usbchn_profile", port, profile);
+  worlds.returned(vl_set_usbchn_profile(port.data(), profile),
+                  worlds.world.vl_set_usbchn_profile(port.data(), profile));
+}
+
+void clear(TwinWorlds &worlds, Choices &choose) {
+  const int profile = choose.profile();
+  const int code = choose.eventCode();
+  const char *client = choose.of<const char *>({"192.168.1.20", "10.0.0.7", nullptr});
+  worlds.call("vl_clear_usbchn_profile", profile, client == nullptr ? "null" : client, code);
+  worlds.returned(vl_clear_usbchn_profile(profile, client, code),
+                  worlds.world.vl_clear_usbchn_profile(profile, client, code));
+}
+
+void rename(TwinWorlds &worlds, Choices &choose) {
+  const int profile = choose.profile();
+  const int code = choose.eventCode();
+  const std::string name = choose.of<std::string>({"Front door", "Yard", "", std::string(300, 'n')});
+  worlds.call("vl_set_profile_channelname", profile, name.substr(0, 20), code);
+  worlds.returned(vl_set_profile_channelname(profile, name.c_str(), code),
+                  worlds.world.vl_set_profile_channelname(profile, name.c_str(), code));
+}
+
+// What a settings page asks for: the stream as it is, with some settings changed.
+_streaminfo changed(_streaminfo info, Choices &choose) {
+  if (choose.rarely(2)) info.vcodec = choose.below(2);
+  switch (choose.below(4)) {
+    case 0:
+      info.width = 640, info.height = 480;
+      break;
+    case 1:
+      info.width = 1280, info.height = 720;
+      break;
+    case 2:
+      info.height = choose.of<int>({480, 720});
+      break;
+    default:
+      break;
+  }
+  if (choose.rarely(2)) info.framerate = choose.of<float>({0, 3, 7.5F, 15, 28, 30, 60, 61, 120, 500});
+  const int picture = choose.below(64);
+  if (picture < 16) {
+    info.osdenable = picture & 1;
+    info.flip = picture >> 1 & 1;
+    info.mirror = picture >> 2 & 1;
+    info.ldspoutput = picture >> 3 & 1;
+  }
+  if (choose.rarely(3)) info.aenable = choose.below(2);
+  if (choose.rarely(3)) {
+    info.acodec = choose.below(3);
+    info.samplerate = 48000;
+  }
+  if (choose.rarely(3)) info.volume = choose.below(101);
+  return info;
+}
+
+void setStream(TwinWorlds &worlds, Choices &choose) {
+  const int profile = choose.profile();
+  const int code = choose.eventCode();
+  _streaminfo before = contract::zeroed<_streaminfo>();
+  for (unsigned char &byte : before.header) byte = static_cast<unsigned char>(choose.below(3) + 'a');
+  worlds.world.vl_get_stream_info(profile, &before);
+  _streaminfo library = changed(before, choose);
+  _streaminfo model = library;
+  float library_rate = -1;
+  float model_rate = -1;
+  worlds.returned(findclosedFPS(profile, &library, &library_rate),
+                  worlds.world.findclosedFPS(profile, &model, &model_rate));
+  worlds.wroteRecord(library_rate, model_rate);
+  worlds.call("vl_set_usbchn_stream", profile, library.vcodec, library.width, library.height, library.framerate, code);
+  worlds.returned(vl_set_usbchn_stream(profile, &library, &before, code),
+                  worlds.world.vl_set_usbchn_stream(profile, &model, &before, code));
+  worlds.wroteRecord(library, model);
+}
+
+void switchPort(TwinWorlds &worlds, Choices &choose) {
+  const std::string port = choose.port();
+  const std::string state = choose.of<std::string>({"enable", "disable", "enable", "disable", "Enable"});
+  const char *client = choose.of<const char *>({"192.168.1.20", nullptr});
+  worlds.call("vl_set_usbslot_switch", port, state);
+  worlds.returned(vl_set_usbslot_switch(port.c_str(), state.c_str(), client),
+                  worlds.world.vl_set_usbslot_switch(port.c_str(), state.c_str(), client));
+}
+
+void setSps(TwinWorlds &worlds, Choices &choose) {
+  const int profile = choose.profile();
+  const int value = choose.below(3);
+  worlds.call("mn_set_usbchn_sps", profile, value);
+  worlds.returned(mn_set_usbchn_sps(profile, value), worlds.world.mn_set_usbchn_sps(profile, value));
+}
+
+void setVolume(TwinWorlds &worlds, Choices &choose) {
+  const int profile = choose.profile();
+  worlds.call("mn_set_usbdev_volume", profile);
+  worlds.returned(mn_set_usbdev_volume(profile), worlds.world.mn_set_usbdev_volume(profile));
+}
+
+void setAvailable(TwinWorlds &worlds, Choices &choose) {
+  const int profile = choose.below(6) - 1;
+  const int value = choose.below(3);
+  worlds.call("mn_update_pfstate", profile, value);
+  worlds.returned(mn_update_pfstate(profile, value), worlds.world.mn_update_pfstate(profile, value));
+}
+
+}  // namespace
+
+const std::vector<Happening> &settingHappenings() {
+  static const std::vector<Happening> all = {{3, check},  {40, assign},    {10, clear},
+                                             {3, rename}, {14, setStream}, {12, switchPort},
+                                             {2, setSps}, {2, setVolume},  {2, setAvailable}};
+  return all;
+}
+
+}  // namespace model
