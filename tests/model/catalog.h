@@ -1,4 +1,4 @@
-// The cameras and sound cards of every made-up day: alone, side by side on a port or a bridge, twins, and useless ones.
+// The cameras and sound cards that somebody owns: alone, side by side on a port or a bridge, twins, and useless ones.
 #pragma once
 
 #include <vector>
@@ -7,9 +7,8 @@
 
 namespace model {
 
-const std::vector<Camera> &cameras();
+// One set of cameras for each value modulo 4: of every kind, all on one root port, all on two bridges, or on both.
+const std::vector<Camera> &camerasOf(unsigned house);
 const std::vector<Card> &cards();
-// Every port of them, and one that has none.
-const std::vector<std::string> &ports();
 
 }  // namespace model

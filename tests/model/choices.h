@@ -1,14 +1,12 @@
 // The choices of one operation, read from its bytes.
 #pragma once
 
-#include <usbdev/records.h>
-
 #include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "catalog.h"
+#include "world.h"
 
 namespace model {
 
@@ -17,7 +15,7 @@ using Operation = std::array<uint8_t, 12>;
 
 class Choices {
  public:
-  explicit Choices(const Operation &operation) : operation_(operation) {}
+  Choices(const Operation &operation, const World &world) : operation_(operation), world_(world) {}
 
   // One of 0 to n - 1.
   int below(int n) {
@@ -33,14 +31,16 @@ class Choices {
     return values[static_cast<size_t>(below(static_cast<int>(values.size())))];
   }
 
-  // Now and then one that does not exist.
-  int profile() { return of<int>({0, 1, 2, 3, 0, 1, 2, 3, 0, 1, 2, 3, 0, 1, 2, 3, -1, 4}); }
   int channel() { return below(USBDEV_CHANNELS); }
-  std::string port() { return of(ports()); }
   int eventCode() { return of<int>({0, 1, 2, 3, 4, 5}); }
+  // Mostly one that a channel has, now and then one that does not exist.
+  int profile();
+  // Mostly one that has a camera now.
+  std::string port();
 
  private:
   const Operation &operation_;
+  const World &world_;
   size_t next_ = 1;
 };
 

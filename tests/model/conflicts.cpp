@@ -7,12 +7,6 @@ namespace {
 
 std::string rootPort(const std::string &slot) { return slot.substr(0, slot.find('.')); }
 
-// 0 = a is earlier or one of them is no moment, 1 = a is later, 2 = they are the same.
-int compareMoments(const std::string &a, const std::string &b) {
-  if (!contains(a, " ") || !contains(b, " ")) return 0;
-  return a == b ? 2 : a > b ? 1 : 0;
-}
-
 bool mayTakeOver(const Channel &channel) {
   return channel.exists() && channel.hasProfile() && channel.number("slot_switch", -1) == 1;
 }
@@ -24,6 +18,22 @@ bool World::conflicts(const std::string &other_slot, const std::string &slot, co
   if (host.one_channel) return true;
   if (rootPort(other_slot) == rootPort(slot)) return true;
   return !bridge.empty() && host.bridgeOf(other_vnode) == bridge;
+}
+
+int World::chkconflict(char *other_slot, const char *slot, bool on_bridge, int other_vnode,
+                       const char *bridge_path) const {
+  const std::string other = other_slot;
+  rootPort(other).copy(other_slot, other.size());
+  other_slot[rootPort(other).size()] = '\0';
+  return conflicts(other, slot, on_bridge ? bridge_path : "", other_vnode) ? 1 : 0;
+}
+
+// 0 = a is earlier or one of them is not a moment, 1 = a is later, 2 = they are the same.
+int World::isElderPf(const char *a, const char *b) {
+  const std::string one = a;
+  const std::string other = b;
+  if (!contains(one, " ") || !contains(other, " ")) return 0;
+  return one == other ? 2 : one > other ? 1 : 0;
 }
 
 // The slot is that of the first that could take over, even if an older one does; a bridge that was found stays.
@@ -59,7 +69,7 @@ World::Successor World::chooseSuccessor(const std::vector<int> &waiting, int mod
       successor.slot = channel.slot();
       choose();
     }
-    const int order = compareMoments(oldest, channel.text("createtime"));
+    const int order = isElderPf(oldest.c_str(), channel.text("createtime").c_str());
     if (order == 0 || (order == 2 && channel.profile() >= successor.profile)) continue;
     choose();
     oldest = channel.text("createtime");

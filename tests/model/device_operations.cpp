@@ -1,6 +1,9 @@
 // Devices come and go, and the conflicts between them are settled.
 #include <usbdev/usbdev.h>
 
+#include <algorithm>
+
+#include "catalog.h"
 #include "operations.h"
 #include "record_text.h"
 #include "text.h"
@@ -56,7 +59,7 @@ int nodeOf(const TwinWorlds &worlds, const std::string &slot) {
 
 // Another camera may be in the port still, if its removal went unnoticed.
 void plugCamera(TwinWorlds &worlds, Choices &choose) {
-  const Camera &camera = choose.of(cameras());
+  const Camera &camera = choose.of(worlds.world.host.owned);
   const bool noticed = !choose.rarely(8);
   int node = choose.below(kNodes);
   if (nodeOf(worlds, camera.slot) != -1) worlds.detach(nodeOf(worlds, camera.slot));
@@ -70,13 +73,13 @@ void plugCamera(TwinWorlds &worlds, Choices &choose) {
 }
 
 void unplugCamera(TwinWorlds &worlds, Choices &choose) {
-  const Camera &camera = choose.of(cameras());
-  const int node = nodeOf(worlds, camera.slot);
+  const std::string port = choose.port();
+  const int node = nodeOf(worlds, port);
   if (node != -1) worlds.detach(node);
   if (choose.rarely(8)) {
-    worlds.call("(unnoticed: camera is unplugged)", camera.slot);
+    worlds.call("(unnoticed: camera is unplugged)", port);
   } else {
-    event(worlds, described(1, node, camera.slot, camera.name, false));
+    event(worlds, described(1, node, port, "HD Webcam", false));
   }
 }
 
@@ -140,6 +143,32 @@ void recompute(TwinWorlds &worlds, Choices &choose) {
   worlds.wroteRecord(library, model);
 }
 
+void compare(TwinWorlds &worlds, Choices &choose) {
+  const std::string other = choose.port();
+  const std::string port = choose.port();
+  const std::string bridge = worlds.world.host.bridgeOf(choose.below(kNodes));
+  const int node = choose.below(kNodes + 1) - 1;
+  std::string library = other;
+  std::string model = other;
+  worlds.call("chkconflict", other, port, bridge, node);
+  worlds.returned(chkconflict(library.data(), port.c_str(), !bridge.empty(), node, bridge.c_str()),
+                  worlds.world.chkconflict(model.data(), port.c_str(), !bridge.empty(), node, bridge.c_str()));
+  worlds.wrote("port", library, model);
+}
+
+void compareAges(TwinWorlds &worlds, Choices &choose) {
+  const std::string a = worlds.world.channels[choose.channel()].text("createtime");
+  const std::string b = worlds.world.channels[choose.channel()].text("createtime");
+  worlds.call("isElderPf", a, b);
+  worlds.returned(isElderPf(a.c_str(), b.c_str()), World::isElderPf(a.c_str(), b.c_str()));
+}
+
+void countTimeout(TwinWorlds &worlds, Choices &choose) {
+  const int index = choose.below(6) - 1;
+  worlds.call("vl_add_shm_timeout_log", index);
+  worlds.returned(vl_add_shm_timeout_log(index), worlds.world.vl_add_shm_timeout_log(index));
+}
+
 struct Key {
   const char *key;
   std::vector<std::string> values;
@@ -161,7 +190,8 @@ const std::vector<Key> kStored = {
     {"video/cap", {"0", "1", "0 1", ""}},
     {"video/framerate", {"15.00", "7.50", ""}},
     {"video/osdenable", {"0"}},
-    {"audio/anode", {"-1", "0", "2", "3"}},
+    {"audio/anode", {"2", "3", "2", "3", "-1"}},
+    {"audio/anode", {"0"}},
     {"audio/aenable", {"0", "1"}},
     {"audio/acap", {"1", "0 1"}},
     {"audio/volume", {"0", "80"}},
@@ -188,7 +218,8 @@ void storeKey(TwinWorlds &worlds, Choices &choose) {
 const std::vector<Happening> &deviceHappenings() {
   static const std::vector<Happening> all = {{40, plugCamera},  {20, unplugCamera}, {6, plugCard},   {4, unplugCard},
                                              {3, startUp},      {3, synchronise},   {1, checkCodec}, {4, handOver},
-                                             {3, findConflict}, {3, recompute},     {12, storeKey}};
+                                             {3, findConflict}, {3, recompute},     {8, storeKey},   {2, compare},
+                                             {1, compareAges},  {2, countTimeout}};
   return all;
 }
 

@@ -35,6 +35,7 @@ struct Card {
 struct Host {
   bool one_channel = false;                  // serves one channel only
   bool encoder = false;                      // encodes H.264, so that YUYV counts
+  std::vector<Camera> owned;                 // that may be plugged in
   std::set<std::string> unsupported;         // names of devices
   std::map<std::string, std::string> types;  // ids -> type of the camera
   std::map<int, Camera> cameras;             // by node

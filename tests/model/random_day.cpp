@@ -43,7 +43,7 @@ History randomHistory(unsigned seed, int operations) {
 
 std::string RandomDay::step(const Operation &operation) {
   static const std::vector<Happening> happenings = weighted();
-  Choices choose(operation);
+  Choices choose(operation, worlds_.world);
   worlds_.begin(static_cast<unsigned>(operation.back() % 3));
   happenings[operation[0] % happenings.size()].run(worlds_, choose);
   return worlds_.difference();
@@ -53,7 +53,7 @@ std::string differenceIn(const History &history) {
   const contract::OutputCapture silence;
   RandomDay day(history.kind_of_host);
   std::ostringstream report;
-  report << "kind of host " << history.kind_of_host % 4 << "\n";
+  report << "kind of host " << history.kind_of_host % 16 << "\n";
   for (const Operation &operation : history.operations) {
     const std::string difference = day.step(operation);
     report << day.worlds().operation() << "\n" << difference;

@@ -21,7 +21,7 @@ void check(TwinWorlds &worlds, Choices &choose) {
 
 void assign(TwinWorlds &worlds, Choices &choose) {
   std::string port = choose.port();
-  const int profile = choose.profile();
+  const int profile = choose.rarely(8) ? choose.profile() : choose.below(USBDEV_PROFILES);
   worlds.call("vl_set_usbchn_profile", port, profile);
   worlds.returned(vl_set_usbchn_profile(port.data(), profile),
                   worlds.world.vl_set_usbchn_profile(port.data(), profile));
@@ -47,7 +47,7 @@ void rename(TwinWorlds &worlds, Choices &choose) {
 
 // What a settings page asks for: the stream as it is, with some settings changed.
 _streaminfo changed(_streaminfo info, Choices &choose) {
-  if (choose.rarely(2)) info.vcodec = choose.below(2);
+  if (choose.rarely(4)) info.vcodec = choose.below(2);
   switch (choose.below(4)) {
     case 0:
       info.width = 640, info.height = 480;

@@ -1,7 +1,11 @@
 #include "twin_worlds.h"
 
+#include <sys/shm.h>
+#include <usbdev/usbdev.h>
+
 #include <algorithm>
 
+#include "catalog.h"
 #include "encoding_host.h"
 #include "host_camera.h"
 #include "stream_links.h"
@@ -56,6 +60,7 @@ std::string momentText(time_t moment) {
 TwinWorlds::TwinWorlds(unsigned kind_of_host) {
   world.host.one_channel = (kind_of_host & 1U) != 0;
   world.host.encoder = (kind_of_host & 2U) != 0;
+  world.host.owned = camerasOf(kind_of_host >> 2U);
   world.host.unsupported = {"Listed Cam"};
   world.host.types = {{"046d:0825", "3"}, {"1b3f:2247", "12"}};
   if (world.host.one_channel) host.limitToOneChannel();
@@ -67,7 +72,12 @@ TwinWorlds::TwinWorlds(unsigned kind_of_host) {
   host.journal.watch([this](const std::string &line) { watch(line); });
   host.clock.stopAt(world.now);
   moment_ = host.clock.moment();
+  void *const segment = vl_attach_log_shm(vl_create_log_shm());
+  vl_log_shm_init(segment);
+  counters_ = static_cast<const unsigned *>(segment);
 }
+
+TwinWorlds::~TwinWorlds() { shmdt(counters_); }
 
 // What the host does when the library asks it for something: the next hash, a link, no link.
 void TwinWorlds::watch(const std::string &line) {
@@ -174,27 +184,25 @@ void TwinWorlds::wrote(const std::string &what, const std::string &library, cons
 std::string TwinWorlds::difference() {
   compareStored();
   compareDone();
+  compareCounters();
   for (const std::string &violation : host.journal.violations()) differences_ += "  " + violation + "\n";
   return differences_;
 }
 
 void TwinWorlds::compareStored() {
-  std::map<std::string, std::string> stored;
+  std::map<std::string, std::string> left = host.config.values();
   for (int n = 0; n < USBDEV_CHANNELS; ++n) {
-    for (const auto &[key, value] : world.channels[n].keys) stored["ch" + std::to_string(n) + "/" + key] = value;
-  }
-  const std::map<std::string, std::string> library = host.config.values();
-  if (library == stored) return;
-  for (const auto &[path, value] : library) {
-    if (stored.count(path) == 0) {
-      differences_ += "  " + path + " is \"" + value + "\", in the model missing\n";
-    } else if (stored[path] != value) {
-      differences_ += "  " + path + " is \"" + value + "\", in the model \"" + stored[path] + "\"\n";
+    for (const auto &[key, value] : world.channels[n].keys) {
+      const auto stored = left.find("ch" + std::to_string(n) + "/" + key);
+      const std::string library = stored == left.end() ? "missing" : stored->second;
+      if (library != value) {
+        differences_ +=
+            "  ch" + std::to_string(n) + "/" + key + " is \"" + library + "\", in the model \"" + value + "\"\n";
+      }
+      if (stored != left.end()) left.erase(stored);
     }
   }
-  for (const auto &[path, value] : stored) {
-    if (library.count(path) == 0) differences_ += "  " + path + " is missing, in the model \"" + value + "\"\n";
-  }
+  for (const auto &[path, value] : left) differences_ += "  " + path + " is \"" + value + "\", in the model missing\n";
 }
 
 void TwinWorlds::compareDone() {
@@ -214,6 +222,12 @@ void TwinWorlds::compareDone() {
   std::map<std::string, std::string> available;
   for (const auto &[path, value] : world.available) available[path] = std::to_string(value);
   if (host.config.values(contract::kProfileStateFile) != available) differences_ += "  profile states differ\n";
+}
+
+void TwinWorlds::compareCounters() {
+  for (int i = 0; i < USBDEV_PROFILES; ++i) {
+    if (counters_[i] != world.timeouts[i]) differences_ += "  time-out counter " + std::to_string(i) + " differs\n";
+  }
 }
 
 }  // namespace model

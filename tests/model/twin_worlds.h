@@ -12,8 +12,9 @@ namespace model {
 
 class TwinWorlds {
  public:
-  // What the bits mean: 1 = the host serves one channel only, 2 = it encodes H.264.
+  // What the bits mean: 1 = the host serves one channel only, 2 = it encodes H.264, 4 and 8 = which cameras there are.
   explicit TwinWorlds(unsigned kind_of_host);
+  ~TwinWorlds();
   TwinWorlds(const TwinWorlds &) = delete;
   TwinWorlds &operator=(const TwinWorlds &) = delete;
 
@@ -61,12 +62,14 @@ class TwinWorlds {
   void watch(const std::string &line);
   void compareStored();
   void compareDone();
+  void compareCounters();
 
   time_t moment_;
   unsigned ids_ = 0;
   int hashes_ = 1;
   std::string called_;
   std::string differences_;
+  const unsigned *counters_;
 };
 
 }  // namespace model

@@ -40,6 +40,8 @@ class World {
 
   // --- devices.h
   int mn_get_usbchn_fmts(int vnode, _usbfmt_des *table, int *over60) const;
+  int chkconflict(char *other_slot, const char *slot, bool on_bridge, int other_vnode, const char *bridge_path) const;
+  static int isElderPf(const char *a, const char *b);
   int updateConflict(int channel, int value, int mode, int *profile);
   int getConflictCH(int channel, int *answers) const;
   int syncConflict(int *states);
