@@ -2,6 +2,11 @@
 
 from __future__ import annotations
 
+import os
+import traceback
+from types import TracebackType
+
+from servicelib import lifecycle
 from tornado.web import HTTPError, RequestHandler, StaticFileHandler, stream_request_body
 
 LONGEST_BODY = 4096
@@ -28,6 +33,15 @@ class Answer(RequestHandler):
         self.body += chunk
         if len(self.body) > LONGEST_BODY:
             self.send_error(413)
+
+    def log_exception(
+        self, kind: type[BaseException] | None, problem: BaseException | None, trace: TracebackType | None
+    ) -> None:
+        """Prints what failed and where, but neither the request nor the problem's text: they contain secrets."""
+        if isinstance(problem, HTTPError) or kind is None:
+            return
+        place = traceback.extract_tb(trace)[-1]
+        lifecycle.say(f"an answer failed: {kind.__name__} in {os.path.basename(place.filename)}:{place.lineno}")
 
 
 class PageFile(Answer, StaticFileHandler):

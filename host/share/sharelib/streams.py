@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import os
 from pathlib import Path
 
 from tornado.web import HTTPError, StaticFileHandler
@@ -21,8 +22,15 @@ ROUTE = r"/([0-9a-f]{32}/[A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
 
 
 class StreamFile(Answer, StaticFileHandler):
+    async def get(self, path: str, include_body: bool = True) -> None:
+        try:
+            await super().get(path, include_body)
+        except OSError as gone:  # the encoder removes segments at any time, also between two questions about one
+            raise HTTPError(404) from gone
+
     def validate_absolute_path(self, root: str, absolute_path: str) -> str | None:
-        if not Path(absolute_path).resolve().is_relative_to(STREAMS):
+        leads_to = os.path.realpath(absolute_path)
+        if not Path(leads_to).is_relative_to(STREAMS) or not os.path.isfile(leads_to):
             raise HTTPError(404)
         return super().validate_absolute_path(root, absolute_path)
 

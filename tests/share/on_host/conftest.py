@@ -17,7 +17,7 @@ from viewer import Viewer, viewing
 
 SHARE = Path(__file__).resolve().parents[3] / "host/share"
 SHARE_PAGE = SHARE / "share-page"
-sys.path.insert(0, str(SHARE))
+sys.path[:0] = [str(SHARE), str(SHARE.parent / "services")]
 CONFIGURATION = Path("/etc/config/usbdev.conf")
 APPLICATION = Path("/mnt/ext/opt/apps/Velmora2")
 STREAM = APPLICATION / "hls/channel1"

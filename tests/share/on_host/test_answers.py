@@ -3,13 +3,21 @@
 from __future__ import annotations
 
 import json
+import os
+import socket
+import time
+from collections.abc import Iterator
 from pathlib import Path
 from typing import Any
+from unittest.mock import patch
 
 import pytest
 from conftest import APPLICATION, CONFIGURATION, STREAM, SharePage, share, store
 from requests_to_page import request
 from sharelib.library import OPENS, WRONG_TOKEN, Library
+from sharelib.streams import ROUTE, StreamFile
+from tornado.testing import AsyncHTTPTestCase
+from tornado.web import Application
 
 HASH = "0123456789abcdef0123456789abcdef"
 LINK = {
@@ -155,6 +163,60 @@ def test_a_link_that_leads_elsewhere_is_not_followed(tmp_path: Path) -> None:
     (APPLICATION / HASH).symlink_to(tmp_path)
     assert request("GET", f"/{HASH}/playlist.m3u8")[0].status == 404
     (APPLICATION / HASH).unlink()
+
+
+@pytest.fixture(params=["folder", "pipe", "circle", "device"])
+def no_segment(request: pytest.FixtureRequest) -> Iterator[str]:
+    """Something in the stream's folder that is named like a segment."""
+    path = STREAM / f"{request.param}.ts"
+    make = {
+        "folder": path.mkdir,
+        "pipe": lambda: os.mkfifo(path),
+        "circle": lambda: path.symlink_to(path),
+        "device": lambda: path.symlink_to("/dev/zero"),
+    }
+    make[request.param]()
+    yield path.name
+    path.rmdir() if request.param == "folder" else path.unlink()
+
+
+def test_what_is_not_a_file_is_not_given_out(page: SharePage, stream_link: Path, no_segment: str) -> None:
+    assert request("GET", f"/{stream_link.name}/{no_segment}")[0].status == 404
+    assert stream_link.name not in page.log.read_text()
+
+
+class TestASegment(AsyncHTTPTestCase):
+    """Served by this process, so that it can be removed at a certain moment."""
+
+    def get_app(self) -> Application:
+        return Application([(ROUTE, StreamFile, {"path": APPLICATION})])
+
+    def test_that_is_removed_while_it_is_asked_for_is_not_found(self) -> None:
+        link, segment = APPLICATION / HASH, STREAM / "gone.ts"
+        link.symlink_to(STREAM)
+        for moment in ("get_modified_time", "get_content_size", "get_content_type"):
+            segment.write_bytes(b"segment")
+            ask = getattr(StreamFile, moment)
+            with patch.object(StreamFile, moment, lambda handler: (segment.unlink(missing_ok=True), ask(handler))[1]):
+                assert self.fetch(f"/{HASH}/gone.ts").code == 404
+        link.unlink()
+
+
+def test_a_segment_that_changes_while_it_is_read_puts_no_link_into_the_log(page: SharePage, stream_link: Path) -> None:
+    segment = STREAM / "changing.ts"
+    segment.write_bytes(bytes(32 << 20))
+    with socket.create_connection(("127.0.0.1", 8080), timeout=20) as visit:
+        visit.sendall(f"GET /{stream_link.name}/changing.ts HTTP/1.1\r\nHost: h\r\n\r\n".encode())
+        visit.recv(1)
+        os.truncate(segment, 1)
+        while visit.recv(65536):
+            pass
+    segment.unlink()
+    deadline = time.monotonic() + 20
+    while "an answer failed: HTTPOutputError" not in page.log.read_text():
+        assert time.monotonic() < deadline, page.log.read_text()
+        time.sleep(0.01)
+    assert "Traceback" not in page.log.read_text() and stream_link.name not in page.log.read_text()
 
 
 def test_links_are_in_no_log(page: SharePage, stream_link: Path) -> None:
