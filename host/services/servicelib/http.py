@@ -2,7 +2,10 @@
 
 from __future__ import annotations
 
+import re
+from collections import deque
 from collections.abc import Awaitable
+from typing import Any
 
 from tornado.httpserver import HTTPServer
 from tornado.httputil import HTTPHeaders, HTTPMessageDelegate, RequestStartLine
@@ -20,28 +23,54 @@ REFUSAL = (
     b"Connection: close\r\n"
     b"\r\n"
 )
+# Each may have a file open too, and a process usually may have 1024. Without descriptors nobody would be accepted.
+MOST_CONNECTIONS = 400
+HEADER_NAME = re.compile(r"[!#$%&'*+.^_`|~0-9A-Za-z-]+")
+LENGTH = re.compile(r"[0-9]+(,[0-9]+)*")  # of two that are the same tornado makes one text
 
 
 class Server(HTTPServer):
-    """Refuses bodies in chunks, because tornado hangs for all clients at one of negative length."""
+    """Keeps the latest connections, and refuses what programs in between could understand otherwise: bodies in chunks,
+    at which tornado also hangs for all clients if a length is negative, and heads that HTTP forbids."""
+
+    def initialize(self, *arguments: Any, **settings: Any) -> None:
+        super().initialize(*arguments, **settings)
+        self._streams: deque[IOStream] = deque()  # the oldest connection is the first
+
+    def _make_room(self) -> None:
+        if len(self._streams) >= MOST_CONNECTIONS:
+            self._streams = deque(stream for stream in self._streams if not stream.closed())
+        if len(self._streams) >= MOST_CONNECTIONS:
+            self._streams.popleft().close()
 
     def handle_stream(self, stream: IOStream, address: tuple[str, int]) -> None:
+        self._make_room()
+        self._streams.append(stream)
         write = stream.write
         stream.write = lambda data: write(REFUSAL if data == BARE_REFUSAL else data)  # no handler runs for these
         super().handle_stream(stream, address)
 
     def start_request(self, *connection: object) -> HTTPMessageDelegate:
-        return _WithoutChunks(super().start_request(*connection))
+        return _OrRefusal(super().start_request(*connection))
 
 
-class _WithoutChunks(HTTPMessageDelegate):
+def _is_proper(headers: HTTPHeaders) -> bool:
+    """Checks that every reader of the head finds the same names and the same end of the body."""
+    return (
+        "Transfer-Encoding" not in headers
+        and LENGTH.fullmatch(headers.get("Content-Length", "0")) is not None
+        and all(HEADER_NAME.fullmatch(name) and "\0" not in value for name, value in headers.get_all())
+    )
+
+
+class _OrRefusal(HTTPMessageDelegate):
     def __init__(self, request: HTTPMessageDelegate) -> None:
         self._request = request
 
     def headers_received(self, start_line: RequestStartLine, headers: HTTPHeaders) -> Awaitable[None] | None:
-        if "Transfer-Encoding" in headers:
+        if not _is_proper(headers):
             # tornado answers a head that has both with status 400, and closes the connection.
-            headers["Content-Length"] = "0"
+            headers["Content-Length"], headers["Transfer-Encoding"] = "0", "chunked"
             self._request = HTTPMessageDelegate()  # which does nothing
         return self._request.headers_received(start_line, headers)
 

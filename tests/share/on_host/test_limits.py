@@ -9,6 +9,7 @@ from collections.abc import Iterator
 import pytest
 from conftest import APPLICATION, SharePage, share, store
 from requests_to_page import request
+from servicelib.http import MOST_CONNECTIONS
 from sharelib.answers import LONGEST_BODY
 from sharelib.attempts import ALLOWED, MOST_VISITORS, SECONDS, Attempts
 
@@ -75,6 +76,15 @@ class TestABody:
             visit.sendall(head + size + b"\r\n{}\r\n0\r\n\r\n")
             assert visit.makefile("rb").read().startswith(b"HTTP/1.1 400 Bad Request\r\n")
         assert request("GET", "/share")[0].status == 200
+
+    @pytest.mark.parametrize(
+        "header",
+        [b"Content-Length: +2", b"Content-Length: 0x2", b"Content-Length: 2_0", b"Content-Length : 2", b"X: a\0b", b": a"],
+    )  # fmt: skip
+    def test_whose_end_others_could_see_elsewhere_is_refused(self, header: bytes) -> None:
+        with socket.create_connection(("127.0.0.1", 8080), timeout=5) as visit:
+            visit.sendall(b"POST /share/open HTTP/1.1\r\nHost: h\r\n" + header + b"\r\n\r\n{}")
+            assert visit.makefile("rb").read().startswith(b"HTTP/1.1 400 Bad Request\r\n")
 
     @pytest.mark.parametrize("path", ["/share", "/share/share.css", "/nowhere"])
     def test_is_of_no_use_elsewhere(self, path: str) -> None:
@@ -236,6 +246,16 @@ def still_open(visit: socket.socket) -> bool:
         return True
     except ConnectionError:
         return False
+
+
+def test_the_latest_connections_are_kept_when_there_are_too_many() -> None:
+    visits = [socket.create_connection(("127.0.0.1", 8080), timeout=20) for _ in range(MOST_CONNECTIONS + 1)]
+    assert request("GET", "/share")[0].status == 200
+    assert [visit.recv(1) for visit in visits[:2]] == [b"", b""]
+    visits[2].sendall(b"HEAD /share HTTP/1.1\r\nHost: h\r\n\r\n")
+    assert visits[2].recv(12) == b"HTTP/1.1 200"
+    for visit in visits:
+        visit.close()
 
 
 def test_a_head_or_body_that_never_ends_does_not_hold_its_connection() -> None:
