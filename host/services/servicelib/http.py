@@ -25,6 +25,8 @@ REFUSAL = (
 )
 # Each may have a file open too, and a process usually may have 1024. Without descriptors nobody would be accepted.
 MOST_CONNECTIONS = 400
+# The kernel lets no more wait on most hosts. When its queue is full, a visitor tries again only after a second.
+MOST_WAITING = 4096
 HEADER_NAME = re.compile(r"[!#$%&'*+.^_`|~0-9A-Za-z-]+")
 LENGTH = re.compile(r"[0-9]+(,[0-9]+)*")  # of two that are the same tornado makes one text
 
@@ -36,6 +38,9 @@ class Server(HTTPServer):
     def initialize(self, *arguments: Any, **settings: Any) -> None:
         super().initialize(*arguments, **settings)
         self._streams: deque[IOStream] = deque()  # the oldest connection is the first
+
+    def listen(self, port: int, address: str) -> None:
+        super().listen(port, address, backlog=MOST_WAITING)
 
     def _make_room(self) -> None:
         if len(self._streams) >= MOST_CONNECTIONS:

@@ -39,6 +39,9 @@ class SharePage:
             self._server = subprocess.Popen([SHARE_PAGE], stderr=log, env={"NOTIFY_SOCKET": self._ready, **os.environ})
             ready.recv(64)
 
+    def send(self, signal: int) -> None:
+        self._server.send_signal(signal)
+
     def end(self) -> None:
         self._server.terminate()
         assert self._server.wait() == 0

@@ -5,6 +5,7 @@ from __future__ import annotations
 import json
 import socket
 from collections.abc import Iterator
+from signal import SIGCONT, SIGSTOP
 
 import pytest
 from conftest import APPLICATION, SharePage, share, store
@@ -254,6 +255,18 @@ def test_the_latest_connections_are_kept_when_there_are_too_many() -> None:
     assert [visit.recv(1) for visit in visits[:2]] == [b"", b""]
     visits[2].sendall(b"HEAD /share HTTP/1.1\r\nHost: h\r\n\r\n")
     assert visits[2].recv(12) == b"HTTP/1.1 200"
+    for visit in visits:
+        visit.close()
+
+
+def test_a_thousand_visitors_may_wait_while_the_page_is_busy(page: SharePage) -> None:
+    page.send(SIGSTOP)
+    try:
+        # Whom the kernel cannot queue it lets try again, after a second.
+        visits = [socket.create_connection(("127.0.0.1", 8080), timeout=0.9) for _ in range(1000)]
+    finally:
+        page.send(SIGCONT)
+    assert request("GET", "/share")[0].status == 200
     for visit in visits:
         visit.close()
 
