@@ -53,6 +53,7 @@ def arguments(state: Path, build: Path, programs: Programs) -> list[str]:
         *_state_tree(state),
         *_read_only(REPOSITORY),
         *_read_only(build),
+        *_figures_file(),
         *["--proc", "/proc", "--ro-bind", str(state / "cpuinfo"), "/proc/cpuinfo"],
         *["--setenv", "PATH", PATH, "--setenv", "HOME", "/tmp", "--setenv", "LD_LIBRARY_PATH", str(build)],
         *["--chdir", _folder_to_start_in(build)],
@@ -79,6 +80,12 @@ def _same(path: Path) -> list[str]:
 
 def _read_only(path: Path) -> list[str]:
     return ["--ro-bind", str(path), str(path)]
+
+
+def _figures_file() -> list[str]:
+    """The file to which a thorough run of the tests adds its figures, see tests/torture."""
+    path = os.environ.get("USBDEV_TORTURE")
+    return ["--bind", path, path] if path else []
 
 
 def _links(folder: str, links: dict[str, Path]) -> list[str]:
