@@ -23,7 +23,8 @@ VENDOR = b"    ATTRS{idVendor}==\"046d\"\n"
 PRODUCT = b"    ATTRS{idProduct}==\"0825\"\n"
 IDS = WALK + VENDOR + PRODUCT
 PATH = b"looking at device '/devices/pci0000:00/0000:03:00.0/usb3/3-1/video4linux/video0':\n"
-ATTACK = "$(touch /tmp/hacked);`touch /tmp/hacked`;touch /tmp/hacked|'\"&"
+ATTACK = b"$(touch${IFS}/tmp/hacked)"
+OTHER_ATTACK = b";touch${IFS}/tmp/hacked;"
 
 NO_FORMAT = Outcome("no format is kept", 0, "")
 LISTED = Outcome("the format is kept", 1, "640x480+1+1")
@@ -102,7 +103,7 @@ QUERIES = rows(
      Outcome("30 rates are kept", 1, "640x480+1+30")),
     ("a format query that prints its camera twice", FORMAT + SIZE + FORMAT + SIZE, Outcome(
         "both formats are kept", 2, "640x480+1+0 640x480+1+0")),
-    ("a format query that prints text for a shell", LISTING.replace(b"30.000", ATTACK.encode()), Outcome(
+    ("a format query that prints text for a shell", LISTING.replace(b"30.000", ATTACK), Outcome(
         "the rate is 0, and nothing is run", 1, "640x480+1+1")),
 )  # fmt: skip
 
@@ -160,7 +161,7 @@ REGISTRY = rows(
 ) + rows(
     "find a playlist",
     "readcfg",
-    ("a package registry whose path is text for a shell", ATTACK.encode() + b"\n", NO),
+    ("a package registry whose path is text for a shell", ATTACK + b"\n", NO),
     ("a package registry whose path climbs", b"../../../../etc\n", NO),
 ) + rows(
     "accept a session",
@@ -182,7 +183,8 @@ PROBES = rows(
     "has a GPU",
     "gpuinfo_app",
     ("a GPU tool that is missing", nothing, NO),
-    ("a GPU tool that names a GPU after a shell's command", ATTACK.encode() + b": GPU\n", NO),
+    ("a GPU tool that names a GPU after a shell's substitution", ATTACK + b": GPU\n", NO),
+    ("a GPU tool that names a GPU after a shell's command", OTHER_ATTACK + b": GPU\n", NO),
     ("a GPU tool that names an option", b"-rf: GPU\n", NO),
     ("a GPU tool whose line has no colon", b"gpu0\n", NO),
     ("a GPU tool that forgets the GPU that it named", ("[ \"$1\" = -l ] && echo 'gpu0: a GPU'; exit 3",), NO),
@@ -218,7 +220,7 @@ DRIVERS = rows(
 ) + rows(
     "start up",
     "ls",
-    ("a listing of interfaces for a shell", ATTACK.encode().replace(b" ", b"_") + b":1.0\n",
+    ("a listing of interfaces for a shell", OTHER_ATTACK + b":1.0\n",
      Outcome("they are passed over", 0)),
     ("a listing of many interfaces that are none", f"{OWN}/seq -f '%.0f-1:1.0' {MANY}", Outcome("they are passed over",
      0), 60),
