@@ -14,8 +14,9 @@
  * - in, out, in/out: direction of a parameter. Every buffer belongs to the caller; sizes are in bytes and include the
  *   terminating zero. Longer texts are cut. Null is refused with the failure result unless a comment allows it.
  * - Takes the lock: takes the library's one process-wide lock, once or several times one after the other, and has
- *   released it on return. The lock does not nest, so host libraries must not call this library. Between processes the
- *   host's configuration library provides the locking, for each open of the file.
+ *   released it on return. Threads get it in the order in which they ask for it. The lock does not nest, so host
+ *   libraries must not call this library. Between processes the host's configuration library provides the locking, for
+ *   each open of the file.
  * - Takes no lock: uses no file that the lock protects, and does not wait while another thread holds the lock.
  * - Runs commands: starts host tools and waits for them, so the call takes at least as long as they do; it holds no
  *   lock meanwhile unless the comment states that it does.

@@ -1,10 +1,11 @@
 #include "core/config.h"
 
 #include <platform/xmlcfg.h>
-#include <pthread.h>
 
 #include <cstdio>
 #include <cstring>
+
+#include "core/fair_lock.h"
 
 namespace usbdev {
 namespace {
@@ -12,7 +13,7 @@ namespace {
 constexpr char kChannelFile[] = "/etc/config/usbdev.conf";
 constexpr char kProfileStateFile[] = "/etc/config/vl_pfstate.conf";
 constexpr char kRoot[] = "velmora";
-pthread_mutex_t config_lock = PTHREAD_MUTEX_INITIALIZER;
+FairLock config_lock;
 
 void reportOpenFailed(OpenFailure failure, const char *path, int result) {
   if (failure == OpenFailure::silent) return;
@@ -25,7 +26,7 @@ void reportOpenFailed(OpenFailure failure, const char *path, int result) {
 }  // namespace
 
 ConfigSession::ConfigSession(Mode mode, const char *path, OpenFailure failure) : OpenConfig(nullptr) {
-  pthread_mutex_lock(&config_lock);
+  config_lock.take();
   result_ = xmlcfg_open(static_cast<int>(mode), path, &handle_);
   if (!*this) reportOpenFailed(failure, path, result_);
 }
@@ -36,7 +37,7 @@ int ConfigSession::end() {
   if (ended_) return 0;
   ended_ = true;
   const int closed = *this ? xmlcfg_close(handle_, 0) : 0;
-  pthread_mutex_unlock(&config_lock);
+  config_lock.release();
   return closed;
 }
 

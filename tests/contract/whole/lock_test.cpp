@@ -1,5 +1,9 @@
 // Many threads at the configuration at once. The made-up configuration reports every open beside another one.
+#include <unistd.h>
+
+#include <fstream>
 #include <functional>
+#include <future>
 #include <string>
 #include <thread>
 #include <vector>
@@ -67,6 +71,35 @@ TEST_F(ManyThreads, ShareTheLockWithOpensThatFail) {
   std::string expected;
   for (int i = 0; i < 2 * kRounds; ++i) expected += openFailure(-3);
   EXPECT_EQ(output.text(), expected);
+}
+
+// Waits until a thread of this process sleeps.
+void waitUntilAsleep(pid_t thread) {
+  const std::string file = "/proc/self/task/" + std::to_string(thread) + "/stat";
+  for (std::string state; state != "S"; std::this_thread::yield()) {
+    std::string number;
+    std::string name;
+    std::ifstream(file) >> number >> name >> state;
+  }
+}
+
+TEST_F(ManyThreads, GetTheLockInTheOrderInWhichTheyAskForIt) {
+  for (int round = 0; round < 20; ++round) {
+    std::promise<pid_t> asks;
+    std::thread writer;
+    host.config.beforeOpenNumber(1, [&] {  // while a reader has the lock
+      writer = std::thread([&asks] {
+        asks.set_value(gettid());
+        mn_update_pfstate(1, 1);
+      });
+      waitUntilAsleep(asks.get_future().get());
+    });
+    host.journal.clear();
+    for (int reads = 0; reads < 2; ++reads) vl_get_profileID(6);
+    writer.join();
+    EXPECT_THAT(host.journal.only({"open"}),
+                testing::ElementsAre("open r", "open w /etc/config/vl_pfstate.conf", "open r"));
+  }
 }
 
 }  // namespace
