@@ -64,12 +64,12 @@ int FakeConfig::openHandles() const {
 bool FakeConfig::openInThisThread() const {
   std::lock_guard<std::mutex> guard(mutex_);
   return std::any_of(handles_.begin(), handles_.end(),
-                     [](const auto &handle) { return handle->open && handle->opener == std::this_thread::get_id(); });
+                     [](const auto &handle) { return handle->opener == std::this_thread::get_id(); });
 }
 
 int FakeConfig::countOpen() const {
   return static_cast<int>(
-      std::count_if(handles_.begin(), handles_.end(), [](const auto &handle) { return handle->open; }));
+      std::count_if(handles_.begin(), handles_.end(), [](const auto &handle) { return !handle->of_caller; }));
 }
 
 void FakeConfig::beforeOpenNumber(int number, std::function<void()> effect) {
@@ -109,20 +109,30 @@ int FakeConfig::open(int mode, const char *file, void **handle) {
     return result;
   }
   journal_.add(name);
-  auto opened = std::make_unique<Handle>();
-  opened->file = file;
-  opened->writing = mode == 1;
-  opened->opener = std::this_thread::get_id();
-  opened->pending = files_[file];
-  *handle = opened.get();
-  handles_.push_back(std::move(opened));
+  *handle = handleFor(mode, file, false);
   return 1;
 }
 
+void *FakeConfig::openForCaller() {
+  std::lock_guard<std::mutex> guard(mutex_);
+  return handleFor(0, kChannelFile, true);
+}
+
+void *FakeConfig::handleFor(int mode, const std::string &file, bool of_caller) {
+  handles_.push_back(std::make_unique<Handle>());
+  Handle &opened = *handles_.back();
+  opened.file = file;
+  opened.writing = mode == 1;
+  opened.of_caller = of_caller;
+  opened.opener = std::this_thread::get_id();
+  opened.pending = files_[file];
+  return &opened;
+}
+
 FakeConfig::Handle *FakeConfig::checked(void *handle, const char *operation) {
-  const auto known = std::find_if(handles_.rbegin(), handles_.rend(),
-                                  [handle](const auto &one) { return one.get() == handle && one->open; });
-  if (known != handles_.rend()) return known->get();
+  for (const auto &known : handles_) {
+    if (known.get() == handle) return known.get();
+  }
   journal_.violation(std::string("configuration ") + operation + " without an open handle");
   return nullptr;
 }
@@ -135,9 +145,12 @@ int FakeConfig::close(void *handle, int flag) {
   if (opened == nullptr) return 0;
   const int result = closeResult(opened->writing);
   journal_.add(result < 0 ? "close failed" : "close");
-  opened->open = false;
   if (opened->writing && result >= 0) files_[opened->file] = opened->pending;
   opened->pending.clear();
+  const auto place =
+      std::find_if(handles_.begin(), handles_.end(), [opened](const auto &known) { return known.get() == opened; });
+  closed_.push_back(std::move(*place));
+  handles_.erase(place);
   return result;
 }
 

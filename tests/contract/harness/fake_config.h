@@ -54,6 +54,9 @@ class FakeConfig {
   int openHandles() const;
   bool openInThisThread() const;
 
+  // A read handle on the channel file that the library's caller has open meanwhile.
+  void *openForCaller();
+
   // The interface itself.
   int open(int mode, const char *file, void **handle);
   int close(void *handle, int flag);
@@ -64,7 +67,7 @@ class FakeConfig {
   struct Handle {
     std::string file;
     bool writing = false;
-    bool open = true;
+    bool of_caller = false;
     std::thread::id opener;
     Values pending;
   };
@@ -73,12 +76,14 @@ class FakeConfig {
   int openResult(int mode);
   int closeResult(bool writing);
   int countOpen() const;
+  void *handleFor(int mode, const std::string &file, bool of_caller);
   Handle *checked(void *handle, const char *operation);
 
   Journal &journal_;
   mutable std::mutex mutex_;
   std::map<std::string, Values> files_;
-  std::vector<std::unique_ptr<Handle>> handles_;  // closed ones stay, so that a use after close is seen
+  std::vector<std::unique_ptr<Handle>> handles_;  // the open ones
+  std::vector<std::unique_ptr<Handle>> closed_;   // stay, so that a use after close is seen
   Lines writes_;
   int reads_ = 0;
   std::set<std::string> refused_;

@@ -4,6 +4,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "real_function.h"
 
 namespace contract {
@@ -19,7 +21,7 @@ int makeListener() {
   bind(made, reinterpret_cast<const sockaddr *>(&address), sizeof address);
   const timeval patience{20, 0};
   setsockopt(made, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-  listen(made, 8);
+  listen(made, SOMAXCONN);
   return made;
 }
 
@@ -59,7 +61,8 @@ void reset(int connection) {
 
 }  // namespace
 
-ScriptedServer::ScriptedServer(std::vector<Answer> script) : script_(std::move(script)), listener_(makeListener()) {
+ScriptedServer::ScriptedServer(std::vector<Answer> script, bool for_ever)
+    : script_(std::move(script)), for_ever_(for_ever), listener_(makeListener()) {
   sockaddr_in address{};
   socklen_t size = sizeof address;
   getsockname(listener_, reinterpret_cast<sockaddr *>(&address), &size);
@@ -79,12 +82,20 @@ Lines ScriptedServer::requests() {
 }
 
 void ScriptedServer::run() {
-  for (const Answer &next : script_) {
-    const int connection = accept(listener_, nullptr, nullptr);
-    if (connection < 0) return;
-    answer(connection, next);
-    close(connection);
-  }
+  do {
+    for (const Answer &next : script_) {
+      if (!serve(next)) return;
+    }
+  } while (for_ever_);
+}
+
+// False when nobody came.
+bool ScriptedServer::serve(const Answer &next) {
+  const int connection = accept(listener_, nullptr, nullptr);
+  if (connection < 0) return for_ever_ && errno == EAGAIN;
+  answer(connection, next);
+  close(connection);
+  return true;
 }
 
 void ScriptedServer::answer(int connection, const Answer &answer) {

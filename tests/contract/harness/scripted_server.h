@@ -4,6 +4,7 @@
 
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "journal.h"
@@ -21,7 +22,9 @@ struct Answer {
 
 class ScriptedServer {
  public:
-  explicit ScriptedServer(std::vector<Answer> script);
+  explicit ScriptedServer(std::vector<Answer> script) : ScriptedServer(std::move(script), false) {}
+  // Gives everyone the same answer, until it is destroyed.
+  explicit ScriptedServer(const Answer &always) : ScriptedServer(std::vector<Answer>{always}, true) {}
   ~ScriptedServer();
   ScriptedServer(const ScriptedServer &) = delete;
   ScriptedServer &operator=(const ScriptedServer &) = delete;
@@ -31,10 +34,13 @@ class ScriptedServer {
   Lines requests();
 
  private:
+  ScriptedServer(std::vector<Answer> script, bool for_ever);
   void run();
+  bool serve(const Answer &next);
   void answer(int connection, const Answer &answer);
 
   std::vector<Answer> script_;
+  bool for_ever_;
   Lines requests_;
   int listener_;
   int port_ = 0;

@@ -1,0 +1,81 @@
+// Every two functions that may run at the same time do, in many threads: each call gives what it gives alone.
+#include <algorithm>
+#include <atomic>
+#include <map>
+
+#include "calls.h"
+#include "crew.h"
+#include "output_capture.h"
+#include "settled_host.h"
+#include "thoroughness.h"
+
+// The resolver of the C library takes locks of its own that the thread sanitizer does not see.
+// NOLINTNEXTLINE(readability-identifier-naming): the sanitizer's own name
+extern "C" const char *__tsan_default_suppressions() { return "race:gethostbyname_r\n"; }
+
+namespace torture {
+namespace {
+
+using contract::Lines;
+using testing::IsEmpty;
+
+class Functions : public ASettledHost {
+ protected:
+  Functions() {
+    const contract::OutputCapture output(stdout);
+    for (const Call &call : allCalls()) alone_[&call] = call.run();
+  }
+
+  /// Of the pairs that may run together one of so many; those of which a call gave something else.
+  Lines changedBesideOthers(int threads, int one_of) {
+    const contract::OutputCapture output(stdout);
+    Crew crew(threads);
+    Lines changed;
+    for (const Call &a : allCalls()) {
+      for (const Call *b = &a; b <= &allCalls().back(); ++b) {
+        if (!mayRunTogether(a, *b) || (b - &a) % one_of != 0) continue;
+        ++pairs;
+        if (!staySame(crew, a, *b)) changed.push_back(std::string(a.function) + " beside " + b->function);
+      }
+    }
+    return changed;
+  }
+
+  int pairs = 0;
+
+ private:
+  bool staySame(Crew &crew, const Call &a, const Call &b) {
+    std::atomic<bool> same{true};
+    crew.run([&](int member) {
+      const Call *call = callOf(member, a, b);
+      if (call != nullptr && call->run() != alone_.at(call)) same = false;
+    });
+    host.journal.clear();
+    return same;
+  }
+
+  /// Half of the crew calls one, half the other; one that excludes its own kind is left to a single thread.
+  static const Call *callOf(int member, const Call &a, const Call &b) {
+    const Call &own = member % 2 == 0 ? a : b;
+    const Call &other = member % 2 == 0 ? b : a;
+    if (member < 2 || own.turn == Turn::free) return &own;
+    return other.turn == Turn::free ? &other : nullptr;
+  }
+
+  std::map<const Call *, std::string> alone_;
+};
+
+TEST_F(Functions, OneAfterTheOtherGiveTheSameAgain) { EXPECT_THAT(changedBesideOthers(1, 1000), IsEmpty()); }
+
+TEST_F(Functions, In8ThreadsGiveWhatTheyGiveAlone) {
+  EXPECT_THAT(changedBesideOthers(8, 1), IsEmpty());
+  report("threads: 8 threads, " + std::to_string(pairs) + " pairs of functions, no race, no other result");
+}
+
+TEST_F(Functions, In32ThreadsGiveWhatTheyGiveAlone) {
+  EXPECT_THAT(changedBesideOthers(32, times(24, 1)), IsEmpty());
+  report("threads: 32 threads, " + std::to_string(pairs) + " pairs of functions, no race, no other result");
+}
+
+}  // namespace
+}  // namespace torture
