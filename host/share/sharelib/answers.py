@@ -44,7 +44,16 @@ class Answer(RequestHandler):
         lifecycle.say(f"an answer failed: {kind.__name__} in {os.path.basename(place.filename)}:{place.lineno}")
 
 
-class PageFile(Answer, StaticFileHandler):
+class FileAnswer(Answer, StaticFileHandler):
+    def should_return_304(self) -> bool:
+        """Returns False also if the visitor's date does not exist, such as the 32nd of a month; tornado raises then."""
+        try:
+            return super().should_return_304()
+        except (ValueError, OverflowError):
+            return False
+
+
+class PageFile(FileAnswer):
     """A file of the page; browsers load it again only when it has changed."""
 
     def set_extra_headers(self, path: str) -> None:

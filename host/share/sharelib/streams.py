@@ -5,9 +5,9 @@ from __future__ import annotations
 import os
 from pathlib import Path
 
-from tornado.web import HTTPError, StaticFileHandler
+from tornado.web import HTTPError
 
-from sharelib.answers import Answer
+from sharelib.answers import FileAnswer
 
 APPLICATION = Path("/mnt/ext/opt/apps/Velmora2")
 STREAMS = APPLICATION / "hls"
@@ -21,7 +21,7 @@ TYPES = {
 ROUTE = r"/([0-9a-f]{32}/[A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
 
 
-class StreamFile(Answer, StaticFileHandler):
+class StreamFile(FileAnswer):
     async def get(self, path: str, include_body: bool = True) -> None:
         try:
             await super().get(path, include_body)

@@ -129,6 +129,11 @@ class TestEveryAnswer:
         answer = request("GET", "/share/share.css", **{"If-None-Match": etag})[0]
         assert (answer.status, answer.headers["X-Content-Type-Options"]) == (304, "nosniff")
 
+    @pytest.mark.parametrize("date", ["Sun, 32 Nov 2026 07:47:14 GMT", "Sun, 22 Nov 2026 25:47:14 GMT", f"1 Nov {10**20} 1:1:1"])
+    def test_is_the_whole_file_whatever_date_the_visitor_has_it_from(self, date: str, stream: str) -> None:
+        for path in ("/share/share.css", stream):
+            assert request("GET", path, **{"If-Modified-Since": date})[0].status == 200
+
     def test_to_a_body_that_is_too_long_has_the_headers_too(self) -> None:
         answer = request("POST", "/share/open", (LONGEST_BODY + 1) * "x")[0]
         assert (answer.status, answer.headers["X-Content-Type-Options"]) == (413, "nosniff")
