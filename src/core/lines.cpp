@@ -27,7 +27,8 @@ CommandLines::CommandLines(const char *pattern, ...) : Lines(nullptr) {
   va_start(arguments, pattern);
   const int length = std::vsnprintf(command, sizeof command, pattern, arguments);
   va_end(arguments);
-  if (length >= 0 && static_cast<std::size_t>(length) < sizeof command) stream_ = popen(command, "r");
+  // A failure, -1, is longer than any command.
+  if (static_cast<std::size_t>(length) < sizeof command) stream_ = popen(command, "r");
 }
 
 CommandLines::~CommandLines() {

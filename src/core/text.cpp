@@ -51,7 +51,7 @@ bool formatText(TextBuffer out, const char *pattern, ...) {
   va_start(arguments, pattern);
   const int length = std::vsnprintf(out.start, out.size, pattern, arguments);
   va_end(arguments);
-  return length >= 0 && static_cast<std::size_t>(length) < out.size;
+  return static_cast<std::size_t>(length) < out.size;  // a failure, -1, is longer than any array
 }
 
 void appendNumber(TextBuffer out, const char *pattern, int number) {

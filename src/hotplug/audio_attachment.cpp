@@ -12,7 +12,7 @@ namespace {
 constexpr bool kAudioAttachment = false;
 
 /// The two fixed settings of a sound card; unused while attachment is switched off.
-[[maybe_unused]] void writePreset(const Section &channel, bool stereo) {
+[[maybe_unused]] inline void writePreset(const Section &channel, bool stereo) {
   channel.set(keys::acodec, stereo ? 1 : 0);
   channel.set(keys::samplerate, stereo ? 48000 : 8000);
   channel.set(keys::channelno, stereo ? 2 : 1);

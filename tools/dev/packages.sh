@@ -15,6 +15,7 @@ command -v npm >/dev/null || host_packages="$host_packages npm"
 test_packages='
   python3-pytest python3-selenium chromium chromium-driver curl strace zsh fish clang musl-tools
 '
+coverage_packages='gcovr'
 bench_packages='gnuplot-nox'
 check_packages='clang clang-format clang-tidy shellcheck'
 

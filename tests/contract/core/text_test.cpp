@@ -142,6 +142,12 @@ TEST_F(ALineToSplit, GivesEmptyPartsAroundALoneSeparator) {
   EXPECT_STREQ(right, "");
 }
 
+TEST_F(ALineToSplit, AtAnEmptySeparatorGivesTwoEmptyParts) {
+  EXPECT_EQ(split("key=value", ""), 1);
+  EXPECT_STREQ(left, "");
+  EXPECT_STREQ(right, "");
+}
+
 TEST_F(ALineToSplit, MayBeSplitIntoItself) {
   char own[] = "  key = value ";
   EXPECT_EQ(get_two_params(own, "=", own, right), 1);

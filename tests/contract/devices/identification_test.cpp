@@ -112,6 +112,14 @@ TEST_F(ACamera, IsNotFoundWhenItsIdentifiersHaveNoValue) {
   EXPECT_EQ(pidvid(), 0);
 }
 
+TEST_F(ACamera, IsNotAskedForWithAnUnterminatedPort) {
+  memset(device.usbslot, '1', sizeof device.usbslot);
+  EXPECT_EQ(pidvid(), 0);
+  EXPECT_EQ(frontEndType(), -1);
+  EXPECT_EQ(text, "");
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
+}
+
 TEST_F(ACamera, IsAskedForNothingWithoutARecordOrAPlaceForTheAnswer) {
   char out[16] = "kept";
   EXPECT_EQ(find_pidvid(nullptr, out), 0);

@@ -73,6 +73,12 @@ TEST_F(AnInterface, WithTwoNodesHasTheFirst) {
   EXPECT_EQ(node, 1);
 }
 
+TEST_F(AnInterface, WithAnEmptyLineInPlaceOfANodeHasNode0) {
+  host.commands.prints(cardNodes("3-1:1.0"), "\n");
+  EXPECT_EQ(audioInfo("3-1:1.0"), 0);
+  EXPECT_EQ(node, 0);
+}
+
 TEST_F(AnInterface, WithoutANodeLeavesTheOutputs) {
   EXPECT_EQ(videoInfo("3-1:1.1"), 0);
   EXPECT_EQ(audioInfo("3-1:1.1"), 0);
@@ -208,6 +214,13 @@ TEST_F(APort, IsAskedOnInterfacesZeroAndTwo) {
   EXPECT_THAT(host.journal.only({"popen"}),
               ElementsAre("popen " + cameraNodes("3-1\\:1.0"), "popen " + cameraNodes("3-1\\:1.2"),
                           "popen " + cardNodes("3-1\\:1.0"), "popen " + cardNodes("3-1\\:1.2")));
+}
+
+TEST_F(APort, ThatIsUnterminatedIsNotAskedFor) {
+  std::memset(record.usbslot, '1', sizeof record.usbslot);
+  EXPECT_EQ(get_usb_vnode(&record), 0);
+  EXPECT_EQ(get_usb_anode(&record), 0);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
 TEST_F(APort, WithNothingOnThemLeavesTheRecord) {

@@ -188,8 +188,10 @@ TEST(AnEncodingOfNothing, ChangesNothing) {
   EXPECT_EQ(Base64dec("YWJj", nullptr), 0);
   EXPECT_EQ(url_encode(nullptr, "/", 1), 0);
   EXPECT_EQ(Base64encs(nullptr, out), out);
+  EXPECT_EQ(Base64encs("abc", nullptr), nullptr);
   EXPECT_EQ(Base64dec(nullptr, reinterpret_cast<unsigned char *>(out)), 0);
   EXPECT_EQ(Base64decs(nullptr, out), out);
+  EXPECT_EQ(Base64decs("YWJj", nullptr), nullptr);
   EXPECT_EQ(url_encode(out, nullptr, 3), 0);
   EXPECT_STREQ(out, "before");
 }
