@@ -18,6 +18,24 @@ std::string storedAndReadAgain(const std::string &value) {
   return Configuration(kRead, kFile).text("ch0", "devname", "missing");
 }
 
+/// What the file contains for the value, between the tags of its element.
+std::string storedFor(const std::string &value) {
+  EXPECT_EQ(storedAndReadAgain(value), value);
+  const std::string file = readFile(kFile);
+  const std::size_t start = file.find("<devname>") + 9;
+  return file.substr(start, file.find("</devname>") - start);
+}
+
+std::string escaped(const std::string &bytes) {
+  std::string text;
+  for (const char byte : bytes) {
+    char escape[5];
+    snprintf(escape, sizeof escape, "\\x%02x", static_cast<unsigned char>(byte));
+    text += escape;
+  }
+  return text;
+}
+
 class AConfiguration : public testing::Test {
  protected:
   void SetUp() override { writeFile(kFile, "<velmora/>"); }
@@ -87,9 +105,58 @@ TEST_F(AConfiguration, BringsBackTextThatXmlOrItsEscapesWouldChange) {
     EXPECT_EQ(storedAndReadAgain(text), text);
 }
 
-TEST_F(AConfiguration, StoresOnlyWellFormedUtf8) {
-  storedAndReadAgain("\xFF\xC3\xA9");
-  EXPECT_NE(readFile(kFile).find(">\\xff\xC3\xA9<"), std::string::npos);
+TEST_F(AConfiguration, StoresTheCharactersOfUtf8AsTheyAre) {
+  for (const char *character :
+       {"!", "~", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xE0\xBF\xBF", "\xE1\x80\x80", "\xEC\xBF\xBF",
+        "\xED\x80\x80", "\xED\x9F\xBF", "\xEE\x80\x80", "\xEF\xBE\xBF", "\xEF\xBF\xBD", "\xF0\x90\x80\x80",
+        "\xF0\xBF\xBF\xBF", "\xF1\x80\x80\x80", "\xF3\xBF\xBF\xBF", "\xF4\x80\x80\x80", "\xF4\x8F\xBF\xBF"}) {
+    EXPECT_EQ(storedFor(character), character);
+    EXPECT_EQ(storedFor(std::string("a") + character + "b"), std::string("a") + character + "b");
+  }
+}
+
+TEST_F(AConfiguration, EscapesEveryByteOfWhatIsNotUtf8) {
+  for (const char *bytes : {"\x80",
+                            "\xBF",
+                            "\xC0",
+                            "\xC1\xBF",
+                            "\xC2",
+                            "\xC2\xC0",
+                            "\xDF\xC0",
+                            "\xE0\x9F\xBF",
+                            "\xE1\x80",
+                            "\xE1\x80\xC0",
+                            "\xE1\xC0\x80",
+                            "\xED\xA0\x80",
+                            "\xEF\xBF\xBE",
+                            "\xEF\xBF\xBF",
+                            "\xF0\x8F\xBF\xBF",
+                            "\xF1\x80\x80",
+                            "\xF1\x80\xC0\x80",
+                            "\xF1\x80\x80\xC0",
+                            "\xF4\x90\x80\x80",
+                            "\xF5\x80\x80\x80",
+                            "\xFF"}) {
+    EXPECT_EQ(storedFor(bytes), escaped(bytes));
+    EXPECT_EQ(storedFor(std::string("a") + bytes + "b"), "a" + escaped(bytes) + "b");
+  }
+  EXPECT_EQ(storedFor("\xC2\x7F"), escaped("\xC2\x7F"));
+  EXPECT_EQ(storedFor("\xE1\x80~"), escaped("\xE1\x80") + "~");
+}
+
+TEST_F(AConfiguration, EscapesControlCharactersBackslashesAndOuterBlanks) {
+  for (const char *byte : {"\x01", "\x1F", "\x7F", "\\"}) EXPECT_EQ(storedFor(byte), escaped(byte));
+  EXPECT_EQ(storedFor(" "), escaped(" "));
+  EXPECT_EQ(storedFor("  a b  "), escaped(" ") + " a b " + escaped(" "));
+}
+
+TEST_F(AConfiguration, ReadsABackslashThatBeginsNoEscapeAsItself) {
+  for (const char *text : {"\\", "\\x", "\\x4", "\\xg1", "\\x1g", "\\X41", "x41", "\\\\"}) {
+    writeFile(kFile, std::string("<velmora><ch0><devname>") + text + "</devname></ch0></velmora>");
+    EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), text);
+  }
+  writeFile(kFile, "<velmora><ch0><devname>\\x41\\x4a!\\x7e</devname></ch0></velmora>");
+  EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), "AJ!~");
 }
 
 TEST_F(AConfiguration, BringsBackALongText) {
@@ -158,6 +225,16 @@ TEST_F(AConfiguration, RefusesNamesThatXmlCannotCarry) {
   }
 }
 
+TEST_F(AConfiguration, TakesNamesOfLettersDigitsDotsDashesAndUnderscores) {
+  Configuration writer(kWrite, kFile);
+  for (const char *name : {"a", "z", "A", "Z", "_", "a0", "a9", "a-", "a.", "_azAZ"}) {
+    EXPECT_EQ(writer.setText("ch0", name, name), xmlcfg::kDone) << name;
+    EXPECT_EQ(writer.text("ch0", name), name);
+  }
+  for (const char *name : {"@", "[", "`", "{", "^", "0", "9", "-", ".", "a/", "a:", "a,", "a\x80"})
+    EXPECT_EQ(writer.setText("ch0", name, "x"), xmlcfg::kBadArgument) << name;
+}
+
 TEST_F(AConfiguration, RefusesAnotherRoot) {
   Configuration writer(kWrite, kFile);
   EXPECT_EQ(xmlcfg_set_int(writer.handle(), 1, "other", "ch0", "exists", nullptr), xmlcfg::kBadArgument);
@@ -169,6 +246,8 @@ TEST_F(AConfiguration, AnswersNullPointersWithFailureOrTheDefault) {
   EXPECT_EQ(xmlcfg_set_str(nullptr, "x", "velmora", "ch0", "key", nullptr), xmlcfg::kBadArgument);
   EXPECT_EQ(xmlcfg_get_int(nullptr, 5, "velmora", "ch0", "key", nullptr), 5);
   EXPECT_EQ(xmlcfg_get_int(writer.handle(), 5, "velmora", nullptr, "key", nullptr), 5);
+  EXPECT_EQ(xmlcfg_get_int(writer.handle(), 5, nullptr, "ch0", "key", nullptr), 5);
+  EXPECT_EQ(xmlcfg_get_int(writer.handle(), 5, "velmora", "ch0", nullptr, nullptr), 5);
   EXPECT_EQ(xmlcfg_close(nullptr, 0), xmlcfg::kBadArgument);
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <string>
 
@@ -47,6 +48,21 @@ TEST_F(AProgram, SeesNoDescriptorOfItsCaller) {
   EXPECT_EQ(orda_exec(0, 0, 0, "/usr/bin/test", "-e", path.c_str(), nullptr), 1);
   EXPECT_EQ(orda_exec(0, 0, 0, "/usr/bin/test", "-e", "/proc/self/fd/2", nullptr), 0);
   close(descriptor);
+}
+
+TEST_F(AProgram, ThatNobodyCanWaitForGivesAFailure) {
+  signal(SIGCHLD, SIG_IGN);
+  EXPECT_EQ(orda_exec(0, 0, 0, "/bin/true", nullptr), -1);
+  signal(SIGCHLD, SIG_DFL);
+}
+
+TEST_F(AProgram, IsWaitedForAlthoughASignalInterrupts) {
+  struct sigaction action {};
+  action.sa_handler = [](int) {};
+  sigaction(SIGUSR1, &action, nullptr);
+  const std::string interrupt = "kill -USR1 " + std::to_string(getpid()) + "; sleep 0.1; exit 7";
+  EXPECT_EQ(orda_exec(0, 0, 0, "/bin/sh", "-c", interrupt.c_str(), nullptr), 7);
+  signal(SIGUSR1, SIG_DFL);
 }
 
 }  // namespace
