@@ -35,9 +35,8 @@ int World::vl_getDevName(int profile, char *name) const {
 }
 
 void World::notify(int event, int profile, int video, int audio, int flag, int target, const std::string &header) {
-  done.push_back(format("notify event=%d profile=%d video=%d audio=%d flag=%d target=%d", event, profile, video, audio,
-                        flag, target));
-  request_headers.push_back(header);
+  const int words[] = {profile, video, audio, flag, event, target};
+  sent.push_back("ORDA_VLM2_CFCG_N" + header + std::string(reinterpret_cast<const char *>(words), sizeof words));
 }
 
 void World::addLink(int profile, const std::string &name) {

@@ -41,12 +41,12 @@ History randomHistory(unsigned seed, int operations) {
   return historyOf(bytes.data(), bytes.size());
 }
 
-std::string RandomDay::step(const Operation &operation) {
+std::string happen(TwinWorlds &worlds, const Operation &operation) {
   static const std::vector<Happening> happenings = weighted();
-  Choices choose(operation, worlds_.world);
-  worlds_.begin(static_cast<unsigned>(operation.back() % 3));
-  happenings[operation[0] % happenings.size()].run(worlds_, choose);
-  return worlds_.difference();
+  Choices choose(operation, worlds.world);
+  worlds.begin(static_cast<unsigned>(operation.back() % 3));
+  happenings[operation[0] % happenings.size()].run(worlds, choose);
+  return worlds.difference();
 }
 
 std::string differenceIn(const History &history) {

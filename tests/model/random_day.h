@@ -21,12 +21,14 @@ struct History {
 History historyOf(const uint8_t *bytes, size_t size);
 History randomHistory(unsigned seed, int operations);
 
+// Lets it happen in both worlds. Returns how they differ then, or "".
+std::string happen(TwinWorlds &worlds, const Operation &operation);
+
 class RandomDay {
  public:
   explicit RandomDay(unsigned kind_of_host) : worlds_(kind_of_host) {}
 
-  // Returns how the worlds differ after the operation, or "".
-  std::string step(const Operation &operation);
+  std::string step(const Operation &operation) { return happen(worlds_, operation); }
 
   TwinWorlds &worlds() { return worlds_; }
 

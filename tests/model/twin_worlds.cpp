@@ -4,6 +4,7 @@
 #include <usbdev/usbdev.h>
 
 #include <algorithm>
+#include <cctype>
 
 #include "catalog.h"
 #include "encoding_host.h"
@@ -45,6 +46,20 @@ std::string uuid(int n) {
   std::string text = World::hashNumber(n);
   for (const size_t at : {20U, 16U, 12U, 8U}) text.insert(at, "-");
   return text + "\n";
+}
+
+// "ORDA... event=6 profile=1 video=0 audio=1 flag=0 target=1", every byte of it.
+std::vector<std::string> described(const std::vector<std::string> &datagrams) {
+  std::vector<std::string> lines;
+  for (const std::string &bytes : datagrams) {
+    std::string line;
+    for (const char byte : bytes.substr(0, 32)) line += std::isalnum(byte) ? std::string(1, byte) : format("%d.", byte);
+    int words[6] = {};
+    bytes.copy(reinterpret_cast<char *>(words), sizeof words, 32);
+    lines.push_back(line + format(" event=%d profile=%d video=%d audio=%d flag=%d target=%d, %zu bytes", words[4],
+                                  words[0], words[1], words[2], words[3], words[5], bytes.size()));
+  }
+  return lines;
 }
 
 std::string momentText(time_t moment) {
@@ -153,6 +168,23 @@ void TwinWorlds::forget(int channel, const std::string &key) {
   host.config.erase("ch" + std::to_string(channel) + "/" + key);
 }
 
+std::map<std::string, std::string> TwinWorlds::stored() { return host.config.values(); }
+
+std::map<std::string, std::string> TwinWorlds::storedStates() {
+  return host.config.values(contract::kProfileStateFile);
+}
+
+std::vector<std::string> TwinWorlds::sent() {
+  std::vector<std::string> since;
+  const auto all = host.network.datagrams();
+  while (datagrams_ < all.size()) {
+    const contract::Datagram &datagram = all[datagrams_++];
+    const bool to_manager = datagram.address == "127.0.0.1" && datagram.port == 10171;
+    since.push_back(to_manager ? datagram.bytes : "to " + datagram.address);
+  }
+  return since;
+}
+
 void TwinWorlds::begin(unsigned seconds) {
   moment_ += seconds;
   world.now = momentText(moment_);
@@ -161,7 +193,7 @@ void TwinWorlds::begin(unsigned seconds) {
   host.chance.random = static_cast<int>(ids_);
   host.journal.clear();
   world.done.clear();
-  world.request_headers.clear();
+  world.sent.clear();
   called_.clear();
   differences_.clear();
 }
@@ -182,15 +214,17 @@ void TwinWorlds::wrote(const std::string &what, const std::string &library, cons
 }
 
 std::string TwinWorlds::difference() {
-  compareStored();
-  compareDone();
+  if (looksAtStored()) compareStored();
+  compareLists(host.journal.only({"log", "exec", "volume"}), world.done);
+  compareLists(described(sent()), described(world.sent));
   compareCounters();
+  expectEverythingClosed();
   for (const std::string &violation : host.journal.violations()) differences_ += "  " + violation + "\n";
   return differences_;
 }
 
 void TwinWorlds::compareStored() {
-  std::map<std::string, std::string> left = host.config.values();
+  std::map<std::string, std::string> left = stored();
   for (int n = 0; n < USBDEV_CHANNELS; ++n) {
     for (const auto &[key, value] : world.channels[n].keys) {
       const auto stored = left.find("ch" + std::to_string(n) + "/" + key);
@@ -203,25 +237,25 @@ void TwinWorlds::compareStored() {
     }
   }
   for (const auto &[path, value] : left) differences_ += "  " + path + " is \"" + value + "\", in the model missing\n";
+  std::map<std::string, std::string> states;
+  for (const auto &[path, value] : world.available) states[path] = std::to_string(value);
+  if (storedStates() != states) differences_ += "  profile states differ\n";
 }
 
-void TwinWorlds::compareDone() {
-  const contract::Lines done = host.journal.only({"log", "exec", "volume", "notify"});
-  for (size_t i = 0; i < std::max(done.size(), world.done.size()); ++i) {
-    const std::string library = i < done.size() ? done[i] : "nothing";
-    const std::string model = i < world.done.size() ? world.done[i] : "nothing";
-    if (library != model) differences_ += "  did \"" + library + "\", the model \"" + model + "\"\n";
+void TwinWorlds::compareLists(const std::vector<std::string> &library, const std::vector<std::string> &model) {
+  for (size_t i = 0; i < std::max(library.size(), model.size()); ++i) {
+    const std::string one = i < library.size() ? library[i] : "nothing";
+    const std::string other = i < model.size() ? model[i] : "nothing";
+    if (one != other) differences_ += "  did \"" + one + "\", the model \"" + other + "\"\n";
   }
-  const auto datagrams = host.network.datagrams();
-  const size_t sent = world.request_headers.size();
-  for (size_t i = 0; i < sent && datagrams.size() >= sent; ++i) {
-    const contract::Datagram &datagram = datagrams[datagrams.size() - sent + i];
-    wrote("datagram", datagram.bytes.substr(0, 32), "ORDA_VLM2_CFCG_N" + world.request_headers[i]);
-    wrote("address", datagram.address + ":" + std::to_string(datagram.port), "127.0.0.1:10171");
-  }
-  std::map<std::string, std::string> available;
-  for (const auto &[path, value] : world.available) available[path] = std::to_string(value);
-  if (host.config.values(contract::kProfileStateFile) != available) differences_ += "  profile states differ\n";
+}
+
+void TwinWorlds::expectEverythingClosed() {
+  contract::Lines left_open = host.files.leftOpen();
+  for (const std::string &command : host.commands.leftOpen()) left_open.push_back(command);
+  for (const std::string &name : left_open) differences_ += "  left open: " + name + "\n";
+  if (host.config.openHandles() != 0) differences_ += "  a configuration is left open\n";
+  if (host.network.openSockets() != 0) differences_ += "  a socket is left open\n";
 }
 
 void TwinWorlds::compareCounters() {

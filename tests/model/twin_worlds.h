@@ -2,8 +2,10 @@
 #pragma once
 
 #include <ctime>
+#include <map>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "host.h"
 #include "world.h"
@@ -14,7 +16,7 @@ class TwinWorlds {
  public:
   // What the bits mean: 1 = the host serves one channel only, 2 = it encodes H.264, 4 and 8 = which cameras there are.
   explicit TwinWorlds(unsigned kind_of_host);
-  ~TwinWorlds();
+  virtual ~TwinWorlds();
   TwinWorlds(const TwinWorlds &) = delete;
   TwinWorlds &operator=(const TwinWorlds &) = delete;
 
@@ -27,8 +29,8 @@ class TwinWorlds {
   void attachCard(int number, const Card &card);
   void detachCard(int number);
   // Another program writes a key, or removes it.
-  void store(int channel, const std::string &key, const std::string &value);
-  void forget(int channel, const std::string &key);
+  virtual void store(int channel, const std::string &key, const std::string &value);
+  virtual void forget(int channel, const std::string &key);
   // Lets time pass, and begins the next operation; the seconds are seen by what is stored with a moment.
   void begin(unsigned seconds);
 
@@ -52,6 +54,13 @@ class TwinWorlds {
   // How the worlds differ after it; "" if they do not.
   std::string difference();
 
+ protected:
+  // What the library has stored, "ch3/video/vnode" -> "2", and what it has sent since begin().
+  virtual bool looksAtStored() { return true; }  // after this operation
+  virtual std::map<std::string, std::string> stored();
+  virtual std::map<std::string, std::string> storedStates();
+  virtual std::vector<std::string> sent();
+
  private:
   template <typename Record>
   static std::string bytesOf(const Record &record) {
@@ -61,12 +70,14 @@ class TwinWorlds {
   void listCards();
   void watch(const std::string &line);
   void compareStored();
-  void compareDone();
+  void compareLists(const std::vector<std::string> &library, const std::vector<std::string> &model);
   void compareCounters();
+  void expectEverythingClosed();
 
   time_t moment_;
   unsigned ids_ = 0;
   int hashes_ = 1;
+  size_t datagrams_ = 0;
   std::string called_;
   std::string differences_;
   const unsigned *counters_;

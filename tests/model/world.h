@@ -29,10 +29,10 @@ class World {
   // The n-th hash that is made; the first is 1.
   static std::string hashNumber(int n);
 
-  // What was done to the host besides storing, in order: "log 0 TEXT", "exec /bin/rm -rf PATH", "volume CARD VALUE",
-  // "notify event=6 ..."; and of each notification the 16 bytes that identify the request.
+  // What was done to the host besides storing, in order: "log 0 TEXT", "exec /bin/rm -rf PATH", "volume CARD VALUE";
+  // and the datagrams that were sent.
   std::vector<std::string> done;
-  std::vector<std::string> request_headers;
+  std::vector<std::string> sent;
 
   // --- core.h
   int trsProfiletoPlugCh(int profile, int *channel) const;

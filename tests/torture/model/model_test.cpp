@@ -18,7 +18,7 @@ unsigned firstSeed() {
 }
 
 TEST(ARandomDay, IsTheSameInTheLibraryAndInTheModel) {
-  const int days = torture::times(100, 12000);
+  const int days = torture::times(200, 12000);
   for (unsigned day = 0; day < static_cast<unsigned>(days); ++day) {
     const unsigned seed = firstSeed() + day;
     const History history = randomHistory(seed, kOperationsADay);
