@@ -117,6 +117,15 @@ def test_files_that_the_host_writes_stay_inside(sandbox, temporary):
     assert list(temporary.iterdir()) == []
 
 
+def test_files_have_the_same_permissions_whatever_the_users_mask_is(sandbox):
+    previous = os.umask(0o077)
+    try:
+        done = sandbox("umask; stat -c %a /etc/config/usbdev.conf /etc/config/bndl.conf")
+    finally:
+        os.umask(previous)
+    assert done.stdout.split() == ["0022", "600", "644"]
+
+
 def test_lock_files_have_both_names_of_their_folder(sandbox):
     result = sandbox("flock /var/lock/x flock --nonblock /run/lock/x true || echo locked")
     assert result.stdout == "locked\n"

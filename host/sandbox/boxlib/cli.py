@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import argparse
+import os
 import signal
 import subprocess
 import sys
@@ -18,6 +19,7 @@ from boxlib.reboot import add_changes, reboot_here
 from simlib.errors import SimError
 
 CANNOT_START = 125
+HOSTS_UMASK = 0o022  # whatever that of the user is
 REFUSED = 1
 # Runs the command through a shell, which prints a message and returns a status if it cannot be found.
 STARTER = ["/bin/sh", "-c", 'exec "$@"', "sandbox"]
@@ -26,6 +28,7 @@ WITH_SERVICES = [str(REPOSITORY / "host/services/with-services"), "--", *STARTER
 
 def main(arguments: list[str]) -> int:
     options = _parser().parse_args(arguments)
+    os.umask(HOSTS_UMASK)
     try:
         return int(options.run(options))
     except SimError as problem:

@@ -28,6 +28,9 @@ EMPTY_FOLDERS = (
     *(f"mnt/ext/opt/apps/Velmora2/hls/channel{number}" for number in range(1, 5)),
     "mnt/ext/opt/apps/Velmora2/web",
 )
+# The configuration will contain tokens and passwords. The names of links in the application's folder are secrets too:
+# whoever knows one may follow it, but nobody else may list them.
+MODES = {"etc/config/usbdev.conf": 0o600, "mnt/ext/opt/apps/Velmora2": 0o711}
 LINKS = {
     "dev/fd": "/proc/self/fd",
     "dev/stdin": "/proc/self/fd/0",
@@ -69,6 +72,8 @@ def _create(folder: Path, host: str, topology: str) -> None:
         (folder / name).symlink_to(target)
     for source in ("common", host):
         shutil.copytree(HOSTS / source, folder, dirs_exist_ok=True, copy_function=_copy_writable)
+    for name, mode in MODES.items():
+        (folder / name).chmod(mode)
     try:
         SimulatedHost(folder).create(topology)
     except SimError as problem:
