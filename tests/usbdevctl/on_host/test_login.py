@@ -85,9 +85,16 @@ def test_a_session_is_open_until_it_is_logged_out() -> None:
     session = found[1]
     assert document("session", session) == {"open": True}
     assert usbdevctl("session", session).returncode == 0
+    assert usbdevctl("session", "-", given=session + "\n").returncode == 0
     urlopen(f"{PAGES}/authLogout.cgi?logout=1&sid={session}").close()
     assert document("session", session) == {"open": False}
     assert usbdevctl("session", session).returncode == 3
+    assert usbdevctl("session", "-", given=session + "\n").returncode == 3
+
+
+def test_a_session_that_nobody_gives_is_not_asked_for() -> None:
+    result = usbdevctl("session", "-", given="\n")
+    assert (result.stderr, result.returncode) == ("usbdevctl: there is no session\n", 2)
 
 
 @pytest.fixture

@@ -72,6 +72,7 @@ def test_a_renewed_link_replaces_the_old_one(profile: str) -> None:
     assert result.stderr == "usbdevctl: the link opens nothing: no profile has this share id\n"
     result = usbdevctl("share", "check", new["ssid"], new["token"])
     assert (result.stdout.split(), result.returncode) == (["opens", "yes", "profile", "2"], 0)
+    assert usbdevctl("share", "check", new["ssid"], "-", given=new["token"] + "\n").stdout == result.stdout
 
 
 def test_a_check_shows_programs_the_reason(profile: str) -> None:

@@ -3,6 +3,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <cstdio>
 #include <iostream>
 
@@ -15,12 +16,12 @@ namespace {
 /// A terminal that does not show what is typed. A shell sets its terminal right again after a program that was stopped.
 class HiddenTyping {
  public:
-  HiddenTyping() : is_terminal_(tcgetattr(STDIN_FILENO, &before_) == 0) {
+  explicit HiddenTyping(const std::string &what) : is_terminal_(tcgetattr(STDIN_FILENO, &before_) == 0) {
     if (!is_terminal_) return;
     termios hidden = before_;
     hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden);
-    std::fputs("Password: ", stderr);
+    std::fprintf(stderr, "%c%s: ", std::toupper(what[0]), what.c_str() + 1);
   }
 
   ~HiddenTyping() {
@@ -37,24 +38,32 @@ class HiddenTyping {
   bool is_terminal_;
 };
 
-}  // namespace
+constexpr std::size_t kLongestIdentifier = 255;
 
-std::optional<std::string> readPassword(std::size_t longest) {
-  std::string password;
+std::optional<std::string> read(const std::string &what, std::size_t longest) {
+  std::string secret;
   {
-    const HiddenTyping hidden;
-    std::getline(std::cin, password);
+    const HiddenTyping hidden(what);
+    std::getline(std::cin, secret);
   }
-  if (password.empty()) {
-    complain("there is no password");
-  } else if (password.size() > longest) {
-    complain("the password is longer than " + std::to_string(longest) + " bytes");
-  } else if (password.find('\0') != std::string::npos) {
-    complain("the password has a zero byte");
+  if (secret.empty()) {
+    complain("there is no " + what);
+  } else if (secret.size() > longest) {
+    complain("the " + what + " is longer than " + std::to_string(longest) + " bytes");
+  } else if (secret.find('\0') != std::string::npos) {
+    complain("the " + what + " has a zero byte");
   } else {
-    return password;
+    return secret;
   }
   return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::string> readPassword(std::size_t longest) { return read("password", longest); }
+
+std::optional<std::string> secretArgument(const std::string &argument, const char *what) {
+  return argument == "-" ? read(what, kLongestIdentifier) : argument;
 }
 
 }  // namespace usbdevctl

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "command_line/commands.h"
+#include "command_line/password.h"
 #include "command_line/shared_arguments.h"
 #include "host/login_service.h"
 #include "output/json.h"
@@ -19,7 +20,9 @@ struct Options {
 };
 
 ExitStatus session(const Options &options) {
-  const Answer answer = askLoginService(options.seconds, [&] { return vl_sid_auth(options.sid.c_str()); });
+  const std::optional<std::string> sid = secretArgument(options.sid, "session");
+  if (!sid) return ExitStatus::usage;
+  const Answer answer = askLoginService(options.seconds, [&] { return vl_sid_auth(sid->c_str()); });
   if (answer != Answer::yes && answer != Answer::no) return complainWithout(answer, options.seconds);
   const bool open = answer == Answer::yes;
   if (options.json) {
@@ -36,7 +39,7 @@ void addSession(Command &program) {
   auto options = std::make_shared<Options>();
   Command &command = program.addCommand("session", "Check whether a session of the host's web pages is open",
                                         [options] { return session(*options); });
-  command.add("sid", &options->sid, "The session's identifier");
+  command.add("sid", &options->sid, "The session's identifier; - to read it from a pipe");
   addTimeout(command, options->seconds);
   addJsonFlag(command, options->json);
 }

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "channel/configuration.h"
+#include "command_line/password.h"
 #include "command_line/shared_arguments.h"
 #include "output/fields.h"
 #include "output/output.h"
@@ -29,9 +30,11 @@ Fields describe(int code, int profile) {
 }
 
 ExitStatus check(const Options &options) {
+  const std::optional<std::string> token = secretArgument(options.token, "token");
+  if (!token) return ExitStatus::usage;
   int profile = -1;
   int code = kUnknownShareId;
-  vl_ssid_auth(options.ssid.c_str(), options.token.c_str(), &profile, &code);
+  vl_ssid_auth(options.ssid.c_str(), token->c_str(), &profile, &code);
   if (code == kViewOpens || options.json) print(recordOutput(describe(code, profile), options.json));
   return code == kViewOpens ? ExitStatus::ok : nothingApplies("the link opens nothing: " + viewReason(code));
 }
@@ -43,7 +46,7 @@ void addShareCheck(Command &share) {
   Command &command = share.addCommand("check", "Check whether a share link opens a stream, and if not, show why",
                                       [options] { return check(*options); });
   command.add("ssid", &options->ssid, "The link's share id");
-  command.add("token", &options->token, "The link's token");
+  command.add("token", &options->token, "The link's token; - to read it from a pipe");
   addJsonFlag(command, options->json);
 }
 
