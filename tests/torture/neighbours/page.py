@@ -40,7 +40,7 @@ TABLES: dict[str, tuple[str, Sequence[Row]]] = {
         [*files.TABLE, *files.LOCKED],
     ),
     "Clients of the share page": (
-        "After each of them somebody else is answered within five seconds, and no secret and no trace is in the log.",
+        "After each of them somebody else is answered within twenty seconds, and no secret and no trace is in the log.",
         clients.TABLE,
     ),
 }

@@ -22,7 +22,9 @@ LINK = f"""\
   <pwdenable>1</pwdenable><shrpwd>{PASSWORD}</shrpwd>
 </sharelink>
 </ch0>"""
-HONEST_SECONDS = 5
+HONEST_SECONDS = 20
+# As many descriptors as a service usually gets.
+DESCRIPTORS = 1024
 
 
 class Page:
@@ -34,7 +36,8 @@ class Page:
             ready.bind(str(folder / "ready"))
             ready.settimeout(20)
             environment = {**os.environ, "NOTIFY_SOCKET": str(folder / "ready")}
-            self.process = subprocess.Popen([REPOSITORY / "host/share/share-page"], stderr=log, env=environment)
+            command = ["prlimit", f"--nofile={DESCRIPTORS}:{DESCRIPTORS}", REPOSITORY / "host/share/share-page"]
+            self.process = subprocess.Popen(command, stderr=log, env=environment)
             ready.recv(64)
 
     def forget_peak(self) -> int:
