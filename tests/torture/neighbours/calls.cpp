@@ -161,12 +161,6 @@ Answer findPlaylist(const char *) {
   return {status};
 }
 
-Answer mayEncode(const char *) {
-  int result = -1;
-  validate_hwenc(&result);
-  return {result};
-}
-
 Answer hasGpu(const char *) {
   int result = -1;
   check_gpu_status(&result);
@@ -206,13 +200,6 @@ Answer listCameras(const char *) {
   return {vl_get_usbdev_list(text)};
 }
 
-// The argument is the port of the camera.
-Answer assign(const char *argument) {
-  char slot[128] = "";
-  std::snprintf(slot, sizeof slot, "%s", argument);
-  return {vl_set_usbchn_profile(slot, 0)};
-}
-
 Answer share(const char *) {
   ShareLinkInfo info{};
   info.shrenable = 1;
@@ -227,12 +214,6 @@ Answer readChannel(const char *) {
   char name[256] = "";
   if (result == 0) vl_getDevName(0, name);
   return {result == 0 ? channel : result, name};
-}
-
-Answer readAll(const char *) {
-  static _usbdev_entry rows[USBDEV_CHANNELS];
-  const int result = vl_get_devpf_list(rows);
-  return {result, rows[0].devname};
 }
 
 Answer writeName(const char *name) { return {vl_set_profile_channelname(0, name, 3)}; }
@@ -257,7 +238,6 @@ const std::map<std::string, Call> kCalls{
     {"judge a hanging query", needsHardKill},
     {"find a package", findPackage},
     {"find a playlist", findPlaylist},
-    {"may encode", mayEncode},
     {"has a GPU", hasGpu},
     {"find a panel number", findPanelNumber},
     {"find a source", findSource},
@@ -267,10 +247,8 @@ const std::map<std::string, Call> kCalls{
     {"start up", startUp},
     {"plug in", plugIn},
     {"list cameras", listCameras},
-    {"assign", assign},
     {"share", share},
     {"read a channel", readChannel},
-    {"read all", readAll},
     {"write a name", writeName},
 };
 

@@ -8,8 +8,8 @@ from typing import Any
 
 from row import Outcome, Row
 from serving import (
-    NeverAccepts, Nobody, Receiver, Server, close_for_writing, echo, flood, go_away, hear, hold, pause, reset, say,
-    say_slowly, shout,
+    NeverAccepts, Nobody, Receiver, Server, close_for_writing, echo, flood, go_away, hear, hear_a_little, hold, pause,
+    reset, say, say_slowly, shout,
 )  # fmt: skip
 
 CUT = b"<authSid><![CDATA["
@@ -182,6 +182,11 @@ HEADS = rows(
     ("a peer that breaks the connection", Server([reset]), Outcome("the read fails", -3)),
     ("a peer that sends more than is asked for", Server([flood(b"x" * 999)]), Outcome("63 bytes are taken", 63,
      "x" * 63)),
+) + rows(
+    "write on",
+    ("a peer that never reads", Server([hold]), Outcome("the write ends after 120 seconds", -2)),
+    ("a peer that breaks the connection while it is written to", Server([hear_a_little, reset]), Outcome(
+        "the write fails", -3)),
 ) + rows(
     "open a connection",
     ("a camera that is not there", Nobody(), Outcome("no connection is opened", -1)),

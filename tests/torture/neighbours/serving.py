@@ -37,6 +37,10 @@ def hear(stage: Stage) -> None:
     request(stage)
 
 
+def hear_a_little(stage: Stage) -> None:
+    stage.connection.recv(64)
+
+
 def say(words: bytes) -> Step:
     return lambda stage: stage.connection.sendall(words)
 
