@@ -235,6 +235,7 @@ HEADS = rows(
     ("a range of nothing", gets(SEGMENT, "Range: bytes=-0"), Outcome("416", 416)),
     ("a range in words", gets(SEGMENT, "Range: bytes=first-last"), SHOWN),
     ("a moment that is none", gets(SEGMENT, "If-Modified-Since: never"), SHOWN),
+    ("a moment on the 32nd of a month", gets(SEGMENT, "If-Modified-Since: Mon, 32 Jan 2024 00:00:00 GMT"), SHOWN),
     ("a moment before all time", gets(SEGMENT, "If-Modified-Since: Mon, 01 Jan 0001 00:00:00 GMT"), SHOWN),
     ("ten thousand versions", gets("/share/share.css", "If-None-Match: " + '"a",' * 10000), SHOWN),
 )  # fmt: skip
