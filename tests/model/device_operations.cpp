@@ -190,8 +190,7 @@ const std::vector<Key> kStored = {
     {"video/cap", {"0", "1", "0 1", ""}},
     {"video/framerate", {"15.00", "7.50", ""}},
     {"video/osdenable", {"0"}},
-    {"audio/anode", {"2", "3", "2", "3", "-1"}},
-    {"audio/anode", {"0"}},
+    {"audio/anode", {"-1", "0", "2", "3"}},
     {"audio/aenable", {"0", "1"}},
     {"audio/acap", {"1", "0 1"}},
     {"audio/volume", {"0", "80"}},
@@ -213,13 +212,21 @@ void storeKey(TwinWorlds &worlds, Choices &choose) {
   worlds.store(channel, key.key, value);
 }
 
+// A version that attached sound cards has left one with a channel that streams.
+void storeCard(TwinWorlds &worlds, Choices &choose) {
+  int channel = 0;
+  if (worlds.world.trsProfiletoPlugCh(choose.profile(), &channel) != 0) return;
+  worlds.call("(somebody stores)", channel, "audio/anode", 2);
+  worlds.store(channel, "audio/anode", "2");
+}
+
 }  // namespace
 
 const std::vector<Happening> &deviceHappenings() {
-  static const std::vector<Happening> all = {{40, plugCamera},  {20, unplugCamera}, {6, plugCard},   {4, unplugCard},
-                                             {3, startUp},      {3, synchronise},   {1, checkCodec}, {4, handOver},
-                                             {3, findConflict}, {3, recompute},     {8, storeKey},   {2, compare},
-                                             {1, compareAges},  {2, countTimeout}};
+  static const std::vector<Happening> all = {{40, plugCamera},  {14, unplugCamera}, {6, plugCard},    {4, unplugCard},
+                                             {3, startUp},      {3, synchronise},   {1, checkCodec},  {4, handOver},
+                                             {3, findConflict}, {3, recompute},     {8, storeKey},    {4, storeCard},
+                                             {2, compare},      {1, compareAges},   {2, countTimeout}};
   return all;
 }
 

@@ -1,6 +1,8 @@
 // Users assign profiles, name them, set their streams, and switch ports.
 #include <usbdev/usbdev.h>
 
+#include <cstring>
+
 #include "operations.h"
 #include "record_text.h"
 
@@ -47,34 +49,26 @@ void rename(TwinWorlds &worlds, Choices &choose) {
 
 // What a settings page asks for: the stream as it is, with some settings changed.
 _streaminfo changed(_streaminfo info, Choices &choose) {
-  if (choose.rarely(4)) info.vcodec = choose.below(2);
-  switch (choose.below(4)) {
-    case 0:
-      info.width = 640, info.height = 480;
-      break;
-    case 1:
-      info.width = 1280, info.height = 720;
-      break;
-    case 2:
-      info.height = choose.of<int>({480, 720});
-      break;
-    default:
-      break;
-  }
-  if (choose.rarely(2)) info.framerate = choose.of<float>({0, 3, 7.5F, 15, 28, 30, 60, 61, 120, 500});
-  const int picture = choose.below(64);
+  const int codec = choose.below(8);
+  if (codec < 2) info.vcodec = codec;
+  const int height = choose.of<int>({info.height, info.height, 480, 720, 721});
+  if (height != info.height) info.width = height == 480 ? 640 : 1280;
+  info.height = height;
+  info.framerate = choose.of<float>({info.framerate, info.framerate, 0, 3, 7.5F, 15, 28, 60, 61, 120, 500});
+  const int picture = choose.below(32);
   if (picture < 16) {
     info.osdenable = picture & 1;
     info.flip = picture >> 1 & 1;
     info.mirror = picture >> 2 & 1;
     info.ldspoutput = picture >> 3 & 1;
   }
-  if (choose.rarely(3)) info.aenable = choose.below(2);
-  if (choose.rarely(3)) {
-    info.acodec = choose.below(3);
+  const int audio = choose.below(12);
+  if (audio < 6) {
+    info.aenable = audio & 1;
+    info.acodec = audio >> 1;
     info.samplerate = 48000;
   }
-  if (choose.rarely(3)) info.volume = choose.below(101);
+  info.volume = choose.of<int>({info.volume, info.volume, 0, 50, 100});
   return info;
 }
 
@@ -82,16 +76,17 @@ void setStream(TwinWorlds &worlds, Choices &choose) {
   const int profile = choose.profile();
   const int code = choose.eventCode();
   _streaminfo before = contract::zeroed<_streaminfo>();
-  for (unsigned char &byte : before.header) byte = static_cast<unsigned char>(choose.below(3) + 'a');
+  memset(before.header, 'a' + choose.below(3), sizeof before.header);
   worlds.world.vl_get_stream_info(profile, &before);
   _streaminfo library = changed(before, choose);
   _streaminfo model = library;
+  worlds.call("findclosedFPS", profile, library.vcodec, library.width, library.height, library.framerate);
   float library_rate = -1;
   float model_rate = -1;
   worlds.returned(findclosedFPS(profile, &library, &library_rate),
                   worlds.world.findclosedFPS(profile, &model, &model_rate));
   worlds.wroteRecord(library_rate, model_rate);
-  worlds.call("vl_set_usbchn_stream", profile, library.vcodec, library.width, library.height, library.framerate, code);
+  worlds.call("vl_set_usbchn_stream", profile, "this", code);
   worlds.returned(vl_set_usbchn_stream(profile, &library, &before, code),
                   worlds.world.vl_set_usbchn_stream(profile, &model, &before, code));
   worlds.wroteRecord(library, model);
@@ -99,7 +94,7 @@ void setStream(TwinWorlds &worlds, Choices &choose) {
 
 void switchPort(TwinWorlds &worlds, Choices &choose) {
   const std::string port = choose.port();
-  const std::string state = choose.of<std::string>({"enable", "disable", "enable", "disable", "Enable"});
+  const std::string state = choose.of<std::string>({"enable", "enable", "enable", "disable", "Enable"});
   const char *client = choose.of<const char *>({"192.168.1.20", nullptr});
   worlds.call("vl_set_usbslot_switch", port, state);
   worlds.returned(vl_set_usbslot_switch(port.c_str(), state.c_str(), client),
@@ -129,7 +124,7 @@ void setAvailable(TwinWorlds &worlds, Choices &choose) {
 }  // namespace
 
 const std::vector<Happening> &settingHappenings() {
-  static const std::vector<Happening> all = {{3, check},  {40, assign},    {10, clear},
+  static const std::vector<Happening> all = {{3, check},  {40, assign},    {5, clear},
                                              {3, rename}, {14, setStream}, {12, switchPort},
                                              {2, setSps}, {2, setVolume},  {2, setAvailable}};
   return all;

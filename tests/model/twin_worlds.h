@@ -39,7 +39,7 @@ class TwinWorlds {
   void call(const std::string &name, const Values &...values) {
     std::ostringstream text;
     ((text << ", " << values), ...);
-    called_ = name + "(" + (text.str().empty() ? "" : text.str().substr(2)) + ")";
+    called_ += (called_.empty() ? "" : "; ") + name + "(" + (text.str().empty() ? "" : text.str().substr(2)) + ")";
   }
   void returned(int library, int model);
   void wrote(const std::string &what, const std::string &library, const std::string &model);
