@@ -2,7 +2,7 @@
 # Runs the tests, and adds up the results of several runs.
 
 # The programs with tests labelled "threaded"; the thread sanitizer's build needs only these.
-threaded_programs='contract_lock torture_threads'
+threaded_programs='contract_lock torture_threads torture_threads_on_host'
 
 passed=0
 failed=0
