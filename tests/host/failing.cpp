@@ -5,20 +5,22 @@
 
 namespace {
 
+using failing::Then;
+
 struct Plan {
   std::string_view name;
   int number = 0;
   int error = 0;
+  Then then = Then::nothing;
   std::function<void()> action;
   bool active = false;
 };
 Plan plan;
-int counted = 0;
-bool reached = false;
+failing::Progress own_progress;
+failing::Progress *counts = &own_progress;
 
 void begin(Plan next) {
-  counted = 0;
-  reached = false;
+  *counts = {};
   plan = std::move(next);
 }
 
@@ -27,37 +29,50 @@ void act() {
   const Plan own = std::exchange(plan, {});
   own.action();
   if (own.number == failing::kEvery && !plan.active) plan = own;
-  reached = true;
+  ++counts->reached;
 }
 
 bool concerns(std::string_view name, bool waits) {
-  return plan.active && (plan.name == failing::kAny || plan.name == name) && (plan.error != EINTR || waits);
+  const bool named = plan.name == name || (plan.name == failing::kAny && name != failing::kMemory);
+  return plan.active && named && (plan.error != EINTR || waits);
+}
+
+bool isTurnOf(std::string_view name, int number) {
+  if (plan.number == failing::kEvery || number == plan.number) return true;
+  if (number < plan.number || plan.then == Then::nothing) return false;
+  return plan.then == Then::everything || name == counts->first;
 }
 
 }  // namespace
 
 namespace failing {
 
-void fail(std::string_view name, int number, int error) { begin({name, number, error, nullptr, true}); }
+void fail(std::string_view name, int number, int error, Then then) {
+  begin({name, number, error, then, nullptr, true});
+}
 
-void doBefore(int number, std::function<void()> action) { begin({kAny, number, 0, std::move(action), true}); }
+void doBefore(int number, std::function<void()> action) {
+  begin({kAny, number, 0, Then::nothing, std::move(action), true});
+}
 
 bool stop() {
   plan.active = false;
-  return reached;
+  return counts->reached > 0;
 }
 
 bool isOn() { return plan.active; }
 
+const Progress &progress() { return *counts; }
+
+void countIn(Progress &shared) { counts = &shared; }
+
 bool mustFail(std::string_view name, bool waits) {
-  if (!concerns(name, waits)) return false;
-  ++counted;
-  if (plan.number != kEvery && counted != plan.number) return false;
+  if (!concerns(name, waits) || !isTurnOf(name, ++counts->counted)) return false;
   if (plan.action) {
     act();
     return false;
   }
-  reached = true;
+  if (counts->reached++ == 0) name.copy(counts->first, sizeof counts->first - 1);
   errno = plan.error;
   return true;
 }

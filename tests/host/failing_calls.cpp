@@ -1,84 +1,134 @@
-// These stand in for the C library's system calls, also where another library calls them.
+// These stand in for the C library's calls, also where another library calls them.
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <stdio.h>
+#include <stdlib.h>
 #include <sys/file.h>
+#include <sys/select.h>
+#include <sys/shm.h>
+#include <sys/signalfd.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdarg>
-#include <cstdio>
 
 #include "failing.h"
 
 namespace {
 
-constexpr bool kWaits = true;
-
 template <typename Function>
-Function *real(const char *name, Function *) {
+Function *real(const char *name) {
   return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
 }
 
+constexpr bool kWaits = true;
+constexpr int kErrorSeen = 0x20;  // what ferror() looks at
+
+using Open = int(const char *, int, ...);
+using Control = int(int, int, ...);
+
+void markFailed(FILE *stream) {
+  if (stream != nullptr) stream->_flags |= kErrorSeen;
+}
+
+bool takesMode(int flags) { return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE; }
+
 }  // namespace
 
-int openat(int folder, const char *path, int flags, ...) {
-  va_list rest;
-  va_start(rest, flags);
-  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
-  va_end(rest);
-  return failing::mustFail("openat", kWaits) ? -1 : real("openat", openat)(folder, path, flags, mode);
-}
+extern "C" {
 
-ssize_t read(int descriptor, void *buffer, size_t size) {
-  return failing::mustFail("read", kWaits) ? -1 : real("read", read)(descriptor, buffer, size);
-}
+#define FAILING_CALL(result, name, parameters, arguments, failure, waits, specification) \
+  result name parameters specification {                                                 \
+    static auto *const function = real<result parameters>(#name);                        \
+    return failing::mustFail(#name, waits) ? failure : function arguments;               \
+  }
+#define FAILING_AFTERWARDS(result, name, parameters, arguments, failure, specification) \
+  result name parameters specification {                                                \
+    static auto *const function = real<result parameters>(#name);                       \
+    const result done = function arguments;                                             \
+    return failing::mustFail(#name) ? failure : done;                                   \
+  }
+#define FAILING_STREAM(result, name, parameters, arguments, failure)  \
+  result name parameters {                                            \
+    static auto *const function = real<result parameters>(#name);     \
+    if (!failing::mustFail(#name, kWaits)) return function arguments; \
+    markFailed(stream);                                               \
+    return failure;                                                   \
+  }
+#include "failing_calls.def"
+#undef FAILING_CALL
+#undef FAILING_AFTERWARDS
+#undef FAILING_STREAM
 
 /// Writes a part in a test, as a disk may that is nearly full.
 ssize_t write(int descriptor, const void *buffer, size_t size) {
+  static auto *const function = real<ssize_t(int, const void *, size_t)>("write");
   const size_t part = failing::isOn() && size > 8192 ? size / 2 : size;
-  return failing::mustFail("write", kWaits) ? -1 : real("write", write)(descriptor, buffer, part);
+  return failing::mustFail("write", kWaits) ? -1 : function(descriptor, buffer, part);
 }
 
-int flock(int descriptor, int operation) noexcept {
-  return failing::mustFail("flock", kWaits) ? -1 : real("flock", flock)(descriptor, operation);
+int open(const char *path, int flags, ...) {
+  static auto *const function = real<Open>("open");
+  va_list rest;
+  va_start(rest, flags);
+  const mode_t mode = takesMode(flags) ? va_arg(rest, mode_t) : 0;
+  va_end(rest);
+  return failing::mustFail("open", kWaits) ? -1 : function(path, flags, mode);
 }
 
-int fsync(int descriptor) { return failing::mustFail("fsync", kWaits) ? -1 : real("fsync", fsync)(descriptor); }
-
-/// The descriptor is gone, whatever the result.
-int close(int descriptor) {
-  const int result = real("close", close)(descriptor);
-  return failing::mustFail("close") ? -1 : result;
+int openat(int folder, const char *path, int flags, ...) {
+  static auto *const function = real<int(int, const char *, int, ...)>("openat");
+  va_list rest;
+  va_start(rest, flags);
+  const mode_t mode = takesMode(flags) ? va_arg(rest, mode_t) : 0;
+  va_end(rest);
+  return failing::mustFail("openat", kWaits) ? -1 : function(folder, path, flags, mode);
 }
 
-int fstat(int descriptor, struct stat *status) noexcept {
-  return failing::mustFail("fstat") ? -1 : real("fstat", fstat)(descriptor, status);
+int open64(const char *path, int flags, ...) {
+  va_list rest;
+  va_start(rest, flags);
+  const mode_t mode = takesMode(flags) ? va_arg(rest, mode_t) : 0;
+  va_end(rest);
+  return open(path, flags, mode);
 }
 
-int fstatat(int folder, const char *path, struct stat *status, int flags) noexcept {
-  return failing::mustFail("fstatat") ? -1 : real("fstatat", fstatat)(folder, path, status, flags);
+int fcntl64(int descriptor, int command, ...) {
+  static auto *const function = real<Control>("fcntl64");
+  va_list rest;
+  va_start(rest, command);
+  void *argument = va_arg(rest, void *);
+  va_end(rest);
+  return failing::mustFail("fcntl", kWaits) ? -1 : function(descriptor, command, argument);
 }
 
-int faccessat(int folder, const char *path, int mode, int flags) noexcept {
-  return failing::mustFail("faccessat") ? -1 : real("faccessat", faccessat)(folder, path, mode, flags);
+int fcntl(int descriptor, int command, ...) {
+  va_list rest;
+  va_start(rest, command);
+  void *argument = va_arg(rest, void *);
+  va_end(rest);
+  return fcntl64(descriptor, command, argument);
 }
 
-int fchown(int descriptor, uid_t owner, gid_t group) noexcept {
-  return failing::mustFail("fchown") ? -1 : real("fchown", fchown)(descriptor, owner, group);
+int ioctl(int descriptor, unsigned long request, ...) noexcept {
+  static auto *const function = real<int(int, unsigned long, ...)>("ioctl");
+  va_list rest;
+  va_start(rest, request);
+  void *argument = va_arg(rest, void *);
+  va_end(rest);
+  return failing::mustFail("ioctl") ? -1 : function(descriptor, request, argument);
 }
 
-int fchmod(int descriptor, mode_t mode) noexcept {
-  return failing::mustFail("fchmod") ? -1 : real("fchmod", fchmod)(descriptor, mode);
+/// Passes no time in a test: some calls are tried again for seconds.
+int usleep(useconds_t microseconds) {
+  static auto *const function = real<int(useconds_t)>("usleep");
+  return failing::isOn() ? 0 : function(microseconds);
 }
 
-ssize_t readlink(const char *path, char *buffer, size_t size) noexcept {
-  return failing::mustFail("readlink") ? -1 : real("readlink", readlink)(path, buffer, size);
-}
-
-int renameat(int from_folder, const char *from, int to_folder, const char *to) noexcept {
-  return failing::mustFail("renameat") ? -1 : real("renameat", renameat)(from_folder, from, to_folder, to);
-}
-
-int unlinkat(int folder, const char *path, int flags) noexcept {
-  return failing::mustFail("unlinkat") ? -1 : real("unlinkat", unlinkat)(folder, path, flags);
-}
+}  // extern "C"

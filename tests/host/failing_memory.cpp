@@ -28,14 +28,16 @@ int failing::piecesInUse() { return pieces; }
 
 extern "C" {
 
-void *malloc(std::size_t size) noexcept { return failing::mustFail("memory") ? nullptr : counted(__libc_malloc(size)); }
+void *malloc(std::size_t size) noexcept {
+  return failing::mustFail(failing::kMemory) ? nullptr : counted(__libc_malloc(size));
+}
 
 void *calloc(std::size_t count, std::size_t size) noexcept {
-  return failing::mustFail("memory") ? nullptr : counted(__libc_calloc(count, size));
+  return failing::mustFail(failing::kMemory) ? nullptr : counted(__libc_calloc(count, size));
 }
 
 void *realloc(void *memory, std::size_t size) noexcept {
-  if (failing::mustFail("memory")) return nullptr;
+  if (failing::mustFail(failing::kMemory)) return nullptr;
   return memory ? __libc_realloc(memory, size) : counted(__libc_realloc(memory, size));
 }
 

@@ -5,16 +5,30 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <exception>
 
 namespace {
 
 int exitStatus(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : -1; }
 
+/// What is thrown ends the child, which must not go on as a second test program.
+int resultOf(const std::function<int()> &work) {
+  int result = 1;
+  try {
+    result = work();
+  } catch (const std::exception &problem) {
+    fprintf(stderr, "%s\n", problem.what());
+  }
+  fflush(nullptr);
+  return result;
+}
+
 }  // namespace
 
 pid_t startChild(const std::function<int()> &work) {
+  fflush(nullptr);  // so that nothing is printed twice
   const pid_t child = fork();
-  if (child == 0) _exit(work());
+  if (child == 0) _exit(resultOf(work));
   return child;
 }
 
