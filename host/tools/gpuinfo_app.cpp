@@ -23,7 +23,7 @@ constexpr char kUsage[] =
     "  -s NAME     print one's state as key=value lines, driver_installed first\n"
     "      --help  print this and end\n"
     "\n"
-    "Exit status: 0 printed, 1 no such graphics processor, 2 wrong usage.\n";
+    "Exit status: 0 printed, 1 no such graphics processor, 2 wrong usage, 3 it could not be read or printed.\n";
 
 enum ExitStatus { kPrinted = 0, kNotFound = 1, kWrongUsage = 2 };
 
@@ -56,9 +56,7 @@ ExitStatus wrongUsage() {
   return kWrongUsage;
 }
 
-}  // namespace
-
-int main(int count, char **arguments) {
+int run(int count, char **arguments) {
   const option long_options[] = {{"help", no_argument, nullptr, 'h'}, {}};
   switch (getopt_long(count, arguments, "+ls:", long_options, nullptr)) {
     case 'h':
@@ -73,4 +71,10 @@ int main(int count, char **arguments) {
     default:
       return wrongUsage();
   }
+}
+
+}  // namespace
+
+int main(int count, char **arguments) {
+  return checked([&] { return run(count, arguments); });
 }

@@ -1,7 +1,11 @@
 #include "ini_file.h"
 
+#include <cerrno>
 #include <cstddef>
+#include <cstdio>
+#include <exception>
 #include <fstream>
+#include <system_error>
 
 namespace {
 
@@ -21,6 +25,8 @@ bool isSection(const std::string &line) { return line.front() == '[' && line.bac
 std::vector<IniEntry> readIniFile(const std::string &path) {
   std::vector<IniEntry> entries;
   std::ifstream file(path);
+  if (!file && errno != ENOENT) throw std::system_error(errno, std::generic_category(), path);
+  file.exceptions(std::ios::badbit);  // or else the file would seem to end where it cannot be read
   std::string section;
   for (std::string raw; std::getline(file, raw);) {
     std::string line = trimmed(raw);
@@ -32,4 +38,14 @@ std::vector<IniEntry> readIniFile(const std::string &path) {
       entries.push_back({section, trimmed(line.substr(0, separator)), trimmed(line.substr(separator + 1))});
   }
   return entries;
+}
+
+int checked(const std::function<int()> &program) {
+  try {
+    const int status = program();
+    return fflush(stdout) == 0 && ferror(stdout) == 0 ? status : kBroken;
+  } catch (const std::exception &problem) {
+    fprintf(stderr, "%s\n", problem.what());
+    return kBroken;
+  }
 }

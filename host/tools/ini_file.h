@@ -1,6 +1,7 @@
 // Plain settings files: [section] lines with "key = value" lines below them; # and ; begin a comment line.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,5 +11,11 @@ struct IniEntry {
   std::string value;
 };
 
-/// Reads the entries in the file's order; none when the file cannot be read. Skips other lines.
+/// Reads the entries in the file's order; none when the file is missing. Skips other lines. Throws where it cannot
+/// read.
 std::vector<IniEntry> readIniFile(const std::string &path);
+
+/// Runs a program whose result is its exit status, and checks that what it printed was written: returns kBroken where
+/// that, reading, or memory failed.
+constexpr int kBroken = 3;
+int checked(const std::function<int()> &program);

@@ -19,7 +19,7 @@ constexpr char kUsage[] =
     "  -f FILE     read this file instead of /etc/config/Tundrel.conf\n"
     "      --help  print this and end\n"
     "\n"
-    "Exit status: 0 printed, 1 no such value and no default, 2 wrong usage.\n";
+    "Exit status: 0 printed, 1 no such value and no default, 2 wrong usage, 3 it could not be read or printed.\n";
 
 enum ExitStatus { kPrinted = 0, kNoValue = 1, kWrongUsage = 2 };
 
@@ -68,9 +68,7 @@ ExitStatus printAnswer(const Query &query) {
   return kPrinted;
 }
 
-}  // namespace
-
-int main(int count, char **arguments) {
+int run(int count, char **arguments) {
   Query query;
   if (!parse(count, arguments, query)) {
     fputs(kUsage, stderr);
@@ -79,4 +77,10 @@ int main(int count, char **arguments) {
   if (!query.help) return printAnswer(query);
   fputs(kUsage, stdout);
   return kPrinted;
+}
+
+}  // namespace
+
+int main(int count, char **arguments) {
+  return checked([&] { return run(count, arguments); });
 }

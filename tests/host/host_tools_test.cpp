@@ -53,6 +53,13 @@ TEST_F(Readcfg, PrintsNothingAndFailsWithoutADefault) {
   expect("readcfg System Model -f /etc/config/none.conf", "", 1);
 }
 
+TEST_F(Readcfg, FailsWhereTheFileCannotBeReadWithADefaultToo) {
+  makeFolder("/etc/config/loop");
+  expect("readcfg System Model -d x -f /etc/config/loop", "", 3);
+}
+
+TEST_F(Readcfg, FailsWhereItsOutputCannotBeWritten) { expect("readcfg System Model >/dev/full", "", 3); }
+
 TEST_F(Readcfg, ReadsAnotherFile) {
   expect("readcfg Halvane Install_Path -f /etc/config/bndl.conf", "/opt/halvane\n", 0);
   expect("readcfg Halvane Enable -f /etc/config/bndl.conf", "TRUE\n", 0);
