@@ -22,6 +22,20 @@ def usbdevctl(*arguments: str, given: str = "") -> subprocess.CompletedProcess[s
     return subprocess.run(command, input=given, check=False, capture_output=True, text=True, timeout=60)
 
 
+def failing(what: str, number: int, error: int, *command: str) -> subprocess.CompletedProcess[str]:
+    """Runs the program with its number-th call of a name, or piece of memory, failing."""
+    progress = Path("/tmp/progress")
+    progress.write_bytes(bytes(64))
+    plan = {
+        "LD_PRELOAD": os.environ["USBDEV_FAILING"],
+        "FAILING": f"{what} {number} {error} nothing {progress}",
+        "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0",
+    }
+    return subprocess.run(
+        ["usbdevctl", *command], env={**os.environ, **plan}, check=False, capture_output=True, text=True, timeout=60
+    )
+
+
 def document(*arguments: str, given: str = "") -> dict[str, Any]:
     """The JSON object that a command prints, without the schema's number."""
     result = json.loads(usbdevctl(*arguments, "--json", given=given).stdout)

@@ -85,8 +85,9 @@ ExitStatus runProgram(const Command &program, int argc, char **argv) {
   } catch (const CLI::ParseError &wrong) {
     return misused(wrong.what());
   }
-  if (!flushOutput()) status = ExitStatus::failure;
-  return status;
+  if (flushOutput()) return status;
+  complain("the output cannot be written");
+  return ExitStatus::failure;
 }
 
 }  // namespace usbdevctl

@@ -11,7 +11,9 @@ namespace usbdevctl {
 namespace {
 
 ExitStatus hostWords(const std::string &kind) {
-  stderr = std::freopen("/dev/null", "w", stderr);  // a message would end up in the line that is completed
+  FILE *nowhere = std::fopen("/dev/null", "we");
+  if (nowhere == nullptr) return ExitStatus::failure;
+  stderr = nowhere;  // a message would end up in the line that is completed
   Cameras cameras;
   const ExitStatus status = readCameras(cameras);
   if (status == ExitStatus::ok) print(kind == "ports" ? portWords(cameras) : cameraWords(cameras));

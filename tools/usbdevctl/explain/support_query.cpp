@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "format/format_query.h"
+#include "output/reading.h"
 
 namespace usbdevctl {
 
@@ -21,6 +22,7 @@ std::optional<std::string> packageValue(const char *field) {
 
 bool isArm() {
   std::ifstream processors("/proc/cpuinfo");
+  throwWhereReadingFails(processors);
   for (std::string line; std::getline(processors, line);) {
     if (line.find("ARM") != std::string::npos) return true;
   }

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <regex>
-#include <sstream>
 
 #include "output/printable.h"
+#include "output/reading.h"
 
 namespace usbdevctl {
 
@@ -25,7 +25,7 @@ const char *const kLayoutAdvice = "put the host's v4l2-ctl-front in its place, w
 
 FormatSurvey surveyFormats(const std::string &listing) {
   FormatSurvey survey;
-  std::istringstream lines(listing);
+  std::istringstream lines = readerOf(listing);
   for (std::string line; std::getline(lines, line);) {
     line.resize(std::min(line.size(), kLongestLine));
     std::smatch found;

@@ -3,32 +3,40 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 
 namespace usbdevctl {
 
 namespace {
 
-/// The descriptor that a stream has from now on; negative where the program was started without it.
-int ownCopyOf(int descriptor) { return fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1); }
+constexpr int kAbsent = -2;  // the program was started without the stream
 
-void move(FILE *&stream, int own, int descriptor, int nothing) {
+/// The descriptor that a stream has from now on.
+int ownCopyOf(int descriptor) {
+  const int own = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  return own < 0 && errno == EBADF ? kAbsent : own;
+}
+
+bool move(FILE *&stream, int own, int descriptor, int nothing) {
+  if (own == kAbsent) return true;
   FILE *moved = own < 0 ? nullptr : fdopen(own, "w");
-  if (moved == nullptr) return;
+  if (moved == nullptr) return false;
   stream = moved;
-  dup2(nothing, descriptor);
+  return dup2(nothing, descriptor) == descriptor;
 }
 
 }  // namespace
 
-void keepStreamsFromCommands() {
+bool keepStreamsFromCommands() {
   const int own_output = ownCopyOf(STDOUT_FILENO);
   const int own_error = ownCopyOf(STDERR_FILENO);
   const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
-  move(stdout, own_output, STDOUT_FILENO, nothing);
-  move(stderr, own_error, STDERR_FILENO, nothing);
+  const bool moved =
+      move(stdout, own_output, STDOUT_FILENO, nothing) && move(stderr, own_error, STDERR_FILENO, nothing);
   std::setvbuf(stderr, nullptr, _IONBF, 0);
   close(nothing);
+  return moved;
 }
 
 }  // namespace usbdevctl

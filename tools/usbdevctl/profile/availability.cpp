@@ -1,9 +1,8 @@
 #include "profile/availability.h"
 
-#include <sstream>
-
 #include "channel/channels.h"
 #include "output/printable.h"
+#include "output/reading.h"
 #include "stream/stream_text.h"
 
 namespace usbdevctl {
@@ -28,7 +27,7 @@ FieldRows deviceRows(const std::array<_availinfo, USBDEV_CHANNELS> &records) {
 
 Json numberList(const std::string &separated) {
   Json list = Json::array();
-  std::istringstream numbers(separated);
+  std::istringstream numbers = readerOf(separated);
   for (std::string number; std::getline(numbers, number, ',');) list.append(Json::number(number));
   return list;
 }

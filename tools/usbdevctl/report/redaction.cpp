@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <regex>
-#include <sstream>
+
+#include "output/reading.h"
 
 namespace usbdevctl {
 
@@ -41,7 +42,7 @@ std::string Redaction::apply(std::string text) const {
 }
 
 void addSerialNumbers(Redaction &redaction, const std::string &walk) {
-  std::istringstream lines(walk);
+  std::istringstream lines = readerOf(walk);
   std::smatch found;
   for (std::string line; std::getline(lines, line);) {
     const std::string serial = serialIn(line, found);
@@ -50,7 +51,7 @@ void addSerialNumbers(Redaction &redaction, const std::string &walk) {
 }
 
 std::string withoutSerialNumbers(const std::string &walk) {
-  std::istringstream lines(walk);
+  std::istringstream lines = readerOf(walk);
   std::smatch found;
   std::string result;
   for (std::string line; std::getline(lines, line);) {

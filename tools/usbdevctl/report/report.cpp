@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <sstream>
 
 #include "events/event_text.h"
 #include "output/printable.h"
+#include "output/reading.h"
 
 namespace usbdevctl {
 
@@ -58,7 +58,7 @@ std::string namedLines(const NamedTexts &texts) {
 
 /// What a tool printed, line by line, each made printable.
 std::string answerLines(const std::string &answer) {
-  std::istringstream lines(answer);
+  std::istringstream lines = readerOf(answer);
   std::string text;
   for (std::string line; std::getline(lines, line);) {
     std::replace(line.begin(), line.end(), '\t', ' ');

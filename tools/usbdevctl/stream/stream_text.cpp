@@ -2,8 +2,9 @@
 
 #include <cmath>
 #include <cstdio>
-#include <sstream>
 #include <utility>
+
+#include "output/reading.h"
 
 namespace usbdevctl {
 
@@ -25,7 +26,7 @@ std::string wordFor(const std::vector<std::string> &words, int number) {
 Field codecsField(const std::string &name, const std::vector<std::string> &codecs, const std::string &stored) {
   Json list = Json::array();
   std::string text;
-  std::istringstream numbers(stored);
+  std::istringstream numbers = readerOf(stored);
   for (int number = 0; numbers >> number;) {
     const std::string codec = wordFor(codecs, number);
     list.append(codec);

@@ -1,0 +1,14 @@
+"""A program without memory says so, wherever it is refused."""
+
+from __future__ import annotations
+
+import pytest
+from conftest import failing
+
+ENOMEM = 12
+
+
+@pytest.mark.parametrize("number", [1, 100, 5000, 10000])
+def test_a_program_without_memory_says_so(number: int) -> None:
+    result = failing("memory", number, ENOMEM, "--version")
+    assert (result.returncode, result.stdout, result.stderr) == (1, "", "usbdevctl: out of memory\n")
