@@ -58,6 +58,12 @@ TEST_F(ALiveLink, ThatIsNotOnTheDiskIsMissing) {
   EXPECT_EQ(linkCell(link).text, "missing");
 }
 
+TEST_F(ALiveLink, ThatTheSystemDoesNotTellOfIsNotCalledMissing) {
+  const LiveLink link = followLink(folder_, std::string(300, 'x'));
+  EXPECT_EQ(link.state, LinkState::unreadable);
+  EXPECT_EQ(linkCell(link).text, "cannot be read");
+}
+
 TEST_F(ALiveLink, WithoutANameDoesNotExist) {
   const LiveLink link = followLink(folder_, "");
   EXPECT_EQ(link.state, LinkState::none);

@@ -3,6 +3,8 @@
 #include <usbdev/devices.h>
 #include <usbdev/profiles.h>
 
+#include <algorithm>
+
 namespace usbdevctl {
 
 namespace {
@@ -27,11 +29,21 @@ bool readListings(ChannelListings &listings) {
   return readSlots(listings);
 }
 
+/// Checks that each profile which has a channel was found in one: a profile that could not be read looks like none.
+bool isComplete(const ChannelListings &listings) {
+  const auto &found = listings.profile_ids;
+  return std::all_of(listings.profiles.begin(), listings.profiles.end(), [&found](const _usbdev_entry &entry) {
+    return entry.profile == -1 || std::find(found.begin(), found.end(), entry.profile) != found.end();
+  });
+}
+
 }  // namespace
 
 bool readChannels(ChannelRows &rows) {
   ChannelListings listings;
   if (!readListings(listings)) return false;
+  // Another process may have taken a profile away in between.
+  if (!isComplete(listings) && (!readListings(listings) || !isComplete(listings))) return false;
   rows = describeChannels(listings);
   return true;
 }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 
 #include "channel/configuration.h"
@@ -15,7 +16,11 @@ ExitStatus profiles(bool json) {
   Profiles profiles;
   if (!readProfiles(profiles)) return configurationUnreadable();
   print(listOutput("profiles", profileFields(profiles), json));
-  return ExitStatus::ok;
+  const bool unread = std::any_of(profiles.begin(), profiles.end(),
+                                  [](const Profile &profile) { return profile.link.state == LinkState::unreadable; });
+  if (!unread) return ExitStatus::ok;
+  complain("a live link cannot be read");
+  return ExitStatus::failure;
 }
 
 }  // namespace

@@ -26,10 +26,11 @@ bool readSlot(const std::string &port, const Devices &devices, Slot &slot) {
   if (vl_get_usbslot_info(port.c_str(), &slot.settings) != 0) return false;
   if (slot.settings.channel == -1) return true;
   slot.device = devices[static_cast<std::size_t>(slot.settings.channel)];
+  if (slot.settings.vnode == -1 || slot.settings.slot_switch == 0) return true;  // no picture, which has no codecs
   char codecs[16] = {};
-  vl_get_usbslot_video_cap(port.c_str(), codecs);  // fails where there is no picture, which then has no codecs
+  const bool read = vl_get_usbslot_video_cap(port.c_str(), codecs) == 0;
   slot.codecs = codecs;
-  return true;
+  return read;
 }
 
 bool readSlots(FieldRows &rows) {

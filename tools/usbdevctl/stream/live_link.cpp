@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 
 #include "output/printable.h"
@@ -11,11 +12,22 @@ namespace usbdevctl {
 
 namespace {
 
-/// Empty for what is not a link.
-std::string targetOf(const std::string &path) {
-  char target[PATH_MAX];
-  const ssize_t length = readlink(path.c_str(), target, sizeof target);
-  return length > 0 ? std::string(target, static_cast<std::size_t>(length)) : std::string();
+bool saysMissing(int error) { return error == ENOENT || error == ENOTDIR || error == ELOOP; }
+
+/// Empty for what is not a link; false where the system does not tell.
+bool readTarget(const std::string &path, std::string &target) {
+  char read[PATH_MAX];
+  const ssize_t length = readlink(path.c_str(), read, sizeof read);
+  if (length > 0) target.assign(read, static_cast<std::size_t>(length));
+  return length > 0 || errno == EINVAL;
+}
+
+LinkState stateOf(const std::string &path, std::string &target) {
+  struct stat found = {};
+  if (lstat(path.c_str(), &found) != 0) return saysMissing(errno) ? LinkState::missing : LinkState::unreadable;
+  if (!readTarget(path, target)) return LinkState::unreadable;
+  if (stat(path.c_str(), &found) == 0) return LinkState::good;
+  return saysMissing(errno) ? LinkState::nowhere : LinkState::unreadable;
 }
 
 }  // namespace
@@ -24,13 +36,7 @@ LiveLink followLink(const std::string &folder, const std::string &name) {
   LiveLink link;
   if (name.empty()) return link;
   link.path = folder + "/" + name;
-  link.target = targetOf(link.path);
-  struct stat found = {};
-  if (lstat(link.path.c_str(), &found) != 0) {
-    link.state = LinkState::missing;
-  } else {
-    link.state = stat(link.path.c_str(), &found) == 0 ? LinkState::good : LinkState::nowhere;
-  }
+  link.state = stateOf(link.path, link.target);
   return link;
 }
 
@@ -40,6 +46,8 @@ std::string linkStateName(LinkState state) {
       return "missing";
     case LinkState::nowhere:
       return "nowhere";
+    case LinkState::unreadable:
+      return "unreadable";
     case LinkState::good:
       return "good";
     case LinkState::none:
@@ -54,6 +62,8 @@ Cell linkCell(const LiveLink &link) {
       return {"missing", Style::bad};
     case LinkState::nowhere:
       return {"leads nowhere: " + printable(link.target), Style::bad};
+    case LinkState::unreadable:
+      return {"cannot be read", Style::bad};
     case LinkState::good:
       return {printable(link.target)};
     case LinkState::none:

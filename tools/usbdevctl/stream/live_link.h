@@ -11,9 +11,10 @@ namespace usbdevctl {
 inline constexpr char kApplicationFolder[] = "/mnt/ext/opt/apps/Velmora2";
 
 enum class LinkState {
-  none,     // the profile has none
-  missing,  // it is not on the disk
-  nowhere,  // the link exists, its target does not
+  none,        // the profile has none
+  missing,     // it is not on the disk
+  nowhere,     // the link exists, its target does not
+  unreadable,  // the system does not tell
   good,
 };
 

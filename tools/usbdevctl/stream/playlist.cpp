@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "output/reading.h"
 #include "stream/live_link.h"
 
 namespace usbdevctl {
@@ -15,11 +16,14 @@ constexpr char kTargetDuration[] = "#EXT-X-TARGETDURATION:";
 constexpr std::size_t kHeadSize = 1024;  // the tag is before the first segment
 constexpr double kSegmentsWaitedFor = 3;
 
-std::string headOf(const std::string &path) {
+/// Nothing for a playlist that cannot be read.
+std::optional<std::string> headOf(const std::string &path) {
   char head[kHeadSize];
   std::ifstream file(path, std::ios::binary);
+  if (!file.is_open()) return std::nullopt;
+  throwWhereReadingFails(file);
   file.read(head, sizeof head);
-  return {head, static_cast<std::size_t>(file.gcount())};
+  return std::string(head, static_cast<std::size_t>(file.gcount()));
 }
 
 /// The longest segment's length in seconds; 0 where the playlist does not have it.
@@ -37,7 +41,9 @@ std::string playlistOf(int profile) {
 std::optional<bool> playlistGrows(const std::string &path, std::time_t now) {
   struct stat found = {};
   if (stat(path.c_str(), &found) != 0) return std::nullopt;
-  const long target = targetDuration(headOf(path));
+  const std::optional<std::string> head = headOf(path);
+  if (!head) return std::nullopt;
+  const long target = targetDuration(*head);
   return target > 0 && std::difftime(now, found.st_mtime) <= kSegmentsWaitedFor * static_cast<double>(target);
 }
 

@@ -6,6 +6,7 @@
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
+#include "channel/configuration.h"
 #include "command_line/commands.h"
 #include "output/output.h"
 #include "stream/stream_settings.h"
@@ -18,7 +19,9 @@ ExitStatus explainLack(int profile) {
   Camera camera;
   const ExitStatus found = findCameraOf(profile, camera);
   if (found != ExitStatus::ok) return found;
-  complain(cameraText(camera) + ": " + streamLackText(camera.row));
+  const std::string lack = streamLackText(camera.row);
+  if (lack.empty()) return configurationUnreadable();
+  complain(cameraText(camera) + ": " + lack);
   return ExitStatus::nothing;
 }
 

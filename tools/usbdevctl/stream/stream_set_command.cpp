@@ -22,20 +22,23 @@ struct Options {
   StreamChange change;
 };
 
-/// The newest event so far; 0 before the first one.
-std::int64_t newestEvent() {
+/// The newest event so far, 0 before the first one; nothing where the log cannot be read.
+std::optional<std::int64_t> newestEvent() {
   if (!EventLog::exists(kEventLogFile)) return 0;
-  const std::vector<Event> newest = EventLog(kEventLogFile).last(1);
+  EventLog log(kEventLogFile);
+  const std::vector<Event> newest = log.last(1);
+  if (!log.error().empty()) return std::nullopt;
   return newest.empty() ? 0 : newest.front().id;
 }
 
 /// A log that cannot be read leaves the change as it is, and its events unknown.
-std::vector<Event> eventsAfter(std::int64_t id) {
+std::vector<Event> eventsAfter(std::optional<std::int64_t> id) {
   if (!EventLog::exists(kEventLogFile)) return {};
   EventLog log(kEventLogFile);
-  std::vector<Event> events = log.after(id);
+  std::vector<Event> events = log.after(id.value_or(0));
   if (!log.error().empty()) complain(log.failure());
-  return events;
+  if (log.error().empty() && !id) complain("the events before the change could not be read");
+  return id ? events : std::vector<Event>();
 }
 
 ExitStatus explainRefusal(int profile, const _streaminfo &wanted) {
@@ -67,7 +70,7 @@ ExitStatus set(const Options &options) {
   const ExitStatus status = readStream(profile, before);
   if (status != ExitStatus::ok) return status;
 
-  const std::int64_t newest = newestEvent();
+  const std::optional<std::int64_t> newest = newestEvent();
   _streaminfo wanted = changed(before, options.change);
   if (vl_set_usbchn_stream(profile, &wanted, &before, kLogChangesOnly) != 0) {
     return explainRefusal(profile, wanted);
