@@ -3,8 +3,10 @@
 from __future__ import annotations
 
 import json
+import os
 import stat
 import subprocess
+from errno import ENOSPC
 from pathlib import Path
 
 import pytest
@@ -41,6 +43,20 @@ class TestTheUsersFile:
         Users(file).add("ann", b"secret")
         assert stat.S_IMODE(file.stat().st_mode) == 0o600
         assert [path.name for path in file.parent.iterdir()] == ["users"]
+
+    @pytest.mark.parametrize("call", ["fsync", "replace"])
+    def test_stays_as_it_is_and_alone_when_it_cannot_be_stored(
+        self, file: Path, call: str, monkeypatch: pytest.MonkeyPatch
+    ) -> None:
+        def fail(*_: object) -> None:
+            raise OSError(ENOSPC, "no space")
+
+        Users(file).add("ann", b"secret")
+        before = file.read_bytes()
+        monkeypatch.setattr(os, call, fail)
+        with pytest.raises(OSError, match="no space"):
+            Users(file).add("bob", b"secret")
+        assert [(path, path.read_bytes()) for path in file.parent.iterdir()] == [(file, before)]
 
     def test_is_read_anew_each_time(self, file: Path) -> None:
         service = Users(file)

@@ -6,6 +6,7 @@ import fcntl
 import os
 import tempfile
 from collections.abc import Callable
+from contextlib import ExitStack
 from functools import cached_property
 from pathlib import Path
 
@@ -79,11 +80,14 @@ class Users:
             os.close(folder)
 
     def _write(self, hashes: Hashes) -> None:
-        with tempfile.NamedTemporaryFile("w", dir=self._file.parent, encoding="utf-8", delete=False) as file:
-            file.writelines(f"{name}:{hashed}\n" for name, hashed in hashes.items())
-            file.flush()
-            os.fsync(file.fileno())
-        os.replace(file.name, self._file)
+        with ExitStack() as on_failure:
+            with tempfile.NamedTemporaryFile("w", dir=self._file.parent, encoding="utf-8", delete=False) as file:
+                on_failure.callback(os.unlink, file.name)
+                file.writelines(f"{name}:{hashed}\n" for name, hashed in hashes.items())
+                file.flush()
+                os.fsync(file.fileno())
+            os.replace(file.name, self._file)
+            on_failure.pop_all()
 
 
 def _check(what: str, text: bytes) -> None:
