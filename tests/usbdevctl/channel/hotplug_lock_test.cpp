@@ -61,6 +61,12 @@ TEST_F(TheHotplugLock, DoesNotFollowALink) {
   EXPECT_EQ(HotplugLock(file()).error(), "cannot lock " + file() + ": Too many levels of symbolic links");
 }
 
+TEST_F(TheHotplugLock, IsNotAFolderThatSomebodyPutIntoItsPlace) {
+  ASSERT_EQ(mkdir(file().c_str(), 0700), 0);
+  EXPECT_EQ(HotplugLock(file()).error(), "cannot lock " + file() + ": Is a directory");
+  EXPECT_EQ(rmdir(file().c_str()), 0);
+}
+
 TEST_F(TheHotplugLock, ReportsWhatFailed) {
   EXPECT_EQ(HotplugLock("/nowhere/lock").error(), "cannot lock /nowhere/lock: No such file or directory");
 }
