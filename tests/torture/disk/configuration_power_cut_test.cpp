@@ -52,6 +52,8 @@ struct Saves {
   void (*make)();
 };
 
+std::ostream &operator<<(std::ostream &out, const Saves &saves) { return out << saves.name; }
+
 constexpr Saves kSaves[] = {{"OneSave", true, saveOnce},
                             {"TheFirstSave", false, saveOnce},
                             {"TwoSaves", true, saveTwice},
@@ -136,7 +138,7 @@ TEST_P(DuringSaves, LeavesAWholeConfigurationAndLosesNoneThatWasStored) {
   EXPECT_GT(states, 10);
 }
 
-INSTANTIATE_TEST_SUITE_P(OfConfigurations, DuringSaves, testing::ValuesIn(kSaves),
+INSTANTIATE_TEST_SUITE_P(APowerCut, DuringSaves, testing::ValuesIn(kSaves),
                          [](const auto &instance) { return std::string(instance.param.name); });
 
 class ASaveWithoutAFlush : public APowerCut {

@@ -42,6 +42,8 @@ struct Additions {
   void (*make)();
 };
 
+std::ostream &operator<<(std::ostream &out, const Additions &additions) { return out << additions.name; }
+
 constexpr Additions kAdditions[] = {
     {"TheFirstLine", false, addOne}, {"OneMoreLine", true, addOne}, {"LinesOfTwoProcesses", true, addInTwoProcesses}};
 
@@ -105,7 +107,7 @@ TEST_P(WhileLinesAreAdded, LeavesWholeLinesAndLosesNoneThatWasStored) {
   EXPECT_GT(states, 10);
 }
 
-INSTANTIATE_TEST_SUITE_P(ToTheEventLog, WhileLinesAreAdded, testing::ValuesIn(kAdditions),
+INSTANTIATE_TEST_SUITE_P(APowerCut, WhileLinesAreAdded, testing::ValuesIn(kAdditions),
                          [](const auto &instance) { return std::string(instance.param.name); });
 
 class ALineWithoutAFlush : public APowerCut {
