@@ -17,6 +17,7 @@ set(CMAKE_CXX_FLAGS_RELEASE "-O1 -DNDEBUG")
 set(CMAKE_C_FLAGS_RELEASE "-O1 -DNDEBUG")
 
 option(USBDEV_COVERAGE "Instrument for coverage" OFF)
+option(USBDEV_FUZZ "Let libFuzzer drive the targets of fuzz/" OFF)
 set(USBDEV_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 
 # The presets turn warnings into errors. Without a preset they stay warnings, for compilers that were never tried.

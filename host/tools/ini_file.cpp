@@ -23,12 +23,16 @@ bool isSection(const std::string &line) { return line.front() == '[' && line.bac
 }  // namespace
 
 std::vector<IniEntry> readIniFile(const std::string &path) {
-  std::vector<IniEntry> entries;
   std::ifstream file(path);
   if (!file && errno != ENOENT) throw std::system_error(errno, std::generic_category(), path);
   file.exceptions(std::ios::badbit);  // or else the file would seem to end where it cannot be read
+  return readIni(file);
+}
+
+std::vector<IniEntry> readIni(std::istream &text) {
+  std::vector<IniEntry> entries;
   std::string section;
-  for (std::string raw; std::getline(file, raw);) {
+  for (std::string raw; std::getline(text, raw);) {
     std::string line = trimmed(raw);
     if (line.empty() || isComment(line)) continue;
     std::size_t separator = line.find('=');

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,9 @@ struct IniEntry {
 /// Reads the entries in the file's order; none when the file is missing. Skips other lines. Throws where it cannot
 /// read.
 std::vector<IniEntry> readIniFile(const std::string &path);
+
+/// The same for the text of such a file.
+std::vector<IniEntry> readIni(std::istream &text);
 
 /// Runs a program whose result is its exit status, and checks that what it printed was written: returns kBroken where
 /// that, reading, or memory failed.

@@ -5,6 +5,7 @@ build_packages='
   cmake ninja-build g++ pkg-config python3
   libgtest-dev libgmock-dev libcurl4-openssl-dev libssl-dev
   libpugixml-dev libsqlite3-dev libasound2-dev libcli11-dev nlohmann-json3-dev
+  libpython3-dev
 '
 # For the sandboxed host.
 host_packages='
@@ -17,6 +18,7 @@ test_packages='
 '
 coverage_packages='gcovr'
 bench_packages='gnuplot-nox'
+fuzz_packages='clang libclang-rt-dev llvm python3-tornado'
 check_packages='clang clang-format clang-tidy shellcheck'
 
 package_log=build/packages.log

@@ -1,0 +1,16 @@
+"""The manager's decoder of change notifications, for notification.cpp."""
+
+from __future__ import annotations
+
+import sys
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "host/services"))
+from managerlib import notification
+
+
+def one_input(datagram: bytes) -> str:
+    try:
+        return str(notification.decode(datagram))
+    except ValueError as problem:
+        return str(problem)
