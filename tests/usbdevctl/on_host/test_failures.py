@@ -55,3 +55,15 @@ def test_earlier_events_are_not_shown_as_those_of_a_change(profile: str) -> None
     result = failing("pread64", 1, EIO, "stream", "set", profile, "--fps", "10", "--json")
     assert (result.returncode, json.loads(result.stdout)["events"]) == (0, [])
     assert result.stderr == "usbdevctl: the events before the change could not be read\n"
+
+
+def test_a_log_that_cannot_be_looked_for_is_not_called_empty(profile: str) -> None:
+    usual("stream", "set", profile, "--fps", "5")
+    result = failing("stat", 1, EIO, "log")
+    assert result.returncode != 3
+
+
+@pytest.mark.parametrize("call", ["poll", "signalfd"])
+def test_a_watch_that_cannot_wait_ends_with_a_message(call: str) -> None:
+    result = failing(call, 1, EIO, "watch", "--timeout", "30")
+    assert (result.returncode, result.stderr.splitlines()[-1]) == (1, "usbdevctl: cannot wait for notifications")

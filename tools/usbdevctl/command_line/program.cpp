@@ -8,6 +8,7 @@
 #include "command_line/version.h"
 #include "output/numbers.h"
 #include "output/output.h"
+#include "output/reading.h"
 
 namespace usbdevctl {
 
@@ -80,6 +81,7 @@ ExitStatus runProgram(const Command &program, int argc, char **argv) {
     app.parse(argc, argv);
   } catch (const CLI::Success &help) {
     std::ostringstream text;
+    throwOnFailure(text);
     app.exit(help, text);
     print(text.str());
   } catch (const CLI::ParseError &wrong) {

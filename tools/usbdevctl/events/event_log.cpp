@@ -3,6 +3,8 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include <cerrno>
+
 namespace usbdevctl {
 
 namespace {
@@ -33,7 +35,8 @@ void EventLog::Close::operator()(sqlite3 *database) const { sqlite3_close(databa
 
 bool EventLog::exists(const std::string &file) {
   struct stat found = {};
-  return stat(file.c_str(), &found) == 0 && found.st_size > 0;
+  if (stat(file.c_str(), &found) == 0) return found.st_size > 0;
+  return errno != ENOENT && errno != ENOTDIR;  // to open it will tell what is wrong
 }
 
 EventLog::EventLog(const std::string &file) : file_(file) {

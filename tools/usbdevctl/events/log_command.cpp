@@ -1,4 +1,5 @@
 #include <memory>
+#include <optional>
 
 #include "command_line/commands.h"
 #include "command_line/shared_arguments.h"
@@ -52,7 +53,14 @@ ExitStatus show(const Options &options) {
   return ExitStatus::ok;
 }
 
-bool stopsWaiting(const StopRequest &stop) { return stop.wait(-1, kPollMilliseconds) == StopRequest::Event::stopped; }
+/// Waits until there may be more; otherwise the status to end with.
+std::optional<ExitStatus> endWhileWaiting(const StopRequest &stop) {
+  const StopRequest::Event event = stop.wait(-1, kPollMilliseconds);
+  if (event == StopRequest::Event::stopped) return ExitStatus::ok;
+  if (event != StopRequest::Event::failed) return std::nullopt;
+  complain("cannot wait for events");
+  return ExitStatus::failure;
+}
 
 // Prints the events after `newest` and updates it; false when standard output is closed.
 bool printNew(const std::vector<Event> &events, std::int64_t &newest, bool json) {
@@ -66,14 +74,14 @@ bool printNew(const std::vector<Event> &events, std::int64_t &newest, bool json)
 ExitStatus follow(const Options &options) {
   const StopRequest stop;
   while (!EventLog::exists(kEventLogFile)) {
-    if (stopsWaiting(stop)) return ExitStatus::ok;
+    if (const std::optional<ExitStatus> end = endWhileWaiting(stop)) return *end;
   }
   EventLog log(kEventLogFile);
   std::int64_t newest = 0;
   std::vector<Event> events = log.last(options.lines);
   while (log.error().empty()) {
     if (!printNew(events, newest, options.json)) return ExitStatus::failure;
-    if (stopsWaiting(stop)) return ExitStatus::ok;
+    if (const std::optional<ExitStatus> end = endWhileWaiting(stop)) return *end;
     events = log.after(newest);
   }
   return failed(log);

@@ -41,10 +41,13 @@ NotificationSocket::~NotificationSocket() {
   if (socket_ >= 0) close(socket_);
 }
 
-std::string NotificationSocket::receive() const {
+std::optional<std::string> NotificationSocket::receive() const {
   std::string datagram(kLargestDatagram, '\0');
-  const ssize_t size = recv(socket_, datagram.data(), datagram.size(), 0);
-  datagram.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+  ssize_t size = 0;
+  do size = recv(socket_, datagram.data(), datagram.size(), 0);
+  while (size < 0 && errno == EINTR);
+  if (size < 0) return std::nullopt;
+  datagram.resize(static_cast<std::size_t>(size));
   return datagram;
 }
 

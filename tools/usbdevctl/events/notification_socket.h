@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace usbdevctl {
@@ -21,8 +22,8 @@ class NotificationSocket {
 
   int descriptor() const { return socket_; }
 
-  /// The next datagram whole, whatever its size.
-  std::string receive() const;
+  /// The next datagram whole, whatever its size; nothing where it cannot be received.
+  std::optional<std::string> receive() const;
 
  private:
   int socket_;

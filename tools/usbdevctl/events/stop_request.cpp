@@ -4,6 +4,8 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 namespace usbdevctl {
 
 StopRequest::StopRequest() : before_(), signals_(-1) {
@@ -26,6 +28,8 @@ StopRequest::~StopRequest() {
 StopRequest::Event StopRequest::wait(int descriptor, std::optional<int> milliseconds) const {
   pollfd waited[] = {{signals_, POLLIN, 0}, {descriptor, POLLIN, 0}};
   const int ready = poll(waited, 2, milliseconds.value_or(-1));
+  if (signals_ < 0 || (ready < 0 && errno != EINTR)) return Event::failed;
+  if (ready < 0) return wait(descriptor, milliseconds);
   if (waited[0].revents != 0) return Event::stopped;
   return ready > 0 ? Event::readable : Event::timed_out;
 }

@@ -15,10 +15,10 @@ class StopRequest {
   StopRequest(const StopRequest &) = delete;
   StopRequest &operator=(const StopRequest &) = delete;
 
-  enum class Event { readable, stopped, timed_out };
+  enum class Event { readable, stopped, timed_out, failed };
 
   /// Waits until the descriptor can be read, stop is requested or the time is up. A descriptor of -1 is never
-  /// readable; no time-out means without a limit.
+  /// readable; no time-out means without a limit. Fails where the system cannot wait, or could not be asked to stop.
   Event wait(int descriptor, std::optional<int> milliseconds) const;
 
  private:

@@ -44,15 +44,23 @@ bool show(const std::string &datagram, bool json) {
   return true;
 }
 
+ExitStatus failed(const std::string &what) {
+  complain(what);
+  return ExitStatus::failure;
+}
+
 ExitStatus receive(const NotificationSocket &socket, const StopRequest &stop, const Options &options) {
   const std::optional<Clock::time_point> deadline = deadlineOf(options);
   for (int shown = 0; !options.count || shown < *options.count;) {
     const StopRequest::Event event = stop.wait(socket.descriptor(), millisecondsUntil(deadline));
     if (event == StopRequest::Event::stopped) return ExitStatus::ok;
+    if (event == StopRequest::Event::failed) return failed("cannot wait for notifications");
     if (event == StopRequest::Event::timed_out) {
       return shown > 0 && !options.count ? ExitStatus::ok : ExitStatus::nothing;
     }
-    if (show(socket.receive(), options.json)) ++shown;
+    const std::optional<std::string> datagram = socket.receive();
+    if (!datagram) return failed("cannot receive notifications");
+    if (show(*datagram, options.json)) ++shown;
     if (!flushOutput()) return ExitStatus::failure;
   }
   return ExitStatus::ok;

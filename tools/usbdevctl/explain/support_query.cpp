@@ -22,7 +22,7 @@ std::optional<std::string> packageValue(const char *field) {
 
 bool isArm() {
   std::ifstream processors("/proc/cpuinfo");
-  throwWhereReadingFails(processors);
+  throwOnFailure(processors);
   for (std::string line; std::getline(processors, line);) {
     if (line.find("ARM") != std::string::npos) return true;
   }

@@ -5,7 +5,8 @@
 namespace usbdevctl {
 
 /// Moves both streams to descriptors that commands do not inherit, and leaves them /dev/null in the old ones' place.
-/// Call it before anything is printed; where it returns false, no command may run. A sanitizer's report is not shown either, unless its options have a log_path.
+/// Call it before anything is printed; where it returns false, no command may run. A sanitizer's report is not shown
+/// either, unless its options have a log_path.
 bool keepStreamsFromCommands();
 
 }  // namespace usbdevctl

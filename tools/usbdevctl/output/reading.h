@@ -1,18 +1,17 @@
-// Texts and files are read with the standard streams, which take missing memory, or a failed read, for the end of the
-// text. With this they throw instead.
+// The standard streams take missing memory, or a failed read, for the end of the text. With this they throw instead.
 #pragma once
 
-#include <istream>
+#include <ios>
 #include <sstream>
 #include <string>
 
 namespace usbdevctl {
 
-inline void throwWhereReadingFails(std::istream &stream) { stream.exceptions(std::ios::badbit); }
+inline void throwOnFailure(std::ios &stream) { stream.exceptions(std::ios::badbit); }
 
 inline std::istringstream readerOf(const std::string &text) {
   std::istringstream reader(text);
-  throwWhereReadingFails(reader);
+  throwOnFailure(reader);
   return reader;
 }
 

@@ -21,7 +21,7 @@ std::optional<std::string> headOf(const std::string &path) {
   char head[kHeadSize];
   std::ifstream file(path, std::ios::binary);
   if (!file.is_open()) return std::nullopt;
-  throwWhereReadingFails(file);
+  throwOnFailure(file);
   file.read(head, sizeof head);
   return std::string(head, static_cast<std::size_t>(file.gcount()));
 }
