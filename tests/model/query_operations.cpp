@@ -38,6 +38,7 @@ void list(TwinWorlds &worlds, const char *name, int (*library)(Value *), int (Wo
   worlds.wroteRecord(from_library, from_model);
 }
 
+// What asks the exported function of a name and the model's function of that name.
 #define BY_PROFILE(function, count)                                                  \
   {                                                                                  \
     2, [](TwinWorlds &worlds, Choices &choose) {                                     \

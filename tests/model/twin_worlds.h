@@ -55,8 +55,9 @@ class TwinWorlds {
   std::string difference();
 
  protected:
-  // What the library has stored, "ch3/video/vnode" -> "2", and what it has sent since begin().
-  virtual bool looksAtStored() { return true; }  // after this operation
+  // Whether what is stored is compared after this operation.
+  virtual bool looksAtStored() { return true; }
+  // What the library has stored, "ch3/video/vnode" -> "2", and the datagrams that it has sent since begin().
   virtual std::map<std::string, std::string> stored();
   virtual std::map<std::string, std::string> storedStates();
   virtual std::vector<std::string> sent();
