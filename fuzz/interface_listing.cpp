@@ -122,7 +122,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   fuzz::FuzzedHost host;
   host.commands.allowInsideCriticalSection();  // the scans hold the lock
   attach(host, texts);
-  if (knows_camera) host.channel(3).exists(1).slot(texts.port).name(texts.name.c_str()).profile(1).vnode(2);
+  if (knows_camera) host.channel(3).exists(1).slot(texts.port).name(texts.name.substr(0, 255).c_str()).profile(1).vnode(2);
 
   if (!starts_up) {
     expectScans(texts);
