@@ -14,7 +14,7 @@ struct Resources {
   size_t threads;
   size_t segments;                 // of shared memory, attached
   bool children;                   // ended or not
-  std::vector<std::string> files;  // below /etc and /tmp
+  std::vector<std::string> files;  // below /etc, /run and /var/log
 };
 
 }  // namespace soak

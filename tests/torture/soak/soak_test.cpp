@@ -41,7 +41,6 @@ int loggedLines() {
 class AnApplicationDay : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    mountMemory("/tmp");
     ASSERT_TRUE(contract::enterNetworkOfItsOwn());
     writeFile("/etc/config/Tundrel.conf", "[System]\nInternal Model = TS-873\n[NTP]\n");
   }
