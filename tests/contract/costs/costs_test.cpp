@@ -1,10 +1,9 @@
 // What each exported function costs: as much as it must, and no more; and the table that lists it.
 #include <algorithm>
 #include <fstream>
-#include <iterator>
-#include <set>
 #include <sstream>
 
+#include "exported_names.h"
 #include "output_capture.h"
 #include "situations.h"
 
@@ -21,14 +20,8 @@ int shmdt(const void *) noexcept { return 0; }
 namespace contract {
 namespace {
 
-using Names = std::set<std::string>;
-
-// Data, and a function that ends the process.
-const Names kNotCalled{"NVR_CGI", "error"};
-
 // What one call may run again: the first for the file that it leaves, the second for another identifier each time.
-const Names kMayRepeat{"system /bin/cat /proc/cpuinfo | /bin/grep vendor_id > /tmp/vl_cpu.info",
-                       std::string("popen ") + kUuidCommand};
+const Names kMayRepeat{std::string("system ") + kProcessorCommand, std::string("popen ") + kUuidCommand};
 
 const Situations &situations() {
   static const Situations all = [] {
@@ -47,24 +40,6 @@ std::string read(const std::string &path) {
   std::ostringstream content;
   content << file.rdbuf();
   return content.str();
-}
-
-// The names in the library's list of exports.
-Names exportedNames() {
-  const std::string list = read(EXPORTS);
-  std::istringstream words(list.substr(list.find("global:")));
-  Names names;
-  for (std::string word; words >> word;) {
-    if (word.back() == ';' && word != "*;" && word != "};") names.insert(word.substr(0, word.size() - 1));
-  }
-  return names;
-}
-
-// The names of the first set that the second one lacks: a difference is printed whole, a set of all names is not.
-Lines lacking(const Names &names, const Names &others) {
-  Lines left;
-  std::set_difference(names.begin(), names.end(), others.begin(), others.end(), std::back_inserter(left));
-  return left;
 }
 
 bool costsNothing(const Costs &costs) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "attached_camera.h"
 #include "contract_test.h"
 #include "encoding_host.h"
 #include "record_text.h"
@@ -35,17 +36,5 @@ Situations startUpSituations();
 Situations assignmentSituations();
 Situations profileSituations();
 Situations webSituations();
-
-// A camera as the host's tools describe it: known vendor and product, MJPEG.
-HostCamera plugged(Host &host, const std::string &slot, int node);
-
-// The same on a channel, its slot switched on.
-HostChannel cameraOn(Host &host, int channel, const std::string &slot, int node, int profile = -1);
-
-// A link below the application's folder.
-void linkOnDisk(Host &host, const std::string &name);
-
-// Answers for the commands that make a link's name.
-void makeIdentifiers(Host &host);
 
 }  // namespace contract

@@ -1,4 +1,6 @@
-#include "situations.h"
+#include "attached_camera.h"
+
+#include "stream_links.h"
 
 namespace contract {
 

@@ -1,0 +1,26 @@
+#include "exported_names.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+namespace contract {
+
+Names exportedNames() {
+  std::ifstream list(EXPORTS);
+  Names names;
+  std::string word;
+  while (list >> word && word != "global:") continue;
+  while (list >> word && word != "local:") {
+    if (word.back() == ';') names.insert(word.substr(0, word.size() - 1));
+  }
+  return names;
+}
+
+Lines lacking(const Names &names, const Names &others) {
+  Lines left;
+  std::set_difference(names.begin(), names.end(), others.begin(), others.end(), std::back_inserter(left));
+  return left;
+}
+
+}  // namespace contract
