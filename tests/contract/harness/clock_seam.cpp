@@ -26,7 +26,7 @@ unsigned sleep(unsigned seconds) {
   Host *host = Host::current();
   if (host == nullptr) return real(seconds);
   host->journal.add("sleep " + std::to_string(seconds));
-  return 0;
+  return static_cast<unsigned>(host->calls.failure("sleep").value_or(0));
 }
 
 }  // extern "C"

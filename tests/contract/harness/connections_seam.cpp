@@ -33,6 +33,7 @@ int connect(int descriptor, const sockaddr *address, socklen_t size) {
   static auto *const real = realFunction<int(int, const sockaddr *, socklen_t)>("connect");
   Host *host = Host::current();
   if (host == nullptr || address->sa_family != AF_INET) return real(descriptor, address, size);
+  if (const std::optional<int> failure = host->calls.failure("connect")) return *failure;
   sockaddr_in server{};
   memcpy(&server, address, sizeof server);
   const int port = host->network.portBehind(server);
@@ -49,8 +50,13 @@ int connect(int descriptor, const sockaddr *address, socklen_t size) {
 
 ssize_t send(int descriptor, const void *data, size_t size, int flags) {
   static auto *const real = realFunction<ssize_t(int, const void *, size_t, int)>("send");
-  if (Host *host = Host::current()) host->network.sending(data, size, flags);
-  return real(descriptor, data, size, flags);
+  Host *host = Host::current();
+  if (host == nullptr) return real(descriptor, data, size, flags);
+  const std::optional<int> failure = host->calls.failure("send");
+  if (failure && *failure != contract::kHalfOfTheBytes) return *failure;
+  const size_t sent = failure ? (size + 1) / 2 : size;
+  host->network.sending(data, sent, flags);
+  return real(descriptor, data, sent, flags);
 }
 
 int select(int count, fd_set *reading, fd_set *writing, fd_set *failing, timeval *patience) {
@@ -61,7 +67,8 @@ int select(int count, fd_set *reading, fd_set *writing, fd_set *failing, timeval
     host->network.waiting(std::string(reading != nullptr ? "read " : "write ") + std::to_string(patience->tv_sec) +
                           "." + std::to_string(patience->tv_usec));
   }
-  const std::optional<int> answer = host->network.selectAnswer();
+  const std::optional<int> failure = host->calls.failure("select");
+  const std::optional<int> answer = failure ? failure : host->network.selectAnswer();
   return answer ? nobodyFlagged(*answer, reading, writing) : real(count, reading, writing, failing, patience);
 }
 
@@ -69,7 +76,12 @@ int gethostbyname_r(const char *name, hostent *entry, char *room, size_t size, h
   static auto *const real =
       realFunction<int(const char *, hostent *, char *, size_t, hostent **, int *)>("gethostbyname_r");
   Host *host = Host::current();
-  if (host == nullptr || isDotted(name)) return real(name, entry, room, size, found, failure);
+  if (host == nullptr) return real(name, entry, room, size, found, failure);
+  if (const std::optional<int> refused = host->calls.failure("gethostbyname_r", name)) {
+    *found = nullptr;
+    return *refused;
+  }
+  if (isDotted(name)) return real(name, entry, room, size, found, failure);
   if (host->network.knows(name)) return real("127.0.0.1", entry, room, size, found, failure);
   *found = nullptr;
   *failure = HOST_NOT_FOUND;

@@ -37,6 +37,7 @@ class FakeCommands {
   // The interface itself.
   FILE *open(const std::string &command, const std::string &mode);
   bool owns(FILE *stream) const { return streams_.owns(stream); }
+  std::string nameOf(FILE *stream) const { return streams_.nameOf(stream); }
   int close(FILE *stream);
   int system(const std::string &command);
   int execute(const Lines &program);

@@ -137,6 +137,12 @@ FakeConfig::Handle *FakeConfig::checked(void *handle, const char *operation) {
   return nullptr;
 }
 
+bool FakeConfig::isWriting(void *handle) const {
+  std::lock_guard<std::mutex> guard(mutex_);
+  return std::any_of(handles_.begin(), handles_.end(),
+                     [handle](const auto &known) { return known.get() == handle && known->writing; });
+}
+
 int FakeConfig::close(void *handle, int flag) {
   std::this_thread::yield();
   std::lock_guard<std::mutex> guard(mutex_);

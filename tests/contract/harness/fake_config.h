@@ -60,6 +60,7 @@ class FakeConfig {
   // The interface itself.
   int open(int mode, const char *file, void **handle);
   int close(void *handle, int flag);
+  bool isWriting(void *handle) const;
   bool read(void *handle, const std::string &path, std::string &value);
   int write(void *handle, const std::string &path, const std::string &value);
 

@@ -34,6 +34,7 @@ class FakeFiles {
   static bool isHostPath(const std::string &path);
   FILE *open(const std::string &path, const std::string &mode);
   bool owns(FILE *stream) const { return streams_.owns(stream); }
+  std::string nameOf(FILE *stream) const { return streams_.nameOf(stream); }
   int close(FILE *stream);
   bool exists(const std::string &path) const;  // follows links
   bool existsItself(const std::string &path) const;

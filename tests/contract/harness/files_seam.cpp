@@ -31,14 +31,18 @@ FILE *fopen(const char *path, const char *mode) {
   static auto *const real = realFunction<FILE *(const char *, const char *)>("fopen");
   Host *host = Host::current();
   if (host == nullptr || !FakeFiles::isHostPath(path)) return real(path, mode);
-  return host->files.open(path, mode);
+  return host->calls.failure("fopen", path) ? nullptr : host->files.open(path, mode);
 }
 
 int fclose(FILE *stream) {
   static auto *const real = realFunction<int(FILE *)>("fclose");
   Host *host = Host::current();
   if (host == nullptr) return real(stream);
-  if (host->files.owns(stream)) return host->files.close(stream);
+  if (host->files.owns(stream)) {
+    const std::optional<int> failure = host->calls.failure("fclose", host->streamName(stream));
+    const int result = host->files.close(stream);
+    return failure ? *failure : result;
+  }
   if (host->commands.owns(stream)) host->journal.violation("child command closed with fclose");
   return real(stream);
 }
@@ -48,6 +52,7 @@ int stat(const char *path, struct stat *status) noexcept {
   Host *host = Host::current();
   if (host == nullptr || !FakeFiles::isHostPath(path)) return real(path, status);
   host->journal.add(std::string("stat ") + path);
+  if (const std::optional<int> failure = host->calls.failure("stat", path)) return *failure;
   return answer(host->files.exists(path), status);
 }
 
@@ -56,6 +61,7 @@ int lstat(const char *path, struct stat *status) noexcept {
   Host *host = Host::current();
   if (host == nullptr || !FakeFiles::isHostPath(path)) return real(path, status);
   host->journal.add(std::string("lstat ") + path);
+  if (const std::optional<int> failure = host->calls.failure("lstat", path)) return *failure;
   return answer(host->files.existsItself(path), status);
 }
 

@@ -20,6 +20,11 @@ Host::Host()
 
 Host::~Host() { current_host = nullptr; }
 
+std::string Host::streamName(FILE *stream) const {
+  const std::string name = files.nameOf(stream);
+  return name.empty() ? commands.nameOf(stream) : name;
+}
+
 Host *Host::current() { return current_host; }
 
 void Host::processor(const std::string &vendor) {

@@ -16,6 +16,7 @@
 #include "host_camera.h"
 #include "host_channel.h"
 #include "journal.h"
+#include "outside_calls.h"
 
 namespace contract {
 
@@ -32,6 +33,9 @@ class Host {
   Host(const Host &) = delete;
   Host &operator=(const Host &) = delete;
 
+  // The file or command that an open stream reads; "" for another stream.
+  std::string streamName(FILE *stream) const;
+
   // The one that exists now, or null.
   static Host *current();
 
@@ -47,6 +51,7 @@ class Host {
   // An AMD host of a model that serves one channel only.
   void limitToOneChannel();
 
+  OutsideCalls calls;
   Journal journal;
   FakeConfig config{journal};
   FakeFiles files{journal};

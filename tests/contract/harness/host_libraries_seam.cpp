@@ -10,12 +10,19 @@ extern "C" {
 
 int vq_sql_set_log(int level, const char *text, int reserved) {
   if (reserved != 0) Host::current()->journal.violation("event log with a third argument");
+  if (const std::optional<int> failure = Host::current()->calls.failure("vq_sql_set_log")) return *failure;
   Host::current()->journal.add("log " + std::to_string(level) + " " + text);
   return 0;
 }
 
-int ac_get_Acard_info(int card, _acard_info *info) { return Host::current()->sound.describe(card, info); }
+int ac_get_Acard_info(int card, _acard_info *info) {
+  const std::optional<int> failure = Host::current()->calls.failure("ac_get_Acard_info");
+  return failure ? *failure : Host::current()->sound.describe(card, info);
+}
 
-int ac_set_audio_volume(int card, int volume) { return Host::current()->sound.setVolume(card, volume); }
+int ac_set_audio_volume(int card, int volume) {
+  const std::optional<int> failure = Host::current()->calls.failure("ac_set_audio_volume");
+  return failure ? *failure : Host::current()->sound.setVolume(card, volume);
+}
 
 }  // extern "C"

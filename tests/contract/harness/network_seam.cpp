@@ -18,7 +18,7 @@ int socket(int domain, int type, int protocol) noexcept {
   Host *host = Host::current();
   if (host == nullptr) return real(domain, type, protocol);
   if ((type & SOCK_CLOEXEC) == 0) host->journal.violation("socket that child processes inherit");
-  if (host->network.refusesSocket()) return -1;
+  if (host->calls.failure("socket") || host->network.refusesSocket()) return -1;
   const int made = real(domain, type, protocol);
   host->network.opened(made);
   return made;
@@ -26,8 +26,12 @@ int socket(int domain, int type, int protocol) noexcept {
 
 int close(int descriptor) {
   static auto *const real = realFunction<int(int)>("close");
-  if (Host *host = Host::current()) host->network.closed(descriptor);
-  return real(descriptor);
+  Host *host = Host::current();
+  if (host == nullptr) return real(descriptor);
+  const std::optional<int> failure = host->calls.failure("close");
+  host->network.closed(descriptor);
+  const int result = real(descriptor);
+  return failure ? *failure : result;
 }
 
 ssize_t sendto(int descriptor, const void *data, size_t size, int flags, const sockaddr *to, socklen_t to_size) {
@@ -39,7 +43,9 @@ ssize_t sendto(int descriptor, const void *data, size_t size, int flags, const s
   }
   sockaddr_in address{};
   memcpy(&address, to, sizeof address);
-  return host->network.send(data, size, flags, address);
+  const std::optional<int> failure = host->calls.failure("sendto");
+  if (failure && *failure < 0) return *failure;
+  return host->network.send(data, failure ? static_cast<size_t>(*failure) : size, flags, address);
 }
 
 }  // extern "C"

@@ -25,9 +25,10 @@ FILE *OpenStreams::open(const std::string &name, const std::string &content) {
   return stream;
 }
 
-bool OpenStreams::owns(FILE *stream) const {
+std::string OpenStreams::nameOf(FILE *stream) const {
   std::lock_guard<std::mutex> guard(mutex_);
-  return streams_.count(stream) != 0;
+  const auto entry = streams_.find(stream);
+  return entry == streams_.end() ? "" : entry->second.name;
 }
 
 std::string OpenStreams::close(FILE *stream) {

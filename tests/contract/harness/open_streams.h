@@ -16,7 +16,9 @@ class OpenStreams {
   ~OpenStreams();
   // A stream that reads this content.
   FILE *open(const std::string &name, const std::string &content);
-  bool owns(FILE *stream) const;
+  bool owns(FILE *stream) const { return !nameOf(stream).empty(); }
+  // "" of a stream that it does not own.
+  std::string nameOf(FILE *stream) const;
   // Closes a stream that it owns and returns its name.
   std::string close(FILE *stream);
   Lines names() const;

@@ -7,13 +7,21 @@
 
 #include "host.h"
 
+using contract::FakeConfig;
+using contract::Host;
+
 namespace {
 
 std::string pathOf(const char *root, const char *section, const char *key, const char *sub_key) {
-  if (std::string(root) != "velmora") contract::Host::current()->journal.violation(std::string("root ") + root);
+  if (std::string(root) != "velmora") Host::current()->journal.violation(std::string("root ") + root);
   std::string path = std::string(section) + "/" + key;
   if (sub_key != nullptr) path += std::string("/") + sub_key;
   return path;
+}
+
+int set(void *handle, const char *call, const std::string &path, const std::string &value) {
+  const std::optional<int> failure = Host::current()->calls.failure(call, path);
+  return failure ? *failure : Host::current()->config.write(handle, path, value);
 }
 
 }  // namespace
@@ -21,13 +29,19 @@ std::string pathOf(const char *root, const char *section, const char *key, const
 extern "C" {
 
 int xmlcfg_open(int mode, const char *path, void **handle) {
-  return contract::Host::current()->config.open(mode, path, handle);
+  Host *host = Host::current();
+  if (const std::optional<int> code = host->calls.failure("xmlcfg_open", mode == 0 ? "r" : "w")) {
+    host->config.failOpenNumber(1, *code);
+  }
+  return host->config.open(mode, path, handle);
 }
 
 int xmlcfg_get_int(void *handle, int default_value, const char *root, const char *section, const char *key,
                    const char *sub_key) {
   std::string value;
-  const bool found = contract::Host::current()->config.read(handle, pathOf(root, section, key, sub_key), value);
+  const std::string path = pathOf(root, section, key, sub_key);
+  if (Host::current()->calls.failure("xmlcfg_get_int", path)) return default_value;
+  const bool found = Host::current()->config.read(handle, path, value);
   return found ? std::atoi(value.c_str()) : default_value;
 }
 
@@ -35,24 +49,34 @@ int xmlcfg_get_int(void *handle, int default_value, const char *root, const char
 int xmlcfg_get_str(void *handle, const char *default_value, char *buffer, int size, const char *root,
                    const char *section, const char *key, const char *sub_key) {
   std::string value;
-  if (!contract::Host::current()->config.read(handle, pathOf(root, section, key, sub_key), value)) {
-    value = default_value;
-  }
+  const std::string path = pathOf(root, section, key, sub_key);
   const size_t room = static_cast<size_t>(std::max(size, 0));
+  if (const std::optional<int> failure = Host::current()->calls.failure("xmlcfg_get_str", path)) {
+    if (*failure == contract::kFilled) memset(buffer, '?', room);
+    return 0;
+  }
+  if (!Host::current()->config.read(handle, path, value)) value = default_value;
   memcpy(buffer, value.c_str(), std::min(value.size() + 1, room));
   return 1;
 }
 
 int xmlcfg_set_int(void *handle, int value, const char *root, const char *section, const char *key,
                    const char *sub_key) {
-  return contract::Host::current()->config.write(handle, pathOf(root, section, key, sub_key), std::to_string(value));
+  return set(handle, "xmlcfg_set_int", pathOf(root, section, key, sub_key), std::to_string(value));
 }
 
 int xmlcfg_set_str(void *handle, const char *value, const char *root, const char *section, const char *key,
                    const char *sub_key) {
-  return contract::Host::current()->config.write(handle, pathOf(root, section, key, sub_key), value);
+  return set(handle, "xmlcfg_set_str", pathOf(root, section, key, sub_key), value);
 }
 
-int xmlcfg_close(void *handle, int flag) { return contract::Host::current()->config.close(handle, flag); }
+int xmlcfg_close(void *handle, int flag) {
+  FakeConfig &config = Host::current()->config;
+  const bool writing = config.isWriting(handle);
+  const std::optional<int> failure = Host::current()->calls.failure("xmlcfg_close", writing ? "w" : "r");
+  if (failure && writing) config.failWriteCloseNumber(1, *failure);
+  const int result = config.close(handle, flag);
+  return failure ? *failure : result;
+}
 
 }  // extern "C"
