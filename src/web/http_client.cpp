@@ -15,9 +15,13 @@ namespace {
 
 constexpr std::size_t kScratchSize = 2048;
 
-/// Each line goes out on its own.
+/// Each line goes out on its own, the rest of it again if the connection takes only a part.
 void sendLine(const StreamSocket &connection, const char *line) {
-  if (connection.sendBytes(line, std::strlen(line)) < 0) endProcess("ERROR writing to socket");
+  while (*line != '\0') {
+    const long sent = connection.sendBytes(line, std::strlen(line));
+    if (sent <= 0) endProcess("ERROR writing to socket");
+    line += sent;
+  }
 }
 
 /// Forgets the path of a request that is not sent.

@@ -36,6 +36,14 @@ struct RequestLine {
 
 constexpr std::size_t kRequestLineSize = 2048;
 
+/// Sends a line, the rest of it again if the connection takes only a part.
+bool sendLine(int sock, const char *line) {
+  for (int count = 0; *line != '\0'; line += count) {
+    if (sendText(sock, line, count) != SocketResult::done || count == 0) return false;
+  }
+  return true;
+}
+
 template <std::size_t N>
 bool sendRequest(int sock, const RequestLine (&lines)[N]) {
   // All lines are checked before the first one is sent.
@@ -43,8 +51,7 @@ bool sendRequest(int sock, const RequestLine (&lines)[N]) {
     for (const RequestLine &line : lines) {
       char text[kRequestLineSize];
       if (!formatText(text, line.pattern, line.value)) return false;
-      int count = 0;
-      if (!sending || sendText(sock, text, count) == SocketResult::done) continue;
+      if (!sending || sendLine(sock, text)) continue;
       std::fputs("ERROR writing to socket", stdout);
       return false;
     }
