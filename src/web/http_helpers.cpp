@@ -38,7 +38,8 @@ constexpr std::size_t kRequestLineSize = 2048;
 
 /// Sends a line, the rest of it again if the connection takes only a part.
 bool sendLine(int sock, const char *line) {
-  for (int count = 0; *line != '\0'; line += count) {
+  const char *const end = line + std::strlen(line);
+  for (int count = 0; line != end; line += count) {
     if (sendText(sock, line, count) != SocketResult::done || count == 0) return false;
   }
   return true;

@@ -1,0 +1,12 @@
+// On a host without orda_exec the calls fail by which the library runs programs itself.
+#include <gtest/gtest.h>
+
+#include "every_call.h"
+
+namespace calls {
+namespace {
+
+TEST(EveryCallOfOwnExecution, MayFailOnceAndForEver) { failEvery(kOwnExecution, "own execution"); }
+
+}  // namespace
+}  // namespace calls
