@@ -122,7 +122,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   fuzz::FuzzedHost host;
   host.commands.allowInsideCriticalSection();  // the scans hold the lock
   attach(host, texts);
-  if (knows_camera) host.channel(3).exists(1).slot(texts.port).name(texts.name.substr(0, 255).c_str()).profile(1).vnode(2);
+  const std::string stored_name = texts.name.substr(0, 255).c_str();
+  if (knows_camera) host.channel(3).exists(1).slot(texts.port).name(stored_name).profile(1).vnode(2);
 
   if (!starts_up) {
     expectScans(texts);
