@@ -172,6 +172,12 @@ TEST_F(AChannelInSearch, FindsTheFirstOfSeveral) {
   EXPECT_EQ(found(), 0);
 }
 
+TEST_F(AChannelInSearch, FindsTheLastChannel) {
+  host.channel(6).slot("1-2");
+  host.channel(9).attached("1-1.3", 9).profile(1);
+  EXPECT_EQ(found(), 9);
+}
+
 TEST_F(AChannelInSearch, LeavesItsAnswerUntouchedWhenThereIsNone) {
   host.channel(6).slot("1-2");
   EXPECT_EQ(found(), 77);

@@ -183,6 +183,7 @@ TEST(ARequestPathEscaping, OfALengthBelowOneWritesNothing) {
 
 TEST(AnEncodingOfNothing, ChangesNothing) {
   char out[] = "before";
+  EXPECT_EQ(Base64enc(nullptr, 1, out), 0);
   EXPECT_EQ(Base64enc(nullptr, 3, out), 0);
   EXPECT_EQ(Base64enc(reinterpret_cast<const unsigned char *>("abc"), 3, nullptr), 0);
   EXPECT_EQ(Base64dec("YWJj", nullptr), 0);

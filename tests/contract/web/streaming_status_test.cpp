@@ -196,6 +196,12 @@ TEST_F(TheProductOfAProfile, IsReported) {
               ElementsAre("open r", "close", "open r", "close", "popen " + walkCommand(2), "pclose " + walkCommand(2)));
 }
 
+TEST_F(TheProductOfAProfile, IsReportedWithUpTo15Characters) {
+  host.camera(2, "1-1.2").ids("1234567", "1234567");
+  EXPECT_EQ(query(), 0);
+  EXPECT_STREQ(pidvid, "1234567:1234567");
+}
+
 TEST_F(TheProductOfAProfile, WithoutIdsIsNotReported) {
   EXPECT_EQ(query(), -3);
   EXPECT_STREQ(pidvid, "before");

@@ -142,6 +142,12 @@ const std::vector<Change> &changes() {
          int profile = 0;
          return updateConflict(3, -1, 0, &profile);
        }},
+      {"a hand-over on a host of one channel",
+       [] {
+         Host::current()->limitToOneChannel();
+         int profile = 0;
+         return updateConflict(3, -1, 0, &profile);
+       }},
       {"a recomputation",
        [] {
          int states[10] = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
@@ -177,6 +183,13 @@ TEST_P(EveryChange, IsFollowedByNothingButTheRemovalOfItsNewLinkWhenItCannotBeSt
   change().make();
   EXPECT_EQ(aftermath(), change().makes_link ? Lines{kRemovalOfNewLink} : Lines{});
   EXPECT_THAT(host.network.datagrams(), IsEmpty());
+}
+
+TEST_P(EveryChange, FailsWithAnyCloseThatIsNegative) {
+  host.config.failWriteCloseNumber(1, -1);
+  OutputCapture errors;
+  EXPECT_EQ(change().make(), -1);
+  EXPECT_EQ(errors.text(), closeFailure(-1));
 }
 
 // The cases above could not fail if a change never came to its write pass.
