@@ -1,4 +1,4 @@
-"""What ./dev coverage demands and prints."""
+"""What ./dev coverage demands and prints, and what ./dev mutate runs."""
 
 from __future__ import annotations
 
@@ -50,3 +50,13 @@ def test_it_fails_with_the_output_of_a_test_that_fails(machine: Machine) -> None
     outcome = machine.dev("coverage")
     assert outcome.status == 1 and "expected 1, found 2" in outcome.output
     assert machine.called("gcovr") == []
+
+
+def test_mistakes_are_made_after_the_tests_are_built(machine: Machine) -> None:
+    tool = machine.tree / "tools/mutation/mutate"
+    tool.parent.mkdir()
+    tool.write_text('#!/bin/sh\necho "made mistakes in $*"\n')
+    tool.chmod(0o755)
+    outcome = machine.dev("mutate", "src/core/text.cpp")
+    assert outcome.output.endswith("made mistakes in build/release src/core/text.cpp\n")
+    assert machine.called("ninja") == ["-C build/release tests/contract/all tests/unit/all tests/host/all"]

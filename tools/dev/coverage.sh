@@ -1,5 +1,5 @@
 # shellcheck shell=sh
-# What the library's own tests run of it.
+# What the library's own tests run of it, and which mistakes in it they find.
 
 # Runs the programs that call the library. Those of the contract tests load it, so they are taken as they are; those of
 # the unit tests contain it, so they are built with it.
@@ -33,4 +33,9 @@ coverage() {
   covered --fail-under-branch 99 --branches --print-summary
   grep -q '^functions: 100' build/coverage/report.txt || status=1
   return "$status"
+}
+
+mutate() {
+  build release tests/contract/all tests/unit/all tests/host/all
+  exec tools/mutation/mutate build/release "$@"
 }
