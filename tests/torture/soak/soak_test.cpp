@@ -21,11 +21,12 @@ namespace soak {
 namespace {
 
 constexpr unsigned kKindOfHost = 2;  // encodes H.264, has cameras of every kind
-// What the resident memory may grow by after the first tenth: half a MiB for the files that are left open, as much for what
-// the test remembers of links that nobody removes, and as much again. Two bytes more in each operation do not fit.
+// What the resident memory may grow by after the first tenth: half a MiB for the files that are left open, as much for
+// what the test remembers of links that nobody removes, and as much again. One more byte for each operation does not
+// fit.
 constexpr long kGrowthKb = 1536;
-constexpr int kLoginEach = 100;      // operations
-constexpr int kLossEach = 100;       // a query that leaves its settings file open, in a hundredth of the day
+constexpr int kLoginEach = 100;  // operations
+constexpr int kLossEach = 100;   // a query that leaves its settings file open, in a hundredth of the day
 
 int loggedLines() {
   sqlite3 *database = nullptr;
