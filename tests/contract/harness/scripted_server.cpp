@@ -61,8 +61,8 @@ void reset(int connection) {
 
 }  // namespace
 
-ScriptedServer::ScriptedServer(std::vector<Answer> script, bool for_ever)
-    : script_(std::move(script)), for_ever_(for_ever), listener_(makeListener()) {
+ScriptedServer::ScriptedServer(std::vector<Answer> script, Repeats repeats)
+    : script_(std::move(script)), for_ever_(repeats == Repeats::for_ever), listener_(makeListener()) {
   sockaddr_in address{};
   socklen_t size = sizeof address;
   getsockname(listener_, reinterpret_cast<sockaddr *>(&address), &size);

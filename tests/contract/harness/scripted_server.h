@@ -22,9 +22,10 @@ struct Answer {
 
 class ScriptedServer {
  public:
-  explicit ScriptedServer(std::vector<Answer> script) : ScriptedServer(std::move(script), false) {}
-  // Gives everyone the same answer, until it is destroyed.
-  explicit ScriptedServer(const Answer &always) : ScriptedServer(std::vector<Answer>{always}, true) {}
+  // Goes through the script once, or again and again until it is destroyed.
+  enum class Repeats { once, for_ever };
+
+  explicit ScriptedServer(std::vector<Answer> script, Repeats repeats = Repeats::once);
   ~ScriptedServer();
   ScriptedServer(const ScriptedServer &) = delete;
   ScriptedServer &operator=(const ScriptedServer &) = delete;
@@ -34,7 +35,6 @@ class ScriptedServer {
   Lines requests();
 
  private:
-  ScriptedServer(std::vector<Answer> script, bool for_ever);
   void run();
   bool serve(const Answer &next);
   void answer(int connection, const Answer &answer);

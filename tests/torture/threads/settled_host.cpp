@@ -28,7 +28,7 @@ constexpr char kReply[] =
 std::string portOf(int channel) { return std::to_string(channel + 1) + "-1"; }
 int nodeOf(int channel) { return channel + 1; }
 
-ASettledHost::ASettledHost() : services_(contract::Answer{kReply}) {
+ASettledHost::ASettledHost() : services_({contract::Answer{kReply}}, contract::ScriptedServer::Repeats::for_ever) {
   host.clock.stopAt("2024-03-05 08:15:00");
   host.chance.random = 4711;
   for (const int port : {80, 8080, 58080, 10170}) host.network.serve(port, services_.port());
