@@ -29,10 +29,12 @@ ExitStatus caps(const CameraOptions &options) {
   const Capabilities capabilities = readCapabilities(profile);
   const std::string name = "profile " + std::to_string(profile);
   if (!capabilities.video && !capabilities.audio) {
-    Camera camera;
-    const ExitStatus read_again = findCameraOf(profile, camera);
+    Cameras cameras;
+    const ExitStatus read_again = readCameras(cameras);
     if (read_again != ExitStatus::ok) return read_again;
-    if (streamLackText(camera.row).empty()) return configurationUnreadable();
+    for (const Camera &camera : namedCameras(cameras, {CameraName::By::profile, profile, ""})) {
+      if (streamLackText(camera.row).empty()) return configurationUnreadable();
+    }
     return nothingApplies("no device is attached for " + name + " in a port that is switched on");
   }
   print(options.json ? capabilitiesJson(capabilities).text() : capabilitiesText(capabilities, outputTakesColour()));
