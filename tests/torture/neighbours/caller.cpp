@@ -1,6 +1,6 @@
 // Makes one call of the library and reports what came of it: neighbour_caller REPORT CALL ARGUMENT. REPORT is the
 // descriptor that the lines go to. A byte on standard input makes another call meanwhile, one that needs the lock.
-// Two minutes of patience pass in a second here, a pause of the library's in no time.
+// Two minutes of patience pass in five seconds here, a pause of the library's in no time.
 #include <dlfcn.h>
 #include <sys/resource.h>
 #include <sys/select.h>
@@ -75,8 +75,9 @@ extern "C" {
 int select(int count, fd_set *reading, fd_set *writing, fd_set *failing, timeval *patience) {
   static auto *const real = reinterpret_cast<decltype(&select)>(dlsym(RTLD_NEXT, "select"));
   if (patience == nullptr) return real(count, reading, writing, failing, patience);
-  constexpr long kFaster = 120;
-  timeval shorter{0, (patience->tv_sec * 1000000 + patience->tv_usec) / kFaster};
+  constexpr long kFaster = 24;
+  const long microseconds = (patience->tv_sec * 1000000 + patience->tv_usec) / kFaster;
+  timeval shorter{microseconds / 1000000, microseconds % 1000000};
   return real(count, reading, writing, failing, &shorter);
 }
 
