@@ -27,6 +27,7 @@ constexpr const char *kLawNames[kLaws] = {"crashes",       "calls that did not r
 // What the trial that runs now has done; also seen when its process has died.
 struct Shared {
   size_t next;
+  size_t trials;
   Stage stage;
   size_t failed_count;
   char failed[64][kTextSize];
@@ -43,6 +44,7 @@ class Report : public Listener {
       : scenario_(scenario), undisturbed_(undisturbed), trials_(trials), shared_(shared) {}
 
   void begin() {
+    ++shared_.trials;
     shared_.failed_count = 0;
     shared_.stage = Stage::call;
   }
@@ -77,15 +79,16 @@ class Report : public Listener {
   Shared &shared_;
 };
 
+// One exception is enough, so one that only repeats another is never used.
 bool Report::isExcused(const std::string &aspect) const {
-  bool any = false;
-  for (size_t number = 0; number < exceptions().size(); ++number) {
-    for (size_t i = 0; i < shared_.failed_count; ++i) {
+  for (size_t i = 0; i < shared_.failed_count; ++i) {
+    for (size_t number = 0; number < exceptions().size(); ++number) {
       if (!covers(exceptions()[number], scenario_.function, shared_.failed[i], aspect)) continue;
-      shared_.used[number] = any = true;
+      shared_.used[number] = true;
+      return true;
     }
   }
-  return any;
+  return false;
 }
 
 void Report::judge(Law law, const std::string &aspect, const std::string &detail) {
@@ -126,6 +129,16 @@ void Report::dies(int status) {
   _exit(0);
 }
 
+// The last trial of the same failure. It ends the process, so what would fail after it makes no difference.
+size_t lastAlike(const std::vector<Trial> &trials, size_t number) {
+  const Trial &trial = trials[number];
+  while (number + 1 < trials.size() && trials[number + 1].position == trial.position &&
+         trials[number + 1].way == trial.way) {
+    ++number;
+  }
+  return number;
+}
+
 void add(const Shared &shared, Findings &findings) {
   findings.excused += shared.excused;
   for (int law = 0; law < kLaws; ++law) findings.breaches[static_cast<Law>(law)] += shared.breaches[law];
@@ -149,10 +162,13 @@ void runAllTrials(const Scenario &scenario, const Undisturbed &undisturbed, cons
     if (child == 0) runFromNext(scenario, trials, undisturbed, shared, report);
     int status = 0;
     waitpid(child, &status, 0);
-    if (shared.next < trials.size()) report.dies(status);
+    if (shared.next < trials.size()) {
+      report.dies(status);
+      shared.next = lastAlike(trials, shared.next);
+    }
   }
   if (!trials.empty()) ++findings.scenarios;
-  findings.trials += trials.size();
+  findings.trials += shared.trials;
   for (const std::string &call : undisturbed.calls) {
     if (failing.count(call) == 0) continue;
     ++findings.calls;
