@@ -15,7 +15,7 @@
 namespace calls {
 namespace {
 
-constexpr unsigned kPatience = 60;  // seconds for one trial
+constexpr unsigned kPatience = 20;  // seconds for one trial
 constexpr size_t kMostExceptions = 256;
 constexpr size_t kMostTexts = 200;
 constexpr size_t kTextSize = 400;
@@ -62,6 +62,8 @@ class Report : public Listener {
     judge(aspect.rfind("failed:", 0) == 0 ? Law::half_done : Law::false_success, aspect);
   }
   void dies(int status);
+  // For a trial that did not return: one is enough of a scenario.
+  bool hasWaited() const { return count(Law::hang) + count(Law::lock) != 0; }
 
  private:
   bool isKnown(const std::string &call) const {
@@ -70,6 +72,7 @@ class Report : public Listener {
     }
     return false;
   }
+  size_t count(Law law) const { return shared_.breaches[static_cast<int>(law)]; }
   bool isExcused(const std::string &aspect) const;
   void judge(Law law, const std::string &aspect, const std::string &detail = "");
 
@@ -156,7 +159,7 @@ void runAllTrials(const Scenario &scenario, const Undisturbed &undisturbed, cons
   void *const memory = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   Shared &shared = *new (memory) Shared{};
   Report report(scenario, undisturbed, trials, shared);
-  for (; shared.next < trials.size(); ++shared.next) {
+  for (; shared.next < trials.size() && !report.hasWaited(); ++shared.next) {
     fflush(nullptr);
     const pid_t child = fork();
     if (child == 0) runFromNext(scenario, trials, undisturbed, shared, report);
