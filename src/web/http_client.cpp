@@ -17,10 +17,12 @@ constexpr std::size_t kScratchSize = 2048;
 
 /// Each line goes out on its own, the rest of it again if the connection takes only a part.
 void sendLine(const StreamSocket &connection, const char *line) {
-  while (*line != '\0') {
-    const long sent = connection.sendBytes(line, std::strlen(line));
+  std::size_t left = std::strlen(line);
+  while (left > 0) {
+    const long sent = connection.sendBytes(line, left);
     if (sent <= 0) endProcess("ERROR writing to socket");
     line += sent;
+    left -= static_cast<std::size_t>(sent);
   }
 }
 
