@@ -6,7 +6,7 @@
 namespace calls {
 namespace {
 
-TEST(EveryCallOfOwnExecution, MayFailOnceAndForEver) { failEvery(kOwnExecution, "own execution"); }
+TEST(EveryOutsideCallOfOwnExecution, MayFailOnceAndForEver) { failEvery(kOwnExecution, "own execution"); }
 
 }  // namespace
 }  // namespace calls
