@@ -184,6 +184,18 @@ TEST_F(AConfiguration, CutsALongDefaultToo) {
   EXPECT_STREQ(buffer, "abcd####");
 }
 
+TEST_F(AConfiguration, ReadsATextOnlyIntoABufferWithRoom) {
+  Configuration reader(kRead, kFile);
+  char buffer[] = "########";
+  EXPECT_EQ(xmlcfg_get_str(reader.handle(), "ab", nullptr, 8, "velmora", "ch0", "key", nullptr), xmlcfg::kBadArgument);
+  EXPECT_EQ(xmlcfg_get_str(reader.handle(), "ab", buffer, 0, "velmora", "ch0", "key", nullptr), xmlcfg::kBadArgument);
+  EXPECT_STREQ(buffer, "########");
+  EXPECT_EQ(xmlcfg_get_str(reader.handle(), "ab", buffer, 1, "velmora", "ch0", "key", nullptr), xmlcfg::kDone);
+  EXPECT_STREQ(buffer, "a#######");
+  EXPECT_EQ(xmlcfg_get_str(reader.handle(), nullptr, buffer, 8, "velmora", "ch0", "key", nullptr), xmlcfg::kDone);
+  EXPECT_STREQ(buffer, "");
+}
+
 TEST_F(AConfiguration, BringsBackTheOutermostIntegers) {
   for (int value : {INT_MIN, -1, 0, 999, INT_MAX}) {
     Configuration writer(kWrite, kFile);

@@ -128,6 +128,12 @@ TEST_F(AFreeDevice, WithVideoOnlyHasNoAudio) {
   EXPECT_EQ(row().aenable, 0);
 }
 
+TEST_F(AFreeDevice, WithVideoOnlyHasNoAudioOnChannel0Either) {
+  describeVideoOnly(host.channel(0)).profile(-1);
+  readFree();
+  EXPECT_EQ(rows[0].aenable, 0);
+}
+
 TEST_F(AFreeDevice, HasNoProfile) {
   describe(channel()).profile(0);
   readFree();

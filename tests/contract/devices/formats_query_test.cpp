@@ -60,7 +60,10 @@ TEST_F(AFormatsQuery, GivesTheSameAnswerOnAnyProcessor) {
   }
 }
 
-TEST_F(AFormatsQuery, ThatHangsIsKilled) { EXPECT_EQ(commandsWithProcess("4711\n").back(), "kill 4711 &"); }
+TEST_F(AFormatsQuery, ThatHangsIsKilled) {
+  EXPECT_EQ(commandsWithProcess("4711\n").back(), "kill 4711 &");
+  EXPECT_EQ(commandsWithProcess("1\n").back(), "kill 1 &");
+}
 
 TEST_F(AFormatsQuery, ThatHangsIsKilledHardWhereTheCameraNeedsIt) {
   host.camera(2, "1-1").ids("0603", "8612");
