@@ -11,7 +11,7 @@ import usbdevlib
 from host import APPLICATION, CONFIGURATION, Host, stream_folder
 
 # What a start does to the world outside its process: it runs commands, and locks, flushes and replaces the file.
-STEPS = ("clone,clone3,vfork", "flock", "fsync", "rename")
+STEPS = ("clone,clone3,vfork", "flock", "fsync", "renameat")
 
 Disk = tuple[bytes, dict[str, str]]
 
