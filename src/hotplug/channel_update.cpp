@@ -40,6 +40,7 @@ bool restoreLinks(const Section &channel, _usbdev_update &record) {
     makeHash(record.hlspath);
     channel.set(keys::hlspath, record.hlspath);
   }
+  // Intended: A link that is there is followed.
   makeStreamLink(record.profile, record.hlspath);
   makeStreamLink(record.profile, record.hash);
   return lost_name;
