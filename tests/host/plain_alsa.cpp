@@ -81,9 +81,7 @@ int snd_pcm_hw_params_get_channels_max(const snd_pcm_hw_params_t *, unsigned *va
 
 int snd_mixer_open(snd_mixer_t **mixer, int) { return openOne("snd_mixer_open", mixer); }
 int snd_mixer_close(snd_mixer_t *) { return closeOne(); }
-int snd_mixer_attach(snd_mixer_t *, const char *name) {
-  return name == device() ? answer("snd_mixer_attach") : -1;
-}
+int snd_mixer_attach(snd_mixer_t *, const char *name) { return name == device() ? answer("snd_mixer_attach") : -1; }
 int snd_mixer_selem_register(snd_mixer_t *, snd_mixer_selem_regopt *, snd_mixer_class_t **) {
   return answer("snd_mixer_selem_register");
 }
