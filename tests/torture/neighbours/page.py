@@ -25,7 +25,7 @@ states what the call does meanwhile, what comes of it, and what it may take: the
 of its process, and the megabytes by which the process that meets the neighbour grows. No call crashes, writes beyond
 a buffer, leaves the lock taken, or runs what it read.
 
-Where a row says that the call waits, the interface has no time-out of its own at that place: a call that reads from a
+Where a row says that the call waits, the interface does not limit the time there: a call that reads from a
 tool or from the login service lasts as long as these do. The test then makes another call in the same process, which
 has to be answered, lets the neighbour go, and compares what comes of it. A few operations hold the lock while their
 commands run (CONTRIBUTING.md names them); beside them others wait too.

@@ -65,7 +65,7 @@ QUERIES = rows(
      Outcome("the reading ends after 1024 parts of it", 1, "0x0+0+0")),
     ("a format query that prints zero bytes before each line", b"\0".join(LISTING.splitlines(True)), Outcome(
         "lines that begin with one count as empty", 0, "")),
-    ("a format query whose last line has no end", LISTING.rstrip(b"\n"), LISTED),
+    ("a format query whose last line lacks its line feed", LISTING.rstrip(b"\n"), LISTED),
     ("a format query with the line ends of another system", LISTING.replace(b"\n", b"\r\n"), LISTED),
     ("a format query that prints byte by byte",
      f"printf \"%s\" \"$({OWN}/printf '{LISTING.decode().replace(chr(39), chr(39) + chr(92) + chr(39) * 2)}')\"",
@@ -90,10 +90,10 @@ QUERIES = rows(
         "the size is kept as nothing", 1, "0x0+1+1")),
     ("a format query whose size has steps", LISTING.replace(b"Discrete 640x480", b"Stepwise 16x16 - 640x480"), Outcome(
         "the first of them is kept", 1, "16x16+1+1")),
-    ("a format query whose rate is no number", LISTING.replace(b"30.000", b"nan"), LISTED),
+    ("a format query whose rate is not a number", LISTING.replace(b"30.000", b"nan"), LISTED),
     ("a format query whose rate is without bound", LISTING.replace(b"30.000", b"1e999"), Outcome(
         "the rate is kept, and one above 60 is reported", 1, "640x480+1+1 over 60")),
-    ("a format query whose rate has no bracket", LISTING.replace(b"(", b""), PART),
+    ("a format query whose rate lacks its bracket", LISTING.replace(b"(", b""), PART),
     ("a format query with a thousand formats", FORMAT * 500, Outcome("8 formats are kept", 8)),
     ("a format query with a hundred sizes", FORMAT + b"".join(SIZE.replace(b"640", b"%d" % w) for w in range(100)),
      Outcome(
@@ -186,13 +186,13 @@ PROBES = rows(
     ("a GPU tool that names a GPU after a shell's substitution", ATTACK + b": GPU\n", NO),
     ("a GPU tool that names a GPU after a shell's command", OTHER_ATTACK + b": GPU\n", NO),
     ("a GPU tool that names an option", b"-rf: GPU\n", NO),
-    ("a GPU tool whose line has no colon", b"gpu0\n", NO),
+    ("a GPU tool whose line lacks a colon", b"gpu0\n", NO),
     ("a GPU tool that forgets the GPU that it named", ("[ \"$1\" = -l ] && echo 'gpu0: a GPU'; exit 3",), NO),
     ("a GPU tool that never stops", never_ending("gpu0: driver_installed=1"), YES),
 ) + rows(
     "find a panel number",
     "hwinfo_app",
-    ("a panel tool that is missing", nothing, Outcome("there is no number", -1)),
+    ("a panel tool that is missing", nothing, Outcome("no number is found", -1)),
     ("a panel tool that prints words", b"rear\n", Outcome("the number is 0", 0)),
     ("a panel tool whose number has a word after it", b"-5 rear\n", Outcome("the number is the one printed", -5)),
 ) + rows(
