@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
 /// The host without the library: its configuration, and the questions that the library's operations need answered, in

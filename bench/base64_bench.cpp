@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Base64 of one kilobyte, by the library and by OpenSSL: base64_bench encode|decode BOUND.
 #include <openssl/evp.h>
 #include <usbdev/web.h>

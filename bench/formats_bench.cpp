@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A long formats listing, parsed by the library and merely read with fgets: what does the parsing add?
 #include <usbdev/devices.h>
 

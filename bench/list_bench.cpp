@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which profiles can stream: the list that asks four cameras with the lock held. On a sandboxed host with ten cameras,
 // which get the four profiles: see bench/run.
 #include <usbdev/profiles.h>

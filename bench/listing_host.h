@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
 /// The host of the formats benchmark: every command gets a file to read, the format query of node 0 a long listing and

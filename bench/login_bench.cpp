@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A login by the library, and the same requests over bare sockets: what does the library add? The second that a login
 // waits before it ends its session passes on neither side, and no command is run for the port.
 #include <arpa/inet.h>

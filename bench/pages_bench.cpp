@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the settings pages read at once: the device table, the profile table, the stream of each profile, and what every
 // slot holds. On a sandboxed host with ten cameras, which get the four profiles: see bench/run.
 #include <usbdev/devices.h>

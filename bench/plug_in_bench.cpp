@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A camera that is plugged in beside nine others, on a sandboxed host with ten cameras of which the last is the one to
 // plug in: see bench/run.
 #include <usbdev/hotplug.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Threads that read the configuration beside one that writes it: how many reads a second there are, and how long one
 // takes. Then one reader beside operations that ask a slow camera. Prints the figures as lines of words; to be run on a
 // sandboxed host with cameras, of which the first gets profile 0: see bench/plot-readers.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A start-up with ten cameras: start_up_bench known, where they were and four of them with a profile, or new, where no
 // channel knows them yet. On a sandboxed host with ten cameras: see bench/run.
 #include <usbdev/hotplug.h>

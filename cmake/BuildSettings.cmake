@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 # Language and warnings for every target; the presets add optimisation and sanitizers.
 set(CMAKE_C_STANDARD 11)
 set(CMAKE_CXX_STANDARD 17)

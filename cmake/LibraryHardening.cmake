@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 # How the library is compiled and linked; nothing else is built like this. It runs inside foreign processes on hosts
 # without a C++ run-time, exports only the listed names, and is protected against bad input.
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 # If only the library is built, the host's libraries are missing. The linker gets these libraries instead: they have the
 # same names and the functions that platform/ declares. They are never installed or loaded.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the host knows of a camera: udevadm's attribute walk, and the table of front-end types.
 #include <usbdev/usbdev.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A day of the application: the input is a sequence of calls and events on a small host, and after each the library has
 // to return, store, log, link and send what the plain model does.
 #include <algorithm>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The XML configuration files: whatever stands in one, and whatever is stored in it.
 #include <cstring>
 #include <string>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 #define PY_SSIZE_T_CLEAN
 #include <Python.h>  // the first, as it sets macros of the C library
 // Which comes after it.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Code in Python under a fuzzer, which counts its calls as it counts the branches of compiled code.
 #pragma once
 

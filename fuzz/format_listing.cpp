@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a camera lists: v4l2-ctl's output, and that of the tools that the query also asks.
 #include <usbdev/usbdev.h>
 

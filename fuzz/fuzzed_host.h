@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A made-up host whose tools and files give what a fuzzer made, and the rules that hold after every call of the
 // library.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // An input, taken apart: texts from its front, divided by form feeds, and numbers from its end, so that any text is an
 // input.
 #pragma once

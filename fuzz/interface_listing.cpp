@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the drivers list: the interfaces of the attached cameras and sound cards, their nodes and names.
 #include <usbdev/usbdev.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Texts in JSON: as the library escapes them, and as usbdevctl prints them.
 #include <usbdev/usbdev.h>
 

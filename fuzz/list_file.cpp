@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The list files of devices: which names a list has.
 #include <usbdev/usbdev.h>
 

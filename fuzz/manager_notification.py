@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The manager's decoder of change notifications, for notification.cpp."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Runs the target with every file of the given folders once, in builds without a fuzzer.
 #include <algorithm>
 #include <cstddef>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a web server answers: to a login, to the check of a session, and to a program that reads it line by line.
 #include <sys/socket.h>
 #include <unistd.h>

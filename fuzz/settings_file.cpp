@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The host's settings files, as readcfg reads them, and as the library reads the host's own.
 #include <usbdev/usbdev.h>
 

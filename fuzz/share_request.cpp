@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a visitor sends to the share page; share_request.py has the rules.
 #include "embedded_python.h"
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The share page, without a network: what a visitor sends reaches the page's own server, and its answers are judged."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /* libalsa_ctl.so: the host's sound cards. */
 #ifndef PLATFORM_ALSA_CTL_H
 #define PLATFORM_ALSA_CTL_H

@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /*
  * The host's command execution. Which of the host's libraries defines it differs between hosts, so a caller declares it
  * weak and runs the program itself when no loaded library defines it.

@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /* libvllog.so: the event log, which shows the users of the host what happened. */
 #ifndef PLATFORM_VLLOG_H
 #define PLATFORM_VLLOG_H

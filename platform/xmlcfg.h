@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /* libvlxmlcfg.so: the host's XML configuration files, addressed by root element, section, key and sub-key. */
 #ifndef PLATFORM_XMLCFG_H
 #define PLATFORM_XMLCFG_H

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Reads what a step of the demo shows: the channels, the profiles, the event log, and what the manager does."""
 
 from __future__ import annotations

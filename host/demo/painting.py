@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Prints what the demo shows: the channels as text, in colour if the terminal has colours."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Shows the story, step by step, and ends with status 1 as soon as something is wrong.
 
 Runs inside the sandbox, beside the host's services.

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The demo's story: what each step does, and what must have happened after it."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A viewer of the streams: through the live links, and with share links on the share page."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // For functions whose callers are not written in C++: without memory an operation returns a failure.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // gpuinfo_app: shows the host's graphics processors. /etc/config/gpuinfo.conf has a section for each, with its name,
 // its details and its state:
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Plain settings files: [section] lines with "key = value" lines below them; # and ; begin a comment line.
 #pragma once
 

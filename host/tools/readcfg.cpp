@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // readcfg: prints one value of a settings file.
 #include <getopt.h>
 #include <strings.h>

@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /*
  * Text utilities, queries of the host, the mapping from profile to channel and the change notification.
  *

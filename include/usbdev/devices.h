@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /*
  * Identification of USB devices, format enumeration, conflicts between devices, USB ports and questions to the host.
  *

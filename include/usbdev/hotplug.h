@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /*
  * Devices that are plugged in and unplugged: the hotplug handler, start-up synchronisation, node readers and setters.
  *

@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /*
  * The whole interface of libusbdevlib: the device and settings layer of a USB camera application on a storage host.
  *

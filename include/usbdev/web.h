@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /*
  * HTTP client, encodings, login, link identifiers, share links and the state of the live streams.
  *

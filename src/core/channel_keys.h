@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A constant for every key of a channel in the configuration file: its path, what a missing key usually reads as, and
 // the size that its text is read into. A reader whose default or size differs on purpose names it at the call.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A channel as one pass over the configuration file reads it. Each operation reads only some of the keys, in
 // its own order; the rest of the snapshot stays as in a channel that was never used.
 #pragma once

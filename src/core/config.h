@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The configuration files and their one lock. A ConfigReader or ConfigWriter is a critical section: it takes the lock
 // and opens the file, and its end closes and unlocks on every path. No function that takes the lock is called while one
 // lives, and no command runs, except in a few places: those use a ReaderOverCommands or a WriterOverCommands. What a

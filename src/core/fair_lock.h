@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A lock that its waiters get in the order in which they asked for it, so nobody waits for more than one turn of each
 // other thread. A mutex alone promises no order: a thread that takes it again at once may keep it from all others.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Text that is read line by line into a fixed buffer: from a child command or from a file, closed on every path.
 #pragma once
 

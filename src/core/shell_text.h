@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Text from outside that is put into a shell command line: does the shell read it as plain text?
 #pragma once
 

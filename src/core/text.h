@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Bounded text: copying, formatting and reading numbers, always within the destination's own size.
 #pragma once
 

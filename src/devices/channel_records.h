@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The records that describe a channel to the settings pages, filled from its keys. Each reader sets only some of a
 // record's fields and leaves the others as they are.
 #pragma once

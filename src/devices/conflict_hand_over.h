@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What happens to the channels that wait for another one, when its device is removed or changes.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The moment at which a channel got its profile, as it is stored: 2024-03-05 08:15:00.
 #pragma once
 

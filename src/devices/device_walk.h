@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The host's description of a camera, line by line: the device of its node, and then each device above the last one.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The host's answers that one operation needs, each asked when it first matters and not again.
 #pragma once
 

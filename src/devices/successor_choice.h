@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which of the channels that wait for another one takes over: the rules, on a snapshot of the ten channels.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Time-out counters, one per profile, that any process of the host may add to and read.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Sound cards on channels. Attachment is switched off in this build: a card that is plugged in leaves its channel
 // without audio. Switching it on again takes kAudioAttachment in the source, and a start-up that leaves a known card on
 // its channel (placeCard).

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a camera that was plugged in can do, and which camera it conflicts with.
 #pragma once
 

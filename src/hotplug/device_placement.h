@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which channels know an attached device: the rules, on what the channels store and the records of a start-up.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the steps of a start-up pass to each other: a record for each channel, and lists of the devices that no channel
 // knows.
 #pragma once

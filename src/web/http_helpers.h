@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A request and its answer, step by step, for programs that talk to a camera's or a recorder's web service.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Logins and sessions at the host's own web server. Each makes the path of its request.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Reading from and writing to a socket that may be slow. A failure is reported on standard error.
 #pragma once
 

@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /* A caller written in C: links the library and uses what needs no host. */
 #include <stdio.h>
 #include <string.h>

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Checks one property of the library file: library_file.py CHECK LIBRARY VERSION_SCRIPT."""
 
 import pathlib

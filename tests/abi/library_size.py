@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """How large the library may be on x86-64: library_size.py LIBRARY prints its sections, and fails when one is larger.
 
 Counted are the code and the constants that the library brings along. What the linker and the dynamic loader need to find

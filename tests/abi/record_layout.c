@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /* Size and offsets of every record, as a C compiler lays them out. */
 #include <platform/alsa_ctl.h>
 #include <stddef.h>

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Checks one rule of the rooms, the folders of src/ but its edge: rooms.py CHECK VERSION_SCRIPT OBJECT...
 
 The objects are those of the whole library; the sources are beside the version script.

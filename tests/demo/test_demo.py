@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The demo judges each of its steps itself; what is left to see is its end, and the page that it lets others look at."""
 
 from __future__ import annotations

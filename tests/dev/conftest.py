@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A tree with `dev` in it, on a machine whose programs for installing, building and testing are fakes."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What ./dev coverage demands and prints, and what ./dev mutate runs."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """How ./dev installs missing packages, and what it prints if it cannot."""
 
 from __future__ import annotations

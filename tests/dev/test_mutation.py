@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Which mistakes are made in a source file, and what the tests are said to have found of them."""
 
 from __future__ import annotations

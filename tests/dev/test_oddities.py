@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The page on what is odd on purpose lists exactly the places that are marked in the code."""
 
 from __future__ import annotations

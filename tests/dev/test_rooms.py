@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A folder of the code uses only folders that stand above it in the documents' tables."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Which tests ./dev runs, and how it adds up their results."""
 
 from __future__ import annotations

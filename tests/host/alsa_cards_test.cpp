@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Real sound cards: what the ALSA library knows about them, and how their volume is set.
 #include <gtest/gtest.h>
 

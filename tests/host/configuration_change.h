@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // One change of a configuration file, and the rules that hold after it whatever failed on the way.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Makes a call of the test program, or of a library that it uses, fail where a test wants it to.
 #pragma once
 

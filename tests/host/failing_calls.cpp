@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // These stand in for the C library's calls, also where another library calls them.
 #include <dlfcn.h>
 #include <fcntl.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The memory functions of the test program and all its libraries: they can be made to fail ("memory"), and count.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Loaded before the libraries of a whole program (LD_PRELOAD), it makes a call of the program fail, and then nothing
 // more, those of its name, or everything. FAILING is "NAME NUMBER ERROR nothing|alike|everything FILE": the name may be
 // "any", and the file has the size of a Progress, which it contains afterwards. The programs that it runs are left

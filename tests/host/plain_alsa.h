@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A sound card of plain values in place of the ALSA library's: what it is asked for, it answers from here.
 #pragma once
 

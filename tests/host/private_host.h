@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The files of a host that only the running test program sees: before the first case, empty folders in memory are
 // mounted over the absolute paths which the libraries and commands use, in a mount namespace of its own.
 #pragma once

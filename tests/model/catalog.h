@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The cameras and sound cards that somebody owns: alone, side by side on a port or a bridge, twins, and useless ones.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // One channel as it is stored: its keys, each a text, and what a missing one reads as.
 #pragma once
 

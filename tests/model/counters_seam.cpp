@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The segment of the time-out counters: one of the program's own, which ends with it.
 #include <sys/shm.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Devices come and go, and the conflicts between them are settled.
 #include <usbdev/usbdev.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A random day of the application, on a made-up host: each operation happens in the library and in the model, and both
 // are compared after it.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Users assign profiles, name them, set their streams, and switch ports.
 #include <usbdev/usbdev.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Streams are shared by link, and viewers come with what they were given.
 #include <usbdev/usbdev.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Texts of the model: made as printf makes them, and copied into the fixed fields of the callers' records.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // One made-up host in which the library lives, and the model of it: everything happens in both.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A plain model of what the library does: ten channels, a host, and one function for each exported one, with its name,
 // its arguments and its result. It has no file, no lock and no command, and each function is written as its header
 // describes it, so that a difference from the library is a mistake in one of the two.

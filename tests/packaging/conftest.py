@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What the tests of building and installing share: a machine with a compiler and CMake, and nothing else."""
 
 from __future__ import annotations

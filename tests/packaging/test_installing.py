@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The installed library, as other programs find it through pkg-config and through CMake, wherever it was installed."""
 
 from __future__ import annotations

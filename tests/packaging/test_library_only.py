@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The library alone, on a machine that has a compiler and CMake, and none of the packages that the rest is made of."""
 
 from __future__ import annotations

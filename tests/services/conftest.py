@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Runs shell scripts on fresh sandboxed hosts, with or without the services beside them."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Stores stream settings as the application's pages do: set_stream.py PROFILE FIELD=VALUE..."""
 
 import ctypes

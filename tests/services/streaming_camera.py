@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A host with a camera that streams, for the shell scripts of the tests."""
 
 from __future__ import annotations

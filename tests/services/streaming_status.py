@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Prints what the library sees of a profile's stream: streaming_status.py PROFILE NODE"""
 
 import ctypes

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Encoders that end or hang: what the manager prints, and when it starts them again."""
 
 from __future__ import annotations

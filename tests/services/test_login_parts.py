@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What the login service is made of: the users' file, the sessions, the query, the log."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What the manager and the streaming service make of that which reaches them."""
 
 from __future__ import annotations

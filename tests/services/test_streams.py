@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The manager's live streams: what it starts, restarts and stops when the library notifies it of changes."""
 
 from __future__ import annotations

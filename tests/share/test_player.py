@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """How the share page's player is fetched, with an npm that only notes how it was called."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What the system tests share: a simulated host in a folder, and whole hosts in the sandbox."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """v4l2-ctl-front: today's format listings in the layout that the library reads."""
 
 from __future__ import annotations

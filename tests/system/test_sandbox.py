@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The sandbox: a host of its own at the real paths, with nothing of the machine around it changed."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """sandbox reboot: the host goes down, its hardware changes, and it comes up with the library's start-up."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A simulated camera looks like a real one: compared line by line with what real tools printed of the same cameras at
 the same places."""
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Hosts with a controller for each speed (EHCI and UHCI): which bus takes what, and what the library sees there."""
 
 from __future__ import annotations

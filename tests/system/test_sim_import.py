@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """sim import: a camera made from what real tools printed looks like the one it was made from."""
 
 from __future__ import annotations

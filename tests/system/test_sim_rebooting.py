@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The rules of a reboot: what changes while the host is off, and the numbers that the start gives."""
 
 from __future__ import annotations

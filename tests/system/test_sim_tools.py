@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The tools of the sandboxed host answer as the real ones do, and "sim" reports to the library what it plugs in."""
 
 from __future__ import annotations

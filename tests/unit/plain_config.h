@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // An open configuration of plain values: what the library reads from it, and what it has set.
 #pragma once
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Runs shell scripts on fresh sandboxed hosts, where usbdevctl and sim are in the search path, and reads the help."""
 
 from __future__ import annotations

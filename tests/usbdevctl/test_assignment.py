@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """assign and check: a profile is not given to a camera that would not stream, or would stop another one."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Help, and command lines that are wrong. None of this reaches the library."""
 
 from __future__ import annotations

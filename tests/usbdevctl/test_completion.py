@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What the shells complete, asked of the shells themselves with the scripts that usbdevctl prints."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """stream, caps, slot and host: what the settings pages of the application do."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 # shellcheck shell=sh
 # What the library's own tests run of it, and which mistakes in it they find.
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 # shellcheck shell=sh
 # The Debian packages that building, running and testing need, and the installation of those that are missing.
 
@@ -20,7 +23,7 @@ test_packages='
 coverage_packages='gcovr'
 bench_packages='gnuplot-nox'
 fuzz_packages='clang libclang-rt-dev llvm python3-tornado'
-check_packages='clang clang-format clang-tidy shellcheck'
+check_packages='clang clang-format clang-tidy shellcheck reuse'
 
 package_log=build/packages.log
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 # shellcheck shell=sh
 # Runs the tests, and adds up the results of several runs.
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The test cases: which mutants each would notice, and which one kills a mutant."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the mutated sources call. Each function takes the number of a mutant and what the program computes there, and
 // returns that, unless the mutant is switched on.
 #pragma once

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The kinds of mistakes. Each function makes the mutants of one place."""
 
 from __future__ import annotations

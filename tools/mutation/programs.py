@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Runs test programs, closed in, so that a mutant can do no harm."""
 
 from __future__ import annotations

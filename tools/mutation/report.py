@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What came of the mutants: a table for each room, the survivors, and those that were reviewed."""
 
 from __future__ import annotations

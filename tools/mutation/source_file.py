@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A source file with its mutants: small mistakes, all of them written into one text, where each has a number."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Reads the project's sources with the compiler's own parser, and writes a tree in which they contain their mutants."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Goes through a parsed source file and makes the mutants of each place that runs."""
 
 from __future__ import annotations

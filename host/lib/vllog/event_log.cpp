@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The event log: the table "event" (id, time in seconds since 1970 UTC, level, text) of one database. Each call opens
 // the database again, so that a process can fork, or be killed, at any time.
 #include <fcntl.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The content of one configuration file: a root element with sections, keys and sub-keys below it.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The file itself: its bytes, the exclusion of other writers, and its replacement by a new one.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // How the file stores values: ordinary text unchanged, and what XML cannot contain or readers trim (control
 // characters, line ends, bytes that are not UTF-8, blanks at either end) as \xHH, so that every value is read back byte
 // for byte. A backslash is written \x5c; a backslash that is not followed by x and two digits is read as itself.

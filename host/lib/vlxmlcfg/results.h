@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the functions of the XML configuration interface return. A negative result of a close: nothing was stored.
 #pragma once
 

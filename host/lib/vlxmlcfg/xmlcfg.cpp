@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The C interface of the XML configuration files; results.h lists what its functions return.
 #include "platform/xmlcfg.h"
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Describes the sandbox's file tree and namespaces, as arguments of bubblewrap."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The programs that the sandbox puts into the host's folders, and where they come from."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The state of a sandboxed host: the folder with all of its files that can change."""
 
 from __future__ import annotations

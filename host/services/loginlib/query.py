@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Reads the query of a request. The client does not escape a "+", so a "+" is not a blank here."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The log of requests, one JSON object per line. It shows who asked for what, but no password, and no whole session."""
 
 from __future__ import annotations

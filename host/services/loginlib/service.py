@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The command "login-service": the two pages of the host's web server that open, check and close sessions."""
 
 from __future__ import annotations

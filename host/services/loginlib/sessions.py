@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The open sessions. They end at the logout, when no request has asked for them for some time, and with the service."""
 
 from __future__ import annotations

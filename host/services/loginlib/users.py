@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The users who may log in: a file with a line "NAME:HASH" for each, the hash salted and slow."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The process that makes a stream: ffmpeg with test pictures in place of a camera."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The stream of one profile: it runs as long as the settings want it, and starts again when its encoder fails."""
 
 from __future__ import annotations

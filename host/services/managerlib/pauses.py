@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """How long to wait before an encoder that failed is started again."""
 
 from __future__ import annotations

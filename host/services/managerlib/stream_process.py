@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A running stream: its process, and the playlist and segments in the profile's stream folder."""
 
 from __future__ import annotations

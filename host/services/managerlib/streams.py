@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The streams of the four profiles, as the library's settings describe them."""
 
 from __future__ import annotations

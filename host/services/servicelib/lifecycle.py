@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """How a service runs: it listens, prints that, works until it has to end, and ends in order."""
 
 from __future__ import annotations

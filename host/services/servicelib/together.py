@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The command "with-services": runs the services as long as a command runs."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A signal to the streaming service. Only its sender knows what the bytes mean, so they are shown as they are."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 "use strict";
 
 // Shows the stream of the page's address, or the sentence that explains why there is none. If the reason can change, the

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What all answers have in common: their headers, and the limit of a request's body."""
 
 from __future__ import annotations

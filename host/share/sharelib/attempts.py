@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Limits wrong attempts to a few per minute, counted for each address and link."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What a viewer gets: the path of the stream, the request for a password, or the reason why there is nothing to see."""
 
 from __future__ import annotations

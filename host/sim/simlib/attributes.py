@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The attribute lists of devices, and how udevadm prints them as one block of its attribute walk."""
 
 from __future__ import annotations

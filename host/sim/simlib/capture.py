@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What real tools printed about a camera, in a folder: the walks of its nodes, their listings, and the sound cards."""
 
 from __future__ import annotations

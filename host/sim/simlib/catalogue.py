@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The cameras and hubs that can be plugged in: a folder or file of data each."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What the host does at its start and when a device is plugged in or unplugged: it calls the library, here through usbdevctl."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The files of a plugged camera: sysfs, the device nodes and the prepared answers of the tools."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The simulated host: the machine's numbers and the files that show them, which change together."""
 
 from __future__ import annotations

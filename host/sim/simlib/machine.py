@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What is plugged into which port, and the numbers that the kernel would give it. Uses no files."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Names of USB ports, as in the kernel: "3-1" on bus 3, "3-1.2" on the hub in port 3-1."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Stores the simulated machine between two commands: one file, read and replaced under a lock."""
 
 from __future__ import annotations

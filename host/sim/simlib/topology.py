@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Which controller each USB bus of the host has, and the devices above it."""
 
 from __future__ import annotations

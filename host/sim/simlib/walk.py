@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The answer of "udevadm info --attribute-walk" for a node of a simulated camera."""
 
 from __future__ import annotations

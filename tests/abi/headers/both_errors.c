@@ -1,3 +1,6 @@
+/* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+ * SPDX-License-Identifier: Apache-2.0 */
+
 /* <error.h> and the library's interface declare a function of one name; both may be included, in either order. */
 #if defined(ERROR_H_FIRST)
 #include <error.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The change notification on a real socket, in a network of its own.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The access pattern of the channel configuration, seen through its simplest users.
 #include <fcntl.h>
 #include <unistd.h>

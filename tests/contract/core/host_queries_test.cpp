@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the library asks about the host: packages, host settings, and whether it may serve one channel only.
 #include <string>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // trim, trimdatetime, get_two_params and process_json_string.
 #include <gtest/gtest.h>
 #include <usbdev/usbdev.h>

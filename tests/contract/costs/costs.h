@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a call costs outside the library, counted, and the sums that such counts are made of:
 //   reading(3) + answers() + writing(2)
 // is one pass that reads three keys, a command whose output is read, and one pass that writes two.

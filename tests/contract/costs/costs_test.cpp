@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What each exported function costs: as much as it must, and no more; and the table that lists it.
 #include <algorithm>
 #include <fstream>

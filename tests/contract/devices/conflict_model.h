@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The rules of conflicts and hand-overs once more, told as plainly as possible, to compare the library with.
 #pragma once
 

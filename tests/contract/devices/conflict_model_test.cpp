@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Conflicts among ten channels in every state, on hosts with and without bridges, against the plain model.
 #include "conflict_model.h"
 

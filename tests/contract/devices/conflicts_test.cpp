@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which devices cannot stream at the same time, and how the marks of that are recomputed.
 #include <algorithm>
 #include <array>

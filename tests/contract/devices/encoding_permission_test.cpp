@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Whether the host may encode H.264 in hardware.
 #include "contract_test.h"
 #include "encoding_host.h"

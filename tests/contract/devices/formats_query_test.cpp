@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // How a camera is asked for its formats, and how a query that hangs is ended.
 #include "encoding_host.h"
 #include "formats_fixture.h"

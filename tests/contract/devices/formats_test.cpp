@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a camera's formats listing becomes in the capability table.
 #include "encoding_host.h"
 #include "formats_fixture.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A stored slot switch that is neither 0 nor 1: what must be on asks for 1, what must not be off asks for 0.
 #include <array>
 #include <string>

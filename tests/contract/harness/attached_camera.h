@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A camera in a port of the host, as its tools and its configuration describe it; and what belongs to its links.
 #pragma once
 

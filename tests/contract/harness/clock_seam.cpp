@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // time and sleep of the C library, over the clock of the current host.
 #include <unistd.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // popen, pclose and system of the C library, over the commands of the current host.
 #include <cstdio>
 #include <cstdlib>

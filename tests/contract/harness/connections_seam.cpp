@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // connect, send, select and gethostbyname_r of the C library, so that no call leaves the made-up host.
 #include <netdb.h>
 #include <netinet/in.h>

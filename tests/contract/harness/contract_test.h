@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The fixture of every contract test: a host to describe, and the rules that hold after every call of the library.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // orda_exec, the host's execution of commands, over the commands of the current host.
 #include <platform/orda_exec.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Child commands, answered from a script by their exact text. A command without a script prints nothing.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The configuration files, in memory. This defines the functions of libvlxmlcfg.so, which read and write them.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The files of the host, in memory, for fopen, fclose, stat and lstat. Only the paths of a host are taken over; the
 // test program's own files are untouched.
 #pragma once

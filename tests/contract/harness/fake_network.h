@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Datagrams that the library sends, kept instead of sent; and its connections, which reach only the servers of the
 // test.
 #pragma once

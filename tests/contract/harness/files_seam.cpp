@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // fopen, fclose, stat and lstat of the C library, redirected for the paths of the current host.
 #include <sys/stat.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A made-up host: everything outside the library, scripted and watched. While one exists, the library lives in it.
 //
 //   host.channel(3).exists(1).slot("3-1").name("HD Webcam").profile(1).vnode(2);

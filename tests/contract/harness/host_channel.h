@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // One channel of the configuration: what it holds before a call, and what it holds after.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The functions of libvllog.so and libalsa_ctl.so, over the current host.
 #include <platform/alsa_ctl.h>
 #include <platform/vllog.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the library did to its host, in order, one line each: "open r", "close", "popen CMD", "log 0 TEXT", ...
 #pragma once
 

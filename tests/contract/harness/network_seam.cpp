@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // socket, close and sendto of the C library, watched for the current host.
 #include <netinet/in.h>
 #include <sys/socket.h>

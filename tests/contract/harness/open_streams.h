@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The streams that the library has open on made-up contents: files and the outputs of child commands.
 #pragma once
 

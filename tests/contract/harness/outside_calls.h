@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The library's calls of everything outside it: a test may count them and let some of them fail.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A TCP server on the loopback address that answers one connection after the other as its script states, and
 // waits 20 seconds at most for each.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The links under which streams are watched: where they lie, what names a new one, and the commands about them.
 #pragma once
 

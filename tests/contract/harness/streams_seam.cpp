@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // fgets of the C library, over the streams of the current host.
 #include <cstdio>
 #include <cstring>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The functions of libvlxmlcfg.so, over the configuration of the current host.
 #include <platform/xmlcfg.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The time-out counters, in a real segment of shared memory under a key of the test's own.
 #include <sys/shm.h>
 #include <sys/wait.h>

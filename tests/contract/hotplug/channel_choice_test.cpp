@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which channel a device that comes or goes belongs to.
 #include <ostream>
 #include <vector>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What an update of the channels writes and links, from records that the scans have filled.
 #include <climits>
 #include <cstring>

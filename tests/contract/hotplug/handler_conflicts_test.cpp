@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which camera yields to which when one comes or goes, and what the caller is told about it.
 #include <algorithm>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // When the manager is told of a camera, and what.
 #include "hotplug_fixture.h"
 

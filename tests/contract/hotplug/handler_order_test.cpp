@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The order in which an event takes effect, and what remains of one that fails on the way.
 #include "hotplug_fixture.h"
 

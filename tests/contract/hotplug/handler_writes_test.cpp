@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What an event leaves in the configuration: exactly these keys, every other one untouched.
 #include "encoding_host.h"
 #include "hotplug_fixture.h"

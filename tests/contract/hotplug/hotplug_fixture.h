@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A device event at port 1-1: unless a test changes that, a camera on node 2 that offers MJPEG is plugged in.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Start-up: the channels are brought into line with the devices that are really there.
 #include <algorithm>
 #include <cstring>

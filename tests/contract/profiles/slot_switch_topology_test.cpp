@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A slot is switched beside one other camera: every state that the other may be in, on ports as real hosts have them.
 #include <string>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Profile 2 on channel 4, whose camera on node 5 lists MJPEG and raw formats, and a change of its stream.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A change of a profile's stream in all combinations: which devices there are, the codec, sound on or off, whether all
 // is to be reported, and each setting changed or not.
 #include <string>

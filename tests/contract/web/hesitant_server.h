@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A TCP server on the loopback address for one connection. It sends its reply piece by piece, each piece only once the
 // program waits for bytes, and then ends in one of several ways. What it waits for itself it waits for 20 seconds at
 // most.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // One request over HTTP/1.0, against a scripted server.
 #include <cerrno>
 #include <cstring>

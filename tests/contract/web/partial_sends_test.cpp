@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A connection that takes only a part of what is sent to it at once.
 #include <sys/socket.h>
 #include <unistd.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The encodings beside those of other libraries, on a million random inputs each. Every input ends where its buffer
 // ends, and so does every output of its documented size: the sanitizers report what is read or written after them.
 #include <curl/curl.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What logins make of servers that answer slowly, wrongly, too much or not at all.
 #include <cstring>
 #include <optional>

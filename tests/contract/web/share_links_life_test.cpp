@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The whole life of a share link, with a real configuration file and real links, in a host of the test's own.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

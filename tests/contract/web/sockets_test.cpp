@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The timed socket helpers and the steps of a request to a camera's or a recorder's web service.
 #include <sys/select.h>
 #include <sys/socket.h>

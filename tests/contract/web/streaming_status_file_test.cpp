@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The profiles' availability in a real file, in a host of the test's own.
 #include <gtest/gtest.h>
 #include <platform/xmlcfg.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The web part on real sockets with the real C library, in a network of its own.
 #include <arpa/inet.h>
 #include <dlfcn.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Devices, tools and files that are not as they should be: a clear result, nothing lost, nothing left open.
 #include <algorithm>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // How much of a line the library reads at once: each reader takes what ends just within its limit, and cuts what ends
 // one byte later.
 #include <string>

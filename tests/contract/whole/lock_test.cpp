@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Many threads at the configuration at once. The made-up configuration reports every open beside another one.
 #include <unistd.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // An application whose own functions happen to bear the library's names. What the library does inside stays as it is:
 // each case calls an exported function that does the same work as another one, which the application defines too.
 #include <gtest/gtest.h>

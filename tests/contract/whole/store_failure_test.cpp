@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A disk that takes no more: what every change does when its write handle closes with a failure.
 #include <cstring>
 #include <functional>

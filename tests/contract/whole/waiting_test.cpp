@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Who waits while a camera takes its time to answer: no reader of the configuration, except during one listing.
 #include <chrono>
 #include <cstring>

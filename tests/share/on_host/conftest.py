@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A share page and the host that it needs. These tests run on a sandboxed host, of which they are the only users."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A live stream in small pictures, as the host's encoder writes it."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Encoders that hang or end, hosts and networks that go away: the page reports it, and continues afterwards."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What the share page stands: bodies of all kinds, guesses, slow visitors, other sites that would frame it."""
 
 from __future__ import annotations

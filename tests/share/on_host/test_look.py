@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """How the page looks: in windows of all sizes, in light and dark, with any name."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Why there is nothing to see at the moment: the page shows it, and shows the picture when the reason has passed."""
 
 from __future__ import annotations

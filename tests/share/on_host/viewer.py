@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Somebody who opens share links in a browser and looks at the page."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Tests that run on the sandboxed host and call the library themselves, so that a host is ready at once."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The host that the tests run on: its hardware, what the library made of it, and the links on its disk."""
 
 from __future__ import annotations

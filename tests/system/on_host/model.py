@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The channels as the rules make them, in memory: which device sits where, and which profile it serves.
 
 It does not contain conflicts: which camera waits for which is tested separately.

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Every camera of the collection set to every size it has, at rates below, between, at and above those it lists."""
 
 from __future__ import annotations

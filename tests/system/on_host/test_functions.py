@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Cameras that are more than one picture: two video functions, or a sound card that is found before the picture."""
 
 from __future__ import annotations

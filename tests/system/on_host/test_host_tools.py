@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Tools of the host that hang, flood, talk nonsense or are not there: the library goes on, end to end."""
 
 from __future__ import annotations

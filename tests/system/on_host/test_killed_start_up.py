@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A start-up that is killed, wherever that is, and the next one, which repairs what it left."""
 
 from __future__ import annotations

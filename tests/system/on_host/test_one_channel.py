@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A host that can serve one camera only: of four profiles, start-up leaves the first. Runs on the model amd-k41."""
 
 from __future__ import annotations

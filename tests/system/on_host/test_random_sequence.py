@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A long random life of a host, checked after every step.
 
 USBDEV_SEED and USBDEV_STEPS repeat a run or make it longer.

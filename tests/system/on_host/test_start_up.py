@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What start-up makes of cameras that were moved, swapped, taken away or added while the host was off."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The library's records and functions, as far as the tests on the host call them."""
 
 from __future__ import annotations

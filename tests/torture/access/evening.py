@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """An evening on a host: everything that has to do with a secret happens once. Prints the secrets as a JSON object when all
 of it has happened and everything runs, and ends the evening when its standard input is closed."""
 

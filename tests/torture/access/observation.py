@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What can be seen of a host while an evening goes by on it: files, sockets, users of processes, and each command line with
 its environment, also of the shortest process."""
 

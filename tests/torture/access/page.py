@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The tables of docs/who-may-do-what.md, which are what this test expects."""
 
 from __future__ import annotations

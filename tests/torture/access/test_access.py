@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The page on who may do what is true of a host on which an evening goes by."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A profile that is given to a camera, taken from it, renamed; and the settings of its stream.
 #include <usbdev/usbdev.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Every outside call of every exported function fails: once, with all after it, with all after it of its name.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

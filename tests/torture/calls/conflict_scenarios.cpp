@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Conflicts between cameras, hand-overs, and the switch of a port.
 #include <usbdev/usbdev.h>
 

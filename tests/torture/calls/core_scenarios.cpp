@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Texts, the host's answers, the mapping of profiles and the notification; the host's information and the counters.
 #include <usbdev/usbdev.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a device is, what formats it has, and which channels and ports are there.
 #include <usbdev/usbdev.h>
 

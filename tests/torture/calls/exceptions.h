@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Differences after a failed call that are none: each is described, and named here with its reason.
 #pragma once
 

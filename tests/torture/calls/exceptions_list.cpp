@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which calls of the library may fail without a failure of its function, and why.
 #include "exceptions.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // recv and read of the C library, so that they can fail.
 #include <sys/socket.h>
 #include <unistd.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // An exported function in one of its successes: the host that it meets there, and how it is called.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // All trials of a scenario, in processes of their own, so that one that dies or hangs is a finding like any other.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Share links, what names them, who may use them; and the state of streams.
 #include <usbdev/usbdev.h>
 

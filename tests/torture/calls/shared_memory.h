@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The segment of shared memory with the time-out counters, made up: shmget, shmat and shmdt of the C library find it.
 #pragma once
 

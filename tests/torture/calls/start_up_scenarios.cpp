@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The synchronisation of the configuration with the devices, its steps, and the setters of one channel.
 #include <usbdev/usbdev.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Every state in which a power cut may leave a disk, from a recording of what was done to it.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What programs do to a disk, as a list: the calls that change files, and those that flush them.
 #pragma once
 

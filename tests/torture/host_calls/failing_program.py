@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Runs a program with a call, or memory, that fails where a test wants it to."""
 
 from __future__ import annotations

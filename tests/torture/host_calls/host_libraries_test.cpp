@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Every call of the host's libraries, and every piece of memory, fails once and for ever.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

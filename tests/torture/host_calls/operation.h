@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the host's libraries are asked to do, once each, and what must be true after it whatever failed meanwhile.
 #pragma once
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What the programs of the host are asked to do, and where a failure may stay unseen, each with its reason."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Every call of the host's programs, and every piece of memory, fails, once and for ever; the file runs on a host of its own."""
 
 from __future__ import annotations

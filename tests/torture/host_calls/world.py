@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """What a command can change on the sandboxed host: taken, put back and compared."""
 
 from __future__ import annotations

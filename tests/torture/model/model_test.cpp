@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Random days on which the library does what a plain model of it does.
 #include <gtest/gtest.h>
 

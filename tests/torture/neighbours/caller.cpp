@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Makes one call of the library and reports what came of it: neighbour_caller REPORT CALL ARGUMENT. REPORT is the
 // descriptor that the lines go to. A byte on standard input makes another call meanwhile, one that needs the lock.
 // Two minutes of patience pass in five seconds here, a pause of the library's in no time.

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A host of which the tests are the only users: its neighbours are replaced by hostile ones."""
 
 from __future__ import annotations

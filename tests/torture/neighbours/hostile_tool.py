@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A tool of the host that is replaced by one that behaves badly, or taken away."""
 
 from __future__ import annotations

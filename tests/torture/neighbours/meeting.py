@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A call of the library, in a process of its own, that meets a neighbour."""
 
 from __future__ import annotations

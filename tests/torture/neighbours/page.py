@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Prints docs/neighbours.md, which is made of the tables: /usr/bin/python3 tests/torture/neighbours/page.py"""
 
 from __future__ import annotations
@@ -16,6 +19,9 @@ import tools  # noqa: E402
 from row import Row  # noqa: E402
 
 INTRODUCTION = """\
+<!-- SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+     SPDX-License-Identifier: Apache-2.0 -->
+
 # Hostile neighbours
 
 What the library talks to may misbehave: the servers that it asks, the tools that it runs, its configuration file; and

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A row of a table of neighbours: what one of them does, and what has to come of it."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Servers that behave badly: each connection is served by a script, which is a list of steps."""
 
 from __future__ import annotations

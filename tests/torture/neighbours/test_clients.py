@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Whatever a client of the share page does, the others are answered, and no secret gets into the log."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Whatever the configuration file is, a call ends as it is described, and a damaged file stays as it is."""
 
 from __future__ import annotations

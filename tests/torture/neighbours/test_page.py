@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The page of the neighbours lists what the tests make, and nothing else."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Whatever a login, camera or streaming server or the manager does, a call ends as it is described."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Whatever a tool of the host prints or does, a call ends as it is described, and no shell runs what a tool printed."""
 
 from __future__ import annotations

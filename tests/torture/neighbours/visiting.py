@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Visits to the share page, of clients that do not keep to the protocol."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Four processes use one host, and every 50 operations a random one of them is killed and replaced.
 #include <gmock/gmock.h>
 #include <poll.h>

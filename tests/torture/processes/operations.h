@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the processes of the application do with the library, and the count that they keep of it in common memory. Each
 // process has a profile, a time-out counter and a camera without a profile to itself, and all share the files.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What stands between the library and the host in a soak: tools answer as the made-up host has it, and every so often
 // as a real child does; the event log and the commands for links are noted, and really run.
 #include <platform/alsa_ctl.h>

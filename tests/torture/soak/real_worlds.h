@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Twin worlds whose library keeps its configuration in a real file and sends to a manager that really listens.
 #pragma once
 

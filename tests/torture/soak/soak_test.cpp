@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A long day of the application in one process, on the real host libraries: nothing grows, and every counter is exact.
 #include <gtest/gtest.h>
 #include <sqlite3.h>

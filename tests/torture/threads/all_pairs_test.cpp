@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Every two functions that may run at the same time do, in many threads: each call gives what it gives alone.
 #include <algorithm>
 #include <atomic>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Every exported function, with one call of it that finds the settled host as the call before left it.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The calls are of every exported function, and what they state about it is what its header states.
 #include "calls.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Names that many threads look up at once, in a hosts file of the test's own.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>

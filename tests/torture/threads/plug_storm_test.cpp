@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Ten cameras that come and go all at once, reported by many threads: one event at a time, as the callers have to see
 // to, beside readers that have to see to nothing.
 #include <usbdev/usbdev.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // For the thread sanitizer, which does not see the locks that the C library's resolver takes: not a race, whatever they
 // protect.
 // NOLINTNEXTLINE(readability-identifier-naming): the sanitizer's own name

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Writers and greedy readers of one profile, on the host's own configuration library: a record is always one that one
 // writer wrote, whole.
 #include <gmock/gmock.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A host on which nothing changes any more: whatever calls.h does to it was done before, so every call finds it, and
 // leaves it, as it is, and gives the same answer as ever.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // How long a writer waits beside 32 readers that never pause, as threads of its process and as processes of their own.
 // A time is never a test, so only `./dev torture` compares it with the bound.
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a snapshot of the channels holds, by who reads it, and what it makes of missing keys.
 #include "core/channel_snapshot.h"
 

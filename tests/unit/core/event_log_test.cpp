@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // How long a line of the event log may be. Compiled in, as the longest line of any exported function is shorter.
 #include "core/event_log.h"
 

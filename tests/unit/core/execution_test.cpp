@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Programs on a host without its own command execution: the library runs them itself. Compiled in, as no exported
 // function passes their results on.
 #include "core/execution.h"

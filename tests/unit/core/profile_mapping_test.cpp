@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which numbers are profiles and channels, and what a channel loses with its profile.
 #include "core/profile_mapping.h"
 

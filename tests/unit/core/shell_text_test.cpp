@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which text from outside may go into a command line. A real shell judges: a text that counts as safe reaches the
 // command as it is.
 #include "core/shell_text.h"

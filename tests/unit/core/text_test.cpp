@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Bounded text. What the exported functions show of it, the contract tests judge.
 #include "core/text.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a caller's code asks a hand-over to do.
 #include "devices/conflict_hand_over.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which devices cannot stream at the same time, by their ports and bridges.
 #include "devices/conflicts.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Vendor and product in the lines of a device walk.
 #include "devices/device_walk.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What each line of a camera's formats listing adds to the capability table.
 #include "devices/format_listing.h"
 

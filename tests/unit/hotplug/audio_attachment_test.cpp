@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What is found about a sound card, which is stored only by a build with attachment switched on; and what every new
 // device writes.
 #include "hotplug/audio_attachment.h"

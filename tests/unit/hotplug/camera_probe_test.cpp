@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which camera a new one conflicts with, and which of the two waits.
 #include "hotplug/camera_probe.h"
 

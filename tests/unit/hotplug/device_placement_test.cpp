@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Which channels know a device that the drivers list, and what becomes of their records and conflict marks.
 #include "hotplug/device_placement.h"
 

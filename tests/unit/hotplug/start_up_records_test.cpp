@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The lists of new devices: how many they hold, and what a caller's count makes of them.
 #include "hotplug/start_up_records.h"
 

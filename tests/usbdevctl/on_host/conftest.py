@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """The sandboxed host that these tests have for themselves, one after the other."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A command that changes something prints what it did, in a line for people and in an object for programs."""
 
 from __future__ import annotations

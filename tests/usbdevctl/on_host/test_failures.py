@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """A failure is never shown as a result: output that is not written, reads that fail."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
 """Changes on a full disk: no command reports a change that was not stored."""
 
 from __future__ import annotations

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The keys of a channel as they are where the channel never had a device. The library has no function that frees one;
 // a port that is still stored keeps the channel for its device, and the port's switch for the next one.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The ten channels as one table, put together from the library's listings: none of them alone has every
 // channel. The device table leaves out channels whose device is unplugged, the availability query those with a profile
 // and waiting ones, and the profile table those without a profile.

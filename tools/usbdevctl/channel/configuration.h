@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a command prints when the library refuses. The library's result is the same for a configuration that it cannot
 // read and for a request to which nothing applies, so these functions find out which of the two it was.
 #pragma once

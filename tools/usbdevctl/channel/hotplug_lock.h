@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Only one device event or synchronisation may run at a time on a host: two would choose the same channel. Every
 // program that calls the library for them takes this lock around the call.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A command as data: its arguments and options, or the commands below it. The command line is read, the help printed
 // and the shells' completion written from this one description.
 #pragma once

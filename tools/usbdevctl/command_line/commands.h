@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Declares the function that adds each command, so that no command file needs a header of its own.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Secrets come from the terminal or from standard input: a command line is seen by everybody on the host.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The only file that includes the library which reads command lines, because that takes seconds to compile.
 #include "command_line/program.h"
 

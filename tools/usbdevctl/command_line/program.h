@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The program: reads the command line by the description of the commands and runs the one that it names.
 #pragma once
 

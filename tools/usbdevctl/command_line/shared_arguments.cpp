@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 #include "command_line/shared_arguments.h"
 
 #include <usbdev/records.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the completion scripts do with the table of words that takes the place of TABLE. All walk over the words before
 // the one to complete, to find the command that they lead to and the place after it.
 #pragma once

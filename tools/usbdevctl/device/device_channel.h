@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Whether the library has a channel for a device, by the rules of its hotplug handler.
 #pragma once
 

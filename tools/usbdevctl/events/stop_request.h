@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The user's wish to end a command that waits: Ctrl-C or a termination signal.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Why a camera is not supported: its name is on the host's list, or it offers no format that the host can use.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What the device of a profile can deliver: the codecs that the channel has stored, and the camera's own formats.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The formats of a camera: the library's answer, and for diagnoses what the host's tools print.
 #pragma once
 

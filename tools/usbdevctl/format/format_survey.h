@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a format listing of v4l2-ctl holds, whichever of its two layouts it has: the library reads the older one only,
 // and finds no format in the newer one.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A record for people and for programs from one description: lines or the columns of a table, and the members of an
 // object in JSON.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // JSON for programs. Every object that is printed carries the number of its schema.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Numbers of channels, profiles and nodes, where the library has -1 for none.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Standard output and standard error are for the program and its library; what the commands print that the library runs
 // is not shown.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Texts from devices, made fit for a terminal. A device may call itself anything: escape sequences, line ends, bytes
 // that are not UTF-8, characters that reverse the line.
 #pragma once

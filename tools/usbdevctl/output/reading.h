@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The standard streams take missing memory, or a failed read, for the end of the text. With this they throw instead.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A table for people: one heading line, then one line a row, columns two blanks apart.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Whether a camera can get a profile: the library assigns any, even to one that will not stream and one that makes
 // a streaming camera wait.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The settings of a host's cameras as they are carried from one host, or camera, to another.
 #pragma once
 

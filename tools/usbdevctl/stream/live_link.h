@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A profile's live link: a symbolic link, named by a hash, to the folder of its stream's files.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a stream is described with, in one wording: its kind, codec, picture size and frame rate.
 #pragma once
 
