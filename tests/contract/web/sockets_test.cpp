@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-// The timed socket helpers and the steps of a request to a camera's or a recorder's web service.
+// The timed socket helpers, and the connection to a camera's or a recorder's web service.
 #include <sys/select.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <string>
 
-#include "contract_test.h"
+#include "connection.h"
 #include "scripted_server.h"
 
 namespace contract {
@@ -16,62 +16,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-// One end of a connection for the library, the other for the test.
-class AConnection : public ContractTest {
- protected:
-  AConnection() { EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends_), 0); }
-  ~AConnection() override {
-    close(ends_[0]);
-    if (ends_[1] >= 0) close(ends_[1]);
-  }
-
-  int sock() const { return ends_[0]; }
-  void peerSends(const std::string &bytes) {
-    EXPECT_EQ(write(ends_[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-  }
-  void peerCloses() {
-    close(ends_[1]);
-    ends_[1] = -1;
-  }
-  // What the peer has not read when it closes breaks a connection of this kind.
-  void breakBehind(const std::string &bytes) {
-    EXPECT_EQ(write("unread"), 6);
-    peerSends(bytes);
-    peerCloses();
-  }
-  std::string peerReceives() {
-    char bytes[8192];
-    const ssize_t got = recv(ends_[1], bytes, sizeof bytes, MSG_DONTWAIT);
-    return got < 0 ? "" : std::string(bytes, static_cast<size_t>(got));
-  }
-  // A read of at most this length, into a buffer with guards.
-  int read(int length) {
-    received = std::string(16, '#');
-    OutputCapture output;
-    const int result = socket_read(sock(), received.data(), length);
-    said = output.text();
-    return result;
-  }
-  int write(const std::string &text) {
-    OutputCapture output;
-    const int result = socket_write(sock(), text.c_str());
-    said = output.text();
-    return result;
-  }
-  int readLine(int max) {
-    received = std::string(16, '#');
-    OutputCapture output;
-    return http_read_line(sock(), received.data(), max);
-  }
-
-  std::string received;
-  std::string said;
-
- private:
-  static ssize_t write(int descriptor, const char *bytes, size_t size) { return ::write(descriptor, bytes, size); }
-  int ends_[2] = {-1, -1};
-};
 
 TEST_F(AConnection, IsReadIntoATerminatedBuffer) {
   peerSends("abc");
@@ -211,130 +155,6 @@ TEST_F(AConnection, GivesNoLineWithoutRoom) {
 TEST_F(AConnection, ThatFailsGivesNoLine) {
   host.network.answerSelect(0);
   EXPECT_EQ(readLine(8), -1);
-}
-
-class AReplysHeader : public AConnection {
- protected:
-  int skip(const std::string &reply) {
-    peerSends(reply);
-    OutputCapture output;
-    const int result = http_skip_nvr_http_header(sock());
-    said = output.text();
-    return result;
-  }
-  int skipBehindStatus(const std::string &header) { return skip("HTTP/1.0 200 OK\r\n" + header); }
-};
-
-TEST_F(AReplysHeader, EndsWithThreeLineFeeds) {
-  EXPECT_EQ(skipBehindStatus("Server: x\r\n\n\nbody"), 1);
-  EXPECT_EQ(read(8), 4);
-  EXPECT_EQ(received.substr(0, 4), "body");
-}
-
-TEST_F(AReplysHeader, MayBeNothingButItsEnd) { EXPECT_EQ(skipBehindStatus("\n\n\n"), 1); }
-
-TEST_F(AReplysHeader, IsNotEndedByLineFeedsWithCarriageReturns) {
-  EXPECT_EQ(skipBehindStatus("A: b\r\n\r\n\r\n" + std::string(600, 'x')), 0);
-  EXPECT_EQ(read(8), 8);
-}
-
-TEST_F(AReplysHeader, IsNotEndedByTwoLineFeeds) {
-  EXPECT_EQ(skipBehindStatus("A: b\n\nc\n\n" + std::string(503, 'x') + "rest"), 0);
-  read(8);
-  EXPECT_EQ(received.substr(0, 5), std::string("rest\0", 5));
-}
-
-TEST_F(AReplysHeader, IsReadUpToFiveHundredAndTwelveBytes) {
-  EXPECT_EQ(skipBehindStatus(std::string(512, 'x') + "\n\n\n"), 0);
-  EXPECT_EQ(read(8), 3);
-}
-
-TEST_F(AReplysHeader, WhoseEndBeginsBeforeTheLimitIsFollowedBeyondIt) {
-  EXPECT_EQ(skipBehindStatus(std::string(511, 'x') + "\n\n\n"), 1);
-}
-
-TEST_F(AReplysHeader, OfAConnectionThatClosesEndsAtTheLimit) {
-  peerSends("HTTP/1.0 200 OK\r\nA: b\r\n");
-  peerCloses();
-  EXPECT_EQ(http_skip_nvr_http_header(sock()), 0);
-}
-
-TEST_F(AReplysHeader, OfAnotherStatusIsReported) {
-  EXPECT_EQ(skip("HTTP/1.1 404 Not Found\n"), -2);
-  EXPECT_EQ(said, "skip nvr http header:[HTTP/1.1 404 Not Found]\n");
-}
-
-TEST_F(AReplysHeader, WithoutAnyStatusIsReported) {
-  peerCloses();
-  OutputCapture output;
-  EXPECT_EQ(http_skip_nvr_http_header(sock()), -2);
-  EXPECT_EQ(output.text(), "skip nvr http header:[]\n");
-}
-
-TEST_F(AReplysHeader, WithAStatusThatFillsItsBufferIsReportedCut) {
-  EXPECT_EQ(skip(std::string(300, 's') + "\n"), -2);
-  EXPECT_EQ(said, "skip nvr http header:[" + std::string(256, 's') + "]\n");
-}
-
-TEST_F(AReplysHeader, ThatCannotBeReadFails) {
-  host.network.answerSelect(0);
-  EXPECT_EQ(skip(""), -1);
-}
-
-TEST_F(AReplysHeader, ThatBreaksOffFails) {
-  breakBehind("HTTP/1.0 200 OK\r\nA: b\r\n");
-  OutputCapture output;
-  EXPECT_EQ(http_skip_nvr_http_header(sock()), -1);
-}
-
-TEST_F(AReplysHeader, MayHaveAnyStatusLineThatContains200Ok) {
-  EXPECT_EQ(skip("ICY 200 OK, more or less\n\n\n\n"), 1);
-  EXPECT_EQ(skip("HTTP/1.0 200 ok\n"), -2);
-}
-
-class ARequest : public AConnection {
- protected:
-  int request(const std::string &path, const std::string &user = "u", const std::string &name = "cam") {
-    OutputCapture errors;
-    OutputCapture output(stdout);
-    const int result = http_send_cmd(sock(), name.c_str(), path.c_str(), user.c_str(), "p");
-    said = output.text();
-    return result;
-  }
-};
-
-TEST_F(ARequest, IsSentLineByLine) {
-  EXPECT_EQ(request("/x?a=b c"), 0);
-  EXPECT_THAT(host.network.sent(),
-              ElementsAre("GET /x?a=b c HTTP/1.0\r\n", "Authorization: Basic dTpw\r\n", "Host: cam\r\n", "\r\n"));
-  EXPECT_EQ(said, "");
-}
-
-TEST_F(ARequest, ThatCannotBeSentIsReported) {
-  host.network.answerSelect(0);
-  EXPECT_EQ(request("/x"), -1);
-  EXPECT_EQ(said, "ERROR writing to socket");
-  EXPECT_EQ(host.network.waits().size(), 1U);
-}
-
-TEST_F(ARequest, MayHaveALineOf2047Bytes) {
-  EXPECT_EQ(request(std::string(2047 - 15, 'x')), 0);
-  EXPECT_EQ(host.network.sent().at(0).size(), 2047U);
-}
-
-TEST_F(ARequest, WithALongerLineIsNotSentAtAll) {
-  EXPECT_EQ(request(std::string(2048 - 15, 'x')), -1);
-  EXPECT_EQ(request("/x", "u", std::string(2048 - 8, 'h')), -1);
-  EXPECT_EQ(request("/x", std::string(128, 'u')), -1);  // with the colon and a password of one character
-  EXPECT_THAT(host.network.sent(), IsEmpty());
-}
-
-TEST_F(ARequest, IsRefusedWithoutItsTexts) {
-  EXPECT_EQ(http_send_cmd(sock(), nullptr, "/", "u", "p"), -1);
-  EXPECT_EQ(http_send_cmd(sock(), "h", nullptr, "u", "p"), -1);
-  EXPECT_EQ(http_send_cmd(sock(), "h", "/", nullptr, "p"), -1);
-  EXPECT_EQ(http_send_cmd(sock(), "h", "/", "u", nullptr), -1);
-  EXPECT_THAT(host.network.sent(), IsEmpty());
 }
 
 class AWebService : public ContractTest {
