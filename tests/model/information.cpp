@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "text.h"
+#include "settings.h"
 #include "world.h"
 
 namespace model {
@@ -35,21 +35,9 @@ void presetPicture(Record *info) {
 // What every reader of a stream reads in the same way.
 template <typename Record>
 void readCommon(const Channel &channel, Record *info) {
-  info->stream_type = channel.streamType();
-  info->vnode = channel.vnode();
-  info->vcodec = channel.number("video/vcodec", 1);
-  info->width = channel.number("video/width", 1280);
-  info->height = channel.number("video/height", 720);
-  info->framerate = channel.rate();
-  copy(info->fetype, channel.text("video/fetype"));
-  info->osdenable = channel.number("video/osdenable", 1);
-  info->flip = channel.number("video/flip", 0);
-  info->mirror = channel.number("video/mirror", 0);
-  info->ldspoutput = channel.number("video/ldspoutput", 0);
-  info->acodec = channel.number("audio/acodec", 0);
+  readSettings(channel, info);
   info->samplerate = channel.number("audio/samplerate", 8000);
   info->bitrate = channel.number("audio/bitrate", 64000);
-  info->volume = channel.number("audio/volume", 50);
 }
 
 void readStream(const Channel &channel, _streaminfo *info) {

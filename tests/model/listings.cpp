@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "text.h"
+#include "settings.h"
 #include "world.h"
 
 namespace model {
@@ -13,22 +13,10 @@ namespace {
 constexpr int kNotAvailable = -1;
 
 void describe(const Channel &channel, _availinfo *row) {
-  row->stream_type = channel.streamType();
+  readSettings(channel, row);
   copy(row->usbslot, channel.slot());
   copy(row->devname, channel.name());
-  row->vnode = channel.vnode();
-  row->vcodec = channel.number("video/vcodec", 1);
-  row->width = channel.number("video/width", 1280);
-  row->height = channel.number("video/height", 720);
-  row->framerate = channel.rate();
-  copy(row->fetype, channel.text("video/fetype"));
-  row->acodec = channel.number("audio/acodec", 0);
   row->aenable = channel.number("audio/aenable", 1);
-  row->volume = channel.number("audio/volume", 50);
-  row->osdenable = channel.number("video/osdenable", 1);
-  row->flip = channel.number("video/flip", 0);
-  row->mirror = channel.number("video/mirror", 0);
-  row->ldspoutput = channel.number("video/ldspoutput", 0);
   copy(row->acap, channel.text("audio/acap"));
   if (row->stream_type == 1) row->framerate = 0;
 }

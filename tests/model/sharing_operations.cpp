@@ -29,20 +29,22 @@ void share(TwinWorlds &worlds, Choices &choose) {
   worlds.wroteRecord(library, model);
 }
 
-void read(TwinWorlds &worlds, Choices &choose) {
-  ShareLinkInfo library = linkOf(choose.profile());
+// Both find a profile's link and write all of it.
+template <typename InLibrary, typename InModel>
+void callWithLink(TwinWorlds &worlds, int profile, const char *name, InLibrary in_library, InModel in_model) {
+  ShareLinkInfo library = linkOf(profile);
   ShareLinkInfo model = library;
-  worlds.call("vl_get_share_link", library.profile);
-  worlds.returned(vl_get_share_link(&library), worlds.world.vl_get_share_link(&model));
+  worlds.call(name, profile);
+  worlds.returned(in_library(&library), (worlds.world.*in_model)(&model));
   worlds.wroteRecord(library, model);
 }
 
+void read(TwinWorlds &worlds, Choices &choose) {
+  callWithLink(worlds, choose.profile(), "vl_get_share_link", vl_get_share_link, &World::vl_get_share_link);
+}
+
 void renew(TwinWorlds &worlds, Choices &choose) {
-  ShareLinkInfo library = linkOf(choose.profile());
-  ShareLinkInfo model = library;
-  worlds.call("vl_renew_share_link", library.profile);
-  worlds.returned(vl_renew_share_link(&library), worlds.world.vl_renew_share_link(&model));
-  worlds.wroteRecord(library, model);
+  callWithLink(worlds, choose.profile(), "vl_renew_share_link", vl_renew_share_link, &World::vl_renew_share_link);
 }
 
 void remove(TwinWorlds &worlds, Choices &choose) {
