@@ -24,11 +24,16 @@ def output(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
 
-def dynamic_symbols(library, kind):
-    """Names in the dynamic symbol table, without versions."""
+def versioned_symbols(library, kind):
+    """Names in the dynamic symbol table with their versions, as nm shows them: name@@VERSION is the default one."""
     lines = output("nm", "--dynamic", f"--{kind}-only", "--portability", library).splitlines()
     symbols = (line.split() for line in lines)
-    return {symbol[0].split("@")[0] for symbol in symbols if symbol[1] != "A"}
+    return {symbol[0] for symbol in symbols if symbol[1] != "A"}
+
+
+def dynamic_symbols(library, kind):
+    """The same without versions."""
+    return {symbol.split("@")[0] for symbol in versioned_symbols(library, kind)}
 
 
 def dynamic_entries(library, tag):
@@ -37,10 +42,15 @@ def dynamic_entries(library, tag):
     return re.findall(rf"\({tag}\).*\[(.*)\]", entries)
 
 
+def version_nodes(version_script):
+    """Each node of the version script, with the names that it exports."""
+    text = re.sub(r"/\*.*?\*/", "", pathlib.Path(version_script).read_text(), flags=re.DOTALL)
+    nodes = re.findall(r"^(\S+) {(.*?)^}", text, flags=re.DOTALL | re.MULTILINE)
+    return {node: set(re.findall(r"(\w+);", body.split("local:")[0])) for node, body in nodes}
+
+
 def listed_exports(version_script):
-    with open(version_script, encoding="utf-8") as script:
-        text = re.sub(r"/\*.*?\*/", "", script.read(), flags=re.DOTALL)
-    return set(re.findall(r"(\w+);", text.split("global:")[1].split("local:")[0]))
+    return set().union(*version_nodes(version_script).values())
 
 
 def expect_equal(actual, expected):
@@ -55,6 +65,12 @@ def expect_equal(actual, expected):
 def check_exports(library, version_script):
     """The exported symbols are exactly those that the version script lists."""
     expect_equal(dynamic_symbols(library, "defined"), listed_exports(version_script))
+
+
+def check_versions(library, version_script):
+    """Each exported symbol has the version of its node, and no other."""
+    listed = {f"{name}@@{node}" for node, names in version_nodes(version_script).items() for name in names}
+    expect_equal(versioned_symbols(library, "defined"), listed)
 
 
 def check_declarations(_, version_script):

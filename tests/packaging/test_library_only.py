@@ -44,7 +44,7 @@ def built(request: pytest.FixtureRequest, bare_machine: BareMachine, tmp_path_fa
     return build
 
 
-@pytest.mark.parametrize("property", ["exports", "soname", "needed_libraries", "heap", "relocations"])
+@pytest.mark.parametrize("property", ["exports", "versions", "soname", "needed_libraries", "heap", "relocations"])
 def test_every_compiler_makes_the_library_that_the_whole_tree_makes(built: Path, property: str) -> None:
     check = [sys.executable, REPOSITORY / "tests/abi/library_file.py", property]
     assert subprocess.run([*check, built / "libusbdevlib.so", REPOSITORY / "src/libusbdevlib.map"]).returncode == 0

@@ -13,9 +13,15 @@ Names exportedNames() {
   std::ifstream list(EXPORTS);
   Names names;
   std::string word;
-  while (list >> word && word != "global:") continue;
-  while (list >> word && word != "local:") {
-    if (word.back() == ';') names.insert(word.substr(0, word.size() - 1));
+  bool exported = false;
+  while (list >> word) {
+    if (word == "global:") {
+      exported = true;
+    } else if (word == "local:" || word.front() == '}') {
+      exported = false;
+    } else if (exported && word.back() == ';') {
+      names.insert(word.substr(0, word.size() - 1));
+    }
   }
   return names;
 }
