@@ -1,7 +1,8 @@
 /* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
  * SPDX-License-Identifier: Apache-2.0 */
 
-/*
+/**
+ * @file
  * What the settings pages show of the host, and the time-out counters.
  *
  * <usbdev/usbdev.h> explains the terms of the comments.
@@ -16,40 +17,68 @@ extern "C" {
 #endif
 #pragma GCC visibility push(default)
 
-/* --- host information: takes no lock --- */
+/** @name Host information: takes no lock
+ * @{ */
 
-/*
- * Reads the TCP port of the host's web pages. port (out): untouched when it is not set, which is a success. Fails when
- * the system configuration cannot be opened, and when the search reaches the section "[NTP]" or a line that is not a
- * setting; in these two cases its file stays open.
+/**
+ * Reads the TCP port of the host's web pages. Fails when the system configuration cannot be opened, and when the search
+ * reaches the section "[NTP]" or a line that is not a setting; in these two cases its file stays open.
+ *
+ * @param[out] port untouched when it is not set, which is a success
  */
 int vl_get_nas_HTTPport(int *port);
 
-/* Reads the version of the host's system, with the results of vl_get_nas_HTTPport. version (out): 256 bytes. */
+/**
+ * Reads the version of the host's system, with the results of vl_get_nas_HTTPport().
+ *
+ * @param[out] version 256 bytes
+ */
 int vl_get_nas_version(char *version);
 
-/*
+/**
  * Reads what the host's package registry stores about an application package. Runs commands: "/sbin/readcfg".
- * package (in): its name. info (out): enabled is always set, a text only when the registry has it. Returns 0.
+ *
+ * @param[in] package its name
+ * @param[out] info enabled is always set, a text only when the registry has it
+ * @return 0
  */
 int vl_get_bndl_info(const char *package, BndlInfo *info);
 
-/* --- time-out counters in shared memory: take no lock, run nothing --- */
+/** @} */
 
-/*
- * Finds or creates the shared-memory segment of the time-out counters: four 32-bit counters, key 1519. Returns its id,
- * or -1.
+/** @name Time-out counters in shared memory: take no lock, run nothing
+ * @{ */
+
+/**
+ * Finds or creates the shared-memory segment of the time-out counters: four 32-bit counters, key 1519.
+ *
+ * @return its id, or -1
  */
 int vl_create_log_shm(void);
 
-/* Attaches the segment; the caller detaches it. id (in). Returns its address, or null. */
+/**
+ * Attaches the segment; the caller detaches it.
+ *
+ * @param[in] id
+ * @return its address, or null
+ */
 void *vl_attach_log_shm(int id);
 
-/* Sets the counters to zero. address (in/out): 16 bytes; the address that vl_attach_log_shm returned. */
+/**
+ * Sets the counters to zero.
+ *
+ * @param[in,out] address 16 bytes; the address that vl_attach_log_shm() returned
+ */
 void vl_log_shm_init(void *address);
 
-/* Adds one to a counter. index (in): 0 to 3. If two processes add at the same time, one count may be lost. */
+/**
+ * Adds one to a counter. If two processes add at the same time, one count may be lost.
+ *
+ * @param[in] index 0 to 3
+ */
 int vl_add_shm_timeout_log(int index);
+
+/** @} */
 
 #pragma GCC visibility pop
 #ifdef __cplusplus

@@ -1,7 +1,8 @@
 /* SPDX-FileCopyrightText: 2026 The libusbdevlib authors
  * SPDX-License-Identifier: Apache-2.0 */
 
-/*
+/**
+ * @file
  * The whole interface of libusbdevlib: the device and settings layer of a USB camera application on a storage host.
  *
  * The library starts no threads and keeps no state of its own except one lock; it stores everything in the host's

@@ -23,6 +23,8 @@ test_packages='
 coverage_packages='gcovr'
 bench_packages='gnuplot-nox'
 fuzz_packages='clang libclang-rt-dev llvm python3-tornado'
+# For the manual and the tests of the documents.
+manual_packages='doxygen'
 check_packages='clang clang-format clang-tidy shellcheck reuse'
 
 package_log=build/packages.log

@@ -40,7 +40,7 @@ void gather(const std::string &header, std::map<std::string, Words> &all) {
     const std::string comment = asOneLine(header.substr(begin, end - begin));
     begin = end + 2;
     const std::string name = declaredName(header.substr(begin, header.find("/*", begin) - begin));
-    if (comment.rfind("/* ---", 0) == 0) heading = comment;
+    if (comment.rfind("/** @name ", 0) == 0) heading = comment;
     if (!name.empty()) all[name] = {heading, comment};
   }
 }
