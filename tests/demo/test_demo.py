@@ -17,7 +17,7 @@ END = re.compile(r"Watch it at (http://127\.0\.0\.1:\d+/share\?\S+) ;")
 
 
 def test_everything_is_as_it_should_be_and_a_browser_outside_reaches_the_share_page() -> None:
-    command = [DEMO, os.environ["USBDEV_BUILD_DIR"], "--browser"]
+    command = [DEMO, "--browser"]
     with subprocess.Popen(command, stdout=subprocess.PIPE, text=True, start_new_session=True) as demo:
         assert demo.stdout is not None
         link = next(filter(None, map(END.match, demo.stdout)), None)

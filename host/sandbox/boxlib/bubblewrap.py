@@ -11,7 +11,8 @@ import subprocess
 from pathlib import Path
 
 from boxlib.errors import SandboxError
-from boxlib.programs import HOST_BIN, HOST_SBIN, REPOSITORY, Programs
+from boxlib.layout import ROOT
+from boxlib.programs import HOST_BIN, HOST_SBIN, Programs
 
 NAMESPACES = ["--unshare-ipc", "--unshare-net", "--unshare-pid", "--die-with-parent"]
 PATH = "/usr/sbin:/usr/bin:/sbin:/bin"
@@ -54,8 +55,7 @@ def arguments(state: Path, build: Path, programs: Programs) -> list[str]:
         *_links("/usr/bin", programs.bin),
         *_links("/usr/sbin", programs.sbin),
         *_state_tree(state),
-        *_read_only(REPOSITORY),
-        *_read_only(build),
+        *_project_tree(build),
         *_figures_file(),
         *["--proc", "/proc", "--ro-bind", str(state / "cpuinfo"), "/proc/cpuinfo"],
         *["--setenv", "PATH", PATH, "--setenv", "HOME", "/tmp", "--setenv", "LD_LIBRARY_PATH", str(build)],
@@ -73,6 +73,11 @@ def _machine_tree() -> list[str]:
     for name in MACHINE_ETC:
         result += ["--ro-bind-try", f"/etc/{name}", f"/etc/{name}"]
     return [*result, "--symlink", "/run", "/var/run", "--symlink", "/run/lock", "/var/lock"]
+
+
+def _project_tree(build: Path) -> list[str]:
+    """What is installed in /usr is shown already."""
+    return [word for path in (ROOT, build) if not path.is_relative_to("/usr") for word in _read_only(path)]
 
 
 def _same(path: Path) -> list[str]:
@@ -109,4 +114,4 @@ def _state_tree(state: Path) -> list[str]:
 
 def _folder_to_start_in(build: Path) -> str:
     here = Path.cwd()
-    return str(here) if any(here.is_relative_to(shown) for shown in (REPOSITORY, build)) else "/"
+    return str(here) if any(here.is_relative_to(shown) for shown in (ROOT, build)) else "/"

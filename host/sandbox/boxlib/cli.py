@@ -17,7 +17,8 @@ from pathlib import Path
 
 from boxlib import bubblewrap, state
 from boxlib.errors import SandboxError
-from boxlib.programs import REPOSITORY, Programs
+from boxlib.layout import BUILT, HOST
+from boxlib.programs import Programs
 from boxlib.reboot import add_changes, reboot_here
 from simlib.errors import SimError
 
@@ -26,7 +27,7 @@ HOSTS_UMASK = 0o022  # whatever that of the user is
 REFUSED = 1
 # Runs the command through a shell, which prints a message and returns a status if it cannot be found.
 STARTER = ["/bin/sh", "-c", 'exec "$@"', "sandbox"]
-WITH_SERVICES = [str(REPOSITORY / "host/services/with-services"), "--", *STARTER]
+WITH_SERVICES = [str(HOST / "services/with-services"), "--", *STARTER]
 
 
 def main(arguments: list[str]) -> int:
@@ -99,7 +100,7 @@ def _pass_on_signals(process: subprocess.Popen[bytes]) -> None:
 
 
 def _parser() -> argparse.ArgumentParser:
-    parser = argparse.ArgumentParser(prog="sandbox", description="A sandboxed host with simulated cameras.")
+    parser = argparse.ArgumentParser(description="A sandboxed host with simulated cameras.")
     commands = parser.add_subparsers(required=True, metavar="run | reboot")
     run = commands.add_parser("run", help="run a command on the host")
     run.add_argument("--state", metavar="DIR", help="keep the host's files in DIR (default: remove them at the end)")
@@ -112,7 +113,6 @@ def _parser() -> argparse.ArgumentParser:
     reboot.add_argument("--state", metavar="DIR", help="the host in this folder (default: the one that this runs on)")
     add_changes(reboot)
     reboot.set_defaults(run=_reboot)
-    default_build = REPOSITORY / "build/release"
     for command in (run, reboot):
-        command.add_argument("--build", metavar="DIR", default=default_build, help="default: build/release")
+        command.add_argument("--build", metavar="DIR", default=BUILT, help=f"default: {BUILT}")
     return parser

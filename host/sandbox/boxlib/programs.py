@@ -8,12 +8,13 @@ from __future__ import annotations
 from collections.abc import Iterator
 from pathlib import Path
 
-REPOSITORY = Path(__file__).resolve().parent.parent.parent.parent
-SIM = REPOSITORY / "host/sim/bin"
-OWN = REPOSITORY / "host/sandbox/bin"
-SANDBOX = REPOSITORY / "host/sandbox/sandbox"
-SERVICES = REPOSITORY / "host/services"
-SHARE = REPOSITORY / "host/share"
+from boxlib.layout import HOST
+
+SIM = HOST / "sim/bin"
+OWN = HOST / "sandbox/bin"
+SANDBOX = HOST / "sandbox/sandbox"
+SERVICES = HOST / "services"
+SHARE = HOST / "share"
 HOST_BIN = "/usr/host-bin"
 HOST_SBIN = "/usr/host-sbin"
 
@@ -45,14 +46,8 @@ class Programs:
 
     def _built(self, names: tuple[str, ...]) -> Iterator[tuple[str, Path]]:
         for name in names:
-            path = self._find(name)
-            if path is None:
-                self.missing.append(name)
-            else:
+            path = self._build / name
+            if path.is_file():
                 yield name, path
-
-    def _find(self, name: str) -> Path | None:
-        """Searches the top of the build folder and the folders of host/ and tools/."""
-        patterns = (name, f"host/tools/{name}", f"host/tools/*/{name}", f"tools/{name}/{name}")
-        found = (path for pattern in patterns for path in self._build.glob(pattern) if path.is_file())
-        return next(found, None)
+            else:
+                self.missing.append(name)

@@ -47,7 +47,7 @@ class Stream:
 
 class Library:
     def __init__(self) -> None:
-        self._calls = ctypes.CDLL("libusbdevlib.so")
+        self._calls = ctypes.CDLL("libusbdevlib.so.1")
 
     def stream(self, profile: int) -> Stream | None:
         """Returns what the profile has to stream now; None if it has no camera, or one that is unplugged, waits or is off."""

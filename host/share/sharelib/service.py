@@ -101,7 +101,7 @@ def application(library: Library) -> Application:
 
 
 async def serve(address: str) -> None:
-    library = Library(ctypes.CDLL("libusbdevlib.so"))
+    library = Library(ctypes.CDLL("libusbdevlib.so.1"))
     port = library.web_port() or DEFAULT_PORT
     server = Server(
         application(library),
@@ -119,5 +119,5 @@ def main(arguments: list[str]) -> int:
     parser.add_argument("--address", metavar="IP", default="127.0.0.1", help="address to serve (default: 127.0.0.1)")
     options = parser.parse_args(arguments)
     if not (PLAYER / "hls.min.js").exists():
-        lifecycle.say("the player is missing, so that browsers cannot show streams: run host/share/install-player")
+        lifecycle.say("the player is missing, so that browsers cannot show streams: run host/share/install-player in the repository")
     return lifecycle.run(serve(options.address))

@@ -1,0 +1,29 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+# Installs the reference host. Its scripts and data keep their places to each other. What is compiled is in a folder of its
+# own, where no other program finds the libraries; the link "built" leads to it, as in the repository
+# (host/sandbox/boxlib/layout.py).
+set(host ${CMAKE_INSTALL_DATADIR}/usbdev-host)
+set(built ${CMAKE_INSTALL_LIBDIR}/usbdev-host)
+
+foreach(part demo sandbox services share sim)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/host/${part} DESTINATION ${host} USE_SOURCE_PERMISSIONS
+    PATTERN __pycache__ EXCLUDE
+    PATTERN node_modules EXCLUDE
+    REGEX "share/(CMakeLists.txt|install-player|package.*json|[.]gitignore)$" EXCLUDE
+  )
+endforeach()
+# Without a network there is no player; the page then says so when it starts.
+set(player node_modules/hls.js/dist)
+install(FILES ${PROJECT_SOURCE_DIR}/host/share/${player}/hls.min.js DESTINATION ${host}/share/${player} OPTIONAL)
+
+install(TARGETS vlxmlcfg vllog alsa_ctl orda_exec LIBRARY DESTINATION ${built})
+install(TARGETS readcfg gpuinfo_app RUNTIME DESTINATION ${built})
+install(PROGRAMS ${PROJECT_BINARY_DIR}/hwinfo_app DESTINATION ${built})
+
+install_link(${host}/built ${built})
+install_link(${built}/usbdevctl ${CMAKE_INSTALL_BINDIR}/usbdevctl)
+install_link(${built}/libusbdevlib.so.${PROJECT_VERSION_MAJOR} ${CMAKE_INSTALL_LIBDIR}/libusbdevlib.so.${PROJECT_VERSION_MAJOR})
+install_link(${CMAKE_INSTALL_BINDIR}/usbdev-sandbox ${host}/sandbox/sandbox)
+install_link(${CMAKE_INSTALL_BINDIR}/usbdev-demo ${host}/demo/demo)
