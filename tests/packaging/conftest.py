@@ -6,6 +6,7 @@
 from __future__ import annotations
 
 import os
+import re
 import shutil
 import subprocess
 from pathlib import Path
@@ -14,6 +15,9 @@ import pytest
 
 REPOSITORY = Path(__file__).resolve().parent.parent.parent
 BUILD = Path(os.environ["USBDEV_BUILD_DIR"])
+STATED = re.search(r"VERSION (\d+\.\d+\.\d+) ", (REPOSITORY / "CMakeLists.txt").read_text())
+assert STATED is not None
+VERSION = STATED[1]
 PROGRAMS = "sh cmake ninja gcc g++ clang clang++ musl-gcc as ld ar nm ranlib objcopy objdump readelf strip"
 
 

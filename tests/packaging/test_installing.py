@@ -12,7 +12,7 @@ from pathlib import Path
 from typing import NamedTuple
 
 import pytest
-from conftest import BUILD, BareMachine, passed
+from conftest import BUILD, VERSION, BareMachine, passed
 
 PROGRAM = """
 #include <stdio.h>
@@ -29,6 +29,7 @@ PROJECT = """
 cmake_minimum_required(VERSION 3.18)
 project(consumer C CXX)
 find_package(usbdevlib 1.0 REQUIRED)
+message("found version ${usbdevlib_VERSION}")
 foreach(language c cpp)
   add_executable(in_${language} program.${language})
   target_link_libraries(in_${language} usbdevlib::usbdevlib)
@@ -77,9 +78,10 @@ def installed(
     return Path(prefix), Path(prefix) / libraries
 
 
-def pkg_config(libraries: Path, **environment: str) -> list[str]:
+def pkg_config(libraries: Path, *questions: str, **environment: str) -> list[str]:
     """What pkg-config prints about the library that is installed in the folder."""
-    found = subprocess.run(["pkg-config", "--cflags", "--libs", "usbdevlib"], check=True, capture_output=True, text=True,
+    asked = questions or ("--cflags", "--libs")
+    found = subprocess.run(["pkg-config", *asked, "usbdevlib"], check=True, capture_output=True, text=True,
                            env=os.environ | {"PKG_CONFIG_LIBDIR": f"{libraries}/pkgconfig"} | environment)
     return shlex.split(found.stdout)
 
@@ -97,6 +99,7 @@ def test_pkg_config_finds_it(installed: tuple[Path, Path], tmp_path: Path, langu
     source.write_text(PROGRAM)
     subprocess.run([COMPILERS[language], source, "-o", program, *pkg_config(libraries)], check=True)
     assert output(program, libraries) == "found\n"
+    assert pkg_config(libraries, "--modversion") == [VERSION]
 
 
 def test_cmake_finds_it(bare_machine: BareMachine, installed: tuple[Path, Path], tmp_path: Path) -> None:
@@ -104,8 +107,9 @@ def test_cmake_finds_it(bare_machine: BareMachine, installed: tuple[Path, Path],
     (tmp_path / "CMakeLists.txt").write_text(PROJECT)
     for language in COMPILERS:
         (tmp_path / f"program.{language}").write_text(PROGRAM)
-    assert passed(bare_machine.run("cmake", "-S", tmp_path, "-B", tmp_path / "build", "-G", "Ninja",
-                                   f"-DCMAKE_PREFIX_PATH={prefix};{libraries}/cmake/usbdevlib"))
+    configured = bare_machine.run("cmake", "-S", tmp_path, "-B", tmp_path / "build", "-G", "Ninja",
+                                  f"-DCMAKE_PREFIX_PATH={prefix};{libraries}/cmake/usbdevlib")
+    assert passed(configured) and f"found version {VERSION}\n" in configured.stdout
     assert passed(bare_machine.run("cmake", "--build", tmp_path / "build"))
     assert [output(tmp_path / f"build/in_{language}", libraries) for language in COMPILERS] == ["found\n"] * 2
 
