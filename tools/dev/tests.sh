@@ -71,6 +71,14 @@ run_matching_tests() {
   sum_up
 }
 
+# Runs the tests that call the library on another architecture, in an emulator.
+run_tests_on() {
+  is_foreign "$1" || { echo "dev: '$1' is not an architecture; there are armhf and arm64" >&2; exit 2; }
+  build "$1" tests/abi/all tests/contract/all tests/unit/all
+  run_tests "$1" --tests-regex '^(abi|contract|unit)_'
+  sum_up
+}
+
 # The tests labelled "torture" do more, and write their figures, when this variable names a file for them.
 torture() {
   build release
