@@ -18,7 +18,7 @@ host_packages='
 command -v npm >/dev/null || host_packages="$host_packages npm"
 test_packages='
   python3-pytest python3-selenium chromium chromium-driver curl strace zsh fish clang musl-tools
-  python3-clang abigail-tools
+  python3-clang abigail-tools python3-license-expression
 '
 coverage_packages='gcovr'
 bench_packages='gnuplot-nox'
