@@ -24,7 +24,7 @@ coverage_packages='gcovr'
 bench_packages='gnuplot-nox'
 fuzz_packages='clang libclang-rt-dev llvm python3-tornado'
 # For the manual and the tests of the documents.
-manual_packages='doxygen'
+manual_packages='doxygen pandoc man-db groff mandoc'
 check_packages='clang clang-format clang-tidy shellcheck reuse'
 
 package_log=build/packages.log
