@@ -39,6 +39,12 @@ def test_a_camera_is_plugged_in_and_the_services_run(prefix: Path) -> None:
     assert "3-1" in printed and "manager-service.log" in printed
 
 
+def test_the_python_package_is_found_on_the_host(prefix: Path) -> None:
+    script = "import usbdev; print(usbdev.core.trim(' found '))"
+    assert (prefix / "lib/python3/dist-packages/usbdev/py.typed").exists()
+    assert on_host(prefix, f'/usr/bin/python3 -IB -c "{script}"') == "found\n"
+
+
 def test_the_libraries_of_the_host_are_found_on_the_host_only(prefix: Path) -> None:
     outside = subprocess.run(["ldd", prefix / "bin/usbdevctl"], capture_output=True, text=True, check=True).stdout
     missing = {line.split()[0] for line in outside.splitlines() if "not found" in line}

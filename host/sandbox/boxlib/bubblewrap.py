@@ -8,6 +8,7 @@ from __future__ import annotations
 import os
 import shutil
 import subprocess
+import sysconfig
 from pathlib import Path
 
 from boxlib.errors import SandboxError
@@ -56,6 +57,7 @@ def arguments(state: Path, build: Path, programs: Programs) -> list[str]:
         *_links("/usr/sbin", programs.sbin),
         *_state_tree(state),
         *_project_tree(build),
+        *_python_package(build),
         *_figures_file(),
         *["--proc", "/proc", "--ro-bind", str(state / "cpuinfo"), "/proc/cpuinfo"],
         *["--setenv", "PATH", PATH, "--setenv", "HOME", "/tmp", "--setenv", "LD_LIBRARY_PATH", str(build)],
@@ -88,6 +90,12 @@ def _same(path: Path) -> list[str]:
 
 def _read_only(path: Path) -> list[str]:
     return ["--ro-bind", str(path), str(path)]
+
+
+def _python_package(build: Path) -> list[str]:
+    """The build's Python package, where Python looks for what a machine's administrator installs."""
+    folder = (build / "python").resolve()
+    return ["--ro-bind", str(folder), sysconfig.get_path("purelib", "posix_local")] if folder.is_dir() else []
 
 
 def _figures_file() -> list[str]:
