@@ -40,9 +40,11 @@ void startPython() {
   const PyStatus status = Py_InitializeFromConfig(&config);
   PyConfig_Clear(&config);
   fuzz::expect(PyStatus_Exception(status) == 0, "Python starts");
-  PyObject *folder = PyUnicode_FromString(FUZZ_FOLDER);
-  PyList_Insert(PySys_GetObject("path"), 0, folder);
-  Py_DECREF(folder);
+  for (const char *path : {FUZZ_FOLDER, PYTHON_FOLDER}) {
+    PyObject *folder = PyUnicode_FromString(path);
+    PyList_Insert(PySys_GetObject("path"), 0, folder);
+    Py_DECREF(folder);
+  }
   PyObject *report = PyFile_FromFd(fuzz::reportDescriptor(), nullptr, "w", 1, nullptr, nullptr, nullptr, 0);
   PySys_SetObject("stderr", report);
   Py_DECREF(report);

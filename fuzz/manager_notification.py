@@ -10,10 +10,11 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "host/services"))
 from managerlib import notification
+from usbdev import Notification
 
 
 def one_input(datagram: bytes) -> str:
     try:
-        return str(notification.decode(datagram))
+        return notification.line(Notification.from_bytes(datagram))
     except ValueError as problem:
         return str(problem)

@@ -18,13 +18,13 @@ sys.path[:0] = [str(HERE.parent / "host/share"), str(HERE.parent / "host/service
 from servicelib.http import Server
 from sharelib import service, streams, verdict
 from sharelib.attempts import Attempts
-from sharelib.library import OPENS, WRONG_TOKEN, Link
+from sharelib.library import Link
 from tornado.iostream import BaseIOStream
+from usbdev import ViewerCode
 
 SSID, TOKEN, PASSWORD = "00004711", "cafe", "open sesame"
 STREAM = "0123456789abcdef0123456789abcdef"  # another link there leads out of the streams
 SECRET = (HERE / "share_files/secret.m3u8").read_bytes()
-UNKNOWN_LINK = 9011
 CONTINUE = 100  # the body may be sent; this has no headers
 STATUSES = {CONTINUE, 200, 206, 304, 400, 404, 405, 413, 416, 429}
 HEAD = re.compile(rb"HTTP/1\.1 (\d{3}) [^\r\n]*\r\n(.*?)\r\n\r\n", re.DOTALL)
@@ -36,8 +36,10 @@ class OneLink:
 
     def open(self, ssid: str, token: str) -> tuple[int, Link | None]:
         if ssid != SSID:
-            return UNKNOWN_LINK, None
-        return (OPENS, Link("Door", STREAM, PASSWORD.encode())) if token == TOKEN else (WRONG_TOKEN, None)
+            return ViewerCode.UNKNOWN_SHARE_ID, None
+        if token != TOKEN:
+            return ViewerCode.WRONG_TOKEN, None
+        return ViewerCode.OPENS, Link("Door", STREAM, PASSWORD.encode())
 
 
 class Visit(BaseIOStream):

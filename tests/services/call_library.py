@@ -3,10 +3,10 @@
 
 """Calls a function of the library whose arguments are texts, and prints its result: call_library.py FUNCTION TEXT..."""
 
-import ctypes
 import os
 import sys
 
+from usbdev._library import ask
+
 function, *texts = sys.argv[1:]
-result = getattr(ctypes.CDLL("libusbdevlib.so"), function)(*map(os.fsencode, texts))
-print(result)
+print(ask(function, *map(os.fsencode, texts)))

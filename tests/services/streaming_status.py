@@ -3,13 +3,11 @@
 
 """Prints what the library sees of a profile's stream: streaming_status.py PROFILE NODE"""
 
-import ctypes
 import sys
 
+from usbdev import Codec, web
+
 profile, node = map(int, sys.argv[1:])
-library = ctypes.CDLL("libusbdevlib.so")
-playlist = ctypes.c_int(-1)
-library.vl_get_hls_status(profile, ctypes.byref(playlist))
-sources = {"v4l2_read": 1, "HDpipe": 0}
-running = [name for name, kind in sources.items() if library.vl_SourcerStreamingProcess(node, kind) == 1]
-print("playlist" if playlist.value else "no playlist", *running)
+sources = {"v4l2_read": Codec.MJPEG, "HDpipe": Codec.H264}
+running = [name for name, codec in sources.items() if web.is_read(node, codec)]
+print("playlist" if web.has_playlist(profile) else "no playlist", *running)

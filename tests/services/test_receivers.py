@@ -11,6 +11,7 @@ import pytest
 from conftest import RunOnHost
 from managerlib import notification
 from streaminglib import message
+from usbdev import Notification
 
 MAGIC = b"ORDA_VLM2_CFCG_N"
 PYTHON = '/usr/bin/python3 -c "import socket\n'
@@ -41,13 +42,13 @@ def datagram(*numbers: int, header: bytes = bytes(16)) -> bytes:
     ],
 )
 def test_a_notification_is_printed_field_by_field(data: bytes, line: str) -> None:
-    assert str(notification.decode(data)) == line
+    assert notification.line(Notification.from_bytes(data)) == line
 
 
 @pytest.mark.parametrize("data", [b"", datagram(0, 0, 0, 0, 0, 0)[:-1], datagram(0, 0, 0, 0, 0, 0) + b"x", bytes(56)])
 def test_a_datagram_that_is_not_a_notification_is_refused(data: bytes) -> None:
     with pytest.raises(ValueError, match="bytes, not 56|begin with ORDA_VLM2_CFCG_N"):
-        notification.decode(data)
+        Notification.from_bytes(data)
 
 
 def test_a_signal_is_shown_byte_by_byte() -> None:

@@ -1,34 +1,16 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""Calls the library as the manager of a real host does."""
+"""What the manager asks the library, and reports to it."""
 
 from __future__ import annotations
 
-import ctypes
-from ctypes import c_char, c_float, c_int, c_ubyte
 from dataclasses import dataclass
 
-WITH_VIDEO = (2, 3)  # stream types
-MJPEG = 1
+from servicelib.lifecycle import say
+from usbdev import Codec, StreamType, UsbdevError, profiles, web
 
-
-class StreamInfo(ctypes.Structure):
-    """_streaminfo of include/usbdev/records.h."""
-
-    _fields_ = [
-        ("header", c_ubyte * 16),
-        *((name, c_int) for name in ("channel", "stream_type", "slot_switch", "vnode", "vprofile", "vcodec", "venable")),
-        *((name, c_int) for name in ("spsstate", "width", "height")),
-        ("framerate", c_float),
-        ("reserved1", c_int),
-        ("fetype", c_char * 16),
-        *((name, c_int) for name in ("anode", "aprofile", "acodec", "aenable", "samplerate", "channelno", "bitrate")),
-        *((name, c_int) for name in ("volume", "osdenable")),
-        ("reserved2", c_int * 3),
-        *((name, c_int) for name in ("flip", "mirror", "ldspoutput")),
-        ("vtag", c_char * 16),
-    ]
+WITH_VIDEO = (StreamType.VIDEO, StreamType.BOTH)
 
 
 @dataclass(frozen=True)
@@ -46,15 +28,19 @@ class Stream:
 
 
 class Library:
-    def __init__(self) -> None:
-        self._calls = ctypes.CDLL("libusbdevlib.so.1")
-
     def stream(self, profile: int) -> Stream | None:
         """Returns what the profile has to stream now; None if it has no camera, or one that is unplugged, waits or is off."""
-        info = StreamInfo()
-        if self._calls.vl_get_stream_info(profile, ctypes.byref(info)) != 0 or info.stream_type not in WITH_VIDEO:
+        try:
+            info = profiles.stream_info(profile)
+        except UsbdevError:
             return None
-        return Stream(info.vnode, info.vcodec == MJPEG, info.width, info.height, info.framerate)
+        if info.stream_type not in WITH_VIDEO:
+            return None
+        return Stream(info.vnode, info.vcodec == Codec.MJPEG, info.width, info.height, info.framerate)
 
     def tell_available(self, profile: int, available: bool) -> None:
-        self._calls.mn_update_pfstate(profile, int(available))
+        """Stores whether a stream is available; the manager continues without if that cannot be stored."""
+        try:
+            web.set_stream_available(profile, int(available))
+        except UsbdevError as problem:
+            say(f"the state of profile {profile} was not stored: {problem}")

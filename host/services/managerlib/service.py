@@ -9,6 +9,7 @@ import argparse
 import asyncio
 
 from servicelib import lifecycle
+from usbdev import Notification
 
 from managerlib import notification
 from managerlib.library import Library
@@ -25,7 +26,7 @@ class Receiver(asyncio.DatagramProtocol):
 
     def datagram_received(self, data: bytes, addr: tuple[str, int]) -> None:
         try:
-            print(notification.decode(data), flush=True)
+            print(notification.line(Notification.from_bytes(data)), flush=True)
             self._streams.look_again()
         except ValueError as problem:
             lifecycle.say(f"refused a datagram: {problem}")

@@ -7,7 +7,6 @@ from __future__ import annotations
 
 import argparse
 import asyncio
-import ctypes
 import json
 import sys
 from pathlib import Path
@@ -101,7 +100,7 @@ def application(library: Library) -> Application:
 
 
 async def serve(address: str) -> None:
-    library = Library(ctypes.CDLL("libusbdevlib.so.1"))
+    library = Library()
     port = library.web_port() or DEFAULT_PORT
     server = Server(
         application(library),

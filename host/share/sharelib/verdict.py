@@ -9,23 +9,25 @@ import hmac
 from dataclasses import dataclass
 from typing import Protocol
 
-from sharelib.library import WRONG_TOKEN, Link
+from usbdev import ViewerCode
+
+from sharelib.library import Link
 
 INCOMPLETE = "This link is incomplete; it was probably cut when it was copied."
 PASSWORD_NEEDED = "This link is protected by a password."
 PASSWORD_WRONG = "This is not the password."
 PAUSE = "There were too many wrong attempts."
-FINAL_REASONS = {
-    9000: "This link is no longer valid; ask for the new one.",
-    9011: "This link is unknown; it was renewed or removed.",
+FINAL_REASONS: dict[int, str] = {
+    ViewerCode.WRONG_TOKEN: "This link is no longer valid; ask for the new one.",
+    ViewerCode.UNKNOWN_SHARE_ID: "This link is unknown; it was renewed or removed.",
 }
-PASSING_REASONS = {
-    9001: "The camera is not plugged in.",
-    9003: "The camera gives no picture at the moment.",
-    9004: "There is sound here, but no picture to show.",
-    9007: "The camera has to wait for another one, or cannot be used on this host.",
-    9009: "The camera's port is switched off.",
-    9010: "This camera is not shared at the moment.",
+PASSING_REASONS: dict[int, str] = {
+    ViewerCode.NOT_ATTACHED: "The camera is not plugged in.",
+    ViewerCode.NO_VIDEO: "The camera gives no picture at the moment.",
+    ViewerCode.SOUND_ONLY: "There is sound here, but no picture to show.",
+    ViewerCode.WAITS: "The camera has to wait for another one, or cannot be used on this host.",
+    ViewerCode.PORT_OFF: "The camera's port is switched off.",
+    ViewerCode.NOT_SHARED: "This camera is not shared at the moment.",
 }
 
 
@@ -51,7 +53,7 @@ def judge(links: Links, ssid: str, token: str, password: str) -> Verdict:
         return _opened(link, password)
     if code in PASSING_REASONS:
         return _told("waits", PASSING_REASONS[code])
-    return _told("refused", FINAL_REASONS[code], is_wrong=code == WRONG_TOKEN)
+    return _told("refused", FINAL_REASONS[code], is_wrong=code == ViewerCode.WRONG_TOKEN)
 
 
 def paused(seconds: int) -> Verdict:

@@ -17,10 +17,11 @@ from unittest.mock import patch
 import pytest
 from conftest import APPLICATION, CONFIGURATION, STREAM, SharePage, share, store
 from requests_to_page import request
-from sharelib.library import OPENS, WRONG_TOKEN, Library
+from sharelib.library import Library
 from sharelib.streams import ROUTE, StreamFile
 from tornado.testing import AsyncHTTPTestCase
 from tornado.web import Application
+from usbdev import ShareLink, ViewerCode, web
 
 HASH = "0123456789abcdef0123456789abcdef"
 LINK = {
@@ -96,20 +97,10 @@ def test_half_a_link_opens_nothing(missing: str) -> None:
     assert ask(**half) == refusal("This link is incomplete; it was probably cut when it was copied.")
 
 
-class RenewedMeanwhile:
-    """The library, when a link is renewed between the two questions about it."""
-
-    def vl_ssid_auth(self, ssid: bytes, token: bytes, profile: Any, code: Any) -> int:
-        profile._obj.value, code._obj.value = 0, OPENS
-        return 0
-
-    def vl_get_share_link(self, info: Any) -> int:
-        info._obj.ssid, info._obj.token, info._obj.hash_string = b"00004711", b"beef", HASH.encode()
-        return 0
-
-
-def test_a_link_renewed_while_it_is_asked_about_gives_nothing_away() -> None:
-    assert Library(RenewedMeanwhile()).open("00004711", "cafe") == (WRONG_TOKEN, None)
+def test_a_link_renewed_while_it_is_asked_about_gives_nothing_away(monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setattr(web, "opened_profile", lambda *_: 0)
+    monkeypatch.setattr(web, "share_link", lambda _: ShareLink(0, ssid="00004711", token="beef", hash_string=HASH))
+    assert Library().open("00004711", "cafe") == (ViewerCode.WRONG_TOKEN, None)
 
 
 def test_a_protected_link_asks_for_its_password() -> None:

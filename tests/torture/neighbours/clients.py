@@ -16,8 +16,9 @@ from unittest.mock import call, patch
 
 from row import Outcome, Row
 from sharelib import verdict
-from sharelib.library import OPENS, Link
+from sharelib.library import Link
 from thoroughness import times
+from usbdev import ViewerCode
 from visiting import (
     HASH, PASSWORD, QUESTION, SSID, STREAM, TOKEN, Visit, again, asks, connect, crowd, everything, gets, head,
     never_ends, posts, sends,
@@ -116,7 +117,7 @@ class _Link:
     """The library, for which every share id and token opens the link with the password."""
 
     def open(self, ssid: str, token: str) -> tuple[int, Link]:
-        return OPENS, Link("Camera", HASH, PASSWORD.encode())
+        return ViewerCode.OPENS, Link("Camera", HASH, PASSWORD.encode())
 
 
 def measures_time(address: str) -> bytes:
