@@ -44,7 +44,8 @@ int mn_set_usbdev_hotplug(_usbdev_des *device, int *profile, char *devname, int 
  * @{ */
 
 /**
- * Updates the file at start-up from the attached devices: check_halvane(), then mn_sync_usbdev_conf().
+ * Updates the file at start-up from the attached devices: check_halvane(), then mn_sync_usbdev_conf(). Holds the lock
+ * while some of the commands run.
  *
  * @return 0
  */
@@ -58,7 +59,7 @@ int check_halvane(void);
 
 /**
  * Finds the attached devices, updates the channels that know them, handles all others as newly plugged in, and creates
- * the links of the streams again.
+ * the links of the streams again. Holds the lock while some of the commands run.
  *
  * @return 1, or -1 when the file cannot be opened
  */
@@ -77,7 +78,7 @@ int get_conf_chinfo(_usbdev_update *channels, int *conflict_map, int *new_camera
 
 /**
  * Finds the attached sound cards, as get_conf_chinfo() finds cameras. A card gets the name of the camera in its port,
- * if there is one.
+ * if there is one. Holds the lock while the commands run.
  *
  * @param[in,out] channels,conflict_map as for get_conf_chinfo()
  * @param[in,out] new_card_count number of entries in new_cards

@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import shutil
 import subprocess
 import sys
 from pathlib import Path
@@ -54,6 +55,29 @@ def test_nothing_but_the_library_is_installed(built: Path, bare_machine: BareMac
     assert passed(bare_machine.run("cmake", "--install", built, "--prefix", tmp_path))
     libraries = {path.name for path in tmp_path.rglob("*.so*")}
     assert libraries == {"libusbdevlib.so", "libusbdevlib.so.1", f"libusbdevlib.so.{VERSION}"}
+
+
+def installed_library(bare_machine: BareMachine, build: Path, prefix: Path) -> bytes:
+    assert passed(bare_machine.run("cmake", "--install", build, "--prefix", prefix))
+    return (prefix / "lib/libusbdevlib.so").read_bytes()
+
+
+@pytest.mark.parametrize("built", ["gcc"], indirect=True)
+def test_the_same_sources_in_another_folder_make_the_same_bytes(
+    built: Path, bare_machine: BareMachine, tmp_path: Path
+) -> None:
+    tree, build = tmp_path / "a copy of the sources", tmp_path / "build"
+    tree.mkdir()
+    shutil.copy(REPOSITORY / "CMakeLists.txt", tree)
+    for part in ("cmake", "include", "packaging", "platform", "src"):
+        shutil.copytree(REPOSITORY / part, tree / part)
+    c, cxx, _ = COMPILERS["gcc"]
+    assert passed(bare_machine.run("cmake", "-S", tree, "-B", build, "-G", "Ninja", "-DUSBDEV_LIBRARY_ONLY=ON",
+                                   "-DCMAKE_INSTALL_LIBDIR=lib", f"-DCMAKE_C_COMPILER={c}", f"-DCMAKE_CXX_COMPILER={cxx}"))
+    assert passed(bare_machine.run("cmake", "--build", build))
+    assert passed(bare_machine.run("cmake", "-DCMAKE_INSTALL_LIBDIR=lib", built))
+    ours = installed_library(bare_machine, built, tmp_path / "ours")
+    assert installed_library(bare_machine, build, tmp_path / "theirs") == ours
 
 
 def test_the_library_names_no_folder_to_load_the_host_libraries_from(built: Path) -> None:

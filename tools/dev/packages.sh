@@ -18,13 +18,13 @@ host_packages='
 command -v npm >/dev/null || host_packages="$host_packages npm"
 test_packages='
   python3-pytest python3-selenium chromium chromium-driver curl strace zsh fish clang musl-tools
-  python3-clang abigail-tools mypy
+  python3-clang abigail-tools python3-license-expression mypy
 '
 coverage_packages='gcovr'
 bench_packages='gnuplot-nox'
 fuzz_packages='clang libclang-rt-dev llvm python3-tornado'
 # For the manual and the tests of the documents.
-manual_packages='doxygen'
+manual_packages='doxygen pandoc man-db groff mandoc'
 check_packages='clang clang-format clang-tidy shellcheck reuse'
 
 package_log=build/packages.log

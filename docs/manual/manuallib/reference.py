@@ -1,32 +1,28 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""The public headers as doxygen reads them: functions with their texts."""
+"""What the public headers declare and what their comments state."""
 
 from __future__ import annotations
 
 import re
-import subprocess
-import xml.etree.ElementTree as ElementTree
-from collections.abc import Iterator
 from dataclasses import dataclass, field
 from pathlib import Path
 
 REPOSITORY = Path(__file__).resolve().parent.parent.parent.parent
-DOXYFILE = REPOSITORY / "docs/manual/Doxyfile"
 
 
-class Undocumented(Exception):
-    """What doxygen complains about, line by line."""
+def version() -> str:
+    """The one version number of the project."""
+    return re.search(r"project\(usbdevlib VERSION ([\d.]+)", (REPOSITORY / "CMakeLists.txt").read_text())[1]
 
 
-def run_doxygen(output: Path, *settings: str) -> None:
-    """Runs doxygen in the top folder; a warning is an error."""
-    config = "\n".join([DOXYFILE.read_text(), f'OUTPUT_DIRECTORY = "{output}"', *settings])
-    output.mkdir(parents=True, exist_ok=True)
-    done = subprocess.run(["doxygen", "-"], input=config, cwd=REPOSITORY, text=True, capture_output=True)
-    if done.returncode or done.stderr:
-        raise Undocumented(done.stderr)
+def sentences(text: str) -> list[str]:
+    return re.split(r'(?<=\.) (?=[A-Z"])', text) if text else []
+
+
+def spaced(kind: str, name: str) -> str:
+    return f"{kind}{name}" if kind.endswith("*") else f"{kind} {name}"
 
 
 @dataclass
@@ -46,9 +42,9 @@ class Function:
     result_type: str
     arguments: list[tuple[str, str]]
     brief: str
-    paragraphs: list[str] = field(default_factory=list)
-    parameters: list[Parameter] = field(default_factory=list)
-    returns: str = ""
+    paragraphs: list[str]
+    parameters: list[Parameter]
+    returns: str
 
     @property
     def description(self) -> str:
@@ -71,67 +67,52 @@ class Function:
         return bool(stated) and stated[1] == "commands"
 
 
-def spaced(kind: str, name: str) -> str:
-    return f"{kind}{name}" if kind.endswith("*") else f"{kind} {name}"
+@dataclass
+class Variable:
+    """An exported variable, a field of a record, or a constant with its value as the array."""
+
+    name: str
+    header: str
+    kind: str
+    array: str
+    text: str
+
+    @property
+    def declaration(self) -> str:
+        return f"{spaced(self.kind, self.name)}{self.array};"
 
 
-def plain(element: ElementTree.Element | None) -> str:
-    return " ".join("".join(element.itertext()).split()) if element is not None else ""
+@dataclass
+class Record:
+    name: str
+    text: str
+    fields: list[Variable]
 
 
-def read_parameters(details: ElementTree.Element) -> list[Parameter]:
-    return [
-        Parameter(
-            names=[plain(name) for name in item.iter("parametername")],
-            direction=item.find(".//parametername").get("direction", ""),
-            text=plain(item.find("parameterdescription")),
-        )
-        for item in details.iter("parameteritem")
-    ]
+@dataclass
+class Header:
+    name: str
+    paragraphs: list[str]
+    lists: list[list[str]]
 
 
-def read_paragraphs(details: ElementTree.Element) -> Iterator[str]:
-    """The description alone, without what has a list of its own."""
-    for paragraph in details.findall("para"):
-        for listed in [*paragraph.findall("parameterlist"), *paragraph.findall("simplesect")]:
-            paragraph.remove(listed)
-        if text := plain(paragraph):
-            yield text
+@dataclass
+class Reference:
+    headers: list[Header] = field(default_factory=list)
+    functions: list[Function] = field(default_factory=list)
+    variables: list[Variable] = field(default_factory=list)
+    constants: list[Variable] = field(default_factory=list)
+    records: list[Record] = field(default_factory=list)
 
+    @property
+    def terms(self) -> list[str]:
+        """What the words of the comments mean."""
+        return self._lists_of_all()[0]
 
-def read_function(member: ElementTree.Element, header: str, group: str) -> Function:
-    details = member.find("detaileddescription")
-    arguments = [(plain(one.find("type")), plain(one.find("declname"))) for one in member.findall("param")]
-    return Function(
-        name=plain(member.find("name")),
-        header=header,
-        group=group,
-        result_type=plain(member.find("type")),
-        arguments=[argument for argument in arguments if argument[1]],
-        brief=plain(member.find("briefdescription")),
-        parameters=read_parameters(details),
-        returns=plain(details.find(".//simplesect[@kind='return']")),
-        paragraphs=list(read_paragraphs(details)),
-    )
+    @property
+    def turns(self) -> list[str]:
+        """The calls that may not run at the same time."""
+        return self._lists_of_all()[1]
 
-
-def read_functions(output: Path) -> list[Function]:
-    """All functions, in the order of the headers, from what run_doxygen has written."""
-    functions = []
-    for path in sorted((output / "xml").glob("*_8h.xml")):
-        header = ElementTree.parse(path).getroot().find("compounddef")
-        for section in header.findall("sectiondef"):
-            functions += [
-                read_function(member, plain(header.find("compoundname")), plain(section.find("header")))
-                for member in section.findall("memberdef[@kind='function']")
-            ]
-    return functions
-
-
-def read_data(output: Path) -> set[str]:
-    """The names of the exported variables."""
-    return {
-        plain(member.find("name"))
-        for path in (output / "xml").glob("*_8h.xml")
-        for member in ElementTree.parse(path).getroot().iterfind(".//memberdef[@kind='variable']")
-    }
+    def _lists_of_all(self) -> list[list[str]]:
+        return next(header for header in self.headers if header.name == "usbdev/usbdev.h").lists

@@ -1,0 +1,102 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The manual that is made from the headers, the program's help and the documents."""
+
+from __future__ import annotations
+
+import re
+import subprocess
+from pathlib import Path
+
+import pytest
+from conftest import BUILD, REPOSITORY
+from links import broken_links, reachable, remote_parts
+
+
+@pytest.fixture(scope="module")
+def manual(tmp_path_factory: pytest.TempPathFactory) -> Path:
+    folder = tmp_path_factory.mktemp("manual")
+    subprocess.run([REPOSITORY / "docs/manual/make-manual", BUILD / "usbdevctl", folder], check=True)
+    return folder
+
+
+@pytest.fixture(scope="module")
+def pages(manual: Path) -> list[Path]:
+    return sorted(manual.glob("man/man*/*"))
+
+
+def messages(*command: str | Path) -> list[str]:
+    done = subprocess.run(command, capture_output=True, text=True)
+    return (done.stdout + done.stderr).splitlines()
+
+
+def names(pages: list[Path], section: str) -> set[str]:
+    return {path.name.removesuffix(f".{section}") for path in pages if path.name.endswith(f".{section}")}
+
+
+def test_every_name_that_the_library_exports_has_a_page(pages: list[Path]) -> None:
+    exported = set(re.findall(r"^ +(\w+);", (REPOSITORY / "src/libusbdevlib.map").read_text(), re.MULTILINE))
+    assert exported - names(pages, "3usbdev") == set()
+
+
+def test_every_record_has_a_page(pages: list[Path]) -> None:
+    records = re.findall(r"^typedef struct (\w+)", (REPOSITORY / "include/usbdev/records.h").read_text(), re.MULTILINE)
+    assert set(records) - names(pages, "3usbdev") == set()
+
+
+def test_every_command_that_the_help_lists_has_a_page(pages: list[Path]) -> None:
+    help_text = subprocess.run([BUILD / "usbdevctl", "--help"], capture_output=True, text=True, check=True).stdout
+    commands = re.findall(r"^  ([a-z]+)  ", help_text, re.MULTILINE)
+    assert len(commands) > 20
+    assert names(pages, "1") == {"usbdevctl"} | {f"usbdevctl-{command}" for command in commands}
+
+
+def test_the_pages_of_files_describe_every_channel_key(manual: Path) -> None:
+    page = (manual / "man/man5/usbdev.conf.5").read_text()
+    keys = re.findall(r'^CHANNEL_KEY\(.*?"(\w+)", (?:"(\w+)"|nullptr)', (REPOSITORY / "src/core/channel_keys.def").read_text(), re.MULTILINE)
+    paths = {f"{group}/{key}" if key else group for group, key in keys} | {"video/vcodec"}
+    assert len(paths) > 30
+    assert {path for path in paths if f"\n{path}\n" not in page and f"\n{path}@" not in page} == set()
+
+
+def test_a_manual_finds_the_pages_by_their_names(pages: list[Path]) -> None:
+    found = messages("lexgrog", *pages)
+    assert [line for line in found if not re.search(r': "\S+ - .*"$', line)] == []
+
+
+def test_groff_sets_the_pages_without_a_message(pages: list[Path]) -> None:
+    assert messages("groff", "-ww", "-z", "-t", "-mandoc", "-Tutf8", "-Kutf8", *pages) == []
+
+
+def test_mandoc_finds_no_mistake_in_the_pages(pages: list[Path]) -> None:
+    # The pages have the version instead of a date, so that two builds make the same.
+    found = messages("mandoc", "-T", "lint", "-W", "warning", *pages)
+    assert [line for line in found if "missing date" not in line] == []
+
+
+def test_a_page_of_section_3_states_the_header_the_result_the_lock_and_the_threads(manual: Path) -> None:
+    page = subprocess.run(
+        ["man", "-l", manual / "man/man3/mn_set_usbdev_hotplug.3usbdev"],
+        capture_output=True, text=True, check=True, env={"MANWIDTH": "500", "LC_ALL": "C.UTF-8", "PATH": "/usr/bin:/bin"},
+    ).stdout
+    for text in ("#include <usbdev/hotplug.h>", "returns the channel, or -1", "Takes the lock. Runs commands.", "only one at a time"):
+        assert text in page
+
+
+def test_every_link_of_the_site_leads_somewhere(manual: Path) -> None:
+    assert broken_links(manual / "site") == []
+
+
+def test_every_page_of_the_site_is_reached_from_the_first(manual: Path) -> None:
+    pages = {path.name for path in (manual / "site").glob("*.html")}
+    assert pages - reachable(manual / "site", "index.html") == set()
+
+
+def test_the_site_loads_nothing_from_elsewhere(manual: Path) -> None:
+    assert remote_parts(manual / "site") == []
+
+
+def test_pages_name_nothing_that_was_not_filled_in(manual: Path) -> None:
+    made = [*manual.glob("man/man*/*"), *manual.glob("site/*.html")]
+    assert [path.name for path in made if re.search(r"\{\{[a-z]+\}\}", path.read_text())] == []
