@@ -1,0 +1,49 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+# shellcheck shell=sh
+# Debian's packages of the last commit.
+
+package_packages='
+  dpkg-dev debhelper dh-python lintian
+'
+
+# Exports the last commit into the folder, with what Debian's tools want to find there. The player is downloaded before,
+# because a package is built without a network.
+export_tree() {
+  rm -rf "$1"
+  mkdir -p "$1"
+  git archive HEAD | tar -x -C "$1"
+  cp -R "$1/packaging/debian" "$1/debian"
+  "$1/packaging/debian-changelog" >"$1/debian/changelog"
+  host/share/install-player
+  cp -R host/share/node_modules "$1/host/share/"
+}
+
+# package [--arch ARCHITECTURE]: builds the packages into build/packages/ARCHITECTURE, and lets lintian judge them.
+package() {
+  architecture=$(dpkg --print-architecture)
+  case $#${1:-} in
+    0) ;;
+    2--arch) architecture=$2 ;;
+    *) echo 'dev: package takes only --arch ARCHITECTURE' >&2; exit 2 ;;
+  esac
+  folder=build/packages/$architecture
+  tree=$folder/libusbdevlib
+  rm -rf "$folder"
+  export_tree "$tree"
+  echo "== building the packages, $architecture"
+  # Time stamps in the packages are those of the commit, so that everyone gets the same packages.
+  SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
+  export SOURCE_DATE_EPOCH
+  (
+    cd "$tree"
+    DEB_BUILD_OPTIONS="parallel=$(nproc)" \
+      dpkg-buildpackage --build=binary --no-sign --host-arch "$architecture" >../build.log 2>&1
+  ) || { tail -n 40 "$folder/build.log" >&2; exit 1; }
+  rm -rf "$tree"
+  packaging/sbom "$folder"
+  echo "== lintian, $architecture"
+  lintian --fail-on error,warning --pedantic --tag-display-limit 0 "$folder"/*.changes
+  ls -l "$folder"/*.deb
+}
