@@ -62,4 +62,4 @@ def test_mistakes_are_made_after_the_tests_are_built(machine: Machine) -> None:
     tool.chmod(0o755)
     outcome = machine.dev("mutate", "src/core/text.cpp")
     assert outcome.output.endswith("made mistakes in build/release src/core/text.cpp\n")
-    assert machine.called("ninja") == ["-C build/release tests/contract/all tests/unit/all tests/host/all"]
+    assert machine.called("ninja") == ["-C build/release tests/contract/all tests/unit/all tests/host/all torture_host_calls_libraries"]

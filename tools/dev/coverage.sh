@@ -39,6 +39,6 @@ coverage() {
 }
 
 mutate() {
-  build release tests/contract/all tests/unit/all tests/host/all
+  build release tests/contract/all tests/unit/all tests/host/all torture_host_calls_libraries
   exec tools/mutation/mutate build/release "$@"
 }

@@ -15,7 +15,7 @@ from pathlib import Path
 from programs import run
 
 SLOW = 0.2  # seconds
-ROOMS = ("contract_", "unit_", "host_")  # how the names of the programs begin
+ROOMS = ("contract_", "unit_", "host_", "torture_host_calls_")  # how the names of the programs begin
 
 
 @dataclass
