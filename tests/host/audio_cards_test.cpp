@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 #include "platform/alsa_ctl.h"
@@ -41,11 +42,14 @@ TEST_F(ASimulatedCard, HasALongNameCut) {
 }
 
 TEST_F(ASimulatedCard, WithAnIncompleteFolderFailsAndLeavesTheRecord) {
-  writeFile(kCard + "channel_mode", "");
-  _acard_info info{};
-  info.entry_count = 77;
-  EXPECT_EQ(ac_get_Acard_info(3, &info), -1);
-  EXPECT_EQ(info.entry_count, 77);
+  for (const char *file : {"name", "entry_count", "channel_mode", "channel_count"}) {
+    SetUp();
+    writeFile(kCard + file, "");
+    _acard_info info{};
+    info.entry_count = 77;
+    EXPECT_EQ(ac_get_Acard_info(3, &info), -1) << file;
+    EXPECT_EQ(info.entry_count, 77) << file;
+  }
 }
 
 TEST_F(ASimulatedCard, KeepsTheLastVolume) {
@@ -53,6 +57,11 @@ TEST_F(ASimulatedCard, KeepsTheLastVolume) {
   EXPECT_EQ(readFile(kCard + "volume"), "70\n");
   EXPECT_EQ(ac_set_audio_volume(3, -1), 0);
   EXPECT_EQ(readFile(kCard + "volume"), "-1\n");
+}
+
+TEST_F(ASimulatedCard, WhoseVolumeCannotBeStoredFails) {
+  std::filesystem::create_symlink("/dev/full", kCard + "volume");
+  EXPECT_EQ(ac_set_audio_volume(3, 70), -1);
 }
 
 TEST_F(ASimulatedCard, RefusesVolumesOutsideTheScale) {

@@ -123,6 +123,21 @@ TEST_F(ALink, ToALinkToAMissingFileStaysToo) {
   expectFollowed(kFolder + "/real/target.conf");
 }
 
+class AChainOfLinks : public ALink, public testing::WithParamInterface<std::pair<int, int>> {};
+
+TEST_P(AChainOfLinks, IsFollowedUpToItsLimit) {
+  writeFile(kFolder + "/real/0", "<velmora/>");
+  const auto [links, result] = GetParam();
+  for (int number = 1; number < links; ++number)
+    std::filesystem::create_symlink(std::to_string(number - 1), kFolder + "/real/" + std::to_string(number));
+  link("real/" + std::to_string(links - 1));
+  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), result);
+}
+
+INSTANTIATE_TEST_SUITE_P(OfSomeLength, AChainOfLinks,
+                         testing::Values(std::pair(1, xmlcfg::kOpened), std::pair(39, xmlcfg::kOpened),
+                                         std::pair(40, xmlcfg::kUnreadable)));
+
 TEST_F(ALink, IntoAMissingFolderIsAMissingFile) {
   link("none/target.conf");
   EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kMissing);

@@ -7,6 +7,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -20,6 +22,7 @@ namespace {
 const std::string kFolder = std::string(kWorkFolder) + "/config";
 const std::string kFile = kFolder + "/usbdev.conf";
 std::vector<std::string> calls;
+std::size_t largest_piece = SIZE_MAX;  // of what is read or written at once
 
 std::string pathOf(int descriptor) {
   return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor));
@@ -39,7 +42,27 @@ int renameat(int from_folder, const char *from, int to_folder, const char *to) n
   return static_cast<int>(syscall(SYS_renameat2, from_folder, from, to_folder, to, 0));
 }
 
+ssize_t read(int descriptor, void *bytes, size_t size) {
+  return syscall(SYS_read, descriptor, bytes, std::min(size, largest_piece));
+}
+
+ssize_t write(int descriptor, const void *bytes, size_t size) {
+  return syscall(SYS_write, descriptor, bytes, std::min(size, largest_piece));
+}
+
 namespace {
+
+TEST(AStoredConfiguration, MayBeReadAndWrittenInSmallPieces) {
+  makeEmptyFolder(kFolder);
+  largest_piece = 7;
+  Configuration writer(kWrite, kFile);
+  writer.setText("ch0", "devname", "HD Webcam");
+  EXPECT_EQ(writer.close(), xmlcfg::kDone);
+  EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), "HD Webcam");
+  largest_piece = SIZE_MAX;
+  EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), "HD Webcam");
+  calls.clear();
+}
 
 TEST(AStoredConfiguration, IsOnTheDiskBeforeItReplacesTheOldOneAndSoIsTheReplacement) {
   makeEmptyFolder(kFolder);

@@ -66,6 +66,56 @@ INSTANTIATE_TEST_SUITE_P(OfAnyKind, ACallThatAlwaysFails,
                                          "faccessat", "fchown", "fchmod", "readlink", "renameat", "unlinkat"),
                          [](const auto &name) { return std::string(name.param); });
 
+struct Failure {
+  const char *call;
+  int number;
+  const char *before;
+  int result;
+};
+
+class ACallThatFails : public testing::TestWithParam<Failure> {};
+
+TEST_P(ACallThatFails, HasItsOwnResult) {
+  ConfigurationChange change(GetParam().before);
+  failing::fail(GetParam().call, GetParam().number, EIO);
+  change.run();
+  EXPECT_TRUE(failing::stop());
+  EXPECT_EQ(change.openResult(), GetParam().result);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OfOpening, ACallThatFails,
+    testing::Values(Failure{"readlink", 1, kBefore, xmlcfg::kUnreadable},    // a link in the file's place
+                    Failure{"openat", 1, kBefore, xmlcfg::kNotWritable},     // its folder
+                    Failure{"openat", 2, kBefore, xmlcfg::kUnreadable},      // the file
+                    Failure{"faccessat", 1, kBefore, xmlcfg::kNotWritable},  // whether it may be written
+                    Failure{"flock", 1, kBefore, xmlcfg::kNotWritable},      // of the file
+                    Failure{"fstat", 1, kBefore, xmlcfg::kUnreadable},       // of the locked file
+                    Failure{"fstatat", 1, kBefore, xmlcfg::kUnreadable},     // of its name
+                    Failure{"fstat", 2, kBefore, xmlcfg::kUnreadable},       // before it is read
+                    Failure{"read", 1, kBefore, xmlcfg::kUnreadable},        //
+                    Failure{"openat", 3, "", xmlcfg::kNotWritable},          // its folder, to lock it
+                    Failure{"flock", 1, "", xmlcfg::kNotWritable},           // of the folder
+                    Failure{"faccessat", 1, "", xmlcfg::kNotWritable},       // whether it is there by now
+                    Failure{"openat", 4, "", xmlcfg::kNotWritable}),         // the new file
+    [](const auto &failure) {
+      return std::string(failure.param.call) + std::to_string(failure.param.number) +
+             (*failure.param.before ? "" : "OfAMissingFile");
+    });
+
+/// Cuts the file before each of the calls in turn.
+TEST(AFileThatGetsShorter, IsReadUpToItsEnd) {
+  bool cut = true;
+  for (int number = 1; cut; ++number) {
+    const ConfigurationChange folder(kBefore + std::string(1000, ' '));
+    failing::doBefore(number, [] { std::filesystem::resize_file(ConfigurationChange::kFile, sizeof kBefore - 1); });
+    Configuration reader(kRead, ConfigurationChange::kFile);
+    cut = failing::stop();
+    EXPECT_EQ(reader.openResult(), xmlcfg::kOpened);
+    EXPECT_EQ(reader.number("ch0", "exists"), 0);
+  }
+}
+
 // The first flush is that of the new file.
 TEST(AFolderThatCannotBeFlushed, IsReportedWithTheChangeStored) {
   ConfigurationChange change(kBefore);
@@ -102,6 +152,15 @@ TEST(AGroupThatCannotBeKept, LosesItsPermissions) {
   EXPECT_TRUE(failing::stop());
   EXPECT_TRUE(change.stored());
   EXPECT_EQ(change.permissions(), 0600U);
+}
+
+TEST(AnOwnerThatCannotBeKept, LeavesTheGroupItsPermissions) {
+  ConfigurationChange change(kBefore);
+  failing::fail("fchown", 1, EPERM);
+  change.run();
+  EXPECT_TRUE(failing::stop());
+  EXPECT_TRUE(change.stored());
+  EXPECT_EQ(change.permissions(), 0640U);
 }
 
 /// Renames the folder back and forth, so that the rules can be looked at.

@@ -48,6 +48,32 @@ TEST_F(AConfigurationFile, IsNotCreatedWithoutItsFolder) {
   EXPECT_THAT(namesIn(kFolder), IsEmpty());
 }
 
+TEST_F(AConfigurationFile, InAFileInsteadOfAFolderIsMissing) {
+  writeFile(kFile, "<velmora/>");
+  EXPECT_EQ(Configuration(kRead, kFile + "/inner.conf").openResult(), xmlcfg::kMissing);
+  EXPECT_EQ(Configuration(kWrite, kFile + "/inner.conf").openResult(), xmlcfg::kMissing);
+}
+
+TEST_F(AConfigurationFile, InTheCurrentFolderNeedsNoPath) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(kFolder);
+  store("usbdev.conf", 1);
+  std::filesystem::current_path(before);
+  EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "exists"), 1);
+}
+
+TEST_F(AConfigurationFile, MayBeInTheOutermostFolder) {
+  // A folder in the place of the file is found there, and is not a file.
+  EXPECT_EQ(Configuration(kWrite, "/etc").openResult(), xmlcfg::kUnreadable);
+}
+
+TEST_F(AConfigurationFile, IsOpenOnlyWhileItIsReadByAReader) {
+  writeFile(kFile, "<velmora/>");
+  const std::size_t before = namesIn("/proc/self/fd").size();
+  const Configuration reader(kRead, kFile);
+  EXPECT_EQ(namesIn("/proc/self/fd").size(), before);
+}
+
 class ADamagedFile : public AConfigurationFile, public testing::WithParamInterface<const char *> {};
 
 TEST_P(ADamagedFile, FailsToOpenAndStaysAsItIs) {

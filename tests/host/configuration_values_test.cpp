@@ -120,9 +120,11 @@ TEST_F(AConfiguration, StoresTheCharactersOfUtf8AsTheyAre) {
 
 TEST_F(AConfiguration, EscapesEveryByteOfWhatIsNotUtf8) {
   for (const char *bytes : {"\x80",
+                            "\x80\x80\x80\x80",
                             "\xBF",
                             "\xC0",
                             "\xC1\xBF",
+                            "\xC1\xBF\xBF\xBF",
                             "\xC2",
                             "\xC2\xC0",
                             "\xDF\xC0",
@@ -133,6 +135,7 @@ TEST_F(AConfiguration, EscapesEveryByteOfWhatIsNotUtf8) {
                             "\xED\xA0\x80",
                             "\xEF\xBF\xBE",
                             "\xEF\xBF\xBF",
+                            "\xF0\x80\x80\x80",
                             "\xF0\x8F\xBF\xBF",
                             "\xF1\x80\x80",
                             "\xF1\x80\xC0\x80",
@@ -145,6 +148,13 @@ TEST_F(AConfiguration, EscapesEveryByteOfWhatIsNotUtf8) {
   }
   EXPECT_EQ(storedFor("\xC2\x7F"), escaped("\xC2\x7F"));
   EXPECT_EQ(storedFor("\xE1\x80~"), escaped("\xE1\x80") + "~");
+  EXPECT_EQ(storedFor("\xE1\x7F\x80"), escaped("\xE1\x7F\x80"));
+  EXPECT_EQ(storedFor("\xF1\x7F\x80\x80"), escaped("\xF1\x7F\x80\x80"));
+}
+
+TEST_F(AConfiguration, EscapesWhatFollowsACharacterOfUtf8) {
+  for (const char *character : {"\xC2\x80", "\xE1\x80\x80", "\xF1\x80\x80\x80"})
+    EXPECT_EQ(storedFor(std::string(character) + "\x01"), character + escaped("\x01"));
 }
 
 TEST_F(AConfiguration, EscapesControlCharactersBackslashesAndOuterBlanks) {
@@ -154,12 +164,17 @@ TEST_F(AConfiguration, EscapesControlCharactersBackslashesAndOuterBlanks) {
 }
 
 TEST_F(AConfiguration, ReadsABackslashThatBeginsNoEscapeAsItself) {
-  for (const char *text : {"\\", "\\x", "\\x4", "\\xg1", "\\x1g", "\\X41", "x41", "\\\\"}) {
+  for (const char *text : {"\\", "\\x", "\\x4", "\\xg1", "\\x1g", "\\X41", "x41", "0x41", "\\\\"}) {
     writeFile(kFile, std::string("<velmora><ch0><devname>") + text + "</devname></ch0></velmora>");
     EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), text);
   }
   writeFile(kFile, "<velmora><ch0><devname>\\x41\\x4a!\\x7e</devname></ch0></velmora>");
   EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), "AJ!~");
+}
+
+TEST_F(AConfiguration, ReadsTextInCdata) {
+  writeFile(kFile, "<velmora><ch0><devname>a<![CDATA[<b>]]>c</devname></ch0></velmora>");
+  EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), "a<b>c");
 }
 
 TEST_F(AConfiguration, BringsBackALongText) {
@@ -263,6 +278,9 @@ TEST_F(AConfiguration, AnswersNullPointersWithFailureOrTheDefault) {
   EXPECT_EQ(xmlcfg_get_int(writer.handle(), 5, "velmora", nullptr, "key", nullptr), 5);
   EXPECT_EQ(xmlcfg_get_int(writer.handle(), 5, nullptr, "ch0", "key", nullptr), 5);
   EXPECT_EQ(xmlcfg_get_int(writer.handle(), 5, "velmora", "ch0", nullptr, nullptr), 5);
+  EXPECT_EQ(xmlcfg_set_int(writer.handle(), 1, nullptr, "ch0", "key", nullptr), xmlcfg::kBadArgument);
+  EXPECT_EQ(xmlcfg_set_int(writer.handle(), 1, "velmora", nullptr, "key", nullptr), xmlcfg::kBadArgument);
+  EXPECT_EQ(xmlcfg_set_int(writer.handle(), 1, "velmora", "ch0", nullptr, nullptr), xmlcfg::kBadArgument);
   EXPECT_EQ(xmlcfg_close(nullptr, 0), xmlcfg::kBadArgument);
 }
 
