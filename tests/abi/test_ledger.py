@@ -179,6 +179,16 @@ def test_the_library_contains_the_types_of_all_its_functions() -> None:
         assert set(re.findall(r"<.*-decl name='(\w+)'.* elf-symbol-id=", types.read_text())) == names, types
 
 
+def test_no_list_of_names_was_edited_after_its_release() -> None:
+    """In the history, as far as this clone has it."""
+    git = ["git", "-C", REPOSITORY]
+    tags = subprocess.run([*git, "tag", "--list", "v*", "--merged"], check=True, capture_output=True, text=True).stdout.split()
+    for tag in tags:
+        edited = subprocess.run([*git, "diff", "--name-only", "--diff-filter=a", tag, "--", "abi/*.names"], check=True,
+                                capture_output=True, text=True).stdout
+        assert edited == "", tag
+
+
 def test_a_program_that_was_linked_without_versions_still_runs(tmp_path: Path) -> None:
     library = SmallLibrary(tmp_path)
     library.texts["program.c"] = '#include "small.h"\nint main(void) { size it = {6, 7}; return area(&it) - 42; }\n'
