@@ -49,23 +49,28 @@ class Ledger:
 
     def changed_types(self) -> list[str]:
         """What abidiff reports, without what was added."""
+        if not self.types.exists():
+            return []
         with tempfile.NamedTemporaryFile("w", suffix=".abi") as now:
             now.write(self.interface)
             now.flush()
             result = subprocess.run(["abidiff", "--no-added-syms", self.types, now.name], stdout=subprocess.PIPE, text=True)
         return [result.stdout or "abidiff failed"] if result.returncode else []
 
-    def check(self) -> bool:
-        if not self.types.exists():
-            print(f"{self.types} does not exist; CONTRIBUTING.md, \"A release\", describes how it is recorded")
-            return False
+    def is_compatible(self) -> bool:
         wrong = self.edited_nodes() + self.changed_types()
         if wrong:
             print(*wrong, ADVICE, sep="\n")
         return not wrong
 
+    def check(self) -> bool:
+        if not self.types.exists():
+            print(f"{self.types} does not exist; CONTRIBUTING.md, \"A release\", describes how it is recorded")
+            return False
+        return self.is_compatible()
+
     def record(self) -> bool:
-        if self.types.exists() and not self.check():
+        if not self.is_compatible():
             return False
         self.records.mkdir(parents=True, exist_ok=True)
         self.types.write_text(self.interface)

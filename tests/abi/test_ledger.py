@@ -152,6 +152,12 @@ def test_an_incompatible_change_is_not_recorded(released: SmallLibrary) -> None:
     assert "96" in released.ledger("check").stdout
 
 
+def test_an_edited_node_is_not_recorded_for_another_kind_of_machine(released: SmallLibrary) -> None:
+    next(released.folder.glob("abi/*/*.abi")).unlink()
+    add_a_function_to_a_released_node(released)
+    assert released.ledger("record").returncode == 1
+
+
 def test_an_addition_is_part_of_the_ledger_once_it_is_recorded(released: SmallLibrary) -> None:
     add_a_function_in_a_new_node(released)
     assert released.ledger("record").returncode == 0
