@@ -150,5 +150,7 @@ def test_ports_shows_the_buses_of_the_topology(sandbox):
 
 
 def test_list_shows_the_cameras(sandbox):
-    names = [line.split()[0] for line in sandbox("sim list").stdout.splitlines()]
+    lines = sandbox("sim list").stdout.splitlines()
+    names = [line.split()[0] for line in lines]
     assert len(names) >= 12 and "hd-pro-webcam" in names
+    assert "hd-pro-webcam       046d:082d  YUYV, H264 and MJPG in 17 sizes; a stereo microphone." in lines

@@ -106,7 +106,8 @@ def load_camera(name: str) -> Camera:
     text = path.read_text(encoding="utf-8")
     facts = tomllib.loads(text)
     sound, second = facts.pop("sound", None), facts.pop("second_function", None)
-    comment = " ".join(line[2:] for line in text.splitlines() if line.startswith("# "))
+    comments = [line[2:] for line in text.splitlines() if line.startswith("# ")]
+    comment = " ".join(line for line in comments if not line.startswith("SPDX-"))
     return Camera(
         name=name,
         second_function=VideoFunction(**second) if second else None,
