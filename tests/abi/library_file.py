@@ -106,6 +106,12 @@ def check_relocations(library, _):
     expect_equal(re.search(r"BIND_NOW|Flags:.*NOW", flags) is not None, True)
 
 
+def check_guards(library, _):
+    """The stack is protected, and functions of the C library that write are told how much room there is."""
+    guards = {"__stack_chk_fail", "__memcpy_chk", "__snprintf_chk", "__vsnprintf_chk", "__fdelt_chk"}
+    expect_equal(dynamic_symbols(library, "undefined") & guards, guards)
+
+
 def check_heap(library, _):
     """The library itself never asks for heap memory."""
     imports = dynamic_symbols(library, "undefined")
