@@ -52,6 +52,12 @@ def test_preset_and_targets_can_be_named(machine: Machine, words: str, called: s
     assert machine.called("ninja") == [called]
 
 
+def test_the_manual_is_a_target_of_the_release_build(machine: Machine) -> None:
+    outcome = machine.dev("manual")
+    assert machine.called("ninja") == ["-C build/release manual"]
+    assert outcome.output.endswith("below build/release/manual/man/\n")
+
+
 def test_ccache_is_used_if_it_is_installed(machine: Machine) -> None:
     machine.script("cmake", 'echo "launchers: $CMAKE_C_COMPILER_LAUNCHER $CMAKE_CXX_COMPILER_LAUNCHER" >&2')
     machine.answers("ccache")

@@ -20,7 +20,7 @@ RUN_BY = [
     (r"\./dev fuzz.*", "dev.fuzzing"),
     (r"\./dev mutate.*", "dev.mutation"),
     (r"\./dev torture.*", "dev.testing"),
-    (r"\./dev manual", "docs.manual"),
+    (r"\./dev manual", "dev.building"),
     (r"cmake (-B build -DUSBDEV_LIBRARY_ONLY=ON|--build build)", "packaging.library_only"),
     (r"cmake --install build/release --prefix \S+|export PKG_CONFIG_PATH=.*", "docs.blocks"),
     (r"cmake --install build --prefix \S+", "packaging.installing"),

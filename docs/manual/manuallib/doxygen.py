@@ -49,6 +49,11 @@ def text_of(member: ElementTree.Element) -> str:
     return " ".join(filter(None, [plain(member.find("briefdescription")), plain(member.find("detaileddescription"))]))
 
 
+def without_full_stop(text: str) -> str:
+    """Doxygen adds one to some texts that are no sentences."""
+    return text if ". " in text else text.removesuffix(".")
+
+
 def parameters_of(details: ElementTree.Element) -> list[Parameter]:
     return [
         Parameter(
@@ -83,7 +88,7 @@ def variable_of(member: ElementTree.Element, header: str) -> Variable:
         header=header,
         kind=plain(member.find("type")),
         array=plain(array if array is not None else member.find("initializer")),
-        text=text_of(member).removesuffix("."),  # doxygen adds some
+        text=without_full_stop(text_of(member)),
     )
 
 

@@ -8,15 +8,11 @@ from __future__ import annotations
 import re
 from collections.abc import Iterator
 
-from manuallib.page_values import bullets, literal
+from manuallib.page_values import bullets, literal, page_of
 from manuallib.reference import Function, Header, Record, Reference, Variable
 
 EMPTY = "<!-- its name is enough -->"
 USUAL_RESULT = "0, or -1 on failure"
-
-
-def page_of(header: str) -> str:
-    return header.removeprefix("usbdev/").replace(".h", ".html")
 
 
 def anchor(name: str) -> str:
@@ -32,7 +28,8 @@ class Linker:
         self._records = {one.name: "records.html" for one in reference.records}
 
     def text(self, text: str) -> str:
-        return re.sub(r"(\w+(?:\\_\w+)*)\(\)", self._linked, literal(text))
+        text = re.sub(r"(\w+(?:\\_\w+)*)\(\)", self._linked, literal(text))
+        return re.sub(r"\\<usbdev/(\w+)\.h\\>", r"[usbdev/\1.h](\1.html)", text)
 
     def kind(self, kind: str) -> str:
         """A type in a declaration."""

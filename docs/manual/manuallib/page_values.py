@@ -37,6 +37,11 @@ def literal(text: str) -> str:
     return re.sub(r"([\\`*_{}\[\]<>#|~^$@])", r"\\\1", text)
 
 
+def page_of(header: str) -> str:
+    """The page of the site that describes a header."""
+    return header.removeprefix("usbdev/").replace(".h", ".html")
+
+
 def meaning(name: str, reference: Reference) -> str:
     """Fields of the records have the names of the keys that they are read from."""
     texts = [one.text for record in reversed(reference.records) for one in record.fields if one.name == name]
@@ -75,9 +80,11 @@ def functions(reference: Reference) -> str:
 def waits(reference: Reference) -> str:
     """What the caller of each function waits for, at most."""
     costs = read_costs()
+    waiting = [one for one in reference.functions if one.takes_lock or one.runs_commands]
     rows = [
-        f"| `{one.name}` | {'yes' if one.takes_lock else ''} | {costs[one.name].commands or '' if one.name in costs else ''} |"
-        for one in reference.functions
+        f"| [{literal(one.name)}]({page_of(one.header)}#{one.name}) | {'yes' if one.takes_lock else ''} "
+        f"| {costs[one.name].commands or ''} |"
+        for one in waiting
     ]
     return "\n".join(["| Function | Takes the lock | Commands |", "|:--|:--|--:|", *rows])
 

@@ -9,8 +9,8 @@ import re
 import shutil
 from pathlib import Path
 
-from manuallib.header_page import header_page, page_of
-from manuallib.page_values import fill
+from manuallib.header_page import header_page
+from manuallib.page_values import fill, page_of
 from manuallib.pandoc import pandoc
 from manuallib.reference import REPOSITORY, Reference, version
 
