@@ -29,6 +29,8 @@ class TimeoutCounters {
     if (address == nullptr) return Result<TimeoutCounters>::failure(-1);
     return TimeoutCounters(address);
   }
+  TimeoutCounters(const TimeoutCounters &) = delete;
+  TimeoutCounters &operator=(const TimeoutCounters &) = delete;
   TimeoutCounters(TimeoutCounters &&other) noexcept : address_(std::exchange(other.address_, nullptr)) {}
   TimeoutCounters &operator=(TimeoutCounters &&other) noexcept {
     std::swap(address_, other.address_);
@@ -61,6 +63,8 @@ class Connection {
   }
   /** Owns a socket that is open already. */
   explicit Connection(int socket) : socket_(socket) {}
+  Connection(const Connection &) = delete;
+  Connection &operator=(const Connection &) = delete;
   Connection(Connection &&other) noexcept : socket_(std::exchange(other.socket_, kNone)) {}
   Connection &operator=(Connection &&other) noexcept {
     std::swap(socket_, other.socket_);
@@ -71,21 +75,21 @@ class Connection {
   int socket() const { return socket_; }
 
   /** http_send_cmd() */
-  Status request(std::string_view host, std::string_view path, std::string_view user, std::string_view password) {
+  Status request(std::string_view host, std::string_view path, std::string_view user, std::string_view password) const {
     return Status(http_send_cmd(socket_, Argument<kNameSize>(host).get(), Argument<kPathSize>(path).get(),
                                 Argument<kSecretSize>(user).get(), Argument<kSecretSize>(password).get()));
   }
   /** http_skip_nvr_http_header() */
-  Status skipHead() {
+  Status skipHead() const {
     const int result = http_skip_nvr_http_header(socket_);
     return Status(result == 1 ? 0 : result == 0 ? -1 : result);
   }
   /** http_read_line() */
-  Result<std::string_view> readLine(std::span<char> buffer) {
+  Result<std::string_view> readLine(std::span<char> buffer) const {
     return received(buffer, http_read_line(socket_, buffer.data(), static_cast<int>(buffer.size())));
   }
   /** socket_read(); one byte of the buffer is for the terminating zero. */
-  Result<std::string_view> receive(std::span<char> buffer) {
+  Result<std::string_view> receive(std::span<char> buffer) const {
     if (buffer.empty()) return Result<std::string_view>::failure(-1);
     return received(buffer, socket_read(socket_, buffer.data(), static_cast<int>(buffer.size() - 1)));
   }
@@ -113,6 +117,8 @@ class Session {
     session.is_open_ = true;
     return session;
   }
+  Session(const Session &) = delete;
+  Session &operator=(const Session &) = delete;
   Session(Session &&other) noexcept
       : server_(other.server_), id_(other.id_), is_open_(std::exchange(other.is_open_, false)) {}
   Session &operator=(Session &&other) noexcept {

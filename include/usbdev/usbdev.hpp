@@ -72,6 +72,12 @@ inline Result<ChannelEntries> channels() {
 /** Whether a row of channels() has a device. */
 inline bool hasDevice(const _usbdev_entry &channel) { return channel.usbslot[0] != '\0'; }
 
+/** The channel that the channel of a row waits for. */
+inline std::optional<int> waitsFor(const _usbdev_entry &entry) {
+  const bool waits = entry.conflictch >= 0 && entry.conflictch < USBDEV_CHANNELS;
+  return waits ? std::optional(entry.conflictch) : std::nullopt;
+}
+
 /** vl_get_profile_list() */
 inline Result<ProfileEntries> profiles() {
   ProfileEntries rows;

@@ -199,6 +199,11 @@ class Entry(Record):
     shrenable: int
     hlspath: str
 
+    @property
+    def waits_for(self) -> int | None:
+        """The channel that this one waits for."""
+        return self.conflictch if 0 <= self.conflictch < CHANNELS else None
+
 
 @dataclass(frozen=True)
 class ProfileInfo(Record):

@@ -47,6 +47,16 @@ TEST_F(ACamera, IsListedByItsChannelAndItsProfile) {
   EXPECT_EQ(usbdev::textOf(profiles->at(kProfile).usbslot), "3-1.2");
 }
 
+TEST_F(ACamera, WaitsForAChannelAndForNothingElse) {
+  _usbdev_entry entry = {};
+  entry.conflictch = 9;
+  EXPECT_EQ(usbdev::waitsFor(entry), 9);
+  for (const int mark : {-1, 10, 999}) {
+    entry.conflictch = mark;
+    EXPECT_EQ(usbdev::waitsFor(entry), std::nullopt);
+  }
+}
+
 TEST_F(ACamera, IsFoundByItsProfileAndBack) {
   const auto channel = usbdev::channelOf(kProfile);
   ASSERT_TRUE(channel);

@@ -23,6 +23,7 @@ RUN_BY = [
     (r"\./dev manual", "dev.building"),
     (r"cmake (-B build -DUSBDEV_LIBRARY_ONLY=ON|--build build)", "packaging.library_only"),
     (r"cmake --install build/release --prefix \S+|export PKG_CONFIG_PATH=.*", "docs.blocks"),
+    (r"cmake (-S examples -B|--build) build/examples", "packaging.installing"),
     (r"cmake --install build --prefix \S+", "packaging.installing"),
     (r"usbdev-sandbox run -- .*|usbdev-demo", "packaging.installed_host"),
     (r".*tests/system/on_host/test_start_up\.py", "system.on_host.start_up"),

@@ -12,7 +12,7 @@ from pathlib import Path
 from typing import NamedTuple
 
 import pytest
-from conftest import BUILD, VERSION, BareMachine, passed
+from conftest import BUILD, REPOSITORY, VERSION, BareMachine, passed
 
 PROGRAM = """
 #include <stdio.h>
@@ -37,6 +37,7 @@ endforeach()
 """
 
 COMPILERS = {"c": "gcc", "cpp": "g++"}
+EXAMPLES = {"list_channels", "follow_notifications", "set_stream", "share_link"}
 
 
 class Folders(NamedTuple):
@@ -112,6 +113,16 @@ def test_cmake_finds_it(bare_machine: BareMachine, installed: tuple[Path, Path],
     assert passed(configured) and f"found version {VERSION}\n" in configured.stdout
     assert passed(bare_machine.run("cmake", "--build", tmp_path / "build"))
     assert [output(tmp_path / f"build/in_{language}", libraries) for language in COMPILERS] == ["found\n"] * 2
+
+
+def test_the_examples_build_against_it(bare_machine: BareMachine, build: Path, tmp_path: Path) -> None:
+    assert passed(bare_machine.configure(build, "-DCMAKE_INSTALL_LIBDIR=lib", "-DCMAKE_INSTALL_INCLUDEDIR=include"))
+    assert passed(bare_machine.run("cmake", "--install", build, "--prefix", tmp_path / "prefix"))
+    assert passed(bare_machine.run("cmake", "-S", REPOSITORY / "examples", "-B", tmp_path / "build", "-G", "Ninja",
+                                   f"-DCMAKE_PREFIX_PATH={tmp_path}/prefix"))
+    assert passed(bare_machine.run("cmake", "--build", tmp_path / "build"))
+    built = {str(path.relative_to(tmp_path / "build")) for path in tmp_path.glob("build/c*/*") if path.name in EXAMPLES}
+    assert built == {f"{language}/{example}" for language in COMPILERS for example in EXAMPLES}
 
 
 def test_a_staged_library_names_the_folders_it_will_be_in(bare_machine: BareMachine, build: Path, tmp_path: Path) -> None:

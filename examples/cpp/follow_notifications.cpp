@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// Prints the change notifications of the library, as the manager receives them: follow_notifications [COUNT]
+// With COUNT, it ends after so many. Only one program on a host can listen.
+#include <arpa/inet.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+#include <span>
+#include <usbdev/usbdev.hpp>
+
+namespace {
+
+using usbdev::Notification;
+
+class Manager {
+ public:
+  Manager() : socket_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(Notification::kPort);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    is_listening_ = bind(socket_, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+  }
+  ~Manager() { close(socket_); }
+  Manager(const Manager &) = delete;
+  Manager &operator=(const Manager &) = delete;
+
+  bool isListening() const { return is_listening_; }
+
+  /// Waits for a datagram; returns nothing if it is not a notification.
+  std::optional<Notification> receive() const {
+    std::array<std::byte, Notification::kSize + 1> datagram = {};  // the byte too many shows a longer one
+    const ssize_t size = recv(socket_, datagram.data(), datagram.size(), 0);
+    if (size < 0) return std::nullopt;
+    return Notification::decode(std::span(datagram).first(static_cast<std::size_t>(size)));
+  }
+
+ private:
+  int socket_;
+  bool is_listening_ = false;
+};
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  long left = argc > 1 ? std::strtol(argv[1], nullptr, 10) : -1;
+  const Manager manager;
+  if (!manager.isListening()) {
+    std::perror("follow_notifications");
+    return 1;
+  }
+  std::cout << "listening" << std::endl;
+  while (left != 0) {
+    const auto it = manager.receive();
+    if (!it) continue;
+    std::cout << "event " << it->event << "  profile " << it->profile << "  video " << it->video_node << "  audio "
+              << it->audio_node << std::endl;
+    if (left > 0) --left;
+  }
+  return 0;
+}
