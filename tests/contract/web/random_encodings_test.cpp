@@ -33,7 +33,7 @@ class ChanceInputs {
  public:
   // Up to kLongest - 8 random bytes; their end is the end of the buffer.
   const char *next(size_t &length) {
-    length = chance_() % (kLongest - 8);
+    length = static_cast<size_t>(chance_() % (kLongest - 8));
     char *const bytes = buffer_.last(length);
     for (size_t i = 0; i < length; i += 8) {
       const uint64_t word = chance_();

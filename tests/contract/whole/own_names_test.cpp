@@ -48,7 +48,6 @@ TEST(AnApplicationWithFunctionsOfTheSameNames, DoesNotChangeWhichPackageNamesThe
 }
 
 TEST(AnApplicationWithFunctionsOfTheSameNames, DoesNotChangeHowTheLibraryEndsOnABrokenConnection) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
   NasServer server{};
   strcpy(server.host, "127.0.0.1");
   server.port = 80;
