@@ -11,6 +11,17 @@ include(CheckCXXCompilerFlag)
 # The library mostly waits for commands, so larger code would not make it faster. Older compilers know only -Os.
 check_cxx_compiler_flag(-Oz USBDEV_HAS_OZ)
 set(usbdev_small_code $<IF:$<BOOL:${USBDEV_HAS_OZ}>,-Oz,-Os>)
+set(usbdev_small_links)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_SYSTEM_PROCESSOR STREQUAL "aarch64")
+  # The library is so small that one instruction reaches all of it; nothing walks its frames without unwinding tables.
+  list(APPEND usbdev_small_code -mcmodel=tiny -fomit-frame-pointer -momit-leaf-frame-pointer)
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_SYSTEM_PROCESSOR MATCHES "^arm")
+  # Here nearly every function begins with a probe of the stack; the linker makes fewer of them. The objects are complete
+  # without the linker, for tests that are made of them.
+  set(usbdev_small_links -flto=auto -fno-gcse -fno-tree-pre -fno-code-hoisting -fno-schedule-insns2
+    -fira-hoist-pressure -fira-loop-pressure)
+  list(APPEND usbdev_small_code ${usbdev_small_links} -ffat-lto-objects)
+endif()
 
 # usbdev_library_code(TARGET): only the compile settings, for any target that is built from the library's sources.
 function(usbdev_library_code target)
@@ -50,6 +61,7 @@ function(usbdev_harden target)
     LINKER:-z,now
     LINKER:-z,noexecstack
     LINKER:--gc-sections
+    $<$<CONFIG:Release>:${usbdev_small_links}>
   )
   # The library needs all three host libraries, even one of which it uses nothing.
   target_link_libraries(${target} PRIVATE -Wl,--no-as-needed vlxmlcfg vllog alsa_ctl)

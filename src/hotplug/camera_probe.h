@@ -18,8 +18,9 @@ struct CameraFindings {
   bool usable = false;  // it has a format that the host can use
 };
 
-/// Asks the camera for its formats and its type, and warns of rates that may be too high to decode.
-void probeCamera(HostAnswers &host, const _usbdev_des &device, CameraFindings &findings);
+/// Asks the camera for its formats and its type, and warns of rates that may be too high to decode. The
+/// table of formats is on the stack only meanwhile, not as long as a caller runs.
+[[gnu::noinline]] void probeCamera(HostAnswers &host, const _usbdev_des &device, CameraFindings &findings);
 
 struct ConflictFindings {
   int parked_behind = kNone;  // the channel with a profile that the new camera has to wait for

@@ -75,7 +75,7 @@ run_matching_tests() {
 run_tests_on() {
   is_foreign "$1" || { echo "dev: '$1' is not an architecture; there are armhf and arm64" >&2; exit 2; }
   build "$1" tests/abi/all tests/contract/all tests/unit/all
-  run_tests "$1" --tests-regex '^(abi|contract|unit)_'
+  run_tests "$1" --tests-regex '^(abi|contract|unit)[._]'
   sum_up
 }
 
