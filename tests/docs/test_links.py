@@ -18,7 +18,9 @@ EXTERNAL = {
     "https://semver.org/spec/v2.0.0.html",
 }
 # Pages of the manual's site, which guides link to.
-PAGES_OF_THE_SITE = re.compile(r"^(usbdev|usbdev\.conf|usbdev-notification|core|devices|hostinfo|hotplug|profiles|records|web)\.html")
+PAGES_OF_THE_SITE = re.compile(
+    r"^(usbdev|usbdev\.conf|usbdev-notification|core|devices|hostinfo|hotplug|profiles|records|web)\.html"
+)
 
 
 def target_of(document: Path, link: str) -> tuple[Path, str]:

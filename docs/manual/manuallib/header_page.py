@@ -33,7 +33,9 @@ class Linker:
 
     def kind(self, kind: str) -> str:
         """A type in a declaration."""
-        return " ".join(f"[{word}](records.html#{anchor(word)})" if word in self._records else literal(word) for word in kind.split())
+        words = kind.split()
+        linked = [f"[{word}](records.html#{anchor(word)})" if word in self._records else literal(word) for word in words]
+        return " ".join(linked)
 
     def _linked(self, found: re.Match[str]) -> str:
         name = found[1].replace("\\", "")

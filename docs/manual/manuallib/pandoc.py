@@ -65,6 +65,7 @@ def polished(page: str) -> str:
 
 def manual_pages(texts: dict[str, str]) -> dict[str, str]:
     """The pages in the language of man(7), by the names of their files. One run of pandoc makes all of them."""
-    everything = pandoc("\n".join(marked(name, with_widths(text)) for name, text in texts.items()), "-f", "markdown-smart", "-t", "man")
+    source = "\n".join(marked(name, with_widths(text)) for name, text in texts.items())
+    everything = pandoc(source, "-f", "markdown-smart", "-t", "man")
     parts = everything.split(MARKER)[1:]
     return {name: polished(page) for name, page in (part.split("\n", 1) for part in parts)}

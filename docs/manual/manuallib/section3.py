@@ -8,12 +8,14 @@ from __future__ import annotations
 import re
 import textwrap
 
-from manuallib.reference import Function, Record, Reference, Variable, sentences, version
+from manuallib.reference import Function, Record, Reference, Variable, sentences, spaced, version
 
 # The C library has pages of the same names as some functions, so the pages have a section of their own. `man 3 NAME`
 # finds them too.
 SECTION = "3usbdev"
-OF_THE_LOCK = re.compile(r"(takes? (the|no)|holds the) lock|\bruns? (commands|nothing)|^Notifies|^Logs an event", re.IGNORECASE)
+OF_THE_LOCK = re.compile(
+    r"(takes? (the|no)|holds the) lock|\bruns? (commands|nothing)|^Notifies|^Logs an event", re.IGNORECASE
+)
 OF_FAILURE = re.compile(r"^(Fails|When it fails|When the .* cannot be stored)\b")
 USUAL_RESULT = "0 on success and -1 on failure. On failure the outputs are untouched, unless this page states otherwise."
 
@@ -38,14 +40,13 @@ def name_line(names: str, brief: str) -> list[str]:
 
 
 def synopsis(function: Function) -> list[str]:
-    arguments = ", ".join(f"{kind}\\fI{name}\\fB" if kind.endswith("*") else f"{kind} \\fI{name}\\fB" for kind, name in function.arguments)
-    space = "" if function.result_type.endswith("*") else " "
+    arguments = ", ".join(spaced(kind, f"\\fI{name}\\fB") for kind, name in function.arguments)
     return [
         ".SH SYNOPSIS",
         f".B #include <{function.header}>",
         ".PP",
         ".nh",
-        f"\\fB{function.result_type}{space}{function.name}({arguments or 'void'});\\fP",
+        f"\\fB{spaced(function.result_type, function.name)}({arguments or 'void'});\\fP",
         ".hy",
         ".PP",
         "Link with",

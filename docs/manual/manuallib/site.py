@@ -28,19 +28,31 @@ def headers(reference: Reference) -> dict[str, str]:
     return {page_of(header.name): header_page(header, reference) for header in ordered}
 
 
+def _lower(headline: re.Match[str]) -> str:
+    return f"#{headline[1]} {headline[2].capitalize()}"
+
+
 def files(reference: Reference) -> dict[str, str]:
     """The manual pages of section 5: their chapters are one level lower here."""
     pages = {}
     for path in sorted((MANUAL / "pages").glob("*.5.md")):
         name = path.name.removesuffix(".5.md")
-        text = re.sub(r"^(#+) (.*)", lambda found: f"#{found[1]} {found[2].capitalize()}", path.read_text(), flags=re.MULTILINE)
-        pages[f"{name}.html"] = f"# {name}\n\n{fill(text, reference)}"
+        lowered = re.sub(r"^(#+) (.*)", _lower, path.read_text(), flags=re.MULTILINE)
+        pages[f"{name}.html"] = f"# {name}\n\n{fill(lowered, reference)}"
     return pages
 
 
+def page_name(document: Path) -> str:
+    """The README of a folder has the folder's name, that of the project is the first page."""
+    if document.stem != "README":
+        return f"{document.stem}.html"
+    return f"{document.parent.name}.html" if document.parent.name.isalpha() else "index.html"
+
+
 def documents() -> dict[str, str]:
-    paths = [*sorted(DOCS.glob("*.md")), *sorted(path for path in REPOSITORY.glob("*.md") if path.stem != "README")]
-    return {f"{path.stem}.html": path.read_text() for path in paths}
+    examples = REPOSITORY.glob("examples/README.md")
+    others = sorted(path for path in REPOSITORY.glob("*.md") if path.stem != "README")
+    return {page_name(path): path.read_text() for path in [*examples, *sorted(DOCS.glob("*.md")), *others]}
 
 
 def linked(text: str, pages: set[str]) -> str:
@@ -50,9 +62,9 @@ def linked(text: str, pages: set[str]) -> str:
         shown, target, anchor = found[1], found[2], found[3] or ""
         if re.match(r"\w+:", target) or (not target and anchor):
             return found[0]
-        name = re.sub(r"\.md$", ".html", Path(target).name).replace("README.html", "index.html")
         if Path(target).suffix in (".svg", ".png"):
-            return f"[{shown}](pictures/{name}{anchor})"
+            return f"[{shown}](pictures/{Path(target).name}{anchor})"
+        name = page_name(Path(target)) if target.endswith(".md") else target
         return f"[{shown}]({name}{anchor})" if name in pages else shown
 
     return re.sub(r"\[([^]]*)\]\(([^)#\s]*)(#[^)\s]*)?\)", page, text)
