@@ -101,6 +101,11 @@ def test_the_site_loads_nothing_from_elsewhere(manual: Path) -> None:
     assert remote_parts(manual / "site") == []
 
 
+def test_options_in_the_pages_can_be_pasted(pages: list[Path]) -> None:
+    """An unprotected dash is a hyphen, another character than that of an option."""
+    assert [path.name for path in pages if re.search(r"^[^.'\n].*(?<![\\\w])--\w", path.read_text(), re.MULTILINE)] == []
+
+
 def test_pages_name_nothing_that_was_not_filled_in(manual: Path) -> None:
     made = [*manual.glob("man/man*/*"), *manual.glob("site/*.html")]
     assert [path.name for path in made if re.search(r"\{\{[a-z]+\}\}", path.read_text())] == []

@@ -13,6 +13,7 @@ import pytest
 from blocks import documents
 from conftest import REPOSITORY
 from links import document_links
+from manuallib.recording import LONGEST, SHORTEST, Line, moments, picture
 
 PICTURES = sorted((REPOSITORY / "docs/pictures").iterdir())
 LARGEST = 500_000
@@ -29,6 +30,17 @@ def test_a_picture_is_small_and_a_document_shows_it(path: Path) -> None:
 def test_a_drawing_loads_nothing_and_runs_nothing(path: Path) -> None:
     tags = {element.tag.rpartition("}")[2] for element in ElementTree.parse(path).iter()}
     assert tags & {"script", "image", "use", "foreignObject", "a"} == set()
+
+
+def test_a_recording_keeps_the_order_and_bounds_the_pauses() -> None:
+    entered = moments([Line(0.0, "a"), Line(0.0, "b"), Line(1.0, "c"), Line(61.0, "d")])
+    assert [round(after - before, 3) for before, after in zip(entered, entered[1:])] == [SHORTEST, 1.0, LONGEST]
+
+
+def test_a_recording_shows_the_terminals_text_and_colours() -> None:
+    drawing = ElementTree.fromstring(picture("<&>", [Line(0.0, "\x1b[32m<ready>\x1b[0m & done"), Line(1.0, "")]).encode())
+    spans = [(part.get("class"), part.text) for part in drawing.iter("{http://www.w3.org/2000/svg}tspan")]
+    assert spans == [("green", "<ready>"), (None, " & done")]
 
 
 def test_the_recording_shows_every_step_of_the_demo() -> None:

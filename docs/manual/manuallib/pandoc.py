@@ -59,6 +59,8 @@ def polished(page: str) -> str:
     page = re.sub(r"^(\.S[HS] .*)\n\.PP$", r"\1", page, flags=re.MULTILINE)
     page = page.replace(".TS\n", ".ad l\n.nh\n.TS\n").replace(".TE\n", ".TE\n.hy\n.ad b\n")
     page = page.replace("\\f[R]", "\\fR").replace("\\f[B]", "\\fB").replace("\\f[I]", "\\fI")
+    # A dash alone is a hyphen, which nobody could paste into a command line.
+    page = re.sub(r"^[^.'\n].*", lambda line: re.sub(r"(?<!\\)-", r"\\-", line[0]), page, flags=re.MULTILINE)
     # A page with a table begins with the name of the program that draws it.
     return f"'\\\" t\n{page}" if ".TS\n" in page else page
 
