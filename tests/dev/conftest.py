@@ -16,7 +16,7 @@ from typing import NamedTuple
 import pytest
 
 REPOSITORY = Path(__file__).resolve().parent.parent.parent
-TOOLS = "sh cat dirname env find grep head mkdir mv nproc rm sed sort tail tee tr uname"
+TOOLS = "sh awk cat dirname env find grep head mkdir mv nproc rm sed sort stat tail tee tr uname"
 
 APT_PLAN = """\
 0 upgraded, 212 newly installed, 0 to remove and 3 not upgraded.

@@ -31,12 +31,13 @@ TEXT
     echo "dev: not every list of packages for $1 could be read; using those that are here" >&2
 }
 
-# Downloads the packages of the list, and those that they need, into the folder of `foreign_apt`.
+# download_for ARCHITECTURE ARGUMENTS...: downloads with the apt of `foreign_apt`.
 download_for() {
-  # shellcheck disable=SC2086 # a list of words
-  APT_CONFIG=$apt/config apt-get -qq --yes --download-only install $sysroot_packages >>"$apt/log" 2>&1 || {
+  architecture=$1
+  shift
+  APT_CONFIG=$apt/config apt-get -qq --yes "$@" >>"$apt/log" 2>&1 || {
     grep '^E:' "$apt/log" | tail -n 3 >&2
-    echo "dev: the packages for $1 could not be downloaded, which needs a network; all messages are in $apt/log" >&2
+    echo "dev: the packages for $architecture could not be downloaded, which needs a network; all messages are in $apt/log" >&2
     exit 1
   }
 }
@@ -48,7 +49,8 @@ make_sysroot() {
   [ "$(cat "$sysroot/packages" 2>/dev/null)" != "$(printf %s "$sysroot_packages")" ] || return 0
   echo "unpacking Debian's packages for $1 into $sysroot; the machine itself stays as it is"
   foreign_apt "$1"
-  download_for "$1"
+  # shellcheck disable=SC2086 # a list of words
+  download_for "$1" --download-only install $sysroot_packages
   rm -rf "$sysroot" "$sysroot.new"
   mkdir -p "$sysroot.new"
   for package in "$apt/cache/archives"/*.deb; do dpkg-deb --extract "$package" "$sysroot.new"; done
