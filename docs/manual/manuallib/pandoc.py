@@ -10,6 +10,9 @@ import subprocess
 
 from manuallib.reference import version
 
+# Names of functions are not divided at the end of a line, and words are not moved apart.
+RAGGED = ".nh\n.ad l"
+
 # Characters of a table's row, without the gaps between columns; and what pandoc believes that it is.
 ROOM, ROOM_OF_PANDOC = 58, 70
 MARKER = '.\\" page '
@@ -23,7 +26,7 @@ def marked(name: str, text: str) -> str:
     """A page that begins with its name and title, which pandoc copies."""
     stem, _, section = name.rpartition(".")
     title = f'.TH "{stem.upper()}" "{section}" "" "libusbdevlib {version()}" "Manual of libusbdevlib"'
-    return f"```{{=man}}\n{MARKER}{name}\n{title}\n```\n\n{text}\n"
+    return f"```{{=man}}\n{MARKER}{name}\n{title}\n{RAGGED}\n```\n\n{text}\n"
 
 
 def cells(row: str) -> list[str]:
@@ -57,7 +60,6 @@ def polished(page: str) -> str:
     page = re.sub(r"\\f\[C\w*\]", r"\\fR", page)  # a fixed-width font, which terminals do not have
     page = re.sub(r"\blw\(([\d.]+)n\)", lambda found: f"lw({float(found[1]) * ROOM / ROOM_OF_PANDOC:.1f}n)", page)
     page = re.sub(r"^(\.S[HS] .*)\n\.PP$", r"\1", page, flags=re.MULTILINE)
-    page = page.replace(".TS\n", ".ad l\n.nh\n.TS\n").replace(".TE\n", ".TE\n.hy\n.ad b\n")
     page = page.replace("\\f[R]", "\\fR").replace("\\f[B]", "\\fB").replace("\\f[I]", "\\fI")
     # A dash alone is a hyphen, which nobody could paste into a command line.
     page = re.sub(r"^[^.'\n].*", lambda line: re.sub(r"(?<!\\)-", r"\\-", line[0]), page, flags=re.MULTILINE)

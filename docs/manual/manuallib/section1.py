@@ -24,11 +24,26 @@ def chapters(level: str) -> dict[str, str]:
     return {title: re.split(r"^#+ ", body, flags=re.MULTILINE)[0].strip() for title, body in zip(parts[1::2], parts[2::2])}
 
 
+def paragraphs(text: str) -> Iterator[str]:
+    """Those of a chapter; a code block is one, whatever lines it has."""
+    for part in re.split(r"(^```.*?^```$)", text, flags=re.MULTILINE | re.DOTALL):
+        yield from [part] if part.startswith("```") else filter(None, map(str.strip, part.split("\n\n")))
+
+
+def concerns(command: str, all_commands: set[str], paragraph: str) -> bool:
+    """Does a paragraph of a chapter on several commands name this one, or none of them?"""
+    named = set(re.findall(r"(?:`|usbdevctl )([a-z]+)\b", paragraph)) & all_commands
+    return not named or command in named
+
+
 def guide_to(command: str) -> str:
-    """The chapters whose headlines name the command, or commands below it."""
-    return "\n\n".join(
-        text for title, text in chapters("###").items() if command in [name.split()[0] for name in title.split(", ")]
-    )
+    """What the chapters whose headlines name the command, or commands below it, state about it."""
+    told = []
+    for title, text in chapters("###").items():
+        commands = {name.split()[0] for name in title.split(", ")}
+        if command in commands:
+            told += [part for part in paragraphs(text) if concerns(command, commands, part)]
+    return "\n\n".join(told)
 
 
 def name_of(command: Command) -> str:

@@ -8,6 +8,7 @@ from __future__ import annotations
 import re
 import textwrap
 
+from manuallib.pandoc import RAGGED
 from manuallib.reference import Function, Record, Reference, Variable, sentences, spaced, version
 
 # The C library has pages of the same names as some functions, so the pages have a section of their own. `man 3 NAME`
@@ -31,7 +32,7 @@ def filled(text: str) -> list[str]:
 
 
 def title(name: str) -> str:
-    return f'.TH "{name.upper()}" "{SECTION}" "" "libusbdevlib {version()}" "Manual of libusbdevlib"'
+    return f'.TH "{name.upper()}" "{SECTION}" "" "libusbdevlib {version()}" "Manual of libusbdevlib"\n{RAGGED}'
 
 
 def name_line(names: str, brief: str) -> list[str]:
@@ -40,14 +41,13 @@ def name_line(names: str, brief: str) -> list[str]:
 
 
 def synopsis(function: Function) -> list[str]:
-    arguments = ", ".join(spaced(kind, f"\\fI{name}\\fB") for kind, name in function.arguments)
+    # A line ends between arguments only.
+    arguments = ", ".join(spaced(kind, f"\\fI{name}\\fB").replace(" ", "\\ ") for kind, name in function.arguments)
     return [
         ".SH SYNOPSIS",
         f".B #include <{function.header}>",
         ".PP",
-        ".nh",
         f"\\fB{spaced(function.result_type, function.name)}({arguments or 'void'});\\fP",
-        ".hy",
         ".PP",
         "Link with",
         ".IR \\-lusbdevlib .",
