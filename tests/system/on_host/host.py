@@ -13,6 +13,7 @@ import usbdevlib
 from boxlib.reboot import hardware_change
 from simlib.host import SimulatedHost
 from simlib.machine import PluggedCamera
+from usbdev.records import CHANNELS
 
 CONFIGURATION = Path("/etc/config/usbdev.conf")
 APPLICATION = Path("/mnt/ext/opt/apps/Velmora2")
@@ -79,7 +80,7 @@ class Host:
 
     def channels(self) -> list[Channel]:
         root = ElementTree.parse(CONFIGURATION).getroot()
-        return [_channel(root, number) for number in range(usbdevlib.CHANNELS)]
+        return [_channel(root, number) for number in range(CHANNELS)]
 
     def links(self) -> dict[str, str]:
         """The links of the live views, and where each leads."""

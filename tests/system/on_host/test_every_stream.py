@@ -6,7 +6,7 @@
 from __future__ import annotations
 
 import xml.etree.ElementTree as ElementTree
-from ctypes import byref
+from dataclasses import replace
 
 import pytest
 import usbdevlib
@@ -14,6 +14,7 @@ from host import CONFIGURATION, Host
 from listing import ListedSize, offered_sizes, single
 from manager import Manager
 from simlib.catalogue import camera_names, load_camera
+from usbdev import StreamInfo, profiles
 
 PORT = "3-1"
 CHANGED = 4
@@ -43,11 +44,9 @@ def stored() -> Stored:
 
 
 def set_stream(size: ListedSize, rate: float) -> int:
-    before, wanted = usbdevlib.Stream(), usbdevlib.Stream()
-    for record in (before, wanted):
-        assert usbdevlib.library.vl_get_stream_info(0, byref(record)) == 0
-    wanted.vcodec, wanted.width, wanted.height, wanted.framerate = size.codec, size.width, size.height, rate
-    return usbdevlib.library.vl_set_usbchn_stream(0, byref(wanted), byref(before), CHANGED)
+    before = profiles.stream_info(0)
+    wanted = replace(before, vcodec=size.codec, width=size.width, height=size.height, framerate=rate)
+    return usbdevlib.set_stream(wanted, before, CHANGED)
 
 
 def is_change(before: Stored, size: ListedSize, rate: float) -> bool:
@@ -89,4 +88,4 @@ def test_there_are_twelve_cameras_at_least():
 def test_a_camera_without_a_usable_format_cannot_be_set(host):
     host.plug("infrared-camera", PORT)
     assert usbdevlib.assign(PORT, 0) == 0
-    assert usbdevlib.library.vl_set_usbchn_stream(0, byref(usbdevlib.Stream()), byref(usbdevlib.Stream()), 5) == -1
+    assert usbdevlib.set_stream(StreamInfo(), StreamInfo(), 5) == -1

@@ -9,11 +9,11 @@ import os
 import threading
 import time
 from collections.abc import Callable, Iterator
-from ctypes import byref, c_int
 from pathlib import Path
 
 import pytest
 import usbdevlib
+from usbdev import Format, devices, profiles
 
 ReplaceTool = Callable[[str, str], None]
 
@@ -104,16 +104,15 @@ class HangingQuery:
 
 
 class Asking:
-    """mn_get_usbchn_fmts of node 0 on a thread of its own."""
+    """The formats of node 0, asked for on a thread of its own."""
 
     def __init__(self) -> None:
-        self.table, self.result = usbdevlib.FormatTable(), c_int(-2)
+        self.formats: tuple[Format, ...] = ()
         self._thread = threading.Thread(target=self._ask, daemon=True)
         self._thread.start()
 
     def _ask(self) -> None:
-        over60 = c_int()
-        self.result.value = usbdevlib.library.mn_get_usbchn_fmts(0, self.table, byref(over60))
+        self.formats, _ = devices.camera_formats(0)
 
     def join(self) -> None:
         self._thread.join(20)
@@ -127,8 +126,8 @@ def test_a_format_query_that_never_ends_after_a_repeated_rate_is_killed(host, re
     process = query.process()
     query.let_go()
     asking.join()
-    assert asking.result.value == 1 and not is_running(process)
-    assert (asking.table[0].res_count, asking.table[0].res[0].fps_count) == (1, 1)
+    assert len(asking.formats) == 1 and not is_running(process)
+    assert [len(size.fps) for size in asking.formats[0].sizes] == [1]
 
 
 @pytest.mark.usefixtures("short_lived_shell")
@@ -142,7 +141,7 @@ def test_the_query_of_a_stubborn_camera_is_killed_the_hard_way(host, replace_too
     process = query.process()
     query.let_go()
     asking.join()
-    assert asking.result.value == 1 and not is_running(process)
+    assert len(asking.formats) == 1 and not is_running(process)
 
 
 @pytest.mark.usefixtures("short_lived_shell")
@@ -152,9 +151,8 @@ def test_while_a_camera_does_not_answer_others_are_read_and_assigned(host, repla
     plugging = threading.Thread(daemon=True, target=host.plug, args=("pc-camera", "3-1"))
     plugging.start()
     query.process()
-    stream = usbdevlib.Stream()
     assert usbdevlib.assign("1-1", 0) == 0
-    assert usbdevlib.library.vl_get_stream_info(0, byref(stream)) == 0 and stream.vnode == 0
+    assert profiles.stream_info(0).vnode == 0
     assert usbdevlib.clear(0) == 0
     assert plugging.is_alive()
     query.let_go()
