@@ -8,7 +8,9 @@ from __future__ import annotations
 import socket
 
 import pytest
-from usbdev import Device, Notification, ShareLink, StreamInfo, UsbdevError, core, devices, hotplug, web
+from usbdev import Device, Entry, Notification, ShareLink, StreamInfo, UsbdevError, core, devices, hotplug, web
+from usbdev._usbdev import ffi
+from usbdev.records import from_c, to_c
 
 NOT_UTF8 = "name \udcff"  # a byte that is not UTF-8
 LONGEST_SLOT = "s" * 127
@@ -115,6 +117,9 @@ def test_a_notification_arrives_as_it_was_sent() -> None:
 
 def test_a_record_that_is_passed_keeps_its_fields() -> None:
     info = StreamInfo(header=bytes(range(16)), width=640, framerate=0.5, fetype="ä", vtag="1" * 15)
-    from usbdev.records import from_c, to_c
-
     assert from_c(StreamInfo, to_c(info)) == info
+
+
+@pytest.mark.parametrize(("mark", "channel"), [(-1, None), (0, 0), (9, 9), (10, None), (999, None)])
+def test_a_conflict_mark_is_a_channel_to_wait_for_or_none(mark: int, channel: int | None) -> None:
+    assert from_c(Entry, ffi.new("_usbdev_entry *", {"conflictch": mark})).waits_for == channel
