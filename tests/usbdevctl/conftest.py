@@ -32,7 +32,7 @@ def on_host() -> RunOnHost:
 
     def run(script: str) -> subprocess.CompletedProcess[str]:
         command = [str(SANDBOX), "run", "--build", str(BUILD), "--", "sh", "-c", script]
-        return subprocess.run(command, check=False, capture_output=True, text=True, timeout=60)
+        return subprocess.run(command, check=False, capture_output=True, text=True, timeout=240)
 
     return run
 

@@ -50,7 +50,7 @@ def run_shell(shell: str, script: str) -> list[str]:
         check=False,
         capture_output=True,
         text=True,
-        timeout=60,
+        timeout=240,
     )
     assert (done.stderr, done.returncode) == ("", 0)
     return done.stdout.splitlines()

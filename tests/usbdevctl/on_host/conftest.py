@@ -22,7 +22,7 @@ APPLICATION = Path("/mnt/ext/opt/apps/Velmora2")
 def usbdevctl(*arguments: str, given: str = "") -> subprocess.CompletedProcess[str]:
     """Runs the program with a standard input."""
     command = ["usbdevctl", *arguments]
-    return subprocess.run(command, input=given, check=False, capture_output=True, text=True, timeout=60)
+    return subprocess.run(command, input=given, check=False, capture_output=True, text=True, timeout=240)
 
 
 def failing(what: str, number: int, error: int, *command: str) -> subprocess.CompletedProcess[str]:
@@ -35,7 +35,7 @@ def failing(what: str, number: int, error: int, *command: str) -> subprocess.Com
         "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0",
     }
     return subprocess.run(
-        ["usbdevctl", *command], env={**os.environ, **plan}, check=False, capture_output=True, text=True, timeout=60
+        ["usbdevctl", *command], env={**os.environ, **plan}, check=False, capture_output=True, text=True, timeout=240
     )
 
 
