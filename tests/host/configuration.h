@@ -10,6 +10,10 @@
 
 #include "host/lib/vlxmlcfg/results.h"
 #include "platform/xmlcfg.h"
+#include "private_host.h"
+
+inline const std::string kConfigFolder = std::string(kWorkFolder) + "/config";
+inline const std::string kConfigFile = kConfigFolder + "/usbdev.conf";
 
 enum Mode { kRead = 0, kWrite = 1 };
 

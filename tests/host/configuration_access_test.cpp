@@ -14,12 +14,9 @@
 
 namespace {
 
-const std::string kFolder = std::string(kWorkFolder) + "/config";
-const std::string kFile = kFolder + "/usbdev.conf";
-
 class AFileWithTokens : public testing::Test {
  protected:
-  void SetUp() override { makeEmptyFolder(kFolder); }
+  void SetUp() override { makeEmptyFolder(kConfigFolder); }
 };
 
 void store(const std::string &path) {
@@ -50,17 +47,17 @@ class AnyMask : public AFileWithTokens, public testing::WithParamInterface<mode_
 };
 
 TEST_P(AnyMask, LetsOnlyTheOwnerReadANewFile) {
-  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kOpened);
-  EXPECT_EQ(permissionsOf(kFile), 0600U);
-  store(kFile);
-  EXPECT_EQ(permissionsOf(kFile), 0600U);
+  EXPECT_EQ(Configuration(kWrite, kConfigFile).openResult(), xmlcfg::kOpened);
+  EXPECT_EQ(permissionsOf(kConfigFile), 0600U);
+  store(kConfigFile);
+  EXPECT_EQ(permissionsOf(kConfigFile), 0600U);
 }
 
 TEST_P(AnyMask, LeavesAReplacedFileItsPermissions) {
-  writeFile(kFile, "<velmora/>");
-  ASSERT_EQ(chmod(kFile.c_str(), 0660), 0);
-  store(kFile);
-  EXPECT_EQ(permissionsOf(kFile), 0660U);
+  writeFile(kConfigFile, "<velmora/>");
+  ASSERT_EQ(chmod(kConfigFile.c_str(), 0660), 0);
+  store(kConfigFile);
+  EXPECT_EQ(permissionsOf(kConfigFile), 0660U);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfTheWriter, AnyMask, testing::Values(0, 022, 077));
@@ -68,10 +65,10 @@ INSTANTIATE_TEST_SUITE_P(OfTheWriter, AnyMask, testing::Values(0, 022, 077));
 class Permissions : public AFileWithTokens, public testing::WithParamInterface<std::pair<mode_t, mode_t>> {};
 
 TEST_P(Permissions, AreKeptForOwnerAndGroupAndTakenFromOthers) {
-  writeFile(kFile, "<velmora/>");
-  ASSERT_EQ(chmod(kFile.c_str(), GetParam().first), 0);
-  store(kFile);
-  EXPECT_EQ(permissionsOf(kFile), GetParam().second);
+  writeFile(kConfigFile, "<velmora/>");
+  ASSERT_EQ(chmod(kConfigFile.c_str(), GetParam().first), 0);
+  store(kConfigFile);
+  EXPECT_EQ(permissionsOf(kConfigFile), GetParam().second);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfAReplacedFile, Permissions,
@@ -81,57 +78,57 @@ INSTANTIATE_TEST_SUITE_P(OfAReplacedFile, Permissions,
 
 // Only root can give a file away; where it cannot be, it stays with the owner it has.
 TEST_F(AFileWithTokens, KeepsItsOwnerAndItsGroup) {
-  writeFile(kFile, "<velmora/>");
-  [[maybe_unused]] const int given = chown(kFile.c_str(), 1234, 5678);
-  const struct stat before = statusOf(kFile);
-  store(kFile);
-  EXPECT_EQ(statusOf(kFile).st_uid, before.st_uid);
-  EXPECT_EQ(statusOf(kFile).st_gid, before.st_gid);
+  writeFile(kConfigFile, "<velmora/>");
+  [[maybe_unused]] const int given = chown(kConfigFile.c_str(), 1234, 5678);
+  const struct stat before = statusOf(kConfigFile);
+  store(kConfigFile);
+  EXPECT_EQ(statusOf(kConfigFile).st_uid, before.st_uid);
+  EXPECT_EQ(statusOf(kConfigFile).st_gid, before.st_gid);
 }
 
 class ALink : public AFileWithTokens {
  protected:
   void SetUp() override {
     AFileWithTokens::SetUp();
-    makeFolder(kFolder + "/real");
+    makeFolder(kConfigFolder + "/real");
   }
-  static void link(const std::string &target) { std::filesystem::create_symlink(target, kFile); }
+  static void link(const std::string &target) { std::filesystem::create_symlink(target, kConfigFile); }
 
   static void expectFollowed(const std::string &target) {
-    EXPECT_TRUE(std::filesystem::is_symlink(kFile));
+    EXPECT_TRUE(std::filesystem::is_symlink(kConfigFile));
     EXPECT_EQ(Configuration(kRead, target).number("ch0", "exists"), 1);
   }
 };
 
 TEST_F(ALink, StaysAndItsFileIsReplaced) {
-  writeFile(kFolder + "/real/target.conf", "<velmora/>");
+  writeFile(kConfigFolder + "/real/target.conf", "<velmora/>");
   link("real/target.conf");
-  store(kFile);
-  expectFollowed(kFolder + "/real/target.conf");
+  store(kConfigFile);
+  expectFollowed(kConfigFolder + "/real/target.conf");
 }
 
 TEST_F(ALink, StaysAndItsMissingFileIsMade) {
   link("real/target.conf");
-  store(kFile);
-  expectFollowed(kFolder + "/real/target.conf");
+  store(kConfigFile);
+  expectFollowed(kConfigFolder + "/real/target.conf");
 }
 
 TEST_F(ALink, ToALinkToAMissingFileStaysToo) {
-  std::filesystem::create_symlink(kFolder + "/real/target.conf", kFolder + "/real/link");
+  std::filesystem::create_symlink(kConfigFolder + "/real/target.conf", kConfigFolder + "/real/link");
   link("real/link");
-  store(kFile);
-  expectFollowed(kFolder + "/real/target.conf");
+  store(kConfigFile);
+  expectFollowed(kConfigFolder + "/real/target.conf");
 }
 
 class AChainOfLinks : public ALink, public testing::WithParamInterface<std::pair<int, int>> {};
 
 TEST_P(AChainOfLinks, IsFollowedUpToItsLimit) {
-  writeFile(kFolder + "/real/0", "<velmora/>");
+  writeFile(kConfigFolder + "/real/0", "<velmora/>");
   const auto [links, result] = GetParam();
   for (int number = 1; number < links; ++number)
-    std::filesystem::create_symlink(std::to_string(number - 1), kFolder + "/real/" + std::to_string(number));
+    std::filesystem::create_symlink(std::to_string(number - 1), kConfigFolder + "/real/" + std::to_string(number));
   link("real/" + std::to_string(links - 1));
-  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), result);
+  EXPECT_EQ(Configuration(kWrite, kConfigFile).openResult(), result);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfSomeLength, AChainOfLinks,
@@ -140,15 +137,15 @@ INSTANTIATE_TEST_SUITE_P(OfSomeLength, AChainOfLinks,
 
 TEST_F(ALink, IntoAMissingFolderIsAMissingFile) {
   link("none/target.conf");
-  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kMissing);
-  EXPECT_TRUE(std::filesystem::is_symlink(kFile));
+  EXPECT_EQ(Configuration(kWrite, kConfigFile).openResult(), xmlcfg::kMissing);
+  EXPECT_TRUE(std::filesystem::is_symlink(kConfigFile));
 }
 
 TEST_F(ALink, ToItselfCannotBeOpened) {
   link("usbdev.conf");
-  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kUnreadable);
-  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kUnreadable);
-  EXPECT_TRUE(std::filesystem::is_symlink(kFile));
+  EXPECT_EQ(Configuration(kRead, kConfigFile).openResult(), xmlcfg::kUnreadable);
+  EXPECT_EQ(Configuration(kWrite, kConfigFile).openResult(), xmlcfg::kUnreadable);
+  EXPECT_TRUE(std::filesystem::is_symlink(kConfigFile));
 }
 
 }  // namespace

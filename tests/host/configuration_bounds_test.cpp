@@ -11,20 +11,17 @@
 
 namespace {
 
-const std::string kFolder = std::string(kWorkFolder) + "/config";
-const std::string kFile = kFolder + "/usbdev.conf";
-
 class ALargeConfiguration : public testing::Test {
  protected:
-  void SetUp() override { makeEmptyFolder(kFolder); }
+  void SetUp() override { makeEmptyFolder(kConfigFolder); }
 };
 
 void expectDamaged(const std::string &content) {
-  writeFile(kFile, content);
-  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kDamaged);
-  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kDamaged);
-  EXPECT_EQ(readFile(kFile), content);
-  EXPECT_THAT(namesIn(kFolder), testing::ElementsAre("usbdev.conf"));
+  writeFile(kConfigFile, content);
+  EXPECT_EQ(Configuration(kRead, kConfigFile).openResult(), xmlcfg::kDamaged);
+  EXPECT_EQ(Configuration(kWrite, kConfigFile).openResult(), xmlcfg::kDamaged);
+  EXPECT_EQ(readFile(kConfigFile), content);
+  EXPECT_THAT(namesIn(kConfigFolder), testing::ElementsAre("usbdev.conf"));
 }
 
 std::string nested(std::size_t depth) {
@@ -37,8 +34,8 @@ std::string nested(std::size_t depth) {
 constexpr std::size_t kDepthOfASubKey = 4;
 
 TEST_F(ALargeConfiguration, MayHaveElementsAsDeepAsSubKeys) {
-  writeFile(kFile, nested(kDepthOfASubKey));
-  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kOpened);
+  writeFile(kConfigFile, nested(kDepthOfASubKey));
+  EXPECT_EQ(Configuration(kRead, kConfigFile).openResult(), xmlcfg::kOpened);
 }
 
 TEST_F(ALargeConfiguration, WithElementsDeeperThanSubKeysIsDamaged) {
@@ -56,8 +53,8 @@ std::string fileOf(std::size_t size) {
 }
 
 TEST_F(ALargeConfiguration, MayBeAsLargeAsTheLimit) {
-  writeFile(kFile, fileOf(xmlcfg::kLargestFile));
-  EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "exists"), 1);
+  writeFile(kConfigFile, fileOf(xmlcfg::kLargestFile));
+  EXPECT_EQ(Configuration(kRead, kConfigFile).number("ch0", "exists"), 1);
 }
 
 TEST_F(ALargeConfiguration, AboveTheLimitIsDamaged) { expectDamaged(fileOf(xmlcfg::kLargestFile + 1)); }
@@ -66,13 +63,13 @@ class AStoredConfiguration : public ALargeConfiguration {
  protected:
   void SetUp() override {
     ALargeConfiguration::SetUp();
-    writeFile(kFile, "<velmora/>");
+    writeFile(kConfigFile, "<velmora/>");
     ASSERT_EQ(closeWithTextOf(1), xmlcfg::kDone);
-    around_the_text_ = readFile(kFile).size() - 1;
+    around_the_text_ = readFile(kConfigFile).size() - 1;
   }
 
   static int closeWithTextOf(std::size_t length) {
-    Configuration writer(kWrite, kFile);
+    Configuration writer(kWrite, kConfigFile);
     EXPECT_EQ(writer.setText("ch0", "devname", std::string(length, 'x')), xmlcfg::kDone);
     return writer.close();
   }
@@ -84,15 +81,15 @@ class AStoredConfiguration : public ALargeConfiguration {
 
 TEST_F(AStoredConfiguration, MayBeAsLargeAsTheLimit) {
   EXPECT_EQ(closeWithTextOf(textThatFills(xmlcfg::kLargestFile)), xmlcfg::kDone);
-  EXPECT_EQ(readFile(kFile).size(), xmlcfg::kLargestFile);
-  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kOpened);
+  EXPECT_EQ(readFile(kConfigFile).size(), xmlcfg::kLargestFile);
+  EXPECT_EQ(Configuration(kRead, kConfigFile).openResult(), xmlcfg::kOpened);
 }
 
 TEST_F(AStoredConfiguration, IsNotMadeLargerThanTheLimit) {
-  const std::string before = readFile(kFile);
+  const std::string before = readFile(kConfigFile);
   EXPECT_EQ(closeWithTextOf(textThatFills(xmlcfg::kLargestFile + 1)), xmlcfg::kNotStored);
-  EXPECT_EQ(readFile(kFile), before);
-  EXPECT_THAT(namesIn(kFolder), testing::ElementsAre("usbdev.conf"));
+  EXPECT_EQ(readFile(kConfigFile), before);
+  EXPECT_THAT(namesIn(kConfigFolder), testing::ElementsAre("usbdev.conf"));
 }
 
 }  // namespace

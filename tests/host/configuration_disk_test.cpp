@@ -13,7 +13,7 @@
 namespace {
 
 const std::string kDisk = std::string(kWorkFolder) + "/disk";
-const std::string kFile = kDisk + "/usbdev.conf";
+const std::string kDiskFile = kDisk + "/usbdev.conf";
 const std::string kFilling = kDisk + "/filling";
 
 class ADisk : public testing::Test {
@@ -21,20 +21,20 @@ class ADisk : public testing::Test {
   void SetUp() override {
     makeFolder(kDisk);
     mountMemory(kDisk, "64k");
-    writeFile(kFile, "<velmora><ch0><exists>1</exists></ch0></velmora>");
-    before_ = readFile(kFile);
+    writeFile(kDiskFile, "<velmora><ch0><exists>1</exists></ch0></velmora>");
+    before_ = readFile(kDiskFile);
   }
   void TearDown() override { umount2(kDisk.c_str(), MNT_DETACH); }
 
   int closeAfterChange() {
-    Configuration writer(kWrite, kFile);
+    Configuration writer(kWrite, kDiskFile);
     EXPECT_EQ(writer.openResult(), xmlcfg::kOpened);
     EXPECT_EQ(writer.setText("ch0", "devname", std::string(20000, 'x')), xmlcfg::kDone);
     return writer.close();
   }
 
   void expectUntouched() {
-    EXPECT_EQ(readFile(kFile), before_);
+    EXPECT_EQ(readFile(kDiskFile), before_);
     EXPECT_EQ(namesIn(kDisk), names_);
   }
 
@@ -88,6 +88,6 @@ TEST_F(AReadOnlyDisk, TakesNoNewFile) {
   EXPECT_EQ(Configuration(kWrite, kDisk + "/new.conf").openResult(), xmlcfg::kNotWritable);
 }
 
-TEST_F(AReadOnlyDisk, CanBeRead) { EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "exists"), 1); }
+TEST_F(AReadOnlyDisk, CanBeRead) { EXPECT_EQ(Configuration(kRead, kDiskFile).number("ch0", "exists"), 1); }
 
 }  // namespace

@@ -19,8 +19,6 @@
 
 namespace {
 
-const std::string kFolder = std::string(kWorkFolder) + "/config";
-const std::string kFile = kFolder + "/usbdev.conf";
 std::vector<std::string> calls;
 std::size_t largest_piece = SIZE_MAX;  // of what is read or written at once
 
@@ -53,26 +51,27 @@ ssize_t write(int descriptor, const void *bytes, size_t size) {
 namespace {
 
 TEST(AStoredConfiguration, MayBeReadAndWrittenInSmallPieces) {
-  makeEmptyFolder(kFolder);
+  makeEmptyFolder(kConfigFolder);
   largest_piece = 7;
-  Configuration writer(kWrite, kFile);
+  Configuration writer(kWrite, kConfigFile);
   writer.setText("ch0", "devname", "HD Webcam");
   EXPECT_EQ(writer.close(), xmlcfg::kDone);
-  EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), "HD Webcam");
+  EXPECT_EQ(Configuration(kRead, kConfigFile).text("ch0", "devname"), "HD Webcam");
   largest_piece = SIZE_MAX;
-  EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), "HD Webcam");
+  EXPECT_EQ(Configuration(kRead, kConfigFile).text("ch0", "devname"), "HD Webcam");
   calls.clear();
 }
 
 TEST(AStoredConfiguration, IsOnTheDiskBeforeItReplacesTheOldOneAndSoIsTheReplacement) {
-  makeEmptyFolder(kFolder);
-  writeFile(kFile, "<velmora/>");
-  Configuration writer(kWrite, kFile);
+  makeEmptyFolder(kConfigFolder);
+  writeFile(kConfigFile, "<velmora/>");
+  Configuration writer(kWrite, kConfigFile);
   writer.setNumber("ch0", "exists", 1);
   EXPECT_THAT(calls, testing::IsEmpty());
   ASSERT_EQ(writer.close(), xmlcfg::kDone);
-  const std::string fresh = kFolder + "/.usbdev.conf.new";
-  EXPECT_THAT(calls, testing::ElementsAre("flush " + fresh, "rename " + fresh + " to " + kFile, "flush " + kFolder));
+  const std::string fresh = kConfigFolder + "/.usbdev.conf.new";
+  EXPECT_THAT(calls, testing::ElementsAre("flush " + fresh, "rename " + fresh + " to " + kConfigFile,
+                                          "flush " + kConfigFolder));
 }
 
 }  // namespace

@@ -18,12 +18,9 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string kFolder = std::string(kWorkFolder) + "/config";
-const std::string kFile = kFolder + "/usbdev.conf";
-
 class AConfigurationFile : public testing::Test {
  protected:
-  void SetUp() override { makeEmptyFolder(kFolder); }
+  void SetUp() override { makeEmptyFolder(kConfigFolder); }
 };
 
 void store(const std::string &path, int value) {
@@ -34,32 +31,32 @@ void store(const std::string &path, int value) {
 }
 
 TEST_F(AConfigurationFile, ThatIsMissingCannotBeRead) {
-  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kMissing);
-  EXPECT_THAT(namesIn(kFolder), IsEmpty());
+  EXPECT_EQ(Configuration(kRead, kConfigFile).openResult(), xmlcfg::kMissing);
+  EXPECT_THAT(namesIn(kConfigFolder), IsEmpty());
 }
 
 TEST_F(AConfigurationFile, ThatIsMissingIsCreatedByWriting) {
-  store(kFile, 1);
-  EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "exists"), 1);
+  store(kConfigFile, 1);
+  EXPECT_EQ(Configuration(kRead, kConfigFile).number("ch0", "exists"), 1);
 }
 
 TEST_F(AConfigurationFile, IsNotCreatedWithoutItsFolder) {
-  EXPECT_EQ(Configuration(kWrite, kFolder + "/none/usbdev.conf").openResult(), xmlcfg::kMissing);
-  EXPECT_THAT(namesIn(kFolder), IsEmpty());
+  EXPECT_EQ(Configuration(kWrite, kConfigFolder + "/none/usbdev.conf").openResult(), xmlcfg::kMissing);
+  EXPECT_THAT(namesIn(kConfigFolder), IsEmpty());
 }
 
 TEST_F(AConfigurationFile, InAFileInsteadOfAFolderIsMissing) {
-  writeFile(kFile, "<velmora/>");
-  EXPECT_EQ(Configuration(kRead, kFile + "/inner.conf").openResult(), xmlcfg::kMissing);
-  EXPECT_EQ(Configuration(kWrite, kFile + "/inner.conf").openResult(), xmlcfg::kMissing);
+  writeFile(kConfigFile, "<velmora/>");
+  EXPECT_EQ(Configuration(kRead, kConfigFile + "/inner.conf").openResult(), xmlcfg::kMissing);
+  EXPECT_EQ(Configuration(kWrite, kConfigFile + "/inner.conf").openResult(), xmlcfg::kMissing);
 }
 
 TEST_F(AConfigurationFile, InTheCurrentFolderNeedsNoPath) {
   const std::filesystem::path before = std::filesystem::current_path();
-  std::filesystem::current_path(kFolder);
+  std::filesystem::current_path(kConfigFolder);
   store("usbdev.conf", 1);
   std::filesystem::current_path(before);
-  EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "exists"), 1);
+  EXPECT_EQ(Configuration(kRead, kConfigFile).number("ch0", "exists"), 1);
 }
 
 TEST_F(AConfigurationFile, MayBeInTheOutermostFolder) {
@@ -68,20 +65,20 @@ TEST_F(AConfigurationFile, MayBeInTheOutermostFolder) {
 }
 
 TEST_F(AConfigurationFile, IsOpenOnlyWhileItIsReadByAReader) {
-  writeFile(kFile, "<velmora/>");
+  writeFile(kConfigFile, "<velmora/>");
   const std::size_t before = namesIn("/proc/self/fd").size();
-  const Configuration reader(kRead, kFile);
+  const Configuration reader(kRead, kConfigFile);
   EXPECT_EQ(namesIn("/proc/self/fd").size(), before);
 }
 
 class ADamagedFile : public AConfigurationFile, public testing::WithParamInterface<const char *> {};
 
 TEST_P(ADamagedFile, FailsToOpenAndStaysAsItIs) {
-  writeFile(kFile, GetParam());
-  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kDamaged);
-  EXPECT_EQ(Configuration(kWrite, kFile).openResult(), xmlcfg::kDamaged);
-  EXPECT_EQ(readFile(kFile), GetParam());
-  EXPECT_THAT(namesIn(kFolder), ElementsAre("usbdev.conf"));
+  writeFile(kConfigFile, GetParam());
+  EXPECT_EQ(Configuration(kRead, kConfigFile).openResult(), xmlcfg::kDamaged);
+  EXPECT_EQ(Configuration(kWrite, kConfigFile).openResult(), xmlcfg::kDamaged);
+  EXPECT_EQ(readFile(kConfigFile), GetParam());
+  EXPECT_THAT(namesIn(kConfigFolder), ElementsAre("usbdev.conf"));
 }
 
 INSTANTIATE_TEST_SUITE_P(OfAnyKind, ADamagedFile,
@@ -90,59 +87,59 @@ INSTANTIATE_TEST_SUITE_P(OfAnyKind, ADamagedFile,
                                          "<?xml version=\"1.0\"?>\n", "\x7F\x45LF\x02\x01"));
 
 TEST_F(AConfigurationFile, WithAZeroByteIsDamaged) {
-  writeFile(kFile, std::string("<velmora/>\0", 11));
-  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kDamaged);
+  writeFile(kConfigFile, std::string("<velmora/>\0", 11));
+  EXPECT_EQ(Configuration(kRead, kConfigFile).openResult(), xmlcfg::kDamaged);
 }
 
 TEST_F(AConfigurationFile, MayHoldADeclarationAndComments) {
-  writeFile(kFile,
+  writeFile(kConfigFile,
             "<?xml version=\"1.0\"?><!-- a --><velmora><!-- b --><ch0><exists>1<!-- c --></exists></ch0></velmora>");
-  EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "exists"), 1);
-  store(kFile, 2);
-  EXPECT_NE(readFile(kFile).find("<!-- b -->"), std::string::npos);
+  EXPECT_EQ(Configuration(kRead, kConfigFile).number("ch0", "exists"), 1);
+  store(kConfigFile, 2);
+  EXPECT_NE(readFile(kConfigFile).find("<!-- b -->"), std::string::npos);
 }
 
 TEST_F(AConfigurationFile, MustBeAPlainFile) {
-  makeFolder(kFile);
-  EXPECT_EQ(Configuration(kRead, kFile).openResult(), xmlcfg::kUnreadable);
-  ASSERT_EQ(mkfifo((kFolder + "/pipe").c_str(), 0600), 0);
-  EXPECT_EQ(Configuration(kRead, kFolder + "/pipe").openResult(), xmlcfg::kUnreadable);
+  makeFolder(kConfigFile);
+  EXPECT_EQ(Configuration(kRead, kConfigFile).openResult(), xmlcfg::kUnreadable);
+  ASSERT_EQ(mkfifo((kConfigFolder + "/pipe").c_str(), 0600), 0);
+  EXPECT_EQ(Configuration(kRead, kConfigFolder + "/pipe").openResult(), xmlcfg::kUnreadable);
 }
 
 TEST_F(AConfigurationFile, IsTheOnlyOneLeftAfterAChange) {
-  store(kFile, 1);
-  store(kFile, 2);
-  EXPECT_THAT(namesIn(kFolder), ElementsAre("usbdev.conf"));
+  store(kConfigFile, 1);
+  store(kConfigFile, 2);
+  EXPECT_THAT(namesIn(kConfigFolder), ElementsAre("usbdev.conf"));
 }
 
 TEST_F(AConfigurationFile, IsNotWrittenByACloseWithoutAChange) {
   const std::string content = "<velmora><ch0><exists>1</exists></ch0></velmora>";
-  writeFile(kFile, content);
-  Configuration writer(kWrite, kFile);
+  writeFile(kConfigFile, content);
+  Configuration writer(kWrite, kConfigFile);
   EXPECT_EQ(writer.setNumber("ch0", "exists", 1), xmlcfg::kDone);
   EXPECT_EQ(writer.close(), xmlcfg::kDone);
-  EXPECT_EQ(readFile(kFile), content);
+  EXPECT_EQ(readFile(kConfigFile), content);
 }
 
 TEST_F(AConfigurationFile, ShowsAReaderTheStateOfItsOpening) {
-  store(kFile, 1);
-  Configuration reader(kRead, kFile);
-  store(kFile, 2);
+  store(kConfigFile, 1);
+  Configuration reader(kRead, kConfigFile);
+  store(kConfigFile, 2);
   EXPECT_EQ(reader.number("ch0", "exists"), 1);
 }
 
 TEST_F(AConfigurationFile, RefusesUnknownModesAndNullPointers) {
-  store(kFile, 1);
+  store(kConfigFile, 1);
   void *handle = nullptr;
-  EXPECT_EQ(xmlcfg_open(2, kFile.c_str(), &handle), xmlcfg::kBadArgument);
+  EXPECT_EQ(xmlcfg_open(2, kConfigFile.c_str(), &handle), xmlcfg::kBadArgument);
   EXPECT_EQ(xmlcfg_open(0, nullptr, &handle), xmlcfg::kBadArgument);
-  EXPECT_EQ(xmlcfg_open(0, kFile.c_str(), nullptr), xmlcfg::kBadArgument);
+  EXPECT_EQ(xmlcfg_open(0, kConfigFile.c_str(), nullptr), xmlcfg::kBadArgument);
 }
 
 TEST_F(AConfigurationFile, IsNotOpenInAProgramThatItsWriterStarts) {
-  store(kFile, 1);
+  store(kConfigFile, 1);
   const auto before = namesIn("/proc/self/fd");
-  Configuration writer(kWrite, kFile);
+  Configuration writer(kWrite, kConfigFile);
   for (const std::string &name : namesIn("/proc/self/fd")) {
     if (std::find(before.begin(), before.end(), name) != before.end()) continue;
     const int flags = fcntl(std::stoi(name), F_GETFD);
@@ -151,20 +148,20 @@ TEST_F(AConfigurationFile, IsNotOpenInAProgramThatItsWriterStarts) {
 }
 
 TEST_F(AConfigurationFile, WhoseFolderIsMissingIsNotStored) {
-  store(kFile, 1);
-  Configuration writer(kWrite, kFile);
+  store(kConfigFile, 1);
+  Configuration writer(kWrite, kConfigFile);
   writer.setNumber("ch0", "exists", 2);
-  std::filesystem::remove_all(kFolder);
+  std::filesystem::remove_all(kConfigFolder);
   EXPECT_EQ(writer.close(), xmlcfg::kNotStored);
 }
 
 TEST_F(AConfigurationFile, LeavesNoDescriptorOpen) {
-  store(kFile, 1);
+  store(kConfigFile, 1);
   const auto before = namesIn("/proc/self/fd").size();
-  store(kFile, 2);
-  Configuration(kRead, kFile).close();
-  writeFile(kFile, "<damaged");
-  Configuration(kWrite, kFile).close();
+  store(kConfigFile, 2);
+  Configuration(kRead, kConfigFile).close();
+  writeFile(kConfigFile, "<damaged");
+  Configuration(kWrite, kConfigFile).close();
   EXPECT_EQ(namesIn("/proc/self/fd").size(), before);
 }
 

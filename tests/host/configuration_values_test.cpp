@@ -12,19 +12,19 @@
 
 namespace {
 
-const std::string kFile = std::string(kWorkFolder) + "/usbdev.conf";
+const std::string kValuesFile = std::string(kWorkFolder) + "/usbdev.conf";
 
 std::string storedAndReadAgain(const std::string &value) {
-  Configuration writer(kWrite, kFile);
+  Configuration writer(kWrite, kValuesFile);
   EXPECT_EQ(writer.setText("ch0", "devname", value), xmlcfg::kDone);
   EXPECT_EQ(writer.close(), xmlcfg::kDone);
-  return Configuration(kRead, kFile).text("ch0", "devname", "missing");
+  return Configuration(kRead, kValuesFile).text("ch0", "devname", "missing");
 }
 
 /// What the file contains for the value, between the tags of its element.
 std::string storedFor(const std::string &value) {
   EXPECT_EQ(storedAndReadAgain(value), value);
-  const std::string file = readFile(kFile);
+  const std::string file = readFile(kValuesFile);
   const std::size_t start = file.find("<devname>") + 9;
   return file.substr(start, file.find("</devname>") - start);
 }
@@ -41,28 +41,28 @@ std::string escaped(const std::string &bytes) {
 
 class AConfiguration : public testing::Test {
  protected:
-  void SetUp() override { writeFile(kFile, "<velmora/>"); }
+  void SetUp() override { writeFile(kValuesFile, "<velmora/>"); }
 };
 
 TEST_F(AConfiguration, ReadsDefaultsWhereAPathIsMissing) {
-  Configuration config(kRead, kFile);
+  Configuration config(kRead, kValuesFile);
   EXPECT_EQ(config.number("ch7", "exists", -5), -5);
   EXPECT_EQ(config.text("ch7", "video", "none", "cap"), "none");
 }
 
 TEST_F(AConfiguration, ReadsItsLayoutOfElements) {
-  writeFile(kFile, "<velmora><ch3><exists>1</exists><video><cap>0 1</cap></video></ch3></velmora>");
-  Configuration config(kRead, kFile);
+  writeFile(kValuesFile, "<velmora><ch3><exists>1</exists><video><cap>0 1</cap></video></ch3></velmora>");
+  Configuration config(kRead, kValuesFile);
   EXPECT_EQ(config.number("ch3", "exists"), 1);
   EXPECT_EQ(config.text("ch3", "video", "", "cap"), "0 1");
 }
 
 TEST_F(AConfiguration, WritesItsLayoutOfElements) {
-  Configuration writer(kWrite, kFile);
+  Configuration writer(kWrite, kValuesFile);
   writer.setNumber("ch3", "exists", 1);
   writer.setText("ch3", "video", "0 1", "cap");
   writer.close();
-  EXPECT_EQ(readFile(kFile),
+  EXPECT_EQ(readFile(kValuesFile),
             "<?xml version=\"1.0\"?>\n"
             "<velmora>\n"
             "  <ch3>\n"
@@ -75,7 +75,7 @@ TEST_F(AConfiguration, WritesItsLayoutOfElements) {
 }
 
 TEST_F(AConfiguration, KeepsKeysAndSubKeysOfOneNameApart) {
-  Configuration writer(kWrite, kFile);
+  Configuration writer(kWrite, kValuesFile);
   writer.setText("ch0", "name", "of the key");
   writer.setText("ch0", "video", "of the sub-key", "name");
   EXPECT_EQ(writer.text("ch0", "name"), "of the key");
@@ -85,7 +85,7 @@ TEST_F(AConfiguration, KeepsKeysAndSubKeysOfOneNameApart) {
 TEST_F(AConfiguration, ReplacesAValue) {
   storedAndReadAgain("first");
   EXPECT_EQ(storedAndReadAgain("second"), "second");
-  EXPECT_EQ(readFile(kFile).find("first"), std::string::npos);
+  EXPECT_EQ(readFile(kValuesFile).find("first"), std::string::npos);
 }
 
 TEST_F(AConfiguration, ReadsAnEmptyTextAsEmptyAndNotAsTheDefault) { EXPECT_EQ(storedAndReadAgain(""), ""); }
@@ -93,7 +93,7 @@ TEST_F(AConfiguration, ReadsAnEmptyTextAsEmptyAndNotAsTheDefault) { EXPECT_EQ(st
 TEST_F(AConfiguration, KeepsOrdinaryTextReadable) {
   const std::string text = "Caméra \"HD\" it's 100% 日本";
   EXPECT_EQ(storedAndReadAgain(text), text);
-  EXPECT_NE(readFile(kFile).find(">" + text + "<"), std::string::npos);
+  EXPECT_NE(readFile(kValuesFile).find(">" + text + "<"), std::string::npos);
 }
 
 TEST_F(AConfiguration, BringsBackEveryByte) {
@@ -165,16 +165,16 @@ TEST_F(AConfiguration, EscapesControlCharactersBackslashesAndOuterBlanks) {
 
 TEST_F(AConfiguration, ReadsABackslashThatBeginsNoEscapeAsItself) {
   for (const char *text : {"\\", "\\x", "\\x4", "\\xg1", "\\x1g", "\\X41", "x41", "0x41", "\\\\"}) {
-    writeFile(kFile, std::string("<velmora><ch0><devname>") + text + "</devname></ch0></velmora>");
-    EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), text);
+    writeFile(kValuesFile, std::string("<velmora><ch0><devname>") + text + "</devname></ch0></velmora>");
+    EXPECT_EQ(Configuration(kRead, kValuesFile).text("ch0", "devname"), text);
   }
-  writeFile(kFile, "<velmora><ch0><devname>\\x41\\x4a!\\x7e</devname></ch0></velmora>");
-  EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), "AJ!~");
+  writeFile(kValuesFile, "<velmora><ch0><devname>\\x41\\x4a!\\x7e</devname></ch0></velmora>");
+  EXPECT_EQ(Configuration(kRead, kValuesFile).text("ch0", "devname"), "AJ!~");
 }
 
 TEST_F(AConfiguration, ReadsTextInCdata) {
-  writeFile(kFile, "<velmora><ch0><devname>a<![CDATA[<b>]]>c</devname></ch0></velmora>");
-  EXPECT_EQ(Configuration(kRead, kFile).text("ch0", "devname"), "a<b>c");
+  writeFile(kValuesFile, "<velmora><ch0><devname>a<![CDATA[<b>]]>c</devname></ch0></velmora>");
+  EXPECT_EQ(Configuration(kRead, kValuesFile).text("ch0", "devname"), "a<b>c");
 }
 
 TEST_F(AConfiguration, BringsBackALongText) {
@@ -185,25 +185,25 @@ TEST_F(AConfiguration, BringsBackALongText) {
 TEST_F(AConfiguration, FillsABufferWithTheFirstBytesOfALongerText) {
   storedAndReadAgain("abcdef");
   char buffer[] = "########";
-  xmlcfg_get_str(Configuration(kRead, kFile).handle(), "", buffer, 4, "velmora", "ch0", "devname", nullptr);
+  xmlcfg_get_str(Configuration(kRead, kValuesFile).handle(), "", buffer, 4, "velmora", "ch0", "devname", nullptr);
   EXPECT_STREQ(buffer, "abcd####");
 }
 
 TEST_F(AConfiguration, EndsATextThatLeavesRoomForIt) {
   storedAndReadAgain("abc");
   char buffer[] = "########";
-  xmlcfg_get_str(Configuration(kRead, kFile).handle(), "", buffer, 4, "velmora", "ch0", "devname", nullptr);
+  xmlcfg_get_str(Configuration(kRead, kValuesFile).handle(), "", buffer, 4, "velmora", "ch0", "devname", nullptr);
   EXPECT_EQ(std::string(buffer, sizeof buffer), std::string("abc\0####\0", 9));
 }
 
 TEST_F(AConfiguration, CutsALongDefaultToo) {
   char buffer[] = "########";
-  xmlcfg_get_str(Configuration(kRead, kFile).handle(), "abcdef", buffer, 4, "velmora", "ch0", "devname", nullptr);
+  xmlcfg_get_str(Configuration(kRead, kValuesFile).handle(), "abcdef", buffer, 4, "velmora", "ch0", "devname", nullptr);
   EXPECT_STREQ(buffer, "abcd####");
 }
 
 TEST_F(AConfiguration, ReadsATextOnlyIntoABufferWithRoom) {
-  Configuration reader(kRead, kFile);
+  Configuration reader(kRead, kValuesFile);
   char buffer[] = "########";
   EXPECT_EQ(xmlcfg_get_str(reader.handle(), "ab", nullptr, 8, "velmora", "ch0", "key", nullptr), xmlcfg::kBadArgument);
   EXPECT_EQ(xmlcfg_get_str(reader.handle(), "ab", buffer, 0, "velmora", "ch0", "key", nullptr), xmlcfg::kBadArgument);
@@ -216,38 +216,38 @@ TEST_F(AConfiguration, ReadsATextOnlyIntoABufferWithRoom) {
 
 TEST_F(AConfiguration, BringsBackTheOutermostIntegers) {
   for (int value : {INT_MIN, -1, 0, 999, INT_MAX}) {
-    Configuration writer(kWrite, kFile);
+    Configuration writer(kWrite, kValuesFile);
     writer.setNumber("ch0", "profile", value);
     writer.close();
-    EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "profile", 7), value);
+    EXPECT_EQ(Configuration(kRead, kValuesFile).number("ch0", "profile", 7), value);
   }
 }
 
 TEST_F(AConfiguration, ReadsWhatIsNotADecimalIntegerAsTheDefault) {
   for (const char *garbage : {"", "x", "1x", "0x10", "+1", "1 ", "1.0", "2147483648", "--1"}) {
     storedAndReadAgain(garbage);
-    EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "devname", 77), 77) << garbage;
+    EXPECT_EQ(Configuration(kRead, kValuesFile).number("ch0", "devname", 77), 77) << garbage;
   }
 }
 
 TEST_F(AConfiguration, ReadsAnIntegerOfUpTo64Digits) {
   for (const auto &[zeros, expected] : {std::pair(62, 7), std::pair(63, 7), std::pair(64, -1)}) {
     storedAndReadAgain(std::string(static_cast<std::size_t>(zeros), '0') + "7");
-    EXPECT_EQ(Configuration(kRead, kFile).number("ch0", "devname", -1), expected) << zeros;
+    EXPECT_EQ(Configuration(kRead, kValuesFile).number("ch0", "devname", -1), expected) << zeros;
   }
 }
 
 TEST_F(AConfiguration, RefusesToSetOnAHandleForReading) {
-  Configuration reader(kRead, kFile);
+  Configuration reader(kRead, kValuesFile);
   EXPECT_EQ(reader.setNumber("ch0", "exists", 1), xmlcfg::kReadOnly);
   EXPECT_EQ(reader.setText("ch0", "devname", "x"), xmlcfg::kReadOnly);
   EXPECT_EQ(reader.number("ch0", "exists", -1), -1);
   reader.close();
-  EXPECT_EQ(readFile(kFile), "<velmora/>");
+  EXPECT_EQ(readFile(kValuesFile), "<velmora/>");
 }
 
 TEST_F(AConfiguration, RefusesNamesThatXmlCannotCarry) {
-  Configuration writer(kWrite, kFile);
+  Configuration writer(kWrite, kValuesFile);
   for (const char *name : {"", "a b", "<a>", "1st", "a/b"}) {
     EXPECT_EQ(writer.setText(name, "key", "x"), xmlcfg::kBadArgument) << name;
     EXPECT_EQ(writer.setText("ch0", name, "x"), xmlcfg::kBadArgument) << name;
@@ -256,7 +256,7 @@ TEST_F(AConfiguration, RefusesNamesThatXmlCannotCarry) {
 }
 
 TEST_F(AConfiguration, TakesNamesOfLettersDigitsDotsDashesAndUnderscores) {
-  Configuration writer(kWrite, kFile);
+  Configuration writer(kWrite, kValuesFile);
   for (const char *name : {"a", "z", "A", "Z", "_", "a0", "a9", "a-", "a.", "_azAZ"}) {
     EXPECT_EQ(writer.setText("ch0", name, name), xmlcfg::kDone) << name;
     EXPECT_EQ(writer.text("ch0", name), name);
@@ -266,12 +266,12 @@ TEST_F(AConfiguration, TakesNamesOfLettersDigitsDotsDashesAndUnderscores) {
 }
 
 TEST_F(AConfiguration, RefusesAnotherRoot) {
-  Configuration writer(kWrite, kFile);
+  Configuration writer(kWrite, kValuesFile);
   EXPECT_EQ(xmlcfg_set_int(writer.handle(), 1, "other", "ch0", "exists", nullptr), xmlcfg::kBadArgument);
 }
 
 TEST_F(AConfiguration, AnswersNullPointersWithFailureOrTheDefault) {
-  Configuration writer(kWrite, kFile);
+  Configuration writer(kWrite, kValuesFile);
   EXPECT_EQ(xmlcfg_set_str(writer.handle(), nullptr, "velmora", "ch0", "key", nullptr), xmlcfg::kBadArgument);
   EXPECT_EQ(xmlcfg_set_str(nullptr, "x", "velmora", "ch0", "key", nullptr), xmlcfg::kBadArgument);
   EXPECT_EQ(xmlcfg_get_int(nullptr, 5, "velmora", "ch0", "key", nullptr), 5);

@@ -20,8 +20,6 @@
 
 namespace {
 
-const std::string kFolder = std::string(kWorkFolder) + "/config";
-const std::string kFile = kFolder + "/usbdev.conf";
 constexpr std::array<const char *, 10> kSections{"ch0", "ch1", "ch2", "ch3", "ch4", "ch5", "ch6", "ch7", "ch8", "ch9"};
 
 /// Gives all ten sections the same number, together with a text that makes the file long.
@@ -35,7 +33,7 @@ bool writeGeneration(Configuration &writer, int generation) {
 
 /// The generation of the file, -1 when it cannot be opened or is a mixture.
 int readGeneration() {
-  Configuration reader(kRead, kFile);
+  Configuration reader(kRead, kConfigFile);
   if (reader.openResult() != xmlcfg::kOpened) return -1;
   const int generation = reader.number("ch0", "profile");
   for (const char *section : kSections) {
@@ -48,8 +46,8 @@ int readGeneration() {
 class ConcurrentWriters : public testing::Test {
  protected:
   void SetUp() override {
-    makeEmptyFolder(kFolder);
-    Configuration writer(kWrite, kFile);
+    makeEmptyFolder(kConfigFolder);
+    Configuration writer(kWrite, kConfigFile);
     ASSERT_TRUE(writeGeneration(writer, 0));
   }
 };
@@ -59,7 +57,7 @@ constexpr int kIncrementsEach = 40;
 
 int incrementManyTimes() {
   for (int i = 0; i < kIncrementsEach; ++i) {
-    Configuration writer(kWrite, kFile);
+    Configuration writer(kWrite, kConfigFile);
     if (writer.openResult() != xmlcfg::kOpened || !writeGeneration(writer, writer.number("ch0", "profile") + 1))
       return 1;
   }
@@ -89,20 +87,20 @@ int keysOfSimultaneousCreators() {
       close(gate[1]);
       char none = 0;
       if (read(gate[0], &none, 1) != 0) return 1;
-      Configuration writer(kWrite, kFile);
+      Configuration writer(kWrite, kConfigFile);
       return writer.setNumber(section, "profile", 1) == xmlcfg::kDone ? writer.close() : 1;
     }));
   close(gate[0]);
   close(gate[1]);  // the last writing end: every child reads the end of the file
   for (pid_t child : children) EXPECT_EQ(waitForChild(child), 0);
-  Configuration reader(kRead, kFile);
+  Configuration reader(kRead, kConfigFile);
   return static_cast<int>(std::count_if(kSections.begin(), kSections.end(),
                                         [&](const char *section) { return reader.number(section, "profile") == 1; }));
 }
 
 TEST_F(ConcurrentWriters, CreateAMissingFileOnce) {
   for (int round = 0; round < 60; ++round) {
-    ASSERT_EQ(unlink(kFile.c_str()), 0);
+    ASSERT_EQ(unlink(kConfigFile.c_str()), 0);
     ASSERT_EQ(keysOfSimultaneousCreators(), static_cast<int>(kSections.size())) << "in round " << round;
   }
 }
@@ -111,7 +109,7 @@ TEST_F(ConcurrentWriters, CreateAMissingFileOnce) {
 int writeForEver(int pipe_end, int generation) {
   if (write(pipe_end, "b", 1) != 1) return 1;
   for (;;) {
-    Configuration writer(kWrite, kFile);
+    Configuration writer(kWrite, kConfigFile);
     if (!writeGeneration(writer, ++generation)) return 1;
   }
 }
@@ -156,11 +154,11 @@ TEST_F(AKilledWriter, LeavesTheOldOrTheNewFile) {
 
 TEST_F(AKilledWriter, LeavesNothingThatTheNextOneDoesNotRemove) {
   killAtRandomMoment(0);
-  writeFile(kFolder + "/.usbdev.conf.new", "<half");
-  Configuration writer(kWrite, kFile);
+  writeFile(kConfigFolder + "/.usbdev.conf.new", "<half");
+  Configuration writer(kWrite, kConfigFile);
   EXPECT_TRUE(writeGeneration(writer, 1000));
   EXPECT_EQ(readGeneration(), 1000);
-  EXPECT_THAT(namesIn(kFolder), testing::ElementsAre("usbdev.conf"));
+  EXPECT_THAT(namesIn(kConfigFolder), testing::ElementsAre("usbdev.conf"));
 }
 
 }  // namespace

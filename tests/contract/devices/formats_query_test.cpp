@@ -121,42 +121,43 @@ class AHardKill : public ContractTest {
   }
 };
 
-const std::string kVendor = "    ATTRS{idVendor}==\"0603\"\n";
-const std::string kProduct = "    ATTRS{idProduct}==\"8612\"\n";
+const std::string kVendorLine = "    ATTRS{idVendor}==\"0603\"\n";
+const std::string kProductLine = "    ATTRS{idProduct}==\"8612\"\n";
 const std::string kOtherVendor = "    ATTRS{idVendor}==\"1d6b\"\n";
 const std::string kOtherProduct = "    ATTRS{idProduct}==\"0002\"\n";
 
 TEST_F(AHardKill, IsNeededByOneModelInEitherOrder) {
-  EXPECT_EQ(neededBy(kVendor + kProduct), 1);
-  EXPECT_EQ(neededBy(kProduct + kVendor), 1);
+  EXPECT_EQ(neededBy(kVendorLine + kProductLine), 1);
+  EXPECT_EQ(neededBy(kProductLine + kVendorLine), 1);
   EXPECT_EQ(host.journal.commands().front(), "/sbin/udevadm info --name=/dev/video2 --attribute-walk");
 }
 
 TEST_F(AHardKill, IsNotNeededByOthers) {
-  EXPECT_EQ(neededBy(kVendor + kOtherProduct), 0);
-  EXPECT_EQ(neededBy(kOtherVendor + kProduct), 0);
-  EXPECT_EQ(neededBy("    ATTRS{idVendor}==\"06030\"\n" + kProduct), 0);
+  EXPECT_EQ(neededBy(kVendorLine + kOtherProduct), 0);
+  EXPECT_EQ(neededBy(kOtherVendor + kProductLine), 0);
+  EXPECT_EQ(neededBy("    ATTRS{idVendor}==\"06030\"\n" + kProductLine), 0);
 }
 
 TEST_F(AHardKill, IsNeededByAParentOfThatModelToo) {
-  EXPECT_EQ(
-      neededBy(kOtherVendor + kOtherProduct + "  looking at parent device '/devices/usb1':\n" + kProduct + kVendor), 1);
+  EXPECT_EQ(neededBy(kOtherVendor + kOtherProduct + "  looking at parent device '/devices/usb1':\n" + kProductLine +
+                     kVendorLine),
+            1);
 }
 
 TEST_F(AHardKill, ForgetsBothPartsOfAPair) {
-  EXPECT_EQ(neededBy(kVendor + kOtherProduct + kProduct), 0);
-  EXPECT_EQ(neededBy(kVendor + kOtherProduct + kProduct + kOtherVendor + kVendor), 0);
+  EXPECT_EQ(neededBy(kVendorLine + kOtherProduct + kProductLine), 0);
+  EXPECT_EQ(neededBy(kVendorLine + kOtherProduct + kProductLine + kOtherVendor + kVendorLine), 0);
 }
 
 TEST_F(AHardKill, TakesTheLaterOfTwoVendorsWithoutAProductBetween) {
-  EXPECT_EQ(neededBy(kOtherVendor + kVendor + kProduct), 1);
-  EXPECT_EQ(neededBy(kVendor + kOtherVendor + kProduct), 0);
+  EXPECT_EQ(neededBy(kOtherVendor + kVendorLine + kProductLine), 1);
+  EXPECT_EQ(neededBy(kVendorLine + kOtherVendor + kProductLine), 0);
 }
 
 TEST_F(AHardKill, IsNotNeededByHalfAPair) {
-  EXPECT_EQ(neededBy(kVendor), 0);
+  EXPECT_EQ(neededBy(kVendorLine), 0);
   EXPECT_EQ(neededBy(""), 0);
-  EXPECT_EQ(neededBy("    ATTRS{idVendor}=\"0603\"\n" + kProduct), 0);
+  EXPECT_EQ(neededBy("    ATTRS{idVendor}=\"0603\"\n" + kProductLine), 0);
 }
 
 TEST_F(AHardKill, IsNotNeededWhenTheCommandCannotStart) {

@@ -76,7 +76,7 @@ constexpr Rule kLines[] = {
     {kAudio | kSoundOn, kVolume, "log 0 Modified Channel 3 audio volume: 70"},
 };
 
-struct Case {
+struct TableCase {
   int stream_type;
   int codec;
   bool sound_on;
@@ -92,7 +92,7 @@ struct Case {
 };
 
 template <size_t N>
-Lines textsThatApply(const Rule (&rules)[N], const Case &c, unsigned changes) {
+Lines textsThatApply(const Rule (&rules)[N], const TableCase &c, unsigned changes) {
   Lines texts;
   for (const Rule &rule : rules) {
     if ((rule.conditions & c.conditions()) == rule.conditions && (rule.changes & changes) != 0) {
@@ -119,7 +119,7 @@ std::ostream &operator<<(std::ostream &out, const Outcome &outcome) {
 constexpr int kReportAll = 5;
 constexpr int kOtherCode = 1;
 
-Outcome expected(const Case &c) {
+Outcome expected(const TableCase &c) {
   Outcome outcome;
   outcome.writes = textsThatApply(kKeys, c, c.changes | kAlways);
   outcome.lines = textsThatApply(kLines, c, c.reports_all ? kAllChanges : c.changes);
@@ -131,7 +131,7 @@ Outcome expected(const Case &c) {
   return outcome;
 }
 
-_streaminfo newSettings(const Case &c) {
+_streaminfo newSettings(const TableCase &c) {
   _streaminfo info = zeroed<_streaminfo>();
   info.vcodec = c.codec;
   info.width = 640;
@@ -148,7 +148,7 @@ _streaminfo newSettings(const Case &c) {
 }
 
 // The same but for what is to have changed, and for all that does not count.
-_streaminfo oldSettings(const Case &c) {
+_streaminfo oldSettings(const TableCase &c) {
   const _streaminfo after = newSettings(c);
   _streaminfo before = untouched<_streaminfo>();
   const auto set = [&](unsigned change, int _streaminfo::*setting) {
@@ -169,7 +169,7 @@ _streaminfo oldSettings(const Case &c) {
 }
 
 // A request needs a camera, so that one that is seen to be missing has to come back in time.
-void describeChannel(Host &host, const Case &c) {
+void describeChannel(Host &host, const TableCase &c) {
   allowEncoding(host);
   host.chance.random = 4711;
   host.camera(5, "3-1.2")
@@ -180,7 +180,7 @@ void describeChannel(Host &host, const Case &c) {
   if (!c.hasVideo()) host.config.beforeOpenNumber(3, [channel]() mutable { channel.vnode(5); });
 }
 
-Outcome actual(const Case &c) {
+Outcome actual(const TableCase &c) {
   Host host;
   describeChannel(host, c);
   _streaminfo after = newSettings(c);
@@ -210,7 +210,7 @@ TEST_P(EveryStreamChange, WritesLogsAndNotifiesWhatChangedAndApplies) {
     for (const bool sound_on : {false, true}) {
       for (const bool reports_all : {false, true}) {
         for (unsigned changes = 0; changes <= kAllChanges; changes += kStep) {
-          const Case c{GetParam(), codec, sound_on, reports_all, changes};
+          const TableCase c{GetParam(), codec, sound_on, reports_all, changes};
           ASSERT_EQ(actual(c), expected(c)) << "codec " << codec << " sound " << sound_on << " changes " << changes;
         }
       }

@@ -59,7 +59,7 @@ Scenarios mapping() {
   };
 }
 
-Scenarios counters() {
+Scenarios timeOuts() {
   const auto missing = [](World &) { forgetSegment(); };
   const auto made = [](World &) { makeSegment(); };
   return {
@@ -85,6 +85,6 @@ Scenarios counters() {
 
 }  // namespace
 
-Scenarios coreScenarios() { return texts() + hostQueries() + mapping() + counters(); }
+Scenarios coreScenarios() { return texts() + hostQueries() + mapping() + timeOuts(); }
 
 }  // namespace calls

@@ -44,7 +44,7 @@ void anotherAt(World &w, const char *slot) {
   cameraOn(w.host, 1, slot, 2, 1).profileName("Door");
 }
 
-void twoBehindOneBridge(World &w) {
+void anotherBehindTheBridge(World &w) {
   anotherAt(w, "1-1");
   for (const int node : {1, 2}) w.host.camera(node, "3-1").behindBridge(contract::kController);
 }
@@ -68,7 +68,7 @@ Scenarios arrivals() {
        plugIn},
       {"mn_set_usbdev_hotplug", "a new camera waits for one at its root port", [](World &w) { anotherAt(w, "3-1.2"); },
        plugIn},
-      {"mn_set_usbdev_hotplug", "a new camera waits for one behind its bridge", twoBehindOneBridge, plugIn},
+      {"mn_set_usbdev_hotplug", "a new camera waits for one behind its bridge", anotherBehindTheBridge, plugIn},
       {"mn_set_usbdev_hotplug", "a new camera waits on a one-channel host",
        [](World &w) {
          anotherAt(w, "1-1");

@@ -17,25 +17,25 @@ namespace {
 
 unsigned counters[4];
 bool exists = false;
-int attached = 0;
+int attachments = 0;
 
 }  // namespace
 
 void makeSegment() {
   exists = true;
-  attached = 0;
+  attachments = 0;
   std::fill_n(counters, 4, 5U);
 }
 
 void forgetSegment() {
   exists = false;
-  attached = 0;
+  attachments = 0;
   std::fill_n(counters, 4, 0U);
 }
 
-void leaveAttached() { --attached; }
+void leaveAttached() { --attachments; }
 
-bool isAttached() { return attached != 0; }
+bool isAttached() { return attachments != 0; }
 
 std::string countersText() {
   std::string text = exists ? "segment" : "no segment";
@@ -59,13 +59,13 @@ int shmget(key_t, size_t size, int) noexcept {
 
 void *shmat(int, const void *, int) noexcept {
   if (Host::current()->calls.failure("shmat")) return reinterpret_cast<void *>(-1);
-  ++calls::attached;
+  ++calls::attachments;
   return calls::counters;
 }
 
 int shmdt(const void *) noexcept {
   const auto failure = Host::current()->calls.failure("shmdt");
-  --calls::attached;
+  --calls::attachments;
   return failure ? *failure : 0;
 }
 

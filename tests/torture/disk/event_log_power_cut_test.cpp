@@ -22,8 +22,8 @@ using torture::Cut;
 using torture::Order;
 using Lines = std::vector<std::string>;
 
-const std::string kDisk = "/var/log";
-const std::string kDatabase = kDisk + "/vl/event.db";
+const std::string kLogDisk = "/var/log";
+const std::string kDatabase = kLogDisk + "/vl/event.db";
 
 int addLine(const std::string &line) {
   if (vq_sql_set_log(0, line.c_str(), 0) != 0) return 1;
@@ -54,7 +54,7 @@ Recording record(const Additions &additions) {
   if (additions.database_is_there) {
     EXPECT_EQ(addLine("old"), 0);
   }
-  recording::begin(kDisk);
+  recording::begin(kLogDisk);
   additions.make();
   return recording::end();
 }
@@ -90,19 +90,19 @@ bool holdsTheRules(const Additions &additions, const Cut &cut) {
          std::all_of(lines.begin(), lines.end(), [&](const auto &line) { return isIn(possible, line); });
 }
 
-class APowerCut : public testing::Test {
+class ALogsPowerCut : public testing::Test {
  protected:
-  void SetUp() override { mountMemory(kDisk); }
-  void TearDown() override { umount2(kDisk.c_str(), MNT_DETACH); }
+  void SetUp() override { mountMemory(kLogDisk); }
+  void TearDown() override { umount2(kLogDisk.c_str(), MNT_DETACH); }
 };
 
-class WhileLinesAreAdded : public APowerCut, public testing::WithParamInterface<Additions> {};
+class WhileLinesAreAdded : public ALogsPowerCut, public testing::WithParamInterface<Additions> {};
 
 TEST_P(WhileLinesAreAdded, LeavesWholeLinesAndLosesNoneThatWasStored) {
   const Recording recording = record(GetParam());
   const int states = torture::forEachCut(recording, Order::weakest, torture::kWholeCalls, [&](const Cut &cut) {
     SCOPED_TRACE("after " + std::to_string(cut.operations) + " operations");
-    torture::materialise(kDisk, cut.files);
+    torture::materialise(kLogDisk, cut.files);
     EXPECT_TRUE(holdsTheRules(GetParam(), cut));
     EXPECT_EQ(addLine("one more"), 0);
   });
@@ -113,14 +113,14 @@ TEST_P(WhileLinesAreAdded, LeavesWholeLinesAndLosesNoneThatWasStored) {
 INSTANTIATE_TEST_SUITE_P(APowerCut, WhileLinesAreAdded, testing::ValuesIn(kAdditions),
                          [](const auto &instance) { return std::string(instance.param.name); });
 
-class ALineWithoutAFlush : public APowerCut {
+class ALineWithoutAFlush : public ALogsPowerCut {
  protected:
   static int brokenWithoutFlushOf(const std::string &path) {
     const Additions &additions = kAdditions[1];
     const Recording recording = torture::withoutFlushOf(path, record(additions));
     int count = 0;
     torture::forEachCut(recording, Order::journal, torture::kWholeCalls, [&](const Cut &cut) {
-      torture::materialise(kDisk, cut.files);
+      torture::materialise(kLogDisk, cut.files);
       count += holdsTheRules(additions, cut) ? 0 : 1;
     });
     return count;
@@ -129,6 +129,6 @@ class ALineWithoutAFlush : public APowerCut {
 
 TEST_F(ALineWithoutAFlush, OfTheDatabaseIsLost) { EXPECT_GT(brokenWithoutFlushOf(kDatabase), 0); }
 
-TEST_F(ALineWithoutAFlush, OfTheFolderIsLost) { EXPECT_GT(brokenWithoutFlushOf(kDisk + "/vl"), 0); }
+TEST_F(ALineWithoutAFlush, OfTheFolderIsLost) { EXPECT_GT(brokenWithoutFlushOf(kLogDisk + "/vl"), 0); }
 
 }  // namespace

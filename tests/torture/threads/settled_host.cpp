@@ -22,7 +22,7 @@ namespace torture {
 
 namespace {
 
-constexpr int kCameras = 4;
+constexpr int kSettledCameras = 4;
 constexpr char kReply[] =
     "HTTP/1.0 200 OK\r\n\r\n<authSid><![CDATA[a1b2]]></authSid><authPassed><![CDATA[1]]></authPassed>";
 
@@ -49,7 +49,7 @@ ASettledHost::ASettledHost() : services_({contract::Answer{kReply}}, contract::S
 }
 
 void ASettledHost::describeCameras() {
-  for (int i = 0; i < kCameras; ++i) {
+  for (int i = 0; i < kSettledCameras; ++i) {
     camera(portOf(i), nodeOf(i), kName);
     host.camera(nodeOf(i), portOf(i)).ids("046d", "0825");
     host.channel(i).attached(portOf(i), nodeOf(i)).name(kName).streaming(i < 3 ? i : -1);

@@ -18,42 +18,43 @@ using usbdevctl::readCameraName;
 using By = CameraName::By;
 
 /// What the text names, or what is wrong with it.
-std::string read(const std::string &text, By bare_number = By::profile) {
+std::string meaning(const std::string &text, By bare_number = By::profile) {
   std::string wrong;
   const auto name = readCameraName(text, bare_number, wrong);
   return name ? nameText(*name) : wrong;
 }
 
 TEST(AName, IsAPortAChannelOrAProfile) {
-  EXPECT_EQ(read("3-1.2"), "port 3-1.2");
-  EXPECT_EQ(read("ch9"), "channel 9");
-  EXPECT_EQ(read("pf3"), "profile 3");
+  EXPECT_EQ(meaning("3-1.2"), "port 3-1.2");
+  EXPECT_EQ(meaning("ch9"), "channel 9");
+  EXPECT_EQ(meaning("pf3"), "profile 3");
 }
 
 TEST(ABareNumber, IsWhatTheCommandIsAbout) {
-  EXPECT_EQ(read("3", By::profile), "profile 3");
-  EXPECT_EQ(read("9", By::channel), "channel 9");
-  EXPECT_EQ(read("64", By::video_node), "video node 64");
+  EXPECT_EQ(meaning("3", By::profile), "profile 3");
+  EXPECT_EQ(meaning("9", By::channel), "channel 9");
+  EXPECT_EQ(meaning("64", By::video_node), "video node 64");
 }
 
 TEST(ANumber, AboveTheLastOneIsRefused) {
-  EXPECT_EQ(read("4"), "profile must be 0 to 3, not 4");
-  EXPECT_EQ(read("pf4"), "profile must be 0 to 3, not 4");
-  EXPECT_EQ(read("ch10"), "channel must be 0 to 9, not 10");
-  EXPECT_EQ(read("10", By::channel), "channel must be 0 to 9, not 10");
-  EXPECT_EQ(read("2147483648", By::video_node), "video node must be at least 0, not 2147483648");
+  EXPECT_EQ(meaning("4"), "profile must be 0 to 3, not 4");
+  EXPECT_EQ(meaning("pf4"), "profile must be 0 to 3, not 4");
+  EXPECT_EQ(meaning("ch10"), "channel must be 0 to 9, not 10");
+  EXPECT_EQ(meaning("10", By::channel), "channel must be 0 to 9, not 10");
+  EXPECT_EQ(meaning("2147483648", By::video_node), "video node must be at least 0, not 2147483648");
 }
 
 TEST(AnotherText, IsRefusedWithAnExampleOfAName) {
   for (const char *text : {"", "ch", "chx", "cam", "-1", "ch 1", "CH1"}) {
-    EXPECT_EQ(read(text), "'" + std::string(text) + "' is not a port (3-1.2), channel (ch2), profile (pf1) or number");
+    EXPECT_EQ(meaning(text),
+              "'" + std::string(text) + "' is not a port (3-1.2), channel (ch2), profile (pf1) or number");
   }
 }
 
 TEST(APort, HasAtMost127Bytes) {
   const std::string longest = "3-" + std::string(125, '1');
-  EXPECT_EQ(read(longest), "port " + longest);
-  EXPECT_EQ(read(longest + "1"), "the port's name is longer than 127 bytes");
+  EXPECT_EQ(meaning(longest), "port " + longest);
+  EXPECT_EQ(meaning(longest + "1"), "the port's name is longer than 127 bytes");
 }
 
 class TheCameras : public testing::Test {

@@ -30,7 +30,7 @@ std::string textOf(const std::string &datagram) {
   return notification ? notificationText(*notification) : "refused: " + reason;
 }
 
-std::string jsonOf(const std::string &datagram) {
+std::string jsonOfDatagram(const std::string &datagram) {
   std::string reason;
   const auto notification = decodeNotification(datagram, reason);
   return notification ? notificationJson(*notification).line() : "refused: " + reason;
@@ -66,7 +66,7 @@ TEST(ANotification, WhoseHeaderHoldsMoreThanAnAddressNamesNoClient) {
 
 TEST(ANotification, IsOneLineOfJson) {
   const std::string header = std::string(4, '\0') + "\x0a\x01\x02\x03" + std::string(8, '\0');
-  EXPECT_EQ(jsonOf(datagramOf(header, {3, 4, -1, 0, 5, -1})),
+  EXPECT_EQ(jsonOfDatagram(datagramOf(header, {3, 4, -1, 0, 5, -1})),
             "{\"schema\":1,\"event\":5,\"profile\":3,\"video_node\":4,\"audio_node\":-1,\"flag\":0,\"target\":-1,"
             "\"header\":\"000000000a0102030000000000000000\",\"client\":\"10.1.2.3\"}\n");
 }

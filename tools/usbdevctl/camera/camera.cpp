@@ -12,7 +12,7 @@ namespace usbdevctl {
 
 namespace {
 
-constexpr char kGap[] = "  ";
+constexpr char kSpace[] = "  ";
 
 std::string profileText(const ChannelRow &row) {
   return row.profile ? "profile " + std::to_string(*row.profile) : "no profile";
@@ -33,9 +33,9 @@ bool isAttached(const Camera &camera) { return camera.row.state == ChannelState:
 
 std::string cameraText(const Camera &camera) {
   const ChannelRow &row = camera.row;
-  std::string text = "channel " + std::to_string(camera.channel) + kGap + printable(row.slot) + kGap + '"' +
-                     printable(row.device) + '"' + kGap + profileText(row);
-  if (!isAttached(camera)) text += std::string(kGap) + stateName(row.state);
+  std::string text = "channel " + std::to_string(camera.channel) + kSpace + printable(row.slot) + kSpace + '"' +
+                     printable(row.device) + '"' + kSpace + profileText(row);
+  if (!isAttached(camera)) text += std::string(kSpace) + stateName(row.state);
   return text;
 }
 

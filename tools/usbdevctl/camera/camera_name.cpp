@@ -18,7 +18,7 @@ namespace {
 
 using By = CameraName::By;
 
-constexpr std::size_t kLongestPort = sizeof(_usbdev_des::usbslot) - 1;
+constexpr std::size_t kPortLimit = sizeof(_usbdev_des::usbslot) - 1;
 
 struct Numbered {
   By by;
@@ -54,8 +54,8 @@ std::optional<CameraName> numbered(const Numbered &kind, std::string_view digits
 }
 
 std::optional<CameraName> readPort(const std::string &text, std::string &wrong) {
-  if (text.size() > kLongestPort) {
-    wrong = "the port's name is longer than " + std::to_string(kLongestPort) + " bytes";
+  if (text.size() > kPortLimit) {
+    wrong = "the port's name is longer than " + std::to_string(kPortLimit) + " bytes";
     return std::nullopt;
   }
   return CameraName{By::port, -1, text};

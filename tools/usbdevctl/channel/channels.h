@@ -49,6 +49,8 @@ struct ChannelRow {
 
 using ChannelRows = std::array<ChannelRow, USBDEV_CHANNELS>;
 
+inline const ChannelRow &rowOf(const ChannelRows &rows, int channel) { return rows[static_cast<std::size_t>(channel)]; }
+
 ChannelRows describeChannels(const ChannelListings &listings);
 
 /// A row of the device table or of the profile table whose device is known.

@@ -14,11 +14,11 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
+struct ChannelsOptions {
   bool json = false;
 };
 
-ExitStatus channels(const Options &options) {
+ExitStatus channels(const ChannelsOptions &options) {
   ChannelRows rows;
   if (!readChannels(rows)) return configurationUnreadable();
   print(listOutput("channels", channelFields(rows), options.json));
@@ -28,7 +28,7 @@ ExitStatus channels(const Options &options) {
 }  // namespace
 
 void addChannels(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<ChannelsOptions>();
   Command &command = program.addCommand("channels", "Show the ten channels and their devices",
                                         [options] { return channels(*options); });
   addJsonFlag(command, options->json);

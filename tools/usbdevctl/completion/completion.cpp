@@ -69,7 +69,7 @@ Places placesOf(const Command &program) {
   return places;
 }
 
-std::string quoted(const std::string &text) {
+std::string inQuotes(const std::string &text) {
   std::string result = "'";
   for (const char letter : text) result += letter == '\'' ? "'\\''" : std::string(1, letter);
   return result + "'";
@@ -78,15 +78,15 @@ std::string quoted(const std::string &text) {
 std::string bashCase(const Place &place) {
   std::string line;
   for (const Word &word : place.words) line += (line.empty() ? "" : " ") + word.text;
-  const std::string words = place.host_names.empty() ? "echo " + quoted(line) : "_usbdevctl_host " + place.host_names;
-  return "    " + quoted(place.name) + ") " + words + " ;;\n";
+  const std::string words = place.host_names.empty() ? "echo " + inQuotes(line) : "_usbdevctl_host " + place.host_names;
+  return "    " + inQuotes(place.name) + ") " + words + " ;;\n";
 }
 
 std::string zshCase(const Place &place) {
   std::string list;
-  for (const Word &word : place.words) list += "\n      " + quoted(word.text + ":" + word.description);
+  for (const Word &word : place.words) list += "\n      " + inQuotes(word.text + ":" + word.description);
   const std::string words = place.host_names.empty() ? "reply=(" + list + ")" : "_usbdevctl_host " + place.host_names;
-  return "    " + quoted(place.name) + ") " + words + " ;;\n";
+  return "    " + inQuotes(place.name) + ") " + words + " ;;\n";
 }
 
 /// In single quotes, fish has a meaning for the backslash.

@@ -19,17 +19,17 @@ bool isOwnCard(const _usbdev_des &device) {
   return !isCamera(device) && fieldText(device.devname).compare(0, sizeof kOwnCard - 1, kOwnCard) == 0;
 }
 
-bool isAttached(const ChannelRow &row) { return row.state == ChannelState::plugged; }
+bool isPlugged(const ChannelRow &row) { return row.state == ChannelState::plugged; }
 
 bool takes(const ChannelRow &row, const _usbdev_des &device) {
   const bool same_port = row.slot == fieldText(device.usbslot);
-  if (!row.profile) return same_port || !isAttached(row);
-  const bool same_device = row.device == fieldText(device.devname) || (isAttached(row) && !isCamera(device));
+  if (!row.profile) return same_port || !isPlugged(row);
+  const bool same_device = row.device == fieldText(device.devname) || (isPlugged(row) && !isCamera(device));
   return row.slot.empty() || (same_port && same_device);
 }
 
 bool gives(const ChannelRow &row, const _usbdev_des &device) {
-  return isAttached(row) && row.slot == fieldText(device.usbslot);
+  return isPlugged(row) && row.slot == fieldText(device.usbslot);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace usbdevctl {
 
 namespace {
 
-Fields deviceFields(std::size_t channel, const _usbdev_entry &entry) {
+Fields channelFields(std::size_t channel, const _usbdev_entry &entry) {
   const ChannelRow row = channelRow(entry);
   Fields fields;
   addIdentity(fields, channel, row);
@@ -26,7 +26,7 @@ Fields deviceFields(std::size_t channel, const _usbdev_entry &entry) {
 FieldRows deviceFields(const std::array<_usbdev_entry, USBDEV_CHANNELS> &entries) {
   FieldRows rows;
   for (std::size_t channel = 0; channel < entries.size(); ++channel) {
-    if (entries[channel].exists != 0) rows.push_back(deviceFields(channel, entries[channel]));
+    if (entries[channel].exists != 0) rows.push_back(channelFields(channel, entries[channel]));
   }
   return rows;
 }

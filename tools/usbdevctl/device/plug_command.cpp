@@ -24,7 +24,7 @@ namespace {
 constexpr char kCamera[] = "camera";
 constexpr char kAudio[] = "audio";
 
-struct Options {
+struct PlugOptions {
   std::string type;
   int node = 0;
   std::string slot;
@@ -37,7 +37,7 @@ void copyCut(const std::string &text, char (&field)[Size]) {
   field[text.copy(field, Size - 1)] = '\0';
 }
 
-_usbdev_des descriptorOf(const Options &device, bool plugged) {
+_usbdev_des descriptorOf(const PlugOptions &device, bool plugged) {
   _usbdev_des descriptor = {};
   descriptor.devtype = device.type == kCamera ? 1 : 0;
   descriptor.node = device.node;
@@ -60,7 +60,7 @@ ExitStatus explainNoChannel(const _usbdev_des &device) {
 }
 
 /// The options of plug and unplug; node and name matter for a plug-in only, which needs them.
-void addOptions(Command &command, Options &device, bool plugged) {
+void addOptions(Command &command, PlugOptions &device, bool plugged) {
   command.add("--type", &device.type, "Kind of device").require().allow({kCamera, kAudio});
   command.add("--node", &device.node, "N of /dev/videoN, or the number of the sound card").require(plugged).limit(0);
   addPort(command, device.slot, "--slot").require();
@@ -70,7 +70,7 @@ void addOptions(Command &command, Options &device, bool plugged) {
 
 /// Passes the device to the library, one at a time over the whole host. A device without a channel is explained on
 /// standard error.
-ExitStatus runHotplug(const Options &device, bool plugged, HotplugOutcome &outcome) {
+ExitStatus runHotplug(const PlugOptions &device, bool plugged, HotplugOutcome &outcome) {
   const HotplugLock lock(kHotplugLockFile);
   if (!lock.error().empty()) {
     complain(lock.error());
@@ -82,7 +82,7 @@ ExitStatus runHotplug(const Options &device, bool plugged, HotplugOutcome &outco
   return outcome.channel >= 0 ? ExitStatus::ok : explainNoChannel(descriptor);
 }
 
-ExitStatus plug(const Options &device) {
+ExitStatus plug(const PlugOptions &device) {
   HotplugOutcome outcome;
   const ExitStatus status = runHotplug(device, true, outcome);
   if (status == ExitStatus::failure) return status;
@@ -93,7 +93,7 @@ ExitStatus plug(const Options &device) {
   return status;
 }
 
-ExitStatus unplug(const Options &device) {
+ExitStatus unplug(const PlugOptions &device) {
   HotplugOutcome outcome;
   const ExitStatus status = runHotplug(device, false, outcome);
   if (status != ExitStatus::failure) print(recordOutput(unplugReport(outcome), device.json));
@@ -103,14 +103,14 @@ ExitStatus unplug(const Options &device) {
 }  // namespace
 
 void addPlug(Command &program) {
-  auto device = std::make_shared<Options>();
+  auto device = std::make_shared<PlugOptions>();
   Command &command = program.addCommand("plug", "Report to the library that a device was plugged in; print its channel",
                                         [device] { return plug(*device); });
   addOptions(command, *device, true);
 }
 
 void addUnplug(Command &program) {
-  auto device = std::make_shared<Options>();
+  auto device = std::make_shared<PlugOptions>();
   Command &command = program.addCommand("unplug", "Report to the library that a device was removed; print its channel",
                                         [device] { return unplug(*device); });
   addOptions(command, *device, false);

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kPollMilliseconds = 200;  // the database does not notify other processes
 
-struct Options {
+struct LogOptions {
   int lines = 20;
   bool follow = false;
   bool json = false;
@@ -39,7 +39,7 @@ std::string listText(const std::vector<Event> &events) {
   return Json::document().set("events", std::move(list)).text();
 }
 
-ExitStatus show(const Options &options) {
+ExitStatus show(const LogOptions &options) {
   if (!EventLog::exists(kEventLogFile)) {
     if (options.json) print(listText({}));
     complain(std::string("nothing has been logged: there is no ") + kEventLogFile);
@@ -74,7 +74,7 @@ bool printNew(const std::vector<Event> &events, std::int64_t &newest, bool json)
   return flushOutput();
 }
 
-ExitStatus follow(const Options &options) {
+ExitStatus follow(const LogOptions &options) {
   const StopRequest stop;
   while (!EventLog::exists(kEventLogFile)) {
     if (const std::optional<ExitStatus> end = endWhileWaiting(stop)) return *end;
@@ -93,7 +93,7 @@ ExitStatus follow(const Options &options) {
 }  // namespace
 
 void addLog(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<LogOptions>();
   Command &command = program.addCommand("log", "Show the newest events of the host's event log",
                                         [options] { return options->follow ? follow(*options) : show(*options); });
   command.add("--lines", &options->lines, "Events to show, 20 if not given").limit(1);

@@ -25,7 +25,7 @@ constexpr char kReset[] = "reset";
 
 using Counters = std::array<std::uint32_t, 4>;
 
-struct Options {
+struct TimeoutsOptions {
   std::optional<std::string> change;
   CameraArgument camera{CameraName::By::profile};
   bool json = false;
@@ -72,12 +72,12 @@ ExitStatus failed() {
   return ExitStatus::failure;
 }
 
-ExitStatus misused(const std::string &reason) {
+ExitStatus misplaced(const std::string &reason) {
   complain(reason);
   return ExitStatus::usage;
 }
 
-ExitStatus add(const Options &options) {
+ExitStatus add(const TimeoutsOptions &options) {
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
@@ -108,9 +108,9 @@ ExitStatus show(bool as_json) {
   return ExitStatus::ok;
 }
 
-ExitStatus timeouts(const Options &options) {
+ExitStatus timeouts(const TimeoutsOptions &options) {
   if ((options.change == kAdd) != options.camera.isGiven()) {
-    return misused("a camera belongs after 'add', and nowhere else");
+    return misplaced("a camera belongs after 'add', and nowhere else");
   }
   if (options.change == kAdd) return add(options);
   return options.change == kReset ? reset(options.json) : show(options.json);
@@ -119,7 +119,7 @@ ExitStatus timeouts(const Options &options) {
 }  // namespace
 
 void addTimeouts(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<TimeoutsOptions>();
   Command &command =
       program.addCommand("timeouts", "Show the profiles' time-out counters; 'add CAMERA' or 'reset' them",
                          [options] { return timeouts(*options); });

@@ -18,13 +18,13 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-struct Options {
+struct WatchOptions {
   std::optional<int> count;
   std::optional<int> seconds;
   bool json = false;
 };
 
-std::optional<Clock::time_point> deadlineOf(const Options &options) {
+std::optional<Clock::time_point> deadlineOf(const WatchOptions &options) {
   if (!options.seconds) return std::nullopt;
   return Clock::now() + std::chrono::seconds(*options.seconds);
 }
@@ -52,7 +52,7 @@ ExitStatus failed(const std::string &what) {
   return ExitStatus::failure;
 }
 
-ExitStatus receive(const NotificationSocket &socket, const StopRequest &stop, const Options &options) {
+ExitStatus receive(const NotificationSocket &socket, const StopRequest &stop, const WatchOptions &options) {
   const std::optional<Clock::time_point> deadline = deadlineOf(options);
   for (int shown = 0; !options.count || shown < *options.count;) {
     const StopRequest::Event event = stop.wait(socket.descriptor(), millisecondsUntil(deadline));
@@ -69,7 +69,7 @@ ExitStatus receive(const NotificationSocket &socket, const StopRequest &stop, co
   return ExitStatus::ok;
 }
 
-ExitStatus watch(const Options &options) {
+ExitStatus watch(const WatchOptions &options) {
   const StopRequest stop;
   const NotificationSocket socket(kNotificationPort);
   if (!socket.error().empty()) {
@@ -84,7 +84,7 @@ ExitStatus watch(const Options &options) {
 
 void addWatch(Command &program) {
   constexpr int kMostSeconds = 1000000;  // in milliseconds still a number that can be waited for
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<WatchOptions>();
   Command &command = program.addCommand("watch", "Print the library's change notifications as they arrive",
                                         [options] { return watch(*options); });
   command.add("--count", &options->count, "End after so many notifications").limit(1);

@@ -10,8 +10,6 @@ namespace usbdevctl {
 
 namespace {
 
-const ChannelRow &rowOf(const ChannelRows &rows, int channel) { return rows[static_cast<std::size_t>(channel)]; }
-
 std::string channelName(int channel) { return "ch" + std::to_string(channel); }
 
 std::string forgetRemedy(int channel) { return "'usbdevctl forget " + channelName(channel) + "' frees the channel"; }

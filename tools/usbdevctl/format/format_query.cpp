@@ -13,7 +13,7 @@ namespace usbdevctl {
 
 namespace {
 
-constexpr std::size_t kMostBytes = 1U << 20U;
+constexpr std::size_t kMostOutput = 1U << 20U;
 
 struct ClosePipe {
   void operator()(FILE *pipe) const { pclose(pipe); }
@@ -33,7 +33,7 @@ std::string outputOf(const std::string &command) {
   const std::unique_ptr<FILE, ClosePipe> pipe(popen(command.c_str(), "re"));
   std::string output;
   std::array<char, 4096> piece;
-  while (pipe && output.size() < kMostBytes) {
+  while (pipe && output.size() < kMostOutput) {
     const std::size_t bytes = std::fread(piece.data(), 1, piece.size(), pipe.get());
     if (bytes == 0) break;
     output.append(piece.data(), bytes);

@@ -16,12 +16,12 @@ namespace {
 
 constexpr std::size_t kLongestPassword = sizeof(NasServer::password) - 1;
 
-struct Options {
+struct LoginOptions {
   std::string user;
   int seconds = 0;
 };
 
-ExitStatus login(const Options &options) {
+ExitStatus login(const LoginOptions &options) {
   const std::optional<std::string> password = readPassword(kLongestPassword);
   if (!password) return ExitStatus::usage;
   const auto question = [&] { return vl_auth(options.user.c_str(), password->c_str()); };
@@ -35,7 +35,7 @@ ExitStatus login(const Options &options) {
 }  // namespace
 
 void addLogin(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<LoginOptions>();
   Command &command = program.addCommand("login", "Check a user; asks for the password, or reads it from a pipe",
                                         [options] { return login(*options); });
   command.add("user", &options->user, "Name of the user");

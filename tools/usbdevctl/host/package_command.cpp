@@ -15,7 +15,7 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
+struct PackageOptions {
   std::string name;
   bool json = false;
 };
@@ -33,7 +33,7 @@ Fields describe(const std::string &name, const BndlInfo &info) {
       .add(answerField("enabled", info.enabled != 0));
 }
 
-ExitStatus package(const Options &options) {
+ExitStatus package(const PackageOptions &options) {
   BndlInfo info = {};
   vl_get_bndl_info(options.name.c_str(), &info);
   if (!isRegistered(info)) {
@@ -47,7 +47,7 @@ ExitStatus package(const Options &options) {
 }  // namespace
 
 void addPackage(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<PackageOptions>();
   Command &command = program.addCommand("package", "Show what the host's registry stores about an application package",
                                         [options] { return package(*options); });
   command.add("name", &options->name, "Name of the package");

@@ -16,13 +16,13 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
+struct SessionOptions {
   std::string sid;
   int seconds = 0;
   bool json = false;
 };
 
-ExitStatus session(const Options &options) {
+ExitStatus session(const SessionOptions &options) {
   const std::optional<std::string> sid = secretArgument(options.sid, "session");
   if (!sid) return ExitStatus::usage;
   const Answer answer = askLoginService(options.seconds, [&] { return vl_sid_auth(sid->c_str()); });
@@ -39,7 +39,7 @@ ExitStatus session(const Options &options) {
 }  // namespace
 
 void addSession(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<SessionOptions>();
   Command &command = program.addCommand("session", "Check whether a session of the host's web pages is open",
                                         [options] { return session(*options); });
   command.add("sid", &options->sid, "The session's identifier; - to read it from a pipe");

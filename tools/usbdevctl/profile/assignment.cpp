@@ -12,8 +12,6 @@ namespace {
 
 constexpr int kNobody = -1;
 
-const ChannelRow &rowOf(const ChannelRows &rows, int channel) { return rows[static_cast<std::size_t>(channel)]; }
-
 std::string named(const ChannelRows &rows, int channel) { return cameraText({channel, rowOf(rows, channel)}); }
 
 int holderOf(const ChannelRows &rows, int profile) {

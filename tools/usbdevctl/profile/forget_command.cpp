@@ -14,22 +14,22 @@ namespace usbdevctl {
 
 namespace {
 
-ExitStatus failed(const std::string &why) {
+ExitStatus notForgotten(const std::string &why) {
   complain(why);
   return ExitStatus::failure;
 }
 
 ExitStatus forget(const CameraOptions &options) {
   const HotplugLock lock(kHotplugLockFile);  // so that no device is plugged in meanwhile
-  if (!lock.error().empty()) return failed(lock.error());
+  if (!lock.error().empty()) return notForgotten(lock.error());
   Camera camera;
   const ExitStatus found = findCamera(options.camera.name(), camera);
   if (found != ExitStatus::ok) return found;
   if (camera.row.state == ChannelState::plugged) {
-    return failed(cameraText(camera) + ": it is attached; only a camera that is away can be forgotten");
+    return notForgotten(cameraText(camera) + ": it is attached; only a camera that is away can be forgotten");
   }
   std::string wrong;
-  if (!releaseChannel(camera, wrong)) return failed(cameraText(camera) + ": " + wrong);
+  if (!releaseChannel(camera, wrong)) return notForgotten(cameraText(camera) + ": " + wrong);
   print(changeOutput("forgotten", {}, camera, options.json));
   return ExitStatus::ok;
 }

@@ -19,13 +19,13 @@ namespace {
 
 constexpr std::size_t kLongestName = sizeof(_usbdev_entry::profilename) - 1;
 
-struct Options {
+struct RenameOptions {
   CameraArgument camera{CameraName::By::profile};
   std::string name;
   bool json = false;
 };
 
-ExitStatus rename(const Options &options) {
+ExitStatus rename(const RenameOptions &options) {
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
@@ -43,7 +43,7 @@ ExitStatus rename(const Options &options) {
 }  // namespace
 
 void addRename(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<RenameOptions>();
   Command &command =
       program.addCommand("rename", "Give a profile a display name", [options] { return rename(*options); });
   addCamera(command, options->camera);

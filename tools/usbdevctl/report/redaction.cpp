@@ -12,7 +12,7 @@ namespace usbdevctl {
 
 namespace {
 
-constexpr char kRemoved[] = "[removed]";
+constexpr char kReplacement[] = "[removed]";
 // A shorter serial number, such as "1", would be found in every other text.
 constexpr std::size_t kShortestTelling = 4;
 
@@ -35,10 +35,10 @@ void Redaction::add(const std::string &secret) {
 }
 
 std::string Redaction::apply(std::string text) const {
-  const std::size_t length = sizeof kRemoved - 1;
+  const std::size_t length = sizeof kReplacement - 1;
   for (const std::string &secret : secrets_) {
     for (std::size_t at = text.find(secret); at != std::string::npos; at = text.find(secret, at + length)) {
-      text.replace(at, secret.size(), kRemoved);
+      text.replace(at, secret.size(), kReplacement);
     }
   }
   return text;
@@ -58,7 +58,7 @@ std::string withoutSerialNumbers(const std::string &walk) {
   std::smatch found;
   std::string result;
   for (std::string line; std::getline(lines, line);) {
-    result += serialIn(line, found).empty() ? line : found[1].str() + kRemoved + found[3].str();
+    result += serialIn(line, found).empty() ? line : found[1].str() + kReplacement + found[3].str();
     result += '\n';
   }
   return result;

@@ -23,7 +23,7 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
+struct ExportOptions {
   std::string file;
   bool json = false;
 };
@@ -66,7 +66,7 @@ bool readCamera(const Camera &camera, Settings &settings) {
   return true;
 }
 
-ExitStatus report(const Options &options, const Settings &settings) {
+ExitStatus report(const ExportOptions &options, const Settings &settings) {
   int passwords = 0;
   for (const CameraSettings &camera : settings) {
     if (camera.profile && !camera.profile->share.password.empty()) ++passwords;
@@ -82,7 +82,7 @@ ExitStatus report(const Options &options, const Settings &settings) {
   return ExitStatus::ok;
 }
 
-ExitStatus exportSettings(const Options &options) {
+ExitStatus exportSettings(const ExportOptions &options) {
   Cameras cameras;
   const ExitStatus found = readCameras(cameras);
   if (found != ExitStatus::ok) return found;
@@ -98,7 +98,7 @@ ExitStatus exportSettings(const Options &options) {
 }  // namespace
 
 void addExport(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<ExportOptions>();
   Command &command = program.addCommand("export", "Write the settings of all cameras to a file, share passwords too",
                                         [options] { return exportSettings(*options); });
   command.add("file", &options->file, "File, which only its owner can read afterwards");

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::streamsize kMostBytes = 1 << 20;
 
-struct Options {
+struct ImportOptions {
   std::string file;
   bool json = false;
 };
@@ -68,7 +68,7 @@ ExitStatus report(const std::vector<Step> &steps, std::size_t done, bool json) {
   return ExitStatus::failure;
 }
 
-ExitStatus importSettings(const Options &options) {
+ExitStatus importSettings(const ImportOptions &options) {
   const HotplugLock lock(kHotplugLockFile);  // so that no camera is plugged in or removed meanwhile
   if (!lock.error().empty()) return refuse({lock.error()});
   const std::optional<Settings> settings = readFile(options.file);
@@ -83,7 +83,7 @@ ExitStatus importSettings(const Options &options) {
 }  // namespace
 
 void addImport(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<ImportOptions>();
   Command &command = program.addCommand("import", "Apply exported settings to the cameras, if all of them fit",
                                         [options] { return importSettings(*options); });
   command.add("file", &options->file, "File that export wrote");

@@ -20,7 +20,7 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
+struct MoveOptions {
   int profile = 0;
   CameraArgument camera{CameraName::By::channel};
   bool json = false;
@@ -34,12 +34,12 @@ struct Move {
   Plan plan;
 };
 
-ExitStatus failed(const std::vector<std::string> &complaints) {
+ExitStatus notMoved(const std::vector<std::string> &complaints) {
   for (const std::string &complaint : complaints) complain(complaint);
   return ExitStatus::failure;
 }
 
-ExitStatus prepare(const Options &options, Move &move) {
+ExitStatus prepare(const MoveOptions &options, Move &move) {
   ChannelRows rows;
   if (!readChannels(rows)) return configurationUnreadable();
   const ExitStatus source = findCamera({CameraName::By::profile, options.profile, ""}, rows, move.source);
@@ -53,19 +53,19 @@ ExitStatus prepare(const Options &options, Move &move) {
   return ExitStatus::ok;
 }
 
-/// Prints what became of a move that failed in the middle.
+/// Prints what became of a move that notMoved in the middle.
 ExitStatus takeBack(const Move &move, std::size_t done) {
   const std::vector<Step> &steps = move.plan.steps;
   complain("failed: " + stepText(steps[done]));
-  if (done == 0) return failed({"nothing was changed"});
+  if (done == 0) return notMoved({"nothing was changed"});
   const Plan back = planReturn(move.settings, move.source, {steps.begin(), steps.begin() + static_cast<long>(done)});
   if (!back.refusals.empty()) {
     for (std::size_t i = 0; i < done; ++i) complain("done: " + stepText(steps[i]));
-    return failed(back.refusals);
+    return notMoved(back.refusals);
   }
   const std::size_t returned = applySteps(back.steps);
-  if (returned == back.steps.size()) return failed({"the profile is with the camera that had it, its links are new"});
-  complain("it could not be put back, failed: " + stepText(back.steps[returned]));
+  if (returned == back.steps.size()) return notMoved({"the profile is with the camera that had it, its links are new"});
+  complain("it could not be put back, notMoved: " + stepText(back.steps[returned]));
   for (std::size_t i = 0; i < returned; ++i) complain("put back: " + stepText(back.steps[i]));
   return ExitStatus::failure;
 }
@@ -76,7 +76,7 @@ std::string sharePage(int profile) {
   return vl_get_share_link(&link) == 0 ? pageOf(link) : "";
 }
 
-ExitStatus report(const Options &options, Move &move) {
+ExitStatus report(const MoveOptions &options, Move &move) {
   const ExitStatus read_again = readAgain(move.target);
   if (read_again != ExitStatus::ok) return read_again;
   const std::string page = sharePage(options.profile);
@@ -93,14 +93,14 @@ ExitStatus report(const Options &options, Move &move) {
   return ExitStatus::ok;
 }
 
-ExitStatus move(const Options &options) {
+ExitStatus move(const MoveOptions &options) {
   const HotplugLock lock(kHotplugLockFile);  // so that neither camera is plugged in or removed meanwhile
-  if (!lock.error().empty()) return failed({lock.error()});
+  if (!lock.error().empty()) return notMoved({lock.error()});
   Move move;
   const ExitStatus prepared = prepare(options, move);
   if (prepared != ExitStatus::ok) return prepared;
-  if (move.source.channel == move.target.channel) return failed({cameraText(move.target) + ": it has the profile"});
-  if (!move.plan.refusals.empty()) return failed(move.plan.refusals);
+  if (move.source.channel == move.target.channel) return notMoved({cameraText(move.target) + ": it has the profile"});
+  if (!move.plan.refusals.empty()) return notMoved(move.plan.refusals);
   const std::size_t done = applySteps(move.plan.steps);
   return done == move.plan.steps.size() ? report(options, move) : takeBack(move, done);
 }
@@ -108,7 +108,7 @@ ExitStatus move(const Options &options) {
 }  // namespace
 
 void addMove(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<MoveOptions>();
   Command &command = program.addCommand("move", "Move a profile with its name, settings and sharing to another camera",
                                         [options] { return move(*options); });
   addProfile(command, options->profile);

@@ -22,9 +22,9 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t kLongestName = sizeof(_usbdev_entry::profilename) - 1;
-constexpr std::size_t kLongestPassword = sizeof(ShareLinkInfo::shrpwd) - 1;
-constexpr std::size_t kLongestPort = sizeof(_usbdev_des::usbslot) - 1;
+constexpr std::size_t kNameLimit = sizeof(_usbdev_entry::profilename) - 1;
+constexpr std::size_t kPasswordLimit = sizeof(ShareLinkInfo::shrpwd) - 1;
+constexpr std::size_t kSlotLimit = sizeof(_usbdev_des::usbslot) - 1;
 constexpr int kLargestNumber = 100;
 
 Json streamJson(const StreamChange &stream) {
@@ -102,7 +102,7 @@ class Object {
 
 std::string readValue(Object &object, const StreamSetting &setting) {
   const std::string name = memberName(setting);
-  std::string value = object.text(name, kLongestName);
+  std::string value = object.text(name, kNameLimit);
   if (!setting.words.empty()) {
     const bool known = std::find(setting.words.begin(), setting.words.end(), value) != setting.words.end();
     if (!known) throw Wrong(object.pathOf(name) + " cannot be '" + printable(value) + "'");
@@ -113,9 +113,9 @@ std::string readValue(Object &object, const StreamSetting &setting) {
   throw Wrong(object.pathOf(name) + " must be 0 to " + std::to_string(kLargestNumber));
 }
 
-StreamChange readStream(Object object) {
+StreamChange readStreamChange(Object object) {
   StreamChange stream;
-  stream.size = object.text("size", kLongestName);
+  stream.size = object.text("size", kNameLimit);
   if (const std::string wrong = checkSize(*stream.size); !wrong.empty()) throw Wrong(object.pathOf("size: ") + wrong);
   const json &rate = object.at("fps");
   if (!rate.is_number() || !(rate.get<float>() > 0) || !std::isfinite(rate.get<float>())) {
@@ -134,7 +134,7 @@ StreamChange readStream(Object object) {
 ShareSettings readShare(Object object) {
   ShareSettings share;
   share.enabled = object.answer("enabled");
-  share.password = object.text("password", kLongestPassword);
+  share.password = object.text("password", kPasswordLimit);
   object.refuseOthers();
   return share;
 }
@@ -142,8 +142,8 @@ ShareSettings readShare(Object object) {
 ProfileSettings readProfile(Object object) {
   ProfileSettings profile;
   profile.profile = object.number("profile", USBDEV_PROFILES - 1);
-  profile.name = object.text("name", kLongestName);
-  profile.stream = readStream({object.at("stream"), object.pathOf("stream")});
+  profile.name = object.text("name", kNameLimit);
+  profile.stream = readStreamChange({object.at("stream"), object.pathOf("stream")});
   profile.share = readShare({object.at("share"), object.pathOf("share")});
   object.refuseOthers();
   return profile;
@@ -151,8 +151,8 @@ ProfileSettings readProfile(Object object) {
 
 CameraSettings readCamera(Object object) {
   CameraSettings camera;
-  camera.port = object.text("slot", kLongestPort);
-  camera.device = object.text("device", kLongestName);
+  camera.port = object.text("slot", kSlotLimit);
+  camera.device = object.text("device", kNameLimit);
   camera.port_on = object.answer("slot_switch");
   const json &profile = object.at("profile");
   if (!profile.is_null()) camera.profile = readProfile({profile, object.pathOf("profile")});

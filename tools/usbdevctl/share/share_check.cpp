@@ -18,7 +18,7 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
+struct ShareCheckOptions {
   std::string ssid;
   std::string token;
   bool json = false;
@@ -32,7 +32,7 @@ Fields describe(int code, int profile) {
   return fields;
 }
 
-ExitStatus check(const Options &options) {
+ExitStatus check(const ShareCheckOptions &options) {
   const std::optional<std::string> token = secretArgument(options.token, "token");
   if (!token) return ExitStatus::usage;
   int profile = -1;
@@ -45,7 +45,7 @@ ExitStatus check(const Options &options) {
 }  // namespace
 
 void addShareCheck(Command &share) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<ShareCheckOptions>();
   Command &command = share.addCommand("check", "Check whether a share link opens a stream, and if not, show why",
                                       [options] { return check(*options); });
   command.add("ssid", &options->ssid, "The link's share id");

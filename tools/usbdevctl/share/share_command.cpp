@@ -20,9 +20,9 @@ namespace usbdevctl {
 
 namespace {
 
-constexpr std::size_t kLongestPassword = sizeof(ShareLinkInfo::shrpwd) - 1;
+constexpr std::size_t kLongestSharePassword = sizeof(ShareLinkInfo::shrpwd) - 1;
 
-struct Options {
+struct ShareOptions {
   CameraArgument camera{CameraName::By::profile};
   bool password = false;
   bool json = false;
@@ -46,7 +46,7 @@ Fields describe(const ShareLinkInfo &link) {
       .add(absentIfEmpty(textField("page", pageOf(link))));
 }
 
-ExitStatus show(int profile, const Options &options) {
+ExitStatus show(int profile, const ShareOptions &options) {
   ShareLinkInfo link = linkOf(profile);
   if (vl_get_share_link(&link) != 0) return refusedFor(profile);
   print(recordOutput(describe(link), options.json));
@@ -54,14 +54,14 @@ ExitStatus show(int profile, const Options &options) {
 }
 
 bool readPasswordInto(ShareLinkInfo &link) {
-  const std::optional<std::string> password = readPassword(kLongestPassword);
+  const std::optional<std::string> password = readPassword(kLongestSharePassword);
   if (!password) return false;
   link.pwdenable = 1;
-  link.shrpwd[password->copy(link.shrpwd, kLongestPassword)] = '\0';
+  link.shrpwd[password->copy(link.shrpwd, kLongestSharePassword)] = '\0';
   return true;
 }
 
-ExitStatus on(int profile, const Options &options) {
+ExitStatus on(int profile, const ShareOptions &options) {
   ShareLinkInfo link = linkOf(profile);
   if (vl_get_share_link(&link) != 0) return refusedFor(profile);
   if (options.password && !readPasswordInto(link)) return ExitStatus::usage;
@@ -70,7 +70,7 @@ ExitStatus on(int profile, const Options &options) {
 }
 
 // The password is removed with the link, so that a user who shares the profile again chooses a new one.
-ExitStatus off(int profile, const Options &options) {
+ExitStatus off(int profile, const ShareOptions &options) {
   ShareLinkInfo before = linkOf(profile);
   if (vl_get_share_link(&before) != 0) return refusedFor(profile);
   ShareLinkInfo link = linkOf(profile);
@@ -86,21 +86,21 @@ ExitStatus off(int profile, const Options &options) {
   return ExitStatus::ok;
 }
 
-ExitStatus renew(int profile, const Options &options) {
+ExitStatus renew(int profile, const ShareOptions &options) {
   ShareLinkInfo link = linkOf(profile);
   return vl_renew_share_link(&link) == 0 ? show(profile, options) : refusedFor(profile);
 }
 
-using Operation = ExitStatus (*)(int profile, const Options &);
+using Operation = ExitStatus (*)(int profile, const ShareOptions &);
 
-ExitStatus run(Operation operation, const Options &options) {
+ExitStatus run(Operation operation, const ShareOptions &options) {
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
   return found == ExitStatus::ok ? operation(profile, options) : found;
 }
 
 void addOperation(Command &share, const char *name, const char *description, Operation operation) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<ShareOptions>();
   Command &command = share.addCommand(name, description, [options, operation] { return run(operation, *options); });
   addCamera(command, options->camera);
   if (operation == on) {

@@ -15,13 +15,13 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
+struct SpsOptions {
   CameraArgument camera{CameraName::By::profile};
   int value = 0;
   bool json = false;
 };
 
-ExitStatus sps(const Options &options) {
+ExitStatus sps(const SpsOptions &options) {
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
@@ -38,7 +38,7 @@ ExitStatus sps(const Options &options) {
 }  // namespace
 
 void addSps(Command &program) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<SpsOptions>();
   Command &command =
       program.addCommand("sps", "Store a profile's stream-parameter state", [options] { return sps(*options); });
   addCamera(command, options->camera);

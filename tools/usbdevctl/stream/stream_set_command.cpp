@@ -19,7 +19,7 @@ namespace usbdevctl {
 
 namespace {
 
-struct Options {
+struct StreamSetOptions {
   CameraArgument camera{CameraName::By::profile};
   bool json = false;
   StreamChange change;
@@ -53,7 +53,7 @@ ExitStatus explainRefusal(int profile, const _streaminfo &wanted) {
                  sizeText(wanted.width, wanted.height));
 }
 
-ExitStatus report(const Options &options, const Camera &camera, const StreamOutcome &outcome) {
+ExitStatus report(const StreamSetOptions &options, const Camera &camera, const StreamOutcome &outcome) {
   Fields fields;
   fields.add(forPeople("camera", {cameraText(camera)}));
   addCameraMembers(fields, camera);
@@ -65,7 +65,7 @@ ExitStatus report(const Options &options, const Camera &camera, const StreamOutc
   return in_vain.empty() ? ExitStatus::ok : ExitStatus::nothing;
 }
 
-ExitStatus set(const Options &options) {
+ExitStatus set(const StreamSetOptions &options) {
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
   if (found != ExitStatus::ok) return found;
@@ -104,7 +104,7 @@ void addChanges(Command &command, StreamChange &change) {
 }  // namespace
 
 void addStreamSet(Command &stream) {
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<StreamSetOptions>();
   Command &command =
       stream.addCommand("set", "Change a profile's stream settings", [options] { return set(*options); });
   addCamera(command, options->camera);

@@ -9,12 +9,12 @@ namespace usbdevctl {
 
 namespace {
 
-struct Reason {
+struct ViewReason {
   int code;
   const char *text;
 };
 
-constexpr std::array<Reason, 8> kReasons = {{
+constexpr std::array<ViewReason, 8> kReasons = {{
     {9000, "the token is another one"},
     {9001, "the device is not attached"},
     {9003, "there is no video"},
@@ -33,7 +33,7 @@ Cell viewCell(std::optional<int> code) {
 }  // namespace
 
 std::string viewReason(int code) {
-  for (const Reason &reason : kReasons) {
+  for (const ViewReason &reason : kReasons) {
     if (reason.code == code) return reason.text;
   }
   return "code " + std::to_string(code);
