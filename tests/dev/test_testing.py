@@ -66,6 +66,14 @@ def test_a_name_runs_the_tests_that_match_in_the_plain_build(machine: Machine) -
     assert machine.called("ninja") == ["-C build/release"]
 
 
+def test_a_quick_run_leaves_out_whole_hosts_torture_and_the_sanitizers(machine: Machine) -> None:
+    outcome = machine.dev("test", "--quick")
+    assert outcome.status == 0 and last_line(outcome.output) == "7 passed, 0 failed"
+    (call,) = machine.called("ctest")
+    assert call.endswith("--label-exclude system|torture") and "build/release" in call
+    assert machine.called("ninja") == ["-C build/release"]
+
+
 def test_a_name_that_no_test_matches_gets_a_message(machine: Machine) -> None:
     machine.tests_end_with(PASSED, names="Total Tests: 0\n")
     outcome = machine.dev("test", "Nothing")

@@ -62,6 +62,13 @@ run_all_tests() {
   sum_up
 }
 
+# Runs the tests of the release build that take moments.
+run_quick_tests() {
+  build release
+  run_tests release --label-exclude 'system|torture'
+  sum_up
+}
+
 # Runs those tests of the release build whose names match.
 run_matching_tests() {
   build release
