@@ -5,7 +5,7 @@
 # The Debian packages that building, running and testing need, and the installation of those that are missing.
 
 build_packages='
-  cmake ninja-build g++ pkg-config python3
+  cmake ninja-build ccache g++ pkg-config python3
   libgtest-dev libgmock-dev libcurl4-openssl-dev libssl-dev
   libpugixml-dev libsqlite3-dev libasound2-dev libcli11-dev nlohmann-json3-dev
   libpython3-dev python3-cffi
