@@ -73,8 +73,8 @@ def test_a_package_that_cannot_be_unpacked_is_not_taken_for_unpacked(cross: Mach
 
 def test_tests_for_another_architecture_are_those_that_call_the_library(cross: Machine) -> None:
     outcome = cross.dev("test", "--arch", "armhf")
-    assert cross.called("ninja") == ["-C build/armhf tests/abi/all tests/contract/all tests/unit/all"]
-    assert ["build/armhf" in call and "--tests-regex ^(abi|contract|unit)[._]" in call for call in cross.called("ctest")] == [True]
+    assert cross.called("ninja") == ["-C build/armhf tests/abi/all tests/contract/all tests/cpp/all tests/python/all tests/unit/all"]
+    assert ["build/armhf" in call and "--tests-regex ^(abi|contract|cpp|python|unit)[._]" in call for call in cross.called("ctest")] == [True]
     assert outcome.status == 0 and outcome.output.splitlines()[-1] == "7 passed, 0 failed"
 
 

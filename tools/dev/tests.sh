@@ -81,8 +81,8 @@ run_matching_tests() {
 # Runs the tests that call the library on another architecture, in an emulator.
 run_tests_on() {
   is_foreign "$1" || { echo "dev: '$1' is not an architecture; there are armhf and arm64" >&2; exit 2; }
-  build "$1" tests/abi/all tests/contract/all tests/unit/all
-  run_tests "$1" --tests-regex '^(abi|contract|unit)[._]'
+  build "$1" tests/abi/all tests/contract/all tests/cpp/all tests/python/all tests/unit/all
+  run_tests "$1" --tests-regex '^(abi|contract|cpp|python|unit)[._]'
   sum_up
 }
 
