@@ -19,7 +19,8 @@ TOOL = Path(__file__).resolve().parents[2] / "tools/mutation"
 sys.path.insert(0, str(TOOL))
 
 from cases import Case, Judge  # noqa: E402
-from report import Verdict, report  # noqa: E402
+from report import LEAST, LEAST_OF_SAMPLE, Verdict, report  # noqa: E402
+from sample import sampled  # noqa: E402
 from source_file import Mutant, SourceFile  # noqa: E402
 from sources import read_sources  # noqa: E402
 
@@ -144,9 +145,25 @@ def test_a_mutant_that_no_case_minds_survives(judged: Judged) -> None:
     assert judged.judge.judge(1, [careless]) == "survived"
 
 
-@pytest.mark.parametrize(("killed", "status"), [(95, 0), (94, 1)])
-def test_95_of_100_have_to_be_killed(tmp_path: Path, capsys: pytest.CaptureFixture[str], killed: int, status: int) -> None:
+@pytest.mark.parametrize(("least", "killed", "status"), [(LEAST, 95, 0), (LEAST, 94, 1), (LEAST_OF_SAMPLE, 85, 0), (LEAST_OF_SAMPLE, 84, 1)])
+def test_95_of_100_have_to_be_killed_and_85_of_a_sample(
+    tmp_path: Path, capsys: pytest.CaptureFixture[str], least: int, killed: int, status: int) -> None:
     verdicts = [Verdict(Mutant(n, "src/core/a.cpp", n, "f", "a", "b"), "killed" if n < killed else "survived") for n in range(100)]
-    assert report(verdicts, 3, tmp_path / "survivors") == status
+    assert report(verdicts, 3, tmp_path / "survivors", least) == status
     assert f"100 mutants, {killed} killed" in capsys.readouterr().out
     assert len((tmp_path / "survivors").read_text().splitlines()) == 100 - killed
+
+
+def test_a_sample_is_the_same_each_time_unless_another_seed_is_given(monkeypatch: pytest.MonkeyPatch) -> None:
+    mutants = [Mutant(n, "src/core/a.cpp", n, "f", "a", "b") for n in range(1000)]
+    monkeypatch.delenv("USBDEV_SEED", raising=False)
+    chosen = sampled(mutants, 20)
+    assert len(set(chosen)) == 20 and chosen == sampled(mutants, 20)
+    monkeypatch.setenv("USBDEV_SEED", "2")
+    assert chosen != sampled(mutants, 20)
+
+
+def test_a_sample_is_of_all_where_there_are_fewer(capsys: pytest.CaptureFixture[str]) -> None:
+    mutants = [Mutant(n, "src/core/a.cpp", n, "f", "a", "b") for n in range(3)]
+    assert sorted(sampled(mutants, 20)) == mutants
+    assert capsys.readouterr().out == "3 of 3 mutants, chosen with USBDEV_SEED=1\n"
