@@ -1,0 +1,113 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The Debian packages of the last commit, in the life of a fresh machine: installed, used, upgraded, removed, purged.
+
+The tests run in their order, each on the machine that the one before left. It takes root, for apt.
+"""
+
+from __future__ import annotations
+
+import re
+import shutil
+from collections.abc import Iterator
+from pathlib import Path
+
+import pytest
+from conftest import REPOSITORY
+from fresh_root import FreshRoot, run
+
+BUILT = REPOSITORY / "build/packages"
+NAMES = ("libusbdevlib1", "libusbdevlib-dev", "usbdevctl", "usbdev-host", "python3-usbdev")
+OF_THE_HOST = {"libvlxmlcfg.so", "libvllog.so", "libalsa_ctl.so"}
+
+
+@pytest.fixture(scope="module")
+def packages() -> list[Path]:
+    architecture = run("dpkg", "--print-architecture").strip()
+    run(REPOSITORY / "dev", "--yes", "package")
+    return [next((BUILT / architecture).glob(f"{name}_*.deb")) for name in NAMES]
+
+
+@pytest.fixture(scope="module")
+def machine(packages: list[Path], tmp_path_factory: pytest.TempPathFactory) -> Iterator[FreshRoot]:
+    """A machine with all that the packages need, and the packages in a folder."""
+    folder = tmp_path_factory.mktemp("machine")
+    root = FreshRoot(folder, BUILT / "fresh-root.tar", BUILT / "archives")
+    needs = {need.strip() for package in packages for need in run("dpkg-deb", "-f", package, "Depends").split(",")}
+    root.apt("satisfy", *(need for need in sorted(needs) if not need.startswith(NAMES)))
+    for package in packages:
+        shutil.copy(package, folder / "root")
+    yield root
+    shutil.rmtree(folder)
+
+
+@pytest.fixture(scope="module")
+def before(machine: FreshRoot) -> set[str]:
+    """What is on the machine before the packages."""
+    return machine.paths()
+
+
+def versions(machine: FreshRoot) -> set[str]:
+    return set(machine.run("dpkg-query", "-W", "-f", "${Version}\n", *NAMES).split())
+
+
+def missing(printed: str) -> set[str]:
+    """The libraries that ldd does not find."""
+    return set(re.findall(r"(\S+) => not found", printed))
+
+
+def test_they_are_installed_without_anything_else(machine: FreshRoot, before: set[str], packages: list[Path]) -> None:
+    planned = machine.apt("--dry-run", "install", *(f"./{package.name}" for package in packages))
+    assert set(re.findall(r"^Inst (\S+)", planned, re.MULTILINE)) == set(NAMES)
+    machine.apt("install", *(f"./{package.name}" for package in packages))
+    assert machine.run("dpkg", "--verify", *NAMES) == ""
+
+
+def test_only_the_libraries_of_the_host_are_missing_and_only_outside_the_host(machine: FreshRoot) -> None:
+    assert missing(machine.run("ldd", "/usr/bin/usbdevctl")) == OF_THE_HOST
+    assert missing(machine.run("usbdev-sandbox", "run", "--", "ldd", "/usr/host-bin/usbdevctl")) == set()
+
+
+def test_the_examples_are_compiled_against_them_and_run(machine: FreshRoot) -> None:
+    shutil.copytree(REPOSITORY / "examples", machine.folder / "root/examples")
+    machine.run("cmake", "-G", "Ninja", "-S", "examples", "-B", "examples/built")
+    machine.run("cmake", "--build", "examples/built")
+    machine.run("mv", "examples", "/usr/local/share/examples")
+    programs = ("built/c/list_channels", "built/cpp/list_channels", "python/list_channels.py")
+    listed = "; ".join(f"/usr/local/share/examples/{program}" for program in programs)
+    printed = machine.run("usbdev-sandbox", "run", "--", "sh", "-ec", f"sim plug usb2-camera 3-1; {listed}")
+    assert len(re.findall(r"^.*3-1.*$", printed, re.MULTILINE)) >= len(programs)
+    shutil.rmtree(machine.folder / "usr/local/share/examples")
+
+
+def test_the_demo_runs_from_the_installed_files(machine: FreshRoot) -> None:
+    assert machine.run("usbdev-demo").endswith("Everything is as it should be.\n")
+
+
+def test_the_manual_is_found_and_python_imports_the_package(machine: FreshRoot) -> None:
+    assert (machine.folder / "usr/share/man/man1/usbdevctl.1.gz").exists()
+    machine.run("usbdev-sandbox", "run", "--", "python3", "-c", "import usbdev; usbdev.core.trim(' x ')")
+
+
+def test_they_are_upgraded_to_a_higher_version(machine: FreshRoot, packages: list[Path]) -> None:
+    (version,) = versions(machine)
+    higher = f"{version}+next"
+    folder = machine.folder / "root/next"
+    folder.mkdir()
+    for package in packages:
+        tree = folder / package.stem
+        run("dpkg-deb", "-R", package, tree)
+        control = tree / "DEBIAN/control"
+        control.write_text(control.read_text().replace(version, higher))
+        run("dpkg-deb", "-b", tree, folder / package.name)
+    machine.apt("install", *(f"./next/{package.name}" for package in packages))
+    assert versions(machine) == {higher}
+    assert "usb2-camera" in machine.run("usbdev-sandbox", "run", "--", "sim", "list")
+
+
+def test_nothing_of_them_is_left_after_they_are_removed_and_purged(machine: FreshRoot, before: set[str]) -> None:
+    machine.apt("remove", *NAMES)
+    machine.run("dpkg", "--purge", *NAMES)
+    assert machine.paths() - before == set()
+    assert before - machine.paths() == set()
