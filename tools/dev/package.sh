@@ -7,6 +7,7 @@
 package_packages='
   dpkg-dev debhelper dh-python lintian
 '
+reproduce_packages='reprotest disorderfs locales-all'
 
 # Exports the last commit into the folder, with what Debian's tools want to find there. The player is downloaded before,
 # because a package is built without a network.
@@ -61,4 +62,20 @@ package() {
   echo "== lintian, $architecture"
   lintian --fail-on error,warning --pedantic --tag-display-limit 0 "$folder"/*.changes
   ls -l "$folder"/*.deb
+}
+
+# Builds the packages twice with all that reprotest can change: folders, users' settings, languages, the order of files, the
+# kernel's and the machine's names, the number of processors. It prints the checksums, and fails if they differ. The clock
+# is the real one, because ninja compares the times of files; the user is the same, because a second one may be missing.
+reproduce() {
+  tree=build/reproduce/libusbdevlib
+  export_tree "$tree"
+  SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
+  export SOURCE_DATE_EPOCH
+  # A compiler's cache would return what the first build made.
+  unset CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
+  DEB_BUILD_OPTIONS=noautodbgsym reprotest --no-diffoscope --vary=-time,-user_group \
+    -c 'dpkg-buildpackage --build=binary --no-sign' "$tree" '../*.deb' -- null >build/reproduce/log 2>&1 ||
+    { tail -n 40 build/reproduce/log >&2; exit 1; }
+  tail -n 20 build/reproduce/log
 }
