@@ -49,6 +49,7 @@ function(usbdev_harden target)
   set_target_properties(${target} PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
+    BUILD_RPATH_USE_ORIGIN ON # the path of the build folder would leave its length in the installed library
     LINKER_LANGUAGE C # the C++ driver would add libstdc++
     LINK_DEPENDS ${exports}
   )
