@@ -49,7 +49,8 @@ void gather(const std::string &header, std::map<std::string, Words> &all) {
 
 std::map<std::string, Words> functionWords() {
   std::map<std::string, Words> all;
-  for (const auto &header : std::filesystem::directory_iterator(HEADERS)) gather(read(header.path()), all);
+  for (const auto &header : std::filesystem::directory_iterator(HEADERS))
+    if (header.path().extension() == ".h") gather(read(header.path()), all);
   return all;
 }
 
