@@ -9,7 +9,7 @@ with status 0 when its connection breaks, see `exit_with_error`.
 
 from __future__ import annotations
 
-from typing import NoReturn
+from typing import Any, NoReturn
 
 from usbdev._library import (
     ID_SIZE,
@@ -122,9 +122,18 @@ def first_line(text: str) -> str | None:
     return None if ask("get_next_line", content, line) == -1 else text_in(line)
 
 
+def _encoded_buffer(content: bytes) -> Any:
+    return new_buffer((len(content) + 2) // 3 * 4 + 1)
+
+
+def _most_decoded(content: bytes) -> int:
+    """Returns a size with room for what the text decodes to, and for a terminating zero."""
+    return (len(content) + 3) // 4 * 3 + 1
+
+
 def base64_encode(content: bytes) -> str:
     """Encodes bytes in Base64 (Base64enc)."""
-    out = new_buffer((len(content) + 2) // 3 * 4 + 1)
+    out = _encoded_buffer(content)
     ask("Base64enc", content, len(content), out)
     return text_in(out)
 
@@ -132,7 +141,7 @@ def base64_encode(content: bytes) -> str:
 def base64_encode_text(text: str) -> str:
     """Encodes a text in Base64 (Base64encs)."""
     content = encoded(text)
-    out = new_buffer((len(content) + 2) // 3 * 4 + 1)
+    out = _encoded_buffer(content)
     ask("Base64encs", content, out)
     return text_in(out)
 
@@ -140,14 +149,14 @@ def base64_encode_text(text: str) -> str:
 def base64_decode(text: str) -> bytes:
     """Decodes Base64 up to the first "=" (Base64dec)."""
     content = encoded(text)
-    out = ffi.new("unsigned char[]", (len(content) + 3) // 4 * 3 + 1)
+    out = ffi.new("unsigned char[]", _most_decoded(content))
     return bytes(ffi.buffer(out, ask("Base64dec", content, out)))
 
 
 def base64_decode_text(text: str) -> str:
     """Decodes Base64 up to the first "=" to a text (Base64decs)."""
     content = encoded(text)
-    out = new_buffer((len(content) + 3) // 4 * 3 + 1)
+    out = new_buffer(_most_decoded(content))
     ask("Base64decs", content, out)
     return text_in(out)
 

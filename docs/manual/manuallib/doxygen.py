@@ -50,7 +50,7 @@ def text_of(member: ElementTree.Element) -> str:
 
 
 def without_full_stop(text: str) -> str:
-    """Doxygen adds one to some texts that are no sentences."""
+    """Doxygen adds one to some texts that are not sentences."""
     return text if ". " in text else text.removesuffix(".")
 
 
