@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "cards.h"
 
@@ -52,15 +53,11 @@ bool canCapture(snd_ctl_t *control, int device) {
   return snd_ctl_pcm_info(control, info) >= 0;
 }
 
-/// Counts the capture devices and finds the first one, -1 if there is none.
-int countCaptureDevices(snd_ctl_t *control, int &first) {
-  int count = 0;
-  first = -1;
-  for (int device = -1; snd_ctl_pcm_next_device(control, &device) >= 0 && device >= 0;) {
-    if (!canCapture(control, device)) continue;
-    if (count++ == 0) first = device;
-  }
-  return count;
+std::vector<int> captureDevices(snd_ctl_t *control) {
+  std::vector<int> devices;
+  for (int device = -1; snd_ctl_pcm_next_device(control, &device) >= 0 && device >= 0;)
+    if (canCapture(control, device)) devices.push_back(device);
+  return devices;
 }
 
 /// Returns 2 for a device that can record only two sound channels, 1 for one that can also record one.
@@ -108,9 +105,9 @@ namespace alsa_card {
 bool describe(int card, _acard_info &info) {
   Control control = openControl(card);
   if (!control || !readName(control.get(), info)) return false;
-  int first = -1;
-  info.entry_count = countCaptureDevices(control.get(), first);
-  return info.entry_count == 0 || readChannels(card, first, info);
+  const std::vector<int> devices = captureDevices(control.get());
+  info.entry_count = static_cast<int>(devices.size());
+  return devices.empty() || readChannels(card, devices.front(), info);
 }
 
 bool setCaptureVolume(int card, int volume) {

@@ -39,7 +39,7 @@ using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 /// A new folder has to be on the disk before what is in it can be.
 void makeFolder() {
   if (mkdir(kFolder, 0755) != 0) return;
-  int above = open(kFolderAbove, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  int above = open(kFolderAbove, O_RDONLY | O_CLOEXEC);
   if (above < 0) return;
   fsync(above);
   close(above);
@@ -63,9 +63,10 @@ bool insert(sqlite3 *database, int level, const char *text) {
   sqlite3_stmt *prepared = nullptr;
   if (sqlite3_prepare_v2(database, kInsert, -1, &prepared, nullptr) != SQLITE_OK) return false;
   Statement statement(prepared);
-  return sqlite3_bind_int64(prepared, 1, time(nullptr)) == SQLITE_OK &&
-         sqlite3_bind_int(prepared, 2, level) == SQLITE_OK &&
-         sqlite3_bind_text(prepared, 3, text, -1, SQLITE_STATIC) == SQLITE_OK && sqlite3_step(prepared) == SQLITE_DONE;
+  sqlite3_bind_int64(prepared, 1, time(nullptr));
+  sqlite3_bind_int(prepared, 2, level);
+  sqlite3_bind_text(prepared, 3, text, -1, SQLITE_STATIC);
+  return sqlite3_step(prepared) == SQLITE_DONE;  // not with a value that was not set, because none may be null
 }
 
 }  // namespace

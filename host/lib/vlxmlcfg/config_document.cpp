@@ -45,10 +45,10 @@ pugi::xml_node find(const pugi::xml_document &document, const ValuePath &path) {
   return path.sub_key ? key.child(path.sub_key) : key;
 }
 
+/// Returns no node if there is no memory, or no parent.
 pugi::xml_node findOrCreate(pugi::xml_node parent, const char *name) {
   pugi::xml_node child = parent.child(name);
-  if (!child) child = parent.append_child(name);
-  return child ? child : throw std::bad_alloc();
+  return child ? child : parent.append_child(name);
 }
 
 struct StringWriter : pugi::xml_writer {

@@ -76,7 +76,7 @@ int askStillThere(const Descriptor &folder, const std::string &name, const Descr
   if (fstat(file.get(), &opened) != 0) return kUnreadable;
   bool any = fstatat(folder.get(), name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0;
   if (!any && !saysMissing(errno)) return kUnreadable;
-  still_there = any && opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
+  still_there = opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;  // a missing file has the numbers 0
   return kDone;
 }
 
@@ -120,7 +120,7 @@ bool put(const Place &place, const std::string &new_name, const std::string &con
 /// Creates the missing file with all of its content at once; with the folder's lock, one process at a time does so.
 int create(const Place &place, const std::string &content) {
   Descriptor own_folder = openFolder(place.folder.get(), ".");
-  if (!own_folder || !lockExclusively(own_folder)) return kNotWritable;
+  if (!lockExclusively(own_folder)) return kNotWritable;  // also if it is not open
   if (faccessat(own_folder.get(), place.name.c_str(), F_OK, 0) == 0) return kDone;
   if (errno != ENOENT || !put(place, neighbourOf(place.name, ".first"), content, nullptr)) return kNotWritable;
   flush(place.folder);

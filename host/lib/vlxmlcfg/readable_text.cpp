@@ -45,10 +45,8 @@ std::size_t readableLength(std::string_view value, std::size_t at) {
   return escaped ? 0 : 1;
 }
 
-int hexValue(char digit) {
-  std::size_t value = std::string_view(kHexDigits).find(digit);
-  return value == std::string_view::npos ? -1 : static_cast<int>(value);
-}
+/// Returns -1 for what is not a digit, which is what find() has for it.
+int hexValue(char digit) { return static_cast<int>(std::string_view(kHexDigits).find(digit)); }
 
 /// The byte of the escape that begins here, 0 if there is none: no value contains a zero byte.
 char escapedByte(std::string_view text, std::size_t at) {
@@ -62,7 +60,6 @@ char escapedByte(std::string_view text, std::size_t at) {
 
 std::string toReadable(std::string_view value) {
   std::string text;
-  text.reserve(value.size());
   for (std::size_t at = 0; at < value.size();) {
     if (std::size_t length = readableLength(value, at)) {
       text.append(value, at, length);
