@@ -8,6 +8,7 @@
 
 #include "plain_alsa.h"
 #include "platform/alsa_ctl.h"
+#include "private_host.h"
 
 namespace {
 
@@ -118,6 +119,13 @@ TEST_F(ACard, ThatIsMissingIsNotOpened) {
   EXPECT_EQ(ac_get_Acard_info(3, &info), -1);
   EXPECT_EQ(ac_set_audio_volume(3, 50), -1);
   EXPECT_EQ(plain_alsa.elements[0].level, -7);
+}
+
+TEST_F(ACard, IsNotHiddenByAFileInThePlaceOfASimulatedOne) {
+  makeFolder("/run/usbdev-sim/cards");
+  writeFile("/run/usbdev-sim/cards/card3", "not a folder");
+  EXPECT_EQ(describe(), 0);
+  EXPECT_EQ(ac_set_audio_volume(3, 50), 0);
 }
 
 class AQuestion : public ACard, public testing::WithParamInterface<const char *> {};

@@ -16,12 +16,14 @@ constexpr int kAbsentCard = 31;
 
 class ASimulatedCard : public testing::Test {
  protected:
-  void SetUp() override {
-    makeEmptyFolder(kCard);
-    writeFile(kCard + "name", "HD Webcam Audio\n");
-    writeFile(kCard + "entry_count", "1\n");
-    writeFile(kCard + "channel_mode", "2\n");
-    writeFile(kCard + "channel_count", "1\n");
+  void SetUp() override { makeCard(kCard); }
+
+  static void makeCard(const std::string &folder) {
+    makeEmptyFolder(folder);
+    writeFile(folder + "name", "HD Webcam Audio\n");
+    writeFile(folder + "entry_count", "1\n");
+    writeFile(folder + "channel_mode", "2\n");
+    writeFile(folder + "channel_count", "1\n");
   }
 };
 
@@ -71,19 +73,23 @@ TEST_F(ASimulatedCard, RefusesVolumesOutsideTheScale) {
   EXPECT_EQ(ac_set_audio_volume(3, 100), 0);
 }
 
+TEST_F(ASimulatedCard, IsDescribedOnlyInARecord) { EXPECT_EQ(ac_get_Acard_info(3, nullptr), -1); }
+
+TEST_F(ASimulatedCard, HasNoNegativeNumber) {
+  const std::string folder = "/run/usbdev-sim/cards/card-1/";
+  makeCard(folder);
+  _acard_info info{};
+  EXPECT_EQ(ac_get_Acard_info(-1, &info), -1);
+  EXPECT_EQ(ac_set_audio_volume(-1, 50), -1);
+  EXPECT_FALSE(std::filesystem::exists(folder + "volume"));
+}
+
 TEST(AnAbsentCard, FailsAndPrintsNothing) {
   _acard_info info{};
   testing::internal::CaptureStderr();
   EXPECT_EQ(ac_get_Acard_info(kAbsentCard, &info), -1);
   EXPECT_EQ(ac_set_audio_volume(kAbsentCard, 50), -1);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-}
-
-TEST(ACardArgument, MustBeANumberAndARecord) {
-  _acard_info info{};
-  EXPECT_EQ(ac_get_Acard_info(-1, &info), -1);
-  EXPECT_EQ(ac_get_Acard_info(3, nullptr), -1);
-  EXPECT_EQ(ac_set_audio_volume(-1, 50), -1);
 }
 
 }  // namespace

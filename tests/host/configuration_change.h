@@ -9,6 +9,9 @@
 
 #include "configuration.h"
 
+/// A small file to change.
+constexpr char kBefore[] = "<velmora><ch0><exists>0</exists></ch0></velmora>";
+
 class ConfigurationChange {
  public:
   /// Makes a folder with the file, or without one: "".

@@ -99,6 +99,11 @@ TEST_F(AConfigurationFile, MayHoldADeclarationAndComments) {
   EXPECT_NE(readFile(kConfigFile).find("<!-- b -->"), std::string::npos);
 }
 
+TEST_F(AConfigurationFile, MayHoldInstructionsForOtherPrograms) {
+  writeFile(kConfigFile, "<?editor indent?><velmora><ch0><exists>1</exists></ch0></velmora>");
+  EXPECT_EQ(Configuration(kRead, kConfigFile).number("ch0", "exists"), 1);
+}
+
 TEST_F(AConfigurationFile, MustBeAPlainFile) {
   makeFolder(kConfigFile);
   EXPECT_EQ(Configuration(kRead, kConfigFile).openResult(), xmlcfg::kUnreadable);

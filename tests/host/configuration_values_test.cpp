@@ -138,6 +138,7 @@ TEST_F(AConfiguration, EscapesEveryByteOfWhatIsNotUtf8) {
                             "\xF0\x80\x80\x80",
                             "\xF0\x8F\xBF\xBF",
                             "\xF1\x80\x80",
+                            "\xF1\xC0\x80\x80",
                             "\xF1\x80\xC0\x80",
                             "\xF1\x80\x80\xC0",
                             "\xF4\x90\x80\x80",

@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 
 #include <ctime>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -70,6 +72,14 @@ TEST_F(TheEventLog, RefusesOtherLevelsAndNoText) {
   EXPECT_EQ(vq_sql_set_log(2, "x", 0), -1);
   EXPECT_EQ(vq_sql_set_log(-1, "x", 0), -1);
   EXPECT_EQ(vq_sql_set_log(0, nullptr, 0), -1);
+  EXPECT_EQ(namesIn("/var/log"), Values{});
+}
+
+TEST_F(TheEventLog, MayBeReadByEverybodyInItsFolder) {
+  const mode_t before = umask(0);
+  EXPECT_EQ(vq_sql_set_log(0, "x", 0), 0);
+  umask(before);
+  EXPECT_EQ(std::filesystem::status("/var/log/vl").permissions(), std::filesystem::perms(0755));
 }
 
 TEST_F(TheEventLog, FailsWithoutAPlaceForIt) {
@@ -82,6 +92,15 @@ TEST_F(TheEventLog, FailsOnAFileThatIsNotADatabase) {
   writeFile("/var/log/vl/event.db", std::string(5000, 'x'));
   EXPECT_EQ(vq_sql_set_log(0, "x", 0), -1);
   EXPECT_EQ(readFile("/var/log/vl/event.db"), std::string(5000, 'x'));
+}
+
+TEST_F(TheEventLog, FailsWhereItsTableHasOtherColumns) {
+  makeFolder("/var/log/vl");
+  sqlite3 *database = nullptr;
+  ASSERT_EQ(sqlite3_open("/var/log/vl/event.db", &database), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(database, "CREATE TABLE event(id)", nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(database);
+  EXPECT_EQ(vq_sql_set_log(0, "x", 0), -1);
 }
 
 constexpr int kProcesses = 6;

@@ -15,11 +15,12 @@ std::string device() { return "hw:" + std::to_string(plain_alsa.card); }
 
 int answer(const char *function) { return plain_alsa.failing == function ? -1 : 0; }
 
-/// Opens any handle: the only thing that the library does with one is to give it back.
+/// Opens any handle: the only thing that the library does with one is to give it back. What a failure leaves there is
+/// not one.
 template <typename Handle>
 int openOne(const char *function, Handle **handle, bool known = true) {
-  if (!known || answer(function) < 0) return -1;
   *handle = reinterpret_cast<Handle *>(&plain_alsa);
+  if (!known || answer(function) < 0) return -1;
   ++plain_alsa.open;
   return 0;
 }
@@ -53,10 +54,9 @@ int snd_ctl_card_info(snd_ctl_t *, snd_ctl_card_info_t *) { return answer("snd_c
 const char *snd_ctl_card_info_get_name(const snd_ctl_card_info_t *) { return plain_alsa.name.c_str(); }
 
 int snd_ctl_pcm_next_device(snd_ctl_t *, int *device) {
-  if (answer("snd_ctl_pcm_next_device") < 0) return -1;
   ++*device;
   if (*device >= static_cast<int>(plain_alsa.devices.size())) *device = -1;
-  return 0;
+  return answer("snd_ctl_pcm_next_device");
 }
 void snd_pcm_info_set_device(snd_pcm_info_t *, unsigned device) { asked_device = device; }
 void snd_pcm_info_set_stream(snd_pcm_info_t *, snd_pcm_stream_t stream) { asked_stream = stream; }
@@ -82,7 +82,7 @@ int snd_pcm_hw_params_get_channels_max(const snd_pcm_hw_params_t *, unsigned *va
   return answer("snd_pcm_hw_params_get_channels_max");
 }
 
-int snd_mixer_open(snd_mixer_t **mixer, int) { return openOne("snd_mixer_open", mixer); }
+int snd_mixer_open(snd_mixer_t **mixer, int mode) { return openOne("snd_mixer_open", mixer, mode == 0); }
 int snd_mixer_close(snd_mixer_t *) { return closeOne(); }
 int snd_mixer_attach(snd_mixer_t *, const char *name) { return name == device() ? answer("snd_mixer_attach") : -1; }
 int snd_mixer_selem_register(snd_mixer_t *, snd_mixer_selem_regopt *, snd_mixer_class_t **) {
