@@ -12,13 +12,16 @@ reproduce_packages='reprotest disorderfs locales-all'
 # Exports the last commit into the folder, with what Debian's tools want to find there. The player is downloaded before,
 # because a package is built without a network.
 export_tree() {
+  host/share/install-player
   rm -rf "$1"
   mkdir -p "$1"
   git archive HEAD | tar -x -C "$1"
   cp -R "$1/packaging/debian" "$1/debian"
   "$1/packaging/debian-changelog" >"$1/debian/changelog"
-  host/share/install-player
   cp -R host/share/node_modules "$1/host/share/"
+  # Time stamps in the packages are those of the commit, so that everyone gets the same packages.
+  SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
+  export SOURCE_DATE_EPOCH
 }
 
 # Shows the exported tree in $1 the libraries of an architecture, and to which packages they belong.
@@ -31,32 +34,37 @@ add_sysroot() {
   done >"$1/debian/shlibs.local"
 }
 
-# package [--arch ARCHITECTURE]: builds the packages into build/packages/ARCHITECTURE, and lets lintian judge them.
-package() {
-  architecture=$(dpkg --print-architecture)
-  case $#${1:-} in
-    0) ;;
-    2--arch) architecture=$2 ;;
-    *) echo 'dev: package takes only --arch ARCHITECTURE' >&2; exit 2 ;;
-  esac
-  folder=build/packages/$architecture
-  tree=$folder/libusbdevlib
-  rm -rf "$folder"
-  export_tree "$tree"
+# Builds the exported tree in $1 for an architecture; the packages are written beside it.
+build_for() {
   unchecked=
-  if is_foreign "$architecture"; then
-    add_sysroot "$tree" "$architecture"
+  if is_foreign "$2"; then
+    add_sysroot "$1" "$2"
     unchecked=--no-check-builddeps # they are not installed, but in the sysroot
   fi
-  echo "== building the packages, $architecture"
-  # Time stamps in the packages are those of the commit, so that everyone gets the same packages.
-  SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
-  export SOURCE_DATE_EPOCH
   (
-    cd "$tree"
-    DEB_BUILD_OPTIONS="parallel=$(nproc)" \
-      dpkg-buildpackage --build=binary --no-sign $unchecked --host-arch "$architecture" >../build.log 2>&1
-  ) || { tail -n 40 "$folder/build.log" >&2; exit 1; }
+    cd "$1" && DEB_BUILD_OPTIONS="parallel=$(nproc)" \
+      dpkg-buildpackage --build=binary --no-sign $unchecked --host-arch "$2" >../build.log 2>&1
+  ) || { tail -n 40 "$1/../build.log" >&2; exit 1; }
+}
+
+# package [--arch ARCHITECTURE]: builds the packages into build/packages/ARCHITECTURE, and lets lintian judge them.
+package() {
+  own=$(dpkg --print-architecture)
+  case $#,${1:-} in
+    0,) architecture=$own ;;
+    2,--arch) architecture=$2 ;;
+    *) echo 'dev: package takes only --arch ARCHITECTURE' >&2; exit 2 ;;
+  esac
+  # It is the name of a folder, of which files are removed.
+  [ "$architecture" = "$own" ] || is_foreign "$architecture" ||
+    { echo "dev: '$architecture' is not an architecture; there are $own, armhf and arm64" >&2; exit 2; }
+  install_missing "$build_packages" "$host_packages" "$manual_packages" "$package_packages"
+  folder=build/packages/$architecture
+  tree=$folder/libusbdevlib
+  export_tree "$tree"
+  rm -f "$folder"/*.* # of an earlier build
+  echo "== building the packages, $architecture"
+  build_for "$tree" "$architecture"
   rm -rf "$tree"
   packaging/sbom "$folder"
   echo "== lintian, $architecture"
@@ -68,10 +76,12 @@ package() {
 # kernel's and the machine's names, the number of processors. It prints the checksums, and fails if they differ. The clock
 # is the real one, because ninja compares the times of files; the user is the same, because a second one may be missing.
 reproduce() {
+  [ $# -eq 0 ] || { echo 'dev: reproduce takes no arguments' >&2; exit 2; }
+  [ "$(id -u)" -eq 0 ] ||
+    { echo 'dev: reproduce takes root, which can give one of the builds other folders and another name of the machine' >&2; exit 1; }
+  install_missing "$build_packages" "$host_packages" "$manual_packages" "$package_packages" "$reproduce_packages"
   tree=build/reproduce/libusbdevlib
   export_tree "$tree"
-  SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
-  export SOURCE_DATE_EPOCH
   # A compiler's cache would return what the first build made.
   unset CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
   DEB_BUILD_OPTIONS=noautodbgsym reprotest --no-diffoscope --vary=-time,-user_group \
