@@ -69,16 +69,14 @@ def test_only_the_libraries_of_the_host_are_missing_and_only_outside_the_host(ma
     assert missing(machine.run("usbdev-sandbox", "run", "--", "ldd", "/usr/host-bin/usbdevctl")) == set()
 
 
-def test_the_examples_are_compiled_against_them_and_run(machine: FreshRoot) -> None:
-    shutil.copytree(REPOSITORY / "examples", machine.folder / "root/examples")
-    machine.run("cmake", "-G", "Ninja", "-S", "examples", "-B", "examples/built")
-    machine.run("cmake", "--build", "examples/built")
-    machine.run("mv", "examples", "/usr/local/share/examples")
-    programs = ("built/c/list_channels", "built/cpp/list_channels", "python/list_channels.py")
-    listed = "; ".join(f"/usr/local/share/examples/{program}" for program in programs)
-    printed = machine.run("usbdev-sandbox", "run", "--", "sh", "-ec", f"sim plug usb2-camera 3-1; {listed}")
+def test_the_examples_of_the_package_are_compiled_against_it_and_run(machine: FreshRoot) -> None:
+    examples, built = "/usr/share/doc/libusbdevlib-dev/examples", "/usr/local/share/examples"
+    machine.run("cmake", "-G", "Ninja", "-S", examples, "-B", built)
+    machine.run("cmake", "--build", built)
+    programs = (f"{built}/c/list_channels", f"{built}/cpp/list_channels", f"{examples}/python/list_channels.py")
+    printed = machine.run("usbdev-sandbox", "run", "--", "sh", "-ec", f"sim plug usb2-camera 3-1; {'; '.join(programs)}")
     assert len(re.findall(r"^.*3-1.*$", printed, re.MULTILINE)) >= len(programs)
-    shutil.rmtree(machine.folder / "usr/local/share/examples")
+    shutil.rmtree(machine.folder / built.lstrip("/"))
 
 
 def test_the_demo_runs_from_the_installed_files(machine: FreshRoot) -> None:
