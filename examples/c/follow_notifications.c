@@ -8,10 +8,11 @@
 #include <arpa/inet.h>
 #include <stdint.h>
 #include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include "number.h"
 
 struct notification {
   char magic[16];
@@ -19,6 +20,7 @@ struct notification {
   int32_t profile, video_node, audio_node, flag, event, target;
 };
 
+/* Returns a socket, or -1. */
 static int listenAsManager(void) {
   const struct sockaddr_in address = {
       .sin_family = AF_INET, .sin_port = htons(10171), .sin_addr.s_addr = htonl(INADDR_LOOPBACK)};
@@ -29,26 +31,41 @@ static int listenAsManager(void) {
   return -1;
 }
 
-/* Waits for a datagram; returns 0 if it is not a notification. */
+/* Waits for a notification, and drops whatever else arrives; returns 0 if nothing can be received. */
 static int receive(int sock, struct notification *received) {
   char datagram[sizeof *received + 1]; /* the byte too many shows a longer one */
-  if (recv(sock, datagram, sizeof datagram, 0) != (ssize_t)sizeof *received) return 0;
-  memcpy(received, datagram, sizeof *received);
-  return memcmp(received->magic, "ORDA_VLM2_CFCG_N", sizeof received->magic) == 0;
+  ssize_t size;
+  while ((size = recv(sock, datagram, sizeof datagram, 0)) >= 0) {
+    if (size != (ssize_t)sizeof *received) continue;
+    memcpy(received, datagram, sizeof *received);
+    if (memcmp(received->magic, "ORDA_VLM2_CFCG_N", sizeof received->magic) == 0) return 1;
+  }
+  perror("follow_notifications");
+  return 0;
+}
+
+/* Prints so many notifications, or all of them for -1; returns the exit status. */
+static int follow(int sock, int count) {
+  struct notification it;
+  printf("listening\n");
+  fflush(stdout);
+  for (int left = count; left != 0; left -= left > 0 ? 1 : 0) {
+    if (!receive(sock, &it)) return 1;
+    printf("event %d  profile %d  video %d  audio %d\n", it.event, it.profile, it.video_node, it.audio_node);
+    fflush(stdout);
+  }
+  return 0;
 }
 
 int main(int argc, char **argv) {
-  long left = argc > 1 ? strtol(argv[1], NULL, 10) : -1;
+  int count = -1;
+  if (argc > 2 || (argc == 2 && !readNumber(argv[1], &count))) {
+    fprintf(stderr, "usage: follow_notifications [COUNT]\n");
+    return 2;
+  }
   const int sock = listenAsManager();
   if (sock < 0) return 1;
-  printf("listening\n");
-  while (left != 0) {
-    struct notification it;
-    fflush(stdout);
-    if (!receive(sock, &it)) continue;
-    printf("event %d  profile %d  video %d  audio %d\n", it.event, it.profile, it.video_node, it.audio_node);
-    if (left > 0) --left;
-  }
+  const int status = follow(sock, count);
   close(sock);
-  return 0;
+  return status;
 }

@@ -2,11 +2,18 @@
  * SPDX-License-Identifier: Apache-2.0 */
 
 /* Prints the channels that have a device: list_channels */
+#include <ctype.h>
 #include <stdio.h>
 #include <usbdev/usbdev.h>
 
+/* A device may call itself anything; what could control the terminal is printed as a question mark. */
+static void printName(const char *name) {
+  for (; *name != '\0'; ++name) putchar(isprint((unsigned char)*name) ? *name : '?');
+}
+
 static void printChannel(int channel, const _usbdev_entry *entry) {
-  printf("channel %d  %s  %s", channel, entry->usbslot, entry->devname);
+  printf("channel %d  %s  ", channel, entry->usbslot);
+  printName(entry->devname);
   if (entry->profile >= 0) printf("  profile %d", entry->profile);
   if (entry->conflictch >= 0 && entry->conflictch < USBDEV_CHANNELS) {
     printf("  waits for channel %d", entry->conflictch);

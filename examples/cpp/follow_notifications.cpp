@@ -10,11 +10,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
 #include <iostream>
 #include <optional>
 #include <span>
 #include <usbdev/usbdev.hpp>
+
+#include "number.hpp"
 
 namespace {
 
@@ -27,20 +28,24 @@ class Manager {
     address.sin_family = AF_INET;
     address.sin_port = htons(Notification::kPort);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    is_listening_ = bind(socket_, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    is_listening_ = socket_ >= 0 && bind(socket_, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
   }
-  ~Manager() { close(socket_); }
+  ~Manager() {
+    if (socket_ >= 0) close(socket_);
+  }
   Manager(const Manager &) = delete;
   Manager &operator=(const Manager &) = delete;
 
   bool isListening() const { return is_listening_; }
 
-  /// Waits for a datagram; returns nothing if it is not a notification.
+  /// Waits for a notification, and drops whatever else arrives; returns nothing if nothing can be received.
   std::optional<Notification> receive() const {
     std::array<std::byte, Notification::kSize + 1> datagram = {};  // the byte too many shows a longer one
-    const ssize_t size = recv(socket_, datagram.data(), datagram.size(), 0);
-    if (size < 0) return std::nullopt;
-    return Notification::decode(std::span(datagram).first(static_cast<std::size_t>(size)));
+    while (true) {
+      const ssize_t size = recv(socket_, datagram.data(), datagram.size(), 0);
+      if (size < 0) return std::nullopt;
+      if (auto it = Notification::decode(std::span(datagram).first(static_cast<std::size_t>(size)))) return it;
+    }
   }
 
  private:
@@ -48,22 +53,27 @@ class Manager {
   bool is_listening_ = false;
 };
 
+int fail() {
+  std::perror("follow_notifications");
+  return 1;
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
-  long left = argc > 1 ? std::strtol(argv[1], nullptr, 10) : -1;
-  const Manager manager;
-  if (!manager.isListening()) {
-    std::perror("follow_notifications");
-    return 1;
+  const std::optional<int> count = argc > 1 ? numberIn(argv[1]) : -1;
+  if (argc > 2 || !count) {
+    std::cerr << "usage: follow_notifications [COUNT]\n";
+    return 2;
   }
+  const Manager manager;
+  if (!manager.isListening()) return fail();
   std::cout << "listening" << std::endl;
-  while (left != 0) {
+  for (int left = *count; left != 0; left -= left > 0 ? 1 : 0) {
     const auto it = manager.receive();
-    if (!it) continue;
+    if (!it) return fail();
     std::cout << "event " << it->event << "  profile " << it->profile << "  video " << it->video_node << "  audio "
               << it->audio_node << std::endl;
-    if (left > 0) --left;
   }
   return 0;
 }

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <usbdev/usbdev.hpp>
 
+#include "number.hpp"
+
 namespace {
 
 int fail(const char *reason) {
@@ -13,23 +15,35 @@ int fail(const char *reason) {
   return 1;
 }
 
-}  // namespace
-
-int main(int argc, char **argv) {
-  if (argc != 5) return fail("usage: set_stream PROFILE WIDTH HEIGHT FPS");
-  const int profile = std::atoi(argv[1]);
+// Stores the settings, with the closest rate that the camera has.
+int set(int profile, int width, int height, float framerate) {
   const auto before = usbdev::streamInfo(profile);
   if (!before) return fail("the profile has no stream");
 
   _streaminfo wanted = *before;
-  wanted.width = std::atoi(argv[2]);
-  wanted.height = std::atoi(argv[3]);
-  wanted.framerate = std::strtof(argv[4], nullptr);
-  if (!(wanted.framerate > 0)) return fail("the rate is not above 0");
-  // The camera may not have this rate: its closest one is stored.
+  wanted.width = width;
+  wanted.height = height;
+  wanted.framerate = framerate;
   const auto rate = usbdev::closestRate(profile, wanted);
   if (!rate) return fail("the camera does not offer this size");
   if (!usbdev::setStream(profile, wanted, *before)) return fail("the settings were not stored");
-  std::printf("profile %d streams %dx%d at %.2f\n", profile, wanted.width, wanted.height, static_cast<double>(*rate));
+  std::printf("profile %d streams %dx%d at %.2f\n", profile, width, height, static_cast<double>(*rate));
   return 0;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  const bool is_complete = argc == 5;
+  const auto profile = numberIn(is_complete ? argv[1] : "");
+  const auto width = numberIn(is_complete ? argv[2] : "");
+  const auto height = numberIn(is_complete ? argv[3] : "");
+  if (!profile || !width || !height) {
+    std::fputs("usage: set_stream PROFILE WIDTH HEIGHT FPS\n", stderr);
+    return 2;
+  }
+  char *end = nullptr;
+  const float framerate = std::strtof(argv[4], &end);
+  if (*end != '\0' || !(framerate > 0)) return fail("the rate is not a number above 0");
+  return set(*profile, *width, *height, framerate);
 }

@@ -9,8 +9,13 @@ import sys
 from usbdev import Entry, UsbdevError, profiles
 
 
+def printable(name: str) -> str:
+    """A device may call itself anything; what could control the terminal becomes a question mark."""
+    return "".join(character if character.isprintable() else "?" for character in name)
+
+
 def line(channel: int, entry: Entry) -> str:
-    words = [f"channel {channel}", entry.usbslot, entry.devname]
+    words = [f"channel {channel}", entry.usbslot, printable(entry.devname)]
     if entry.profile >= 0:
         words.append(f"profile {entry.profile}")
     if entry.waits_for is not None:

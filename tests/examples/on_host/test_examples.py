@@ -32,11 +32,11 @@ def printed(name: str, *arguments: str) -> str:
     return done.stdout
 
 
-def refused(name: str, *arguments: str) -> str:
+def refused(name: str, *arguments: str, status: int = 1) -> list[str]:
     """Returns the error of the example, which fails and prints nothing else."""
     done = subprocess.run(command(name, *arguments), capture_output=True, text=True, timeout=PATIENCE_SECONDS)
-    assert (done.returncode, done.stdout) == (1, "")
-    return done.stderr.splitlines()[-1]
+    assert (done.returncode, done.stdout) == (status, "")
+    return done.stderr.splitlines()
 
 
 def host(*command: str) -> None:
@@ -66,7 +66,15 @@ def test_list_channels_prints_the_channels_that_have_a_device() -> None:
 
 def test_list_channels_reports_a_configuration_that_cannot_be_read() -> None:
     CONFIGURATION.write_text("<velmora")
-    assert refused("list_channels").startswith("list_channels: the channels cannot be read")
+    assert refused("list_channels")[-1].startswith("list_channels: the channels cannot be read")
+
+
+@pytest.mark.parametrize("hidden", ["\x1b", "\x07", "\x7f", "\xc2\x9b"], ids=["escape", "bell", "delete", "C1"])
+def test_list_channels_prints_no_control_character_of_a_device(hidden: str) -> None:
+    escaped = "".join(f"\\x{ord(character):02x}" for character in hidden)
+    CONFIGURATION.write_text(CONFIGURATION.read_text().replace("HD Pro Webcam C920", f"HD{escaped}[2J"))
+    name = printed("list_channels").splitlines()[0].split("  ")[2]
+    assert name.isprintable() and name.replace("?", "") == "HD[2J"
 
 
 def test_set_stream_takes_the_closest_rate_of_the_camera() -> None:
@@ -77,15 +85,40 @@ def test_set_stream_takes_the_closest_rate_of_the_camera() -> None:
 @pytest.mark.parametrize(
     ("arguments", "reason"),
     [
-        (("0",), "usage: set_stream"),
         (("3", "640", "480", "30"), "the profile has no stream"),
         (("0", "641", "480", "30"), "the camera does not offer this size"),
-        (("0", "640", "480", "0"), "the rate is not above 0"),
+        (("0", "640", "480", "0"), "the rate is not a number above 0"),
+        (("0", "640", "480", "nan"), "the rate is not a number above 0"),
     ],
-    ids=["usage", "profile", "size", "rate"],
+    ids=["profile", "size", "rate", "not a number"],
 )
 def test_set_stream_prints_why_it_fails(arguments: tuple[str, ...], reason: str) -> None:
-    assert refused("set_stream", *arguments).startswith(f"set_stream: {reason}")
+    assert refused("set_stream", *arguments) == [f"set_stream: {reason}"]
+
+
+@pytest.mark.parametrize(
+    "arguments",
+    [
+        ("set_stream", "0"),
+        ("set_stream", "0", "640", "480x", "30"),
+        ("share_link",),
+        ("share_link", "first"),
+        ("share_link", "0", "1"),
+        ("follow_notifications", "two"),
+        ("follow_notifications", "-1"),
+        ("follow_notifications", "1", "2"),
+    ],
+    ids=" ".join,
+)
+def test_wrong_arguments_are_answered_with_the_usage(arguments: tuple[str, ...]) -> None:
+    assert refused(*arguments, status=2)[0].startswith("usage: ")
+
+
+@pytest.mark.parametrize("number", ["4294967296", "99999999999999999999"])
+def test_a_number_that_no_profile_can_have_shares_nothing(number: str, plugged: bytes) -> None:
+    status = 1 if LANGUAGE == "python" else 2
+    assert refused("share_link", number, status=status)
+    assert CONFIGURATION.read_bytes() == plugged
 
 
 def test_share_link_prints_the_address_of_a_link_which_it_keeps() -> None:
@@ -97,7 +130,7 @@ def test_share_link_prints_the_address_of_a_link_which_it_keeps() -> None:
 
 
 def test_share_link_reports_a_profile_without_a_camera() -> None:
-    assert refused("share_link", "3") == "share_link: the stream cannot be shared"
+    assert refused("share_link", "3") == ["share_link: the stream cannot be shared"]
 
 
 @pytest.fixture
@@ -118,4 +151,5 @@ def test_follow_notifications_prints_a_camera_that_comes_back(follower: subproce
 
 
 def test_only_one_program_follows_the_notifications(follower: subprocess.Popen[str]) -> None:
-    assert refused("follow_notifications").startswith("follow_notifications: ")
+    (line,) = refused("follow_notifications")
+    assert line.startswith("follow_notifications: ")
