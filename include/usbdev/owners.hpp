@@ -13,6 +13,7 @@
 #include <usbdev/web.h>
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string_view>
 #include <usbdev/values.hpp>
@@ -25,30 +26,25 @@ class TimeoutCounters {
  public:
   /** vl_create_log_shm() and vl_attach_log_shm() */
   static Result<TimeoutCounters> attach() {
-    void *address = vl_attach_log_shm(vl_create_log_shm());
-    if (address == nullptr) return Result<TimeoutCounters>::failure(-1);
-    return TimeoutCounters(address);
-  }
-  TimeoutCounters(const TimeoutCounters &) = delete;
-  TimeoutCounters &operator=(const TimeoutCounters &) = delete;
-  TimeoutCounters(TimeoutCounters &&other) noexcept : address_(std::exchange(other.address_, nullptr)) {}
-  TimeoutCounters &operator=(TimeoutCounters &&other) noexcept {
-    std::swap(address_, other.address_);
-    return *this;
-  }
-  ~TimeoutCounters() {
-    if (address_ != nullptr) shmdt(address_);
+    Address address(vl_attach_log_shm(vl_create_log_shm()));
+    if (!address) return Result<TimeoutCounters>::failure(-1);
+    return TimeoutCounters(std::move(address));
   }
 
   std::span<const std::uint32_t, 4> values() const {
-    return std::span<const std::uint32_t, 4>(static_cast<const std::uint32_t *>(address_), 4);
+    return std::span<const std::uint32_t, 4>(static_cast<const std::uint32_t *>(address_.get()), 4);
   }
   /** vl_log_shm_init() */
-  void clear() { vl_log_shm_init(address_); }
+  void clear() { vl_log_shm_init(address_.get()); }
 
  private:
-  explicit TimeoutCounters(void *address) : address_(address) {}
-  void *address_;
+  struct Detach {
+    void operator()(void *address) const { shmdt(address); }
+  };
+  using Address = std::unique_ptr<void, Detach>;
+
+  explicit TimeoutCounters(Address address) : address_(std::move(address)) {}
+  Address address_;
 };
 
 /** A connection to TCP port 80 of a host; closes its socket with http_close() at the end. */
@@ -64,9 +60,9 @@ class Connection {
   /** Owns a socket that is open already. */
   explicit Connection(int socket) : socket_(socket) {}
   Connection(const Connection &) = delete;
-  Connection &operator=(const Connection &) = delete;
   Connection(Connection &&other) noexcept : socket_(std::exchange(other.socket_, kNone)) {}
-  Connection &operator=(Connection &&other) noexcept {
+  /** Closes its former socket. */
+  Connection &operator=(Connection other) noexcept {
     std::swap(socket_, other.socket_);
     return *this;
   }
@@ -118,10 +114,10 @@ class Session {
     return session;
   }
   Session(const Session &) = delete;
-  Session &operator=(const Session &) = delete;
   Session(Session &&other) noexcept
       : server_(other.server_), id_(other.id_), is_open_(std::exchange(other.is_open_, false)) {}
-  Session &operator=(Session &&other) noexcept {
+  /** Ends its former session. */
+  Session &operator=(Session other) noexcept {
     std::swap(server_, other.server_);
     std::swap(id_, other.id_);
     std::swap(is_open_, other.is_open_);

@@ -117,7 +117,7 @@ class Argument {
 inline constexpr std::size_t kSlotSize = 128;
 inline constexpr std::size_t kNameSize = 256;
 inline constexpr std::size_t kAddressSize = 64;
-inline constexpr std::size_t kSecretSize = 65;
+inline constexpr std::size_t kSecretSize = 129;
 
 /** Profile numbers, in the library's order. */
 class ProfileNumbers {

@@ -7,6 +7,7 @@
 #include <usbdev/usbdev.hpp>
 
 #include "hotplug/hotplug_fixture.h"
+#include "hotplug/start_fixture.h"
 #include "profiles/stream_fixture.h"
 #include "stream_links.h"
 
@@ -129,6 +130,7 @@ TEST_F(ACamera, IsRenamedSwitchedAndCleared) {
   EXPECT_TRUE(usbdev::assign("3-1.2", 1));
   EXPECT_EQ(channel().get("profile"), "1");
   EXPECT_FALSE(usbdev::clear(3));
+  EXPECT_FALSE(usbdev::assign("9-9", 1));
 }
 
 TEST_F(ACamera, IsNotTouchedByATextThatDoesNotFit) {
@@ -142,6 +144,22 @@ TEST_F(ACamera, IsNotTouchedByATextThatDoesNotFit) {
   EXPECT_THAT(host.config.writes(), IsEmpty());
 }
 
+TEST_F(ACamera, IsNotTouchedByATextWithAZero) {
+  const std::string_view with_zero("3-1.2\0", 6);
+  EXPECT_FALSE(usbdev::assign(with_zero, 1));
+  EXPECT_FALSE(usbdev::rename(kProfile, with_zero));
+  EXPECT_FALSE(usbdev::switchPort(with_zero, false));
+  EXPECT_FALSE(usbdev::clear(kProfile, with_zero));
+  EXPECT_FALSE(usbdev::setShareLink(kProfile, true, with_zero));
+  EXPECT_THAT(host.config.writes(), IsEmpty());
+}
+
+TEST_F(ACamera, IsRenamedToTheLongestName) {
+  const std::string longest(255, 'x');
+  EXPECT_TRUE(usbdev::rename(kProfile, longest));
+  EXPECT_EQ(channel().get("profilename"), longest);
+}
+
 TEST_F(ACamera, HasAShareLinkThatOpensIt) {
   const auto made = usbdev::setShareLink(kProfile, true, "secret");
   ASSERT_TRUE(made);
@@ -153,7 +171,24 @@ TEST_F(ACamera, HasAShareLinkThatOpensIt) {
   EXPECT_EQ(usbdev::openedProfile("00004712", "cafe").error(), NotViewable::unknown_share_id);
   channel().set("sharelink/shrenable", 0);
   EXPECT_EQ(usbdev::openedProfile("00004711", "cafe").error(), NotViewable::not_shared);
-  EXPECT_FALSE(usbdev::renewShareLink(3));
+}
+
+TEST_F(ACamera, GetsAnotherShareLinkAndLosesIt) {
+  const auto made = usbdev::setShareLink(kProfile, true);
+  ASSERT_TRUE(made);
+  EXPECT_EQ(made->pwdenable, 0);
+  const auto renewed = usbdev::renewShareLink(kProfile);
+  ASSERT_TRUE(renewed);
+  EXPECT_EQ(usbdev::textOf(renewed->hash_string), kHash);
+  EXPECT_TRUE(usbdev::setShareLink(kProfile, false));
+  EXPECT_EQ(channel().get("sharelink/shrenable"), "0");
+}
+
+TEST_F(ACamera, IsNeededForAShareLinkAndForSettings) {
+  EXPECT_EQ(usbdev::shareLink(3).error(), -1);
+  EXPECT_EQ(usbdev::setShareLink(3, true).error(), -1);
+  EXPECT_EQ(usbdev::renewShareLink(3).error(), -1);
+  EXPECT_EQ(usbdev::profileInfo(3).error(), -1);
 }
 
 TEST_F(ACamera, IsAvailableWithoutAProfile) {
@@ -166,6 +201,8 @@ TEST_F(ACamera, HasNoListingsWithoutAConfiguration) {
   EXPECT_FALSE(quiet([] { return usbdev::channels(); }));
   EXPECT_FALSE(quiet([] { return usbdev::profiles(); }));
   EXPECT_FALSE(quiet([] { return usbdev::unassignedProfiles(); }));
+  EXPECT_FALSE(quiet([] { return usbdev::streamingProfiles(); }));
+  EXPECT_FALSE(quiet([] { return usbdev::availableDevices(); }));
 }
 
 class ADeviceEvent : public HotplugTest {};
@@ -195,6 +232,12 @@ TEST_F(ADeviceEvent, ThatNoChannelTakesFails) {
   EXPECT_EQ(usbdev::handleEvent(device).error(), -1);
 }
 
+TEST_F(AStart, TakesACameraThatWasNotThereBefore) {
+  camera("3-1", 4, "New");
+  EXPECT_TRUE(usbdev::startUp());
+  EXPECT_EQ(key(0, "devname"), "New");
+}
+
 class AChangeNotification : public ContractTest {};
 
 TEST_F(AChangeNotification, IsSentAsItIsDecoded) {
@@ -211,6 +254,12 @@ TEST_F(AChangeNotification, IsSentAsItIsDecoded) {
   EXPECT_EQ(received->profile, 2);
   EXPECT_EQ(received->event, 5);
   EXPECT_EQ(received->target, -1);
+}
+
+TEST_F(AChangeNotification, ThatCannotBeSentFails) {
+  host.network.failSockets();
+  const OutputCapture output;
+  EXPECT_FALSE(usbdev::notifyManager({}));
 }
 
 }  // namespace

@@ -20,6 +20,8 @@
 namespace contract {
 namespace {
 
+using testing::_;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using usbdev::Connection;
@@ -40,15 +42,38 @@ int attachments() {
 }  // namespace
 }  // namespace contract
 
-extern "C" int shmget(key_t, size_t, int) noexcept { return contract::segment(); }
+namespace {
+
+bool segments_fail = false;
+
+}  // namespace
+
+extern "C" int shmget(key_t, size_t, int) noexcept { return segments_fail ? -1 : contract::segment(); }
 
 namespace contract {
 namespace {
 
 class Counters : public ContractTest {
  protected:
+  ~Counters() override { segments_fail = false; }
   static void TearDownTestSuite() { shmctl(segment(), IPC_RMID, nullptr); }
 };
+
+TEST_F(Counters, AreThoseOfTheHostUntilTheyAreCleared) {
+  auto counters = TimeoutCounters::attach();
+  ASSERT_TRUE(counters);
+  counters->clear();
+  vl_add_shm_timeout_log(2);
+  EXPECT_THAT(counters->values(), ElementsAre(0U, 0U, 1U, 0U));
+  counters->clear();
+  EXPECT_THAT(counters->values(), ElementsAre(0U, 0U, 0U, 0U));
+}
+
+TEST_F(Counters, WithoutASegmentAreNotAttached) {
+  segments_fail = true;
+  const OutputCapture output;
+  EXPECT_FALSE(TimeoutCounters::attach());
+}
 
 TEST_F(Counters, AreAttachedOnceAndDetachedAtTheEnd) {
   const int before = attachments();
@@ -68,7 +93,8 @@ TEST_F(Counters, AreReplacedByThoseThatAreAssigned) {
     auto first = TimeoutCounters::attach();
     auto second = TimeoutCounters::attach();
     *first = std::move(*second);
-    EXPECT_EQ(attachments(), before + 2);
+    EXPECT_EQ(attachments(), before + 1);
+    EXPECT_EQ(first->values().size(), 4U);
   }
   EXPECT_EQ(attachments(), before);
 }
@@ -98,6 +124,15 @@ TEST_F(AConnectionOwner, ClosesItsSocketOnce) {
   EXPECT_FALSE(isOpen(near()));
 }
 
+TEST_F(AConnectionOwner, ClosesItsSocketWhenItGetsAnother) {
+  const int other = fcntl(near(), F_DUPFD_CLOEXEC, 0);
+  Connection first(near());
+  first = Connection(other);
+  EXPECT_EQ(first.socket(), other);
+  EXPECT_FALSE(isOpen(near()));
+  EXPECT_TRUE(isOpen(other));
+}
+
 TEST_F(AConnectionOwner, ReadsTheHeadALineAndTheRest) {
   Connection connection(near());
   peerSends("HTTP/1.0 200 OK\n\n\n\nline\nrest");
@@ -107,12 +142,52 @@ TEST_F(AConnectionOwner, ReadsTheHeadALineAndTheRest) {
   EXPECT_EQ(*connection.receive(std::span(buffer).first<4>()), "res");
   EXPECT_EQ(*connection.receive(buffer), "t");
   EXPECT_FALSE(connection.receive({}));
+  EXPECT_FALSE(connection.readLine({}));
+}
+
+TEST_F(AConnectionOwner, ReadsALineOfAsManyBytesAsThereIsRoomFor) {
+  Connection connection(near());
+  peerSends("four and more\n");
+  char buffer[4];
+  EXPECT_EQ(*connection.readLine(buffer), "four");
+}
+
+TEST_F(AConnectionOwner, ReportsAHeadThatIsNoSuccess) {
+  Connection connection(near());
+  peerSends("HTTP/1.0 404 Not Found\n\n\n\n");
+  EXPECT_EQ(connection.skipHead().error(), -2);
+}
+
+TEST_F(AConnectionOwner, ReportsAHeadThatDoesNotEnd) {
+  Connection connection(near());
+  peerSends("HTTP/1.0 200 OK\n" + std::string(600, 'x'));
+  EXPECT_EQ(connection.skipHead().error(), -1);
+}
+
+TEST_F(AConnectionOwner, WithoutASocketFails) {
+  const Connection connection(-1);
+  char buffer[8];
+  const OutputCapture output;
+  EXPECT_FALSE(connection.skipHead());
+  EXPECT_FALSE(connection.readLine(buffer));
+  EXPECT_FALSE(connection.receive(buffer));
+  EXPECT_FALSE(connection.request("host", "/page", "user", "password"));
 }
 
 TEST_F(AConnectionOwner, RefusesTextsThatDoNotFit) {
   Connection connection(near());
   EXPECT_FALSE(connection.request("host", std::string(2048, '/'), "user", "password"));
+  EXPECT_FALSE(connection.request(std::string(256, 'h'), "/page", "user", "password"));
+  EXPECT_FALSE(connection.request("host", "/page", std::string(129, 'u'), ""));
+  EXPECT_FALSE(connection.request("host", "/page", "", std::string(129, 'p')));
+  EXPECT_FALSE(connection.request("host", std::string_view("/\0", 2), "user", "password"));
   EXPECT_TRUE(connection.request("host", "/page", "user", "password"));
+}
+
+TEST_F(AConnectionOwner, SendsEveryUserAndPasswordThatTheLibraryTakes) {
+  const Connection connection(near());
+  EXPECT_TRUE(connection.request("host", "/page", std::string(128, 'u'), ""));
+  EXPECT_TRUE(connection.request("host", "/page", "", std::string(128, 'p')));
 }
 
 TEST_F(AConnectionOwner, OfAnUnknownHostDoesNotExist) {
@@ -142,6 +217,28 @@ TEST_F(ASession, LogsOutOnceAtTheEnd) {
     EXPECT_TRUE(moved.isValid());
   }
   EXPECT_THAT(service.requests(), ElementsAre(HasSubstr("authLogin"), HasSubstr("sid=s1d"), HasSubstr("authLogout")));
+}
+
+TEST_F(ASession, LogsOutWhenItGetsAnother) {
+  ScriptedServer service({Answer{kReply}, Answer{"<authSid><![CDATA[s2d]]></authSid>"}, Answer{"bye"}, Answer{"bye"}});
+  host.network.serve(58080, service.port());
+  {
+    auto other = Session::logIn(server_);
+    auto session = Session::logIn(server_);
+    ASSERT_TRUE(other && session);
+    *session = std::move(*other);
+    EXPECT_EQ(session->id(), "s1d");
+  }
+  const auto logsOut = [](const char *id) { return AllOf(HasSubstr("authLogout"), HasSubstr(id)); };
+  EXPECT_THAT(service.requests(), ElementsAre(_, _, logsOut("s2d"), logsOut("s1d")));
+}
+
+TEST_F(ASession, ThatTheHostForgotIsNotValid) {
+  ScriptedServer service({Answer{kReply}, Answer{"<authPassed><![CDATA[0]]></authPassed>"}, Answer{"bye"}});
+  host.network.serve(58080, service.port());
+  auto session = Session::logIn(server_);
+  ASSERT_TRUE(session);
+  EXPECT_FALSE(session->isValid());
 }
 
 TEST_F(ASession, ThatIsRefusedIsNotLoggedOut) {
