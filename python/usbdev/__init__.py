@@ -4,7 +4,8 @@
 """The device and settings layer of a USB camera application on a storage host.
 
 Each module has the functions of one header of the library: `usbdev.profiles` those of <usbdev/profiles.h>, and so on.
-A function's description names the C function that it calls; the header describes that one completely. `usbdev.aio` calls them from an event loop.
+A function's description names the C function that it calls; the header describes that one completely. `usbdev.aio` calls
+them from an event loop.
 """
 
 from usbdev import core, devices, hostinfo, hotplug, profiles, web

@@ -36,6 +36,8 @@ def call(function: str, *arguments: object) -> None:
 
 def encoded(text: str, size: int | None = None) -> bytes:
     """Returns the bytes of a text; raises ValueError if they do not fit into `size` bytes with a terminating zero."""
+    if not isinstance(text, str):
+        raise TypeError(f"a text is needed, not {type(text).__name__}")
     result = text.encode("utf-8", "surrogateescape")
     if b"\0" in result:
         raise ValueError("the text contains a zero")

@@ -34,9 +34,12 @@ def trim(text: str) -> str:
 
 
 def remove_character(text: str, character: str) -> str:
-    """Removes every occurrence of a character from a text below 64 bytes (trimdatetime)."""
+    """Removes every occurrence of a character of one byte from a text below 64 bytes (trimdatetime)."""
     buffer = ffi.new("char[]", encoded(text, _SHORT_TEXT_SIZE))
-    ask("trimdatetime", buffer, encoded(character))
+    removed = encoded(character)
+    if len(removed) != 1:
+        raise ValueError(f"the character has {len(removed)} bytes, not 1")
+    ask("trimdatetime", buffer, removed)
     return text_in(buffer)
 
 

@@ -1,7 +1,10 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""What the package raises when a function of the library fails. An argument that cannot be passed raises ValueError."""
+"""What the package raises when a function of the library fails.
+
+An argument that cannot be passed raises ValueError, OverflowError (a number) or TypeError, and nothing is called.
+"""
 
 from __future__ import annotations
 

@@ -39,16 +39,23 @@ class Counters:
     """The attached segment of the time-out counters; a context manager that detaches it."""
 
     def __init__(self, address: Any) -> None:
-        self.address = address
+        self._address = address
+
+    @property
+    def address(self) -> Any:
+        """Where the segment is attached; raises ValueError if it is not any more."""
+        if self._address is None:
+            raise ValueError("the counters are not attached")
+        return self._address
 
     def values(self) -> tuple[int, ...]:
-        return tuple(ffi.cast(f"unsigned int[{COUNTERS}]", ffi.cast("char *", self.address)))
+        return tuple(ffi.cast("unsigned int *", self.address)[0:COUNTERS])
 
     def close(self) -> None:
         """Detaches the segment; it may be called again."""
-        if self.address is not None:
-            ffi.dlopen(None).shmdt(self.address)
-            self.address = None
+        if self._address is not None:
+            ffi.dlopen(None).shmdt(self._address)
+            self._address = None
 
     def __enter__(self) -> Counters:
         return self
@@ -77,8 +84,6 @@ def attach_counters(segment: int) -> Counters:
 
 def clear_counters(counters: Counters) -> None:
     """Sets the counters to zero (vl_log_shm_init)."""
-    if counters.address is None:
-        raise ValueError("the counters are not attached")
     ask("vl_log_shm_init", counters.address)
 
 

@@ -40,4 +40,7 @@ class Notification:
         if len(self.header) != HEADER_SIZE:
             raise ValueError(f"the header has {len(self.header)} bytes, not {HEADER_SIZE}")
         numbers = (self.profile, self.video_node, self.audio_node, self.flag, self.event, self.target)
-        return _LAYOUT.pack(MAGIC, self.header, *numbers)
+        try:
+            return _LAYOUT.pack(MAGIC, self.header, *numbers)
+        except struct.error:
+            raise OverflowError("a number of the notification does not fit into 32 bits") from None

@@ -29,7 +29,7 @@ def from_c(kind: type[AnyRecord], record: Any) -> AnyRecord:
 
 
 def to_c(record: Record) -> Any:
-    """Makes a C record; raises ValueError for a text that does not fit."""
+    """Makes a C record; raises ValueError for a text or bytes that do not fit."""
     result = ffi.new(f"{record.C_NAME} *")
     fill(result[0], record)
     return result
@@ -37,9 +37,11 @@ def to_c(record: Record) -> Any:
 
 def fill(target: Any, record: Record) -> None:
     for field in fields(record):
-        value = getattr(record, field.name)
-        if isinstance(value, str):
-            value = encoded(value, len(getattr(target, field.name)))
+        value, stored = getattr(record, field.name), getattr(target, field.name)
+        if _is_text(stored):
+            value = encoded(value, len(stored))
+        elif isinstance(value, bytes) and len(value) > len(stored):
+            raise ValueError(f"the {field.name} has {len(value)} bytes, and at most {len(stored)} are possible")
         setattr(target, field.name, value)
 
 
@@ -48,11 +50,18 @@ def is_zero(record: Any) -> bool:
     return not any(bytes(ffi.buffer(ffi.addressof(record))))
 
 
+def _is_number(value: Any) -> bool:
+    return isinstance(value, (int, float))
+
+
+def _is_text(value: Any) -> bool:
+    return not _is_number(value) and ffi.typeof(value).item is ffi.typeof("char")
+
+
 def _python_value(value: Any) -> Any:
-    if isinstance(value, (int, float)):
+    if _is_number(value):
         return value
-    is_text = ffi.typeof(value).item is ffi.typeof("char")
-    return text_in(value) if is_text else bytes(value)
+    return text_in(value) if _is_text(value) else bytes(value)
 
 
 @dataclass(frozen=True)

@@ -63,6 +63,12 @@ def test_no_export_but_the_request_path_has_two_functions() -> None:
     assert {name for name in called if called.count(name) > 1} == {"NVR_CGI"}
 
 
+def test_every_function_is_called_by_a_test() -> None:
+    tests = [ast.parse(path.read_text()) for path in Path(__file__).parent.glob("on_host/test_*.py")]
+    called = {ast.unparse(node) for tree in tests for node in ast.walk(tree) if isinstance(node, ast.Attribute)}
+    assert set(NAMES) - called == set()
+
+
 @pytest.mark.parametrize(("subject", "function"), ALL, ids=NAMES)
 def test_a_function_calls_what_its_description_names(subject: str, function: ast.FunctionDef) -> None:
     assert exports_in(function) == {described(function)}

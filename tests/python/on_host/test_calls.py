@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import ctypes
 import subprocess
 from dataclasses import replace
 from pathlib import Path
@@ -240,13 +241,28 @@ def test_a_package_that_is_not_installed_is_a_failure() -> None:
         core.package_folder("no such package")
 
 
+def test_the_switch_of_a_port_is_read_from_an_open_configuration() -> None:
+    profiles.switch_port(PORT, False)
+    host = ctypes.CDLL("libvlxmlcfg.so")
+    handle = ctypes.c_void_p()
+    assert host.xmlcfg_open(0, str(CONFIGURATION).encode(), ctypes.byref(handle)) == 1
+    try:
+        assert handle.value is not None
+        assert not devices.is_port_on(handle.value, PORT)
+        assert devices.is_port_on(handle.value, OTHER_PORT)
+    finally:
+        host.xmlcfg_close(handle, 0)
+
+
 def test_timeouts_are_counted_in_shared_memory() -> None:
     with hostinfo.attach_counters(hostinfo.create_counters()) as counters:
         hostinfo.clear_counters(counters)
         hostinfo.count_timeout(2)
         assert counters.values() == (0, 0, 1, 0)
-    with pytest.raises(ValueError, match="not attached"):
-        hostinfo.clear_counters(counters)
+    counters.close()
+    for call in (lambda: hostinfo.clear_counters(counters), counters.values):
+        with pytest.raises(ValueError, match="not attached"):
+            call()
     with pytest.raises(UsbdevError):
         hostinfo.count_timeout(4)
     with pytest.raises(UsbdevError, match="vl_attach_log_shm"):

@@ -6,6 +6,7 @@
 from __future__ import annotations
 
 import socket
+from typing import Any
 
 import pytest
 from usbdev import Device, Entry, Notification, ShareLink, StreamInfo, UsbdevError, core, devices, hotplug, web
@@ -19,11 +20,27 @@ LONGEST_SLOT = "s" * 127
 def test_bytes_that_are_not_utf8_pass_in_both_directions() -> None:
     assert core.trim(f"  {NOT_UTF8} ") == NOT_UTF8
     assert web.base64_encode_text(NOT_UTF8) == web.base64_encode(b"name \xff")
+    assert web.base64_decode_text(web.base64_encode_text(NOT_UTF8)) == NOT_UTF8
 
 
 def test_a_text_with_a_zero_is_refused() -> None:
-    with pytest.raises(ValueError, match="zero"):
-        core.trim("a\0b")
+    for call in (core.trim, hotplug.camera_in_port, lambda text: web.set_share_link(ShareLink(0, shrpwd=text))):
+        with pytest.raises(ValueError, match="zero"):
+            call("a\0b")
+
+
+@pytest.mark.parametrize("value", [None, b"x" * 128, 7], ids=["none", "bytes", "number"])
+def test_anything_but_a_text_is_refused(value: Any) -> None:
+    for call in (core.trim, hotplug.camera_in_port, lambda text: devices.usb_ids(Device(1, 0, text))):
+        with pytest.raises(TypeError, match="a text is needed"):
+            call(value)
+
+
+@pytest.mark.parametrize("removed", ["", "ab", "ä"], ids=["empty", "two", "two bytes"])
+def test_only_a_character_of_one_byte_is_removed(removed: str) -> None:
+    assert core.remove_character("a-b", "-") == "ab"
+    with pytest.raises(ValueError, match="bytes, not 1"):
+        core.remove_character("a-b", removed)
 
 
 def test_a_text_fills_a_field_up_to_its_last_byte_but_one() -> None:
@@ -51,8 +68,24 @@ def test_a_request_header_has_at_most_sixteen_bytes() -> None:
 
 
 def test_numbers_that_do_not_fit_are_refused() -> None:
-    with pytest.raises(OverflowError):
-        core.channel_of_profile(1 << 31)
+    for call in (
+        lambda: core.channel_of_profile(1 << 31),
+        lambda: devices.usb_ids(Device(1, 1 << 31, "3-1")),
+        lambda: core.notify_manager(Notification(bytes(16), 1 << 31, 0, 0, 0, 0, 0)),
+    ):
+        with pytest.raises(OverflowError):
+            call()
+
+
+def test_numbers_without_a_value_are_refused() -> None:
+    with pytest.raises(TypeError):
+        core.channel_of_profile(None)  # type: ignore[arg-type]
+
+
+def test_a_header_of_a_stream_has_at_most_sixteen_bytes() -> None:
+    assert from_c(StreamInfo, to_c(StreamInfo(header=b"short"))).header == b"short" + bytes(11)
+    with pytest.raises(ValueError, match="17 bytes, and at most 16"):
+        to_c(StreamInfo(header=bytes(17)))
 
 
 @pytest.mark.parametrize(("text", "most"), [("x" * 63, core.remove_character), ("x" * 1023, core.escape_json)])
