@@ -23,7 +23,7 @@ extern "C" {
 
 /**
  * Path of the request that connect_host() sends. There is one for the whole process: connect_host() and the login
- * functions below share it, so only one of them may run at a time.
+ * functions share it, so only one of them may run at a time.
  */
 extern char NVR_CGI[256];
 

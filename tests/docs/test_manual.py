@@ -74,6 +74,28 @@ def test_groff_sets_the_pages_without_a_message(pages: list[Path]) -> None:
     assert [line for line in found if "will not fit on one page" not in line] == []
 
 
+def test_the_first_line_of_a_page_shows_its_name_on_both_sides(pages: list[Path]) -> None:
+    of_section_3 = [path for path in pages if path.name.endswith(".3usbdev")]
+    set_by_groff = ["groff", "-rLL=78n", "-P-cbou", "-mandoc", "-Tutf8", *of_section_3]
+    lines = set(subprocess.run(set_by_groff, capture_output=True, text=True, check=True).stdout.splitlines())
+    titles = [f"{path.stem.upper()}(3usbdev)" for path in of_section_3]
+    fitting = [title for title in titles if 2 * len(title) < 78]
+    assert len(fitting) >= len(titles) - 1
+    assert [title for title in fitting if not any(line.startswith(f"{title} ") and line.endswith(f" {title}") for line in lines)] == []
+
+
+@pytest.mark.parametrize(("page", "program"), {
+    "usbdev-demo": ["host/demo/demo"],
+    "usbdev-sandbox": ["host/sandbox/sandbox", "run"],
+    "usbdev-sandbox reboot": ["host/sandbox/sandbox", "reboot"],
+}.items())  # fmt: skip
+def test_the_pages_of_the_hosts_programs_have_their_options(manual: Path, page: str, program: list[str]) -> None:
+    help_text = subprocess.run([REPOSITORY / program[0], *program[1:], "--help"], capture_output=True, text=True, check=True).stdout
+    options = set(re.findall(r"--[a-z]+", help_text)) - {"--help"}
+    text = (manual / f"man/man1/{page.split()[0]}.1").read_text().replace("\\-", "-")
+    assert options and {option for option in options if option not in text} == set()
+
+
 def test_mandoc_finds_no_mistake_in_the_pages(pages: list[Path]) -> None:
     # The pages have the version instead of a date, so that two builds make the same.
     found = messages("mandoc", "-T", "lint", "-W", "warning", *pages)

@@ -14,6 +14,7 @@ from manuallib.reference import Function, Record, Reference, Variable, sentences
 # The C library has pages of the same names as some functions, so the pages have a section of their own. `man 3 NAME`
 # finds them too.
 SECTION = "3usbdev"
+LINE = 78  # characters, on a terminal of 80
 OF_THE_LOCK = re.compile(
     r"(takes? (the|no)|holds the) lock|\bruns? (commands|nothing)|^Notifies|^Logs an event", re.IGNORECASE
 )
@@ -32,7 +33,10 @@ def filled(text: str) -> list[str]:
 
 
 def title(name: str) -> str:
-    return f'.TH "{name.upper()}" "{SECTION}" "" "libusbdevlib {version()}" "Manual of libusbdevlib"\n{RAGGED}'
+    # The first line has the name on both sides; groff writes one over the other if the text between them has no room.
+    room = LINE - 2 * len(f"{name}({SECTION}) ")
+    between = next(text for text in ("Manual of libusbdevlib", "libusbdevlib", "") if len(text) <= room or not text)
+    return f'.TH "{name.upper()}" "{SECTION}" "" "libusbdevlib {version()}" "{between}"\n{RAGGED}'
 
 
 def name_line(names: str, brief: str) -> list[str]:
