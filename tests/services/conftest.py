@@ -42,3 +42,10 @@ def on_host() -> RunOnHost:
 def with_services(on_host: RunOnHost) -> RunOnHost:
     """Runs a script on a host of its own while the services run."""
     return lambda script: on_host(script, "--services")
+
+
+def seed() -> int:
+    """Returns the seed of a random run, which is printed."""
+    chosen = int(os.environ.get("USBDEV_SEED", "1"))
+    print(f"USBDEV_SEED={chosen}")
+    return chosen

@@ -12,13 +12,13 @@ build_packages='
 '
 # For the sandboxed host.
 host_packages='
-  bubblewrap iproute2 procps python3-tornado python3-argon2 ffmpeg socat
+  bubblewrap iproute2 procps python3-tornado python3-argon2 python3-pyudev python3-systemd ffmpeg socat
 '
 # Some packages of nodejs contain npm, and conflict with the package npm.
 command -v npm >/dev/null || host_packages="$host_packages npm"
 test_packages='
   python3-pytest python3-selenium chromium chromium-driver curl strace zsh fish clang musl-tools
-  python3-clang abigail-tools python3-license-expression mypy
+  python3-clang abigail-tools python3-license-expression mypy umockdev gir1.2-umockdev-1.0 python3-gi systemd
 '
 coverage_packages='gcovr'
 bench_packages='gnuplot-nox'

@@ -18,7 +18,7 @@ SHARE = HOST / "share"
 HOST_BIN = "/usr/host-bin"
 HOST_SBIN = "/usr/host-sbin"
 
-SERVICE_PROGRAMS = ("login-service", "login-users", "manager-service", "streaming-service")
+SERVICE_PROGRAMS = ("device-service", "login-service", "login-users", "manager-service", "streaming-service")
 BUILT_FOR_BIN = ("usbdevctl", "gpuinfo_app", "hwinfo_app")
 BUILT_FOR_SBIN = ("readcfg",)
 

@@ -102,7 +102,7 @@ async def serve(users_file: Path, log_file: Path) -> None:
     server = Server(application(Users(users_file), RequestLog(log_file)), idle_connection_timeout=30)
     chosen = port()
     server.listen(chosen, ADDRESS)
-    await lifecycle.until_stopped(f"{ADDRESS}:{chosen}")
+    await lifecycle.until_stopped(f"listening on {ADDRESS}:{chosen}")
     server.stop()
 
 

@@ -37,7 +37,7 @@ async def serve() -> None:
     loop = asyncio.get_running_loop()
     transport, _ = await loop.create_datagram_endpoint(lambda: Receiver(streams), local_addr=ADDRESS)
     following = loop.create_task(streams.follow())
-    stopped = loop.create_task(lifecycle.until_stopped("{}:{}".format(*ADDRESS)))
+    stopped = loop.create_task(lifecycle.until_stopped("listening on {}:{}".format(*ADDRESS)))
     await asyncio.wait((following, stopped), return_when=asyncio.FIRST_COMPLETED)
     transport.close()
     streams.end()

@@ -8,6 +8,8 @@ from __future__ import annotations
 import asyncio
 import time
 
+from servicelib.lifecycle import watched
+
 from managerlib.kept_stream import KeptStream
 from managerlib.library import Library
 
@@ -37,10 +39,11 @@ class Streams:
         try:
             while not self._ended:
                 self._wake.clear()
-                if self._changed:
-                    await self._ask_what_is_wanted()
-                for stream in self._streams:
-                    await stream.look()
+                with watched():
+                    if self._changed:
+                        await self._ask_what_is_wanted()
+                    for stream in self._streams:
+                        await stream.look()
                 await self._sleep()
         finally:
             for stream in self._streams:

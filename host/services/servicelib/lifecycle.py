@@ -8,9 +8,11 @@ from __future__ import annotations
 import asyncio
 import os
 import signal
-import socket
 import sys
-from collections.abc import Coroutine
+from collections.abc import Coroutine, Iterator
+from contextlib import contextmanager
+
+from systemd import daemon
 
 
 def run(service: Coroutine[None, None, None]) -> int:
@@ -23,24 +25,31 @@ def run(service: Coroutine[None, None, None]) -> int:
     return 0
 
 
-async def until_stopped(address: str) -> None:
-    """Prints that the service listens on the address, and returns when a signal ends it."""
+async def until_stopped(work: str) -> None:
+    """Prints and reports that the service is ready for its work, and returns when a signal ends it."""
     stop = asyncio.Event()
     for number in (signal.SIGINT, signal.SIGTERM):
         asyncio.get_running_loop().add_signal_handler(number, stop.set)
-    say(f"listening on {address}")
-    _tell_starter()
+    say(work)
+    daemon.notify("READY=1")
     await stop.wait()
+
+
+@contextmanager
+def watched() -> Iterator[None]:
+    """Lets the service manager end this process if what it does now takes longer than the watchdog of its unit allows.
+    At rest it waits for events only, so no sign of life has to wake it up."""
+    limit = os.environ.get("WATCHDOG_USEC")
+    if limit is None:
+        yield
+        return
+    daemon.notify(f"WATCHDOG_USEC={limit}")
+    try:
+        yield
+    finally:
+        daemon.notify("WATCHDOG_USEC=0")
 
 
 def say(text: str) -> None:
     """Prints a line about the service itself, on standard error."""
     print(f"{os.path.basename(sys.argv[0])}: {text}", file=sys.stderr, flush=True)
-
-
-def _tell_starter() -> None:
-    """Reports that the service is ready, with the protocol of sd_notify(3), to the program that started it."""
-    starter = os.environ.get("NOTIFY_SOCKET")
-    if starter:
-        with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as out:
-            out.sendto(b"READY=1", "\0" + starter[1:] if starter.startswith("@") else starter)

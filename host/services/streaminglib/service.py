@@ -41,7 +41,7 @@ async def _whole(reader: asyncio.StreamReader) -> bytes:
 
 async def serve() -> None:
     server = await asyncio.start_server(receive, *ADDRESS)
-    await lifecycle.until_stopped("{}:{}".format(*ADDRESS))
+    await lifecycle.until_stopped("listening on {}:{}".format(*ADDRESS))
     server.close()
 
 

@@ -109,7 +109,7 @@ async def serve(address: str) -> None:
         max_body_size=sys.maxsize,  # a body that is too long gets an answer
     )
     server.listen(port, address)
-    await lifecycle.until_stopped(f"{address}:{port}")
+    await lifecycle.until_stopped(f"listening on {address}:{port}")
     server.stop()
 
 

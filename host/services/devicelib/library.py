@@ -1,0 +1,51 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""What the device manager calls in the library, and what it prints about that."""
+
+from __future__ import annotations
+
+from collections.abc import Mapping, Sequence
+
+from usbdev import Device, UsbdevError, core, hotplug, profiles
+
+from devicelib.decision import Call, Kind
+
+ATTACHED = 1
+
+
+class Library:
+    def synchronise(self) -> None:
+        """Updates the channels from what is plugged in, as at a start of the application."""
+        hotplug.start_up()
+        print("synchronised", flush=True)
+
+    def attached(self) -> Mapping[str, Sequence[str]]:
+        """Returns the names of the attached cameras in each port."""
+        found: dict[str, list[str]] = {}
+        for entry in profiles.channels().values():
+            if entry.exists == ATTACHED:
+                found.setdefault(entry.usbslot, []).append(entry.devname)
+        return found
+
+    def call(self, call: Call) -> None:
+        """Calls the hotplug handler. It is normal that no channel takes a sound card, or a camera when all are taken."""
+        device = call.device
+        what = f"{'plugged' if call.plugged else 'removed'} {call.slot} {call.kind.value} {device.number} {device.name!r}"
+        try:
+            outcome = f"channel {hotplug.handle_event(_device(call)).channel}"
+        except UsbdevError:
+            outcome = "no channel"
+        except ValueError as problem:
+            outcome = str(problem)
+        print(f"{what}: {outcome}", flush=True)
+
+
+def _device(call: Call) -> Device:
+    return Device(
+        devtype=int(call.kind is Kind.CAMERA),
+        node=call.device.number,
+        usbslot=call.slot,
+        plugged=int(call.plugged),
+        devname=call.device.name,
+    )

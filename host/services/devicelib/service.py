@@ -1,0 +1,79 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The command "device-service"."""
+
+from __future__ import annotations
+
+import argparse
+import asyncio
+
+from servicelib import lifecycle
+from usbdev import core
+
+from devicelib import decision
+from devicelib.library import Library
+from devicelib.udev import Udev
+
+
+class DeviceManager:
+    """Keeps the library up to date with what is plugged in."""
+
+    def __init__(self, udev: Udev, library: Library) -> None:
+        self._udev = udev
+        self._library = library
+        self._changed = asyncio.Event()
+
+    def start(self) -> None:
+        """Synchronises. Whatever comes or goes meanwhile is reported by follow()."""
+        with lifecycle.watched():
+            world = self._udev.look()
+            self._library.synchronise()
+            for call in decision.corrections(world, self._library.attached()):
+                self._library.call(call)
+        self._history = decision.all_of(world)
+        self._changed.set()
+
+    async def follow(self) -> None:
+        """Reports what comes and goes, until it is cancelled."""
+        loop = asyncio.get_running_loop()
+        loop.add_reader(self._udev.fileno(), self._take_events)
+        while True:
+            await self._changed.wait()
+            self._changed.clear()
+            while await self._report_one():
+                pass
+
+    def _take_events(self) -> None:
+        self._udev.take_events()
+        self._changed.set()
+
+    async def _report_one(self) -> bool:
+        """Looks again before each call, because a call takes long enough for the next event."""
+        with lifecycle.watched():
+            call = decision.next_call(self._history, self._udev.look())
+            if call is None:
+                return False
+            self._library.call(call)
+        self._history = decision.after(self._history, call)
+        await asyncio.sleep(0)  # lets a signal end the service between two calls
+        return True
+
+
+async def serve() -> None:
+    manager = DeviceManager(Udev(core.trim), Library())
+    manager.start()
+    loop = asyncio.get_running_loop()
+    following = loop.create_task(manager.follow())
+    stopped = loop.create_task(lifecycle.until_stopped("following udev"))
+    await asyncio.wait((following, stopped), return_when=asyncio.FIRST_COMPLETED)
+    if following.done():
+        following.result()  # which is the reason why it has failed
+
+
+def main(arguments: list[str]) -> int:
+    parser = argparse.ArgumentParser(
+        prog="device-service", description="Reports cameras and sound cards to the library as they come and go."
+    )
+    parser.parse_args(arguments)
+    return lifecycle.run(serve())
