@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +12,7 @@
 
 #include "configuration.h"
 #include "private_host.h"
+#include "processes.h"
 
 namespace {
 
@@ -84,6 +86,41 @@ TEST_F(AFileWithTokens, KeepsItsOwnerAndItsGroup) {
   store(kConfigFile);
   EXPECT_EQ(statusOf(kConfigFile).st_uid, before.st_uid);
   EXPECT_EQ(statusOf(kConfigFile).st_gid, before.st_gid);
+}
+
+// A sandbox for a user without rights is such a namespace. Only root can give the file a group that is not its own.
+TEST_F(AFileWithTokens, StaysReadableForTheGroupOfItsFolderInANamespaceWithoutThatGroup) {
+  [[maybe_unused]] const int folder_given = chown(kConfigFolder.c_str(), geteuid(), 5678);
+  ASSERT_EQ(chmod(kConfigFolder.c_str(), 02770), 0);
+  writeFile(kConfigFile, "<velmora/>");
+  ASSERT_EQ(chmod(kConfigFile.c_str(), 0660), 0);
+  const struct stat before = statusOf(kConfigFile);
+  EXPECT_EQ(waitForChild(startChild([] {
+              if (unshare(CLONE_NEWUSER) != 0) return 1;
+              store(kConfigFile);
+              return testing::Test::HasFailure() ? 1 : 0;
+            })),
+            0);
+  EXPECT_EQ(permissionsOf(kConfigFile), 0660U);
+  EXPECT_EQ(statusOf(kConfigFile).st_gid, before.st_gid);
+}
+
+// A group that the file did not have must not get what is in it.
+TEST_F(AFileWithTokens, IsTheOwnersAloneInANamespaceWithoutItsGroupIfTheFolderGivesAnother) {
+  writeFile(kConfigFile, "<velmora/>");
+  ASSERT_EQ(chmod(kConfigFile.c_str(), 0660), 0);
+  [[maybe_unused]] const int given = chown(kConfigFile.c_str(), geteuid(), 5678);
+  const bool has_other_group = statusOf(kConfigFile).st_gid != getegid();
+  EXPECT_EQ(waitForChild(startChild([] {
+              const std::string group = std::to_string(getegid());
+              if (unshare(CLONE_NEWUSER) != 0) return 1;
+              writeFile("/proc/self/setgroups", "deny");
+              writeFile("/proc/self/gid_map", group + " " + group + " 1");
+              store(kConfigFile);
+              return testing::Test::HasFailure() ? 1 : 0;
+            })),
+            0);
+  EXPECT_EQ(permissionsOf(kConfigFile), has_other_group ? 0600U : 0660U);
 }
 
 class ALink : public AFileWithTokens {
