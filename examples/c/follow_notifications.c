@@ -34,7 +34,7 @@ static int listenAsManager(void) {
 /* Waits for a notification, and drops whatever else arrives; returns 0 if nothing can be received. */
 static int receive(int sock, struct notification *received) {
   char datagram[sizeof *received + 1]; /* the byte too many shows a longer one */
-  ssize_t size;
+  ssize_t size = 0;
   while ((size = recv(sock, datagram, sizeof datagram, 0)) >= 0) {
     if (size != (ssize_t)sizeof *received) continue;
     memcpy(received, datagram, sizeof *received);

@@ -10,7 +10,7 @@
 
 /* Reads a whole number from 0 on; returns 0 if the text is something else. */
 static inline int readNumber(const char *text, int *number) {
-  char *end;
+  char *end = NULL;
   errno = 0;
   const long value = strtol(text, &end, 10);
   if (end == text || *end != '\0' || errno != 0 || value < 0 || value > INT_MAX) return 0;

@@ -30,12 +30,14 @@ static int set(int profile, int width, int height, float framerate) {
 }
 
 int main(int argc, char **argv) {
-  int profile, width, height;
+  int profile = 0;
+  int width = 0;
+  int height = 0;
   if (argc != 5 || !readNumber(argv[1], &profile) || !readNumber(argv[2], &width) || !readNumber(argv[3], &height)) {
     fprintf(stderr, "usage: set_stream PROFILE WIDTH HEIGHT FPS\n");
     return 2;
   }
-  char *end;
+  char *end = NULL;
   const float framerate = strtof(argv[4], &end);
   if (*end != '\0' || !(framerate > 0)) return fail("the rate is not a number above 0");
   return set(profile, width, height, framerate);

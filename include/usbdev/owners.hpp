@@ -60,10 +60,12 @@ class Connection {
   /** Owns a socket that is open already. */
   explicit Connection(int socket) : socket_(socket) {}
   Connection(const Connection &) = delete;
+  Connection &operator=(const Connection &) = delete;
   Connection(Connection &&other) noexcept : socket_(std::exchange(other.socket_, kNone)) {}
   /** Closes its former socket. */
-  Connection &operator=(Connection other) noexcept {
-    std::swap(socket_, other.socket_);
+  Connection &operator=(Connection &&other) noexcept {
+    Connection taken(std::move(other));
+    std::swap(socket_, taken.socket_);
     return *this;
   }
   ~Connection() { http_close(socket_); }
@@ -114,13 +116,15 @@ class Session {
     return session;
   }
   Session(const Session &) = delete;
+  Session &operator=(const Session &) = delete;
   Session(Session &&other) noexcept
       : server_(other.server_), id_(other.id_), is_open_(std::exchange(other.is_open_, false)) {}
   /** Ends its former session. */
-  Session &operator=(Session other) noexcept {
-    std::swap(server_, other.server_);
-    std::swap(id_, other.id_);
-    std::swap(is_open_, other.is_open_);
+  Session &operator=(Session &&other) noexcept {
+    Session taken(std::move(other));
+    std::swap(server_, taken.server_);
+    std::swap(id_, taken.id_);
+    std::swap(is_open_, taken.is_open_);
     return *this;
   }
   ~Session() {

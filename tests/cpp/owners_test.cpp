@@ -229,8 +229,8 @@ TEST_F(ASession, LogsOutWhenItGetsAnother) {
     *session = std::move(*other);
     EXPECT_EQ(session->id(), "s1d");
   }
-  const auto logsOut = [](const char *id) { return AllOf(HasSubstr("authLogout"), HasSubstr(id)); };
-  EXPECT_THAT(service.requests(), ElementsAre(_, _, logsOut("s2d"), logsOut("s1d")));
+  const auto logs_out = [](const char *id) { return AllOf(HasSubstr("authLogout"), HasSubstr(id)); };
+  EXPECT_THAT(service.requests(), ElementsAre(_, _, logs_out("s2d"), logs_out("s1d")));
 }
 
 TEST_F(ASession, ThatTheHostForgotIsNotValid) {
