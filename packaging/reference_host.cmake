@@ -7,7 +7,7 @@
 set(host ${CMAKE_INSTALL_DATADIR}/usbdev-host)
 set(built ${CMAKE_INSTALL_LIBDIR}/usbdev-host)
 
-foreach(part demo sandbox services share sim)
+foreach(part demo sandbox services share sim view)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/host/${part} DESTINATION ${host} USE_SOURCE_PERMISSIONS
     PATTERN __pycache__ EXCLUDE
     PATTERN node_modules EXCLUDE
@@ -23,7 +23,7 @@ install(TARGETS readcfg gpuinfo_app RUNTIME DESTINATION ${built})
 install(PROGRAMS ${PROJECT_BINARY_DIR}/hwinfo_app DESTINATION ${built})
 
 install_link(${host}/built ${built})
-install_link(${built}/usbdevctl ${CMAKE_INSTALL_BINDIR}/usbdevctl)
+install_link(${built}/usbdevctl ${CMAKE_INSTALL_LIBEXECDIR}/usbdevctl)
 install_link(${built}/libusbdevlib.so.${PROJECT_VERSION_MAJOR} ${CMAKE_INSTALL_LIBDIR}/libusbdevlib.so.${PROJECT_VERSION_MAJOR})
 install_link(${built}/python ${USBDEV_PYTHON_INSTALL_DIR})
 install_link(${CMAKE_INSTALL_BINDIR}/usbdev-sandbox ${host}/sandbox/sandbox)

@@ -1,8 +1,10 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-# Installs usbdevctl, and for each shell the script that completes its commands, which it prints itself.
-install(TARGETS usbdevctl)
+# Installs usbdevctl, the script that users call, and for each shell the one that completes its commands, which it prints
+# itself.
+install(TARGETS usbdevctl RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR})
+install(PROGRAMS ${PROJECT_SOURCE_DIR}/tools/usbdevctl/usbdevctl.sh DESTINATION ${CMAKE_INSTALL_BINDIR} RENAME usbdevctl)
 
 # completion(SHELL FOLDER NAME): FOLDER is where the shell looks for the scripts of all programs.
 function(completion shell folder name)

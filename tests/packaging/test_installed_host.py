@@ -30,7 +30,7 @@ def on_host(prefix: Path, script: str, *options: str) -> str:
 
 def test_the_host_runs_from_the_installed_files_alone(prefix: Path) -> None:
     assert on_host(prefix, f"test ! -e {REPOSITORY}; readlink -f /usr/bin/sim /usr/bin/usbdevctl /usr/sbin/readcfg").split() == [
-        f"{prefix}/share/usbdev-host/sim/bin/sim", f"{prefix}/bin/usbdevctl", f"{prefix}/lib/usbdev-host/readcfg"]
+        f"{prefix}/share/usbdev-host/sim/bin/sim", f"{prefix}/libexec/usbdevctl", f"{prefix}/lib/usbdev-host/readcfg"]
 
 
 def test_a_camera_is_plugged_in_and_the_services_run(prefix: Path) -> None:
@@ -46,7 +46,7 @@ def test_the_python_package_is_found_on_the_host(prefix: Path) -> None:
 
 
 def test_the_libraries_of_the_host_are_found_on_the_host_only(prefix: Path) -> None:
-    outside = subprocess.run(["ldd", prefix / "bin/usbdevctl"], capture_output=True, text=True, check=True).stdout
+    outside = subprocess.run(["ldd", prefix / "libexec/usbdevctl"], capture_output=True, text=True, check=True).stdout
     missing = {line.split()[0] for line in outside.splitlines() if "not found" in line}
     assert "libvlxmlcfg.so" in missing
     assert "not found" not in on_host(prefix, "ldd $(readlink -f /usr/bin/usbdevctl)")
@@ -63,5 +63,5 @@ def test_each_shell_finds_the_completion(prefix: Path, shell: str, script: str) 
 
 
 def test_no_installed_program_names_the_build_folder(prefix: Path) -> None:
-    for file in (prefix / "bin/usbdevctl", *(prefix / "lib/usbdev-host").glob("*.so")):
+    for file in (prefix / "libexec/usbdevctl", *(prefix / "lib/usbdev-host").glob("*.so")):
         assert str(BUILD) not in subprocess.run(["readelf", "--dynamic", file], capture_output=True, text=True, check=True).stdout

@@ -65,8 +65,8 @@ def test_they_are_installed_without_anything_else(machine: FreshRoot, before: se
 
 
 def test_only_the_libraries_of_the_host_are_missing_and_only_outside_the_host(machine: FreshRoot) -> None:
-    assert missing(machine.run("ldd", "/usr/bin/usbdevctl")) == OF_THE_HOST
-    assert missing(machine.run("usbdev-sandbox", "run", "--", "ldd", "/usr/host-bin/usbdevctl")) == set()
+    assert missing(machine.run("ldd", "/usr/libexec/usbdevctl")) == OF_THE_HOST
+    assert missing(machine.run("usbdev-sandbox", "run", "--", "ldd", "/usr/libexec/usbdevctl")) == set()
 
 
 def test_the_examples_of_the_package_are_compiled_against_it_and_run(machine: FreshRoot) -> None:
@@ -81,6 +81,49 @@ def test_the_examples_of_the_package_are_compiled_against_it_and_run(machine: Fr
 
 def test_the_demo_runs_from_the_installed_files(machine: FreshRoot) -> None:
     assert machine.run("usbdev-demo").endswith("Everything is as it should be.\n")
+
+
+USERS = {"root": "", "a member of the group": "setpriv --reuid 4711 --regid 4711 --groups video ",
+         "somebody else": "setpriv --reuid 4711 --regid 4711 --clear-groups "}  # fmt: skip
+ENTER = "/usr/share/usbdev-host/view/enter"
+PLUG = "usbdevctl plug --type camera --node 9 --slot 3-1 --name Webcam"
+UNPLUG = "usbdevctl unplug --type camera --node 9 --slot 3-1 --name Webcam"
+
+
+def as_users(machine: FreshRoot, script: str) -> str:
+    """Runs the script after what systemd does at each start of a machine."""
+    return machine.run("sh", "-ec", f"systemd-tmpfiles --create usbdev-host.conf; {script}")
+
+
+@pytest.mark.parametrize("user", ["root", "a member of the group"])
+def test_usbdevctl_runs_outside_the_sandbox_for(machine: FreshRoot, user: str) -> None:
+    script = f"{USERS[user]}{PLUG}; {USERS['root']}usbdevctl channels; {USERS[user]}{UNPLUG}"
+    assert re.search(r"^ +0 +plugged +3-1 +Webcam", as_users(machine, script), re.MULTILINE)
+
+
+def test_what_a_member_of_the_group_stored_stays_the_groups(machine: FreshRoot) -> None:
+    member = USERS["a member of the group"]
+    script = f"{member}{PLUG}; stat -c '%a %G' /var/lib/usbdev/config/usbdev.conf; {member}{UNPLUG}"
+    assert "660 video" in as_users(machine, script).splitlines()
+
+
+def test_nobody_else_runs_usbdevctl(machine: FreshRoot) -> None:
+    printed = as_users(machine, f"! {USERS['somebody else']}usbdevctl channels")
+    assert printed == "usbdevctl: only root and members of the group 'video' may see and set up the cameras\n"
+
+
+def test_the_tools_answer_in_the_view_as_the_library_calls_them(machine: FreshRoot) -> None:
+    tools = "/sbin/udevadm --version; /sbin/readcfg System InnerWebAccessPort; /usr/bin/v4l2-ctl --version; /bin/ps"
+    printed = as_users(machine, f"{ENTER} sh -c '{tools}'")
+    assert re.match(r"\d+\n58080\nv4l2-ctl \S+\n +PID USER +TIME COMMAND\n", printed)
+    assert f"sh -c {tools}" in printed
+
+
+def test_a_camera_that_does_not_answer_keeps_the_others_waiting_for_ten_seconds_only(machine: FreshRoot) -> None:
+    hang = "printf '#!/bin/sh\\nexec sleep 100\\n' >/run/hang; chmod +x /run/hang"
+    query = f"bwrap --dev-bind / / --ro-bind /run/hang /usr/bin/v4l2-ctl {ENTER} v4l2-ctl -d /dev/video0"
+    printed = as_users(machine, f"{hang}; {query} || echo status $?; ps -e -o comm")
+    assert "status 124" in printed.splitlines() and "sleep" not in printed.splitlines()
 
 
 def test_the_manual_is_found_and_python_imports_the_package(machine: FreshRoot) -> None:

@@ -1,0 +1,102 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The systemd units of usbdev-host, as the package lays them out, judged by systemd's own tools."""
+
+from __future__ import annotations
+
+import json
+import os
+import re
+import shutil
+import subprocess
+from pathlib import Path
+
+import pytest
+from conftest import REPOSITORY
+
+DEBIAN = REPOSITORY / "packaging/debian"
+HOST = "/usr/share/usbdev-host"
+NAMES = sorted(path.name.removeprefix("usbdev-host.") for path in DEBIAN.glob("usbdev-host.*.service"))
+MOST_EXPOSED = 1.6  # the best device managers of Debian are at 2.6
+
+
+@pytest.fixture(scope="module")
+def units(tmp_path_factory: pytest.TempPathFactory) -> Path:
+    """The folder of the units with the files for all of them; their programs are those of the repository."""
+    folder = tmp_path_factory.mktemp("units")
+    for_all = folder / "usbdev-.service.d"
+    for_all.mkdir()
+    for path in (REPOSITORY / "host/view/view.conf", DEBIAN / "hardening.conf"):
+        shutil.copy(path, for_all)
+    for name in NAMES:
+        text = (DEBIAN / f"usbdev-host.{name}").read_text()
+        (folder / name).write_text(text.replace(f"ExecStart={HOST}", f"ExecStart={REPOSITORY}/host"))
+    return folder
+
+
+def analyze(units: Path, *words: str) -> subprocess.CompletedProcess[str]:
+    environment = {**os.environ, "SYSTEMD_UNIT_PATH": f"{units}:"}
+    return subprocess.run(["systemd-analyze", *words], env=environment, capture_output=True, text=True, check=False)
+
+
+def settings(unit: str, key: str) -> list[str]:
+    files = [DEBIAN / f"usbdev-host.{unit}", DEBIAN / "hardening.conf", REPOSITORY / "host/view/view.conf"]
+    return [value for file in files for value in re.findall(rf"^{key}=(.*)$", file.read_text(), re.MULTILINE)]
+
+
+def test_there_are_two() -> None:
+    assert NAMES == ["usbdev-devices.service", "usbdev-streams.service"]
+
+
+@pytest.mark.parametrize("name", NAMES)
+def test_it_is_not_exposed(units: Path, name: str) -> None:
+    done = analyze(units, "security", "--offline=true", "--json=short", f"--threshold={10 * MOST_EXPOSED:.0f}", f"{units}/{name}")
+    exposing = [row for row in json.loads(done.stdout) if float(row["exposure"] or 0) > 0]
+    assert done.returncode == 0, exposing
+
+
+@pytest.mark.parametrize("name", NAMES)
+def test_systemd_understands_every_line(units: Path, name: str) -> None:
+    done = analyze(units, "verify", "--man=no", f"{units}/{name}")
+    about_it = [line for line in done.stderr.splitlines() if name.removesuffix(".service") in line or "usbdev-.service.d" in line]
+    assert about_it == []
+
+
+@pytest.mark.parametrize("name", NAMES)
+def test_it_is_watched_and_started_again(name: str) -> None:
+    assert [settings(name, key) for key in ("Type", "Restart")] == [["notify"], ["on-failure"]]
+    assert len(settings(name, "WatchdogSec")) == 1
+
+
+@pytest.mark.parametrize("name", NAMES)
+def test_its_user_is_made_with_the_groups_that_may_use_cameras_and_sound_cards(name: str) -> None:
+    (user,) = settings(name, "User")
+    made = (DEBIAN / "usbdev-host.sysusers").read_text()
+    assert re.search(rf"^u {user} ", made, re.MULTILINE)
+    assert set(re.findall(rf"^m {user} (\w+)$", made, re.MULTILINE)) == set(settings(name, "SupplementaryGroups")[0].split())
+
+
+def test_both_see_the_same_locks_and_shared_memory_as_a_user_does() -> None:
+    assert [key for name in NAMES for key in ("PrivateIPC", "PrivateNetwork") if settings(name, key)] == []
+    assert {tuple(settings(name, "BindPaths")) for name in NAMES} == {tuple(settings(NAMES[0], "BindPaths"))}
+
+
+def test_every_folder_of_the_state_that_the_view_shows_is_made_before() -> None:
+    shown = {value.split(":")[0] for value in settings(NAMES[0], "BindPaths")}
+    made = set(re.findall(r"^d (\S+)", (DEBIAN / "usbdev-host.tmpfiles").read_text(), re.MULTILINE))
+    assert shown and shown <= made
+
+
+def test_what_the_package_brings_to_the_view_is_there() -> None:
+    built = {"readcfg", "usbdevctl"}
+    for value in settings(NAMES[0], "BindReadOnlyPaths"):
+        source = Path(value.removeprefix("-").split(":")[0])
+        if source.is_relative_to(HOST) and source.name not in built:
+            assert os.access(REPOSITORY / "host" / source.relative_to(HOST), os.X_OK), source
+
+
+def test_an_upgrade_starts_the_device_manager_again_and_leaves_the_streams_alone() -> None:
+    rules = (DEBIAN / "rules").read_text()
+    options = dict(re.findall(r"^\tdh_installsystemd .*--name=(\S+)(.*)$", rules, re.MULTILINE))
+    assert options == {"usbdev-devices": "", "usbdev-streams": " --no-stop-on-upgrade"}
