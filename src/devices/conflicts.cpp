@@ -104,7 +104,6 @@ bool recomputeConflicts(HostAnswers &host, ConflictTasks &tasks) {
   if (!writeTasks(tasks)) return false;
   int found[kChannels];
   for (int i = 0; i < kChannels; ++i) {
-    found[i] = kNone;
     if (tasks[i] == ConflictTask::recompute) {
       findConflict(host, i, found[i]);
     } else {

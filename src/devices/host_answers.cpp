@@ -26,7 +26,6 @@ const char *HostAnswers::bridgeOf(int vnode) {
   if (bridge_count_ < kMostBridges) ++bridge_count_;
   Bridge &bridge = bridges_[bridge_count_ - 1];
   bridge.vnode = vnode;
-  bridge.path[0] = '\0';
   bridge.known = isBehindPciBridge(vnode) && findPciBridge(vnode, bridge.path);
   return bridge.known ? bridge.path : nullptr;
 }

@@ -137,7 +137,7 @@ bool clearProfile(int profile, const char *client_ip, EventCode code) {
   int successor = kNone;
   // Intended: The event code is also the mode of the hand-over.
   handOverConflict(host, channel_number, kNone, handOverModeOf(static_cast<int>(code)), successor);
-  if (successor != kNone) notification.target = successor;
+  notification.target = successor;
   sendNotification(notification);
   return true;
 }

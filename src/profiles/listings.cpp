@@ -19,8 +19,8 @@ class ProfileIds {
  public:
   void add(int profile) { appendNumber(text_, ",%d", profile); }
 
-  /// Gives what follows the first comma.
-  void giveTo(ProfileList &list) const { copyText(list, text_[0] == '\0' ? text_ : text_ + 1); }
+  /// Gives what follows the first comma, which is nothing in an empty text too: all of it is zero.
+  void giveTo(ProfileList &list) const { copyText(list, text_ + 1); }
 
  private:
   char text_[sizeof(ProfileList)] = "";

@@ -95,8 +95,8 @@ int encodeBase64(const unsigned char *in, int length, char *out) {
   return static_cast<int>(end - out);
 }
 
-int encodeBase64(const char *text, char *out) {
-  return encodeBase64(reinterpret_cast<const unsigned char *>(text), static_cast<int>(std::strlen(text)), out);
+void encodeBase64(const char *text, char *out) {
+  encodeBase64(reinterpret_cast<const unsigned char *>(text), static_cast<int>(std::strlen(text)), out);
 }
 
 int decodeBase64(const char *in, unsigned char *out) {

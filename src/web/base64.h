@@ -15,7 +15,7 @@ constexpr std::size_t base64Size(std::size_t bytes) { return (bytes + 2) / 3 * 4
 int encodeBase64(const unsigned char *in, int length, char *out);
 
 /// Encodes a text.
-int encodeBase64(const char *text, char *out);
+void encodeBase64(const char *text, char *out);
 
 /// Decodes a text. out: 3 bytes per 4 characters, and one more. Returns the bytes written.
 int decodeBase64(const char *in, unsigned char *out);
