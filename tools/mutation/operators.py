@@ -182,7 +182,7 @@ def returned(file: SourceFile, cursor: Cursor, scope: Scope) -> None:
     kind, value = kind_of(cursor), bare(cursor)
     if kind == TypeKind.BOOL:
         condition(file, cursor, scope, "true", "false")
-    elif kind in INTEGERS | FLOATS | {TypeKind.POINTER, TypeKind.ENUM} and not is_constant(value):
+    elif kind in INTEGERS | FLOATS | {TypeKind.POINTER, TypeKind.ENUM} and not is_constant(value) and not is_zero(value):
         others = ["0", f"{file.text(cursor)} + 1"] if kind in INTEGERS | FLOATS else ["{}"]
         first = file.add(cursor, scope, *others)
         if first is not None:
@@ -194,6 +194,12 @@ def is_constant(cursor: Cursor) -> bool:
     if cursor.kind == CursorKind.UNARY_OPERATOR:
         return is_constant(bare(next(iter(cursor.get_children()))))
     return "_LITERAL" in cursor.kind.name or (cursor.kind == CursorKind.DECL_REF_EXPR and is_named_constant(cursor))
+
+
+def is_zero(cursor: Cursor) -> bool:
+    """The constant of an enumeration that its other result is."""
+    named = cursor.referenced
+    return named is not None and named.kind == CursorKind.ENUM_CONSTANT_DECL and named.enum_value == 0
 
 
 OPERATORS = {
