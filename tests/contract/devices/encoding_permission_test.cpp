@@ -163,6 +163,11 @@ TEST_F(AGpu, WithoutAColonAfterItsNameHasNoDriver) {
   EXPECT_THAT(host.journal.commands(), ElementsAre(kGpuListCommand));
 }
 
+TEST_F(AGpu, HasNoDriverByItsName) {
+  EXPECT_EQ(listedAs("driver_installed=1: 01:00.0\n"), 0);
+  EXPECT_THAT(host.journal.commands(), ElementsAre(kGpuListCommand, "gpuinfo_app -s driver_installed=1"));
+}
+
 TEST_F(AGpu, MayHaveBlanksInItsName) {
   host.commands.prints("gpuinfo_app -s Fast GPU 3", "driver_installed=1\n");
   EXPECT_EQ(listedAs("Fast GPU 3: 01:00.0\n"), 1);

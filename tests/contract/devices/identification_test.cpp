@@ -324,6 +324,7 @@ class APortSwitch : public ContractTest {
 TEST_F(APortSwitch, ThatNoChannelRemembersIsOn) { EXPECT_EQ(stateOf("3-1"), 1); }
 
 TEST_F(APortSwitch, OfNoFileOrNoPortIsOn) {
+  host.channel(0).slot("3-1").slotSwitch(0);
   EXPECT_EQ(get_switch_state(nullptr, "3-1"), 1);
   void *handle = nullptr;
   xmlcfg_open(0, kChannelFile, &handle);

@@ -61,6 +61,12 @@ TEST_F(APort, HasTheCodecsOfItsCamera) {
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close"));
 }
 
+TEST_F(APort, OfTheLastChannelHasTheCodecsOfItsCamera) {
+  describe(host.channel(9));
+  EXPECT_EQ(readCap("3-1.2"), 0);
+  EXPECT_STREQ(cap.c_str(), "0 1");
+}
+
 TEST_F(APort, HasLongerCodecsCutTo15Characters) {
   describe(channel()).set("video/cap", "0 1 0 1 0 1 0 1 0 1");
   readCap("3-1.2");

@@ -67,8 +67,8 @@ int select(int count, fd_set *reading, fd_set *writing, fd_set *failing, timeval
   Host *host = Host::current();
   if (host == nullptr) return real(count, reading, writing, failing, patience);
   if (patience != nullptr) {
-    host->network.waiting(std::string(reading != nullptr ? "read " : "write ") + std::to_string(patience->tv_sec) +
-                          "." + std::to_string(patience->tv_usec));
+    host->network.waiting(std::string(reading != nullptr ? "read " : "") + (writing != nullptr ? "write " : "") +
+                          std::to_string(patience->tv_sec) + "." + std::to_string(patience->tv_usec));
   }
   const std::optional<int> failure = host->calls.failure("select");
   const std::optional<int> answer = failure ? failure : host->network.selectAnswer();

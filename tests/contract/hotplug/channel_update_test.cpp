@@ -149,6 +149,15 @@ TEST_F(AnUpdate, IsOnePassOverTheFile) {
   EXPECT_THAT(host.journal.only({"open", "close"}), ElementsAre("open w", "close"));
 }
 
+TEST_F(AnUpdate, ThatCannotBeStoredTakesBackTheLinksOfEveryChannel) {
+  withCamera(2);
+  channels[0] = channels[9] = channels[2];
+  host.config.failWriteCloseNumber(1, -1);
+  const OutputCapture output;
+  EXPECT_EQ(update(), -1);
+  for (const int i : {0, 2, 9}) EXPECT_STREQ(channels[i].hlspath, "");
+}
+
 TEST_F(AnUpdate, OfAFileThatCannotBeWrittenRunsNothing) {
   withCamera(2);
   host.config.failWriteOpens(-6);

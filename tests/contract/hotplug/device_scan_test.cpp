@@ -196,6 +196,15 @@ TEST_F(AScan, ListsACardThatTheHostCannotDescribeWithoutAName) {
   EXPECT_STREQ(cards[0].devname, "");
 }
 
+TEST_F(AScan, GivesACardThatTheHostCannotDescribeNoNameOfAnotherOne) {
+  card("3-1", 1, "USB Audio");
+  card("3-2", 2, "Other Audio");
+  host.commands.prints("/bin/ls /sys/bus/usb/drivers/snd-usb-audio/3-2:1.2/sound | /bin/awk '{print $1}'", "card9\n");
+  scanCards();
+  ASSERT_EQ(card_count, 2);
+  EXPECT_STREQ(cards[1].devname, "");
+}
+
 TEST_F(AScan, NamesTheCardOfANewCameraAfterIt) {
   camera("3-1", 4, "Camera");
   card("3-1", 1, "USB Audio");

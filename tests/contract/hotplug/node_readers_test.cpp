@@ -69,6 +69,13 @@ TEST_F(AnInterface, WithANodeAboveNineIsReadAsItsLastDigit) {
   EXPECT_EQ(node, 0);
 }
 
+TEST_F(AnInterface, WithANodeOfOneDigitHasThatNumber) {
+  host.commands.prints(cameraNodes("3-1:1.0"), "7\n");
+  host.files.write(namePath(7), "HD Webcam\n");
+  EXPECT_EQ(videoInfo("3-1:1.0"), 0);
+  EXPECT_EQ(node, 7);
+}
+
 TEST_F(AnInterface, WithTwoNodesHasTheFirst) {
   host.commands.prints(cameraNodes("3-1:1.0"), "video1\nvideo2\n");
   host.files.write(namePath(1), "HD Webcam\n");

@@ -99,6 +99,15 @@ TEST_F(AProfile, HeldByAnotherAttachedDeviceIsRefused) {
   EXPECT_THAT(host.config.writes(), IsEmpty());
 }
 
+TEST_F(AProfile, OfTheLastChannelIsOneLikeAnyOther) {
+  host.commands.allowInsideCriticalSection();
+  camera(9, "1-1", 0);
+  EXPECT_EQ(assign("1-1", 2), 0);
+  EXPECT_EQ(assign("3-1.2", 2), -1);
+  EXPECT_EQ(host.channel(9).get("profile"), "2");
+  EXPECT_EQ(host.channel(3).get("profile"), "(none)");
+}
+
 TEST_F(AProfile, OfAnUnpluggedDeviceIsFree) {
   host.commands.allowInsideCriticalSection();
   camera(0, "1-1", 0).profile(2).exists(0);

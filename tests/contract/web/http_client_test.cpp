@@ -152,8 +152,8 @@ TEST_P(AChunk, IsReadAtATime) {
 }
 
 INSTANTIATE_TEST_SUITE_P(OfAnySize, AChunk,
-                         testing::Values(std::pair(1U, 1), std::pair(7U, 7), std::pair(2048U, 2048),
-                                         std::pair(2049U, 2048), std::pair(0xFFFFFFFFU, 2048)));
+                         testing::Values(std::pair(1U, 1), std::pair(7U, 7), std::pair(2047U, 2047),
+                                         std::pair(2048U, 2048), std::pair(2049U, 2048), std::pair(0xFFFFFFFFU, 2048)));
 
 TEST_F(AHttpRequest, ToAnUnknownHostFails) {
   strcpy(server.host, "nowhere.example");
@@ -205,8 +205,11 @@ TEST_F(AHttpRequest, ToAHostWithoutAnEndIsRefused) {
 
 TEST_F(AHttpRequest, WithoutServerOrBufferIsRefused) {
   char byte = 0;
+  ScriptedServer scripted({Answer{"reply"}});
+  host.network.serve(8080, scripted.port());
   EXPECT_EQ(connect_host(nullptr, &byte, 1, 1, 0), -1);
   EXPECT_EQ(connect_host(&server, nullptr, 1, 1, 0), -1);
+  EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
 using AHttpRequestDeathTest = AHttpRequest;

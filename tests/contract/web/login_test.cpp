@@ -355,7 +355,7 @@ INSTANTIATE_TEST_SUITE_P(OfEveryShape, ASessionIdInAReply,
 TEST(ASessionId, IsNotSearchedForInANullText) {
   char sid[128] = "before";
   EXPECT_EQ(write_sid(nullptr, sid), -1);
-  EXPECT_EQ(write_sid("", nullptr), -1);
+  EXPECT_EQ(write_sid(sessionReply("abc").c_str(), nullptr), -1);
 }
 
 }  // namespace

@@ -21,11 +21,11 @@ using testing::StartsWith;
 
 class AConnectionThatTakesParts : public ContractTest {
  protected:
-  // Every send takes half of its bytes; the one of this number (1 = the first) takes none.
-  void takeHalves(int taking_none = 0) {
-    host.calls.ask([taking_none, sends = 0](const std::string &name, const std::string &) mutable {
+  // Every send takes half of its bytes; the one of this number (1 = the first) has another result.
+  void takeHalves(int number = 0, int result = kNone) {
+    host.calls.ask([number, result, sends = 0](const std::string &name, const std::string &) mutable {
       if (name != "send") return std::optional<int>();
-      return std::optional<int>(++sends == taking_none ? kNone : kHalfOfTheBytes);
+      return std::optional<int>(++sends == number ? result : kHalfOfTheBytes);
     });
   }
   std::string sent() const {
@@ -44,6 +44,7 @@ class AConnectionThatTakesParts : public ContractTest {
   }
 
   static constexpr int kNone = 0;
+  static constexpr int kBroken = -1;
 };
 
 TEST_F(AConnectionThatTakesParts, GetsAWholeRequest) {
@@ -54,6 +55,12 @@ TEST_F(AConnectionThatTakesParts, GetsAWholeRequest) {
 
 TEST_F(AConnectionThatTakesParts, AndThenNothingFailsTheRequest) {
   takeHalves(2);
+  EXPECT_EQ(request(), -1);
+}
+
+TEST_F(AConnectionThatTakesParts, AndThenBreaksFailsTheRequest) {
+  takeHalves(2, kBroken);
+  const OutputCapture errors;
   EXPECT_EQ(request(), -1);
 }
 

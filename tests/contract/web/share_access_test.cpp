@@ -226,6 +226,11 @@ TEST_F(AViewer, HasTheFirstChannelOfThatShareIdChecked) {
   EXPECT_EQ(vl_check_share_link_ssid("12345678"), 0);
 }
 
+TEST_F(AViewer, HasTheShareIdOfTheLastChannelChecked) {
+  host.channel(9).profile(3).set("sharelink/ssid", "87654321");
+  EXPECT_EQ(vl_check_share_link_ssid("87654321"), 3);
+}
+
 TEST_F(AViewer, HasALongShareIdCheckedWhole) {
   const std::string ssid(47, '9');
   host.channel(6).set("sharelink/ssid", ssid);

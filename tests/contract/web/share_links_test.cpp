@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // Share links: made, read, renewed and removed.
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -67,6 +68,15 @@ TEST_F(ANewShareLink, IsReturnedInFieldsThatWereClearedBefore) {
   EXPECT_EQ(std::string(info.hash_string, sizeof info.hash_string), kHash + std::string(32, '\0'));
 }
 
+TEST_F(ANewShareLink, HasIdentifiersOfOneTo32Characters) {
+  for (const std::size_t length : {1, 32, 40}) {
+    host.commands.prints(kUuidCommand, std::string(length, 'a') + "\n");
+    EXPECT_EQ(vl_set_share_link(&info), 0);
+    EXPECT_EQ(info.token, std::string(std::min<std::size_t>(length, 32), 'a'));
+    strcpy(info.shrpwd, "another");
+  }
+}
+
 TEST_F(ANewShareLink, LeadsToTheDirectoryOfTheProfileNotOfTheChannel) {
   vl_set_share_link(&info);
   EXPECT_THAT(executed(), ElementsAre(linking(3, kHash)));
@@ -121,6 +131,12 @@ TEST_F(ASharedProfile, KeepsItsLinkWhenThePasswordIsTheSame) {
   EXPECT_THAT(host.config.writes(),
               ElementsAre("ch6/sharelink/shrenable=1", "ch6/sharelink/pwdenable=1", "ch6/sharelink/shrpwd=secret"));
   EXPECT_THAT(host.journal.lines(), ElementsAre("open r", "close", "open r", "close", "open w", "close"));
+}
+
+TEST_F(ASharedProfile, KeepsItsLinkUnderAShareIdOfOneCharacter) {
+  stored("7", "old-hash", "secret");
+  EXPECT_EQ(vl_set_share_link(&info), 0);
+  EXPECT_EQ(get("token"), "old-token");
 }
 
 TEST_F(ASharedProfile, ThatKeepsItsLinkReportsOnlyItsShareId) {
@@ -282,6 +298,12 @@ TEST_F(ARenewedShareLink, IsMadeThoughTheOldOneCouldNotBeRead) {
   EXPECT_EQ(vl_renew_share_link(&info), 0);
   EXPECT_EQ(output.text(), openFailure(-5));
   EXPECT_THAT(executed(), ElementsAre(linking(3, kHash)));
+}
+
+TEST_F(ASharedProfile, HasALinkOfOneCharacterRemoved) {
+  stored("12345678", "a", "secret");
+  EXPECT_EQ(remove_hash_link("ch6"), 0);
+  EXPECT_THAT(executed(), ElementsAre(removing("a")));
 }
 
 TEST_F(ASharedProfile, HasItsLinkRemovedByItsSection) {

@@ -31,6 +31,14 @@ TEST_F(AConnection, IsReadUpToTheLengthAskedFor) {
   EXPECT_EQ(read(4), 2);
 }
 
+TEST_F(AConnection, GivesAZeroAloneToAReaderOfNothing) {
+  peerSends("abc");
+  EXPECT_EQ(read(0), 0);
+  EXPECT_EQ(received.substr(0, 2), std::string("\0#", 2));
+}
+
+TEST_F(AConnection, TakesAnEmptyText) { EXPECT_EQ(write(""), 0); }
+
 TEST_F(AConnection, ClosedByItsPeerGivesNoBytesAndAZero) {
   peerCloses();
   EXPECT_EQ(read(8), 0);
@@ -137,6 +145,12 @@ TEST_F(AConnection, GivesALineThatFillsItsBufferUnterminated) {
   peerSends("abcde\n");
   EXPECT_EQ(readLine(4), 4);
   EXPECT_EQ(received.substr(0, 6), "abcd##");
+}
+
+TEST_F(AConnection, GivesALineOfOneByte) {
+  peerSends("ab");
+  EXPECT_EQ(readLine(1), 1);
+  EXPECT_EQ(received.substr(0, 2), "a#");
 }
 
 TEST_F(AConnection, ClosedByItsPeerGivesALineOfZeros) {

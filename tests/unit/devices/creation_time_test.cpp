@@ -29,6 +29,11 @@ TEST(TheEarlierTime, IsTheFirstWhereATextIsNotATime) {
   EXPECT_EQ(earlierOf("", "2024-03-05 08:15:00"), Earlier::first);
   EXPECT_EQ(earlierOf("2024-03-05 08:15:00", ""), Earlier::first);
   EXPECT_EQ(earlierOf("2024-03-05", "2023-03-05 08:15:00"), Earlier::first);
+  EXPECT_EQ(earlierOf("2024-03-05", "0 0"), Earlier::first);
+}
+
+TEST(TheEarlierTime, IsReadWithoutAnyOfItsColons) {
+  EXPECT_EQ(earlierOf("2024-03-05 :08:15:00", "2024-03-05 08:14:59"), Earlier::second);
 }
 
 TEST(TheEarlierTime, IsReadFromTheFirst127Bytes) {

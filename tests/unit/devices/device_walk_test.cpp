@@ -38,6 +38,11 @@ TEST_F(AWalk, NamesTheDeviceFirstAndWhatCarriesItAfterwards) {
   EXPECT_STREQ(ids.vendor, "046d");
   takeLatest(vendor("1d6b"));
   EXPECT_STREQ(ids.vendor, "1d6b");
+  takeFirst(product("0825"));
+  takeFirst(product("0002"));
+  EXPECT_STREQ(ids.product, "0825");
+  takeLatest(product("0002"));
+  EXPECT_STREQ(ids.product, "0002");
 }
 
 TEST_F(AWalk, NamesNothingInLinesOfOtherAttributes) {

@@ -46,6 +46,17 @@ TEST_F(AListing, GetsAFormatByItsCodeWithTheIndexBefore) {
   EXPECT_EQ(format(1).codec, 0);
 }
 
+TEST_F(AListing, GetsAFormatWithoutAnIndexBeforeAsTheFirst) {
+  take(kMjpeg);
+  ASSERT_EQ(listing.formatCount(), 1);
+  EXPECT_EQ(format(0).index, 0);
+}
+
+TEST_F(AListing, NeedsNoBlankAfterAColon) {
+  take("Pixel Format:'MJPG'\n");
+  EXPECT_EQ(listing.formatCount(), 1);
+}
+
 TEST_F(AListing, GetsNoFormatByAnotherCode) {
   takeAll(
       {"\tPixel Format: 'H264' (compressed)\n", "\tPixel Format: 'MJP'\n", "\tPixel Format:\n", "\tPixel Format: '\n"});
@@ -111,6 +122,12 @@ TEST_F(AListing, GetsARateInItsSize) {
   ASSERT_EQ(size(0).fps_count, 2);
   EXPECT_EQ(size(0).fps[0], 30.0F);
   EXPECT_EQ(size(0).fps[1], 7.5F);
+}
+
+TEST_F(AListing, GetsARateOfZero) {
+  takeAll({kMjpeg, kVga});
+  EXPECT_TRUE(takeRate("0.000"));
+  EXPECT_EQ(size(0).fps_count, 1);
 }
 
 TEST_F(AListing, GetsNoRateFromALineWithoutOne) {

@@ -60,6 +60,12 @@ TEST_F(AFoundCamera, GoesToTheFirstChannelWithItsPortAndName) {
   EXPECT_EQ(tasks[4], ConflictTask::recompute);
 }
 
+TEST_F(AFoundCamera, MayGoToTheLastChannel) {
+  stored(9, 1);
+  EXPECT_TRUE(place());
+  EXPECT_EQ(records[9].vnode, 5);
+}
+
 TEST_F(AFoundCamera, TakesTheNodeFromTheOtherChannelsOfItsPort) {
   stored(2, 1, kPort, "Other");
   stored(4, 1);
@@ -122,6 +128,12 @@ TEST_F(AFoundCard, IsKnownByItsPortAndName) {
   stored(6, 1, "3-2");
   EXPECT_FALSE(place());
   stored(8, 1);
+  EXPECT_TRUE(place());
+}
+
+TEST_F(AFoundCard, IsKnownWhateverOtherChannelsOfItsPortAreCalled) {
+  stored(2, 1);
+  stored(4, 1, kPort, "Other");
   EXPECT_TRUE(place());
 }
 
