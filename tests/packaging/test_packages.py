@@ -92,7 +92,7 @@ UNPLUG = "usbdevctl unplug --type camera --node 9 --slot 3-1 --name Webcam"
 
 def as_users(machine: FreshRoot, script: str) -> str:
     """Runs the script after what systemd does at each start of a machine."""
-    return machine.run("sh", "-ec", f"systemd-tmpfiles --create usbdev-host.conf; {script}")
+    return machine.run("sh", "-ec", f"mkdir /run/lock; systemd-tmpfiles --create usbdev-host.conf; {script}")
 
 
 @pytest.mark.parametrize("user", ["root", "a member of the group"])
