@@ -8,7 +8,7 @@
  * Each function calls one function of the library, which its comment names and whose own comment describes it. Nothing
  * allocates memory or throws, and it compiles without exceptions. The records are those of <usbdev/records.h>; whatever
  * is not here is called as in C. Texts that are passed may not contain a zero; one that does, or is longer than the
- * function takes, is refused with -1 as null is, and nothing is called.
+ * function takes, is refused as null is, with -1, and nothing happens.
  */
 #ifndef USBDEV_USBDEV_HPP
 #define USBDEV_USBDEV_HPP
