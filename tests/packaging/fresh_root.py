@@ -27,22 +27,22 @@ def mirror(codename: str) -> str:
     return lines.splitlines()[0]
 
 
-def bootstrap(tar: Path) -> None:
-    """Makes the root with the lists of packages, unless it is there."""
+def bootstrap(tar: Path, packages: str) -> None:
+    """Makes the root with these packages and with the lists of all, unless it is there."""
     if tar.exists():
         return
     codename = run("sh", "-c", '. /etc/os-release && echo "$VERSION_CODENAME"').strip()
     new = tar.with_suffix(".new.tar")
-    run("mmdebstrap", "--variant=minbase", f"--include={COMPILERS}", "--skip=cleanup/apt/lists", codename, new, mirror(codename))
+    run("mmdebstrap", "--variant=minbase", f"--include={packages}", "--skip=cleanup/apt/lists", codename, new, mirror(codename))
     new.rename(tar)
 
 
 class FreshRoot:
     """A copy of the root. The folder `archives` keeps what apt downloads."""
 
-    def __init__(self, folder: Path, tar: Path, archives: Path) -> None:
+    def __init__(self, folder: Path, tar: Path, archives: Path, packages: str = COMPILERS) -> None:
         self.folder = folder
-        bootstrap(tar)
+        bootstrap(tar, packages)
         run("tar", "--extract", "--file", tar, "--directory", folder)
         archives.mkdir(exist_ok=True)
         # Everything of the new root is writable, and a sandbox can be made in it, as on a machine where one is root.
