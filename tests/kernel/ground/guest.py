@@ -1,0 +1,107 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The guest: a computer with three kinds of USB controllers that runs Debian's kernel in an emulator."""
+
+from __future__ import annotations
+
+import subprocess
+import tempfile
+from concurrent.futures import Future
+from pathlib import Path
+
+from ground.channel import Channel, Done
+from ground.qmp import Monitor
+from ground.root import GuestRoot
+
+BOOT_PATIENCE = 280
+PATIENCE = 60
+# The controllers, each with its place, so that its buses can be found. The last is an EHCI controller whose companions
+# take the slower devices.
+CONTROLLERS = {
+    "xhci": "0000:00:10.0",
+    "ehci": "0000:00:11.0",
+    "uhci": "0000:00:12.0",
+    "pair": "0000:00:13.7",
+}
+USB = """
+  -device qemu-xhci,id=xhci,addr=10,p2=8,p3=8 -device usb-ehci,id=ehci,addr=11 -device piix3-usb-uhci,id=uhci,addr=12
+  -device ich9-usb-ehci1,id=pair,addr=13.7,multifunction=on
+  -device ich9-usb-uhci1,masterbus=pair.0,firstport=0,addr=13.0,multifunction=on
+  -device ich9-usb-uhci2,masterbus=pair.0,firstport=2,addr=13.1
+  -device ich9-usb-uhci3,masterbus=pair.0,firstport=4,addr=13.2
+""".split()
+KERNEL_OPTIONS = ("console=ttyS0 quiet panic=-1 mitigations=off audit=0 systemd.show_status=0 "
+                  "modprobe.blacklist=kvm_amd,powernow_k8,psmouse")
+
+
+class Guest:
+    def __init__(self, root: GuestRoot) -> None:
+        self._folder = tempfile.TemporaryDirectory(prefix="guest-")
+        self.folder = Path(self._folder.name)
+        self._emulator = subprocess.Popen(self._command(root), stdin=subprocess.DEVNULL)
+        try:
+            self.monitor = Monitor(self._socket("monitor"))
+            self._channel = Channel(self._socket("channel"))
+            self._channel.ready.result(timeout=BOOT_PATIENCE)
+            self._speeds = self._speeds_of_buses()
+        except BaseException as problem:
+            self.stop()
+            raise RuntimeError(self.console()) from problem
+
+    def stop(self) -> None:
+        self._emulator.terminate()
+        self._emulator.wait()
+
+    def console(self) -> str:
+        console = self.folder / "console"
+        return console.read_text(errors="replace") if console.exists() else ""
+
+    def bus(self, controller: str, fast: bool = False) -> str:
+        """Returns the number of the controller's bus for superspeed, or for all else."""
+        place = CONTROLLERS[controller]
+        return next(bus for at, bus, speed in self._speeds if at == place and (int(speed) >= 5000) == fast)
+
+    def start(self, *command: str) -> Future[Done]:
+        return self._channel.start(*command)
+
+    def run(self, *command: str) -> str:
+        """Returns what a command prints; it has to succeed."""
+        done = self.start(*command).result(timeout=2 * PATIENCE)
+        assert done.status == 0, f"{command}: {done}"
+        return done.output.decode()
+
+    def shell(self, script: str) -> str:
+        return self.run("sh", "-c", script)
+
+    def wait(self, condition: str) -> str:
+        """Waits until a line of shell succeeds, and returns what it prints."""
+        return self.shell(f"timeout {PATIENCE} busybox sh -c 'until {condition}; do sleep 0.1; done'")
+
+    # With the vector instructions of newer processors, which this emulator gets wrong, udev does not start.
+    def _command(self, root: GuestRoot) -> list[str | Path]:
+        ends = [word for name in ("monitor", "channel") for word in (
+            "-chardev", f"socket,id={name},path={self.folder / name},server=on,wait=off")]
+        return [
+            "qemu-system-x86_64", "-accel", "tcg", "-machine", "pc", "-cpu", "qemu64", "-smp", "2", "-m", "1024",
+            "-nodefaults", "-display", "none", "-no-reboot", "-kernel", root.kernel, "-initrd", root.first_root,
+            "-append", KERNEL_OPTIONS, "-serial", f"file:{self.folder / 'console'}", *ends, "-mon", "monitor,mode=control",
+            "-device", "virtio-serial", "-device", "virtserialport,chardev=channel,name=agent",
+            "-fsdev", f"local,id=root,path={root.folder},security_model=none,readonly=on,multidevs=remap",
+            "-device", "virtio-9p-pci,fsdev=root,mount_tag=root", *USB,
+        ]  # fmt: skip
+
+    def _socket(self, name: str) -> Path:
+        path = self.folder / name
+        while not path.exists():
+            assert self._emulator.poll() is None, "the emulator did not start"
+            try:
+                self._emulator.wait(timeout=0.05)
+            except subprocess.TimeoutExpired:
+                continue
+        return path
+
+    def _speeds_of_buses(self) -> list[tuple[str, str, str]]:
+        """Returns place, bus and speed of all root hubs, as the kernel numbered them."""
+        lines = self.shell("grep -H . /sys/bus/pci/devices/*/usb*/speed").splitlines()
+        return [(it[5], it[6].removeprefix("usb"), it[7].partition(":")[2]) for it in (line.split("/") for line in lines)]

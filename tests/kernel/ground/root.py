@@ -1,0 +1,75 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""What the guest is made of: a folder with Debian and the project's packages, and a small first root that mounts it."""
+
+from __future__ import annotations
+
+import shutil
+import subprocess
+import sys
+from pathlib import Path
+
+KERNEL = Path(__file__).resolve().parent.parent
+REPOSITORY = KERNEL.parents[1]
+sys.path.insert(0, str(REPOSITORY / "tests/packaging"))
+from fresh_root import FreshRoot  # noqa: E402
+
+CONTENT = "systemd-sysv,udev,dbus,kmod,linux-image-amd64,busybox-static,v4l-utils,alsa-utils,ffmpeg,procps,iproute2,python3"
+# What Debian starts and nobody needs here; each costs up to a second in the emulator.
+UNUSED = """
+  alsa-restore.service getty.target systemd-logind.service systemd-user-sessions.service
+  apt-daily.timer apt-daily-upgrade.timer dpkg-db-backup.timer e2scrub_all.timer e2scrub_reap.service fstrim.timer
+  systemd-tmpfiles-clean.timer proc-sys-fs-binfmt_misc.automount dev-hugepages.mount dev-mqueue.mount
+  sys-fs-fuse-connections.mount sys-kernel-debug.mount sys-kernel-tracing.mount sys-kernel-config.mount
+  modprobe@configfs.service modprobe@dm_mod.service modprobe@drm.service modprobe@efi_pstore.service modprobe@fuse.service
+  modprobe@loop.service serial-getty@ttyS0.service systemd-binfmt.service systemd-firstboot.service
+  systemd-journal-flush.service systemd-machine-id-commit.service systemd-pstore.service systemd-random-seed.service
+  systemd-repart.service systemd-update-utmp.service systemd-update-utmp-runlevel.service
+""".split()
+
+
+class GuestRoot:
+    """Kept in a folder; made anew when its packages are other ones."""
+
+    def __init__(self, folder: Path, packages: list[Path]) -> None:
+        self.folder = folder / "root"
+        self.first_root = folder / "first-root.cpio"
+        made_of = folder / "made-of"
+        wanted = "".join(f"{it.name} {it.stat().st_mtime_ns}\n" for it in packages) + CONTENT
+        if made_of.exists() and made_of.read_text() == wanted:
+            self._add_own_files()
+            return
+        made_of.unlink(missing_ok=True)
+        shutil.rmtree(self.folder, ignore_errors=True)
+        self.folder.mkdir(parents=True)
+        self._install(folder, packages)
+        self._add_own_files()
+        made_of.write_text(wanted)
+
+    @property
+    def kernel(self) -> Path:
+        return next((self.folder / "boot").glob("vmlinuz-*"))
+
+    def _install(self, folder: Path, packages: list[Path]) -> None:
+        root = FreshRoot(self.folder, folder / "debian.tar", folder / "archives", CONTENT)
+        if packages:
+            for it in packages:
+                shutil.copy(it, self.folder / "tmp")
+            root.apt("install", *(f"/tmp/{it.name}" for it in packages))
+        (self.folder / "etc/machine-id").write_text("1" * 32 + "\n")  # without one, all units are set up first
+        units = self.folder / "etc/systemd/system"
+        for unit in UNUSED:
+            (units / unit).symlink_to("/dev/null")
+        (units / "default.target").symlink_to("/lib/systemd/system/multi-user.target")
+        (units / "basic.target.wants").mkdir()
+        (units / "basic.target.wants/agent.service").symlink_to("../agent.service")
+
+    def _add_own_files(self) -> None:
+        programs, units = self.folder / "usr/local/lib/guest", self.folder / "etc/systemd/system"
+        programs.mkdir(exist_ok=True)
+        for name in ("agent", "init", "make-first-root"):
+            shutil.copy(KERNEL / "guest" / name, programs)
+        shutil.copy(KERNEL / "guest/agent.service", units)
+        with self.first_root.open("wb") as archive:
+            subprocess.run(["chroot", self.folder, "/usr/local/lib/guest/make-first-root"], stdout=archive, check=True)
