@@ -70,8 +70,21 @@ def test_a_quick_run_leaves_out_whole_hosts_torture_and_the_sanitizers(machine: 
     outcome = machine.dev("test", "--quick")
     assert outcome.status == 0 and last_line(outcome.output) == "7 passed, 0 failed"
     (call,) = machine.called("ctest")
-    assert call.endswith("--label-exclude system|torture") and "build/release" in call
+    assert call.endswith("--label-exclude system|torture|kernel") and "build/release" in call
     assert machine.called("ninja") == ["-C build/release"]
+
+
+def test_the_guest_runs_only_when_it_is_asked_for(machine: Machine) -> None:
+    machine.answers("dpkg", ("*", "amd64\n", 0))
+    machine.answers("git", ("rev-parse HEAD", "0123abcd\n", 0))
+    (machine.tree / "build/packages/amd64").mkdir(parents=True)
+    (machine.tree / "build/packages/amd64/commit").write_text("0123abcd\n")
+    outcome = machine.dev("test", "--kernel")
+    assert outcome.status == 0 and last_line(outcome.output) == "7 passed, 0 failed"
+    (call,) = machine.called("ctest")
+    assert "--label-regex ^kernel$" in call and "build/release" in call
+    assert machine.dev("test").status == 0
+    assert "--label-exclude ^(packages|kernel)$" in machine.called("ctest")[1]
 
 
 def test_a_name_that_no_test_matches_gets_a_message(machine: Machine) -> None:

@@ -14,6 +14,7 @@ RUN_BY = [
     (r"\./dev (--yes )?(test|check|bench|setup)", CI),
     (r"\./dev test \w+", "dev.testing"),
     (r"\./dev test --arch \w+", "dev.foreign"),
+    (r"\./dev test --kernel", "dev.testing"),
     (r"\./dev build", "dev.building"),
     (r"\./dev demo( --browser)?", "demo"),
     (r"\./dev coverage", "dev.coverage"),

@@ -20,6 +20,8 @@ test_packages='
   python3-pytest python3-selenium chromium chromium-driver curl strace zsh fish clang musl-tools
   python3-clang abigail-tools python3-license-expression mypy umockdev gir1.2-umockdev-1.0 python3-gi systemd
 '
+# For the guest with a kernel of its own.
+kernel_packages='qemu-system-x86 mmdebstrap'
 coverage_packages='gcovr'
 bench_packages='gnuplot-nox'
 fuzz_packages='clang libclang-rt-dev llvm python3-tornado'

@@ -50,7 +50,7 @@ run_all_tests() {
   build release
   build_for_sanitizers >build/sanitizers.log 2>&1 & # at the same time, because the tests mostly wait
   sanitizer_builds=$!
-  run_tests release --label-exclude '^packages$'
+  run_tests release --label-exclude '^(packages|kernel)$'
   echo '== builds for the sanitizers'
   tail --lines=+1 --follow --pid="$sanitizer_builds" build/sanitizers.log
   if wait "$sanitizer_builds"; then
@@ -65,7 +65,15 @@ run_all_tests() {
 # Runs the tests of the release build that take moments.
 run_quick_tests() {
   build release
-  run_tests release --label-exclude 'system|torture'
+  run_tests release --label-exclude 'system|torture|kernel'
+  sum_up
+}
+
+# Runs the tests on the kernel of a guest, in which the packages of the last commit are installed.
+run_kernel_tests() {
+  [ "$(cat "build/packages/$(dpkg --print-architecture)/commit" 2>/dev/null)" = "$(git rev-parse HEAD)" ] || package
+  build release
+  run_tests release --label-regex '^kernel$'
   sum_up
 }
 

@@ -1,0 +1,59 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""What the tests on the real kernel share: the guest, which boots once for all of them, and what is plugged into it."""
+
+from __future__ import annotations
+
+import sys
+from collections.abc import Callable, Iterator
+from pathlib import Path
+
+import pytest
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
+from ground.guest import Guest  # noqa: E402
+from ground.plugging import Hub, Plugged, Port  # noqa: E402
+from ground.root import REPOSITORY, GuestRoot  # noqa: E402
+
+BUILT = REPOSITORY / "build/packages/amd64"
+INSTALLED = ("libusbdevlib1", "python3-usbdev", "usbdev-host", "usbdevctl")
+
+
+@pytest.fixture(scope="session")
+def guest() -> Iterator[Guest]:
+    folder = REPOSITORY / "build/kernel"
+    folder.mkdir(parents=True, exist_ok=True)
+    packages = [next(BUILT.glob(f"{name}_*.deb")) for name in INSTALLED]
+    machine = Guest(GuestRoot(folder, packages))
+    yield machine
+    machine.stop()
+
+
+@pytest.fixture
+def plug(guest: Guest) -> Iterator[Callable[..., Plugged]]:
+    """Plugs cameras in; at the end all of them are out again."""
+    cameras: list[Plugged] = []
+
+    def plug_in(camera: str, port: Port, *options: str, **changes: str | int) -> Plugged:
+        cameras.append(Plugged(guest, camera, port, *options, **changes))
+        return cameras[-1]
+
+    yield plug_in
+    for it in cameras:
+        it.unplug()
+    for it in cameras:
+        it.wait_until_gone()
+
+
+@pytest.fixture
+def hub(guest: Guest) -> Iterator[Callable[[Port], Hub]]:
+    hubs: list[Hub] = []
+
+    def plug_in(port: Port) -> Hub:
+        hubs.append(Hub(guest, port))
+        return hubs[-1]
+
+    yield plug_in
+    for it in hubs:
+        it.unplug()
