@@ -14,7 +14,7 @@ from ground.channel import Channel, Done
 from ground.qmp import Monitor
 from ground.root import GuestRoot
 
-BOOT_PATIENCE = 280
+BOOT_PATIENCE = 900
 PATIENCE = 60
 # The controllers, each with its place, so that its buses can be found. The last is an EHCI controller whose companions
 # take the slower devices.
