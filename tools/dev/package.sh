@@ -67,7 +67,6 @@ package() {
   build_for "$tree" "$architecture"
   rm -rf "$tree"
   packaging/sbom "$folder"
-  git rev-parse HEAD >"$folder/commit"
   echo "== lintian, $architecture"
   lintian --fail-on error,warning --pedantic --tag-display-limit 0 "$folder"/*.changes
   ls -l "$folder"/*.deb

@@ -69,9 +69,8 @@ run_quick_tests() {
   sum_up
 }
 
-# Runs the tests on the kernel of a guest, in which the packages of the last commit are installed.
+# Runs the tests on the kernel of a guest.
 run_kernel_tests() {
-  [ "$(cat "build/packages/$(dpkg --print-architecture)/commit" 2>/dev/null)" = "$(git rev-parse HEAD)" ] || package
   build release
   run_tests release --label-regex '^kernel$'
   sum_up

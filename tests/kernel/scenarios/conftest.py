@@ -16,16 +16,13 @@ from ground.guest import Guest  # noqa: E402
 from ground.plugging import Hub, Plugged, Port  # noqa: E402
 from ground.root import REPOSITORY, GuestRoot  # noqa: E402
 
-BUILT = REPOSITORY / "build/packages/amd64"
-INSTALLED = ("libusbdevlib1", "python3-usbdev", "usbdev-host", "usbdevctl")
 
 
 @pytest.fixture(scope="session")
 def guest() -> Iterator[Guest]:
     folder = REPOSITORY / "build/kernel"
     folder.mkdir(parents=True, exist_ok=True)
-    packages = [next(BUILT.glob(f"{name}_*.deb")) for name in INSTALLED]
-    machine = Guest(GuestRoot(folder, packages))
+    machine = Guest(GuestRoot(folder))
     yield machine
     machine.stop()
 
