@@ -16,7 +16,7 @@ without_randomised_addresses() {
 }
 
 # run_tests PRESET OPTIONS...: runs the tests of a preset and adds its result to the sums. Many tests only wait, so it runs
-# two more at a time than there are processors.
+# four at a time for each processor.
 run_tests() {
   preset=$1
   shift
@@ -24,7 +24,7 @@ run_tests() {
   echo "== tests, $preset"
   status=0
   CLICOLOR=0 shown "tests, $preset" without_randomised_addresses ctest --test-dir "build/$preset" --output-on-failure \
-    --progress --output-log "$log" --no-tests=error --parallel "$(($(nproc) + 2))" "$@" || status=$?
+    --progress --output-log "$log" --no-tests=error --parallel "$((4 * $(nproc)))" "$@" || status=$?
   ran=$(sed -n 's/^[0-9]*% tests passed, [0-9]* tests failed out of \([0-9]*\)$/\1/p' "$log")
   bad=$(sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests failed out of [0-9]*$/\1/p' "$log")
   if [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; then bad=$((${bad:-0} + 1)); fi
