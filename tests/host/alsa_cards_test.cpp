@@ -37,6 +37,13 @@ TEST_F(ACard, IsDescribedByItsNameAndItsFirstCaptureDevice) {
   EXPECT_EQ(plain_alsa.recorded_from, "hw:3,1");
 }
 
+TEST_F(ACard, RecordsWithItsDevice0) {
+  plain_alsa.devices = {true};
+  ASSERT_EQ(describe(), 0);
+  EXPECT_EQ(info.entry_count, 1);
+  EXPECT_EQ(plain_alsa.recorded_from, "hw:3,0");
+}
+
 TEST_F(ACard, ThatRecordsOneChannelAtMostIsMono) {
   plain_alsa.most_channels = 1;
   ASSERT_EQ(describe(), 0);

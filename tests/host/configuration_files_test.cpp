@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -49,6 +50,16 @@ TEST_F(AConfigurationFile, InAFileInsteadOfAFolderIsMissing) {
   writeFile(kConfigFile, "<velmora/>");
   EXPECT_EQ(Configuration(kRead, kConfigFile + "/inner.conf").openResult(), xmlcfg::kMissing);
   EXPECT_EQ(Configuration(kWrite, kConfigFile + "/inner.conf").openResult(), xmlcfg::kMissing);
+}
+
+TEST_F(AConfigurationFile, IsStoredByAProcessWithoutStandardInput) {
+  const int standard_input = dup(STDIN_FILENO);
+  close(STDIN_FILENO);
+  store(kConfigFile, 1);
+  EXPECT_EQ(Configuration(kRead, kConfigFile).number("ch0", "exists"), 1);
+  EXPECT_EQ(fcntl(STDIN_FILENO, F_GETFD), -1) << "a descriptor is left open";
+  dup2(standard_input, STDIN_FILENO);
+  close(standard_input);
 }
 
 TEST_F(AConfigurationFile, InTheCurrentFolderNeedsNoPath) {
