@@ -77,6 +77,13 @@ TEST_F(AProfile, WhoseLinkNameCouldNotBeMadeGetsNoLink) {
   EXPECT_THAT(host.journal.only({"exec"}), IsEmpty());
 }
 
+TEST_F(AProfile, HasALinkNameOf32CharactersAtMost) {
+  host.commands.allowInsideCriticalSection();
+  host.commands.prints(kUuidCommand, std::string(33, 'a') + "\n");
+  EXPECT_EQ(assign("3-1.2", 2), 0);
+  EXPECT_EQ(host.channel(3).get("hlspath"), std::string(32, 'a'));
+}
+
 TEST_F(AProfile, WhoseLinkCannotBeMadeIsAssignedNevertheless) {
   host.commands.allowInsideCriticalSection();
   host.commands.programsReturn(1);
