@@ -27,8 +27,8 @@ int get_two_params(char *line, const char *separator, char *left, char *right) {
 }
 
 int process_json_string(char *text, int capacity) {
-  // A capacity below zero becomes one that is too large.
-  return text != nullptr && usbdev::escapeJson({text, static_cast<std::size_t>(capacity)}) ? 1 : 0;
+  if (text == nullptr || capacity < 0) return 0;
+  return usbdev::escapeJson({text, static_cast<std::size_t>(capacity)}) ? 1 : 0;
 }
 
 int get_bndl_install_path(const char *package, char *path) {

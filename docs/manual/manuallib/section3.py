@@ -33,7 +33,7 @@ def filled(text: str) -> list[str]:
 
 
 def title(name: str) -> str:
-    # The first line has the name on both sides; groff writes one over the other if the text between them has no room.
+    # The first line shows the name at both ends; if the text between them is too long, groff prints one over the other.
     room = LINE - 2 * len(f"{name}({SECTION}) ")
     between = next(text for text in ("Manual of libusbdevlib", "libusbdevlib", "") if len(text) <= room or not text)
     return f'.TH "{name.upper()}" "{SECTION}" "" "libusbdevlib {version()}" "{between}"\n{RAGGED}'

@@ -45,7 +45,7 @@ pugi::xml_node find(const pugi::xml_document &document, const ValuePath &path) {
   return path.sub_key ? key.child(path.sub_key) : key;
 }
 
-/// Returns no node if there is no memory, or no parent.
+/// Returns an empty node if memory runs out, or if the parent is empty.
 pugi::xml_node findOrCreate(pugi::xml_node parent, const char *name) {
   pugi::xml_node child = parent.child(name);
   return child ? child : parent.append_child(name);

@@ -45,8 +45,10 @@ std::size_t readableLength(std::string_view value, std::size_t at) {
   return escaped ? 0 : 1;
 }
 
-/// Returns -1 for what is not a digit, which is what find() has for it.
-int hexValue(char digit) { return static_cast<int>(std::string_view(kHexDigits).find(digit)); }
+int hexValue(char digit) {
+  std::size_t value = std::string_view(kHexDigits).find(digit);
+  return value == std::string_view::npos ? -1 : static_cast<int>(value);
+}
 
 /// The byte of the escape that begins here, 0 if there is none: no value contains a zero byte.
 char escapedByte(std::string_view text, std::size_t at) {
