@@ -46,3 +46,10 @@ def test_an_override_has_a_reason() -> None:
     for file in DEBIAN.glob("*lintian-overrides"):
         *comments, override = file.read_text().strip().splitlines()
         assert override and comments[-1].startswith("# ") and "SPDX" not in comments[-1]
+
+
+def test_a_real_machine_needs_the_packages_that_its_document_names_and_no_others_of_the_project() -> None:
+    named = set(re.findall(r"\./(\S+)_\*\.deb", (REPOSITORY / "docs/real-machine.md").read_text()))
+    packages = dict(re.findall(r"^Package: (\S+)\n(.*?)(?=^Package: |\Z)", (DEBIAN / "control").read_text(), re.M | re.S))
+    needed = {other for name in named for other in packages if re.search(rf"^ {other} \(=", packages[name], re.MULTILINE)}
+    assert named == needed | {"usbdev-host"}

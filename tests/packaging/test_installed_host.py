@@ -45,6 +45,14 @@ def test_the_python_package_is_found_on_the_host(prefix: Path) -> None:
     assert on_host(prefix, f'/usr/bin/python3 -IB -c "{script}"') == "found\n"
 
 
+@pytest.mark.parametrize("program", ["services/device-service", "services/manager-service", "share/share-page"])
+def test_a_service_needs_no_python_package_but_that_of_the_host(prefix: Path, program: str) -> None:
+    command = [prefix / "share/usbdev-host" / program, "--help"]
+    libraries = {"LD_LIBRARY_PATH": f"{prefix}/lib/usbdev-host"}
+    done = subprocess.run(command, env=libraries, capture_output=True, text=True, timeout=60)
+    assert (done.returncode, done.stderr) == (0, "")
+
+
 def test_the_libraries_of_the_host_are_found_on_the_host_only(prefix: Path) -> None:
     outside = subprocess.run(["ldd", prefix / "libexec/usbdevctl"], capture_output=True, text=True, check=True).stdout
     missing = {line.split()[0] for line in outside.splitlines() if "not found" in line}
