@@ -5,7 +5,9 @@
 
 from __future__ import annotations
 
-from conftest import RunOnHost, run_all
+import re
+
+from conftest import REPOSITORY, RunOnHost, run_all
 
 LISTING = r"\t[0]: \047MJPG\047 (Motion-JPEG, compressed)\n\t\tSize: Discrete 640x480\n"
 NEWER_LAYOUT = (
@@ -101,3 +103,21 @@ def test_for_a_camera_that_streams_no_reason_is_shown(on_host: RunOnHost) -> Non
     )
     assert explained.out.endswith("  profile 1\n  nothing keeps it from streaming\n")
     assert (explained.status, none.status) == (0, 3)
+
+
+def test_the_document_has_every_reason_and_no_other() -> None:
+    table = (REPOSITORY / "tools/usbdevctl/reason/reasons.def").read_text()
+    names = set(re.findall(r'^USBDEVCTL_(?:REASON|NOTICE)\(\w+, "(\w+)"', table, re.MULTILINE)) - {"encoding"}
+    section = (REPOSITORY / "docs/usbdevctl.md").read_text().split("| `reason` | What is wrong |")[1].split("\n\n")[0]
+    assert set(re.findall(r"`(\w+)`", section)) == names
+
+
+def test_a_simulated_host_has_only_the_reasons_that_the_library_knows(on_host: RunOnHost) -> None:
+    failed = "echo No space left on device >/mnt/ext/opt/apps/Velmora2/hls/channel1/failure"
+    gone = "rm /dev/video0; usbdevctl assign 3-1 0"
+    done, explained, listed = run_all(
+        on_host, f"sim plug usb2-camera 3-1; {failed}; {gone}", "usbdevctl explain 3-1", "usbdevctl channels --json"
+    )
+    assert (done.status, explained.err, listed.err) == (0, "", "")
+    assert "no bandwidth" not in explained.out and "not there any more" not in explained.out
+    assert listed.json["channels"][0]["reason"] is None

@@ -43,6 +43,7 @@ def test_a_channel_with_a_profile_is_shown_in_full(on_host: RunOnHost) -> None:
         "slot_switch": False,
         "parked_behind": None,
         "supported": True,
+        "reason": None,
         "created": "2024-03-05 08:15:00",
     }
 

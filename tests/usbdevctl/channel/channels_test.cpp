@@ -209,20 +209,48 @@ TEST(TheChannelTable, MarksAnUnsupportedDevice) {
   EXPECT_THAT(tableText(channelFields(rows), true), HasSubstr("\033[31munsupported\033[0m"));
 }
 
+TEST(TheChannelTable, HasAFewWordsForWhatTheMachineHasAgainstACamera) {
+  ChannelRows rows;
+  rows[0] = pluggedRow();
+  rows[0].trouble = usbdevctl::reasonFor(usbdevctl::Cause::bandwidth_alone);
+  rows[1] = parkedRow();
+  rows[1].trouble = rows[0].trouble;
+  const std::string text = tableText(channelFields(rows), false);
+  EXPECT_THAT(text, HasSubstr("on      no bandwidth  2024"));
+  EXPECT_THAT(text, HasSubstr("off     waits for 0   -")) << "what the library knows is shown first";
+  EXPECT_THAT(listJson(channelFields(rows)).line(), HasSubstr(R"("reason":"bandwidth")"));
+}
+
 TEST(TheChannelsJson, HasEveryFieldOfEachChannel) {
   ChannelRows rows;
   rows[0] = parkedRow();
-  EXPECT_THAT(listJson(channelFields(rows)).line(),
-              StartsWith(R"([{"channel":0,"state":"plugged","slot":"3-1.2",)"
-                         R"("device":"Cam\u001b","video_node":0,"profile":null,"profile_name":"Door",)"
-                         R"("slot_switch":false,"parked_behind":0,"supported":true,"created":""},{"channel":1,)"));
+  EXPECT_THAT(
+      listJson(channelFields(rows)).line(),
+      StartsWith(
+          R"([{"channel":0,"state":"plugged","slot":"3-1.2",)"
+          R"("device":"Cam\u001b","video_node":0,"profile":null,"profile_name":"Door",)"
+          R"("slot_switch":false,"parked_behind":0,"supported":true,"reason":"waits","created":""},{"channel":1,)"));
 }
 
 TEST(TheChannelsJson, HasNullForWhatAFreeChannelLacks) {
-  EXPECT_THAT(listJson(channelFields(ChannelRows())).line(),
-              EndsWith(R"({"channel":9,"state":"free","slot":"","device":"","video_node":null,"profile":null,)"
-                       R"("profile_name":"","slot_switch":null,"parked_behind":null,"supported":true,"created":""}])"
-                       "\n"));
+  EXPECT_THAT(
+      listJson(channelFields(ChannelRows())).line(),
+      EndsWith(
+          R"({"channel":9,"state":"free","slot":"","device":"","video_node":null,"profile":null,)"
+          R"("profile_name":"","slot_switch":null,"parked_behind":null,"supported":true,"reason":null,"created":""}])"
+          "\n"));
+}
+
+TEST(ACamera, HasItsPlaceAndANodeOnlyIfItIsAttached) {
+  ChannelRow row = attachedRow("3-1", 2);
+  row.video_node = 4;
+  EXPECT_EQ(placeOf(row).port, "3-1");
+  EXPECT_EQ(placeOf(row).node, 4);
+  EXPECT_TRUE(placeOf(row).streams);
+  row.state = ChannelState::unplugged;
+  EXPECT_EQ(placeOf(row).node, std::nullopt);
+  EXPECT_FALSE(placeOf(row).attached);
+  EXPECT_FALSE(placeOf(row).streams);
 }
 
 TEST(ACamera, StreamsUnlessSomethingPreventsIt) {

@@ -19,12 +19,12 @@ TEST(TheDevices, AreThoseOfTheChannelsThatHaveOne) {
   entries[4].aenable = 1;
   entries[4].shrenable = 1;
   setField(entries[4].createtime, "2024-03-05 08:15:00");
-  const auto rows = deviceFields(entries);
+  const auto rows = deviceFields(entries, {});
   ASSERT_EQ(rows.size(), 1U);
   EXPECT_EQ(jsonOf(rows[0]),
             R"({"schema":1,"channel":4,"state":"plugged","slot":"3-1","device":"Cam","stream":"both","audio":true,)"
             R"("shared":true,"profile":2,"profile_name":"Door","slot_switch":true,"parked_behind":null,)"
-            R"("supported":true,"created":"2024-03-05 08:15:00"})"
+            R"("supported":true,"reason":null,"created":"2024-03-05 08:15:00"})"
             "\n");
 }
 

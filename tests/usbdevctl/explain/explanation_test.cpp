@@ -12,12 +12,14 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using usbdevctl::Cause;
 using usbdevctl::ChannelRow;
 using usbdevctl::ChannelRows;
 using usbdevctl::ChannelState;
 using usbdevctl::Collision;
 using usbdevctl::Collisions;
 using usbdevctl::Reason;
+using usbdevctl::reasonFor;
 using usbdevctl::Reasons;
 
 // Channel 4's camera streams profile 2.
@@ -27,7 +29,7 @@ class AnExplanation : public testing::Test {
 
   ChannelRow &row() { return rows_[4]; }
 
-  Reasons reasons() const { return explain(rows_, 4, collisions_, unsupported_); }
+  Reasons reasons() const { return explain(rows_, 4, collisions_, unsupported_, machine_); }
 
   std::vector<std::string> words() const {
     std::vector<std::string> words;
@@ -38,12 +40,29 @@ class AnExplanation : public testing::Test {
   ChannelRows rows_;
   Collisions collisions_ = {};
   std::optional<Reason> unsupported_;
+  Reasons machine_;
 };
 
 TEST_F(AnExplanation, OfACameraThatStreamsHasNoReason) {
   EXPECT_THAT(words(), IsEmpty());
   EXPECT_THAT(explanationText({4, row()}, reasons()), HasSubstr("\n  nothing keeps it from streaming\n"));
   EXPECT_THAT(explanationJson({4, row()}, reasons()).line(), HasSubstr("\"streams\":true,\"reasons\":[]"));
+}
+
+TEST_F(AnExplanation, HasWhatTheMachineHasAgainstTheCamera) {
+  row().profile.reset();
+  machine_ = {reasonFor(Cause::twins), reasonFor(Cause::busy)};
+  EXPECT_THAT(words(), ElementsAre("busy", "unbound", "twins"));
+  machine_ = {reasonFor(Cause::gone)};
+  EXPECT_THAT(words(), ElementsAre("gone")) << "a profile would not help";
+}
+
+TEST_F(AnExplanation, OfACameraThatStreamsMayHaveANotice) {
+  machine_ = {reasonFor(Cause::twins, {{"other", "3-2"}})};
+  EXPECT_THAT(explanationText({4, row()}, reasons()),
+              HasSubstr("\n  nothing keeps it from streaming\n  the camera in port 3-2"));
+  EXPECT_THAT(explanationJson({4, row()}, reasons()).line(),
+              HasSubstr("\"streams\":true,\"reasons\":[{\"reason\":\"twins\""));
 }
 
 TEST_F(AnExplanation, NamesEverythingThatKeepsACameraFromStreaming) {

@@ -40,7 +40,7 @@ std::string cameraText(const Camera &camera) {
 }
 
 void addCameraMembers(Fields &fields, const Camera &camera) {
-  fields.add(forPrograms("channel", camera.channel))
+  fields.add(forPrograms("channel", numberUnlessNone(camera.channel)))
       .add(forPrograms("slot", camera.row.slot))
       .add(forPrograms("device", camera.row.device))
       .add(forPrograms("profile", camera.row.profile))

@@ -66,8 +66,16 @@ Style stateStyle(ChannelState state) {
 
 Cell conflictCell(const ChannelRow &row) {
   if (!row.supported) return {"unsupported", Style::bad};
-  if (!row.parked_behind) return {};
-  return {"waits for " + std::to_string(*row.parked_behind), Style::notice};
+  if (row.parked_behind) return {"waits for " + std::to_string(*row.parked_behind), Style::notice};
+  if (!row.trouble) return {};
+  return {row.trouble->in_short, row.trouble->hinders ? Style::bad : Style::notice};
+}
+
+/// The name of what the conflict column shows.
+Json conflictName(const ChannelRow &row) {
+  if (!row.supported) return "unsupported";
+  if (row.parked_behind) return "waits";
+  return row.trouble ? Json(row.trouble->word) : Json();
 }
 
 Cell profileCell(const ChannelRow &row) {
@@ -121,6 +129,11 @@ std::string streamLackText(const ChannelRow &row) {
 
 bool streams(const ChannelRow &row) { return row.profile && streamLackText(row).empty(); }
 
+CameraPlace placeOf(const ChannelRow &row) {
+  const bool attached = row.state == ChannelState::plugged;
+  return {row.slot, attached ? row.video_node : std::nullopt, row.profile, attached, streams(row)};
+}
+
 ChannelRows describeChannels(const ChannelListings &listings) {
   ChannelRows rows;
   for (std::size_t channel = 0; channel < rows.size(); ++channel) rows[channel] = describe(listings, channel);
@@ -144,6 +157,7 @@ void addStanding(Fields &fields, const ChannelRow &row) {
       .add(forPeople("conflict", conflictCell(row)))
       .add(forPrograms("parked_behind", row.parked_behind))
       .add(forPrograms("supported", row.supported))
+      .add(forPrograms("reason", conflictName(row)))
       .add(whole(textField("created", row.created)));
 }
 

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 
+#include "machine/machine.h"
 #include "output/fields.h"
 
 namespace usbdevctl {
@@ -45,6 +46,7 @@ struct ChannelRow {
   std::optional<int> parked_behind;
   bool supported = true;
   std::string created;
+  std::optional<Reason> trouble;  // what the machine has against it, if it was asked
 };
 
 using ChannelRows = std::array<ChannelRow, USBDEV_CHANNELS>;
@@ -55,6 +57,9 @@ ChannelRows describeChannels(const ChannelListings &listings);
 
 /// A row of the device table or of the profile table whose device is known.
 ChannelRow channelRow(const _usbdev_entry &entry);
+
+/// The channel's camera as the machine has it.
+CameraPlace placeOf(const ChannelRow &row);
 
 const char *stateName(ChannelState state);
 

@@ -6,6 +6,7 @@
 #include "channel/channel_query.h"
 #include "channel/channels.h"
 #include "channel/configuration.h"
+#include "channel/troubles.h"
 #include "command_line/commands.h"
 #include "command_line/shared_arguments.h"
 #include "output/output.h"
@@ -21,7 +22,10 @@ struct ChannelsOptions {
 ExitStatus channels(const ChannelsOptions &options) {
   ChannelRows rows;
   if (!readChannels(rows)) return configurationUnreadable();
+  const Machine machine;
+  addTroubles(rows, machine);
   print(listOutput("channels", channelFields(rows), options.json));
+  for (const std::string &port : portsWithoutChannel(rows, machine)) complain(withoutChannelText(port, machine));
   return ExitStatus::ok;
 }
 

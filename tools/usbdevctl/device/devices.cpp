@@ -10,8 +10,9 @@ namespace usbdevctl {
 
 namespace {
 
-Fields channelFields(std::size_t channel, const _usbdev_entry &entry) {
-  const ChannelRow row = channelRow(entry);
+Fields channelFields(std::size_t channel, const _usbdev_entry &entry, const std::optional<Reason> &trouble) {
+  ChannelRow row = channelRow(entry);
+  row.trouble = trouble;
   Fields fields;
   addIdentity(fields, channel, row);
   fields.add(streamField(entry.stream_type))
@@ -23,10 +24,11 @@ Fields channelFields(std::size_t channel, const _usbdev_entry &entry) {
 
 }  // namespace
 
-FieldRows deviceFields(const std::array<_usbdev_entry, USBDEV_CHANNELS> &entries) {
+FieldRows deviceFields(const std::array<_usbdev_entry, USBDEV_CHANNELS> &entries, const ChannelRows &channels) {
   FieldRows rows;
   for (std::size_t channel = 0; channel < entries.size(); ++channel) {
-    if (entries[channel].exists != 0) rows.push_back(channelFields(channel, entries[channel]));
+    if (entries[channel].exists != 0)
+      rows.push_back(channelFields(channel, entries[channel], channels[channel].trouble));
   }
   return rows;
 }

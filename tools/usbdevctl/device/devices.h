@@ -8,11 +8,12 @@
 
 #include <array>
 
+#include "channel/channels.h"
 #include "output/fields.h"
 
 namespace usbdevctl {
 
-/// A row for each channel with a device.
-FieldRows deviceFields(const std::array<_usbdev_entry, USBDEV_CHANNELS> &entries);
+/// A row for each channel with a device; its trouble is that of the channels' table.
+FieldRows deviceFields(const std::array<_usbdev_entry, USBDEV_CHANNELS> &entries, const ChannelRows &channels);
 
 }  // namespace usbdevctl

@@ -5,7 +5,9 @@
 
 #include <memory>
 
+#include "channel/channel_query.h"
 #include "channel/configuration.h"
+#include "channel/troubles.h"
 #include "command_line/commands.h"
 #include "command_line/shared_arguments.h"
 #include "device/devices.h"
@@ -15,10 +17,21 @@ namespace usbdevctl {
 
 namespace {
 
+/// Reads the channels only where the machine can have something against their cameras.
+bool readTroubles(ChannelRows &channels) {
+  const Machine machine;
+  if (!machine.isReal()) return true;
+  if (!readChannels(channels)) return false;
+  addTroubles(channels, machine);
+  return true;
+}
+
 ExitStatus devices(bool json) {
   std::array<_usbdev_entry, USBDEV_CHANNELS> entries = {};
   if (vl_get_devpf_list(entries.data()) != 0) return configurationUnreadable();
-  const FieldRows rows = deviceFields(entries);
+  ChannelRows channels;
+  if (!readTroubles(channels)) return configurationUnreadable();
+  const FieldRows rows = deviceFields(entries, channels);
   print(listOutput("devices", rows, json));
   if (!rows.empty()) return ExitStatus::ok;
   complain("no channel has a device");

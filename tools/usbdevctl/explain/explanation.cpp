@@ -3,6 +3,8 @@
 
 #include "explain/explanation.h"
 
+#include <algorithm>
+
 #include "output/numbers.h"
 #include "output/printable.h"
 
@@ -11,8 +13,6 @@ namespace usbdevctl {
 namespace {
 
 std::string channelName(int channel) { return "ch" + std::to_string(channel); }
-
-std::string forgetRemedy(int channel) { return "'usbdevctl forget " + channelName(channel) + "' frees the channel"; }
 
 /// The attached camera in the port; -1 if there is none.
 int attachedAt(const ChannelRows &rows, const std::string &port) {
@@ -23,28 +23,33 @@ int attachedAt(const ChannelRows &rows, const std::string &port) {
 }
 
 Reason unplugged(const ChannelRow &row, int channel) {
-  return {"unplugged", "it is not attached",
-          "plug it into port " + printable(row.slot) + " again, or " + forgetRemedy(channel)};
+  return reasonFor(Cause::unplugged, {{"port", printable(row.slot)}, {"channel", channelName(channel)}});
 }
 
 Reason displaced(const ChannelRows &rows, int channel) {
   const ChannelRow &row = rowOf(rows, channel);
   const int other = attachedAt(rows, row.slot);
-  if (other == -1) return {"displaced", "another camera was put into its port", forgetRemedy(channel)};
-  const std::string move = row.profile ? "'usbdevctl move " + std::to_string(*row.profile) + " " + channelName(other) +
-                                             "' gives that one its profile, or "
-                                       : "";
-  return {"displaced", "another camera is in its port: " + cameraText({other, rowOf(rows, other)}),
-          move + forgetRemedy(channel), other};
+  if (other == -1) return reasonFor(Cause::displaced, {{"channel", channelName(channel)}});
+  Reason reason = reasonFor(row.profile ? Cause::displaced_with_profile : Cause::displaced_by,
+                            {{"camera", cameraText({other, rowOf(rows, other)})},
+                             {"profile", numberText(row.profile)},
+                             {"other", channelName(other)},
+                             {"channel", channelName(channel)}});
+  reason.other = other;
+  return reason;
 }
 
 Reason waits(const ChannelRows &rows, int channel, const Collisions &collisions) {
   const ChannelRow &row = rowOf(rows, channel);
   const int other = *row.parked_behind;
   const Collision collision = collisions[static_cast<std::size_t>(other)];
-  return {"waits",
-          "it waits for " + cameraText({other, rowOf(rows, other)}) + " (" + collisionText(collision, row.slot) + ")",
-          rivalRemedy(rows, other, collision), other, collision};
+  Reason reason = reasonFor(Cause::waits, {{"number", std::to_string(other)},
+                                           {"camera", cameraText({other, rowOf(rows, other)})},
+                                           {"collision", collisionText(collision, row.slot)},
+                                           {"cure", rivalRemedy(rows, other, collision)}});
+  reason.other = other;
+  reason.collision = collisionWord(collision);
+  return reason;
 }
 
 int firstFreeProfile(const ChannelRows &rows) {
@@ -58,49 +63,44 @@ int firstFreeProfile(const ChannelRows &rows) {
 
 Reason unbound(const ChannelRows &rows, int channel) {
   const int profile = firstFreeProfile(rows);
-  return {"unbound", "it has no profile",
-          profile == -1
-              ? "every profile has a camera: 'usbdevctl move PROFILE " + channelName(channel) + "' moves one to it"
-              : "'usbdevctl assign " + channelName(channel) + " " + std::to_string(profile) + "' assigns one"};
-}
-
-Json reasonJson(const Reason &reason) {
-  const std::string collision = collisionWord(reason.collision);
-  return Json::object()
-      .set("reason", reason.word)
-      .set("why", reason.why)
-      .set("remedy", reason.remedy)
-      .set("other_channel", numberUnlessNone(reason.other))
-      .set("collision", collision.empty() ? Json() : Json(collision));
+  return reasonFor(profile == -1 ? Cause::unbound_and_none_free : Cause::unbound,
+                   {{"channel", channelName(channel)}, {"profile", numberText(profile)}});
 }
 
 }  // namespace
 
 Reasons explain(const ChannelRows &rows, int channel, const Collisions &collisions,
-                const std::optional<Reason> &unsupported) {
+                const std::optional<Reason> &unsupported, const Reasons &machine) {
   const ChannelRow &row = rowOf(rows, channel);
   Reasons reasons;
+  Reasons found = machine;
   if (row.state == ChannelState::displaced) {
     reasons.push_back(displaced(rows, channel));
   } else if (row.state != ChannelState::plugged) {
     reasons.push_back(unplugged(row, channel));
   }
+  const auto notices = std::stable_partition(found.begin(), found.end(), [](const Reason &it) { return it.hinders; });
+  reasons.insert(reasons.end(), found.begin(), notices);
   if (unsupported) reasons.push_back(*unsupported);
   if (row.parked_behind) reasons.push_back(waits(rows, channel, collisions));
   if (row.slot_switch == false) {
-    reasons.push_back({"switched_off", "its port is switched off",
-                       "'usbdevctl slot on " + channelName(channel) + "' switches it on"});
+    reasons.push_back(reasonFor(Cause::switched_off, {{"channel", channelName(channel)}}));
   }
-  const bool usable = row.state == ChannelState::plugged && !unsupported;
+  const bool usable =
+      row.state == ChannelState::plugged && !unsupported && !std::any_of(found.begin(), notices, hidesCamera);
   if (usable && !row.profile) reasons.push_back(unbound(rows, channel));
+  reasons.insert(reasons.end(), notices, found.end());
   return reasons;
 }
 
-std::string explanationText(const Camera &camera, const Reasons &reasons) {
-  std::string text = cameraText(camera) + "\n";
-  if (reasons.empty()) return text + "  nothing keeps it from streaming\n";
+std::string reasonsText(const Reasons &reasons) {
+  std::string text = anyHinders(reasons) ? "" : "  nothing keeps it from streaming\n";
   for (const Reason &reason : reasons) text += "  " + reason.why + "\n    " + reason.remedy + "\n";
   return text;
+}
+
+std::string explanationText(const Camera &camera, const Reasons &reasons) {
+  return cameraText(camera) + "\n" + reasonsText(reasons);
 }
 
 Json explanationJson(const Camera &camera, const Reasons &reasons) {
@@ -108,7 +108,7 @@ Json explanationJson(const Camera &camera, const Reasons &reasons) {
   for (const Reason &reason : reasons) list.append(reasonJson(reason));
   Fields members;
   addCameraMembers(members, camera);
-  return members.addTo(Json::document()).set("streams", reasons.empty()).set("reasons", std::move(list));
+  return members.addTo(Json::document()).set("streams", !anyHinders(reasons)).set("reasons", std::move(list));
 }
 
 }  // namespace usbdevctl

@@ -5,19 +5,19 @@
 #pragma once
 
 #include <optional>
-#include <vector>
 
-#include "explain/reason.h"
-#include "output/json.h"
+#include "explain/collision.h"
+#include "reason/reason.h"
 
 namespace usbdevctl {
 
-using Reasons = std::vector<Reason>;
-
-/// Nothing for a camera that nothing keeps from streaming. The caller finds out why it is not supported,
-/// because that takes commands.
+/// Nothing for a camera that nothing keeps from streaming. The caller finds out what the machine has against it and why
+/// it is not supported, because that takes commands.
 Reasons explain(const ChannelRows &rows, int channel, const Collisions &collisions,
-                const std::optional<Reason> &unsupported);
+                const std::optional<Reason> &unsupported, const Reasons &machine = {});
+
+/// The lines below the camera's own: what keeps it from streaming, then what its user should know.
+std::string reasonsText(const Reasons &reasons);
 
 std::string explanationText(const Camera &camera, const Reasons &reasons);
 Json explanationJson(const Camera &camera, const Reasons &reasons);

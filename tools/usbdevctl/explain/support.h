@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-#include "explain/reason.h"
 #include "format/format_survey.h"
+#include "reason/reason.h"
 
 namespace usbdevctl {
 

@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+
+#include "machine/machine.h"
+#include "machine/stream_failure.h"
+#include "output/printable.h"
+
+namespace usbdevctl {
+
+namespace {
+
+std::string nodePath(const CameraPlace &camera) {
+  return camera.node ? "/dev/video" + std::to_string(*camera.node) : "its node";
+}
+
+std::string joined(const std::vector<std::string> &parts) {
+  std::string text;
+  for (const std::string &part : parts) text += (text.empty() ? "" : ", ") + part;
+  return text;
+}
+
+/// 196 of 480 Mbit/s for "HD Cam" in port 3-1
+std::string reservationText(const Reservation &reservation, int bus_speed) {
+  const std::int64_t mega = (reservation.bits + 999'999) / 1'000'000;
+  return std::to_string(mega) + " of " + std::to_string(bus_speed) + " Mbit/s for \"" + printable(reservation.product) +
+         "\" in port " + reservation.port;
+}
+
+Reasons withoutDevice(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb) {
+  if (facts.port_disabled) {
+    return {reasonFor(Cause::port_disabled, {{"port", camera.port}, {"file", usb.hubPort(camera.port) + "/disable"}})};
+  }
+  if (facts.over_current > 0) {
+    return {reasonFor(Cause::over_current, {{"port", camera.port}, {"count", std::to_string(facts.over_current)}})};
+  }
+  if (!camera.attached) return {};
+  return {reasonFor(Cause::gone, {{"what", "its USB device"}, {"port", camera.port}})};
+}
+
+Reason unopened(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb) {
+  const int error = facts.node.open_error;
+  if (error == EACCES || error == EPERM) {
+    return reasonFor(Cause::no_permission, {{"user", printable(facts.user)}, {"node", nodePath(camera)}});
+  }
+  return reasonFor(facts.asleep ? Cause::suspended : Cause::unopened,
+                   {{"node", nodePath(camera)},
+                    {"failure", std::strerror(error)},
+                    {"file", usb.fileOf(camera.port, "power/control")}});
+}
+
+/// What keeps everybody from using the node.
+Reasons withoutNode(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb) {
+  if (!facts.authorized) {
+    return {reasonFor(Cause::unauthorized, {{"port", camera.port}, {"file", usb.fileOf(camera.port, "authorized")}})};
+  }
+  if (!facts.has_node) return {reasonFor(Cause::no_capture_node)};
+  if (!camera.node) return {};
+  if (!facts.node.exists) return {reasonFor(Cause::gone, {{"what", nodePath(camera)}, {"port", camera.port}})};
+  if (facts.node.open_error != 0) return {unopened(camera, facts, usb)};
+  if (!facts.node.captures) return {reasonFor(Cause::metadata_node, {{"node", nodePath(camera)}})};
+  return {};
+}
+
+Reason busy(const CameraPlace &camera, const NodeHolders &holders) {
+  if (holders.programs.empty() && !holders.all_seen) return reasonFor(Cause::busy_unseen, {{"port", camera.port}});
+  const std::string programs = holders.programs.empty() ? "one that has ended since" : joined(holders.programs);
+  return reasonFor(Cause::busy, {{"programs", programs}});
+}
+
+Reason lackOfSpace(const CameraPlace &camera, const MachineFacts &facts) {
+  if (facts.disk_full) return reasonFor(Cause::disk_full, {{"folder", streamFolder(*camera.profile)}});
+  std::vector<std::string> holders;
+  for (const Reservation &it : facts.reservations) holders.push_back(reservationText(it, facts.bus_speed));
+  return reasonFor(
+      holders.empty() ? Cause::bandwidth_alone : Cause::bandwidth,
+      {{"holders", joined(holders)}, {"port", camera.port}, {"bus", camera.port.substr(0, camera.port.find('-'))}});
+}
+
+Reason failed(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb) {
+  if (isLackOfSpace(facts.failure)) return lackOfSpace(camera, facts);
+  if (isBusyFailure(facts.failure)) return busy(camera, facts.holders);
+  if (isRefusal(facts.failure)) return reasonFor(Cause::stream_without_permission, {{"node", nodePath(camera)}});
+  return reasonFor(facts.asleep ? Cause::suspended : Cause::failing,
+                   {{"failure", printable(facts.failure)}, {"file", usb.fileOf(camera.port, "power/control")}});
+}
+
+}  // namespace
+
+Reasons machineReasons(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb) {
+  if (!facts.device_there) return withoutDevice(camera, facts, usb);
+  Reasons reasons = withoutNode(camera, facts, usb);
+  if (!reasons.empty() || !camera.attached) return reasons;
+  if (!facts.failure.empty()) {
+    reasons.push_back(failed(camera, facts, usb));
+  } else if (facts.node.busy) {
+    reasons.push_back(busy(camera, facts.holders));
+  }
+  if (facts.twin) {
+    reasons.push_back(
+        reasonFor(facts.has_serial ? Cause::twins : Cause::twins_without_serial, {{"other", *facts.twin}}));
+  }
+  return reasons;
+}
+
+bool hidesCamera(const Reason &reason) {
+  constexpr std::string_view kHiding[] = {"gone",         "port_disabled",   "over_current",
+                                          "unauthorized", "no_capture_node", "no_permission"};
+  return std::find(std::begin(kHiding), std::end(kHiding), reason.word) != std::end(kHiding);
+}
+
+}  // namespace usbdevctl
