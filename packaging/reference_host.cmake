@@ -23,6 +23,7 @@ install(TARGETS readcfg gpuinfo_app RUNTIME DESTINATION ${built})
 install(PROGRAMS ${PROJECT_BINARY_DIR}/hwinfo_app DESTINATION ${built})
 
 install_link(${host}/built ${built})
+install_link(${built}/sim ${host}/sim/bin/sim)
 install_link(${built}/usbdevctl ${CMAKE_INSTALL_LIBEXECDIR}/usbdevctl)
 install_link(${built}/libusbdevlib.so.${PROJECT_VERSION_MAJOR} ${CMAKE_INSTALL_LIBDIR}/libusbdevlib.so.${PROJECT_VERSION_MAJOR})
 install_link(${CMAKE_INSTALL_BINDIR}/usbdev-sandbox ${host}/sandbox/sandbox)

@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import json
 import re
 from dataclasses import dataclass
 from pathlib import Path
@@ -62,6 +63,11 @@ class Capture:
         if len(slots) > 1:
             raise SimError(f"it contains {len(slots)} cameras ({', '.join(slots)}); keep only the files of one")
         self.nodes = sorted(nodes, key=lambda node: node.place)
+
+    def sound_facts(self) -> dict[str, object] | None:
+        """Returns what the audio library reported of the camera's sound card, if it was asked."""
+        text = self._text("sound-card.json")
+        return json.loads(text) if text else None
 
     def sound_cards(self) -> list[str]:
         """Returns the names of the camera's own sound cards."""

@@ -92,16 +92,22 @@ class Camera(UsbDevice):
         """Returns the answer of v4l2-ctl for one of the nodes."""
         if node == METADATA:
             return b"ioctl: VIDIOC_ENUM_FMT\n"
-        return (DATA / "cameras" / self.name / node).read_bytes()
+        return (camera_folder(self.name) / node).read_bytes()
 
 
 def camera_names() -> list[str]:
     return sorted(path.parent.name for path in (DATA / "cameras").glob("*/camera.toml"))
 
 
+def camera_folder(name: str) -> Path:
+    """Returns the folder of a camera; a name with a slash is the path of one that is elsewhere."""
+    return Path(name).absolute() if "/" in name else DATA / "cameras" / name
+
+
 def load_camera(name: str) -> Camera:
-    path = DATA / "cameras" / name / "camera.toml"
-    if "/" in name or not path.is_file():
+    folder = camera_folder(name)
+    path = folder / "camera.toml"
+    if not path.is_file():
         raise SimError(f"there is no camera '{name}'; 'sim list' shows them")
     text = path.read_text(encoding="utf-8")
     facts = tomllib.loads(text)
@@ -109,7 +115,7 @@ def load_camera(name: str) -> Camera:
     comments = [line[2:] for line in text.splitlines() if line.startswith("# ")]
     comment = " ".join(line for line in comments if not line.startswith("SPDX-"))
     return Camera(
-        name=name,
+        name=str(folder) if "/" in name else name,
         second_function=VideoFunction(**second) if second else None,
         sound=SoundCard(**sound) if sound else None,
         comment=comment,

@@ -13,7 +13,7 @@ from simlib.catalogue import camera_names, load_camera
 from simlib.devicemanager import announce
 from simlib.errors import SimError
 from simlib.host import SimulatedHost
-from simlib.importer import import_camera
+from simlib.importer import capture_camera, import_camera
 from simlib.topology import Bus
 
 
@@ -40,6 +40,11 @@ def _unplug(options: argparse.Namespace) -> int:
 
 def _import(options: argparse.Namespace) -> int:
     print(import_camera(Path(options.folder), options.name))
+    return 0
+
+
+def _capture(options: argparse.Namespace) -> int:
+    print(capture_camera(options.node, options.folder))
     return 0
 
 
@@ -78,7 +83,7 @@ def _parser() -> argparse.ArgumentParser:
     parser = argparse.ArgumentParser(prog="sim", description="Plugs simulated cameras into the sandboxed host.")
     commands = parser.add_subparsers(required=True, metavar="COMMAND")
     plug = commands.add_parser("plug", help="plug a camera in and call the library, as the device manager would")
-    plug.add_argument("camera", metavar="CAMERA", help="one of those that 'sim list' shows")
+    plug.add_argument("camera", metavar="CAMERA", help="one of those that 'sim list' shows, or a folder with a '/' in its path")
     plug.set_defaults(run=_plug)
     unplug = commands.add_parser("unplug", help="unplug a camera, or a hub with everything on it")
     unplug.set_defaults(run=_unplug)
@@ -89,6 +94,10 @@ def _parser() -> argparse.ArgumentParser:
     importing.add_argument("folder", metavar="FOLDER", help="the output, in files with the names of docs/simulator.md")
     importing.add_argument("name", metavar="NAME", help="the name of the new camera")
     importing.set_defaults(run=_import)
+    capturing = commands.add_parser("capture", help="make a simulated camera from one that is plugged in")
+    capturing.add_argument("node", metavar="NODE", help="such as /dev/video0")
+    capturing.add_argument("folder", metavar="FOLDER", type=Path, nargs="?", help="default: a new one, named after the camera")
+    capturing.set_defaults(run=_capture)
     commands.add_parser("list", help="show the cameras").set_defaults(run=_list)
     commands.add_parser("ports", help="show the ports of this host").set_defaults(run=_ports)
     commands.add_parser("status", help="show what is plugged in").set_defaults(run=_status)

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""The command "sim import": a simulated camera made from a capture of a real one."""
+"""The commands "sim import" and "sim capture": a simulated camera made from what tools print about a real one."""
 
 from __future__ import annotations
 
@@ -11,25 +11,42 @@ import shutil
 import subprocess
 from itertools import groupby
 from pathlib import Path
+from tempfile import TemporaryDirectory
 
 from simlib.capture import Capture, CapturedNode
 from simlib.catalogue import DATA, METADATA, Camera, VideoFunction
 from simlib.errors import SimError
+from simlib.gathering import gather
 from simlib.hardware import SOUND_INTERFACES, VIDEO_INTERFACES
 from simlib.topology import HIGH_SPEED, SPEED_NAMES, SUPERSPEED
 
 Facts = dict[str, object]
 TRANSLATOR = DATA / "bin/v4l2-old-layout"
 MOST_FUNCTIONS = 2
+SHORTEST_SERIAL = 4  # a shorter one may be part of any text
 
 
 def import_camera(folder: Path, name: str) -> Path:
-    """Makes the camera's folder, or makes nothing if the capture does not fit."""
-    target = DATA / "cameras" / name
+    """Makes the camera's folder among the others, or makes nothing if the capture does not fit."""
     if re.fullmatch(r"[a-z0-9][a-z0-9-]{0,63}", name) is None:
         raise SimError(f"'{name}' cannot be a camera's name: lower-case letters, digits and dashes, at most 64")
-    if target.exists():
+    if (DATA / "cameras" / name).exists():
         raise SimError(f"there is a camera '{name}' already")
+    return _make(DATA / "cameras" / name, folder, "; run this outside the sandbox")
+
+
+def capture_camera(node: str, target: Path | None) -> Path:
+    """Asks the tools about the camera of a node; makes its folder, which without a target is named after the camera."""
+    with TemporaryDirectory(prefix="usbdev-capture-") as name:
+        folder = Path(name)
+        gather(node, folder)
+        target = Path.cwd() / (_own_name(folder) if target is None else target)
+        if target.exists():
+            raise SimError(f"{target} is there already")
+        return _make(target, folder, "")
+
+
+def _make(target: Path, folder: Path, advice: str) -> Path:
     listings: dict[str, bytes] = {}
     try:
         facts = _camera(Capture(folder), listings)
@@ -39,8 +56,14 @@ def import_camera(folder: Path, name: str) -> Path:
         target.mkdir()
         _fill(target, facts, listings)
     except OSError as problem:
-        raise SimError(f"{target} cannot be made ({problem.strerror}); run this outside the sandbox") from problem
+        raise SimError(f"{target} cannot be made ({problem.strerror}){advice}") from problem
     return target
+
+
+def _own_name(folder: Path) -> str:
+    first = Capture(folder).nodes[0]
+    name = str(_without(first.camera.get("serial", ""), first.name))
+    return re.sub(r"[^a-z0-9]+", "-", name.lower()).strip("-") or "camera"
 
 
 def _fill(target: Path, facts: Facts, listings: dict[str, bytes]) -> None:
@@ -67,9 +90,19 @@ def _camera(capture: Capture, listings: dict[str, bytes]) -> Facts:
     facts |= _name(facts, others, functions)
     if others:
         facts["second_function"] = others[0]
-    if capture.sound_cards():
+    if sound := capture.sound_facts():
+        facts["sound"] = sound
+    elif capture.sound_cards():
         facts["sound"] = _sound(capture)
-    return facts
+    serial = capture.nodes[0].camera.get("serial", "")
+    return {key: _without(serial, value) for key, value in facts.items()}
+
+
+def _without(serial: str, value: object) -> object:
+    """Leaves the serial number out of whatever text contains it, such as a product's name."""
+    if isinstance(value, dict):
+        return {key: _without(serial, part) for key, part in value.items()}
+    return value.replace(serial, "").strip() if isinstance(value, str) and len(serial) >= SHORTEST_SERIAL else value
 
 
 def _device(node: CapturedNode) -> Facts:

@@ -34,6 +34,7 @@ TEST(ABareNumber, IsWhatTheCommandIsAbout) {
   EXPECT_EQ(meaning("3", By::profile), "profile 3");
   EXPECT_EQ(meaning("9", By::channel), "channel 9");
   EXPECT_EQ(meaning("64", By::video_node), "video node 64");
+  EXPECT_EQ(meaning("/dev/video64", By::profile), "video node 64");
 }
 
 TEST(ANumber, AboveTheLastOneIsRefused) {

@@ -30,7 +30,7 @@ struct Numbered {
 constexpr Numbered kNumbered[] = {
     {By::channel, "ch", "channel", USBDEV_CHANNELS - 1},
     {By::profile, "pf", "profile", USBDEV_PROFILES - 1},
-    {By::video_node, nullptr, "video node", std::numeric_limits<int>::max()},
+    {By::video_node, "/dev/video", "video node", std::numeric_limits<int>::max()},
 };
 
 const Numbered &kindOf(By by) {
@@ -79,8 +79,9 @@ bool hasName(const Camera &camera, const CameraName &name) {
 
 std::optional<CameraName> readCameraName(const std::string &text, By bare_number, std::string &wrong) {
   for (const Numbered &kind : kNumbered) {
-    if (kind.prefix == nullptr || text.compare(0, 2, kind.prefix) != 0) continue;
-    const std::string_view digits = std::string_view(text).substr(2);
+    const std::string_view prefix = kind.prefix;
+    if (text.compare(0, prefix.size(), prefix) != 0) continue;
+    const std::string_view digits = std::string_view(text).substr(prefix.size());
     if (isDigits(digits)) return numbered(kind, digits, wrong);
   }
   if (isDigits(text)) return numbered(kindOf(bare_number), text, wrong);

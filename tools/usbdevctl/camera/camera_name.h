@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // What a user calls a camera: a port (3-1.2), a channel (ch2) or a profile (pf1), the latter two by the names of the
-// configuration's own sections; or a bare number, which counts what the command is about.
+// configuration's own sections; a node (/dev/video0); or a bare number, which counts what the command is about.
 #pragma once
 
 #include <optional>
