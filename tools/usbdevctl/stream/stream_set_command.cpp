@@ -11,6 +11,7 @@
 #include "command_line/shared_arguments.h"
 #include "events/event_codes.h"
 #include "output/output.h"
+#include "stream/picture_address.h"
 #include "stream/stream_command.h"
 #include "stream/stream_outcome.h"
 #include "stream/stream_text.h"
@@ -59,6 +60,8 @@ ExitStatus report(const StreamSetOptions &options, const Camera &camera, const S
   addCameraMembers(fields, camera);
   const Fields became = outcomeFields(outcome, options.change);
   for (const Field &field : became.all()) fields.add(field);
+  const std::string picture = pictureAddress(*camera.row.profile);
+  if (!picture.empty()) fields.add(textField("picture", picture));
   print(recordOutput(fields, options.json));
   const std::vector<std::string> in_vain = notStored(outcome.stored, options.change);
   for (const std::string &setting : in_vain) complain(setting + " does not apply to this stream and was not stored");
