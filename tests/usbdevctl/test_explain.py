@@ -121,3 +121,29 @@ def test_a_simulated_host_has_only_the_reasons_that_the_library_knows(on_host: R
     assert (done.status, explained.err, listed.err) == (0, "", "")
     assert "no bandwidth" not in explained.out and "not there any more" not in explained.out
     assert listed.json["channels"][0]["reason"] is None
+
+
+def test_what_a_real_machine_has_against_a_camera_is_shown_everywhere_in_the_same_words(on_host: RunOnHost) -> None:
+    text = "Its USB device is not there any more. Plug it into port 3-1 again; if it is attached, 'usbdevctl sync' finds it."
+    _, silent, explained, channels, devices, events = run_all(
+        on_host,
+        "sim plug usb2-camera 3-1; usbdevctl assign 3-1 0; rm /var/log/vl/event.db",
+        "usbdevctl explain 3-1 --log; test ! -e /var/log/vl/event.db && mkdir /sys/kernel",
+        "usbdevctl explain 3-1 --log --json",
+        "usbdevctl channels",
+        "usbdevctl devices --json",
+        "usbdevctl log --json",
+    )
+    assert (silent.status, silent.out.splitlines()[1:]) == (0, ["  nothing keeps it from streaming"])
+    assert [(it["reason"], it["text"]) for it in explained.json["reasons"]] == [("gone", text)]
+    assert re.search(r" on +gone +\d{4}-", channels.out)
+    assert devices.json["devices"][0]["reason"] == "gone"
+    assert [(it["level"], it["text"]) for it in events.json["events"]] == [
+        ("warning", f"Camera[3-1 USB 2.0 Camera: USB Camera]: {text}")
+    ]
+
+
+def test_a_log_that_cannot_be_written_is_a_failure(on_host: RunOnHost) -> None:
+    (done,) = run_all(on_host, "sim plug usb2-camera 3-1 >/dev/null; mkdir /sys/kernel; rm -rf /var/log/vl; touch /var/log/vl;"
+                               " usbdevctl explain 3-1 --log")  # fmt: skip
+    assert (done.status, done.err) == (1, "usbdevctl: the event log cannot be written\n")

@@ -12,12 +12,18 @@
 #include "command_line/commands.h"
 #include "explain/collision_query.h"
 #include "explain/explanation.h"
+#include "explain/reason_log.h"
 #include "explain/support_query.h"
 #include "output/output.h"
 
 namespace usbdevctl {
 
 namespace {
+
+struct ExplainOptions {
+  CameraOptions camera{CameraName::By::channel};
+  bool log = false;
+};
 
 /// A camera that the machine has, and no channel.
 bool hasNoChannel(const CameraName &name, const ChannelRows &rows, const Machine &machine) {
@@ -35,34 +41,37 @@ ExitStatus explainWithoutChannel(const std::string &port, const Machine &machine
   return ExitStatus::ok;
 }
 
-Reasons reasonsOf(const Camera &camera, const ChannelRows &rows, const Machine &machine) {
-  const Reasons found = machine.reasons(placeOf(camera.row));
+Reasons reasonsOf(const Camera &camera, const ChannelRows &rows, const Reasons &found) {
   const bool hidden = std::any_of(found.begin(), found.end(), hidesCamera);
   return explain(rows, camera.channel, readCollisions(rows, camera.channel),
                  hidden ? std::nullopt : whyUnsupported(camera.row), found);
 }
 
-ExitStatus explain(const CameraOptions &options) {
+ExitStatus explain(const ExplainOptions &options) {
   ChannelRows rows;
   if (!readChannels(rows)) return configurationUnreadable();
   const Machine machine;
-  const CameraName name = options.camera.name();
-  if (hasNoChannel(name, rows, machine)) return explainWithoutChannel(name.port, machine, options.json);
+  const CameraName name = options.camera.camera.name();
+  const bool json = options.camera.json;
+  if (hasNoChannel(name, rows, machine)) return explainWithoutChannel(name.port, machine, json);
   Camera camera;
   const ExitStatus found = findCamera(name, rows, camera);
   if (found != ExitStatus::ok) return found;
-  const Reasons reasons = reasonsOf(camera, rows, machine);
-  print(options.json ? explanationJson(camera, reasons).text() : explanationText(camera, reasons));
-  return ExitStatus::ok;
+  const Reasons of_machine = machine.reasons(placeOf(camera.row));
+  const Reasons reasons = reasonsOf(camera, rows, of_machine);
+  print(json ? explanationJson(camera, reasons).text() : explanationText(camera, reasons));
+  if (!options.log || logReasons(camera, of_machine)) return ExitStatus::ok;
+  return refused("the event log cannot be written");
 }
 
 }  // namespace
 
 void addExplain(Command &program) {
-  auto options = std::make_shared<CameraOptions>(CameraName::By::channel);
+  auto options = std::make_shared<ExplainOptions>();
   Command &command = program.addCommand("explain", "Show why a camera does not stream, and what would change that",
                                         [options] { return explain(*options); });
-  addCameraOptions(command, *options);
+  addCameraOptions(command, options->camera);
+  command.add("--log", &options->log, "Also write what the machine has against it to the event log");
 }
 
 }  // namespace usbdevctl

@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "explain/reason_log.h"
+
+#include <gtest/gtest.h>
+
+#include "some_cameras.h"
+
+namespace {
+
+TEST(TheEventOfAReason, NamesTheCameraWithReasonAndCure) {
+  const auto reason = usbdevctl::reasonFor(usbdevctl::Cause::busy, {{"programs", "motion (process 47)"}});
+  EXPECT_EQ(reasonEvent(someCamera(2, "3-1", 0), reason),
+            "Camera[3-1 USB Camera]: Another program uses it: motion (process 47). End that program.");
+}
+
+}  // namespace

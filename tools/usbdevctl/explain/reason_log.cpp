@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "explain/reason_log.h"
+
+#include <platform/vllog.h>
+
+namespace usbdevctl {
+
+namespace {
+
+constexpr int kWarning = 1;
+
+}  // namespace
+
+std::string reasonEvent(const Camera &camera, const Reason &reason) {
+  return "Camera[" + camera.row.slot + " " + camera.row.device + "]: " + sentences(reason);
+}
+
+bool logReasons(const Camera &camera, const Reasons &reasons) {
+  bool written = true;
+  for (const Reason &reason : reasons) {
+    if (reason.hinders) written = vq_sql_set_log(kWarning, reasonEvent(camera, reason).c_str(), 0) == 0 && written;
+  }
+  return written;
+}
+
+}  // namespace usbdevctl
