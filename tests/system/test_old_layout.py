@@ -26,11 +26,11 @@ def translate(listing: bytes) -> bytes:
 def tool(tmp_path):
     """Makes a v4l2-ctl that behaves as a script describes, and runs the front over it."""
 
-    def run(script: str, *arguments: str) -> subprocess.CompletedProcess[str]:
+    def run(script: str, *arguments: str, **variables: str) -> subprocess.CompletedProcess[str]:
         path = tmp_path / "v4l2-ctl"
         path.write_text(f"#!/bin/sh\n{script}\n")
         path.chmod(0o755)
-        return run_front(BIN / "v4l2-ctl-front", *arguments, V4L2_CTL=path)
+        return run_front(BIN / "v4l2-ctl-front", *arguments, V4L2_CTL=path, **variables)
 
     return run
 
@@ -99,6 +99,15 @@ def test_the_front_ends_as_the_tool_ends(tool):
 def test_the_front_translates_what_the_tool_prints(tool):
     result = tool(f"cat {LISTINGS}/today.txt")
     assert (result.returncode, result.stdout) == (0, (LISTINGS / "older.txt").read_text())
+
+
+def test_the_front_ends_a_tool_that_does_not_answer_after_ten_seconds(tool, tmp_path):
+    waiting = tmp_path / "timeout"
+    waiting.write_text('#!/bin/sh\necho "$@" >&2\nexit 124\n')
+    waiting.chmod(0o755)
+    result = tool("echo none", "-d", "/dev/video0", PATH=f"{tmp_path}:{os.environ['PATH']}")
+    assert (result.returncode, result.stdout) == (124, "")
+    assert result.stderr == f"-k 1 10 {tmp_path}/v4l2-ctl -d /dev/video0\n"
 
 
 @pytest.mark.parametrize("install", [install_as_link, install_as_copy])

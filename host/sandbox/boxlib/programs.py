@@ -33,7 +33,7 @@ class Programs:
         self.bin = self._machine_links("/usr/bin", HOST_BIN)
         self.sbin = self._machine_links("/usr/sbin", HOST_SBIN)
         self.bin |= {"ps": OWN / "ps", "sandbox": SANDBOX}
-        self.bin |= {name: SIM / name for name in ("sim", "udevadm", "v4l2-ctl")}
+        self.bin |= {name: SIM / name for name in ("sim", "udevadm")} | {"v4l2-ctl": SIM / "v4l2-ctl-front"}
         self.sbin |= {"udevadm": SIM / "udevadm"}
         self.bin |= {name: SERVICES / name for name in SERVICE_PROGRAMS}
         self.bin |= {"share-page": SHARE / "share-page"}
