@@ -21,6 +21,7 @@ def test_it_reports_what_comes_and_goes_to_the_library_which_notifies_the_manage
         f"removed 3-1 camera 0 '{NAME}': channel 0",
         f"removed 3-1 card 0 '{NAME}': no channel",
         "ended with 0",
+        "event 0  profile none  video none  audio none  flag 0  target none  request none",
         "event 7 (removed)  profile 0  video none  audio none  flag 0  target none  request none",
     ]
     assert "device-service: following udev\n" in done.stderr

@@ -10,7 +10,7 @@ from pathlib import Path
 
 import pytest
 from conftest import RunOnHost
-from managerlib import encoder, stream_process
+from managerlib import camera, encoder, stream_process
 from managerlib.kept_stream import NEVER, KeptStream
 from managerlib.library import Stream
 from managerlib.pauses import WELL_SECONDS, Pauses
@@ -81,7 +81,7 @@ def test_a_missing_encoder_is_reported_and_started_when_it_is_there(with_service
 class Library:
     """The part of the library that a kept stream uses."""
 
-    def tell_available(self, profile: int, available: bool) -> None: ...
+    async def tell_available(self, profile: int, available: bool) -> None: ...
 
 
 def test_a_stream_that_is_not_wanted_any_more_is_not_tried_again(
@@ -89,6 +89,8 @@ def test_a_stream_that_is_not_wanted_any_more_is_not_tried_again(
 ) -> None:
     monkeypatch.setattr(encoder, "PROGRAM", str(tmp_path / "no-such-encoder"))
     monkeypatch.setattr(stream_process, "DIRECTORY", str(tmp_path / "channel{}"))
+    monkeypatch.setattr(camera, "NODE", str(tmp_path / "video{}"))
+    (tmp_path / "video0").touch()
 
     async def fail_and_be_given_up() -> tuple[float, float]:
         stream = KeptStream(0, Library(), lambda: None)

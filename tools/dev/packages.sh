@@ -12,7 +12,7 @@ build_packages='
 '
 # For the sandboxed host.
 host_packages='
-  bubblewrap iproute2 procps python3-tornado python3-argon2 python3-pyudev python3-systemd ffmpeg socat
+  bubblewrap iproute2 procps python3-tornado python3-argon2 python3-pyudev python3-systemd ffmpeg fonts-dejavu-core socat
 '
 # Some packages of nodejs contain npm, and conflict with the package npm.
 command -v npm >/dev/null || host_packages="$host_packages npm"

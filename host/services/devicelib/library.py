@@ -6,8 +6,10 @@
 from __future__ import annotations
 
 from collections.abc import Mapping, Sequence
+from contextlib import suppress
 
-from usbdev import Device, UsbdevError, core, hotplug, profiles
+from usbdev import Device, Notification, UsbdevError, core, hotplug, profiles
+from usbdev.notification import HEADER_SIZE
 
 from devicelib.decision import Call, Kind
 
@@ -19,6 +21,12 @@ class Library:
         """Updates the channels from what is plugged in, as at a start of the application."""
         hotplug.start_up()
         print("synchronised", flush=True)
+
+    def notify_manager(self) -> None:
+        """Lets the manager look again at all profiles; the library notifies it of no synchronisation."""
+        nothing_else = Notification(bytes(HEADER_SIZE), profile=-1, video_node=-1, audio_node=-1, flag=0, event=0, target=-1)
+        with suppress(UsbdevError):  # a manager that does not run looks when it starts
+            core.notify_manager(nothing_else)
 
     def attached(self) -> Mapping[str, Sequence[str]]:
         """Returns the names of the attached cameras in each port."""

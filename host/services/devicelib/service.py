@@ -31,6 +31,7 @@ class DeviceManager:
             self._library.synchronise()
             for call in decision.corrections(world, self._library.attached()):
                 self._library.call(call)
+            self._library.notify_manager()
         self._history = decision.all_of(world)
         self._changed.set()
 

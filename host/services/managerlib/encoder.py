@@ -1,17 +1,28 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""The process that makes a stream: ffmpeg with test pictures in place of a camera."""
+"""The process that makes a stream: ffmpeg, with test pictures in place of a camera that is simulated."""
 
 from __future__ import annotations
 
 from pathlib import Path
 
+from managerlib import camera
 from managerlib.library import Stream
 
 PROGRAM = "/usr/bin/ffmpeg"
+FONT = "/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf"
 SEGMENT_SECONDS = 1
+FIRST_SEGMENT_SECONDS = 0.6  # shorter, so that there is a picture soon; a playlist rounds it to one second
 SEGMENTS_KEPT = 6
+PLAYLIST = "playlist.m3u8"
+PICTURE = "picture.jpg"
+KEY_PICTURES = f"expr:gte(t,if(n_forced,(n_forced-1)*{SEGMENT_SECONDS}+{FIRST_SEGMENT_SECONDS}))"
+# Of a live stream the first picture matters, and what has to be known of the pictures is known from the settings.
+AT_ONCE = ("-fflags", "nobuffer", "-analyzeduration", "0")
+# The two sources wait for each other only at the output.
+QUEUE = ("-thread_queue_size", "64")
+TIME = f"drawtext=fontfile={FONT}:text=%{{localtime}}:fontsize=h/20:x=h/40:y=h/40:fontcolor=white:box=1:boxcolor=black@0.5"
 
 
 def name(stream: Stream) -> str:
@@ -22,17 +33,73 @@ def name(stream: Stream) -> str:
     return f"v4l2_read {stream.node}" if stream.is_mjpeg else f"HDpipe {stream.node}"
 
 
-def arguments(stream: Stream, playlist: Path) -> list[str]:
-    pictures = f"testsrc2=size={stream.width}x{stream.height}:rate={stream.rate:.2f}"
+def arguments(stream: Stream, folder: Path, reads_camera: bool) -> list[str]:
+    quiet = ("-nostdin", "-hide_banner", "-loglevel", "error")
+    if not reads_camera:
+        return [*quiet, *_test_pictures(stream), *_encoded(stream), *_playlist(folder)]
     return [
-        *("-nostdin", "-hide_banner", "-loglevel", "error"),
-        *("-re", "-f", "lavfi", "-i", pictures),
+        *(*quiet, *_pictures(stream), *_sound(stream)),
+        *(*_encoded(stream), *_encoded_sound(stream), *_playlist(folder)),
+        *(_copied_picture(stream, folder) if stream.is_mjpeg else ()),
+    ]
+
+
+def _test_pictures(stream: Stream) -> list[str]:
+    return ["-re", "-f", "lavfi", "-i", f"testsrc2=size={stream.width}x{stream.height}:rate={stream.rate:.2f}"]
+
+
+def _pictures(stream: Stream) -> list[str]:
+    return [
+        *(*AT_ONCE, *QUEUE, "-f", "v4l2", "-input_format", "mjpeg" if stream.is_mjpeg else "yuyv422"),
+        *("-video_size", f"{stream.width}x{stream.height}", "-framerate", f"{stream.rate:.2f}"),
+        *("-i", camera.NODE.format(stream.node)),
+    ]
+
+
+def _sound(stream: Stream) -> list[str]:
+    if stream.sound is None:
+        return []
+    shape = ("-sample_rate", str(stream.sound.rate), "-channels", str(stream.sound.channels))
+    # the card's own rates are converted
+    return [*AT_ONCE, *QUEUE, "-f", "alsa", *shape, "-i", f"plughw:{stream.sound.card}"]
+
+
+def _encoded(stream: Stream) -> list[str]:
+    return [
+        *("-map", "0:v", *_changes(stream)),
         # browsers play only H.264, whatever the camera sends
         *("-codec:v", "libx264", "-preset", "ultrafast", "-tune", "zerolatency", "-pix_fmt", "yuv420p"),
-        *("-force_key_frames", f"expr:gte(t,n_forced*{SEGMENT_SECONDS})"),
-        *("-f", "hls", "-hls_time", str(SEGMENT_SECONDS), "-hls_list_size", str(SEGMENTS_KEPT)),
+        *("-force_key_frames", KEY_PICTURES),
+    ]
+
+
+def _changes(stream: Stream) -> list[str]:
+    """The time is written last, so that it can be read in a picture that is flipped."""
+    changes = {"vflip": stream.flip, "hflip": stream.mirror, TIME: stream.overlay}
+    chosen = [change for change, is_wanted in changes.items() if is_wanted]
+    return ["-filter:v", ",".join(chosen)] if chosen else []
+
+
+def _encoded_sound(stream: Stream) -> list[str]:
+    if stream.sound is None:
+        return []
+    # browsers do not play G.711 in such a stream
+    return ["-map", "1:a", "-codec:a", "aac", "-b:a", str(stream.sound.bits_per_second)]
+
+
+def _playlist(folder: Path) -> list[str]:
+    return [
+        *("-f", "hls", "-hls_init_time", str(FIRST_SEGMENT_SECONDS), "-hls_time", str(SEGMENT_SECONDS)),
+        *("-hls_list_size", str(SEGMENTS_KEPT)),
         *("-hls_flags", "delete_segments+temp_file"),
         # a stream that is started again continues with higher numbers, so that no viewer confuses new and old segments
         *("-hls_start_number_source", "epoch"),
-        *("-hls_segment_filename", str(playlist.with_name("%d.ts")), str(playlist)),
+        *("-hls_segment_filename", str(folder / "%d.ts"), str(folder / PLAYLIST)),
     ]
+
+
+def _copied_picture(stream: Stream, folder: Path) -> list[str]:
+    """One picture of each second, in the bytes that the camera has sent."""
+    all_but_one = f"noise=drop=mod(n\\,{max(1, round(stream.rate))})"
+    as_file = ("-f", "image2", "-update", "1", "-atomic_writing", "1")
+    return ["-map", "0:v", "-codec:v", "copy", "-bsf:v", all_but_one, *as_file, str(folder / PICTURE)]

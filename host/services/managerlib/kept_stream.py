@@ -11,13 +11,17 @@ from collections.abc import Callable
 
 from servicelib.lifecycle import say
 
-from managerlib import encoder
+from managerlib import camera, encoder, failure
 from managerlib.library import Library, Stream
 from managerlib.pauses import Pauses
-from managerlib.stream_process import StreamProcess
+from managerlib.stream_process import StreamProcess, folder
 
-# A busy machine needs several times as long for a segment, and a start needs longer.
+# A busy machine needs several times as long for a segment, and a slow one needs long to load the encoder.
 PATIENCE_SECONDS = 10 * encoder.SEGMENT_SECONDS
+START_SECONDS = 20
+# A segment of a slow camera has one picture, and ends when the next one comes.
+PICTURES_WAITED_FOR = 3
+SLOWEST_RATE = 0.1
 NEVER = math.inf
 
 
@@ -37,27 +41,45 @@ class KeptStream:
             return
         await self.stop()
         self._wanted = stream
+        self._camera: camera.Identity | None = None  # with which the encoder was started
         self._pauses = Pauses()
-        self.due = NEVER if stream is None else time.monotonic()
+        self.due = NEVER
 
     async def look(self) -> None:
         """Does what is due: starts the encoder, or checks that it still works."""
+        if self._wanted is None:
+            return
         is_due = time.monotonic() >= self.due
+        camera_now = camera.identity(self._wanted.node)
         if self._process is None:
-            if self._wanted and is_due:
-                await self._start(self._wanted)
+            await self._start_if(is_due, self._wanted, camera_now)
         elif self._process.status is not None:
-            await self._start_later(f"the encoder of profile {self.profile} has ended with {self._process.status}")
+            await self._start_after_end(self._process)
+        elif self._process.reads_camera and camera_now != self._camera:
+            await self._start_later(f"the camera of profile {self.profile} has gone")
         elif is_due:
             await self._check(self._process)
 
     async def stop(self) -> None:
-        if self._process is None:
-            return
-        await self._process.stop()
-        self._tell_stopped()
+        failure.remove(folder(self.profile))
+        if self._process is not None:
+            await self._process.stop()
+            await self._tell_stopped()
+
+    async def _start_if(self, is_due: bool, stream: Stream, camera_now: camera.Identity | None) -> None:
+        """A camera that is back does not wait for the end of a pause, and without it there is nothing to try."""
+        if camera_now is None:
+            self._camera, self.due = None, NEVER
+        elif camera_now != self._camera:
+            self._pauses = Pauses()
+            self._camera = camera_now
+            await self._start(stream)
+        elif is_due:
+            await self._start(stream)
 
     async def _start(self, stream: Stream) -> None:
+        if stream.sound:
+            await self._library.apply_volume(self.profile)
         process = StreamProcess(self.profile, stream)
         self._started = time.monotonic()
         try:
@@ -66,26 +88,43 @@ class KeptStream:
             await self._start_later(f"the encoder of profile {self.profile} cannot be started: {problem}")
             return
         self._process = process
-        self.due = self._started + PATIENCE_SECONDS
-        self._library.tell_available(self.profile, True)
+        self._patience = PATIENCE_SECONDS + round(PICTURES_WAITED_FOR / max(stream.rate, SLOWEST_RATE))
+        self._patient_until = self._started + START_SECONDS + self._patience
+        self.due = self._started + encoder.SEGMENT_SECONDS
+        await self._library.tell_available(self.profile, True)
         print(f"profile {self.profile} streams {stream}", flush=True)
 
     async def _check(self, process: StreamProcess) -> None:
+        now = time.monotonic()
         if process.has_grown():
-            self.due = time.monotonic() + PATIENCE_SECONDS
+            failure.remove(folder(self.profile))
+            self._patient_until = self.due = now + self._patience
+        elif now < self._patient_until:
+            self.due = now + encoder.SEGMENT_SECONDS
         else:
-            await self._start_later(f"the playlist of profile {self.profile} has not grown for {PATIENCE_SECONDS} s")
+            await self._start_later(f"the playlist of profile {self.profile} has not grown for {self._patience} s")
 
-    async def _start_later(self, reason: str) -> None:
+    async def _start_after_end(self, process: StreamProcess) -> None:
+        """An encoder also ends with status 0, when its camera has vanished."""
+        said = failure.reason(process.said)
+        ended = f"the encoder of profile {self.profile} has ended with {process.status}"
+        await self._start_later(f"{ended}: {said}" if said else ended, said)
+
+    async def _start_later(self, reason: str, cause: str | None = None) -> None:
         if self._process:
             await self._process.kill()
-            self._tell_stopped()
+            await self._tell_stopped()
+        failure.write(folder(self.profile), cause or reason)
         now = time.monotonic()
+        if self._wanted and camera.identity(self._wanted.node) != self._camera:
+            self.due = now
+            say(f"{reason}; the next start is when its camera is back")
+            return
         pause = self._pauses.after(now - self._started)
         self.due = now + pause
         say(f"{reason}; the next start is in {pause} s")
 
-    def _tell_stopped(self) -> None:
+    async def _tell_stopped(self) -> None:
         self._process = None
-        self._library.tell_available(self.profile, False)
+        await self._library.tell_available(self.profile, False)
         print(f"profile {self.profile} streams no more", flush=True)

@@ -11,11 +11,12 @@ import asyncio
 from servicelib import lifecycle
 from usbdev import Notification
 
-from managerlib import notification
+from managerlib import changes, notification
 from managerlib.library import Library
 from managerlib.streams import Streams
 
 ADDRESS = ("127.0.0.1", 10171)
+NODES = "/dev"
 
 
 class Receiver(asyncio.DatagramProtocol):
@@ -34,6 +35,7 @@ class Receiver(asyncio.DatagramProtocol):
 
 async def serve() -> None:
     streams = Streams(Library())
+    changes.follow(NODES, streams.cameras_changed)
     loop = asyncio.get_running_loop()
     transport, _ = await loop.create_datagram_endpoint(lambda: Receiver(streams), local_addr=ADDRESS)
     following = loop.create_task(streams.follow())

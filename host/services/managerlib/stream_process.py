@@ -9,33 +9,41 @@ import asyncio
 from collections.abc import Callable
 from pathlib import Path
 
-from managerlib import encoder
+from managerlib import camera, encoder
 from managerlib.library import Stream
 
 DIRECTORY = "/mnt/ext/opt/apps/Velmora2/hls/channel{}"
 SECONDS_TO_END = 5
+REMEMBERED_BYTES = 4096
+
+
+def folder(profile: int) -> Path:
+    return Path(DIRECTORY.format(profile + 1))
 
 
 class StreamProcess:
     def __init__(self, profile: int, stream: Stream) -> None:
         self._stream = stream
-        self._playlist = Path(DIRECTORY.format(profile + 1)) / "playlist.m3u8"
+        self._folder = folder(profile)
         self._last_written: int | None = None
+        self.reads_camera = not camera.is_simulated(stream.node)
+        self.said = b""  # the last of what the process has printed about errors
 
     async def start(self, at_end: Callable[[], None]) -> None:
         """Calls `at_end` once the process has ended, for whatever reason."""
-        self._playlist.parent.mkdir(parents=True, exist_ok=True)
+        self._folder.mkdir(parents=True, exist_ok=True)
         self._remove_files()  # of a stream whose manager was killed
+        arguments = encoder.arguments(self._stream, self._folder, self.reads_camera)
         self._process = await asyncio.create_subprocess_exec(
-            encoder.name(self._stream), *encoder.arguments(self._stream, self._playlist), executable=encoder.PROGRAM
+            encoder.name(self._stream), *arguments, executable=encoder.PROGRAM, stderr=asyncio.subprocess.PIPE
         )
-        self._end = asyncio.get_running_loop().create_task(self._process.wait())
+        self._end = asyncio.get_running_loop().create_task(self._listen())
         self._end.add_done_callback(lambda _: at_end())
 
     @property
     def status(self) -> int | None:
         """Returns the exit status of the process, if it has ended."""
-        return self._process.returncode
+        return self._process.returncode if self._end.done() else None
 
     def has_grown(self) -> bool:
         """Returns whether the playlist was written since the last call."""
@@ -49,21 +57,26 @@ class StreamProcess:
         await self.kill()
 
     async def kill(self) -> None:
-        """Ends the process, even if it does not react any more."""
+        """Ends the process, even if it does not react any more. One that the kernel keeps ends when it lets go of it."""
         if self.status is None:
             self._process.kill()
-            await self._end
+            await asyncio.wait((self._end,), timeout=SECONDS_TO_END)
         self._remove_files()
+
+    async def _listen(self) -> None:
+        assert self._process.stderr is not None
+        while said := await self._process.stderr.read(REMEMBERED_BYTES):
+            self.said = (self.said + said)[-REMEMBERED_BYTES:]
+        await self._process.wait()
 
     def _written(self) -> int | None:
         try:
-            return self._playlist.stat().st_mtime_ns
+            return (self._folder / encoder.PLAYLIST).stat().st_mtime_ns
         except FileNotFoundError:
             return None
 
     def _remove_files(self) -> None:
         """Removes the files of a stream that has ended. The playlist is removed first, because it names the others."""
-        self._playlist.unlink(missing_ok=True)
-        for pattern in ("*.ts", "*.tmp"):
-            for file in self._playlist.parent.glob(pattern):
+        for pattern in (encoder.PLAYLIST, encoder.PICTURE, "*.ts", "*.tmp"):
+            for file in self._folder.glob(pattern):
                 file.unlink(missing_ok=True)

@@ -29,6 +29,10 @@ class Streams:
         self._changed = True
         self._wake.set()
 
+    def cameras_changed(self) -> None:
+        """Lets each stream look whether it is its camera that has come or gone."""
+        self._wake.set()
+
     def end(self) -> None:
         self._ended = True
         self._wake.set()
@@ -52,7 +56,7 @@ class Streams:
     async def _ask_what_is_wanted(self) -> None:
         self._changed = False
         for stream in self._streams:
-            await stream.want(self._library.stream(stream.profile))
+            await stream.want(await self._library.stream(stream.profile))
 
     async def _sleep(self) -> None:
         """Waits until something happens or is due."""

@@ -144,10 +144,11 @@ def test_a_streams_files_are_served_as_long_as_its_link_exists(stream_link: Path
 
 
 @pytest.mark.parametrize(
-    "file", ["notes.txt", ".playlist.m3u8", "../channel1/playlist.m3u8", "%2e%2e/channel1/playlist.m3u8"]
+    "file", ["notes.txt", "failure", ".playlist.m3u8", "../channel1/playlist.m3u8", "%2e%2e/channel1/playlist.m3u8"]
 )
 def test_nothing_but_a_streams_own_files_is_given_out(stream_link: Path, file: str) -> None:
     (STREAM / "notes.txt").write_text("private")
+    (STREAM / "failure").write_text("private")
     (STREAM / ".playlist.m3u8").write_text("private")
     assert request("GET", f"/{stream_link.name}/{file}")[0].status == 404
 
