@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "channel/channel_links.h"
 #include "channel/channel_query.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
@@ -43,7 +44,7 @@ ExitStatus report(const AssignmentOptions &options, const Judgement &before) {
     if (!options.json) print("waits for it now: " + cameraText(other) + "\n");
   }
   if (const std::string lack = streamLackText(camera.row); !lack.empty()) complain("it does not stream: " + lack);
-  return ExitStatus::ok;
+  return linksFollowed(channel, ChannelLinks());
 }
 
 ExitStatus assign(const AssignmentOptions &options) {

@@ -7,6 +7,7 @@
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
+#include "channel/channel_links.h"
 #include "command_line/commands.h"
 #include "events/event_codes.h"
 #include "output/output.h"
@@ -21,13 +22,14 @@ ExitStatus clear(const CameraOptions &options) {
   if (found != ExitStatus::ok) return found;
   Camera camera;
   if (findCameraOf(profile, camera) != ExitStatus::ok) return ExitStatus::failure;
+  const ChannelLinks links = linksOf(camera.channel);
   if (vl_clear_usbchn_profile(profile, nullptr, kEventCleared) != 0) return refusedFor(profile);
   const ExitStatus read_again = readAgain(camera);
   if (read_again != ExitStatus::ok) return read_again;
   if (camera.row.profile == profile) return notStoredFor(camera);
   const Fields members = Fields().add(forPrograms("cleared", profile));
   print(changeOutput("profile " + std::to_string(profile) + " cleared", members, camera, options.json));
-  return ExitStatus::ok;
+  return linksFollowed(camera.channel, links);
 }
 
 }  // namespace

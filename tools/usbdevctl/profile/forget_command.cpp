@@ -5,6 +5,7 @@
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
+#include "channel/channel_links.h"
 #include "channel/hotplug_lock.h"
 #include "command_line/commands.h"
 #include "output/output.h"
@@ -28,10 +29,11 @@ ExitStatus forget(const CameraOptions &options) {
   if (camera.row.state == ChannelState::plugged) {
     return notForgotten(cameraText(camera) + ": it is attached; only a camera that is away can be forgotten");
   }
+  const ChannelLinks links = linksOf(camera.channel);
   std::string wrong;
   if (!releaseChannel(camera, wrong)) return notForgotten(cameraText(camera) + ": " + wrong);
   print(changeOutput("forgotten", {}, camera, options.json));
-  return ExitStatus::ok;
+  return linksFollowed(camera.channel, links);
 }
 
 }  // namespace

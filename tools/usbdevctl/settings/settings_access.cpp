@@ -7,6 +7,7 @@
 #include <usbdev/profiles.h>
 #include <usbdev/web.h>
 
+#include "channel/channel_links.h"
 #include "events/event_codes.h"
 #include "explain/collision_query.h"
 #include "format/format_query.h"
@@ -78,7 +79,7 @@ bool release(const Camera &camera) {
   return released;
 }
 
-bool apply(const Step &step) {
+bool isDone(const Step &step) {
   std::string port = step.camera.row.slot;
   const int profile = step.settings.profile;
   switch (step.kind) {
@@ -100,6 +101,11 @@ bool apply(const Step &step) {
       return vl_set_usbslot_switch(port.c_str(), "disable", nullptr) == 0;
   }
   return false;
+}
+
+bool apply(const Step &step) {
+  const ChannelLinks links = linksOf(step.camera.channel);
+  return isDone(step) && linksFollowed(step.camera.channel, links) == ExitStatus::ok;
 }
 
 }  // namespace

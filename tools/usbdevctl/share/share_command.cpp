@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
+#include <usbdev/core.h>
 #include <usbdev/web.h>
 
 #include <memory>
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
+#include "channel/channel_links.h"
 #include "command_line/commands.h"
 #include "command_line/password.h"
 #include "command_line/shared_arguments.h"
@@ -53,6 +55,17 @@ ExitStatus show(int profile, const ShareOptions &options) {
   return ExitStatus::ok;
 }
 
+int channelOf(int profile) {
+  int channel = -1;
+  trsProfiletoPlugCh(profile, &channel);
+  return channel;
+}
+
+ExitStatus showChanged(int profile, const ChannelLinks &before, const ShareOptions &options) {
+  const ExitStatus shown = show(profile, options);
+  return shown == ExitStatus::ok ? linksFollowed(channelOf(profile), before) : shown;
+}
+
 bool readPasswordInto(ShareLinkInfo &link) {
   const std::optional<std::string> password = readPassword(kLongestSharePassword);
   if (!password) return false;
@@ -65,14 +78,16 @@ ExitStatus on(int profile, const ShareOptions &options) {
   ShareLinkInfo link = linkOf(profile);
   if (vl_get_share_link(&link) != 0) return refusedFor(profile);
   if (options.password && !readPasswordInto(link)) return ExitStatus::usage;
+  const ChannelLinks before = linksOf(channelOf(profile));
   link.shrenable = 1;
-  return vl_set_share_link(&link) == 0 ? show(profile, options) : refusedFor(profile);
+  return vl_set_share_link(&link) == 0 ? showChanged(profile, before, options) : refusedFor(profile);
 }
 
 // The password is removed with the link, so that a user who shares the profile again chooses a new one.
 ExitStatus off(int profile, const ShareOptions &options) {
   ShareLinkInfo before = linkOf(profile);
   if (vl_get_share_link(&before) != 0) return refusedFor(profile);
+  const ChannelLinks links = linksOf(channelOf(profile));
   ShareLinkInfo link = linkOf(profile);
   if (vl_set_share_link(&link) != 0) return refusedFor(profile);
   Camera camera;
@@ -83,12 +98,13 @@ ExitStatus off(int profile, const ShareOptions &options) {
   print(changeOutput(
       before.shrenable != 0 ? "sharing of profile " + number + " ended" : "profile " + number + " was not shared",
       Fields().add(forPrograms("sharing", false)), camera, options.json));
-  return ExitStatus::ok;
+  return linksFollowed(camera.channel, links);
 }
 
 ExitStatus renew(int profile, const ShareOptions &options) {
   ShareLinkInfo link = linkOf(profile);
-  return vl_renew_share_link(&link) == 0 ? show(profile, options) : refusedFor(profile);
+  const ChannelLinks before = linksOf(channelOf(profile));
+  return vl_renew_share_link(&link) == 0 ? showChanged(profile, before, options) : refusedFor(profile);
 }
 
 using Operation = ExitStatus (*)(int profile, const ShareOptions &);
