@@ -72,7 +72,7 @@ class Viewer:
         field.submit()
 
     def wait(self, condition: Callable[[], Result]) -> Result:
-        return WebDriverWait(self._browser, timeout=60, poll_frequency=0.05).until(lambda _: condition())
+        return WebDriverWait(self._browser, timeout=60, poll_frequency=0.25).until(lambda _: condition())
 
 
 @contextmanager
