@@ -65,8 +65,7 @@ class Host:
         self.world = World(ctypes.CDLL("libusbdevlib.so"))
         self.world.take()
         self.runner = Runner(folder)
-        with urlopen(f"{LOGIN}?user=ann&pwd={base64.b64encode(b'secret').decode()}") as page:
-            self._session = re.search(r"<authSid><!\[CDATA\[(.*)]]>", page.read().decode())[1]
+        self._session = ""
         self._links = json.loads(_shown("share", "show", "0"))
         self.common_pieces = self.run(Scenario("usbdevctl --version"), Failure("memory", NEVER, errno.ENOMEM)).counted
 
@@ -77,6 +76,7 @@ class Host:
         return self.runner.run(shlex.split(line), failure, scenario.given, scenario.until)
 
     def usual(self, scenario: Scenario, what: str) -> Usual:
+        self._session = new_session() if " SID " in scenario.line else ""
         outcome = self.run(scenario, Failure(what, NEVER, errno.EIO))
         assert outcome.status == 0, outcome
         return Usual(outcome, self.world.stored())
@@ -89,6 +89,12 @@ class Host:
         numbers = range(first, counted + 1)
         step = times(max(1, len(numbers) // FEW), 1)
         return list(numbers[step // 2 :: step])
+
+
+def new_session() -> str:
+    """Logs in. The session ends when nobody has asked for it for half an hour."""
+    with urlopen(f"{LOGIN}?user=ann&pwd={base64.b64encode(b'secret').decode()}") as page:
+        return re.search(r"<authSid><!\[CDATA\[(.*)]]>", page.read().decode())[1]
 
 
 @contextmanager

@@ -44,6 +44,13 @@ def test_what_cannot_be_read_is_not_shown_as_missing(command: list[str]) -> None
         assert (result.returncode, result.stdout) in [(0, expected), (1, "")], result
 
 
+def test_a_camera_that_cannot_be_asked_is_not_called_one_without_formats(profile: str) -> None:
+    expected = usual("caps", profile, "--json")
+    for number in range(1, 10):
+        result = failing("openat", number, EIO, "caps", profile, "--json")
+        assert (result.returncode, result.stdout) in [(0, expected), (1, "")], result
+
+
 def test_a_live_link_that_cannot_be_read_is_a_failure(profile: str) -> None:
     usual("clear", profile)
     usual("assign", "3-1", profile)

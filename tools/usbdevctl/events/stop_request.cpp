@@ -21,10 +21,9 @@ StopRequest::StopRequest() : before_(), signals_(-1) {
 }
 
 StopRequest::~StopRequest() {
-  // A signal that was waited for has had its effect; left pending it would end the program now.
-  signalfd_siginfo received = {};
-  while (read(signals_, &received, sizeof received) > 0) continue;
-  close(signals_);
+  if (signals_ >= 0) close(signals_);
+  // A signal that was waited for has had its effect; left pending it would end the program now, but is discarded.
+  for (const int stopping : {SIGINT, SIGTERM}) std::signal(stopping, std::signal(stopping, SIG_IGN));
   sigprocmask(SIG_SETMASK, &before_, nullptr);
 }
 

@@ -40,6 +40,9 @@ ExitStatus caps(const CameraOptions &options) {
     }
     return nothingApplies("no device is attached for " + name + " in a port that is switched on");
   }
+  if (!capabilities.audio && capabilities.camera.count < 0) {
+    return refused("the camera of " + name + " could not be asked for its formats");
+  }
   print(options.json ? capabilitiesJson(capabilities).text() : capabilitiesText(capabilities, outputTakesColour()));
   if (capabilities.audio || capabilities.camera.count > 0) return ExitStatus::ok;
   return nothingApplies("the camera of " + name + " offers no format that can be used");
