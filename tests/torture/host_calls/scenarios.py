@@ -110,11 +110,12 @@ MOVING = [
         "usbdevctl plug --type camera --node 0 --slot 3-1.3 --name X --json",
         "usbdevctl sync --json",
         "usbdevctl move 0 ch4 --json",
-        "usbdevctl import /tmp/shared/garden --json",
     )
 ]
 
-GROUPS = {"showing": SHOWING, "changing": CHANGING, "moving": MOVING}
+IMPORTING = [Scenario("usbdevctl import /tmp/shared/garden --json")]
+
+GROUPS = {"showing": SHOWING, "changing": CHANGING, "moving": MOVING, "importing": IMPORTING}
 
 
 @dataclass(frozen=True)
