@@ -77,6 +77,11 @@ def test_its_user_is_made_with_the_groups_that_may_use_cameras_and_sound_cards(n
     assert set(re.findall(rf"^m {user} (\w+)$", made, re.MULTILINE)) == set(settings(name, "SupplementaryGroups")[0].split())
 
 
+@pytest.mark.parametrize("name", NAMES)
+def test_its_devices_are_allowed_by_numbers_which_hold_before_their_drivers_are_loaded(name: str) -> None:
+    assert settings(name, "DeviceAllow") == ["char-81 rw", "char-116 rw"]  # video and sound in the kernel's list of devices
+
+
 def test_both_see_the_same_locks_and_shared_memory_as_a_user_does() -> None:
     assert [key for name in NAMES for key in ("PrivateIPC", "PrivateNetwork") if settings(name, key)] == []
     assert {tuple(settings(name, "BindPaths")) for name in NAMES} == {tuple(settings(NAMES[0], "BindPaths"))}
