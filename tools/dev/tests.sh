@@ -50,7 +50,7 @@ run_all_tests() {
   build release
   build_for_sanitizers >build/sanitizers.log 2>&1 & # at the same time, because the tests mostly wait
   sanitizer_builds=$!
-  run_tests release --label-exclude '^(packages|kernel)$'
+  run_tests release --label-exclude '^(packages|kernel|kernel_short)$'
   echo '== builds for the sanitizers'
   tail --lines=+1 --follow --pid="$sanitizer_builds" build/sanitizers.log
   if wait "$sanitizer_builds"; then

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""Commands in the guest, through a virtual serial port."""
+"""Commands on another machine, through a socket: a guest's virtual serial port, or a sandboxed host's standard input."""
 
 from __future__ import annotations
 
@@ -11,8 +11,9 @@ import json
 import socket
 import threading
 from concurrent.futures import Future
-from pathlib import Path
 from typing import NamedTuple
+
+PATIENCE = 240
 
 
 class Done(NamedTuple):
@@ -26,9 +27,8 @@ class Done(NamedTuple):
 class Channel:
     """Several commands can run at the same time; a thread gives each answer to whoever waits for it."""
 
-    def __init__(self, path: Path) -> None:
-        self._socket = socket.socket(socket.AF_UNIX)
-        self._socket.connect(str(path))
+    def __init__(self, end: socket.socket) -> None:
+        self._socket = end
         self._numbers = itertools.count(1)
         self._waiting: dict[int, Future[Done]] = {0: Future()}
         self.ready = self._waiting[0]
@@ -53,4 +53,26 @@ class Channel:
                 output, errors = base64.b64decode(it["output"]), base64.b64decode(it["errors"]).decode(errors="replace")
                 self._waiting.pop(it["id"]).set_result(Done(it["status"], output, errors))
         for answer in self._waiting.values():
-            answer.set_exception(RuntimeError("the guest has ended"))
+            answer.set_exception(RuntimeError("the machine has ended"))
+
+
+class Machine:
+    """Whatever runs commands at the other end of a channel."""
+
+    _channel: Channel
+
+    def start(self, *command: str) -> Future[Done]:
+        return self._channel.start(*command)
+
+    def run(self, *command: str) -> str:
+        """Returns what a command prints; it has to succeed."""
+        done = self.start(*command).result(timeout=2 * PATIENCE)
+        assert done.status == 0, f"{command}: {done}"
+        return done.output.decode()
+
+    def shell(self, script: str) -> str:
+        return self.run("sh", "-c", script)
+
+    def wait(self, condition: str) -> str:
+        """Waits until a line of shell succeeds, and returns what it prints."""
+        return self.run("timeout", str(PATIENCE), "sh", "-c", f"until {condition}; do sleep 0.1; done")

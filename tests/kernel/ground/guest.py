@@ -5,24 +5,24 @@
 
 from __future__ import annotations
 
+import socket
 import subprocess
 import tempfile
-from concurrent.futures import Future
 from pathlib import Path
 
-from ground.channel import Channel, Done
+from ground.channel import Channel, Machine
 from ground.qmp import Monitor
 from ground.root import GuestRoot
 
 BOOT_PATIENCE = 900
-PATIENCE = 60
-# The controllers, each with its place, so that its buses can be found. The last is an EHCI controller whose companions
-# take the slower devices.
+# The controllers, each with its place, so that its buses can be found. The pair is an EHCI controller with companions, of
+# which the first takes the slower devices in its ports 1 and 2.
 CONTROLLERS = {
     "xhci": "0000:00:10.0",
     "ehci": "0000:00:11.0",
     "uhci": "0000:00:12.0",
     "pair": "0000:00:13.7",
+    "companion": "0000:00:13.0",
 }
 USB = """
   -device qemu-xhci,id=xhci,addr=10,p2=8,p3=8 -device usb-ehci,id=ehci,addr=11 -device piix3-usb-uhci,id=uhci,addr=12
@@ -35,19 +35,35 @@ KERNEL_OPTIONS = ("console=ttyS0 quiet panic=-1 mitigations=off audit=0 systemd.
                   "modprobe.blacklist=kvm_amd,powernow_k8,psmouse")
 
 
-class Guest:
-    def __init__(self, root: GuestRoot) -> None:
+def shared(name: str, folder: Path, readonly: str) -> list[str]:
+    """Returns the options that show the guest a folder of this machine."""
+    return ["-fsdev", f"local,id={name},path={folder},security_model=none,readonly={readonly},multidevs=remap",
+            "-device", f"virtio-9p-pci,fsdev={name},mount_tag={name}"]  # fmt: skip
+
+
+class Guest(Machine):
+    """`state` is a folder for what the packages store, which outlives the guest."""
+
+    def __init__(self, root: GuestRoot, state: Path | None = None) -> None:
         self._folder = tempfile.TemporaryDirectory(prefix="guest-")
         self.folder = Path(self._folder.name)
-        self._emulator = subprocess.Popen(self._command(root), stdin=subprocess.DEVNULL)
+        self._emulator = subprocess.Popen(self._command(root, state), stdin=subprocess.DEVNULL)
+        self.monitor = Monitor(self._socket("monitor"))
+
+    def boot(self) -> None:
+        """What is plugged in before is there when the kernel starts."""
         try:
-            self.monitor = Monitor(self._socket("monitor"))
-            self._channel = Channel(self._socket("channel"))
+            self._channel = Channel(self._connected("channel"))
             self._channel.ready.result(timeout=BOOT_PATIENCE)
             self._speeds = self._speeds_of_buses()
         except BaseException as problem:
             self.stop()
             raise RuntimeError(self.console()) from problem
+
+    def shut_down(self) -> None:
+        """Lets the guest end in order."""
+        self.start("systemctl", "poweroff")
+        self._emulator.wait(timeout=BOOT_PATIENCE)
 
     def stop(self) -> None:
         self._emulator.terminate()
@@ -62,24 +78,8 @@ class Guest:
         place = CONTROLLERS[controller]
         return next(bus for at, bus, speed in self._speeds if at == place and (int(speed) >= 5000) == fast)
 
-    def start(self, *command: str) -> Future[Done]:
-        return self._channel.start(*command)
-
-    def run(self, *command: str) -> str:
-        """Returns what a command prints; it has to succeed."""
-        done = self.start(*command).result(timeout=2 * PATIENCE)
-        assert done.status == 0, f"{command}: {done}"
-        return done.output.decode()
-
-    def shell(self, script: str) -> str:
-        return self.run("sh", "-c", script)
-
-    def wait(self, condition: str) -> str:
-        """Waits until a line of shell succeeds, and returns what it prints."""
-        return self.shell(f"timeout {PATIENCE} busybox sh -c 'until {condition}; do sleep 0.1; done'")
-
     # With the vector instructions of newer processors, which this emulator gets wrong, udev does not start.
-    def _command(self, root: GuestRoot) -> list[str | Path]:
+    def _command(self, root: GuestRoot, state: Path | None) -> list[str | Path]:
         ends = [word for name in ("monitor", "channel") for word in (
             "-chardev", f"socket,id={name},path={self.folder / name},server=on,wait=off")]
         return [
@@ -87,9 +87,13 @@ class Guest:
             "-nodefaults", "-display", "none", "-no-reboot", "-kernel", root.kernel, "-initrd", root.first_root,
             "-append", KERNEL_OPTIONS, "-serial", f"file:{self.folder / 'console'}", *ends, "-mon", "monitor,mode=control",
             "-device", "virtio-serial", "-device", "virtserialport,chardev=channel,name=agent",
-            "-fsdev", f"local,id=root,path={root.folder},security_model=none,readonly=on,multidevs=remap",
-            "-device", "virtio-9p-pci,fsdev=root,mount_tag=root", *USB,
+            *shared("root", root.folder, "on"), *(shared("state", state, "off") if state else ()), *USB,
         ]  # fmt: skip
+
+    def _connected(self, name: str) -> socket.socket:
+        end = socket.socket(socket.AF_UNIX)
+        end.connect(str(self._socket(name)))
+        return end
 
     def _socket(self, name: str) -> Path:
         path = self.folder / name

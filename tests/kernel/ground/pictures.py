@@ -31,8 +31,8 @@ class Streaming:
 
     def pictures(self) -> list[tuple[int, int]]:
         """Returns number and tag of each, when the program has ended; a picture that is damaged fails the test."""
-        self.ended.result(timeout=120)
-        data = self._guest.start("cat", self._file).result(timeout=60).output
+        self.ended.result(timeout=240)
+        data = self._guest.start("cat", self._file).result(timeout=240).output
         width, height = self._size
         step = BYTES[self._fourcc]
         luma = decoded(data) if self._fourcc == "MJPG" else data

@@ -9,8 +9,8 @@ import itertools
 import json
 import subprocess
 from pathlib import Path
-from typing import NamedTuple
 
+from ground.ground import Port
 from ground.guest import Guest
 from usbcamera.description import described
 
@@ -18,11 +18,8 @@ CAMERA_PROGRAM = Path(__file__).resolve().parent.parent / "usb-camera"
 numbers = itertools.count(1)
 
 
-class Port(NamedTuple):
-    """A controller of the guest with a port of it; "3.1" is the first port of a hub in port 3."""
-
-    controller: str
-    number: str
+# The ports of companions are those of their controller.
+EMULATED = {"companion": "pair"}
 
 
 class Plugged:
@@ -32,8 +29,6 @@ class Plugged:
         self.guest, self.port = guest, port
         lines = [f"{key} = {json.dumps(value, ensure_ascii=False)}" for key, value in changes.items()]
         self.camera = described(camera, lines)
-        bus = guest.bus(port.controller, fast=self.camera.speed == 5000)
-        self.slot = f"{bus}-{port.number}"
         self.name = f"camera{next(numbers)}"
         self._path = guest.folder / self.name
         command: list[str | Path] = [CAMERA_PROGRAM, "--socket", self._path, "--camera", camera, *options]
@@ -42,18 +37,24 @@ class Plugged:
         assert self._program.stdout is not None and self._program.stdout.readline() == "ready\n"
         self._put_in()
 
+    @property
+    def slot(self) -> str:
+        return f"{self.guest.bus(self.port.controller, fast=self.camera.speed == 5000)}-{self.port.number}"
+
     def unplug(self) -> None:
         """The emulator also ends its end of the socket, and removes the device's name."""
         if self._program.poll() is None:
             self.guest.monitor.remove_device(self.name)
-            self._program.terminate()
-            self._program.communicate()
+            self.end()
+
+    def end(self) -> None:
+        self._program.terminate()
+        self._program.communicate()
 
     def move(self, port: Port) -> Plugged:
         """Unplugs the camera, and plugs it in elsewhere when the kernel has noticed that."""
         self.guest.monitor.remove_device(self.name)
         self.wait_until_gone()
-        self.slot = f"{self.guest.bus(port.controller, fast=self.camera.speed == 5000)}-{port.number}"
         self.port = port
         self._put_in()
         return self
@@ -76,7 +77,7 @@ class Plugged:
         self.guest.monitor.run("chardev-add", id=self.name, backend={"type": "socket", "data": {
             "addr": {"type": "unix", "data": {"path": str(self._path)}}, "server": False}})  # fmt: skip
         self.guest.monitor.run("device_add", driver="usb-redir", id=self.name, chardev=self.name,
-                               bus=f"{self.port.controller}.0", port=self.port.number)
+                               bus=f"{EMULATED.get(self.port.controller, self.port.controller)}.0", port=self.port.number)
 
 
 class Hub:
@@ -85,7 +86,8 @@ class Hub:
     def __init__(self, guest: Guest, port: Port) -> None:
         self._guest = guest
         self._name = f"hub{next(numbers)}"
-        guest.monitor.run("device_add", driver="usb-hub", id=self._name, bus=f"{port.controller}.0", port=port.number)
+        bus = f"{EMULATED.get(port.controller, port.controller)}.0"
+        guest.monitor.run("device_add", driver="usb-hub", id=self._name, bus=bus, port=port.number)
         guest.wait(f"test -e /sys/bus/usb/devices/{guest.bus(port.controller)}-{port.number}/maxchild")
 
     def unplug(self) -> None:

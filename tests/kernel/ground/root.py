@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import hashlib
 import shutil
 import subprocess
 import sys
@@ -13,9 +14,10 @@ from pathlib import Path
 KERNEL = Path(__file__).resolve().parent.parent
 REPOSITORY = KERNEL.parents[1]
 sys.path.insert(0, str(REPOSITORY / "tests/packaging"))
-from fresh_root import FreshRoot  # noqa: E402
+from fresh_root import FreshRoot, run  # noqa: E402
 
 CONTENT = "systemd-sysv,udev,dbus,kmod,linux-image-amd64,busybox-static,v4l-utils,alsa-utils,ffmpeg,procps,iproute2,python3"
+PACKAGES = ("libusbdevlib1", "usbdevctl", "usbdev-host")
 # What Debian starts and nobody needs here; each costs up to a second in the emulator.
 UNUSED = """
   apt-daily.timer apt-daily-upgrade.timer dpkg-db-backup.timer e2scrub_all.timer e2scrub_reap.service fstrim.timer
@@ -28,21 +30,38 @@ UNUSED = """
 """.split()
 
 
-class GuestRoot:
-    """Kept in a folder; made anew when its packages are others."""
+# What is in no package; whatever else changes, the packages are built anew.
+NOT_PACKAGED = {".ci", "bench", "fuzz", "tests"}
 
-    def __init__(self, folder: Path) -> None:
+
+def packages() -> list[Path]:
+    """Builds the packages of the last commit, unless they are there."""
+    folder = REPOSITORY / "build/packages" / run("dpkg", "--print-architecture").strip()
+    entries = run("git", "-C", REPOSITORY, "ls-tree", "HEAD").splitlines()
+    wanted = "\n".join(entry for entry in entries if entry.partition("\t")[2] not in NOT_PACKAGED)
+    made_of = REPOSITORY / "build/kernel/packages-made-of"
+    if not made_of.exists() or made_of.read_text() != wanted:
+        run(REPOSITORY / "dev", "--yes", "package")
+        made_of.parent.mkdir(parents=True, exist_ok=True)
+        made_of.write_text(wanted)
+    return [next(folder.glob(f"{name}_*.deb")) for name in PACKAGES]
+
+
+class GuestRoot:
+    """Kept in a folder; made anew when it would be made of something else."""
+
+    def __init__(self, packages: list[Path], folder: Path = REPOSITORY / "build/kernel") -> None:
         self.folder = folder / "root"
         self.first_root = folder / "first-root.cpio"
         made_of = folder / "made-of"
-        wanted = CONTENT
+        wanted = "\n".join([CONTENT, *(hashlib.sha256(package.read_bytes()).hexdigest() for package in packages)])
         if made_of.exists() and made_of.read_text() == wanted:
             self._add_own_files()
             return
         made_of.unlink(missing_ok=True)
         shutil.rmtree(self.folder, ignore_errors=True)
         self.folder.mkdir(parents=True)
-        self._install(folder)
+        self._install(folder, packages)
         self._add_own_files()
         made_of.write_text(wanted)
 
@@ -50,14 +69,16 @@ class GuestRoot:
     def kernel(self) -> Path:
         return next((self.folder / "boot").glob("vmlinuz-*"))
 
-    def _install(self, folder: Path) -> None:
-        FreshRoot(self.folder, folder / "debian.tar", folder / "archives", CONTENT)
+    def _install(self, folder: Path, packages: list[Path]) -> None:
+        root = FreshRoot(self.folder, folder / "debian.tar", folder / "archives", CONTENT)
+        for package in packages:
+            shutil.copy(package, self.folder / "root")
+        root.apt("install", *(f"./{package.name}" for package in packages))
         (self.folder / "etc/machine-id").write_text("1" * 32 + "\n")  # without one, all units are set up first
         units = self.folder / "etc/systemd/system"
         for unit in UNUSED:
             (units / unit).symlink_to("/dev/null")
-        (units / "default.target").symlink_to("/lib/systemd/system/basic.target")
-        (units / "basic.target.wants").mkdir()
+        (units / "basic.target.wants").mkdir(exist_ok=True)
         (units / "basic.target.wants/agent.service").symlink_to("../agent.service")
 
     def _add_own_files(self) -> None:

@@ -12,17 +12,21 @@ from pathlib import Path
 import pytest
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
+from ground.ground import Port  # noqa: E402
 from ground.guest import Guest  # noqa: E402
-from ground.plugging import Hub, Plugged, Port  # noqa: E402
-from ground.root import REPOSITORY, GuestRoot  # noqa: E402
-
+from ground.plugging import Hub, Plugged  # noqa: E402
+from ground.root import GuestRoot, packages  # noqa: E402
 
 
 @pytest.fixture(scope="session")
-def guest() -> Iterator[Guest]:
-    folder = REPOSITORY / "build/kernel"
-    folder.mkdir(parents=True, exist_ok=True)
-    machine = Guest(GuestRoot(folder))
+def root() -> GuestRoot:
+    return GuestRoot(packages())
+
+
+@pytest.fixture(scope="session")
+def guest(root: GuestRoot) -> Iterator[Guest]:
+    machine = Guest(root)
+    machine.boot()
     yield machine
     machine.stop()
 

@@ -10,7 +10,8 @@ from collections.abc import Callable
 
 import pytest
 from ground.guest import Guest
-from ground.plugging import Plugged, Port
+from ground.ground import Port
+from ground.plugging import Plugged
 from ground.root import REPOSITORY
 from usbcamera.description import METADATA
 from usbcamera.formats import read_formats

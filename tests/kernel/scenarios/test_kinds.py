@@ -11,7 +11,8 @@ from collections.abc import Callable
 import pytest
 from ground.guest import Guest
 from ground.pictures import Streaming
-from ground.plugging import Plugged, Port
+from ground.ground import Port
+from ground.plugging import Plugged
 
 Plug = Callable[..., Plugged]
 PORT = Port("xhci", "1")
@@ -29,7 +30,7 @@ def test_a_camera_whose_microphone_comes_first_is_heard_and_seen(guest: Guest, p
     assert len(Streaming(guest, node, "MJPG", (int(width), int(height)), count=2).pictures()) == 2
     card = guest.wait(f"ls /sys/bus/usb/devices/{camera.slot}:1.0/sound").strip().removeprefix("card")
     sound = guest.start("arecord", "-q", "-D", f"plughw:{card}", "-f", "S16_LE", "-r", "16000", "-s", "8000", "-t", "raw")
-    recorded = sound.result(timeout=60)
+    recorded = sound.result(timeout=240)
     samples = struct.unpack(f"<{len(recorded.output) // 2}h", recorded.output)
     assert {8000, -8000} <= set(samples), recorded.errors
 

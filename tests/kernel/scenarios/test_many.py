@@ -11,7 +11,8 @@ from collections.abc import Callable
 
 from ground.guest import Guest
 from ground.pictures import Streaming
-from ground.plugging import Plugged, Port
+from ground.ground import Port
+from ground.plugging import Plugged
 
 Plug = Callable[..., Plugged]
 PORTS = [Port("xhci", "1"), Port("xhci", "2"), Port("xhci", "3"), Port("ehci", "1"), Port("ehci", "2"), Port("pair", "1")]

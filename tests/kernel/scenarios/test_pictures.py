@@ -10,7 +10,8 @@ from collections.abc import Callable
 import pytest
 from ground.guest import Guest
 from ground.pictures import Streaming
-from ground.plugging import Plugged, Port
+from ground.ground import Port
+from ground.plugging import Plugged
 
 Plug = Callable[..., Plugged]
 TAG = 0xC5

@@ -1,0 +1,156 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The two grounds: the sandbox with simulated cameras, and the guest with the installed packages on a real kernel."""
+
+from __future__ import annotations
+
+from collections.abc import Mapping
+
+from ground.ground import Ground, Port
+from ground.guest import CONTROLLERS, Guest
+from ground.plugging import Hub, Plugged
+from ground.sandbox import REPOSITORY, Sandbox
+
+# The buses of the simulated machines, by their topologies.
+BUSES = {
+    "three-controllers": {"1": "xhci", "2": "xhci"},
+    "ehci-uhci": {"1": "pair", "3": "companion"},
+    "platform": {"7": "platform", "8": "platform"},
+}
+DRIVER = "/sys/bus/usb/drivers/uvcvideo"
+TOOL = "/usr/bin/v4l2-ctl"
+SIMULATED_TOOL = REPOSITORY / "host/sim/bin/v4l2-ctl-front"
+STATE = "/var/lib/usbdev/config"
+
+
+def _is_on(port: Port, hub: Port) -> bool:
+    return port.controller == hub.controller and port.number.startswith(f"{hub.number}.")
+
+
+class SimulatedGround(Ground):
+    """A host of its own for each scenario."""
+
+    def __init__(self, topology: str = "three-controllers") -> None:
+        self._buses = BUSES[topology]
+        self.machine: Sandbox = Sandbox(topology)
+
+    def end(self) -> None:
+        self.machine.stop()
+
+    def plug(self, camera: str, port: Port) -> None:
+        self.machine.change("plug", camera, self.slot(port))
+
+    def unplug(self, port: Port) -> None:
+        self.machine.change("unplug", self.slot(port))
+
+    def rebind(self, port: Port) -> None:
+        status = self.machine.run("sim", "status").splitlines()
+        camera = next(line.split()[1] for line in status if line.split()[0] == self.slot(port))
+        self.unplug(port)
+        self.machine.wait(f"! usbdevctl channels | grep -q ' plugged *{self.slot(port)} '")
+        self.plug(camera, port)
+
+    def stop_manager(self) -> None:
+        self.machine.stop_manager()
+
+    def start_manager(self) -> None:
+        self.machine.start_manager()
+
+    def replace_tool(self, text: str) -> None:
+        """The front ends a tool after ten seconds, but not the simulator, whose answers are files."""
+        tool = "/usr/bin/v4l2-ctl"
+        self.machine.shell(f"cat >/tmp/held <<'END'\n{text.format(tool=SIMULATED_TOOL)}END\nchmod +x /tmp/held; rm {tool}; "
+                           f"printf '#!/bin/sh\\nexec timeout 10 /tmp/held \"$@\"\\n' >{tool}; chmod +x {tool}")  # fmt: skip
+
+    def notifications(self) -> list[str]:
+        return self.machine.shell("grep ^event /var/log/vl/manager-service.log || true").splitlines()
+
+    def controllers(self) -> Mapping[str, str]:
+        return self._buses
+
+
+class RealGround(Ground):
+    """A guest."""
+
+    locks = "/run/usbdev"  # which the services see at /run/lock
+    _tool_is_replaced = False
+
+    def __init__(self, guest: Guest) -> None:
+        self.machine: Guest = guest
+        self._cameras: dict[Port, Plugged] = {}
+        self._hubs: dict[Port, Hub] = {}
+        self._before = 0
+
+    def reset(self) -> RealGround:
+        """Begins with the state of a new installation, in a guest that other scenarios have used."""
+        self.machine.wait("systemctl is-active --quiet usbdev-devices usbdev-streams")
+        self.shows({})
+        template = "/usr/share/usbdev-host/sandbox/hosts/common/etc/config/usbdev.conf"
+        self.machine.shell(f"for it in usbdev vl_pfstate; do cat {template} >{STATE}/$it.conf; done; "
+                           "rm -f /var/lib/usbdev/log/event.db; systemd-tmpfiles --create usbdev-host.conf")  # fmt: skip
+        self._before = 0
+        self._before = len(self.notifications())
+        return self
+
+    def abandon(self) -> None:
+        """Ends the guest and its cameras."""
+        self.machine.stop()
+        for camera in self._cameras.values():
+            camera.end()
+
+    def end(self) -> None:
+        """Leaves nothing plugged in."""
+        for port in [*self._hubs, *self._cameras]:
+            if port in self._hubs or port in self._cameras:
+                self.unplug(port)
+        if self._tool_is_replaced:
+            self.stop_manager()
+            self.machine.run("mv", f"{TOOL}.machine", TOOL)
+        self.start_manager()
+
+    def plug(self, camera: str, port: Port, *options: str) -> None:
+        """A hub of the emulator is for slow devices."""
+        place, _, on_hub = port.number.partition(".")
+        hub = Port(port.controller, place)
+        if on_hub and hub not in self._hubs:
+            self._hubs[hub] = Hub(self.machine, hub)
+        slow = on_hub or port.controller in ("uhci", "companion")
+        self._cameras[port] = Plugged(self.machine, camera, port, *options, **({"speed": 12} if slow else {}))
+
+    def unplug(self, port: Port) -> None:
+        if port in self._hubs:
+            self._hubs.pop(port).unplug()
+        gone = [it for it in self._cameras if it == port or _is_on(it, port)]
+        cameras = [self._cameras.pop(it) for it in gone]
+        for camera in cameras:
+            camera.unplug()
+        for camera in cameras:
+            camera.wait_until_gone()
+
+    def pull(self, port: Port) -> None:
+        self._cameras.pop(port).unplug()
+
+    def rebind(self, port: Port) -> None:
+        interface = f"{self.slot(port)}:1.0"
+        self.machine.shell(f"echo {interface} >{DRIVER}/unbind")
+        self.machine.wait(f"! usbdevctl channels | grep -q ' plugged *{self.slot(port)} '")
+        self.machine.shell(f"echo {interface} >{DRIVER}/bind")
+
+    def stop_manager(self) -> None:
+        self.machine.run("systemctl", "stop", "usbdev-devices")
+
+    def start_manager(self) -> None:
+        self.machine.run("systemctl", "start", "usbdev-devices")
+
+    def replace_tool(self, text: str) -> None:
+        self._tool_is_replaced = True
+        self.machine.shell(f"mv {TOOL} {TOOL}.machine; cat >{TOOL} <<'END'\n{text.format(tool=TOOL + '.machine')}END\n"
+                           f"chmod +x {TOOL}")  # fmt: skip
+
+    def notifications(self) -> list[str]:
+        printed = self.machine.shell("journalctl --unit=usbdev-streams --output=cat | grep ^event || true")
+        return printed.splitlines()[self._before :]
+
+    def controllers(self) -> Mapping[str, str]:
+        return {self.machine.bus(name): name for name in CONTROLLERS}
