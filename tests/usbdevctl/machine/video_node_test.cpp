@@ -19,6 +19,8 @@ using usbdevctl::KernelFiles;
 
 class AVideoNode : public testing::Test {
  protected:
+  AVideoNode() { machine_.makeFolder("/proc/1/fd"); }
+
   void run(int process, const std::string &name, const std::string &command) {
     const std::string folder = "/proc/" + std::to_string(process);
     machine_.write(folder + "/comm", name + "\n");
@@ -69,6 +71,12 @@ TEST_F(AVideoNode, MayHaveHoldersThatOnlyRootSees) {
   chmod((machine_.root() + "/proc/47/fd").c_str(), 0700);
   EXPECT_THAT(holders.programs, IsEmpty());
   EXPECT_FALSE(holders.all_seen);
+}
+
+TEST_F(AVideoNode, MayHaveHoldersWhoseProcessesAreNotShown) {
+  EXPECT_TRUE(holdersOf(files_, "/dev/video1").all_seen);
+  std::filesystem::remove_all(machine_.root() + "/proc/1");
+  EXPECT_FALSE(holdersOf(files_, "/dev/video1").all_seen);
 }
 
 TEST_F(AVideoNode, IsAskedOnlyIfItIsADevice) {

@@ -93,6 +93,7 @@ NodeState askNode(const std::string &path, bool may_be_busy) {
 
 NodeHolders holdersOf(const KernelFiles &files, const std::string &node) {
   NodeHolders holders;
+  holders.all_seen = files.exists("/proc/1");  // a service may see no processes of other users
   for (const std::string &name : files.names("/proc")) {
     if (!isNumber(name) || name == std::to_string(getpid())) continue;
     const std::string process = "/proc/" + name;
