@@ -37,14 +37,25 @@ def _system_error(line: str) -> str | None:
     return max((error for error in SYSTEM_ERRORS if error in line), key=len, default=None)
 
 
-def write(folder: Path, line: str) -> None:
-    """Replaces the file as a whole. The stream does not depend on it, so it may fail."""
+def write(folder: Path, line: str) -> bool:
+    """Replaces the file as a whole; returns whether the failure is a new one. The stream does not depend on it, so it may fail."""
     new = folder / f".{FILE}"
+    text = f"{_system_error(line) or line}\n"
     with suppress(OSError):
         new.unlink(missing_ok=True)
         with open(os.open(new, os.O_WRONLY | os.O_CREAT | os.O_EXCL, MODE), "w", encoding="utf-8") as file:
-            file.write(f"{_system_error(line) or line}\n")
+            file.write(text)
+        is_new = _content(folder) != text
         new.rename(folder / FILE)
+        return is_new
+    return False
+
+
+def _content(folder: Path) -> str | None:
+    try:
+        return (folder / FILE).read_text(encoding="utf-8", errors="replace")
+    except OSError:
+        return None
 
 
 def remove(folder: Path) -> None:

@@ -5,13 +5,14 @@
 
 from __future__ import annotations
 
+import asyncio
 import math
 import time
 from collections.abc import Callable
 
 from servicelib.lifecycle import say
 
-from managerlib import camera, encoder, failure
+from managerlib import camera, encoder, failure, reasons
 from managerlib.library import Library, Stream
 from managerlib.pauses import Pauses
 from managerlib.stream_process import StreamProcess, folder
@@ -34,6 +35,7 @@ class KeptStream:
         self._wake = wake
         self._wanted: Stream | None = None
         self._process: StreamProcess | None = None
+        self._logging: asyncio.Task[None] | None = None  # of why it fails
 
     async def want(self, stream: Stream | None) -> None:
         """Sets what has to be streamed. If that is unchanged, the stream, or the pause before its start, continues."""
@@ -62,6 +64,7 @@ class KeptStream:
 
     async def stop(self) -> None:
         failure.remove(folder(self.profile))
+        self._end_logging()
         if self._process is not None:
             await self._process.stop()
             await self._tell_stopped()
@@ -114,15 +117,22 @@ class KeptStream:
         if self._process:
             await self._process.kill()
             await self._tell_stopped()
-        failure.write(folder(self.profile), cause or reason)
+        is_new = failure.write(folder(self.profile), cause or reason)
         now = time.monotonic()
         if self._wanted and camera.identity(self._wanted.node) != self._camera:
             self.due = now
             say(f"{reason}; the next start is when its camera is back")
             return
+        if is_new:
+            self._end_logging()
+            self._logging = asyncio.create_task(reasons.log(self.profile))
         pause = self._pauses.after(now - self._started)
         self.due = now + pause
         say(f"{reason}; the next start is in {pause} s")
+
+    def _end_logging(self) -> None:
+        if self._logging is not None:
+            self._logging.cancel()
 
     async def _tell_stopped(self) -> None:
         self._process = None

@@ -1,0 +1,30 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The event log, in which a stream that begins to fail has the reason and the cure."""
+
+from __future__ import annotations
+
+import asyncio
+import subprocess
+
+from servicelib.lifecycle import say
+
+# It has the words, and shows the same ones to users.
+PROGRAM = "/usr/bin/usbdevctl"
+SECONDS = 60
+
+
+async def log(profile: int) -> None:
+    """Lets usbdevctl find out and log why the profile's stream fails. The stream does not depend on it, so it may fail."""
+    try:
+        process = await asyncio.create_subprocess_exec(
+            PROGRAM, "explain", f"pf{profile}", "--log", stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+    except OSError as problem:
+        say(f"the failure of profile {profile} was not logged: {problem}")
+        return
+    try:
+        await asyncio.wait_for(process.wait(), SECONDS)
+    except (asyncio.TimeoutError, asyncio.CancelledError):
+        process.kill()
+        await process.wait()
