@@ -155,6 +155,12 @@ UNSEEN = [
         ("output",),
         "the library that reads command lines leaves out what it cannot hold",
     ),
+    Unseen(
+        "usbdevctl session.*",
+        "socket|connect|memory",
+        ("status 3",),
+        "the library returns the same for a session that is not open and for a service that cannot be asked",
+    ),
     Unseen("usbdevctl sync.*", ".*", ("output",), "a start-up shows the channels as they are, stored or not"),
     Unseen("usbdevctl report.*", ".*", ("output",), "a report shows what can be read of a host that is not well"),
     Unseen(
