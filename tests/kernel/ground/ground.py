@@ -48,6 +48,7 @@ class Record:
 class Ground(ABC):
     machine: Machine
     locks = "/run/lock"
+    _before = 0  # notifications that came before the scenario
 
     @abstractmethod
     def plug(self, camera: str, port: Port) -> None:
@@ -76,7 +77,8 @@ class Ground(ABC):
         """Puts a shell script in the place of v4l2-ctl, whose path the script gets; the device manager is not running."""
 
     @abstractmethod
-    def notifications(self) -> list[str]: ...
+    def received(self) -> list[str]:
+        """Returns the lines of all notifications that the manager has printed."""
 
     @abstractmethod
     def controllers(self) -> Mapping[str, str]:
@@ -117,6 +119,9 @@ class Ground(ABC):
         if done.status == NOTHING_LOGGED:
             return []
         return [f"{it['level']}: {it['text']}" for it in json.loads(done.output)["events"]]
+
+    def notifications(self) -> list[str]:
+        return self.received()[self._before :]
 
     def shows(self, cameras: Mapping[Port, int]) -> None:
         """Waits until exactly these ports have cameras, each on its channel."""

@@ -34,6 +34,8 @@ class SimulatedGround(Ground):
     def __init__(self, topology: str = "three-controllers") -> None:
         self._buses = BUSES[topology]
         self.machine: Sandbox = Sandbox(topology)
+        self.machine.wait("grep -q ^event /var/log/vl/manager-service.log")  # about the synchronisation
+        self._before = len(self.received())
 
     def end(self) -> None:
         self.machine.stop()
@@ -63,7 +65,7 @@ class SimulatedGround(Ground):
         self.machine.shell(f"cat >/tmp/held <<'END'\n{text.format(tool=SIMULATED_TOOL)}END\nchmod +x /tmp/held; rm {tool}; "
                            f"printf '#!/bin/sh\\nexec timeout 10 /tmp/held \"$@\"\\n' >{tool}; chmod +x {tool}")  # fmt: skip
 
-    def notifications(self) -> list[str]:
+    def received(self) -> list[str]:
         return self.machine.shell("grep ^event /var/log/vl/manager-service.log || true").splitlines()
 
     def controllers(self) -> Mapping[str, str]:
@@ -80,7 +82,6 @@ class RealGround(Ground):
         self.machine: Guest = guest
         self._cameras: dict[Port, Plugged] = {}
         self._hubs: dict[Port, Hub] = {}
-        self._before = 0
 
     def reset(self) -> RealGround:
         """Begins with the state of a new installation, in a guest that other scenarios have used."""
@@ -89,8 +90,7 @@ class RealGround(Ground):
         template = "/usr/share/usbdev-host/sandbox/hosts/common/etc/config/usbdev.conf"
         self.machine.shell(f"for it in usbdev vl_pfstate; do cat {template} >{STATE}/$it.conf; done; "
                            "rm -f /var/lib/usbdev/log/event.db; systemd-tmpfiles --create usbdev-host.conf")  # fmt: skip
-        self._before = 0
-        self._before = len(self.notifications())
+        self._before = len(self.received())
         return self
 
     def abandon(self) -> None:
@@ -148,9 +148,8 @@ class RealGround(Ground):
         self.machine.shell(f"mv {TOOL} {TOOL}.machine; cat >{TOOL} <<'END'\n{text.format(tool=TOOL + '.machine')}END\n"
                            f"chmod +x {TOOL}")  # fmt: skip
 
-    def notifications(self) -> list[str]:
-        printed = self.machine.shell("journalctl --unit=usbdev-streams --output=cat | grep ^event || true")
-        return printed.splitlines()[self._before :]
+    def received(self) -> list[str]:
+        return self.machine.shell("journalctl --unit=usbdev-streams --output=cat | grep ^event || true").splitlines()
 
     def controllers(self) -> Mapping[str, str]:
         return {self.machine.bus(name): name for name in CONTROLLERS}
