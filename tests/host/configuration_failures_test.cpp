@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -174,14 +175,27 @@ TEST(ALink, IsNotReplacedWhenItCannotBeRead) {
   EXPECT_TRUE(std::filesystem::is_symlink(ConfigurationChange::kFile));
 }
 
+// Only root can give the file a group that its folder does not give to new files.
 TEST(AGroupThatCannotBeKept, LosesItsPermissions) {
   ConfigurationChange change(kBefore);
+  const bool has_other_group = chown(ConfigurationChange::kFile.c_str(), geteuid(), 5678) == 0;
   std::filesystem::permissions(ConfigurationChange::kFile, std::filesystem::perms(0777));
   failing::fail("fchown", failing::kEvery, EPERM);
   change.run();
   EXPECT_TRUE(failing::stop());
   EXPECT_TRUE(change.stored());
-  EXPECT_EQ(change.permissions(), 0700U);
+  EXPECT_EQ(change.permissions(), has_other_group ? 0700U : 0770U);
+}
+
+// A service may have lost the right to change owners.
+TEST(AGroupThatTheFolderGives, KeepsItsPermissions) {
+  ConfigurationChange change(kBefore);
+  std::filesystem::permissions(ConfigurationChange::kFile, std::filesystem::perms(0660));
+  failing::fail("fchown", failing::kEvery, EPERM);
+  change.run();
+  EXPECT_TRUE(failing::stop());
+  EXPECT_TRUE(change.stored());
+  EXPECT_EQ(change.permissions(), 0660U);
 }
 
 TEST(AnOwnerThatCannotBeKept, LeavesTheGroupItsPermissions) {

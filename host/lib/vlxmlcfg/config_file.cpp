@@ -90,10 +90,11 @@ bool writeAll(const Descriptor &file, const std::string &content) {
   return true;
 }
 
-/// In a user namespace that lacks the group no file can be given to it, but a folder can give it to its new files.
-bool hasForeignGroup(const Descriptor &file, gid_t group) {
+/// Neither in a user namespace that lacks the group nor by a service that may not change owners can a file be given to
+/// it, but a folder can give it to its new files.
+bool hasGroup(const Descriptor &file, gid_t group) {
   struct stat status {};
-  return errno == EINVAL && fstat(file.get(), &status) == 0 && status.st_gid == group;
+  return fstat(file.get(), &status) == 0 && status.st_gid == group;
 }
 
 /// Keeps owner, group and their permissions; nobody else may read the file. A writer who cannot change the owner owns
@@ -101,7 +102,7 @@ bool hasForeignGroup(const Descriptor &file, gid_t group) {
 bool giveAccess(const Descriptor &file, const struct stat &like) {
   constexpr auto kSameOwner = static_cast<uid_t>(-1);
   bool in_group = fchown(file.get(), like.st_uid, like.st_gid) == 0 ||
-                  fchown(file.get(), kSameOwner, like.st_gid) == 0 || hasForeignGroup(file, like.st_gid);
+                  fchown(file.get(), kSameOwner, like.st_gid) == 0 || hasGroup(file, like.st_gid);
   return fchmod(file.get(), like.st_mode & (in_group ? kOwnersAndGroups : kOwners)) == 0;
 }
 
