@@ -9,7 +9,7 @@ namespace usbdevctl {
 
 namespace {
 
-constexpr int kWarning = 1;
+constexpr int kWarningLevel = 1;
 
 }  // namespace
 
@@ -20,7 +20,7 @@ std::string reasonEvent(const Camera &camera, const Reason &reason) {
 bool logReasons(const Camera &camera, const Reasons &reasons) {
   bool written = true;
   for (const Reason &reason : reasons) {
-    if (reason.hinders) written = vq_sql_set_log(kWarning, reasonEvent(camera, reason).c_str(), 0) == 0 && written;
+    if (reason.hinders) written = vq_sql_set_log(kWarningLevel, reasonEvent(camera, reason).c_str(), 0) == 0 && written;
   }
   return written;
 }

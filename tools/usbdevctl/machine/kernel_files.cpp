@@ -15,8 +15,8 @@ namespace usbdevctl {
 
 namespace {
 
-constexpr std::size_t kLongestFile = 64 * 1024;
-constexpr std::size_t kLongestLine = 256;
+constexpr std::size_t kMostContent = 1U << 16U;
+constexpr std::size_t kMostOfALine = 256;
 constexpr char kBlanks[] = " \t\r\n";
 
 class OpenFile {
@@ -36,7 +36,7 @@ class OpenFile {
     std::string content(regular_ ? longest : 0, '\0');
     std::size_t length = 0;
     while (length < content.size()) {
-      const ssize_t bytes = read(file_, &content[length], content.size() - length);
+      const ssize_t bytes = ::read(file_, &content[length], content.size() - length);
       if (bytes <= 0) break;
       length += static_cast<std::size_t>(bytes);
     }
@@ -53,10 +53,10 @@ class OpenFile {
 
 bool KernelFiles::exists(const std::string &name) const { return access(path(name).c_str(), F_OK) == 0; }
 
-std::string KernelFiles::content(const std::string &name) const { return OpenFile(path(name)).content(kLongestFile); }
+std::string KernelFiles::content(const std::string &name) const { return OpenFile(path(name)).content(kMostContent); }
 
 std::string KernelFiles::line(const std::string &name) const {
-  std::string line = OpenFile(path(name)).content(kLongestLine);
+  std::string line = OpenFile(path(name)).content(kMostOfALine);
   line.resize(std::min(line.find('\n'), line.size()));
   const std::size_t begin = line.find_first_not_of(kBlanks);
   return begin == std::string::npos ? "" : line.substr(begin, line.find_last_not_of(kBlanks) + 1 - begin);

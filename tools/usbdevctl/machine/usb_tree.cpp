@@ -25,7 +25,7 @@ bool UsbTree::isPort(const std::string &port) { return port.size() < 64 && std::
 
 bool UsbTree::isThere(const std::string &port) const { return files_.exists(kDevices + port); }
 
-std::string UsbTree::fileOf(const std::string &port, const std::string &attribute) const {
+std::string UsbTree::fileOf(const std::string &port, const std::string &attribute) {
   return kDevices + port + "/" + attribute;
 }
 
@@ -33,7 +33,7 @@ std::string UsbTree::attribute(const std::string &port, const std::string &name)
   return files_.line(fileOf(port, name));
 }
 
-std::string UsbTree::hubPort(const std::string &port) const {
+std::string UsbTree::hubPort(const std::string &port) {
   const std::size_t dot = port.rfind('.');
   if (dot != std::string::npos) {
     const std::string hub = port.substr(0, dot);
@@ -48,7 +48,7 @@ int UsbTree::speed(const std::string &port) const { return files_.number(fileOf(
 std::vector<std::string> UsbTree::interfacesOf(const std::string &port) const {
   std::vector<std::string> interfaces;
   for (const std::string &name : files_.names(kDevices + port)) {
-    if (name.rfind(port + ":", 0) == 0) interfaces.push_back(kDevices + port + "/" + name);
+    if (name.rfind(port + ":", 0) == 0) interfaces.push_back(fileOf(port, name));
   }
   return interfaces;
 }

@@ -30,10 +30,10 @@ class UsbTree {
   bool isThere(const std::string &port) const;
   std::string attribute(const std::string &port, const std::string &name) const;
   /// The path of an attribute's file.
-  std::string fileOf(const std::string &port, const std::string &attribute) const;
+  static std::string fileOf(const std::string &port, const std::string &attribute);
 
   /// The hub's own folder for the port; it is there without a device too.
-  std::string hubPort(const std::string &port) const;
+  static std::string hubPort(const std::string &port);
 
   bool isCamera(const std::string &port) const;
   std::vector<std::string> cameras() const;

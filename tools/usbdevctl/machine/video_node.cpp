@@ -43,6 +43,12 @@ bool isNumber(const std::string &text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char it) { return std::isdigit(it) != 0; });
 }
 
+std::string below(const std::string &folder, const std::string &name) { return folder + "/" + name; }
+
+std::string holderText(const std::string &program, const std::string &process) {
+  return printable(program) + " (process " + process + ")";
+}
+
 enum class Seen { no, yes, hidden };
 
 Seen leadsTo(const std::string &link, const std::string &node) {
@@ -67,7 +73,7 @@ Seen holds(const KernelFiles &files, const std::string &process, const std::stri
     return errno == EACCES ? Seen::hidden : Seen::no;
   Seen seen = Seen::no;
   for (const std::string &descriptor : files.names(folder)) {
-    const Seen one = leadsTo(files.path(folder + "/" + descriptor), node);
+    const Seen one = leadsTo(files.path(below(folder, descriptor)), node);
     if (one == Seen::yes) return one;
     if (one == Seen::hidden) seen = one;
   }
@@ -101,7 +107,7 @@ NodeHolders holdersOf(const KernelFiles &files, const std::string &node) {
     if (seen == Seen::hidden) holders.all_seen = false;
     if (seen != Seen::yes || isOwnStream(files, process, node)) continue;
     if (holders.programs.size() == kMostHolders) break;
-    holders.programs.push_back(printable(files.line(process + "/comm")) + " (process " + name + ")");
+    holders.programs.push_back(holderText(files.line(below(process, "comm")), name));
   }
   return holders;
 }
