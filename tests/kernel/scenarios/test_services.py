@@ -19,7 +19,7 @@ UPGRADE = """
 set -e; cd /tmp; rm -rf next; mkdir next
 for package in /root/*.deb; do
   dpkg-deb -R $package next/tree
-  sed -i 's/\\(1\\.0\\.0-[^ ),]*\\)/\\1+next/g' next/tree/DEBIAN/control
+  sed -i "s/$(dpkg-deb -f $package Version)/&+next/g" next/tree/DEBIAN/control
   dpkg-deb -Znone -b next/tree next/${package##*/}; rm -r next/tree
 done
 dpkg --force-unsafe-io --install next/*.deb
