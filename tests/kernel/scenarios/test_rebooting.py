@@ -1,0 +1,66 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""A reboot, between which cameras are exchanged, on both grounds; it takes two guests of its own."""
+
+from __future__ import annotations
+
+from pathlib import Path
+
+from ground.ground import Ground, Port
+from ground.grounds import RealGround, SimulatedGround
+from ground.guest import Guest
+from ground.root import GuestRoot, run
+from ground.scenario import ended
+
+A, B = Port("xhci", "1"), Port("xhci", "2")
+
+
+def use(ground: Ground) -> None:
+    ground.plug("usb2-camera", A)
+    ground.shows({A: 0})
+    ground.plug("pc-camera", B)
+    ground.shows({A: 0, B: 1})
+    ground.usbdevctl("assign", ground.slot(A), "0")
+    ground.usbdevctl("assign", ground.slot(B), "1")
+
+
+def come_to(ground: Ground) -> tuple[object, ...]:
+    """Notifications are left out: the manager's output begins anew with the machine."""
+    ground.shows({A: 2, B: 3})
+    record = ground.record()
+    return record.channels, record.events
+
+
+def rebooted_in_the_sandbox() -> tuple[object, ...]:
+    with ended(SimulatedGround()) as ground:
+        use(ground)
+        with ground.without_manager():
+            ground.machine.run("sandbox", "reboot", "--swap", ground.slot(A), ground.slot(B))
+        return come_to(ground)
+
+
+def rebooted_in_the_guest(root: GuestRoot, state: Path) -> tuple[object, ...]:
+    guest = Guest(root, state)
+    ground = RealGround(guest)
+    try:
+        guest.boot()
+        use(ground)
+        guest.shut_down()
+    finally:
+        ground.abandon()
+    guest = Guest(root, state)
+    ground = RealGround(guest)
+    try:
+        ground.plug("pc-camera", A)
+        ground.plug("usb2-camera", B)
+        guest.boot()
+        return come_to(ground)
+    finally:
+        ground.abandon()
+
+
+def test_cameras_exchanged_while_the_machine_is_off_leave_their_channels_in_the_ports(root: GuestRoot, tmp_path: Path) -> None:
+    state = tmp_path / "state"
+    run("cp", "-a", root.folder / "var/lib/usbdev", state)
+    assert rebooted_in_the_guest(root, state) == rebooted_in_the_sandbox()
