@@ -5,7 +5,6 @@
 
 #include <cerrno>
 
-#include "machine/fake_machine.h"
 #include "machine/machine.h"
 
 namespace {
@@ -14,12 +13,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using usbdevctl::CameraPlace;
 using usbdevctl::hidesCamera;
-using usbdevctl::KernelFiles;
 using usbdevctl::MachineFacts;
 using usbdevctl::Reason;
 using usbdevctl::Reasons;
 using usbdevctl::sentences;
-using usbdevctl::UsbTree;
 
 // A camera on a machine that has nothing against it.
 class AReasonOfTheMachine : public testing::Test {
@@ -35,7 +32,7 @@ class AReasonOfTheMachine : public testing::Test {
 
   std::vector<std::string> all() const {
     std::vector<std::string> texts;
-    for (const Reason &it : machineReasons(camera_, facts_, usb_))
+    for (const Reason &it : machineReasons(camera_, facts_))
       texts.push_back(std::string(it.word) + ": " + sentences(it));
     return texts;
   }
@@ -44,8 +41,6 @@ class AReasonOfTheMachine : public testing::Test {
     EXPECT_THAT(all(), ElementsAre(word + ": " + why + ". " + cure + "."));
   }
 
-  KernelFiles files_;
-  UsbTree usb_{files_};
   CameraPlace camera_;
   MachineFacts facts_;
 };
@@ -169,15 +164,15 @@ TEST_F(AReasonOfTheMachine, IsANoticeForTwins) {
   facts_.has_serial = true;
   expect("twins", "The camera in port 3-2 has the same serial number, so only their ports tell the two apart",
          "Leave each in its port");
-  EXPECT_FALSE(anyHinders(machineReasons(camera_, facts_, usb_)));
+  EXPECT_FALSE(anyHinders(machineReasons(camera_, facts_)));
 }
 
 TEST_F(AReasonOfTheMachine, HidesTheCameraIfItsNodeCannotBeAsked) {
   facts_.node.open_error = EACCES;
-  EXPECT_TRUE(hidesCamera(machineReasons(camera_, facts_, usb_).front()));
+  EXPECT_TRUE(hidesCamera(machineReasons(camera_, facts_).front()));
   facts_.node.open_error = 0;
   facts_.node.busy = true;
-  EXPECT_FALSE(hidesCamera(machineReasons(camera_, facts_, usb_).front()));
+  EXPECT_FALSE(hidesCamera(machineReasons(camera_, facts_).front()));
 }
 
 }  // namespace

@@ -48,8 +48,8 @@ TEST_F(TheUsbTree, HasTheCamerasAndNoOtherDevices) {
 }
 
 TEST_F(TheUsbTree, HasTheHubsFolderOfEachPort) {
-  EXPECT_EQ(usb_.hubPort("3-1"), "/sys/bus/usb/devices/3-0:1.0/usb3-port1");
-  EXPECT_EQ(usb_.hubPort("3-2.4"), "/sys/bus/usb/devices/3-2:1.0/3-2-port4");
+  EXPECT_EQ(UsbTree::hubPort("3-1"), "/sys/bus/usb/devices/3-0:1.0/usb3-port1");
+  EXPECT_EQ(UsbTree::hubPort("3-2.4"), "/sys/bus/usb/devices/3-2:1.0/3-2-port4");
 }
 
 TEST_F(TheUsbTree, NamesWhoReservesBandwidthOnTheSameBus) {

@@ -30,8 +30,8 @@ bool isFull(const std::string &folder) {
 void Machine::addPortFacts(MachineFacts &facts, const std::string &port) const {
   facts.device_there = usb_.isThere(port);
   if (!facts.device_there) {
-    facts.port_disabled = files_.number(usb_.hubPort(port) + "/disable") != 0;
-    facts.over_current = files_.number(usb_.hubPort(port) + "/over_current_count");
+    facts.port_disabled = files_.number(UsbTree::hubPort(port) + "/disable") != 0;
+    facts.over_current = files_.number(UsbTree::hubPort(port) + "/over_current_count");
     return;
   }
   facts.authorized = usb_.attribute(port, "authorized") != "0";
@@ -68,7 +68,7 @@ MachineFacts Machine::facts(const CameraPlace &camera) const {
 
 Reasons Machine::reasons(const CameraPlace &camera) const {
   if (!isReal() || !UsbTree::isPort(camera.port)) return {};
-  return machineReasons(camera, facts(camera), usb_);
+  return machineReasons(camera, facts(camera));
 }
 
 }  // namespace usbdevctl

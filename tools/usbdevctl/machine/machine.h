@@ -66,7 +66,7 @@ class Machine {
 };
 
 /// The reasons that the facts are. Whatever makes the others meaningless comes alone.
-Reasons machineReasons(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb);
+Reasons machineReasons(const CameraPlace &camera, const MachineFacts &facts);
 
 /// Whether a reason means that the camera's node cannot be asked for anything.
 bool hidesCamera(const Reason &reason);

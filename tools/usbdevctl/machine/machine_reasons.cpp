@@ -31,9 +31,10 @@ std::string reservationText(const Reservation &reservation, int bus_speed) {
          "\" in port " + reservation.port;
 }
 
-Reasons withoutDevice(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb) {
+Reasons withoutDevice(const CameraPlace &camera, const MachineFacts &facts) {
   if (facts.port_disabled) {
-    return {reasonFor(Cause::port_disabled, {{"port", camera.port}, {"file", usb.hubPort(camera.port) + "/disable"}})};
+    return {
+        reasonFor(Cause::port_disabled, {{"port", camera.port}, {"file", UsbTree::hubPort(camera.port) + "/disable"}})};
   }
   if (facts.over_current > 0) {
     return {reasonFor(Cause::over_current, {{"port", camera.port}, {"count", std::to_string(facts.over_current)}})};
@@ -42,7 +43,7 @@ Reasons withoutDevice(const CameraPlace &camera, const MachineFacts &facts, cons
   return {reasonFor(Cause::gone, {{"what", "its USB device"}, {"port", camera.port}})};
 }
 
-Reason unopened(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb) {
+Reason unopened(const CameraPlace &camera, const MachineFacts &facts) {
   const int error = facts.node.open_error;
   if (error == EACCES || error == EPERM) {
     return reasonFor(Cause::no_permission, {{"user", printable(facts.user)}, {"node", nodePath(camera)}});
@@ -50,18 +51,19 @@ Reason unopened(const CameraPlace &camera, const MachineFacts &facts, const UsbT
   return reasonFor(facts.asleep ? Cause::suspended : Cause::unopened,
                    {{"node", nodePath(camera)},
                     {"failure", std::strerror(error)},
-                    {"file", usb.fileOf(camera.port, "power/control")}});
+                    {"file", UsbTree::fileOf(camera.port, "power/control")}});
 }
 
 /// What keeps everybody from using the node.
-Reasons withoutNode(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb) {
+Reasons withoutNode(const CameraPlace &camera, const MachineFacts &facts) {
   if (!facts.authorized) {
-    return {reasonFor(Cause::unauthorized, {{"port", camera.port}, {"file", usb.fileOf(camera.port, "authorized")}})};
+    return {
+        reasonFor(Cause::unauthorized, {{"port", camera.port}, {"file", UsbTree::fileOf(camera.port, "authorized")}})};
   }
   if (!facts.has_node) return {reasonFor(Cause::no_capture_node)};
   if (!camera.node) return {};
   if (!facts.node.exists) return {reasonFor(Cause::gone, {{"what", nodePath(camera)}, {"port", camera.port}})};
-  if (facts.node.open_error != 0) return {unopened(camera, facts, usb)};
+  if (facts.node.open_error != 0) return {unopened(camera, facts)};
   if (!facts.node.captures) return {reasonFor(Cause::metadata_node, {{"node", nodePath(camera)}})};
   return {};
 }
@@ -81,22 +83,22 @@ Reason lackOfSpace(const CameraPlace &camera, const MachineFacts &facts) {
       {{"holders", joined(holders)}, {"port", camera.port}, {"bus", camera.port.substr(0, camera.port.find('-'))}});
 }
 
-Reason failed(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb) {
+Reason failed(const CameraPlace &camera, const MachineFacts &facts) {
   if (isLackOfSpace(facts.failure)) return lackOfSpace(camera, facts);
   if (isBusyFailure(facts.failure)) return busy(camera, facts.holders);
   if (isRefusal(facts.failure)) return reasonFor(Cause::stream_without_permission, {{"node", nodePath(camera)}});
   return reasonFor(facts.asleep ? Cause::suspended : Cause::failing,
-                   {{"failure", printable(facts.failure)}, {"file", usb.fileOf(camera.port, "power/control")}});
+                   {{"failure", printable(facts.failure)}, {"file", UsbTree::fileOf(camera.port, "power/control")}});
 }
 
 }  // namespace
 
-Reasons machineReasons(const CameraPlace &camera, const MachineFacts &facts, const UsbTree &usb) {
-  if (!facts.device_there) return withoutDevice(camera, facts, usb);
-  Reasons reasons = withoutNode(camera, facts, usb);
+Reasons machineReasons(const CameraPlace &camera, const MachineFacts &facts) {
+  if (!facts.device_there) return withoutDevice(camera, facts);
+  Reasons reasons = withoutNode(camera, facts);
   if (!reasons.empty() || !camera.attached) return reasons;
   if (!facts.failure.empty()) {
-    reasons.push_back(failed(camera, facts, usb));
+    reasons.push_back(failed(camera, facts));
   } else if (facts.node.busy) {
     reasons.push_back(busy(camera, facts.holders));
   }
