@@ -23,7 +23,8 @@ class Library:
         print("synchronised", flush=True)
 
     def notify_manager(self) -> None:
-        """Lets the manager look again at all profiles; the library notifies it of no synchronisation."""
+        """Lets the manager look again at all profiles; the library notifies it of no synchronisation, and of a camera that is
+        back only if its profile streams MJPEG."""
         nothing_else = Notification(bytes(HEADER_SIZE), profile=-1, video_node=-1, audio_node=-1, flag=0, event=0, target=-1)
         with suppress(UsbdevError):  # a manager that does not run looks when it starts
             core.notify_manager(nothing_else)
@@ -47,6 +48,8 @@ class Library:
         except ValueError as problem:
             outcome = str(problem)
         print(f"{what}: {outcome}", flush=True)
+        if call.plugged and call.kind is Kind.CAMERA:
+            self.notify_manager()
 
 
 def _device(call: Call) -> Device:
