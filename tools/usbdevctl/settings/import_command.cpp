@@ -55,14 +55,15 @@ Json texts(const std::vector<Step> &steps, std::size_t first, std::size_t end) {
   return list;
 }
 
-ExitStatus report(const std::vector<Step> &steps, std::size_t done, bool json) {
+ExitStatus report(const std::vector<Step> &steps, const Applied &applied, bool json) {
+  const std::size_t done = applied.steps;
   if (json) {
     print(Json::document().set("done", texts(steps, 0, done)).set("not_done", texts(steps, done, steps.size())).text());
   } else {
     for (std::size_t i = 0; i < done; ++i) print("done: " + stepText(steps[i]) + "\n");
     if (steps.empty()) print("the settings are as they are to be\n");
   }
-  if (done == steps.size()) return ExitStatus::ok;
+  if (done == steps.size()) return applied.links;
   complain("failed: " + stepText(steps[done]));
   for (std::size_t i = done + 1; i < steps.size(); ++i) complain("not done: " + stepText(steps[i]));
   return ExitStatus::failure;

@@ -63,7 +63,7 @@ ExitStatus takeBack(const Move &move, std::size_t done) {
     for (std::size_t i = 0; i < done; ++i) complain("done: " + stepText(steps[i]));
     return notMoved(back.refusals);
   }
-  const std::size_t returned = applySteps(back.steps);
+  const std::size_t returned = applySteps(back.steps).steps;
   if (returned == back.steps.size()) return notMoved({"the profile is with the camera that had it, its links are new"});
   complain("it could not be put back, notMoved: " + stepText(back.steps[returned]));
   for (std::size_t i = 0; i < returned; ++i) complain("put back: " + stepText(back.steps[i]));
@@ -101,8 +101,10 @@ ExitStatus move(const MoveOptions &options) {
   if (prepared != ExitStatus::ok) return prepared;
   if (move.source.channel == move.target.channel) return notMoved({cameraText(move.target) + ": it has the profile"});
   if (!move.plan.refusals.empty()) return notMoved(move.plan.refusals);
-  const std::size_t done = applySteps(move.plan.steps);
-  return done == move.plan.steps.size() ? report(options, move) : takeBack(move, done);
+  const Applied applied = applySteps(move.plan.steps);
+  if (applied.steps != move.plan.steps.size()) return takeBack(move, applied.steps);
+  const ExitStatus reported = report(options, move);
+  return reported == ExitStatus::ok ? applied.links : reported;
 }
 
 }  // namespace

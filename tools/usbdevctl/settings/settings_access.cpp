@@ -79,7 +79,7 @@ bool release(const Camera &camera) {
   return released;
 }
 
-bool isDone(const Step &step) {
+bool apply(const Step &step) {
   std::string port = step.camera.row.slot;
   const int profile = step.settings.profile;
   switch (step.kind) {
@@ -101,11 +101,6 @@ bool isDone(const Step &step) {
       return vl_set_usbslot_switch(port.c_str(), "disable", nullptr) == 0;
   }
   return false;
-}
-
-bool apply(const Step &step) {
-  const ChannelLinks links = linksOf(step.camera.channel);
-  return isDone(step) && linksFollowed(step.camera.channel, links) == ExitStatus::ok;
 }
 
 }  // namespace
@@ -132,10 +127,15 @@ CameraFacts readFacts(const ChannelRows &rows, const Camera &camera) {
   return facts;
 }
 
-std::size_t applySteps(const std::vector<Step> &steps) {
-  std::size_t done = 0;
-  while (done < steps.size() && apply(steps[done])) ++done;
-  return done;
+Applied applySteps(const std::vector<Step> &steps) {
+  Applied applied;
+  for (const Step &step : steps) {
+    const ChannelLinks links = linksOf(step.camera.channel);
+    if (!apply(step)) break;
+    ++applied.steps;
+    if (linksFollowed(step.camera.channel, links) != ExitStatus::ok) applied.links = ExitStatus::failure;
+  }
+  return applied;
 }
 
 }  // namespace usbdevctl

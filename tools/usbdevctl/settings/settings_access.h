@@ -4,6 +4,7 @@
 // The settings of the host's cameras, read and changed through the library.
 #pragma once
 
+#include "command_line/exit_status.h"
 #include "settings/steps.h"
 
 namespace usbdevctl {
@@ -14,7 +15,12 @@ std::optional<ProfileSettings> readProfileSettings(int profile);
 /// What the planning asks of a camera that is attached; runs commands.
 CameraFacts readFacts(const ChannelRows &rows, const Camera &camera);
 
-/// Applies the steps in their order, up to the first that fails; how many were done.
-std::size_t applySteps(const std::vector<Step> &steps);
+struct Applied {
+  std::size_t steps = 0;
+  ExitStatus links = ExitStatus::ok;  // a failure if links on the disk did not follow these steps
+};
+
+/// Applies the steps in their order, up to the first that fails.
+Applied applySteps(const std::vector<Step> &steps);
 
 }  // namespace usbdevctl
