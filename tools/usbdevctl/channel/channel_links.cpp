@@ -15,12 +15,12 @@ namespace usbdevctl {
 namespace {
 
 /// Longer than the library's own names of links.
-constexpr int kLongestName = 127;
+constexpr int kLongestLinkName = 127;
 
 std::string readName(void *configuration, int channel, const char *key, const char *sub_key) {
-  char name[kLongestName + 1] = {};  // the host may leave it unterminated
+  char name[kLongestLinkName + 1] = {};  // the host may leave it unterminated
   const std::string section = "ch" + std::to_string(channel);
-  xmlcfg_get_str(configuration, "", name, kLongestName, kConfigurationRoot, section.c_str(), key, sub_key);
+  xmlcfg_get_str(configuration, "", name, kLongestLinkName, kConfigurationRoot, section.c_str(), key, sub_key);
   return name;
 }
 
