@@ -70,16 +70,19 @@ ExitStatus takeBack(const Move &move, std::size_t done) {
   return ExitStatus::failure;
 }
 
-std::string sharePage(int profile) {
+bool readSharePage(int profile, std::string &page) {
   ShareLinkInfo link = {};
   link.profile = profile;
-  return vl_get_share_link(&link) == 0 ? pageOf(link) : "";
+  if (vl_get_share_link(&link) != 0) return false;
+  page = pageOf(link);
+  return true;
 }
 
 ExitStatus report(const MoveOptions &options, Move &move) {
   const ExitStatus read_again = readAgain(move.target);
   if (read_again != ExitStatus::ok) return read_again;
-  const std::string page = sharePage(options.profile);
+  std::string page;
+  if (!readSharePage(options.profile, page)) return configurationUnreadable();
   Json differences = Json::array();
   for (const std::string &difference : move.plan.differences) differences.append(difference);
   Fields members;
