@@ -5,12 +5,12 @@
 
 #include <memory>
 
-#include "channel/channel_links.h"
 #include "channel/channel_query.h"
 #include "channel/configuration.h"
 #include "command_line/commands.h"
 #include "output/output.h"
 #include "profile/judgement.h"
+#include "stream/channel_links.h"
 
 namespace usbdevctl {
 

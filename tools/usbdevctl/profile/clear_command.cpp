@@ -7,10 +7,10 @@
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
-#include "channel/channel_links.h"
 #include "command_line/commands.h"
 #include "events/event_codes.h"
 #include "output/output.h"
+#include "stream/channel_links.h"
 
 namespace usbdevctl {
 

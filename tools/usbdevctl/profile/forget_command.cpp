@@ -5,11 +5,11 @@
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
-#include "channel/channel_links.h"
 #include "channel/hotplug_lock.h"
 #include "command_line/commands.h"
 #include "output/output.h"
 #include "profile/channel_release.h"
+#include "stream/channel_links.h"
 
 namespace usbdevctl {
 

@@ -7,13 +7,13 @@
 #include <usbdev/profiles.h>
 #include <usbdev/web.h>
 
-#include "channel/channel_links.h"
 #include "events/event_codes.h"
 #include "explain/collision_query.h"
 #include "format/format_query.h"
 #include "output/output.h"
 #include "output/printable.h"
 #include "profile/channel_release.h"
+#include "stream/channel_links.h"
 
 namespace usbdevctl {
 

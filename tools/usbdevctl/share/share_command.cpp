@@ -8,7 +8,6 @@
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
-#include "channel/channel_links.h"
 #include "command_line/commands.h"
 #include "command_line/password.h"
 #include "command_line/shared_arguments.h"
@@ -17,6 +16,7 @@
 #include "output/printable.h"
 #include "share/share_check.h"
 #include "share/share_page.h"
+#include "stream/channel_links.h"
 
 namespace usbdevctl {
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "channel/channel_links.h"
+#include "stream/channel_links.h"
 
 #include <platform/xmlcfg.h>
 
