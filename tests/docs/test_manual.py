@@ -74,6 +74,13 @@ def test_groff_sets_the_pages_without_a_message(pages: list[Path]) -> None:
     assert [line for line in found if "will not fit on one page" not in line] == []
 
 
+@pytest.mark.parametrize("width", [78, 117])
+def test_the_cells_of_tables_fit_on_the_sheets_of_their_page(pages: list[Path], width: int) -> None:
+    with_tables = [page for page in pages if ".TS\n" in page.read_text()]
+    options = ["-ww", "-z", "-t", "-mandoc", "-Tutf8", "-Kutf8", "-rcR=1", f"-rLL={width}n"]
+    assert {page.name: said for page in with_tables if (said := messages("groff", *options, page))} == {}
+
+
 def test_the_first_line_of_a_page_shows_its_name_on_both_sides(pages: list[Path]) -> None:
     of_section_3 = [path for path in pages if path.name.endswith(".3usbdev")]
     set_by_groff = ["groff", "-rLL=78n", "-P-cbou", "-mandoc", "-Tutf8", *of_section_3]

@@ -63,6 +63,8 @@ def polished(page: str) -> str:
     page = page.replace("\\f[R]", "\\fR").replace("\\f[B]", "\\fB").replace("\\f[I]", "\\fI")
     # A dash alone is a hyphen, which nobody could paste into a command line.
     page = re.sub(r"^[^.'\n].*", lambda line: re.sub(r"(?<!\\)-", r"\\-", line[0]), page, flags=re.MULTILINE)
+    # A table near the end of a sheet begins on the next one, because its cells are not divided.
+    page = page.replace("\n.TS\n", "\n.ne 12v\n.TS\n")
     # A page with a table begins with the name of the program that draws it.
     return f"'\\\" t\n{page}" if ".TS\n" in page else page
 
