@@ -22,7 +22,7 @@ def last_line(output: str) -> str:
 def test_the_last_line_adds_up_the_plain_build_and_both_sanitizer_builds(machine: Machine) -> None:
     outcome = machine.dev("test")
     assert outcome.status == 0 and last_line(outcome.output) == "21 passed, 0 failed"
-    assert {call.split()[1] for call in machine.called("ctest")} == {"build/release", "build/asan", "build/tsan"}
+    assert [call.split()[1] for call in machine.called("ctest")] == ["build/release", "build/asan", "build/tsan"]
 
 
 def test_failed_tests_are_counted_and_shown(machine: Machine) -> None:
@@ -37,11 +37,10 @@ def test_a_test_program_that_fails_without_a_failed_test_counts_as_one(machine: 
     assert last_line(machine.dev("test").output) == "18 passed, 3 failed"
 
 
-def test_tests_that_do_not_run_after_a_failed_build_are_shown_and_count_as_failures(machine: Machine) -> None:
-    assert machine.dev("test").status == 0  # whose results do not count again
+def test_a_sanitizer_build_that_fails_is_shown_and_counts_as_a_failure(machine: Machine) -> None:
     machine.answers("ninja", ("*asan*", "file.cpp:3:5: error: no such thing\n", 1), ("*", "", 0))
     outcome = machine.dev("test")
-    assert outcome.status == 1 and last_line(outcome.output) == "7 passed, 2 failed"
+    assert outcome.status == 1 and last_line(outcome.output) == "7 passed, 1 failed"
     assert "error: no such thing" in outcome.output
 
 
@@ -81,8 +80,7 @@ def test_the_guest_runs_only_when_it_is_asked_for(machine: Machine) -> None:
     (call,) = machine.called("ctest")
     assert "--label-regex ^kernel$" in call and "build/release" in call
     assert machine.dev("test").status == 0
-    (release,) = [call for call in machine.called("ctest")[1:] if "build/release" in call]
-    assert "--label-exclude ^(packages|kernel|kernel_short)$" in release
+    assert "--label-exclude ^(packages|kernel|kernel_short)$" in machine.called("ctest")[1]
 
 
 def test_a_name_that_no_test_matches_gets_a_message(machine: Machine) -> None:

@@ -7,74 +7,73 @@
 # The programs with tests labelled "threaded"; the thread sanitizer's build needs only these.
 threaded_programs='contract_lock torture_threads torture_threads_on_host'
 
+passed=0
+failed=0
+
 # With randomised addresses the thread sanitizer sometimes cannot place its memory.
 without_randomised_addresses() {
   if setarch "$(uname -m)" -R true 2>/dev/null; then setarch "$(uname -m)" -R "$@"; else "$@"; fi
 }
 
-# run_tests PRESET OPTIONS...: runs the tests of a preset, and leaves its result for sum_up. Many tests only wait, so it
-# runs four at a time for each processor.
+# run_tests PRESET OPTIONS...: runs the tests of a preset and adds its result to the sums. Many tests only wait, so it runs
+# four at a time for each processor.
 run_tests() {
-  tested=$1
+  preset=$1
   shift
-  echo "== tests, $tested"
-  ended=0
-  CLICOLOR=0 shown "tests, $tested" without_randomised_addresses ctest --test-dir "build/$tested" --output-on-failure \
-    --progress --output-log "build/$tested/ctest.log" --no-tests=error --parallel "$((4 * $(nproc)))" "$@" || ended=$?
-  echo "$ended" >"build/$tested/ctest.status"
+  log=build/$preset/ctest.log
+  echo "== tests, $preset"
+  status=0
+  CLICOLOR=0 shown "tests, $preset" without_randomised_addresses ctest --test-dir "build/$preset" --output-on-failure \
+    --progress --output-log "$log" --no-tests=error --parallel "$((4 * $(nproc)))" "$@" || status=$?
+  ran=$(sed -n 's/^[0-9]*% tests passed, [0-9]* tests failed out of \([0-9]*\)$/\1/p' "$log")
+  bad=$(sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests failed out of [0-9]*$/\1/p' "$log")
+  if [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; then bad=$((${bad:-0} + 1)); fi
+  failed=$((failed + ${bad:-0}))
+  passed=$((passed + ${ran:-0} - ${bad:-0}))
 }
 
-# sum_up PRESET...: adds up the results of the presets' tests. Tests that did not run are a failure.
 sum_up() {
-  passed=0
-  failed=0
-  for preset; do
-    log=build/$preset/ctest.log
-    [ -f "$log" ] || { failed=$((failed + 1)); continue; }
-    ran=$(sed -n 's/^[0-9]*% tests passed, [0-9]* tests failed out of \([0-9]*\)$/\1/p' "$log")
-    bad=$(sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests failed out of [0-9]*$/\1/p' "$log")
-    if [ "$(cat "build/$preset/ctest.status")" != 0 ] && [ "${bad:-0}" -eq 0 ]; then bad=$((${bad:-0} + 1)); fi
-    failed=$((failed + ${bad:-0}))
-    passed=$((passed + ${ran:-0} - ${bad:-0}))
-  done
   echo "$passed passed, $failed failed"
   [ "$failed" -eq 0 ]
 }
 
-build_and_run_with_sanitizers() {
-  export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0
-  export UBSAN_OPTIONS=print_stacktrace=1
-  export TSAN_OPTIONS=halt_on_error=1
+build_for_sanitizers() {
   # shellcheck disable=SC2086 # a list of words
   without_randomised_addresses ./dev build tsan $threaded_programs
   build asan
-  run_tests tsan --label-regex threaded
-  run_tests asan
 }
 
 run_all_tests() {
+  export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0
+  export UBSAN_OPTIONS=print_stacktrace=1
+  export TSAN_OPTIONS=halt_on_error=1
   build release
-  rm -f build/asan/ctest.log build/tsan/ctest.log # of a run before, if there are none of this one
-  build_and_run_with_sanitizers >build/sanitizers.log 2>&1 & # at the same time, because the tests mostly wait
-  with_sanitizers=$!
+  build_for_sanitizers >build/sanitizers.log 2>&1 & # at the same time, because the tests mostly wait
+  sanitizer_builds=$!
   run_tests release --label-exclude '^(packages|kernel|kernel_short)$'
-  echo '== with the sanitizers'
-  tail --lines=+1 --follow --pid="$with_sanitizers" build/sanitizers.log
-  sum_up release asan tsan
+  echo '== builds for the sanitizers'
+  tail --lines=+1 --follow --pid="$sanitizer_builds" build/sanitizers.log
+  if wait "$sanitizer_builds"; then
+    run_tests asan
+    run_tests tsan --label-regex threaded
+  else
+    failed=$((failed + 1))
+  fi
+  sum_up
 }
 
 # Runs the tests of the release build that take moments.
 run_quick_tests() {
   build release
   run_tests release --label-exclude 'system|torture|kernel'
-  sum_up release
+  sum_up
 }
 
 # Runs the tests on the kernel of a guest.
 run_kernel_tests() {
   build release
   run_tests release --label-regex '^kernel$'
-  sum_up release
+  sum_up
 }
 
 # Runs those tests of the release build whose names match.
@@ -83,7 +82,7 @@ run_matching_tests() {
   ctest --test-dir build/release --show-only --tests-regex "$1" | grep -q 'Test *#' ||
     { echo "dev: no test matches '$1'; 'ctest --test-dir build/release --show-only' lists them" >&2; exit 1; }
   run_tests release --tests-regex "$1"
-  sum_up release
+  sum_up
 }
 
 # Runs the tests that call the library on another architecture, in an emulator.
@@ -91,7 +90,7 @@ run_tests_on() {
   is_foreign "$1" || { echo "dev: '$1' is not an architecture; there are armhf and arm64" >&2; exit 2; }
   build "$1" tests/abi/all tests/contract/all tests/cpp/all tests/python/all tests/unit/all
   run_tests "$1" --tests-regex '^(abi|contract|cpp|python|unit)[._]'
-  sum_up "$1"
+  sum_up
 }
 
 # The tests labelled "torture" do more, and write their figures, when this variable names a file for them.
@@ -102,5 +101,5 @@ torture() {
   : >"$USBDEV_TORTURE"
   run_tests release --label-regex torture --tests-regex "${1:-.}"
   sort "$USBDEV_TORTURE"
-  sum_up release
+  sum_up
 }
