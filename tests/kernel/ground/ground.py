@@ -139,6 +139,15 @@ class Ground(ABC):
             assert time.monotonic() < patience, f"{found} instead of {expected}"
             time.sleep(PAUSE)
 
+    def use_two_cameras(self, first: Port, second: Port) -> None:
+        """Plugs two cameras in, and gives the first profile 0 and the second profile 1."""
+        self.plug("usb2-camera", first)
+        self.shows({first: 0})
+        self.plug("pc-camera", second)
+        self.shows({first: 0, second: 1})
+        self.usbdevctl("assign", self.slot(first), "0")
+        self.usbdevctl("assign", self.slot(second), "1")
+
     def ports(self) -> set[str]:
         return {self._named(slot) for slot in self._plugged()}
 

@@ -16,15 +16,6 @@ from ground.scenario import ended
 A, B = Port("xhci", "1"), Port("xhci", "2")
 
 
-def use(ground: Ground) -> None:
-    ground.plug("usb2-camera", A)
-    ground.shows({A: 0})
-    ground.plug("pc-camera", B)
-    ground.shows({A: 0, B: 1})
-    ground.usbdevctl("assign", ground.slot(A), "0")
-    ground.usbdevctl("assign", ground.slot(B), "1")
-
-
 def come_to(ground: Ground) -> tuple[object, ...]:
     """Notifications are left out: the manager's output begins anew with the machine."""
     ground.shows({A: 2, B: 3})
@@ -34,7 +25,7 @@ def come_to(ground: Ground) -> tuple[object, ...]:
 
 def rebooted_in_the_sandbox() -> tuple[object, ...]:
     with ended(SimulatedGround()) as ground:
-        use(ground)
+        ground.use_two_cameras(A, B)
         with ground.without_manager():
             ground.machine.run("sandbox", "reboot", "--swap", ground.slot(A), ground.slot(B))
         return come_to(ground)
@@ -45,7 +36,7 @@ def rebooted_in_the_guest(root: GuestRoot, state: Path) -> tuple[object, ...]:
     ground = RealGround(guest)
     try:
         guest.boot()
-        use(ground)
+        ground.use_two_cameras(A, B)
         guest.shut_down()
     finally:
         ground.abandon()

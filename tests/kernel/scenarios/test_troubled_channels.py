@@ -26,12 +26,7 @@ def test_a_driver_that_is_unbound_and_bound_keeps_the_channel(ground: Ground) ->
 
 @on_both_grounds()
 def test_cameras_exchanged_while_the_device_manager_is_down_are_found_at_its_start(ground: Ground) -> None:
-    ground.plug("usb2-camera", A)
-    ground.shows({A: 0})
-    ground.plug("pc-camera", B)
-    ground.shows({A: 0, B: 1})
-    ground.usbdevctl("assign", ground.slot(A), "0")
-    ground.usbdevctl("assign", ground.slot(B), "1")
+    ground.use_two_cameras(A, B)
     with ground.without_manager():
         ground.unplug(A)
         ground.unplug(B)
