@@ -7,16 +7,14 @@
 set(host ${CMAKE_INSTALL_DATADIR}/usbdev-host)
 set(built ${CMAKE_INSTALL_LIBDIR}/usbdev-host)
 
-foreach(part demo sandbox services share sim view)
+foreach(part demo sandbox services share sim view web)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/host/${part} DESTINATION ${host} USE_SOURCE_PERMISSIONS
     PATTERN __pycache__ EXCLUDE
     PATTERN node_modules EXCLUDE
-    REGEX "share/(CMakeLists.txt|install-player|package.*json|[.]gitignore)$" EXCLUDE
+    PATTERN package-lock.json EXCLUDE
+    REGEX "web/(CMakeLists.txt|install-libraries|package.json|[.]gitignore)$" EXCLUDE
   )
 endforeach()
-# Without a network there is no player; the page then says so when it starts.
-set(player node_modules/hls.js/dist)
-install(FILES ${PROJECT_SOURCE_DIR}/host/share/${player}/hls.min.js DESTINATION ${host}/share/${player} OPTIONAL)
 
 install(TARGETS vlxmlcfg vllog alsa_ctl orda_exec LIBRARY DESTINATION ${built})
 install(TARGETS readcfg gpuinfo_app RUNTIME DESTINATION ${built})

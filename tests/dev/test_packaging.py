@@ -10,7 +10,7 @@ from pathlib import Path
 import pytest
 from conftest import Machine
 
-PLAYER = "install-player: the player was not fetched, which takes a network once"
+LIBRARIES = "install-libraries: the libraries were not fetched, which takes a network once"
 
 
 def add_program(path: Path, text: str) -> None:
@@ -27,10 +27,10 @@ def packager(machine: Machine) -> Machine:
     machine.answers("lintian", ("*", "", 0))
     for name in ("cp", "ln", "ls", "readlink"):
         machine.script(name, f'/bin/{name} "$@"')
-    machine.script("tar", 'mkdir -p "$3/packaging/debian" "$3/host/share"; '
+    machine.script("tar", 'mkdir -p "$3/packaging/debian" "$3/host/web"; '
                    'printf "#!/bin/sh\n" >"$3/packaging/debian-changelog"; /bin/chmod +x "$3/packaging/debian-changelog"')
     machine.script("dpkg-buildpackage", "echo built at $SOURCE_DATE_EPOCH; : >../usbdevctl.deb; : >../some.changes")
-    add_program(machine.tree / "host/share/install-player", "mkdir -p host/share/node_modules")
+    add_program(machine.tree / "host/web/install-libraries", "mkdir -p host/web/libraries")
     add_program(machine.tree / "packaging/sbom", "")
     return machine
 
@@ -82,12 +82,12 @@ def test_what_lintian_finds_is_a_failure(packager: Machine) -> None:
 
 
 @pytest.mark.parametrize("command", ["package", "reproduce"])
-def test_without_a_network_the_player_is_missing_and_old_packages_stay(packager: Machine, command: str) -> None:
+def test_without_a_network_the_web_libraries_are_missing_and_old_packages_stay(packager: Machine, command: str) -> None:
     packager.dev("package")
     packager.calls.write_text("")
-    add_program(packager.tree / "host/share/install-player", f"echo '{PLAYER}' >&2; exit 1")
+    add_program(packager.tree / "host/web/install-libraries", f"echo '{LIBRARIES}' >&2; exit 1")
     outcome = packager.dev(command)
-    assert outcome.status == 1 and outcome.output == f"{PLAYER}\n"
+    assert outcome.status == 1 and outcome.output == f"{LIBRARIES}\n"
     assert packager.called("dpkg-buildpackage") == packager.called("reprotest") == []
     assert (packager.tree / "build/packages/amd64/usbdevctl.deb").exists()
 

@@ -126,9 +126,11 @@ def test_a_package_for_all_machines_needs_the_library_of_its_machine(bill: dict[
 def test_it_lists_what_is_compiled_into_a_program_and_what_is_copied_into_a_package(bill: dict[str, Any]) -> None:
     headers = related(bill, f"SPDXRef-usbdevctl-{HERE}", "STATIC_LINK")
     assert {package(bill, one)["name"] for one in headers} == {"libcli11-dev", "nlohmann-json3-dev"}
-    player = related(bill, f"SPDXRef-usbdev-host-{HERE}", "CONTAINS")
-    lock = json.loads((REPOSITORY / "host/share/package-lock.json").read_text())["packages"]["node_modules/hls.js"]
-    assert [package(bill, one)["versionInfo"] for one in player] == [lock["version"]]
+    libraries = [package(bill, one) for one in related(bill, f"SPDXRef-usbdev-host-{HERE}", "CONTAINS")]
+    lock = json.loads((REPOSITORY / "host/web/package-lock.json").read_text())["packages"]
+    loaded = json.loads((REPOSITORY / "host/web/package.json").read_text())["dependencies"]
+    assert {one["name"]: one["versionInfo"] for one in libraries} == loaded
+    assert all(lock[f"node_modules/{name}"]["version"] == version for name, version in loaded.items())
     assert related(bill, f"SPDXRef-usbdevctl-{HERE}", "CONTAINS") == set()
 
 

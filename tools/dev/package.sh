@@ -9,16 +9,16 @@ package_packages='
 '
 reproduce_packages='reprotest disorderfs locales-all'
 
-# Exports the last commit into the folder, with what Debian's tools want to find there. The player is downloaded before,
-# because a package is built without a network.
+# Exports the last commit into the folder, with what Debian's tools want to find there. The libraries of the web pages are
+# downloaded before, because a package is built without a network.
 export_tree() {
-  host/share/install-player
+  host/web/install-libraries
   rm -rf "$1"
   mkdir -p "$1"
   git archive HEAD | tar -x -C "$1"
   cp -R "$1/packaging/debian" "$1/debian"
   "$1/packaging/debian-changelog" >"$1/debian/changelog"
-  cp -R host/share/node_modules "$1/host/share/"
+  cp -R host/web/libraries "$1/host/web/"
   # Time stamps in the packages are those of the commit, so that everyone gets the same packages.
   SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
   export SOURCE_DATE_EPOCH

@@ -23,7 +23,8 @@ from sharelib.verdict import Verdict
 
 HERE = Path(__file__).resolve().parent.parent
 PAGE = HERE / "page"
-PLAYER = HERE / "node_modules/hls.js/dist"
+WEB = HERE.parent / "web"  # what all web pages share
+PLAYER = WEB / "libraries"
 DEFAULT_PORT = 8080
 # A connection is closed when the head of a request, with the wait for it, or its body takes longer.
 PATIENCE_SECONDS = 10
@@ -91,7 +92,8 @@ def application(library: Library) -> Application:
             (r"/share", Page),
             (r"/share/open", Question, question),
             (r"/share/(hls\.min\.js)", PageFile, {"path": PLAYER}),
-            (r"/share/(share\.(?:css|js)|favicon\.svg)", PageFile, {"path": PAGE}),
+            (r"/share/(design\.css|favicon\.svg)", PageFile, {"path": WEB}),
+            (r"/share/(share\.(?:css|js))", PageFile, {"path": PAGE}),
             (streams.ROUTE, streams.StreamFile, {"path": streams.APPLICATION}),
         ],
         default_handler_class=NothingThere,
@@ -118,5 +120,5 @@ def main(arguments: list[str]) -> int:
     parser.add_argument("--address", metavar="IP", default="127.0.0.1", help="address to serve (default: 127.0.0.1)")
     options = parser.parse_args(arguments)
     if not (PLAYER / "hls.min.js").exists():
-        lifecycle.say("the player is missing, so that browsers cannot show streams: run host/share/install-player in the repository")
+        lifecycle.say("the player is missing, so that browsers cannot show streams: run host/web/install-libraries in the repository")
     return lifecycle.run(serve(options.address))
