@@ -147,3 +147,26 @@ def test_a_log_that_cannot_be_written_is_a_failure(on_host: RunOnHost) -> None:
     (done,) = run_all(on_host, "sim plug usb2-camera 3-1 >/dev/null; mkdir /sys/kernel; rm -rf /var/log/vl; touch /var/log/vl;"
                                " usbdevctl explain 3-1 --log")  # fmt: skip
     assert (done.status, done.err) == (1, "usbdevctl: the event log cannot be written\n")
+
+
+def test_without_a_camera_every_camera_is_explained(on_host: RunOnHost) -> None:
+    plug = "for port in 3-1.1 3-1.2; do sim plug usb2-camera $port; done; sim plug infrared-camera 5-1; sim plug usb2-camera 1-1"
+    each = [f"usbdevctl explain ch{channel}" for channel in range(4)]
+    _, *alone, together, json = run_all(
+        on_host,
+        f"{plug}; usbdevctl assign 3-1.1 0; usbdevctl assign 1-1 1; sim unplug 1-1",
+        *each,
+        "usbdevctl explain",
+        "usbdevctl explain --json",
+    )
+    assert together.out == "".join(one.out for one in alone)
+    assert [channel["streams"] for channel in json.json["channels"]] == [True] + [False] * 9
+    assert [[reason["cause"] for reason in channel["reasons"]] for channel in json.json["channels"]] == [
+        [], ["waits", "unbound"], ["no_known_format"], ["unplugged"], *[[]] * 6
+    ]  # fmt: skip
+    assert json.json["channels"][3]["reasons"][0]["values"] == {"port": "1-1", "channel": "ch3"}
+
+
+def test_to_log_the_reasons_takes_one_camera(on_host: RunOnHost) -> None:
+    logged = run_all(on_host, "usbdevctl explain --log")[0]
+    assert (logged.status, logged.err) == (2, "usbdevctl: --log needs a camera\n")

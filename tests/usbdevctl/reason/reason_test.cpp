@@ -36,7 +36,7 @@ TEST(AReason, IsForProgramsItsNameAndTheSameWords) {
   EXPECT_EQ(reasonJson(reason).line(),
             R"({"reason":"busy","why":"another program uses it: motion","remedy":"end that program",)"
             R"("text":"Another program uses it: motion. End that program.","hinders":true,"other_channel":null,)"
-            R"("collision":null})"
+            R"("collision":null,"cause":"busy","values":{"programs":"motion"}})"
             "\n");
 }
 

@@ -20,7 +20,7 @@ namespace usbdevctl {
 
 using Action = std::function<ExitStatus()>;
 
-/// An option, whose name begins with "--", or an argument, which is known by its place and always required.
+/// An option, whose name begins with "--", or an argument, which is known by its place and usually required.
 struct Argument {
   /// Where the value goes. A bool is a flag; an optional stays empty where the option is not given.
   using Target = std::variant<bool *, int *, std::string *, std::optional<int> *, std::optional<float> *,

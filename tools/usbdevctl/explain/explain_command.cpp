@@ -10,6 +10,7 @@
 #include "channel/configuration.h"
 #include "channel/troubles.h"
 #include "command_line/commands.h"
+#include "command_line/shared_arguments.h"
 #include "explain/collision_query.h"
 #include "explain/explanation.h"
 #include "explain/reason_log.h"
@@ -47,10 +48,53 @@ Reasons reasonsOf(const Camera &camera, const ChannelRows &rows, const Reasons &
                  hidden ? std::nullopt : whyUnsupported(camera.row), found);
 }
 
+/// The reasons of a camera among all: whether it is supported is the library's mark, because to ask every camera takes
+/// long, and what it collides with is asked only if it waits.
+Reasons reasonsAmongAll(const Camera &camera, const ChannelRows &rows, const Machine &machine) {
+  const bool waits = camera.row.parked_behind.has_value();
+  return explain(rows, camera.channel, waits ? readCollisions(rows, camera.channel) : Collisions(),
+                 camera.row.supported ? std::nullopt : whyUnsupported(camera.row),
+                 machine.reasons(placeOf(camera.row)));
+}
+
+std::string everyExplanationText(const ChannelRows &rows, const Machine &machine) {
+  std::string text;
+  for (const Camera &camera : camerasOf(rows)) {
+    text += explanationText(camera, reasonsAmongAll(camera, rows, machine));
+  }
+  for (const std::string &port : portsWithoutChannel(rows, machine)) {
+    text += machineCameraText(port, machine) + "\n" + reasonsText(withoutChannel(port, machine));
+  }
+  return text;
+}
+
+Json everyExplanationJson(ChannelRows rows, const Machine &machine) {
+  addTroubles(rows, machine);
+  const FieldRows shown = channelFields(rows);
+  Json channels = Json::array();
+  for (std::size_t channel = 0; channel < rows.size(); ++channel) {
+    const bool is_free = rows[channel].state == ChannelState::free;
+    const Camera camera = {static_cast<int>(channel), rows[channel]};
+    const Reasons reasons = is_free ? Reasons() : reasonsAmongAll(camera, rows, machine);
+    channels.append(channelExplanationJson(shown[channel], rows[channel].state, reasons));
+  }
+  return Json::document().set("channels", std::move(channels));
+}
+
+ExitStatus explainEvery(const ChannelRows &rows, const Machine &machine, const ExplainOptions &options) {
+  if (options.log) {
+    complain("--log needs a camera");
+    return ExitStatus::usage;
+  }
+  print(options.camera.json ? everyExplanationJson(rows, machine).text() : everyExplanationText(rows, machine));
+  return ExitStatus::ok;
+}
+
 ExitStatus explain(const ExplainOptions &options) {
   ChannelRows rows;
   if (!readChannels(rows)) return configurationUnreadable();
   const Machine machine;
+  if (!options.camera.camera.isGiven()) return explainEvery(rows, machine, options);
   const CameraName name = options.camera.camera.name();
   const bool json = options.camera.json;
   if (hasNoChannel(name, rows, machine)) return explainWithoutChannel(name.port, machine, json);
@@ -68,10 +112,12 @@ ExitStatus explain(const ExplainOptions &options) {
 
 void addExplain(Command &program) {
   auto options = std::make_shared<ExplainOptions>();
-  Command &command = program.addCommand("explain", "Show why a camera does not stream, and what would change that",
-                                        [options] { return explain(*options); });
-  addCameraOptions(command, options->camera);
-  command.add("--log", &options->log, "Also write what the machine has against it to the event log");
+  Command &command =
+      program.addCommand("explain", "Show why a camera, or each of them, does not stream, and what would change that",
+                         [options] { return explain(*options); });
+  addCamera(command, options->camera.camera).require(false);
+  addJsonFlag(command, options->camera.json);
+  command.add("--log", &options->log, "Also write what the machine has against the camera to the event log");
 }
 
 }  // namespace usbdevctl

@@ -67,6 +67,12 @@ Reason unbound(const ChannelRows &rows, int channel) {
                    {{"channel", channelName(channel)}, {"profile", numberText(profile)}});
 }
 
+Json withReasons(Json object, bool streams, const Reasons &reasons) {
+  Json list = Json::array();
+  for (const Reason &reason : reasons) list.append(reasonJson(reason));
+  return std::move(object).set("streams", streams).set("reasons", std::move(list));
+}
+
 }  // namespace
 
 Reasons explain(const ChannelRows &rows, int channel, const Collisions &collisions,
@@ -104,11 +110,13 @@ std::string explanationText(const Camera &camera, const Reasons &reasons) {
 }
 
 Json explanationJson(const Camera &camera, const Reasons &reasons) {
-  Json list = Json::array();
-  for (const Reason &reason : reasons) list.append(reasonJson(reason));
   Fields members;
   addCameraMembers(members, camera);
-  return members.addTo(Json::document()).set("streams", !anyHinders(reasons)).set("reasons", std::move(list));
+  return withReasons(members.addTo(Json::document()), !anyHinders(reasons), reasons);
+}
+
+Json channelExplanationJson(const Fields &shown, ChannelState state, const Reasons &reasons) {
+  return withReasons(shown.addTo(Json::object()), state != ChannelState::free && !anyHinders(reasons), reasons);
 }
 
 }  // namespace usbdevctl

@@ -22,4 +22,7 @@ std::string reasonsText(const Reasons &reasons);
 std::string explanationText(const Camera &camera, const Reasons &reasons);
 Json explanationJson(const Camera &camera, const Reasons &reasons);
 
+/// What `channels` shows of a channel, with its reasons; a free channel has none, and does not stream.
+Json channelExplanationJson(const Fields &shown, ChannelState state, const Reasons &reasons);
+
 }  // namespace usbdevctl

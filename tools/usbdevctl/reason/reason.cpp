@@ -13,6 +13,7 @@ namespace usbdevctl {
 namespace {
 
 struct Words {
+  const char *cause;
   const char *name;
   const char *in_short;
   const char *why;
@@ -22,8 +23,8 @@ struct Words {
 
 /// In the order of the causes.
 constexpr Words kWords[] = {
-#define USBDEVCTL_REASON(cause, name, in_short, why, remedy) {name, in_short, why, remedy, true},
-#define USBDEVCTL_NOTICE(cause, name, in_short, why, remedy) {name, in_short, why, remedy, false},
+#define USBDEVCTL_REASON(cause, name, in_short, why, remedy) {#cause, name, in_short, why, remedy, true},
+#define USBDEVCTL_NOTICE(cause, name, in_short, why, remedy) {#cause, name, in_short, why, remedy, false},
 #include "reason/reasons.def"
 #undef USBDEVCTL_NOTICE
 #undef USBDEVCTL_REASON
@@ -60,6 +61,8 @@ Reason reasonFor(Cause cause, const ReasonValues &values) {
   Reason reason = {words.name, filled(words.why, values), filled(words.remedy, values)};
   reason.in_short = filled(words.in_short, values);
   reason.hinders = words.hinders;
+  reason.cause = words.cause;
+  reason.values = values;
   return reason;
 }
 
@@ -70,6 +73,8 @@ bool anyHinders(const Reasons &reasons) {
 }
 
 Json reasonJson(const Reason &reason) {
+  Json values = Json::object();
+  for (const auto &[name, value] : reason.values) values.set(std::string(name), value);
   return Json::object()
       .set("reason", reason.word)
       .set("why", reason.why)
@@ -77,7 +82,9 @@ Json reasonJson(const Reason &reason) {
       .set("text", sentences(reason))
       .set("hinders", reason.hinders)
       .set("other_channel", numberUnlessNone(reason.other))
-      .set("collision", reason.collision.empty() ? Json() : Json(reason.collision));
+      .set("collision", reason.collision.empty() ? Json() : Json(reason.collision))
+      .set("cause", reason.cause)
+      .set("values", std::move(values));
 }
 
 }  // namespace usbdevctl

@@ -21,6 +21,9 @@ enum class Cause {
 #undef USBDEVCTL_REASON
 };
 
+/// What the words have in braces, by its name; printable.
+using ReasonValues = std::vector<std::pair<std::string_view, std::string>>;
+
 struct Reason {
   const char *word;  // its name for programs
   std::string why;
@@ -28,13 +31,12 @@ struct Reason {
   int other = -1;              // the channel that is in the way
   std::string collision = {};  // over what, as a word
   std::string in_short = {};
-  bool hinders = true;  // keeps the camera from streaming
+  bool hinders = true;       // keeps the camera from streaming
+  const char *cause = "";    // of those with the same word
+  ReasonValues values = {};  // for a program that has words of its own
 };
 
 using Reasons = std::vector<Reason>;
-
-/// What the words have in braces, by its name; printable.
-using ReasonValues = std::vector<std::pair<std::string_view, std::string>>;
 
 Reason reasonFor(Cause cause, const ReasonValues &values = {});
 
