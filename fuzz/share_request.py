@@ -15,9 +15,9 @@ from typing import Any
 
 HERE = Path(__file__).resolve().parent
 sys.path[:0] = [str(HERE.parent / "host/share"), str(HERE.parent / "host/services")]
+from servicelib.attempts import Attempts
 from servicelib.http import Server
-from sharelib import service, streams, verdict
-from sharelib.attempts import Attempts
+from sharelib import routes, service, streams, verdict
 from sharelib.library import Link
 from tornado.iostream import BaseIOStream
 from usbdev import ViewerCode
@@ -120,5 +120,5 @@ logging.disable(logging.WARNING)  # what cannot be read is no error of the page
 loop = asyncio.new_event_loop()
 asyncio.set_event_loop(loop)
 attempts = Attempts(lambda: 0.0)
-service.Attempts = lambda: attempts
+routes.Attempts = lambda: attempts
 server = Server(service.application(OneLink()), max_body_size=sys.maxsize)

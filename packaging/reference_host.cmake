@@ -7,7 +7,7 @@
 set(host ${CMAKE_INSTALL_DATADIR}/usbdev-host)
 set(built ${CMAKE_INSTALL_LIBDIR}/usbdev-host)
 
-foreach(part demo sandbox services share sim view web)
+foreach(part demo owner sandbox services share sim view web)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/host/${part} DESTINATION ${host} USE_SOURCE_PERMISSIONS
     PATTERN __pycache__ EXCLUDE
     PATTERN node_modules EXCLUDE

@@ -15,6 +15,7 @@ OWN = HOST / "sandbox/bin"
 SANDBOX = HOST / "sandbox/sandbox"
 SERVICES = HOST / "services"
 SHARE = HOST / "share"
+OWNER = HOST / "owner"
 HOST_BIN = "/usr/host-bin"
 HOST_SBIN = "/usr/host-sbin"
 
@@ -36,7 +37,7 @@ class Programs:
         self.bin |= {name: SIM / name for name in ("sim", "udevadm")} | {"v4l2-ctl": SIM / "v4l2-ctl-front"}
         self.sbin |= {"udevadm": SIM / "udevadm"}
         self.bin |= {name: SERVICES / name for name in SERVICE_PROGRAMS}
-        self.bin |= {"share-page": SHARE / "share-page"}
+        self.bin |= {"share-page": SHARE / "share-page", "owner-page": OWNER / "owner-page"}
         self.bin |= dict(self._built(BUILT_FOR_BIN))
         self.sbin |= dict(self._built(BUILT_FOR_SBIN))
 

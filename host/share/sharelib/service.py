@@ -6,106 +6,34 @@
 from __future__ import annotations
 
 import argparse
-import asyncio
-import json
 import sys
-from pathlib import Path
 
 from servicelib import lifecycle
 from servicelib.http import Server
-from tornado.web import Application, HTTPError
+from tornado.web import Application
 
-from sharelib import streams, verdict
-from sharelib.answers import Answer, NothingThere, PageFile
-from sharelib.attempts import Attempts
+from sharelib.answers import NothingThere
 from sharelib.library import Library
-from sharelib.verdict import Verdict
+from sharelib.routes import LIBRARIES, routes
 
-HERE = Path(__file__).resolve().parent.parent
-PAGE = HERE / "page"
-WEB = HERE.parent / "web"  # what all web pages share
-PLAYER = WEB / "libraries"
 DEFAULT_PORT = 8080
 # A connection is closed when the head of a request, with the wait for it, or its body takes longer.
 PATIENCE_SECONDS = 10
 
 
-class Page(Answer):
-    """Sends the page, which is the same for every link; its script reads the link and asks."""
-
-    def get(self) -> None:
-        self.write((PAGE / "share.html").read_bytes())
-
-    head = get
-
-
-class Question(Answer):
-    """Answers whether the link is valid; the request is a JSON object with ssid, token and password."""
-
-    def initialize(self, library: Library, attempts: Attempts, turn: asyncio.Lock) -> None:
-        self.library = library
-        self.attempts = attempts
-        self.turn = turn
-
-    async def post(self) -> None:
-        ssid, token, password = self._texts("ssid", "token", "password")
-        # A wrong attempt is counted before the next one is checked; the library answers one question at a time anyway.
-        async with self.turn:
-            judged = await self._judge(ssid, token, password)
-        self.set_header("Cache-Control", "no-store")
-        if judged.pause:
-            self.set_status(429)
-            self.set_header("Retry-After", judged.pause)
-        self.write(judged.answer)
-
-    async def _judge(self, ssid: str, token: str, password: str) -> Verdict:
-        visitor = (self.request.remote_ip or "", ssid)
-        pause = self.attempts.pause(visitor)
-        if pause:
-            return verdict.paused(pause)
-        # The library may have to wait for the configuration; files are served meanwhile.
-        judged = await asyncio.to_thread(verdict.judge, self.library, ssid, token, password)
-        if judged.is_wrong:
-            self.attempts.add_wrong(visitor)
-        return judged
-
-    def _texts(self, *names: str) -> list[str]:
-        try:
-            question = json.loads(self.body)
-            return [_text(question[name]) for name in names]
-        except (ValueError, TypeError, KeyError, RecursionError) as problem:
-            raise HTTPError(400) from problem
-
-
-def _text(value: object) -> str:
-    """Raises ValueError unless the value is a text that can be sent."""
-    if not isinstance(value, str) or "\0" in value:
-        raise ValueError
-    value.encode()
-    return value
-
-
 def application(library: Library) -> Application:
-    question = {"library": library, "attempts": Attempts(), "turn": asyncio.Lock()}
     return Application(
-        [
-            (r"/share", Page),
-            (r"/share/open", Question, question),
-            (r"/share/(hls\.min\.js)", PageFile, {"path": PLAYER}),
-            (r"/share/(design\.css|favicon\.svg)", PageFile, {"path": WEB}),
-            (r"/share/(share\.(?:css|js))", PageFile, {"path": PAGE}),
-            (streams.ROUTE, streams.StreamFile, {"path": streams.APPLICATION}),
-        ],
+        routes(library),
         default_handler_class=NothingThere,
         log_function=lambda _: None,  # requests contain the secrets that open a stream
     )
 
 
-async def serve(address: str) -> None:
-    library = Library()
-    port = library.web_port() or DEFAULT_PORT
+async def serve(pages: Application, port: int | None, address: str) -> None:
+    """Serves the pages at the port of the host's web pages until a signal ends that."""
+    port = port or DEFAULT_PORT
     server = Server(
-        application(library),
+        pages,
         idle_connection_timeout=PATIENCE_SECONDS,
         body_timeout=PATIENCE_SECONDS,
         max_body_size=sys.maxsize,  # a body that is too long gets an answer
@@ -115,10 +43,15 @@ async def serve(address: str) -> None:
     server.stop()
 
 
+async def _serve(address: str) -> None:
+    library = Library()
+    await serve(application(library), library.web_port(), address)
+
+
 def main(arguments: list[str]) -> int:
     parser = argparse.ArgumentParser(prog="share-page", description="Shows the streams that share links open.")
     parser.add_argument("--address", metavar="IP", default="127.0.0.1", help="address to serve (default: 127.0.0.1)")
     options = parser.parse_args(arguments)
-    if not (PLAYER / "hls.min.js").exists():
+    if not (LIBRARIES / "hls.min.js").exists():
         lifecycle.say("the player is missing, so that browsers cannot show streams: run host/web/install-libraries in the repository")
-    return lifecycle.run(serve(options.address))
+    return lifecycle.run(_serve(options.address))

@@ -13,9 +13,9 @@ from signal import SIGCONT, SIGSTOP
 import pytest
 from conftest import APPLICATION, SharePage, share, store
 from requests_to_page import request
+from servicelib.attempts import ALLOWED, MOST_VISITORS, SECONDS, Attempts
 from servicelib.http import MOST_CONNECTIONS
 from sharelib.answers import LONGEST_BODY
-from sharelib.attempts import ALLOWED, MOST_VISITORS, SECONDS, Attempts
 
 QUESTION = {"ssid": "00004711", "token": "cafe", "password": ""}
 LINK = {

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""Limits wrong attempts to a few per minute, counted for each address and link."""
+"""Limits wrong attempts to a few per minute, counted for each address and what it tries to open."""
 
 from __future__ import annotations
 
@@ -15,7 +15,7 @@ SECONDS = 60
 # Counting does not stop a visitor who has more addresses than that.
 MOST_VISITORS = 1000
 
-Visitor = tuple[str, str]  # address and share id
+Visitor = tuple[str, str]  # address and, for example, share id
 
 
 class Attempts:

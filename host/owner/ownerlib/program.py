@@ -1,0 +1,79 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""usbdevctl, which decides what the library leaves to its callers: its answers are those that a terminal shows."""
+
+from __future__ import annotations
+
+import asyncio
+import json
+from asyncio.subprocess import DEVNULL, PIPE
+from dataclasses import dataclass
+from typing import Any
+
+from ownerlib.problems import Problem, host_away
+
+PROGRAM = "/usr/bin/usbdevctl"
+SECONDS = 20
+# Of cameras that do not answer the library lets go after 15 seconds each.
+SECONDS_WITH_CAMERA = 60
+OK, REFUSED, MISUSED, NOTHING = range(4)
+
+
+@dataclass(frozen=True)
+class Done:
+    status: int
+    out: str
+    err: str
+
+    @property
+    def object(self) -> dict[str, Any]:
+        """Returns what the program printed with --json."""
+        try:
+            return dict(json.loads(self.out))
+        except ValueError:
+            raise host_away("The channel configuration cannot be read.") from None
+
+    @property
+    def complaints(self) -> list[str]:
+        """Returns what the program said on standard error, without its name; the library's own messages have none."""
+        return [line.removeprefix("usbdevctl: ") for line in self.err.splitlines() if line.startswith("usbdevctl: ")]
+
+
+async def run(*arguments: str, secret: str | None = None, seconds: float = SECONDS) -> Done:
+    """Runs the program with the arguments; the secret is a line of its standard input, because all can read command lines."""
+    try:
+        process = await asyncio.create_subprocess_exec(
+            PROGRAM, *arguments, stdin=DEVNULL if secret is None else PIPE, stdout=PIPE, stderr=PIPE)
+    except OSError:
+        raise host_away("The program usbdevctl cannot be started.") from None
+    line = None if secret is None else f"{secret}\n".encode()
+    try:
+        out, err = await asyncio.wait_for(process.communicate(line), seconds)
+    except asyncio.TimeoutError:
+        raise host_away(f"The host did not answer within {seconds:.0f} seconds.") from None
+    finally:
+        if process.returncode is None:
+            process.kill()
+            await process.wait()
+    return Done(process.returncode or 0, out.decode(errors="replace"), err.decode(errors="replace"))
+
+
+async def ask(*arguments: str, seconds: float = SECONDS) -> dict[str, Any]:
+    """Returns the program's JSON; raises Problem if it failed."""
+    done = await run(*arguments, "--json", seconds=seconds)
+    if done.status not in (OK, NOTHING):
+        raise failed(done)
+    return done.object
+
+
+def failed(done: Done) -> Problem:
+    """Returns the problem for a call that ended with an error: what the program said, as sentences."""
+    why, *advice = done.complaints or ["usbdevctl failed"]
+    if why.startswith("the channel configuration cannot be read"):
+        return host_away("The channel configuration cannot be read.")
+    return Problem(409, "refused", sentence(why), sentence(advice[0]) if advice else None, reason="failed", why=why, advice=None)
+
+
+def sentence(text: str) -> str:
+    return text[:1].upper() + text[1:] + "."

@@ -1,0 +1,110 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The whole picture: ten channels, four profiles, the USB ports and the newest events."""
+
+from __future__ import annotations
+
+import asyncio
+import socket
+from typing import Any
+
+from usbdev import Codec, Entry, ProfileInfo, UsbdevError, aio, profiles
+from usbdev.records import PROFILES
+
+from ownerlib import event_log, program
+from ownerlib.problems import host_away
+from ownerlib.usb_tree import Controllers, tree
+
+Row = dict[str, Any]  # of "usbdevctl explain --json"
+Value = dict[str, Any]
+EVENTS = 20
+SOUND_CODECS = ("ulaw", "aac")
+REASON = ("reason", "cause", "values", "text", "hinders", "other_channel", "collision")
+
+
+class Reader:
+    """Reads the state. The questions about a camera's controller are asked once per camera."""
+
+    def __init__(self) -> None:
+        self._controllers = Controllers()
+
+    async def state(self) -> Value:
+        return {"host": {"name": socket.gethostname()}, **await self.channels(), "events": await self.events()}
+
+    async def channels(self) -> Value:
+        """Returns the parts of the state that follow from the channels."""
+        explained, bound = await asyncio.gather(program.ask("explain"), aio.call(_bound))
+        rows: list[Row] = explained["channels"]
+        await self._controllers.learn(rows)
+        return {
+            "channels": [channel(row, *bound.get(row["profile"], (None, None))) for row in rows],
+            "profiles": [profile(number, rows) for number in range(PROFILES)],
+            "usb": tree(rows, self._controllers),
+        }
+
+    async def events(self) -> list[Value]:
+        return await asyncio.to_thread(event_log.newest, EVENTS)
+
+
+def _bound() -> dict[int, tuple[Entry, ProfileInfo]]:
+    """Returns the profiles that a channel has, with their settings."""
+    try:
+        return {number: (entry, profiles.info(number)) for number, entry in profiles.profiles().items()}
+    except UsbdevError:
+        raise host_away("The channel configuration cannot be read.") from None
+
+
+def channel(row: Row, entry: Entry | None, info: ProfileInfo | None) -> Value:
+    return {
+        "channel": row["channel"],
+        "state": row["state"],
+        "port": row["slot"] or None,
+        "device": row["device"] or None,
+        "node": row["video_node"],
+        "profile": row["profile"],
+        "profile_name": row["profile_name"] or None,
+        "switched_on": row["slot_switch"],
+        "waits_for": row["parked_behind"],
+        "supported": row["supported"],
+        "streams": row["streams"],
+        "shared": entry is not None and entry.shrenable == 1,
+        **_settings(info),
+        "created": row["created"] or None,
+        "reasons": [_reason(reason) for reason in row["reasons"]],
+    }
+
+
+def _settings(info: ProfileInfo | None) -> Value:
+    if info is None:
+        names = ("codec", "width", "height", "rate", "flip", "mirror", "overlay", "sound")
+        return dict.fromkeys(names)
+    return {
+        "codec": "mjpeg" if info.vcodec == Codec.MJPEG else "h264",
+        "width": info.width,
+        "height": info.height,
+        "rate": round(info.framerate, 3),
+        "flip": bool(info.flip),
+        "mirror": bool(info.mirror),
+        "overlay": bool(info.osdenable),
+        "sound": {
+            "card": info.anode >= 0,
+            "on": bool(info.aenable),
+            "codec": SOUND_CODECS[info.acodec] if info.acodec in (0, 1) else None,
+            "volume": info.volume,
+        },
+    }
+
+
+def _reason(reason: Row) -> Value:
+    return {**{name: reason[name] for name in REASON}, "text": program.sentence(reason["why"]), "cure": program.sentence(reason["remedy"])}
+
+
+def profile(number: int, rows: list[Row]) -> Value:
+    row = next((row for row in rows if row["profile"] == number), None)
+    return {
+        "profile": number,
+        "channel": row["channel"] if row else None,
+        "name": (row and row["profile_name"]) or f"Channel {number + 1}",
+        "streams": bool(row and row["streams"]),
+    }
