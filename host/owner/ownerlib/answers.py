@@ -7,8 +7,8 @@ from __future__ import annotations
 
 import hmac
 import json
-from types import TracebackType
-from typing import Any
+from types import TracebackType, UnionType
+from typing import Any, get_args
 from urllib.parse import urlsplit
 
 from sharelib.answers import HEADERS, Answer
@@ -21,6 +21,7 @@ from ownerlib.sessions import Session
 COOKIE = "usbdev_session"
 TOKEN = "X-CSRF-Token"
 HARMLESS = ("GET", "HEAD")
+Kind = type | UnionType
 POLICY = (
     "default-src 'self'",
     "img-src 'self' data:",
@@ -62,7 +63,7 @@ class OpenAnswer(OwnersAnswer):
         if is_from_elsewhere(self.request.headers.get("Origin"), self.request.host):
             raise problems.forged()
 
-    def members(self, required: dict[str, type], optional: dict[str, type] | None = None) -> dict[str, Any]:
+    def members(self, required: dict[str, Kind], optional: dict[str, Kind] | None = None) -> dict[str, Any]:
         """Returns the members of the body; raises Problem for one that is missing, unknown or of another kind."""
         kinds = {**required, **(optional or {})}
         found = self._object()
@@ -83,6 +84,10 @@ class OpenAnswer(OwnersAnswer):
         if not isinstance(found, dict):
             raise problems.invalid("The request is not a JSON object.")
         return found
+
+    def finish_empty(self) -> None:
+        self.set_status(204)
+        self.finish()
 
     def log_exception(
         self, kind: type[BaseException] | None, problem: BaseException | None, trace: TracebackType | None
@@ -124,8 +129,10 @@ class NothingHere(OpenAnswer):
         raise problems.not_found()
 
 
-def _is(value: object, kind: type) -> bool:
+def _is(value: object, kind: Kind) -> bool:
     """Checks that a value has the kind, and that a text can be passed on. No truth value is a number."""
+    if isinstance(kind, UnionType):
+        return any(_is(value, one) for one in get_args(kind))
     if kind is str:
         return isinstance(value, str) and _can_be_passed_on(value)
     if kind is float:

@@ -18,6 +18,7 @@ SECONDS = 20
 # Of cameras that do not answer the library lets go after 15 seconds each.
 SECONDS_WITH_CAMERA = 60
 OK, REFUSED, MISUSED, NOTHING = range(4)
+NO_CAMERA = "has no camera; there are:"
 
 
 @dataclass(frozen=True)
@@ -60,11 +61,22 @@ async def run(*arguments: str, secret: str | None = None, seconds: float = SECON
 
 
 async def ask(*arguments: str, seconds: float = SECONDS) -> dict[str, Any]:
-    """Returns the program's JSON; raises Problem if it failed."""
-    done = await run(*arguments, "--json", seconds=seconds)
+    """Returns the program's JSON; raises Problem if it failed, or there is nothing to which the request applies."""
+    return answer_of(await run(*_with_json(arguments), seconds=seconds))
+
+
+def answer_of(done: Done) -> dict[str, Any]:
     if done.status not in (OK, NOTHING):
         raise failed(done)
+    if not done.out:
+        raise _nothing_there(done)
     return done.object
+
+
+def _with_json(arguments: tuple[str, ...]) -> list[str]:
+    """Puts the option before "--", after which every word is an argument."""
+    place = arguments.index("--") if "--" in arguments else len(arguments)
+    return [*arguments[:place], "--json", *arguments[place:]]
 
 
 def failed(done: Done) -> Problem:
@@ -72,7 +84,16 @@ def failed(done: Done) -> Problem:
     why, *advice = done.complaints or ["usbdevctl failed"]
     if why.startswith("the channel configuration cannot be read"):
         return host_away("The channel configuration cannot be read.")
-    return Problem(409, "refused", sentence(why), sentence(advice[0]) if advice else None, reason="failed", why=why, advice=None)
+    if why.endswith(NO_CAMERA):
+        return _nothing_there(done)
+    told = {"reason": "failed", "why": why, "advice": advice[0] if advice else None}
+    return Problem(409, "refused", sentence(why), sentence(advice[0]) if advice else None, **told)
+
+
+def _nothing_there(done: Done) -> Problem:
+    """Returns the problem for a channel or profile without a camera; the program lists all others after it."""
+    why = (done.complaints or ["there is nothing here"])[0]
+    return Problem(404, "not_found", sentence(why.partition("; there are:")[0]), None)
 
 
 def sentence(text: str) -> str:

@@ -14,13 +14,23 @@ from sharelib.library import Library
 from sharelib.service import serve
 from tornado.web import Application
 
-from ownerlib import page_files
+from ownerlib import (
+    channel_answers,
+    event_answers,
+    host_answers,
+    page_files,
+    profile_answers,
+    share_answers,
+    view_answers,
+)
 from ownerlib.answers import NothingHere
 from ownerlib.host import Host
 from ownerlib.session_answers import SessionAnswer
 from ownerlib.state_answers import StateAnswer
 
 API = "/api/v1"
+CHANNEL = "([0-9])"
+PROFILE = "([0-3])"
 
 
 def routes(host: Host) -> list[tuple[Any, ...]]:
@@ -28,6 +38,22 @@ def routes(host: Host) -> list[tuple[Any, ...]]:
     answers = [
         ("/session", SessionAnswer),
         ("/state", StateAnswer),
+        (rf"/channels/{CHANNEL}", channel_answers.Channel),
+        (rf"/channels/{CHANNEL}/formats", channel_answers.Formats),
+        (rf"/channels/{CHANNEL}/assignment", channel_answers.Assignment),
+        (rf"/channels/{CHANNEL}/profile", channel_answers.ChannelProfile),
+        (rf"/channels/{CHANNEL}/switch", channel_answers.Switch),
+        (rf"/profiles/{PROFILE}/name", profile_answers.Name),
+        (rf"/profiles/{PROFILE}/move", profile_answers.Move),
+        (rf"/profiles/{PROFILE}/stream", profile_answers.Stream),
+        (rf"/profiles/{PROFILE}/share", share_answers.Share),
+        (rf"/profiles/{PROFILE}/share/renewal", share_answers.Renewal),
+        (rf"/profiles/{PROFILE}/picture\.jpg", view_answers.Picture),
+        (rf"/profiles/{PROFILE}/{view_answers.FILES}", view_answers.Live),
+        ("/events", event_answers.Events),
+        (r"/events\.csv", event_answers.EventsFile),
+        ("/host", host_answers.HostAnswer),
+        ("/report", host_answers.Report),
     ]
     return [(API + path, answer, {"host": host}) for path, answer in answers]
 

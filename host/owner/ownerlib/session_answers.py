@@ -30,8 +30,7 @@ class SessionAnswer(SignedIn):
     def delete(self) -> None:
         self.host.sessions.end(self.session_id)
         self.clear_cookie(COOKIE, path="/")
-        self.set_status(204)
-        self.finish()
+        self.finish_empty()
 
     def _tell(self, session: Session) -> None:
         self.finish({"user": session.user, "csrf": session.csrf})

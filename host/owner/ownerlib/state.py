@@ -9,17 +9,18 @@ import asyncio
 import socket
 from typing import Any
 
-from usbdev import Codec, Entry, ProfileInfo, UsbdevError, aio, profiles
+from usbdev import Entry, ProfileInfo, UsbdevError, aio, profiles
 from usbdev.records import PROFILES
 
 from ownerlib import event_log, program
 from ownerlib.problems import host_away
+from ownerlib.stored_settings import settings
 from ownerlib.usb_tree import Controllers, tree
 
 Row = dict[str, Any]  # of "usbdevctl explain --json"
 Value = dict[str, Any]
 EVENTS = 20
-SOUND_CODECS = ("ulaw", "aac")
+PICTURE = ("codec", "width", "height", "rate", "flip", "mirror", "overlay")
 REASON = ("reason", "cause", "values", "text", "hinders", "other_channel", "collision")
 
 
@@ -77,23 +78,10 @@ def channel(row: Row, entry: Entry | None, info: ProfileInfo | None) -> Value:
 
 def _settings(info: ProfileInfo | None) -> Value:
     if info is None:
-        names = ("codec", "width", "height", "rate", "flip", "mirror", "overlay", "sound")
-        return dict.fromkeys(names)
-    return {
-        "codec": "mjpeg" if info.vcodec == Codec.MJPEG else "h264",
-        "width": info.width,
-        "height": info.height,
-        "rate": round(info.framerate, 3),
-        "flip": bool(info.flip),
-        "mirror": bool(info.mirror),
-        "overlay": bool(info.osdenable),
-        "sound": {
-            "card": info.anode >= 0,
-            "on": bool(info.aenable),
-            "codec": SOUND_CODECS[info.acodec] if info.acodec in (0, 1) else None,
-            "volume": info.volume,
-        },
-    }
+        return dict.fromkeys((*PICTURE, "sound"))
+    stored = settings(info)
+    sound = {"card": info.anode >= 0, "on": stored["sound"], "codec": stored["sound_codec"], "volume": stored["volume"]}
+    return {**{name: stored[name] for name in PICTURE}, "sound": sound}
 
 
 def _reason(reason: Row) -> Value:

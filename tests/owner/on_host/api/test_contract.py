@@ -12,6 +12,7 @@ import pytest
 from client import API, DOCUMENT, resolved
 from jsonschema import Draft202012Validator
 from ownerlib.service import routes
+from ownerlib.view_answers import FILES
 from tornado.web import RequestHandler
 
 METHODS = ("get", "post", "put", "patch", "delete")
@@ -21,7 +22,7 @@ def served() -> dict[str, set[str]]:
     """The paths of the server, without the names of their parts, and what each answers to."""
     found = {}
     for route in routes(None):  # type: ignore[arg-type]
-        path = re.sub(r"\((\?:)?[^)]*\)", "{}", str(route[0]).replace("\\", "")).removeprefix(API)
+        path = re.sub(r"\([^)]*\)", "{}", str(route[0]).replace(FILES, "{}").replace("\\", "")).removeprefix(API)
         found[path] = {name for name in METHODS if getattr(route[1], name) is not getattr(RequestHandler, name)}
     return found
 

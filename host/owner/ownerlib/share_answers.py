@@ -1,0 +1,58 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The share link of a profile."""
+
+from __future__ import annotations
+
+from dataclasses import replace
+from typing import Any
+
+from usbdev import UsbdevError, aio, web
+
+from ownerlib import problems, program
+from ownerlib.answers import SignedIn
+
+LONGEST_PASSWORD = 31  # bytes
+
+
+class Share(SignedIn):
+    async def get(self, profile: str) -> None:
+        self.finish(told(await program.ask("share", "show", f"pf{profile}")))
+
+    async def put(self, profile: str) -> None:
+        given = self.members({"on": bool}, {"password": str | None})
+        if not given["on"]:
+            await program.ask("share", "off", f"pf{profile}")
+        elif given.get("password") is not None:
+            await _protect(profile, given["password"])
+        else:
+            await program.ask("share", "on", f"pf{profile}")
+            if "password" in given:
+                await _open(int(profile))
+        self.finish(told(await program.ask("share", "show", f"pf{profile}")))
+
+
+class Renewal(SignedIn):
+    async def post(self, profile: str) -> None:
+        self.finish(told(await program.ask("share", "renew", f"pf{profile}")))
+
+
+def told(link: dict[str, Any]) -> dict[str, Any]:
+    return {"on": link["sharing"], "password": link["password"], "page": link["page"] if link["sharing"] else None}
+
+
+async def _protect(profile: str, password: str) -> None:
+    if not 0 < len(password.encode()) <= LONGEST_PASSWORD or "\n" in password:
+        raise problems.invalid(f"A password is one line of 1 to {LONGEST_PASSWORD} bytes.")
+    done = await program.run("share", "on", f"pf{profile}", "--password-stdin", "--json", secret=password)
+    program.answer_of(done)
+
+
+async def _open(profile: int) -> None:
+    """Takes the password away and keeps the link, for which the program has no command."""
+    try:
+        link = await aio.call(web.share_link, profile)
+        await aio.call(web.set_share_link, replace(link, pwdenable=0, shrpwd=""))
+    except UsbdevError:
+        raise problems.host_away("The share link cannot be stored.") from None

@@ -1,0 +1,42 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The pictures of a profile, for a user who is signed in: no share link is needed."""
+
+from __future__ import annotations
+
+import os
+
+from sharelib.streams import STREAMS, StreamFile
+
+from ownerlib import problems
+from ownerlib.answers import SignedIn
+from ownerlib.host import Host
+
+FILES = r"([A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
+LARGEST_PICTURE = 8 << 20
+
+
+class Live(SignedIn, StreamFile):
+    """The playlist and the segments."""
+
+    def initialize(self, host: Host) -> None:  # type: ignore[override]
+        self.host = host
+        StreamFile.initialize(self, str(STREAMS))
+
+    async def get(self, profile: str, file: str) -> None:  # type: ignore[override]
+        await StreamFile.get(self, f"channel{int(profile) + 1}/{file}")
+
+
+class Picture(SignedIn):
+    """The latest small picture, which the manager's encoder replaces."""
+
+    def get(self, profile: str) -> None:
+        path = STREAMS / f"channel{int(profile) + 1}" / "picture.jpg"
+        try:
+            with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK), "rb") as file:
+                content = file.read(LARGEST_PICTURE)
+        except OSError:
+            raise problems.not_found() from None
+        self.set_header("Content-Type", "image/jpeg")
+        self.finish(content)

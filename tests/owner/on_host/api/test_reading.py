@@ -1,0 +1,121 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""What a page reads beside the state: events, the host, the report, and the pictures of a stream."""
+
+from __future__ import annotations
+
+import csv
+import io
+import os
+from collections.abc import Iterator
+from pathlib import Path
+
+import pytest
+from client import Client
+from conftest import run
+from ownerlib.event_answers import table
+from ownerlib.event_log import FILE, MOST_EVENTS
+
+FOLDER = Path("/mnt/ext/opt/apps/Velmora2/hls/channel1")
+
+
+@pytest.fixture(scope="module", autouse=True)
+def logged() -> None:
+    """A camera with a rate that causes a warning got a profile."""
+    run("sim plug usb2-camera 1-1; usbdevctl assign 1-1 0; usbdevctl rename 0 Garten; usbdevctl clear 0; "
+        "sim unplug 1-1; usbdevctl forget 1-1 || true")
+
+
+def test_events_come_in_pieces_newest_first(owner: Client) -> None:
+    everything = owner.get(f"/events?limit={MOST_EVENTS}")["events"]
+    assert len(everything) >= 3
+    first = owner.get("/events?limit=2")["events"]
+    rest = owner.get(f"/events?limit={MOST_EVENTS}&before={first[-1]['id']}")["events"]
+    assert first + rest == everything
+
+
+def test_events_are_found_by_text_and_severity(owner: Client) -> None:
+    warnings = owner.get("/events?severity=warning")["events"]
+    assert warnings and {event["severity"] for event in warnings} == {"warning"}
+    found = owner.get("/events?search=GARTEN")["events"]
+    assert found and all("Garten" in event["text"] for event in found)
+    assert owner.get("/events?search=%25")["events"] == []
+    assert owner.get("/events?search=%27%20OR%201%3D1--")["events"] == []
+
+
+@pytest.mark.parametrize("query", ["limit=0", "limit=201", "limit=x", "before=-1", "severity=error", "limit=%FF",
+                                   f"before={10**30}", "limit=%D9%A3"])  # fmt: skip
+def test_a_question_for_events_that_makes_no_sense_is_refused(owner: Client, query: str) -> None:
+    assert owner.ask("GET", f"/events?{query}").error == "invalid"
+
+
+def test_a_host_without_events_has_none(owner: Client) -> None:
+    hidden = FILE.with_suffix(".hidden")
+    FILE.rename(hidden)
+    try:
+        assert owner.get("/events") == {"events": []}
+    finally:
+        hidden.rename(FILE)
+
+
+def test_all_events_are_a_table(owner: Client) -> None:
+    content = owner.ask("GET", "/events.csv").content.decode()
+    header, *rows = csv.reader(io.StringIO(content))
+    assert header == ["id", "time", "severity", "text"]
+    assert [int(row[0]) for row in rows] == [event["id"] for event in owner.get(f"/events?limit={MOST_EVENTS}")["events"]]
+
+
+@pytest.mark.parametrize("begin", ["=", "+", "-", "@", "\t", "\r"])
+def test_no_text_of_the_table_is_a_formula(begin: str) -> None:
+    event = {"id": 1, "time": "2026", "severity": "warning", "text": f"{begin}HYPERLINK(1)"}
+    assert list(csv.reader(io.StringIO(table([event]))))[1][3] == f"'{begin}HYPERLINK(1)"
+
+
+def test_the_host_tells_what_it_is(owner: Client) -> None:
+    host = owner.get("/host")
+    assert (host["version"], host["web_port"], host["kernel"]) == ("5.1.0", 8080, os.uname().release)
+    assert host["limits"] == {"channels": 10, "profiles": 4, "one_channel": False}
+    assert host["codec_package"]["enabled"] is True
+    assert f"usbdevctl {host['usbdevctl']}\n" in run("usbdevctl --version")
+
+
+def test_the_report_is_that_of_the_program(owner: Client) -> None:
+    assert owner.ask("GET", "/report").content.decode().startswith(run("usbdevctl report").partition("\n")[0])
+
+
+@pytest.fixture
+def stream() -> Iterator[None]:
+    """Files that an encoder could have written."""
+    for name in ("picture.jpg", "playlist.m3u8", "1.ts", "failure"):
+        (FOLDER / name).write_text(name)
+    yield
+    for file in FOLDER.iterdir():
+        file.unlink()
+
+
+@pytest.mark.usefixtures("stream")
+def test_a_stream_is_seen_without_a_share_link(owner: Client) -> None:
+    for name in ("picture.jpg", "playlist.m3u8", "1.ts"):
+        assert owner.ask("GET", f"/profiles/0/{name}").content == name.encode()
+        assert Client().ask("GET", f"/profiles/0/{name}").error == "signed_out"
+
+
+@pytest.mark.usefixtures("stream")
+@pytest.mark.parametrize("name", ["failure", "2.ts", "..%2Fchannel1%2F1.ts", ".1.ts", "1.ts%00"])
+def test_nothing_but_a_streams_own_files_is_given_out(owner: Client, name: str) -> None:
+    assert owner.ask("GET", f"/profiles/0/{name}").error == "not_found"
+
+
+def test_a_profile_without_a_stream_has_no_picture(owner: Client) -> None:
+    assert owner.ask("GET", "/profiles/1/picture.jpg").error == "not_found"
+
+
+def test_a_picture_that_leads_elsewhere_is_not_followed(owner: Client, tmp_path: Path) -> None:
+    (tmp_path / "secret").write_text("private")
+    link = FOLDER / "picture.jpg"
+    link.symlink_to(tmp_path / "secret")
+    try:
+        assert owner.ask("GET", "/profiles/0/picture.jpg").error == "not_found"
+    finally:
+        link.unlink()
