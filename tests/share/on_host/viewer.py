@@ -76,13 +76,20 @@ class Viewer:
 
 
 @contextmanager
-def viewing(origin: str) -> Iterator[Viewer]:
+def browsing() -> Iterator[Chrome]:
     options = ChromeOptions()
     options.binary_location = BROWSER
     for option in OPTIONS:
         options.add_argument(option)
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
     browser = Chrome(service=Service(DRIVER), options=options)
     try:
-        yield Viewer(browser, origin)
+        yield browser
     finally:
         browser.quit()
+
+
+@contextmanager
+def viewing(origin: str) -> Iterator[Viewer]:
+    with browsing() as browser:
+        yield Viewer(browser, origin)

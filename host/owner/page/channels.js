@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// What a channel is called and how it is doing.
+
+import { hasText, plain, t } from "/page/texts.js";
+
+export const nameOf = (channel) =>
+  plain(channel.profile_name || channel.device) || t("channel_number", { number: channel.channel });
+
+export const profileName = (profile) => plain(profile.name) || t("profile_number", { number: profile.profile });
+
+export const channelOf = (state, profile) => state.channels.find((one) => one.profile === profile);
+
+export const hindrances = (channel) => channel.reasons.filter((one) => one.hinders);
+
+// One word for how a channel is doing: the name of a text, and of its colour.
+export function standing(channel) {
+  if (channel.state === "free") return "free";
+  if (channel.streams) return "streams";
+  if (channel.switched_on === false) return "switched_off";
+  const [first] = hindrances(channel);
+  if (!first) return channel.profile === null ? "unbound" : "begins";
+  return hasText(`state.${first.reason}`) ? first.reason : "fails";
+}
+
+const kCalm = ["free", "unbound", "switched_off", "unplugged", "displaced"];
+
+export const tone = (word) => {
+  if (word === "streams") return "good";
+  return kCalm.includes(word) ? "calm" : "care";
+};
+
+// The profiles that no camera has.
+export const freeProfiles = (state) => state.profiles.filter((one) => one.channel === null);
+
+export const attachedWithoutProfile = (state) =>
+  state.channels.filter((one) => one.state === "plugged" && one.profile === null);

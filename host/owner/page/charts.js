@@ -1,0 +1,145 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// How the last days went, as plots.
+
+import { html, useEffect, useRef, useState } from "/libraries/preact.js";
+import uPlot from "/libraries/uplot.js";
+import { explain } from "/page/actions.js";
+import { read } from "/page/api.js";
+import { Busy, Choice, Empty } from "/page/parts.js";
+import { currentLanguage, number, t } from "/page/texts.js";
+
+const kDays = ["1", "7", "30"];
+const kHeight = 220; // pixels
+const kDay = 86400; // seconds
+const kColours = ["--accent", "--good", "--care", "--bad"];
+
+const seconds = (time) => Date.parse(time) / 1000;
+const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+
+// Days, or for a single one hours.
+function timeFormat(from) {
+  const isDay = Date.now() / 1000 - from < 2 * kDay;
+  return new Intl.DateTimeFormat(currentLanguage(), isDay ? { hour: "numeric", minute: "2-digit" } : { month: "short", day: "numeric" });
+}
+
+function axes(values, from, incrs) {
+  const common = { stroke: colour("--quiet"), grid: { stroke: colour("--hair"), width: 1 }, ticks: { stroke: colour("--hair"), width: 1 } };
+  const format = timeFormat(from);
+  const time = (_, splits) => splits.map((one) => format.format(one * 1000));
+  return [{ ...common, values: time, space: 80 }, { ...common, incrs, size: 56, values: (_, splits) => splits.map(values) }];
+}
+
+function Plot({ id, title, data, series, from, range, isCount = true, values = number }) {
+  const frame = useRef(null);
+  useEffect(() => {
+    const draw = () => new uPlot({
+      width: frame.current.clientWidth,
+      height: kHeight,
+      legend: { live: false },
+      cursor: { drag: { x: false, y: false } },
+      scales: { x: { range: [from, Date.now() / 1000] }, y: { range } },
+      axes: axes(values, from, isCount ? [1, 2, 5, 10, 100, 1000] : undefined),
+      series: [{ label: t("time") }, ...series],
+    }, data, frame.current);
+    let plot = draw();
+    const again = () => {
+      plot.destroy();
+      plot = draw();
+    };
+    const scheme = matchMedia("(prefers-color-scheme: dark)");
+    addEventListener("resize", again);
+    scheme.addEventListener("change", again);
+    return () => {
+      removeEventListener("resize", again);
+      scheme.removeEventListener("change", again);
+      plot.destroy();
+    };
+  }, [data]);
+  return html`<section class="card plot" aria-labelledby=${id}>
+    <h2 id=${id}>${t(title)}</h2><p class="quiet">${t(`${title}.explained`)}</p>
+    <div ref=${frame} role="img" aria-label=${t("charts.described", { title: t(title), count: data[0].length })}></div></section>`;
+}
+
+const point = (name, shade) => ({
+  label: t(name),
+  stroke: colour(shade),
+  paths: () => null,
+  points: { show: true, size: 9, fill: colour(shade) },
+});
+
+const sorted = (times) => [...new Set(times)].sort((one, other) => one - other);
+
+function Plugs({ plugs, from }) {
+  const times = sorted(plugs.map((one) => seconds(one.time)));
+  const of = (kind) => times.map((time) => plugs.find((one) => seconds(one.time) === time && one.kind === kind)?.channel);
+  const series = [point("charts.plugged", "--good"), point("charts.unplugged", "--bad")];
+  return html`<${Plot} id="plugs" title="charts.plugs" data=${[times, of("plugged"), of("unplugged")]} series=${series}
+    from=${from} range=${[-0.5, 9.5]} />`;
+}
+
+// A bar for every profile, from when its stream began until it ended.
+function UpTime({ up, from }) {
+  const spans = up.map((one) => ({ ...one, from: seconds(one.from), to: one.to ? seconds(one.to) : Date.now() / 1000 }));
+  const times = sorted(spans.flatMap((one) => [one.from, one.to, one.to + 1]));
+  const profiles = [0, 1, 2, 3];
+  const runs = (profile, time) => spans.some((one) => one.profile === profile && one.from <= time && time <= one.to);
+  const bars = profiles.map((profile) => times.map((time) => (runs(profile, time) ? profile : null)));
+  const series = profiles.map((one) => ({
+    label: t("profile_number", { number: one }),
+    stroke: colour(kColours[one]),
+    width: 12,
+    points: { show: false },
+  }));
+  return html`<${Plot} id="up" title="charts.up" data=${[times, ...bars]} series=${series} from=${from} range=${[-0.6, 3.6]} />`;
+}
+
+function TimeOuts({ timeouts, from }) {
+  const times = sorted(timeouts.map((one) => seconds(one.time)));
+  const profiles = [...new Set(timeouts.map((one) => one.profile))].sort();
+  const count = (profile, time) => timeouts.find((one) => one.profile === profile && seconds(one.time) === time)?.count;
+  const data = [times, ...profiles.map((profile) => times.map((time) => count(profile, time)))];
+  const series = profiles.map((one) => ({ ...point("profile", kColours[one]), label: t("profile_number", { number: one }) }));
+  return html`<${Plot} id="timeouts" title="charts.timeouts" data=${data} series=${series} from=${from} range=${(_, __, most) => [0, most + 1]} />`;
+}
+
+function Bandwidth({ bandwidth, from }) {
+  const times = sorted(bandwidth.map((one) => seconds(one.time)));
+  const buses = [...new Set(bandwidth.map((one) => one.bus))].sort();
+  const share = (bus, time) => {
+    const found = bandwidth.find((one) => one.bus === bus && seconds(one.time) === time);
+    return found && (100 * found.reserved) / found.available;
+  };
+  const data = [times, ...buses.map((bus) => times.map((time) => share(bus, time)))];
+  const series = buses.map((one, index) => ({
+    label: t("charts.bus", { number: one }),
+    stroke: colour(kColours[index % kColours.length]),
+    width: 2,
+    spanGaps: true,
+  }));
+  return html`<${Plot} id="bandwidth" title="charts.bandwidth" data=${data} series=${series} from=${from} range=${[0, 100]} isCount=${false}
+    values=${(one) => `${number(one)} %`} />`;
+}
+
+const kPlots = { plugs: Plugs, up: UpTime, timeouts: TimeOuts, bandwidth: Bandwidth };
+
+function Plots({ charts, days }) {
+  const from = Date.now() / 1000 - days * kDay;
+  const filled = Object.entries(kPlots).filter(([name]) => charts[name]?.length > 0);
+  if (filled.length === 0) return html`<${Empty} icon="charts" title=${t("charts.empty")}><p>${t("charts.empty_cure")}</p><//>`;
+  return html`<div class="plots">
+    ${filled.map(([name, Part]) => html`<${Part} key=${name} ...${{ [name]: charts[name] }} from=${from} />`)}</div>`;
+}
+
+export function Charts() {
+  const [days, setDays] = useState("7");
+  const [charts, setCharts] = useState(null);
+  useEffect(() => {
+    setCharts(null);
+    read(`/charts?days=${days}`).then(setCharts, explain);
+  }, [days]);
+  const options = kDays.map((one) => ({ value: one, text: t(`charts.days.${one}`) }));
+  return html`<div class="filter"><${Choice} id="days" label=${t("charts.days")} value=${days} options=${options} change=${setDays} /></div>
+    ${charts ? html`<${Plots} charts=${charts} days=${Number(days)} />` : html`<${Busy} text=${t("loading")} />`}`;
+}

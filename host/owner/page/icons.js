@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// Small pictures for buttons and states; they are never the only name of a thing.
+
+import { html } from "/libraries/preact.js";
+
+const kPaths = {
+  overview: "M4 4h7v7H4zM13 4h7v7h-7zM4 13h7v7H4zM13 13h7v7h-7z",
+  sharing: "M15 7a3 3 0 1 0 3-3 3 3 0 0 0-3 3zM3 12a3 3 0 1 0 3-3 3 3 0 0 0-3 3zM15 17a3 3 0 1 0 3-3 3 3 0 0 0-3 3zM8.7 10.7l6.6-2.4M8.7 13.3l6.6 2.4",
+  events: "M8 6h12M8 12h12M8 18h12M4 6h.01M4 12h.01M4 18h.01",
+  charts: "M4 4v16h16M8 15l4-5 3 3 5-7",
+  host: "M4 5h16v6H4zM4 13h16v6H4zM8 8h.01M8 16h.01",
+  camera: "M4 7h11a1 1 0 0 1 1 1v8a1 1 0 0 1-1 1H4a1 1 0 0 1-1-1V8a1 1 0 0 1 1-1zM16 11l5-3v8l-5-3",
+  off: "M12 3v9M7 6a8 8 0 1 0 10 0",
+  plug: "M9 3v5M15 3v5M6 8h12v3a6 6 0 0 1-12 0zM12 17v4",
+  wait: "M12 3a9 9 0 1 0 0 18 9 9 0 0 0 0-18zM12 7v5l3 2",
+  alert: "M12 4 2.5 20h19zM12 10v4M12 17h.01",
+  info: "M12 3a9 9 0 1 0 0 18 9 9 0 0 0 0-18zM12 11v5M12 8h.01",
+  copy: "M9 9h11v11H9zM5 15H4V4h11v1",
+  close: "M6 6l12 12M18 6 6 18",
+  open: "M13 5h6v6M19 5l-9 9M10 6H5v13h13v-5",
+  back: "M15 5l-7 7 7 7",
+  edit: "M4 20h4L19 9l-4-4L4 16z",
+  signOut: "M10 4H5v16h5M9 12h11M16 8l4 4-4 4",
+};
+
+export const Icon = ({ name }) => html`
+  <svg class="icon" viewBox="0 0 24 24" width="24" height="24" aria-hidden="true" focusable="false">
+    <path d=${kPaths[name]} />
+  </svg>`;

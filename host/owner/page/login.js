@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// The way in.
+
+import { html, useEffect, useRef, useState } from "/libraries/preact.js";
+import { signIn } from "/page/store.js";
+import { t } from "/page/texts.js";
+import { LanguageChoice } from "/page/shell.js";
+
+function useAttempt() {
+  const [problem, setProblem] = useState("");
+  const [isAsking, setAsking] = useState(false);
+  const send = async (user, password) => {
+    setAsking(true);
+    setProblem("");
+    try {
+      await signIn(user, password);
+    } catch (refused) {
+      setProblem(t(`error.${refused.name}`, refused.values));
+      setAsking(false);
+      return false;
+    }
+    return true;
+  };
+  return { problem, isAsking, send };
+}
+
+export function Login() {
+  const { problem, isAsking, send } = useAttempt();
+  const password = useRef(null);
+  useEffect(() => {
+    document.title = t("sign_in");
+    document.getElementById("user").focus();
+  }, []);
+  const submit = async (event) => {
+    event.preventDefault();
+    const fields = event.target.elements;
+    if (!(await send(fields.user.value, fields.password.value))) password.current?.select();
+  };
+  return html`<main class="alone">
+    <form class="card login" onSubmit=${submit}>
+      <img src="/page/favicon.svg" alt="" width="48" height="48" />
+      <h1>${t("sign_in")}</h1>
+      <p class="quiet">${t("sign_in.explained")}</p>
+      <p class="problem" role="alert" hidden=${!problem}>${problem}</p>
+      <div class="field"><label for="user">${t("user")}</label>
+        <input id="user" name="user" autocomplete="username" autocapitalize="none" spellcheck="false" required maxlength="64" /></div>
+      <div class="field"><label for="password">${t("password")}</label>
+        <input id="password" name="password" type="password" autocomplete="current-password" required maxlength="64"
+          ref=${password} aria-invalid=${Boolean(problem)} /></div>
+      <button disabled=${isAsking}>${t(isAsking ? "signing_in" : "sign_in")}</button>
+      <${LanguageChoice} />
+    </form>
+  </main>`;
+}

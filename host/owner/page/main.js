@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// Begins the page, and shows the part of it that the address names.
+
+import { html, render } from "/libraries/preact.js";
+import { profileName } from "/page/channels.js";
+import { Charts } from "/page/charts.js";
+import { Events } from "/page/events.js";
+import { Host } from "/page/host.js";
+import { Login } from "/page/login.js";
+import { Overview } from "/page/overview.js";
+import { Busy, Empty } from "/page/parts.js";
+import { Profile } from "/page/profile.js";
+import { Sharing } from "/page/sharing.js";
+import { Shell } from "/page/shell.js";
+import { begin, onChange, set, view } from "/page/store.js";
+import { loadTexts, t } from "/page/texts.js";
+
+const kPages = { "": Overview, sharing: Sharing, events: Events, charts: Charts, host: Host };
+
+const NoPage = () => html`<${Empty} icon="info" title=${t("no_page")}><p><a href="#/">${t("overview")}</a></p><//>`;
+
+// The page of the address: its part of the navigation, its title, and what is shown.
+function route(state) {
+  const [, name = "", number = ""] = location.hash.split("/");
+  const profile = name === "profile" && state?.profiles.find((one) => String(one.profile) === number);
+  if (profile) return { page: "overview", title: profileName(profile), Part: Profile, profile };
+  if (name === "profile" && !state) return { page: "overview", title: t("profile"), Part: Profile };
+  if (!(name in kPages)) return { page: null, title: t("no_page"), Part: NoPage };
+  const page = name || "overview";
+  return { page, title: t(page), Part: kPages[name] };
+}
+
+const Loading = () => html`<${Busy} text=${t("loading")} />`;
+
+function App() {
+  const now = view();
+  if (now.session === undefined) return html`<main class="alone">${now.away ? html`<${Busy} text=${t("away")} />` : html`<${Loading} />`}</main>`;
+  if (now.session === null) return html`<${Login} />`;
+  const { page, title, Part, profile } = route(now.state);
+  return html`<${Shell} view=${now} page=${page} address=${location.hash} title=${title}>
+    ${now.state ? html`<${Part} key=${location.hash} state=${now.state} profile=${profile} />` : html`<${Loading} />`}
+  <//>`;
+}
+
+const root = document.getElementById("page");
+await loadTexts();
+root.replaceChildren();
+onChange(() => render(html`<${App} />`, root));
+addEventListener("hashchange", () => set({}));
+set({});
+begin();

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// The ten channels as cards, and how they hang together.
+
+import { html, useEffect, useState } from "/libraries/preact.js";
+import { hindrances, nameOf, standing, tone } from "/page/channels.js";
+import { Icon } from "/page/icons.js";
+import { Empty } from "/page/parts.js";
+import { Reasons } from "/page/reasons.js";
+import { number, t } from "/page/texts.js";
+import { UsbTree } from "/page/usb_tree.js";
+
+const kNewPicture = 2000; // milliseconds
+
+const kIcons = { streams: "camera", begins: "camera", switched_off: "off", unplugged: "plug", displaced: "plug", waits: "wait" };
+
+const NoPicture = ({ word }) => html`<div class="no-picture"><${Icon} name=${kIcons[word] ?? "camera"} /></div>`;
+
+// The latest picture again and again, as long as somebody looks.
+function Picture({ profile, word }) {
+  const [at, setAt] = useState(0);
+  const [isThere, setThere] = useState(false);
+  useEffect(() => {
+    const timer = setInterval(() => document.hidden || setAt((count) => count + 1), kNewPicture);
+    return () => clearInterval(timer);
+  }, []);
+  return html`<div class="picture">
+    ${!isThere && html`<${NoPicture} word=${word} />`}
+    <img src=${`/api/v1/profiles/${profile}/picture.jpg?${at}`} alt="" hidden=${!isThere}
+      onLoad=${() => setThere(true)} onError=${() => setThere(false)} />
+  </div>`;
+}
+
+export const Standing = ({ word }) => html`<span class=${`standing ${tone(word)}`}>${t(`state.${word}`)}</span>`;
+
+const Fact = ({ name, children }) => html`<div><dt>${name}</dt><dd>${children}</dd></div>`;
+
+function Facts({ channel }) {
+  const { port, profile, width, height, rate } = channel;
+  const hasStream = profile !== null && width > 0;
+  return html`<dl class="facts">
+    <${Fact} name=${t("port")}>${port}<//>
+    <${Fact} name=${t("profile")}>${profile ?? t("none")}<//>
+    ${hasStream && html`<${Fact} name=${t("size")}>${width} × ${height}<//>`}
+    ${hasStream && rate > 0 && html`<${Fact} name=${t("rate")}>${t("per_second", { rate: number(rate) })}<//>`}
+  </dl>`;
+}
+
+function CameraCard({ channel, state }) {
+  const word = standing(channel);
+  const name = html`<bdi>${nameOf(channel)}</bdi>`;
+  return html`<li class="card camera" data-channel=${channel.channel} data-standing=${word}>
+    ${channel.streams ? html`<${Picture} profile=${channel.profile} word=${word} />` : html`<div class="picture"><${NoPicture} word=${word} /></div>`}
+    <h2>${channel.profile === null ? name : html`<a href=${`#/profile/${channel.profile}`}>${name}</a>`}</h2>
+    <${Standing} word=${word} />
+    <p class="quiet device">${t("channel_number", { number: channel.channel })}${channel.profile_name && html` · <bdi>${channel.device}</bdi>`}</p>
+    <${Facts} channel=${channel} />
+    <${Reasons} channel=${channel} state=${state} />
+    ${word === "begins" && html`<p class="quiet">${t("begins.explained")}</p>`}
+  </li>`;
+}
+
+function FreeChannels({ channels }) {
+  if (channels.length === 0) return null;
+  return html`<section aria-labelledby="free-channels">
+    <h2 id="free-channels">${t("overview.free")}</h2>
+    <ul class="free">${channels.map((one) => html`<li key=${one.channel} class="card free-channel" data-channel=${one.channel}>
+      <${Icon} name="plug" /> ${t("channel_number", { number: one.channel })}</li>`)}</ul>
+  </section>`;
+}
+
+function summary(cameras) {
+  const streaming = cameras.filter((one) => one.streams).length;
+  const hindered = cameras.filter((one) => !one.streams && hindrances(one).length > 0).length;
+  const otherwise = hindered === 0 ? "overview.all_well" : "overview.some_hindered";
+  return t(streaming === cameras.length ? "overview.all_stream" : otherwise, { streaming, hindered, cameras: cameras.length });
+}
+
+export function Overview({ state }) {
+  const cameras = state.channels.filter((one) => one.state !== "free");
+  const free = state.channels.filter((one) => one.state === "free");
+  if (cameras.length === 0) {
+    return html`<${Empty} icon="plug" title=${t("overview.empty")}><p>${t("overview.empty_cure")}</p><//>
+      <${FreeChannels} channels=${free} />`;
+  }
+  return html`<p class="lead">${summary(cameras)}</p>
+    <ul class="cards">${cameras.map((one) => html`<${CameraCard} key=${one.channel} channel=${one} state=${state} />`)}</ul>
+    <${UsbTree} state=${state} />
+    <${FreeChannels} channels=${free} />`;
+}

@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// Parts that several pages are made of.
+
+import { html, useEffect, useRef } from "/libraries/preact.js";
+import { Icon } from "/page/icons.js";
+import { closeNotice } from "/page/store.js";
+import { plain, t } from "/page/texts.js";
+
+export const Busy = ({ text }) => html`<p class="progress" role="status"><span class="busy"></span>${text}</p>`;
+
+export const Name = ({ of }) => html`<bdi>${plain(of)}</bdi>`;
+
+export const Empty = ({ icon, title, children }) => html`
+  <div class="empty"><${Icon} name=${icon} /><p class="empty-title">${title}</p>${children}</div>`;
+
+export function Switch({ label, on, disabled, change }) {
+  return html`<label class="switch">
+    <input type="checkbox" role="switch" checked=${on} disabled=${disabled}
+      onChange=${(event) => {
+        event.target.checked = on; // it turns when the state does
+        change(!on);
+      }} />
+    <span>${label}</span>
+  </label>`;
+}
+
+export const Button = ({ act, icon, kind = "plain", children, ...more }) => html`
+  <button type="button" class=${kind} onClick=${act} ...${more}>${icon && html`<${Icon} name=${icon} />`}${children}</button>`;
+
+export function Choice({ id, label, value, options, change, ...more }) {
+  return html`<div class="field">
+    <label for=${id}>${label}</label>
+    <select id=${id} value=${value} onChange=${(event) => change(event.target.value)} ...${more}>
+      ${options.map((one) => html`<option key=${one.value} value=${one.value} selected=${one.value === value}>${one.text}</option>`)}
+    </select>
+  </div>`;
+}
+
+export const Notices = ({ notices }) => html`
+  <div class="notices" role="status" aria-live="polite">
+    ${notices.map((one) => html`<div key=${one.id} class=${one.isRefusal ? "notice refusal" : "notice"}>
+      <${Icon} name=${one.isRefusal ? "alert" : "info"} />
+      <div><p>${one.text}</p>${one.cure && html`<p class="quiet">${one.cure}</p>`}</div>
+      <button type="button" class="bare" aria-label=${t("close")} onClick=${() => closeNotice(one.id)}><${Icon} name="close" /></button>
+    </div>`)}
+  </div>`;
+
+function Choices({ choices }) {
+  return html`<div class="field"><label for="choice">${choices.label}</label>
+    <select id="choice" name="choice">
+      ${choices.options.map((one) => html`<option key=${one.value} value=${one.value}>${one.text}</option>`)}
+    </select></div>`;
+}
+
+// Says what will happen before it happens. The keyboard starts on the way out, except where there is something to choose.
+export function Question({ question }) {
+  const dialog = useRef(null);
+  useEffect(() => {
+    dialog.current.showModal();
+  }, []);
+  // The keyboard returns to where it was when a dialog is closed, but not when it disappears.
+  const choose = (event) => {
+    event.preventDefault();
+    dialog.current.close();
+    question.answer(event.target.elements.choice?.value ?? true);
+  };
+  const leave = (event) => {
+    event.preventDefault();
+    dialog.current.close();
+    question.answer(null);
+  };
+  return html`<dialog ref=${dialog} onCancel=${leave} aria-labelledby="question" aria-describedby="consequences">
+    <form onSubmit=${choose}>
+      <h2 id="question">${question.title}</h2>
+      <ul id="consequences">${question.consequences.map((one) => html`<li>${one}</li>`)}</ul>
+      ${question.choices && html`<${Choices} choices=${question.choices} />`}
+      <div class="buttons">
+        <button type="button" class="plain" onClick=${leave}>${t("cancel")}</button>
+        <button class=${question.isLoss ? "danger" : ""}>${question.yes}</button>
+      </div>
+    </form>
+  </dialog>`;
+}

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// One camera with its profile: what it shows, and all that can be set.
+
+import { html, useState } from "/libraries/preact.js";
+import * as actions from "/page/actions.js";
+import { attachedWithoutProfile, channelOf, nameOf, profileName, standing } from "/page/channels.js";
+import { Icon } from "/page/icons.js";
+import { LiveView } from "/page/live_view.js";
+import { Standing } from "/page/overview.js";
+import { Button, Choice, Empty, Switch } from "/page/parts.js";
+import { Reasons } from "/page/reasons.js";
+import { StreamForm } from "/page/stream_form.js";
+import { plain, t } from "/page/texts.js";
+
+const kLongestName = 63;
+const kSoundCodecs = ["aac", "ulaw"];
+
+function PictureSettings({ channel }) {
+  const isEncoded = channel.codec === "h264";
+  const one = (name) => html`<${Switch} key=${name} label=${t(name)} on=${channel[name]} disabled=${!isEncoded}
+    change=${(on) => actions.setStream(channel, { [name]: on })} />`;
+  return html`<section class="card" aria-labelledby="picture">
+    <h2 id="picture">${t("picture")}</h2>
+    ${["flip", "mirror", "overlay"].map(one)}
+    <p class="quiet">${t(isEncoded ? "picture.explained" : "picture.mjpeg")}</p>
+  </section>`;
+}
+
+function Volume({ channel }) {
+  const [volume, setVolume] = useState(channel.sound.volume);
+  return html`<div class="field"><label for="volume">${t("volume", { percent: volume })}</label>
+    <input id="volume" type="range" min="0" max="100" value=${volume} onInput=${(event) => setVolume(Number(event.target.value))}
+      onChange=${() => actions.setStream(channel, { volume })} /></div>`;
+}
+
+function Sound({ channel }) {
+  const { sound } = channel;
+  if (!sound?.card) {
+    return html`<section class="card" aria-labelledby="sound"><h2 id="sound">${t("sound")}</h2><p class="quiet">${t("sound.none")}</p></section>`;
+  }
+  return html`<section class="card" aria-labelledby="sound">
+    <h2 id="sound">${t("sound")}</h2>
+    <${Switch} label=${t("sound.on")} on=${sound.on} change=${(on) => actions.setStream(channel, { sound: on })} />
+    ${sound.on && html`<${Choice} id="sound-codec" label=${t("sound.codec")} value=${sound.codec} options=${kSoundCodecs.map((one) => ({ value: one, text: t(`sound.${one}`) }))}
+        change=${(codec) => actions.setStream(channel, { sound_codec: codec })} />
+      <${Volume} key=${sound.volume} channel=${channel} />`}
+  </section>`;
+}
+
+function Rename({ channel }) {
+  const submit = (event) => {
+    event.preventDefault();
+    actions.rename(channel, event.target.elements.name.value.trim());
+  };
+  return html`<form class="line-form" onSubmit=${submit}>
+    <div class="field"><label for="name">${t("name")}</label>
+      <input id="name" name="name" value=${plain(channel.profile_name)} maxlength=${kLongestName} required autocomplete="off" /></div>
+    <button>${t("do.rename")}</button>
+  </form>`;
+}
+
+function CameraSettings({ channel, state }) {
+  const isAway = actions.isAway(channel);
+  return html`<section class="card" aria-labelledby="camera">
+    <h2 id="camera">${t("camera")}</h2>
+    <p class="quiet"><bdi>${plain(channel.device)}</bdi> · ${t("channel_number", { number: channel.channel })} · ${t("port")} ${channel.port}</p>
+    <${Rename} key=${channel.profile_name} channel=${channel} />
+    ${!isAway && html`<${Switch} label=${t("port.on")} on=${channel.switched_on !== false} change=${(on) => actions.switchPort(channel, on)} />`}
+    <div class="buttons">
+      <${Button} act=${() => actions.move(channel, state)}>${t("do.move_on")}<//>
+      ${isAway
+        ? html`<${Button} kind="danger" act=${() => actions.forget(channel)}>${t("do.forget")}<//>`
+        : html`<${Button} kind="danger" act=${() => actions.unbind(channel)}>${t("do.unbind")}<//>`}
+    </div>
+  </section>`;
+}
+
+function NoCamera({ profile, state }) {
+  const cameras = attachedWithoutProfile(state);
+  return html`<${Empty} icon="camera" title=${t("profile.empty")}>
+    <p>${t(cameras.length > 0 ? "profile.empty_choose" : "profile.empty_cure")}</p>
+    <div class="buttons">${cameras.map((one) => html`<${Button} key=${one.channel} act=${() => actions.assign(one, profile.profile)}>
+      ${t("camera_in_port", { name: nameOf(one), port: one.port })}<//>`)}</div>
+  <//>`;
+}
+
+function NotLive({ channel }) {
+  const word = standing(channel);
+  return html`<div class="live"><div class="over"><${Icon} name="camera" /><p>${t(`live_view.${word === "begins" ? "begins" : "stopped"}`)}</p></div></div>`;
+}
+
+export function Profile({ profile, state }) {
+  const channel = profile && channelOf(state, profile.profile);
+  if (!channel) return html`<${NoCamera} profile=${profile} state=${state} />`;
+  const name = profileName(profile);
+  return html`<p class="lead"><${Standing} word=${standing(channel)} />
+      <a class="beside" href="#/"><${Icon} name="back" />${t("overview")}</a></p>
+    <div class="columns">
+      <div>
+        ${channel.streams ? html`<${LiveView} key=${channel.channel} profile=${profile.profile} name=${name} />` : html`<${NotLive} channel=${channel} />`}
+        <${Reasons} channel=${channel} state=${state} />
+        <${CameraSettings} channel=${channel} state=${state} />
+      </div>
+      <div>
+        ${!actions.isAway(channel) && html`<${StreamForm} key=${channel.channel} channel=${channel} />`}
+        <${PictureSettings} channel=${channel} />
+        <${Sound} channel=${channel} />
+      </div>
+    </div>`;
+}

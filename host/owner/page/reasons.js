@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// Why a camera does not stream, and what to do about it, in words and as buttons.
+
+import { html } from "/libraries/preact.js";
+import * as actions from "/page/actions.js";
+import { freeProfiles, nameOf } from "/page/channels.js";
+import { Icon } from "/page/icons.js";
+import { Button } from "/page/parts.js";
+import { hasText, plain, t } from "/page/texts.js";
+
+function values(channel, reason, state) {
+  const other = state.channels[reason.other_channel];
+  const named = Object.fromEntries(Object.entries(reason.values).map(([name, value]) => [name, plain(value)]));
+  const sharer = other && { other_name: nameOf(other), other_channel: other.channel, root: rootPort(channel) };
+  return { port: channel.port, ...named, channel: channel.channel, ...sharer };
+}
+
+const rootPort = (channel) => (channel.port ?? "").split(".")[0];
+
+// In the words of this page; of a cause that it does not know, in those of the host.
+export function words(channel, reason, state) {
+  const given = values(channel, reason, state);
+  const text = (kind, otherwise) => {
+    const keys = [`${kind}.${reason.cause}.${reason.collision}`, `${kind}.${reason.cause}`];
+    const key = keys.find(hasText);
+    return key ? t(key, given) : plain(otherwise);
+  };
+  return { why: text("reason", reason.text), cure: text("cure", reason.cure) };
+}
+
+const kCures = {
+  switched_off: (channel) => [{ text: t("do.switch_on"), act: () => actions.switchPort(channel, true) }],
+  unplugged: (channel) => [{ text: t("do.forget"), act: () => actions.forget(channel) }],
+  displaced: (channel) => [{ text: t("do.forget"), act: () => actions.forget(channel) }],
+  unbound: (channel, state) => {
+    const [free] = freeProfiles(state);
+    if (!free) return [{ text: t("do.move_here"), act: () => actions.moveHere(channel, state) }];
+    return [{ text: t("do.assign", { number: free.profile }), act: () => actions.assign(channel, free.profile) }];
+  },
+  waits: (_, state, other) =>
+    other ? [{ text: t("do.switch_off_other", { name: nameOf(other) }), act: () => actions.switchPort(other, false) }] : [],
+};
+
+function Reason({ channel, reason, state }) {
+  const { why, cure } = words(channel, reason, state);
+  const cures = kCures[reason.reason]?.(channel, state, state.channels[reason.other_channel]) ?? [];
+  return html`<li class=${reason.hinders ? "reason" : "reason known"}>
+    <${Icon} name=${reason.hinders ? "alert" : "info"} />
+    <div>
+      <p>${why}</p>
+      ${cure && html`<p class="quiet">${cure}</p>`}
+      ${cures.length > 0 && html`<div class="buttons">
+        ${cures.map((one) => html`<${Button} key=${one.text} act=${one.act}>${one.text}<//>`)}
+      </div>`}
+    </div>
+  </li>`;
+}
+
+export const Reasons = ({ channel, state }) =>
+  channel.reasons.length > 0 && html`<ul class="reasons">
+    ${channel.reasons.map((one) => html`<${Reason} key=${one.cause} channel=${channel} reason=${one} state=${state} />`)}
+  </ul>`;

@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// The links with which people without an account watch a camera.
+
+import { html, useEffect, useState } from "/libraries/preact.js";
+import qrcode from "/libraries/qrcode.js";
+import { attempt, explain } from "/page/actions.js";
+import { call, read } from "/page/api.js";
+import { channelOf, profileName } from "/page/channels.js";
+import { Icon } from "/page/icons.js";
+import { Busy, Button, Empty, Switch } from "/page/parts.js";
+import { ask, notice } from "/page/store.js";
+import { t } from "/page/texts.js";
+
+const kLongestPassword = 31;
+const kQuiet = 4; // modules around the code
+
+function QrCode({ text }) {
+  const code = qrcode(0, "M");
+  code.addData(text);
+  code.make();
+  const count = code.getModuleCount();
+  const dark = [];
+  for (let row = 0; row < count; row += 1) {
+    for (let column = 0; column < count; column += 1) {
+      if (code.isDark(row, column)) dark.push(`M${column + kQuiet} ${row + kQuiet}h1v1h-1z`);
+    }
+  }
+  const size = count + 2 * kQuiet;
+  return html`<svg class="qr" viewBox=${`0 0 ${size} ${size}`} role="img" aria-label=${t("share.qr")} shape-rendering="crispEdges">
+    <rect width=${size} height=${size} fill="#fff" /><path d=${dark.join("")} fill="#000" /></svg>`;
+}
+
+// Without a secure connection browsers let no page write to the clipboard; the link is then marked.
+async function copy(link) {
+  const field = document.querySelector(`input[value="${CSS.escape(link)}"]`);
+  try {
+    await navigator.clipboard.writeText(link);
+  } catch {
+    field?.select();
+    if (!document.execCommand("copy")) return notice(t("share.marked"));
+  }
+  notice(t("share.copied"));
+}
+
+function Link({ profile, share, renew }) {
+  const link = location.origin + share.page;
+  const id = `link-${profile}`;
+  return html`<div class="share-link">
+    <div>
+      <div class="field"><label for=${id}>${t("share.link")}</label>
+        <input id=${id} readonly value=${link} onFocus=${(event) => event.target.select()} /></div>
+      <div class="buttons">
+        <${Button} icon="copy" kind="" act=${() => copy(link)}>${t("do.copy")}<//>
+        <${Button} act=${renew}>${t("do.renew")}<//>
+        <a class="button plain" href=${share.page} target="_blank" rel="noopener"><${Icon} name="open" />${t("share.as_guest")}</a>
+      </div>
+      <p class="quiet">${t(share.password ? "share.guest_password" : "share.guest")}</p>
+    </div>
+    <${QrCode} text=${link} />
+  </div>`;
+}
+
+function Password({ profile, share, put }) {
+  const id = `password-${profile}`;
+  const submit = async (event) => {
+    event.preventDefault();
+    const field = event.target.elements.password;
+    if (await put({ on: true, password: field.value })) field.value = "";
+  };
+  return html`<form class="line-form" onSubmit=${submit}>
+    <div class="field"><label for=${id}>${t(share.password ? "share.new_password" : "share.password")}</label>
+      <input id=${id} name="password" type="password" maxlength=${kLongestPassword} required autocomplete="new-password" /></div>
+    <button class="plain">${t(share.password ? "do.change_password" : "do.set_password")}</button>
+    ${share.password && html`<${Button} act=${() => put({ on: true, password: null })}>${t("do.remove_password")}<//>`}
+  </form>`;
+}
+
+function useShare(profile, isShared) {
+  const [share, setShare] = useState(null);
+  const load = () => read(`/profiles/${profile}/share`).then(setShare, explain);
+  useEffect(() => {
+    load();
+  }, [profile, isShared]);
+  const send = async (method, path, body) => {
+    const done = await attempt(() => call(method, `/profiles/${profile}${path}`, body));
+    await load();
+    return done;
+  };
+  return [share, send];
+}
+
+async function sure(kind, name) {
+  const consequences = [t(`${kind}.guests`), t(`${kind}.link`)];
+  return ask({ title: t(`${kind}.title`, { name }), consequences, yes: t(`do.${kind}`), isLoss: true });
+}
+
+function SharedProfile({ profile, channel }) {
+  const name = profileName(profile);
+  const [share, send] = useShare(profile.profile, channel.shared);
+  const put = async (body) => {
+    const done = await send("PUT", "/share", body);
+    if (done) notice(t(body.on ? "done.shared" : "done.revoked", { name }));
+    return done;
+  };
+  const turn = async (on) => (on || (await sure("revoke", name))) && put({ on });
+  const renew = async () => {
+    if ((await sure("renew", name)) && (await send("POST", "/share/renewal", {}))) notice(t("done.renewed", { name }));
+  };
+  return html`<li class="card share" data-profile=${profile.profile}>
+    <h2><bdi>${name}</bdi></h2>
+    ${!share && html`<${Busy} text=${t("loading")} />`}
+    ${share && html`<${Switch} label=${t("share.on")} on=${share.on} change=${turn} />`}
+    ${share?.on && html`<${Link} profile=${profile.profile} share=${share} renew=${renew} />
+      <${Password} profile=${profile.profile} share=${share} put=${put} />`}
+    ${share && !share.on && html`<p class="quiet">${t("share.off")}</p>`}
+  </li>`;
+}
+
+export function Sharing({ state }) {
+  const bound = state.profiles.filter((one) => channelOf(state, one.profile));
+  if (bound.length === 0) return html`<${Empty} icon="sharing" title=${t("share.empty")}><p>${t("share.empty_cure")}</p><//>`;
+  return html`<p class="lead">${t("share.explained")}</p>
+    <ul class="shares">${bound.map((one) => html`<${SharedProfile} key=${one.profile} profile=${one} channel=${channelOf(state, one.profile)} />`)}</ul>`;
+}

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// What is around every page: its name, the ways to the others, and whether the host answers.
+
+import { html, useEffect, useRef } from "/libraries/preact.js";
+import { Icon } from "/page/icons.js";
+import { Notices, Question } from "/page/parts.js";
+import { set, signOut } from "/page/store.js";
+import { currentLanguage, kLanguages, loadTexts, plain, t } from "/page/texts.js";
+
+const kPages = [["overview", "#/"], ["sharing", "#/sharing"], ["events", "#/events"], ["charts", "#/charts"], ["host", "#/host"]];
+
+export function LanguageChoice() {
+  const change = async (event) => {
+    await loadTexts(event.target.value);
+    set({});
+  };
+  return html`<div class="language">
+    <label class="unseen" for="language">${t("language")}</label>
+    <select id="language" value=${currentLanguage()} onChange=${change}>
+      ${Object.entries(kLanguages).map(([code, name]) => html`
+        <option key=${code} value=${code} lang=${code} selected=${code === currentLanguage()}>${name}</option>`)}
+    </select>
+  </div>`;
+}
+
+const Navigation = ({ page }) => html`<nav aria-label=${t("pages")}><ul>
+  ${kPages.map(([name, address]) => html`<li key=${name}>
+    <a href=${address} aria-current=${name === page ? "page" : null}><${Icon} name=${name} /><span>${t(`${name}.short`)}</span></a>
+  </li>`)}
+</ul></nav>`;
+
+const Away = ({ away }) => html`<div role="status" class="away-place">
+  ${away && html`<p class="away"><span class="busy"></span>${t("away")}</p>`}</div>`;
+
+// The page is entered at its heading, so that a screen reader says where it is. Not when it is the first.
+function useEntering(address, title) {
+  const heading = useRef(null);
+  const before = useRef(null);
+  useEffect(() => {
+    if (before.current !== null && before.current !== address) {
+      scrollTo(0, 0);
+      heading.current.focus();
+    }
+    before.current = address;
+  }, [address]);
+  useEffect(() => {
+    document.title = title;
+  }, [title]);
+  return heading;
+}
+
+export function Shell({ view, page, address, title, children }) {
+  const heading = useEntering(address, title);
+  return html`
+    <a class="skip" href="#content" onClick=${(event) => {
+      event.preventDefault();
+      heading.current.focus();
+    }}>${t("skip")}</a>
+    <header>
+      <img src="/page/favicon.svg" alt="" width="28" height="28" />
+      <span class="host-name"><bdi>${plain(view.state?.host.name) || t("cameras")}</bdi></span>
+      <${LanguageChoice} />
+      <button type="button" class="bare" onClick=${signOut} aria-label=${t("sign_out")} title=${t("sign_out")}><${Icon} name="signOut" /></button>
+    </header>
+    <${Navigation} page=${page} />
+    <main id="content">
+      <${Away} away=${view.away} />
+      <h1 tabindex="-1" ref=${heading}><bdi>${title}</bdi></h1>
+      ${children}
+    </main>
+    <${Notices} notices=${view.notices} />
+    ${view.question && html`<${Question} question=${view.question} />`}`;
+}

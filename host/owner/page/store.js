@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// What the page knows, and the live connection that tells it. Everything that is shown is made of it.
+
+import { Refusal, call, keepToken, read } from "/page/api.js";
+
+const kRetryAtFirst = 500; // milliseconds, as all of these
+const kRetryAtMost = 8000;
+const kGuessAfterAnswer = 1500;
+const kMostEvents = 500;
+
+// "session" is undefined until the host has answered, and null for somebody who is not signed in.
+const known = { session: undefined, state: null, away: false, notices: [], question: null };
+let guesses = [];
+let painter = () => {};
+let socket = null;
+let pause = kRetryAtFirst;
+
+export function onChange(paint) {
+  painter = paint;
+}
+
+export function set(values) {
+  Object.assign(known, values);
+  painter();
+}
+
+// The host's state as it will be when the changes that are on their way have been made.
+export function view() {
+  const state = known.state && guesses.reduce((one, guess) => guess.expected(one), known.state);
+  return { ...known, state };
+}
+
+function drop(guess) {
+  guesses = guesses.filter((one) => one !== guess);
+  painter();
+}
+
+// Shows what is expected at once, and takes it back if the host refuses.
+export async function change(expected, request) {
+  const guess = { expected };
+  guesses.push(guess);
+  painter();
+  try {
+    const answer = await request();
+    setTimeout(drop, kGuessAfterAnswer, guess);
+    return answer;
+  } catch (problem) {
+    drop(guess);
+    throw problem;
+  }
+}
+
+export function withChannel(number, values) {
+  return (state) => ({
+    ...state,
+    channels: state.channels.map((one) => (one.channel === number ? { ...one, ...values } : one)),
+  });
+}
+
+const follow = {
+  state: (state) => ({ ...state }),
+  events: (news, state) => ({ ...state, events: [...news, ...state.events].slice(0, kMostEvents) }),
+};
+
+function take({ section, value }) {
+  if (section === "host_away") return set({ away: true });
+  const merge = follow[section] ?? ((part, state) => ({ ...state, [section]: part }));
+  if (section === "state" || known.state) set({ away: false, state: merge(value, known.state) });
+}
+
+function connect() {
+  socket = new WebSocket(`${location.protocol === "https:" ? "wss" : "ws"}://${location.host}/api/v1/live`);
+  socket.onmessage = (message) => {
+    pause = kRetryAtFirst;
+    take(JSON.parse(message.data));
+  };
+  socket.onclose = () => known.session && comeBack();
+}
+
+// The connection does not tell whether the host is gone or the session has ended; a request does.
+async function comeBack() {
+  set({ away: true });
+  setTimeout(async () => {
+    pause = Math.min(2 * pause, kRetryAtMost);
+    try {
+      keepSession(await read("/session"));
+    } catch (problem) {
+      if (problem.name === "signed_out") signedOut();
+      else if (known.session) comeBack();
+    }
+  }, pause);
+}
+
+// Whether there may be a session; its cookie is not for scripts. Who has none is not asked for.
+const kMayBeSignedIn = "signedIn";
+
+function keepSession(session) {
+  localStorage.setItem(kMayBeSignedIn, "1");
+  keepToken(session.csrf);
+  set({ session });
+  connect();
+}
+
+export function signedOut() {
+  localStorage.removeItem(kMayBeSignedIn);
+  set({ session: null, state: null, away: false, question: null });
+  socket?.close();
+}
+
+export async function begin() {
+  if (!localStorage.getItem(kMayBeSignedIn)) return signedOut();
+  try {
+    keepSession(await read("/session"));
+  } catch (problem) {
+    if (problem.name === "signed_out") return signedOut();
+    set({ away: true });
+    setTimeout(begin, kRetryAtMost / 4);
+  }
+}
+
+export async function signIn(user, password) {
+  keepSession(await call("POST", "/session", { user, password }));
+}
+
+export async function signOut() {
+  await call("DELETE", "/session").catch(() => {});
+  signedOut();
+}
+
+let noticed = 0;
+const kNoticeTime = 6000;
+
+export function closeNotice(id) {
+  set({ notices: known.notices.filter((one) => one.id !== id) });
+}
+
+// A refusal stays until it is closed; what went well disappears.
+export function notice(text, cure = "", isRefusal = false) {
+  const id = (noticed += 1);
+  set({ notices: [...known.notices.slice(-2), { id, text, cure, isRefusal }] });
+  if (!isRefusal) setTimeout(closeNotice, kNoticeTime, id);
+}
+
+// Asks before something is lost; the answer is whether to do it, or what was chosen.
+export function ask(question) {
+  return new Promise((resolve) => {
+    const answer = (choice) => {
+      set({ question: null });
+      resolve(choice);
+    };
+    set({ question: { ...question, answer } });
+  });
+}
+
+export { Refusal };

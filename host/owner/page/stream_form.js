@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// A form that offers only what the camera can do, and then shows what was asked for and what was taken.
+
+import { html, useEffect, useState } from "/libraries/preact.js";
+import { setStream, explain } from "/page/actions.js";
+import { read } from "/page/api.js";
+import { Busy, Button, Choice } from "/page/parts.js";
+import { number, t } from "/page/texts.js";
+
+const sizeText = ({ width, height }) => `${width} × ${height}`;
+const sizeKey = ({ width, height }) => `${width}x${height}`;
+
+// Asks the camera once for each page that shows the form.
+function useFormats(channel) {
+  const [formats, setFormats] = useState(null);
+  const [count, setCount] = useState(0);
+  useEffect(() => {
+    setFormats(null);
+    read(`/channels/${channel}/formats`).then(setFormats, (problem) => {
+      setFormats({ failed: true });
+      explain(problem);
+    });
+  }, [channel, count]);
+  return [formats, () => setCount(count + 1)];
+}
+
+// The wish, as near to what the camera offers as it can be.
+function offered(formats, wish) {
+  const codec = formats.codecs.find((one) => one.codec === wish.codec) ?? formats.codecs[0];
+  const size = codec.sizes.find((one) => sizeKey(one) === wish.size) ?? codec.sizes[0];
+  const rate = size.rates.find((one) => String(one) === wish.rate) ?? size.rates.at(-1);
+  return { codec, size, rate };
+}
+
+const asOf = (channel) => ({ codec: channel.codec, size: sizeKey(channel), rate: String(channel.rate) });
+
+const kShown = {
+  codec: (values) => t(`codec.${values.codec}`),
+  size: (values) => sizeText(values),
+  rate: (values) => t("per_second", { rate: number(values.rate) }),
+};
+
+function Taken({ outcome }) {
+  const { asked, taken, not_stored: notStored = [] } = outcome;
+  const rows = Object.entries(kShown).map(([name, text]) => ({ name, asked: text(asked), taken: text({ ...asked, ...taken }) }));
+  const isAll = rows.every((one) => one.asked === one.taken);
+  return html`<div class="taken" role="status">
+    <p>${t(isAll ? "taken.all" : "taken.other")}</p>
+    ${!isAll && html`<table><thead><tr><td></td><th scope="col">${t("asked")}</th><th scope="col">${t("taken")}</th></tr></thead>
+      <tbody>${rows.map((one) => html`<tr key=${one.name} class=${one.asked === one.taken ? "" : "differs"}>
+        <th scope="row">${t(one.name)}</th><td>${one.asked}</td><td>${one.taken}</td></tr>`)}</tbody></table>`}
+    ${notStored.length > 0 && html`<p>${t("not_stored", { names: notStored.join(", ") })}</p>`}
+  </div>`;
+}
+
+function Choices({ formats, wish, setWish }) {
+  const { codec, size, rate } = offered(formats, wish);
+  const options = {
+    codec: formats.codecs.map((one) => ({ value: one.codec, text: t(`codec.${one.codec}`) })),
+    size: codec.sizes.map((one) => ({ value: sizeKey(one), text: sizeText(one) })),
+    rate: size.rates.map((one) => ({ value: String(one), text: t("per_second", { rate: number(one) }) })),
+  };
+  const values = { codec: codec.codec, size: sizeKey(size), rate: String(rate) };
+  return Object.keys(options).map((name) => html`<${Choice} key=${name} id=${`stream-${name}`} label=${t(name)} value=${values[name]}
+    options=${options[name]} change=${(value) => setWish({ ...values, [name]: value })} />`);
+}
+
+function Form({ channel, formats }) {
+  const [wish, setWish] = useState(asOf(channel));
+  const [outcome, setOutcome] = useState(null);
+  const [isAsking, setAsking] = useState(false);
+  const submit = async (event) => {
+    event.preventDefault();
+    const { codec, size, rate } = offered(formats, wish);
+    setAsking(true);
+    setOutcome(null);
+    const answer = await setStream(channel, { codec: codec.codec, width: size.width, height: size.height, rate });
+    setAsking(false);
+    if (answer) setOutcome(answer);
+    else setWish(asOf(channel));
+  };
+  return html`<form class="stream-form" onSubmit=${submit}>
+    <div class="fields"><${Choices} formats=${formats} wish=${wish} setWish=${setWish} /></div>
+    <button disabled=${isAsking}>${t(isAsking ? "storing" : "store")}</button>
+    ${outcome && html`<${Taken} outcome=${outcome} />`}
+  </form>`;
+}
+
+export function StreamForm({ channel }) {
+  const [formats, again] = useFormats(channel.channel);
+  const isEmpty = formats && !(formats.codecs?.length > 0);
+  return html`<section class="card" aria-labelledby="stream">
+    <h2 id="stream">${t("stream")}</h2>
+    <p class="quiet">${t("stream.explained")}</p>
+    ${!formats && html`<${Busy} text=${t("formats.asking")} />`}
+    ${isEmpty && html`<p>${t("formats.none")}</p><${Button} act=${again}>${t("formats.again")}<//>`}
+    ${formats && !isEmpty && html`<${Form} channel=${channel} formats=${formats} />`}
+  </section>`;
+}

@@ -1,0 +1,134 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""An owner who looks at the pages in a browser, and uses what they say: buttons, fields and sentences by their words."""
+
+from __future__ import annotations
+
+import sys
+from collections.abc import Callable
+from pathlib import Path
+from typing import Any, TypeVar
+
+from selenium.common.exceptions import WebDriverException
+from selenium.webdriver import Chrome, Keys
+from selenium.webdriver.common.by import By
+from selenium.webdriver.remote.webelement import WebElement
+from selenium.webdriver.support.select import Select
+from selenium.webdriver.support.wait import WebDriverWait
+
+ROOT = Path(__file__).resolve().parents[2]
+sys.path.append(str(ROOT / "tests/share/on_host"))
+AXE = ROOT / "host/web/node_modules/axe-core/axe.min.js"
+RULES = ["wcag2a", "wcag2aa", "wcag21a", "wcag21aa", "wcag22aa", "best-practice"]
+Result = TypeVar("Result")
+
+
+def _quoted(text: str) -> str:
+    return f'"{text}"'
+
+
+class Owner:
+    def __init__(self, browser: Chrome, origin: str) -> None:
+        self.browser = browser
+        self.origin = origin
+
+    def open(self, page: str = "") -> None:
+        """As somebody who enters the address."""
+        self.browser.get("about:blank")
+        self.browser.get(f"{self.origin}/#/{page}")
+
+    def wait(self, condition: Callable[[], Result]) -> Result:
+        """What the page shows may be replaced while it is read."""
+        waiting = WebDriverWait(self.browser, 30, poll_frequency=0.1, ignored_exceptions=[WebDriverException])
+        return waiting.until(lambda _: condition())
+
+    def evaluate(self, expression: str) -> Any:
+        return self.browser.execute_script(f"return {expression}")
+
+    def tell_browser(self, command: str, **parameters: object) -> Any:
+        """One of the commands by which its developer tools control the browser."""
+        return self.browser.execute_cdp_cmd(command, parameters)
+
+    def size(self, width: int, height: int) -> None:
+        metrics = {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": width < 1000}
+        self.tell_browser("Emulation.setDeviceMetricsOverride", **metrics)
+
+    def prefer(self, **features: str) -> None:
+        """As color_scheme="dark"."""
+        wishes = [{"name": f"prefers-{name.replace('_', '-')}", "value": value} for name, value in features.items()]
+        self.tell_browser("Emulation.setEmulatedMedia", features=wishes)
+
+    # What is seen.
+
+    def text(self) -> str:
+        return self.browser.find_element(By.TAG_NAME, "body").text
+
+    def sees(self, *texts: str) -> bool:
+        return bool(self.wait(lambda: all(text in self.text() for text in texts)))
+
+    def sees_no_more(self, text: str) -> bool:
+        return bool(self.wait(lambda: text not in self.text()))
+
+    def heading(self) -> str:
+        return self.browser.find_element(By.TAG_NAME, "h1").text
+
+    def card(self, channel: int) -> str:
+        """What the overview says of a channel."""
+        return self.browser.find_element(By.CSS_SELECTOR, f'[data-channel="{channel}"]').text
+
+    def sees_on_card(self, channel: int, *texts: str) -> bool:
+        return bool(self.wait(lambda: all(text in self.card(channel) for text in texts)))
+
+    def focused(self) -> str:
+        return self.evaluate("document.activeElement.innerText || document.activeElement.getAttribute('aria-label') || ''")
+
+    def complaints(self) -> list[str]:
+        """What the browser's console has against the pages."""
+        return [entry["message"] for entry in self.browser.get_log("browser") if entry["level"] in ("WARNING", "SEVERE")]
+
+    def barriers(self) -> list[str]:
+        """What keeps people from using the page."""
+        self.browser.execute_script(AXE.read_text())
+        run = "axe.run({ runOnly: arguments[0] }).then(({ violations }) => arguments[1](violations))"
+        found = self.browser.execute_async_script(run, RULES)
+        return [f"{one['id']}: {node['html']}" for one in found for node in one["nodes"]]
+
+    # What is done.
+
+    def _find(self, path: str) -> WebElement:
+        return self.wait(lambda: next((one for one in self.browser.find_elements(By.XPATH, path) if one.is_displayed()), None))
+
+    def press(self, name: str) -> None:
+        """A button or a link; in a dialog, if there is one."""
+        words = _quoted(name)
+        named = f"[normalize-space()={words} or @aria-label={words}]"
+        place = "//dialog" if self.browser.find_elements(By.TAG_NAME, "dialog") else "/"
+        self.wait(lambda: self._find(f"{place}/*[self::button or self::a]{named}").click() is None)
+
+    def field(self, label: str) -> WebElement:
+        path = f"//label[normalize-space()={_quoted(label)}]"
+        return self._find(f"//*[@id={path}/@for] | {path}//input")
+
+    def enter(self, label: str, text: str) -> None:
+        field = self.field(label)
+        field.send_keys(Keys.CONTROL, "a")
+        field.send_keys(text)
+
+    def choose(self, label: str, option: str) -> None:
+        self.wait(lambda: Select(self.field(label)).select_by_visible_text(option) is None)
+
+    def turn(self, label: str) -> None:
+        """A switch."""
+        self.wait(lambda: self.field(label).click() is None)
+
+    def is_on(self, label: str) -> bool:
+        return self.field(label).is_selected()
+
+    def press_keys(self, *keys: str) -> None:
+        for key in keys:
+            self.browser.switch_to.active_element.send_keys(key)
+
+    def sign_in(self, user: str, password: str) -> None:
+        self.enter("User", user)
+        self.enter("Password", password + Keys.ENTER)

@@ -1,0 +1,100 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""Cameras of every kind, which no real host has at the same time."""
+
+from __future__ import annotations
+
+import time
+from typing import Any
+
+NOTHING = {
+    "state": "free", "port": None, "device": None, "node": None, "profile": None, "profile_name": None, "switched_on": None,
+    "waits_for": None, "supported": False, "streams": False, "shared": False, "codec": None, "width": None, "height": None,
+    "rate": None, "flip": None, "mirror": None, "overlay": None, "sound": None, "created": None, "reasons": [],
+}  # fmt: skip
+STREAM = {"codec": "h264", "width": 1280, "height": 720, "rate": 15, "flip": False, "mirror": True, "overlay": True}
+
+
+def reason(name: str, cause: str = "", hinders: bool = True, **more: Any) -> dict[str, Any]:
+    """A reason; the values are those of its words."""
+    standard = {"text": f"The host says {name}.", "cure": "", "other_channel": None, "collision": None, "values": {}}
+    return {**standard, "reason": name, "cause": cause or name, "hinders": hinders, **more}
+
+
+def camera(channel: int, port: str, device: str, **more: Any) -> dict[str, Any]:
+    attached = {"state": "plugged", "port": port, "device": device, "node": 2 * channel, "switched_on": True, "supported": True}
+    return {**NOTHING, "channel": channel, **attached, **more}
+
+
+SOUND = {"card": True, "on": True, "codec": "aac", "volume": 70}
+CHANNELS = [
+    camera(0, "3-1.1", "HD Pro Webcam C920", profile=0, profile_name="Front door", streams=True, shared=True, sound=SOUND, **STREAM),
+    camera(1, "3-1.2", "USB 2.0 Camera: HD USB Camera", profile=1, profile_name="Garage with a name that is rather long", **STREAM,
+           waits_for=0, reasons=[reason("waits", other_channel=0, collision="root_port", values={"number": "0", "camera": "ch0"})]),
+    camera(2, "5-1", "Cam <img src=x onerror=alert(1)>", profile=2, switched_on=False, codec="mjpeg", width=640, height=480, rate=30,
+           flip=False, mirror=False, overlay=False, reasons=[reason("switched_off")]),
+    camera(3, "5-2", "Old camera", supported=False,
+           reasons=[reason("unsupported", "no_known_format", values={"formats": "NV12 and H264"})]),
+    camera(4, "1-2", "Night camera", reasons=[reason("unbound", values={"channel": "4", "profile": "3"}),
+                                              reason("twins", hinders=False, values={"other": "1-1"})]),
+    camera(5, "1-1", "Night camera", state="unplugged", profile=3, profile_name="Garden", **STREAM, sound=None,
+           reasons=[reason("unplugged", values={"port": "1-1", "channel": "5"})]),
+]  # fmt: skip
+
+
+def port(name: str, channel: int | None = None, ports: list[dict[str, Any]] | None = None) -> dict[str, Any]:
+    return {"port": name, "hub": ports is not None, "switched_on": channel is not None, "channel": channel, "ports": ports or []}
+
+
+USB = {"controllers": [
+    {"path": "/sys/devices/pci0000:00/0000:00:14.0", "bridge": None, "buses": [1], "ports": [port("1-1", 5), port("1-2", 4)]},
+    {"path": "/sys/devices/pci0000:00/0000:00:1c.4/0000:04:00.0", "bridge": "/sys/devices/pci0000:00/0000:00:1c.4", "buses": [3],
+     "ports": [port("3-1", None, [port("3-1.1", 0), port("3-1.2", 1)])]},
+    {"path": "/sys/devices/pci0000:00/0000:00:1c.4/0000:05:00.0", "bridge": "/sys/devices/pci0000:00/0000:00:1c.4", "buses": [5],
+     "ports": [port("5-1", 2), port("5-2", 3)]},
+]}  # fmt: skip
+
+
+def moment(hours: float) -> str:
+    """So many hours ago."""
+    return time.strftime("%Y-%m-%dT%H:%M:%S", time.localtime(time.time() - 3600 * hours))
+
+
+TEXTS = [("information", "Channel 1 is plugged in"), ("warning", "Channel 2 does not stream: it waits for channel 0"),
+         ("information", "Modified Channel 1 FPS: 24.00"), ("error", "The encoder of profile 1 has ended"),
+         ("information", "User ann signed in")]  # fmt: skip
+EVENTS = [{"id": 40 - number, "time": moment(number * 7), "severity": TEXTS[number % 5][0], "text": TEXTS[number % 5][1],
+           "user": "ann", "client": "127.0.0.1"} for number in range(20)]  # fmt: skip
+STATE = {
+    "host": {"name": "Attic"},
+    "channels": [*CHANNELS, *({**NOTHING, "channel": number} for number in range(6, 10))],
+    "profiles": [{"profile": number, "channel": channel, "name": name, "streams": number == 0}
+                 for number, channel, name in [(0, 0, "Front door"), (1, 1, CHANNELS[1]["profile_name"]), (2, 2, ""), (3, 5, "Garden")]],
+    "usb": USB,
+    "events": EVENTS,
+}  # fmt: skip
+EMPTY = {
+    **STATE,
+    "channels": [{**NOTHING, "channel": number} for number in range(10)],
+    "profiles": [{"profile": number, "channel": None, "name": "", "streams": False} for number in range(4)],
+    "usb": {"controllers": []},
+    "events": [],
+}
+SIZES = [{"width": width, "height": height, "rates": [5, 10, 15, 24, 30]} for width, height in [(1920, 1080), (1280, 720), (640, 480)]]
+FORMATS = {"codecs": [{"codec": "h264", "sizes": SIZES}, {"codec": "mjpeg", "sizes": SIZES}]}
+HOST = {
+    "version": "1.0.0", "web_port": 8080, "model_picture": True, "codec_package": "Codecs 2.1",
+    "limits": {"channels": 10, "profiles": 4, "one_channel_only": False},
+    "versions": {"library": "1.0.0", "server": "1.0.0", "kernel": "6.1.0-27-amd64"},
+}  # fmt: skip
+CHARTS = {
+    "plugs": [{"time": moment(hours), "channel": channel, "kind": kind}
+              for hours, channel, kind in [(150, 0, "plugged"), (120, 1, "plugged"), (80, 1, "unplugged"), (70, 1, "plugged"),
+                                           (30, 5, "plugged"), (6, 5, "unplugged")]],
+    "up": [{"profile": 0, "from": moment(149), "to": moment(90)}, {"profile": 0, "from": moment(85), "to": None},
+           {"profile": 1, "from": moment(118), "to": moment(80)}, {"profile": 3, "from": moment(29), "to": moment(6)}],
+    "timeouts": [{"time": moment(hours), "profile": 1, "count": count} for hours, count in [(100, 1), (95, 3), (50, 1)]],
+    "bandwidth": [{"time": moment(hours), "bus": bus, "reserved": (hours * bus) % 400, "available": 480}
+                  for hours in range(160, 0, -8) for bus in (1, 3)],
+}  # fmt: skip

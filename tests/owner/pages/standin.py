@@ -1,0 +1,169 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""A server that answers the owner's pages with made-up data, for the states that a real host is rarely in."""
+
+from __future__ import annotations
+
+import asyncio
+import copy
+import json
+import subprocess
+import threading
+from pathlib import Path
+from typing import Any
+
+from made_up import CHARTS, EVENTS, FORMATS, HOST, STATE
+from tornado.httpserver import HTTPServer
+from tornado.netutil import bind_sockets
+from tornado.web import Application, RequestHandler, StaticFileHandler
+from tornado.websocket import WebSocketHandler
+
+ROOT = Path(__file__).resolve().parents[3] / "host"
+# As strict as the real server's, so that what it forbids shows here too.
+POLICY = (
+    "default-src 'self'; img-src 'self' data:; media-src 'self' blob:; worker-src 'self' blob:; connect-src 'self'; "
+    "frame-ancestors 'none'; "
+    "base-uri 'none'; form-action 'self'"
+)
+PASSWORD = "secret"
+PAINT = "ffmpeg -v error -f lavfi -i testsrc2=size=640x360 {} {}"
+PICTURE = "-frames:v 1"
+FILM = "-t 4 -c:v libx264 -preset ultrafast -g 25 -f hls -hls_time 1 -hls_list_size 0"
+
+
+class StandIn:
+    """What the server answers; a test changes it."""
+
+    def __init__(self, folder: Path) -> None:
+        self.folder = folder
+        for what, file in ((PICTURE, "picture.jpg"), (FILM, "playlist.m3u8")):
+            subprocess.run(PAINT.format(what, folder / file).split(), check=True)
+        self._viewers: set[Live] = set()
+        self.reset()
+        self._loop = asyncio.new_event_loop()
+        ready = threading.Event()
+        self._thread = threading.Thread(target=self._serve, args=(ready,), daemon=True)
+        self._thread.start()
+        ready.wait(20)
+
+    def reset(self) -> None:
+        self.state: dict[str, Any] = copy.deepcopy(STATE)
+        self.shares = {0: {"on": True, "password": True, "page": "/share?ssid=39202766&token=" + 32 * "a"}}
+        self.refusal: dict[str, Any] | None = None  # of every change
+        self.away = self.signed_in = False
+        self.slow = 0.0  # seconds that an answer takes
+        self.asked: list[tuple[str, str, Any]] = []
+
+    def _serve(self, ready: threading.Event) -> None:
+        asyncio.set_event_loop(self._loop)
+        server = HTTPServer(self._application())
+        sockets = bind_sockets(0, "127.0.0.1")
+        server.add_sockets(sockets)
+        self.origin = f"http://127.0.0.1:{sockets[0].getsockname()[1]}"
+        self._loop.call_soon(ready.set)
+        self._loop.run_forever()
+
+    def _application(self) -> Application:
+        page, web = ROOT / "owner/page", ROOT / "web"
+        return Application([
+            (r"/()", File, {"path": page, "default_filename": "index.html"}),
+            (r"/page/(design.css|favicon.svg)", File, {"path": web}),
+            (r"/page/(.*)", File, {"path": page}),
+            (r"/libraries/(.*)", File, {"path": web / "libraries"}),
+            (r"/api/v1/live", Live, {"standin": self}),
+            (r"/api/v1/profiles/\d/(picture.jpg|playlist.*)", File, {"path": self.folder}),
+            (r"/api/v1(/.*)", Api, {"standin": self}),
+        ], log_function=lambda _: None)
+
+    def tell(self, section: str, value: object = None) -> None:
+        """Sends a message to all pages."""
+        self._loop.call_soon_threadsafe(lambda: [one.tell(section, value) for one in self._viewers])
+
+    def leave(self) -> None:
+        """The host goes: it closes all connections, and answers nothing."""
+        self.away = True
+        self._loop.call_soon_threadsafe(lambda: [one.close() for one in list(self._viewers)])
+
+    def end(self) -> None:
+        self._loop.call_soon_threadsafe(self._loop.stop)
+        self._thread.join(20)
+
+
+class File(StaticFileHandler):
+    def set_extra_headers(self, path: str) -> None:
+        self.set_header("Content-Security-Policy", POLICY)
+        self.set_header("Cache-Control", "no-cache")
+
+
+class Live(WebSocketHandler):
+    def initialize(self, standin: StandIn) -> None:
+        self.standin = standin
+
+    def prepare(self) -> None:
+        if self.standin.away or not self.standin.signed_in:
+            self.send_error(503)
+
+    def open(self) -> None:
+        self.standin._viewers.add(self)
+        if self.standin.state:
+            self.tell("state", self.standin.state)
+
+    def on_close(self) -> None:
+        self.standin._viewers.discard(self)
+
+    def tell(self, section: str, value: object) -> None:
+        self.write_message(json.dumps({"section": section, "value": value}))
+
+
+class Api(RequestHandler):
+    def initialize(self, standin: StandIn) -> None:
+        self.standin = standin
+
+    async def prepare(self) -> None:
+        await asyncio.sleep(self.standin.slow)
+        path = self.request.path
+        if self.standin.away:
+            self.refuse(503, "host_away")
+        elif not self.standin.signed_in and not path.endswith("/session"):
+            self.refuse(401, "signed_out")
+
+    def refuse(self, status: int, name: str, **values: object) -> None:
+        self.set_status(status)
+        self.finish({"error": name, "text": f"{name}.", "cure": None, **values})
+
+    def get(self, path: str) -> None:
+        if path == "/session" and not self.standin.signed_in:
+            return self.refuse(401, "signed_out")
+        answer = self._answer(path)
+        return self.refuse(404, "not_found") if answer is None else self.finish(answer)
+
+    def _answer(self, path: str) -> Any:
+        if path.startswith("/channels/"):
+            return FORMATS
+        if path.endswith("/share"):
+            return self.standin.shares.get(int(path.split("/")[2]), {"on": False, "password": False, "page": None})
+        return {"/session": {"user": "ann", "csrf": "c"}, "/host": HOST, "/charts": CHARTS, "/report": "the report",
+                "/events": {"events": self._events()}}.get(path)  # fmt: skip
+
+    def _events(self) -> list[dict[str, Any]]:
+        search, severity = self.get_argument("search", ""), self.get_argument("severity", "")
+        return [one for one in EVENTS if search in one["text"] and severity in ("", one["severity"])]
+
+    def change(self, path: str) -> None:
+        body = json.loads(self.request.body or "null")
+        self.standin.asked.append((self.request.method or "", path, body))
+        if path == "/session":
+            return self._sign(body)
+        if self.standin.refusal:
+            return self.refuse(409, "refused", **self.standin.refusal)
+        taken = {**body, "rate": 24} if path.endswith("/stream") else {}
+        return self.finish({"asked": body, "taken": taken, "not_stored": []})
+
+    def _sign(self, body: dict[str, str] | None) -> None:
+        if body and body["password"] != PASSWORD:
+            return self.refuse(401, "wrong_password")
+        self.standin.signed_in = body is not None
+        return self.finish({"user": "ann", "csrf": "c"})
+
+    post = put = patch = delete = change

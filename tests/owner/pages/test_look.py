@@ -1,0 +1,96 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""Every page in windows of all sizes, in light and dark, in both languages; and for those who do not see it."""
+
+from __future__ import annotations
+
+import re
+
+import pytest
+from browser import Owner
+from conftest import prepare
+from standin import StandIn
+
+# A page, and a text that it shows when it is complete.
+PAGES = {
+    "": "Free channels",
+    "profile/0": "Save",
+    "profile/1": "Save",
+    "sharing": "Copy link",
+    "events": "has ended",
+    "charts": "USB bandwidth",
+    "host": "6.1.0-27-amd64",
+}
+SIZES = [(320, 568), (568, 320), (820, 1180), (1280, 800), (2560, 1440)]
+SMALLEST_TOUCH = 24  # of WCAG 2.2; where there is room, it is 44
+# What is outside of the window, though nothing of it can be scrolled.
+CUT = """[...document.querySelectorAll('#page *')].filter((element) => {
+  const box = element.getBoundingClientRect();
+  return box.width > 1 && box.right > innerWidth + 1 && !element.closest('pre, .unseen, .u-wrap');
+}).map((element) => element.outerHTML.slice(0, 80))"""
+SMALL = """[...document.querySelectorAll('button, select, input, nav a')].filter((element) =>
+  element.offsetWidth && Math.min(element.offsetWidth, element.offsetHeight) < %d).map((element) => element.outerHTML.slice(0, 80))"""
+KEY = re.compile(r"^[a-z_]+\.[a-z_.]+$", re.MULTILINE)
+
+
+@pytest.fixture(scope="module", params=PAGES, ids=lambda page: page or "overview")
+def page(request: pytest.FixtureRequest, window: Owner, server: StandIn) -> Owner:
+    """It is opened once for all that is to be seen of it."""
+    prepare(window, server).open(request.param)
+    window.sees(PAGES[request.param])
+    return window
+
+
+def test_nothing_is_cut_or_too_small_for_a_finger(page: Owner) -> None:
+    for width, height in SIZES:
+        page.size(width, height)
+        assert page.wait(lambda: page.evaluate("document.documentElement.scrollWidth <= innerWidth")), width
+        assert page.wait(lambda: page.evaluate(CUT) == []), (width, page.evaluate(CUT))
+        assert page.evaluate(SMALL % SMALLEST_TOUCH) == [], width
+
+
+@pytest.mark.parametrize("scheme", ["light", "dark"])
+def test_there_is_no_barrier(page: Owner, scheme: str) -> None:
+    page.prefer(color_scheme=scheme)
+    assert page.barriers() == []
+
+
+def test_each_page_is_also_in_german(page: Owner) -> None:
+    page.choose("Language", "Deutsch")
+    assert page.sees("Übersicht")
+    assert page.evaluate("document.documentElement.lang") == "de"
+    assert KEY.findall(page.text()) == []
+    assert page.complaints() == []
+
+
+@pytest.mark.parametrize("scheme", ["light", "dark"])
+def test_there_is_no_barrier_on_the_way_in(owner: Owner, standin: StandIn, scheme: str) -> None:
+    standin.signed_in = False
+    owner.evaluate("localStorage.clear()")
+    owner.prefer(color_scheme=scheme)
+    owner.open()
+    owner.sees("Sign in")
+    assert owner.barriers() == []
+
+
+def test_a_question_has_no_barrier(owner: Owner) -> None:
+    owner.open("profile/0")
+    owner.press("Take the profile away")
+    owner.sees("The stream ends.")
+    assert owner.barriers() == []
+
+
+def test_a_page_is_entered_at_its_heading(owner: Owner) -> None:
+    owner.open()
+    owner.press("Events")
+    assert owner.wait(lambda: owner.focused() == "Events")
+    assert owner.evaluate("document.title") == "Events"
+
+
+def test_whoever_wants_no_motion_gets_none(owner: Owner) -> None:
+    owner.prefer(reduced_motion="reduce")
+    owner.open("profile/0")
+    owner.sees("Save")
+    moving = "[...document.querySelectorAll('.switch input')].map((one) => getComputedStyle(one).transitionDuration)"
+    assert set(owner.evaluate(moving)) == {"0s"}
