@@ -79,10 +79,10 @@ log=${{words#*--output-log }}
 printf %s {shlex.quote(text)} | tee "${{log%% *}}"
 exit {status}""")
 
-    def dev(self, *arguments: str) -> Outcome:
+    def dev(self, *arguments: str, **variables: str) -> Outcome:
         """Runs `./dev` without a terminal."""
-        ended = subprocess.run([self.tree / "dev", *arguments], env={"PATH": str(self.programs)}, stdin=subprocess.DEVNULL,
-                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        ended = subprocess.run([self.tree / "dev", *arguments], env={"PATH": str(self.programs), **variables},
+                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         return Outcome(ended.returncode, ended.stdout)
 
     def dev_on_terminal(self, *arguments: str, typed: str = "") -> Outcome:

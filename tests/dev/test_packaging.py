@@ -81,6 +81,17 @@ def test_what_lintian_finds_is_a_failure(packager: Machine) -> None:
     assert outcome.status != 0 and "E: usbdevctl: some-tag" in outcome.output
 
 
+def test_lintian_does_not_run_for_packages_that_need_no_check(packager: Machine) -> None:
+    assert packager.dev("package", DEB_BUILD_OPTIONS="noautodbgsym nocheck").status == 0
+    assert packager.called("lintian") == []
+
+
+def test_debians_variable_reaches_the_build(packager: Machine) -> None:
+    packager.script("dpkg-buildpackage", 'echo "$DEB_BUILD_OPTIONS"; : >../usbdevctl.deb; : >../some.changes')
+    assert packager.dev("package", DEB_BUILD_OPTIONS="noautodbgsym").status == 0
+    assert (packager.tree / "build/packages/amd64/build.log").read_text().split()[1:] == ["noautodbgsym"]
+
+
 @pytest.mark.parametrize("command", ["package", "reproduce"])
 def test_without_a_network_the_web_libraries_are_missing_and_old_packages_stay(packager: Machine, command: str) -> None:
     packager.dev("package")

@@ -83,6 +83,11 @@ def test_the_guest_runs_only_when_it_is_asked_for(machine: Machine) -> None:
     assert "--label-exclude ^(packages|kernel|kernel_short)$" in machine.called("ctest")[1]
 
 
+def test_by_name_the_guest_gets_its_packages_too(machine: Machine) -> None:
+    machine.lacks("mmdebstrap")
+    assert "missing packages: mmdebstrap" in machine.dev("test", "kernel.short").output
+
+
 def test_a_name_that_no_test_matches_gets_a_message(machine: Machine) -> None:
     machine.tests_end_with(PASSED, names="Total Tests: 0\n")
     outcome = machine.dev("test", "Nothing")

@@ -28,13 +28,17 @@ def mirror(codename: str) -> str:
 
 
 def bootstrap(tar: Path, packages: str) -> None:
-    """Makes the root with these packages and with the lists of all, unless it is there."""
-    if tar.exists():
+    """Makes the root with these packages and with the lists of all, unless it is there. It is thrown away with its machine,
+    so nothing has to reach the disk, and never boots by itself, so it gets no initrd."""
+    made_of = tar.with_suffix(".packages")
+    if tar.exists() and made_of.exists() and made_of.read_text() == packages:
         return
     codename = run("sh", "-c", '. /etc/os-release && echo "$VERSION_CODENAME"').strip()
     new = tar.with_suffix(".new.tar")
-    run("mmdebstrap", "--variant=minbase", f"--include={packages}", "--skip=cleanup/apt/lists", codename, new, mirror(codename))
+    run("mmdebstrap", "--variant=minbase", f"--include={packages}", "--skip=cleanup/apt/lists", "--dpkgopt=force-unsafe-io",
+        codename, new, mirror(codename), env={**os.environ, "INITRD": "No"})  # fmt: skip
     new.rename(tar)
+    made_of.write_text(packages)
 
 
 class FreshRoot:
@@ -59,8 +63,7 @@ class FreshRoot:
         return run(*self._enter, *command, env=environment)
 
     def apt(self, *words: str) -> str:
-        """The machine is thrown away, so nothing has to reach the disk."""
-        return self.run("apt-get", "--yes", "--no-install-recommends", "-o", "DPkg::Options::=--force-unsafe-io", *words)
+        return self.run("apt-get", "--yes", "--no-install-recommends", *words)
 
     def paths(self) -> set[str]:
         """Everything in the root, without the records of what is installed."""

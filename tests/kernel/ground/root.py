@@ -6,6 +6,7 @@
 from __future__ import annotations
 
 import hashlib
+import os
 import shutil
 import subprocess
 import sys
@@ -41,7 +42,7 @@ def packages() -> list[Path]:
     wanted = "\n".join(entry for entry in entries if entry.partition("\t")[2] not in NOT_PACKAGED)
     made_of = REPOSITORY / "build/kernel/packages-made-of"
     if not made_of.exists() or made_of.read_text() != wanted:
-        run(REPOSITORY / "dev", "--yes", "package")
+        run(REPOSITORY / "dev", "--yes", "package", env={**os.environ, "DEB_BUILD_OPTIONS": "noautodbgsym nocheck"})
         made_of.parent.mkdir(parents=True, exist_ok=True)
         made_of.write_text(wanted)
     return [next(folder.glob(f"{name}_*.deb")) for name in PACKAGES]

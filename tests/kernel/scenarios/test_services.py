@@ -22,7 +22,7 @@ for package in /root/*.deb; do
   sed -i "s/$(dpkg-deb -f $package Version)/&+next/g" next/tree/DEBIAN/control
   dpkg-deb -Znone -b next/tree next/${package##*/}; rm -r next/tree
 done
-dpkg --force-unsafe-io --install next/*.deb
+dpkg --install next/*.deb
 """
 
 
