@@ -1,7 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""The manager lets usbdevctl log why a stream fails: once for each failure that begins."""
+"""The services let usbdevctl log why a camera does not work: the manager once for each failure of a stream that begins, the
+device manager for each camera that gets no channel."""
 
 from __future__ import annotations
 
@@ -9,9 +10,19 @@ import asyncio
 from pathlib import Path
 
 import pytest
-from managerlib import camera, encoder, reasons, stream_process
+from devicelib import service
+from devicelib.decision import Call
+from devicelib.world import Node, UsbDevice, World
+from managerlib import camera, encoder, stream_process
 from managerlib.kept_stream import KeptStream
 from managerlib.library import Stream
+from servicelib import reasons
+
+
+def program(path: Path, line: str) -> str:
+    path.write_text(f"#!/bin/sh\n{line}\n")
+    path.chmod(0o755)
+    return str(path)
 
 
 class Library:
@@ -26,17 +37,11 @@ class Failing:
     def __init__(self, folder: Path, monkeypatch: pytest.MonkeyPatch) -> None:
         self._calls = folder / "calls"
         self._said = folder / "said"
-        monkeypatch.setattr(encoder, "PROGRAM", self._program(folder / "encoder", f"cat {self._said} >&2; exit 1"))
-        monkeypatch.setattr(reasons, "PROGRAM", self._program(folder / "log", f'echo "$@" >>{self._calls}'))
+        monkeypatch.setattr(encoder, "PROGRAM", program(folder / "encoder", f"cat {self._said} >&2; exit 1"))
+        monkeypatch.setattr(reasons, "PROGRAM", program(folder / "log", f'echo "$@" >>{self._calls}'))
         monkeypatch.setattr(stream_process, "DIRECTORY", str(folder / "channel{}"))
         monkeypatch.setattr(camera, "NODE", str(folder / "video{}"))
         (folder / "video0").touch()
-
-    @staticmethod
-    def _program(path: Path, line: str) -> str:
-        path.write_text(f"#!/bin/sh\n{line}\n")
-        path.chmod(0o755)
-        return str(path)
 
     async def fail(self, *said: str) -> list[str]:
         """Returns how the program was called when the encoder has said these lines, one at each start."""
@@ -72,14 +77,52 @@ def test_another_failure_is_logged_too(failing: Failing) -> None:
 
 def test_the_manager_runs_without_the_program(capsys: pytest.CaptureFixture[str], monkeypatch: pytest.MonkeyPatch) -> None:
     monkeypatch.setattr(reasons, "PROGRAM", "/nonexistent")
-    asyncio.run(reasons.log(1))
-    assert "the failure of profile 1 was not logged: " in capsys.readouterr().err
+    asyncio.run(reasons.log("pf1"))
+    assert "why pf1 does not work was not logged: " in capsys.readouterr().err
 
 
 def test_a_program_that_hangs_is_ended(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> None:
-    hanging = tmp_path / "hanging"
-    hanging.write_text("#!/bin/sh\nexec sleep 1000\n")
-    hanging.chmod(0o755)
-    monkeypatch.setattr(reasons, "PROGRAM", str(hanging))
+    monkeypatch.setattr(reasons, "PROGRAM", program(tmp_path / "hanging", "exec sleep 1000"))
     monkeypatch.setattr(reasons, "SECONDS", 0.2)
-    asyncio.run(asyncio.wait_for(reasons.log(1), 60))
+    asyncio.run(asyncio.wait_for(reasons.log("pf1"), 60))
+
+
+class Ports:
+    """What is plugged in, and a library in which only port 3-1 has a channel."""
+
+    def __init__(self, *slots: str) -> None:
+        self.slots = slots
+
+    def look(self) -> World:
+        return {slot: UsbDevice((Node(number, 0, "Webcam", 1),)) for number, slot in enumerate(self.slots)}
+
+    def synchronise(self) -> None: ...
+
+    def notify_manager(self) -> None: ...
+
+    def attached(self) -> dict[str, list[str]]:
+        return {"3-1": ["Webcam"]}
+
+    def call(self, call: Call) -> bool:
+        return call.slot == "3-1"
+
+
+async def logged(ports: Ports, *events: tuple[str, ...]) -> None:
+    """Starts the device manager, and changes what is plugged in."""
+    manager = service.DeviceManager(ports, ports)
+    manager.start()
+    for ports.slots in events:
+        while await manager._report_one():
+            pass
+    await asyncio.gather(*manager._logging)
+
+
+@pytest.mark.parametrize("before, events, ports", [
+    (("3-1", "3-2"), [], ["3-2"]),
+    ((), [("3-1",), ("3-1", "3-3"), ("3-1",), ("3-1", "3-3")], ["3-3", "3-3"]),
+], ids=["at its start", "later"])  # fmt: skip
+def test_a_camera_that_gets_no_channel_is_logged(tmp_path: Path, monkeypatch: pytest.MonkeyPatch, before: tuple[str, ...],
+                                                events: list[tuple[str, ...]], ports: list[str]) -> None:  # fmt: skip
+    monkeypatch.setattr(reasons, "PROGRAM", program(tmp_path / "log", f'echo "$@" >>{tmp_path}/calls'))
+    asyncio.run(logged(Ports(*before), *events))
+    assert (tmp_path / "calls").read_text().splitlines() == [f"explain {port} --log" for port in ports]

@@ -143,6 +143,16 @@ def test_what_a_real_machine_has_against_a_camera_is_shown_everywhere_in_the_sam
     ]
 
 
+def test_why_a_camera_has_no_channel_is_logged_in_the_same_words(on_host: RunOnHost) -> None:
+    device = "/sys/bus/usb/devices/3-2"
+    plugged = (f"mkdir -p /sys/kernel {device}/3-2:1.0/video4linux/video7; echo Webcam >{device}/product; echo 1 >{device}/authorized;"
+               f" echo 0e >{device}/3-2:1.0/bInterfaceClass")  # fmt: skip
+    explained, events = run_all(on_host, f"{plugged}; usbdevctl explain 3-2 --log --json", "usbdevctl log --json")
+    (reason,) = explained.json["reasons"]
+    assert reason["reason"] == "no_channel"
+    assert [(it["level"], it["text"]) for it in events.json["events"]] == [("warning", f"Camera[3-2 Webcam]: {reason['text']}")]
+
+
 def test_a_log_that_cannot_be_written_is_a_failure(on_host: RunOnHost) -> None:
     (done,) = run_all(on_host, "sim plug usb2-camera 3-1 >/dev/null; mkdir /sys/kernel; rm -rf /var/log/vl; touch /var/log/vl;"
                                " usbdevctl explain 3-1 --log")  # fmt: skip

@@ -37,12 +37,15 @@ class Library:
                 found.setdefault(entry.usbslot, []).append(entry.devname)
         return found
 
-    def call(self, call: Call) -> None:
-        """Calls the hotplug handler. It is normal that no channel takes a sound card, or a camera when all are taken."""
+    def call(self, call: Call) -> bool:
+        """Calls the hotplug handler, and returns whether a channel had to do with it. It is normal that no channel takes a sound
+        card, or a camera when all are taken."""
         device = call.device
         what = f"{'plugged' if call.plugged else 'removed'} {call.slot} {call.kind.value} {device.number} {device.name!r}"
+        taken = False
         try:
             outcome = f"channel {hotplug.handle_event(_device(call)).channel}"
+            taken = True
         except UsbdevError:
             outcome = "no channel"
         except ValueError as problem:
@@ -50,6 +53,7 @@ class Library:
         print(f"{what}: {outcome}", flush=True)
         if call.plugged and call.kind is Kind.CAMERA:
             self.notify_manager()
+        return taken
 
 
 def _device(call: Call) -> Device:

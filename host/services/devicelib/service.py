@@ -8,10 +8,11 @@ from __future__ import annotations
 import argparse
 import asyncio
 
-from servicelib import lifecycle
+from servicelib import lifecycle, reasons
 from usbdev import core
 
 from devicelib import decision
+from devicelib.decision import Kind
 from devicelib.library import Library
 from devicelib.udev import Udev
 
@@ -23,6 +24,7 @@ class DeviceManager:
         self._udev = udev
         self._library = library
         self._changed = asyncio.Event()
+        self._logging: set[asyncio.Task[None]] = set()
 
     def start(self) -> None:
         """Synchronises. Whatever comes or goes meanwhile is reported by follow()."""
@@ -32,6 +34,9 @@ class DeviceManager:
             for call in decision.corrections(world, self._library.attached()):
                 self._library.call(call)
             self._library.notify_manager()
+        for slot in world.keys() - self._library.attached().keys():
+            if world[slot].camera() is not None:
+                self._log_reason(slot)
         self._history = decision.all_of(world)
         self._changed.set()
 
@@ -55,10 +60,18 @@ class DeviceManager:
             call = decision.next_call(self._history, self._udev.look())
             if call is None:
                 return False
-            self._library.call(call)
+            taken = self._library.call(call)
+        if not taken and call.plugged and call.kind is Kind.CAMERA:
+            self._log_reason(call.slot)
         self._history = decision.after(self._history, call)
         await asyncio.sleep(0)  # lets a signal end the service between two calls
         return True
+
+    def _log_reason(self, slot: str) -> None:
+        """Has it logged why the camera got no channel, while other devices come and go."""
+        task = asyncio.create_task(reasons.log(slot))
+        self._logging.add(task)
+        task.add_done_callback(self._logging.discard)
 
 
 async def serve() -> None:

@@ -10,9 +10,10 @@ import math
 import time
 from collections.abc import Callable
 
+from servicelib import reasons
 from servicelib.lifecycle import say
 
-from managerlib import camera, encoder, failure, reasons
+from managerlib import camera, encoder, failure
 from managerlib.library import Library, Stream
 from managerlib.pauses import Pauses
 from managerlib.stream_process import StreamProcess, folder
@@ -125,7 +126,7 @@ class KeptStream:
             return
         if is_new:
             self._end_logging()
-            self._logging = asyncio.create_task(reasons.log(self.profile))
+            self._logging = asyncio.create_task(reasons.log(f"pf{self.profile}"))
         pause = self._pauses.after(now - self._started)
         self.due = now + pause
         say(f"{reason}; the next start is in {pause} s")

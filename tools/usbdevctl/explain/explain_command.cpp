@@ -32,14 +32,19 @@ bool hasNoChannel(const CameraName &name, const ChannelRows &rows, const Machine
   return name.by == CameraName::By::port && std::find(ports.begin(), ports.end(), name.port) != ports.end();
 }
 
-ExitStatus explainWithoutChannel(const std::string &port, const Machine &machine, bool json) {
+ExitStatus logged(const ExplainOptions &options, const Camera &camera, const Reasons &of_machine) {
+  if (!options.log || logReasons(camera, of_machine)) return ExitStatus::ok;
+  return refused("the event log cannot be written");
+}
+
+ExitStatus explainWithoutChannel(const std::string &port, const Machine &machine, const ExplainOptions &options) {
   const Reasons reasons = withoutChannel(port, machine);
   Camera camera;
   camera.row.slot = port;
   camera.row.device = machine.usb().attribute(port, "product");
-  print(json ? explanationJson(camera, reasons).text()
-             : machineCameraText(port, machine) + "\n" + reasonsText(reasons));
-  return ExitStatus::ok;
+  print(options.camera.json ? explanationJson(camera, reasons).text()
+                            : machineCameraText(port, machine) + "\n" + reasonsText(reasons));
+  return logged(options, camera, reasons);
 }
 
 Reasons reasonsOf(const Camera &camera, const ChannelRows &rows, const Reasons &found) {
@@ -96,16 +101,14 @@ ExitStatus explain(const ExplainOptions &options) {
   const Machine machine;
   if (!options.camera.camera.isGiven()) return explainEvery(rows, machine, options);
   const CameraName name = options.camera.camera.name();
-  const bool json = options.camera.json;
-  if (hasNoChannel(name, rows, machine)) return explainWithoutChannel(name.port, machine, json);
+  if (hasNoChannel(name, rows, machine)) return explainWithoutChannel(name.port, machine, options);
   Camera camera;
   const ExitStatus found = findCamera(name, rows, camera);
   if (found != ExitStatus::ok) return found;
   const Reasons of_machine = machine.reasons(placeOf(camera.row));
   const Reasons reasons = reasonsOf(camera, rows, of_machine);
-  print(json ? explanationJson(camera, reasons).text() : explanationText(camera, reasons));
-  if (!options.log || logReasons(camera, of_machine)) return ExitStatus::ok;
-  return refused("the event log cannot be written");
+  print(options.camera.json ? explanationJson(camera, reasons).text() : explanationText(camera, reasons));
+  return logged(options, camera, of_machine);
 }
 
 }  // namespace

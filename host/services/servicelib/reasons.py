@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""The event log, in which a stream that begins to fail has the reason and the cure."""
+"""The event log, in which a camera that gets no channel, or a stream that begins to fail, has the reason and the cure."""
 
 from __future__ import annotations
 
@@ -15,13 +15,14 @@ PROGRAM = "/usr/bin/usbdevctl"
 SECONDS = 60
 
 
-async def log(profile: int) -> None:
-    """Lets usbdevctl find out and log why the profile's stream fails. The stream does not depend on it, so it may fail."""
+async def log(camera: str) -> None:
+    """Lets usbdevctl find out and log why a camera, named by its port or profile, does not work. Nothing depends on it, so it
+    may fail."""
     try:
         process = await asyncio.create_subprocess_exec(
-            PROGRAM, "explain", f"pf{profile}", "--log", stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+            PROGRAM, "explain", camera, "--log", stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
     except OSError as problem:
-        say(f"the failure of profile {profile} was not logged: {problem}")
+        say(f"why {camera} does not work was not logged: {problem}")
         return
     try:
         await asyncio.wait_for(process.wait(), SECONDS)
