@@ -8,7 +8,8 @@ from __future__ import annotations
 from collections.abc import Mapping
 
 from ground.ground import Ground, Port
-from ground.guest import CONTROLLERS, Guest
+from ground.guest import Guest
+from ground.passed_on import PassedOn
 from ground.plugging import Hub, Plugged
 from ground.sandbox import REPOSITORY, Sandbox
 
@@ -80,7 +81,7 @@ class RealGround(Ground):
 
     def __init__(self, guest: Guest) -> None:
         self.machine: Guest = guest
-        self._cameras: dict[Port, Plugged] = {}
+        self._cameras: dict[Port, Plugged | PassedOn] = {}
         self._hubs: dict[Port, Hub] = {}
 
     def reset(self) -> RealGround:
@@ -111,6 +112,9 @@ class RealGround(Ground):
 
     def plug(self, camera: str, port: Port, *options: str) -> None:
         """A hub of the emulator is for slow devices."""
+        if port.controller == "platform":
+            self._cameras[port] = PassedOn(self.machine, camera, port)
+            return
         place, _, on_hub = port.number.partition(".")
         hub = Port(port.controller, place)
         if on_hub and hub not in self._hubs:
@@ -152,4 +156,4 @@ class RealGround(Ground):
         return self.machine.shell("journalctl --unit=usbdev-streams --output=cat | grep ^event || true").splitlines()
 
     def controllers(self) -> Mapping[str, str]:
-        return {self.machine.bus(name): name for name in CONTROLLERS}
+        return self.machine.controllers()

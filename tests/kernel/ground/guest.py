@@ -16,13 +16,14 @@ from ground.root import GuestRoot
 
 BOOT_PATIENCE = 900
 # The controllers, each with its place, so that its buses can be found. The pair is an EHCI controller with companions, of
-# which the first takes the slower devices in its ports 1 and 2.
+# which the first takes the slower devices in its ports 1 and 2. The last is no PCI device; its driver comes with its first camera.
 CONTROLLERS = {
     "xhci": "0000:00:10.0",
     "ehci": "0000:00:11.0",
     "uhci": "0000:00:12.0",
     "pair": "0000:00:13.7",
     "companion": "0000:00:13.0",
+    "platform": "vhci_hcd.0",
 }
 USB = """
   -device qemu-xhci,id=xhci,addr=10,p2=8,p3=8 -device usb-ehci,id=ehci,addr=11 -device piix3-usb-uhci,id=uhci,addr=12
@@ -31,6 +32,7 @@ USB = """
   -device ich9-usb-uhci2,masterbus=pair.0,firstport=2,addr=13.1
   -device ich9-usb-uhci3,masterbus=pair.0,firstport=4,addr=13.2
 """.split()
+ONE_CONTROLLER = USB[:2]
 KERNEL_OPTIONS = ("console=ttyS0 quiet panic=-1 mitigations=off audit=0 systemd.show_status=0 "
                   "modprobe.blacklist=kvm_amd,powernow_k8,psmouse")
 
@@ -44,10 +46,10 @@ def shared(name: str, folder: Path, readonly: str) -> list[str]:
 class Guest(Machine):
     """`state` is a folder for what the packages store, which outlives the guest."""
 
-    def __init__(self, root: GuestRoot, state: Path | None = None) -> None:
+    def __init__(self, root: GuestRoot, state: Path | None = None, usb: list[str] = USB) -> None:
         self._folder = tempfile.TemporaryDirectory(prefix="guest-")
         self.folder = Path(self._folder.name)
-        self._emulator = subprocess.Popen(self._command(root, state), stdin=subprocess.DEVNULL)
+        self._emulator = subprocess.Popen(self._command(root, state, usb), stdin=subprocess.DEVNULL)
         self.monitor = Monitor(self._socket("monitor"))
 
     def boot(self) -> None:
@@ -55,10 +57,16 @@ class Guest(Machine):
         try:
             self._channel = Channel(self._connected("channel"))
             self._channel.ready.result(timeout=BOOT_PATIENCE)
-            self._speeds = self._speeds_of_buses()
+            self.look_at_buses()
         except BaseException as problem:
             self.stop()
             raise RuntimeError(self.console()) from problem
+
+    def look_at_buses(self) -> None:
+        """Reads place, bus and speed of all root hubs, as the kernel numbered them."""
+        lines = self.shell("grep -H . /sys/bus/pci/devices/*/usb*/speed /sys/devices/platform/*/usb*/speed || true").splitlines()
+        names = (line.split("/")[-3:] for line in lines)
+        self._speeds = [(at, bus.removeprefix("usb"), int(speed.partition(":")[2])) for at, bus, speed in names]
 
     def shut_down(self) -> None:
         """Lets the guest end in order."""
@@ -76,10 +84,15 @@ class Guest(Machine):
     def bus(self, controller: str, fast: bool = False) -> str:
         """Returns the number of the controller's bus for superspeed, or for all else."""
         place = CONTROLLERS[controller]
-        return next(bus for at, bus, speed in self._speeds if at == place and (int(speed) >= 5000) == fast)
+        return next(bus for at, bus, speed in self._speeds if at == place and (speed >= 5000) == fast)
+
+    def controllers(self) -> dict[str, str]:
+        """Returns the controller of each bus that is not only for superspeed."""
+        names = {place: name for name, place in CONTROLLERS.items()}
+        return {bus: names[at] for at, bus, speed in self._speeds if at in names and speed < 5000}
 
     # With the vector instructions of newer processors, which this emulator gets wrong, udev does not start.
-    def _command(self, root: GuestRoot, state: Path | None) -> list[str | Path]:
+    def _command(self, root: GuestRoot, state: Path | None, usb: list[str]) -> list[str | Path]:
         ends = [word for name in ("monitor", "channel") for word in (
             "-chardev", f"socket,id={name},path={self.folder / name},server=on,wait=off")]
         return [
@@ -87,7 +100,7 @@ class Guest(Machine):
             "-nodefaults", "-display", "none", "-no-reboot", "-kernel", root.kernel, "-initrd", root.first_root,
             "-append", KERNEL_OPTIONS, "-serial", f"file:{self.folder / 'console'}", *ends, "-mon", "monitor,mode=control",
             "-device", "virtio-serial", "-device", "virtserialport,chardev=channel,name=agent",
-            *shared("root", root.folder, "on"), *(shared("state", state, "off") if state else ()), *USB,
+            *shared("root", root.folder, "on"), *(shared("state", state, "off") if state else ()), *usb,
         ]  # fmt: skip
 
     def _connected(self, name: str) -> socket.socket:
@@ -104,8 +117,3 @@ class Guest(Machine):
             except subprocess.TimeoutExpired:
                 continue
         return path
-
-    def _speeds_of_buses(self) -> list[tuple[str, str, str]]:
-        """Returns place, bus and speed of all root hubs, as the kernel numbered them."""
-        lines = self.shell("grep -H . /sys/bus/pci/devices/*/usb*/speed").splitlines()
-        return [(it[5], it[6].removeprefix("usb"), it[7].partition(":")[2]) for it in (line.split("/") for line in lines)]

@@ -17,7 +17,8 @@ REPOSITORY = KERNEL.parents[1]
 sys.path.insert(0, str(REPOSITORY / "tests/packaging"))
 from fresh_root import FreshRoot, run  # noqa: E402
 
-CONTENT = "systemd-sysv,udev,dbus,kmod,linux-image-amd64,busybox-static,v4l-utils,alsa-utils,ffmpeg,procps,iproute2,python3"
+CONTENT = "systemd-sysv,udev,dbus,kmod,linux-image-amd64,busybox-static,v4l-utils,alsa-utils,ffmpeg,procps,iproute2,python3,usbip"
+FOLDER = REPOSITORY / "build/kernel"
 PACKAGES = ("libusbdevlib1", "usbdevctl", "usbdev-host")
 # What Debian starts and nobody needs here; each costs up to a second in the emulator.
 UNUSED = """
@@ -40,29 +41,30 @@ def packages() -> list[Path]:
     folder = REPOSITORY / "build/packages" / run("dpkg", "--print-architecture").strip()
     entries = run("git", "-C", REPOSITORY, "ls-tree", "HEAD").splitlines()
     wanted = "\n".join(entry for entry in entries if entry.partition("\t")[2] not in NOT_PACKAGED)
-    made_of = REPOSITORY / "build/kernel/packages-made-of"
+    made_of = FOLDER / "packages-made-of"
     if not made_of.exists() or made_of.read_text() != wanted:
         run(REPOSITORY / "dev", "--yes", "package", env={**os.environ, "DEB_BUILD_OPTIONS": "noautodbgsym nocheck"})
-        made_of.parent.mkdir(parents=True, exist_ok=True)
+        FOLDER.mkdir(parents=True, exist_ok=True)
         made_of.write_text(wanted)
     return [next(folder.glob(f"{name}_*.deb")) for name in PACKAGES]
 
 
 class GuestRoot:
-    """Kept in a folder; made anew when it would be made of something else."""
+    """Kept in a folder; made anew when it would be made of something else. `others` are Debian's own packages."""
 
-    def __init__(self, packages: list[Path], folder: Path = REPOSITORY / "build/kernel") -> None:
+    def __init__(self, packages: list[Path], folder: Path = FOLDER, others: tuple[str, ...] = ()) -> None:
+        folder.mkdir(parents=True, exist_ok=True)
         self.folder = folder / "root"
         self.first_root = folder / "first-root.cpio"
         made_of = folder / "made-of"
-        wanted = "\n".join([CONTENT, *(hashlib.sha256(package.read_bytes()).hexdigest() for package in packages)])
+        wanted = "\n".join([CONTENT, *others, *(hashlib.sha256(package.read_bytes()).hexdigest() for package in packages)])
         if made_of.exists() and made_of.read_text() == wanted:
             self._add_own_files()
             return
         made_of.unlink(missing_ok=True)
         shutil.rmtree(self.folder, ignore_errors=True)
-        self.folder.mkdir(parents=True)
-        self._install(folder, packages)
+        self.folder.mkdir()
+        self._install(packages, others)
         self._add_own_files()
         made_of.write_text(wanted)
 
@@ -70,11 +72,11 @@ class GuestRoot:
     def kernel(self) -> Path:
         return next((self.folder / "boot").glob("vmlinuz-*"))
 
-    def _install(self, folder: Path, packages: list[Path]) -> None:
-        root = FreshRoot(self.folder, folder / "debian.tar", folder / "archives", CONTENT)
+    def _install(self, packages: list[Path], others: tuple[str, ...]) -> None:
+        root = FreshRoot(self.folder, FOLDER / "debian.tar", FOLDER / "archives", CONTENT)
         for package in packages:
             shutil.copy(package, self.folder / "root")
-        root.apt("install", *(f"./{package.name}" for package in packages))
+        root.apt("install", *others, *(f"./{package.name}" for package in packages))
         (self.folder / "etc/machine-id").write_text("1" * 32 + "\n")  # without one, all units are set up first
         units = self.folder / "etc/systemd/system"
         for unit in UNUSED:

@@ -66,6 +66,15 @@ def test_six_cameras_get_six_channels(ground: Ground) -> None:
         ground.shows({it: channel for channel, it in enumerate(SIX[:count])})
 
 
+@on_both_grounds("platform")
+def test_a_camera_on_a_controller_without_pci_gets_a_channel(ground: Ground) -> None:
+    port = Port("platform", "1")
+    ground.plug("usb2-camera", port)
+    ground.shows({port: 0})
+    ground.unplug(port)
+    ground.shows({})
+
+
 @on_both_grounds("ehci-uhci")
 def test_a_controller_and_its_companion_have_ports_of_their_own(ground: Ground) -> None:
     fast, slow = Port("pair", "1"), Port("companion", "2.1")
