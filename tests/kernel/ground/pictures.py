@@ -12,6 +12,8 @@ from ground.guest import Guest
 from usbcamera.jpeg import decoded
 from usbcamera.pictures import recognise
 
+# What the program says when its camera is gone, by what it was doing with a picture.
+LOST = ("VIDIOC_DQBUF: failed", "qbuf error")
 BYTES = {"MJPG": 1, "YUYV": 2}
 
 
@@ -28,6 +30,10 @@ class Streaming:
 
     def wait_for_a_picture(self) -> None:
         self._guest.wait(f"test -s {self._file}")
+
+    def is_lost(self) -> bool:
+        """Checks that the program has ended because its camera was gone."""
+        return any(it in self.ended.result(timeout=240).errors for it in LOST)
 
     def pictures(self) -> list[tuple[int, int]]:
         """Returns number and tag of each, when the program has ended; a picture that is damaged fails the test."""

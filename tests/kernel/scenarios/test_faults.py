@@ -14,7 +14,6 @@ from ground.ground import Port
 from ground.plugging import Plugged
 
 Plug = Callable[..., Plugged]
-ENDED = "VIDIOC_DQBUF: failed"
 PORT, OTHER = Port("xhci", "1"), Port("xhci", "2")
 
 
@@ -30,7 +29,7 @@ def test_a_camera_that_vanishes_while_it_is_asked_leaves_nothing(guest: Guest, p
 def test_a_camera_that_vanishes_at_its_third_picture_ends_the_stream(guest: Guest, plug: Plug) -> None:
     camera = plug("usb2-camera", PORT, "--fault", "vanish:picture:3")
     stream = Streaming(guest, camera.node(), count=0)
-    assert ENDED in stream.ended.result(timeout=240).errors
+    assert stream.is_lost()
     camera.wait_until_gone()
 
 
@@ -45,4 +44,4 @@ def test_a_camera_that_hangs_while_it_streams_can_be_unplugged(guest: Guest, plu
     stream = Streaming(guest, camera.node(), count=0)
     stream.wait_for_a_picture()
     camera.unplug()
-    assert ENDED in stream.ended.result(timeout=240).errors
+    assert stream.is_lost()

@@ -53,8 +53,9 @@ def test_a_name_is_the_cameras_own_text(guest: Guest, plug: Plug, product: str) 
 def test_cameras_with_equal_serial_numbers_stay_apart(guest: Guest, plug: Plug) -> None:
     twins = [plug("usb2-camera", Port("xhci", port), "--tag", port, serial="200901010001") for port in ("1", "2")]
     for twin in twins:
+        node = twin.node()
         assert guest.run("cat", f"/sys/bus/usb/devices/{twin.slot}/serial") == "200901010001\n"
-        assert {str(tag) for _, tag in Streaming(guest, twin.node()).pictures()} == {twin.port.number}
+        assert {str(tag) for _, tag in Streaming(guest, node).pictures()} == {twin.port.number}
 
 
 def test_an_empty_serial_number_is_none(guest: Guest, plug: Plug) -> None:

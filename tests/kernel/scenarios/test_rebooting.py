@@ -1,7 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""A reboot, between which cameras are exchanged, on both grounds; it takes two guests of its own."""
+"""A reboot, between which cameras are exchanged, on both grounds; it takes two guests of its own, with one controller: the
+kernel may number the buses of several ones in another order at each boot."""
 
 from __future__ import annotations
 
@@ -9,7 +10,7 @@ from pathlib import Path
 
 from ground.ground import Ground, Port
 from ground.grounds import RealGround, SimulatedGround
-from ground.guest import Guest
+from ground.guest import ONE_CONTROLLER, Guest
 from ground.root import GuestRoot, run
 from ground.scenario import ended
 
@@ -32,7 +33,7 @@ def rebooted_in_the_sandbox() -> tuple[object, ...]:
 
 
 def rebooted_in_the_guest(root: GuestRoot, state: Path) -> tuple[object, ...]:
-    guest = Guest(root, state)
+    guest = Guest(root, state, ONE_CONTROLLER)
     ground = RealGround(guest)
     try:
         guest.boot()
@@ -40,7 +41,7 @@ def rebooted_in_the_guest(root: GuestRoot, state: Path) -> tuple[object, ...]:
         guest.shut_down()
     finally:
         ground.abandon()
-    guest = Guest(root, state)
+    guest = Guest(root, state, ONE_CONTROLLER)
     ground = RealGround(guest)
     try:
         ground.plug("pc-camera", A)

@@ -14,6 +14,8 @@ from ground.guest import Guest
 
 A, B = Port("xhci", "1"), Port("xhci", "2")
 DEVICES, STREAMS = "usbdev-devices.service", "usbdev-streams.service"
+CONFIGURATION = "/var/lib/usbdev/config/usbdev.conf"
+PLAYLIST = "/var/lib/usbdev/apps/Velmora2/hls/channel1/playlist.m3u8"
 # Another version of the packages that the guest was made with.
 UPGRADE = """
 set -e; cd /tmp; rm -rf next; mkdir next
@@ -31,32 +33,64 @@ def run_of(guest: Guest, unit: str) -> str:
     return guest.run("systemctl", "show", "--property=InvocationID,MainPID,NRestarts", unit)
 
 
+def processes(guest: Guest) -> set[str]:
+    """The manager and its encoder."""
+    found = set(guest.run("cat", f"/sys/fs/cgroup/system.slice/{STREAMS}/cgroup.procs").split())
+    assert len(found) == 2
+    return found
+
+
+def streams(guest: Guest) -> None:
+    """Waits until the playlist has another segment than before."""
+    guest.wait(f"test -s {PLAYLIST}")
+    last = guest.run("tail", "-n", "1", PLAYLIST).strip()
+    guest.wait(f"test $(tail -n 1 {PLAYLIST}) != {last}")
+
+
 @pytest.fixture
 def used(guest: Guest) -> Iterator[RealGround]:
-    """A ground on which the camera in A has a profile, so that the manager runs its stream."""
+    """A ground on which the camera in A streams."""
     ground = RealGround(guest).reset()
     try:
-        ground.plug("usb2-camera", A)
+        ground.plug("nameless-webcam", A)
         ground.shows({A: 0})
         ground.usbdevctl("assign", ground.slot(A), "0")
+        ground.usbdevctl("stream", "set", "0", "--size", "160x120", "--fps", "5", "--codec", "mjpeg")
+        streams(guest)
         yield ground
     finally:
         ground.end()
 
 
 def test_a_restart_of_the_device_manager_leaves_the_streams_alone(guest: Guest, used: RealGround) -> None:
-    devices, streams = run_of(guest, DEVICES), run_of(guest, STREAMS)
+    devices, manager, streaming = run_of(guest, DEVICES), run_of(guest, STREAMS), processes(guest)
     guest.run("systemctl", "restart", DEVICES)
-    assert run_of(guest, DEVICES) != devices and run_of(guest, STREAMS) == streams
+    assert run_of(guest, DEVICES) != devices
     used.plug("pc-camera", B)
     used.shows({A: 0, B: 1})
-    assert run_of(guest, STREAMS) == streams
+    streams(guest)
+    assert run_of(guest, STREAMS) == manager and processes(guest) == streaming
 
 
 def test_an_upgrade_starts_the_device_manager_again_and_leaves_the_streams_alone(guest: Guest, used: RealGround) -> None:
-    devices, streams = run_of(guest, DEVICES), run_of(guest, STREAMS)
+    devices, manager, streaming = run_of(guest, DEVICES), run_of(guest, STREAMS), processes(guest)
     guest.shell(UPGRADE)
     assert guest.run("dpkg-query", "-W", "-f", "${Version}", "usbdev-host").endswith("+next")
     guest.wait(f"systemctl is-active --quiet {DEVICES}")
-    assert run_of(guest, DEVICES) != devices and run_of(guest, STREAMS) == streams
     used.shows({A: 0})
+    streams(guest)
+    assert run_of(guest, DEVICES) != devices
+    assert run_of(guest, STREAMS) == manager and processes(guest) == streaming
+
+
+def test_what_the_device_manager_and_root_store_stays_the_services_and_the_groups(guest: Guest) -> None:
+    ground = RealGround(guest).reset()
+    owner = ("stat", "--format=%a %U:%G", CONFIGURATION)
+    try:
+        ground.plug("usb2-camera", A)
+        ground.shows({A: 0})
+        stored = guest.run(*owner)
+        ground.usbdevctl("assign", ground.slot(A), "0")
+        assert {stored, guest.run(*owner)} == {"660 usbdev:video\n"}
+    finally:
+        ground.end()

@@ -10,6 +10,7 @@ from collections.abc import Callable, Iterator
 
 import pytest
 from ground.ground import Port
+from ground.grounds import RealGround
 from ground.guest import Guest
 from ground.plugging import Plugged
 from usbcamera.jpeg import decoded
@@ -27,6 +28,8 @@ DECODE = "ffmpeg -nostdin -v error -f mpegts -i - -f rawvideo -pix_fmt gray -".s
 
 @pytest.fixture
 def set_stream(guest: Guest) -> Iterator[Callable[..., None]]:
+    RealGround(guest).reset()
+
     def store(slot: str, *settings: str) -> None:
         guest.wait(f"usbdevctl channels | grep -q ' plugged *{slot} '")
         guest.run("usbdevctl", "assign", slot, "0")
