@@ -84,8 +84,9 @@ class Owner:
         return self.evaluate("document.activeElement.innerText || document.activeElement.getAttribute('aria-label') || ''")
 
     def complaints(self) -> list[str]:
-        """What the browser's console has against the pages."""
-        return [entry["message"] for entry in self.browser.get_log("browser") if entry["level"] in ("WARNING", "SEVERE")]
+        """What the browser's console has against the pages. It also tells that a stream which has not begun has no picture."""
+        told = [entry["message"] for entry in self.browser.get_log("browser") if entry["level"] in ("WARNING", "SEVERE")]
+        return [one for one in told if "/picture.jpg" not in one and "/playlist.m3u8" not in one]
 
     def barriers(self) -> list[str]:
         """What keeps people from using the page."""
@@ -103,7 +104,7 @@ class Owner:
         """A button or a link; in a dialog, if there is one."""
         words = _quoted(name)
         named = f"[normalize-space()={words} or @aria-label={words}]"
-        place = "//dialog" if self.browser.find_elements(By.TAG_NAME, "dialog") else "/"
+        place = "//dialog/" if self.browser.find_elements(By.TAG_NAME, "dialog") else "/"
         self.wait(lambda: self._find(f"{place}/*[self::button or self::a]{named}").click() is None)
 
     def field(self, label: str) -> WebElement:

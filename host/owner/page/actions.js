@@ -10,10 +10,10 @@ import { hasText, plain, t } from "/page/texts.js";
 
 export function explain(problem) {
   if (problem.name === "signed_out") return signedOut();
-  const { reason, text, cure, why, advice, ...values } = problem.values ?? {};
+  const { reason, text, cure, ...values } = problem.values ?? {};
   const known = [`refusal.${reason}`, problem.name !== "refused" && `error.${problem.name}`].find(hasText);
   if (known) notice(t(known, values), "", true);
-  else notice(plain(why ?? text), plain(advice ?? cure), true);
+  else notice(plain(text), plain(cure), true);
 }
 
 // Whether it worked.

@@ -12,7 +12,7 @@ import { moment, plain, t } from "/page/texts.js";
 
 const kPage = 50;
 const kTyping = 250; // milliseconds without a key before the host is asked
-const kSeverities = ["", "information", "warning", "error"];
+const kSeverities = ["", "information", "warning"];
 
 function question(filter, before) {
   const wishes = { limit: kPage, search: filter.search, severity: filter.severity, before };
@@ -47,7 +47,7 @@ function useEvents(filter, newest) {
 const Event = ({ event }) => html`<li class=${`event ${event.severity}`} data-severity=${event.severity}>
   <${Icon} name=${event.severity === "information" ? "info" : "alert"} />
   <div><p><span class="unseen">${t(`severity.${event.severity}`)}: </span>${plain(event.text)}</p>
-    <p class="quiet"><time datetime=${event.time}>${moment(event.time)}</time>${event.user && html` · <bdi>${plain(event.user)}</bdi>`}${event.client && ` · ${plain(event.client)}`}</p></div>
+    <p class="quiet"><time datetime=${event.time}>${moment(event.time)}</time></p></div>
 </li>`;
 
 function Filter({ filter, setFilter }) {

@@ -12,6 +12,7 @@ import { number, t } from "/page/texts.js";
 import { UsbTree } from "/page/usb_tree.js";
 
 const kNewPicture = 2000; // milliseconds
+const kNoPictureYet = 5000;
 
 const kIcons = { streams: "camera", begins: "camera", switched_off: "off", unplugged: "plug", displaced: "plug", waits: "wait" };
 
@@ -22,9 +23,9 @@ function Picture({ profile, word }) {
   const [at, setAt] = useState(0);
   const [isThere, setThere] = useState(false);
   useEffect(() => {
-    const timer = setInterval(() => document.hidden || setAt((count) => count + 1), kNewPicture);
+    const timer = setInterval(() => document.hidden || setAt((count) => count + 1), isThere ? kNewPicture : kNoPictureYet);
     return () => clearInterval(timer);
-  }, []);
+  }, [isThere]);
   return html`<div class="picture">
     ${!isThere && html`<${NoPicture} word=${word} />`}
     <img src=${`/api/v1/profiles/${profile}/picture.jpg?${at}`} alt="" hidden=${!isThere}

@@ -58,14 +58,14 @@ USB = {"controllers": [
 
 def moment(hours: float) -> str:
     """So many hours ago."""
-    return time.strftime("%Y-%m-%dT%H:%M:%S", time.localtime(time.time() - 3600 * hours))
+    return time.strftime("%Y-%m-%dT%H:%M:%SZ", time.gmtime(time.time() - 3600 * hours))
 
 
 TEXTS = [("information", "Channel 1 is plugged in"), ("warning", "Channel 2 does not stream: it waits for channel 0"),
-         ("information", "Modified Channel 1 FPS: 24.00"), ("error", "The encoder of profile 1 has ended"),
+         ("information", "Modified Channel 1 FPS: 24.00"), ("warning", "The encoder of profile 1 has ended"),
          ("information", "User ann signed in")]  # fmt: skip
-EVENTS = [{"id": 40 - number, "time": moment(number * 7), "severity": TEXTS[number % 5][0], "text": TEXTS[number % 5][1],
-           "user": "ann", "client": "127.0.0.1"} for number in range(20)]  # fmt: skip
+EVENTS = [{"id": 40 - number, "time": moment(number * 7), "severity": TEXTS[number % 5][0], "text": TEXTS[number % 5][1]}
+          for number in range(20)]  # fmt: skip
 STATE = {
     "host": {"name": "Attic"},
     "channels": [*CHANNELS, *({**NOTHING, "channel": number} for number in range(6, 10))],
@@ -84,9 +84,10 @@ EMPTY = {
 SIZES = [{"width": width, "height": height, "rates": [5, 10, 15, 24, 30]} for width, height in [(1920, 1080), (1280, 720), (640, 480)]]
 FORMATS = {"codecs": [{"codec": "h264", "sizes": SIZES}, {"codec": "mjpeg", "sizes": SIZES}]}
 HOST = {
-    "version": "1.0.0", "web_port": 8080, "model_picture": True, "codec_package": "Codecs 2.1",
-    "limits": {"channels": 10, "profiles": 4, "one_channel_only": False},
-    "versions": {"library": "1.0.0", "server": "1.0.0", "kernel": "6.1.0-27-amd64"},
+    "version": "5.1.2", "web_port": 8080, "model_picture": True, "encodes": True, "encoding_add_on": None,
+    "codec_package": {"name": "Codecs", "version": "2.1", "build": "20260801", "enabled": True},
+    "limits": {"channels": 10, "profiles": 4, "one_channel": False},
+    "usbdevctl": "5.1.2", "library": "5.1.2", "kernel": "6.1.0-27-amd64",
 }  # fmt: skip
 CHARTS = {
     "plugs": [{"time": moment(hours), "channel": channel, "kind": kind}

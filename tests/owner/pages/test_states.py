@@ -59,7 +59,7 @@ def test_a_camera_that_is_plugged_in_appears_at_once(owner: Owner, standin: Stan
 
 
 def test_a_refused_change_is_taken_back_with_its_reason(owner: Owner, standin: StandIn) -> None:
-    standin.refusal = {"reason": "not_attached", "why": "it is not attached", "advice": None}
+    standin.refusal = {"reason": "not_attached", "text": "It is not attached.", "cure": None}
     owner.open("profile/2")
     owner.wait(lambda: not owner.is_on("USB port switched on"))
     owner.turn("USB port switched on")
