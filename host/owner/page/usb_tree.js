@@ -8,11 +8,12 @@ import { html, useEffect, useRef, useState } from "/libraries/preact.js";
 import { nameOf, standing, tone } from "/page/channels.js";
 import { t } from "/page/texts.js";
 
-const kNarrow = 640; // pixels, as all of these
+const kNarrow = 900; // pixels, as all of these
 const kRow = 58;
 const kBox = 46;
 const kIndent = 22;
-const kLetter = 8.8;
+const kBold = 8.8; // a letter
+const kLetter = 7.4;
 
 function portNode(port, channels) {
   const channel = channels[port.channel];
@@ -86,15 +87,15 @@ function line(spot, isWide) {
   return `M${from} ${start}C${turn} ${start} ${turn} ${middle} ${spot.x} ${middle}`;
 }
 
-const cut = (text, width) => {
-  const most = Math.floor((width - 20) / kLetter);
+const cut = (text, width, letter) => {
+  const most = Math.floor((width - 20) / letter);
   return text.length > most ? `${text.slice(0, Math.max(1, most - 1))}…` : text;
 };
 
 const Box = ({ spot, pairs }) => html`<g class=${`usb ${spot.kind} ${pairs.some((one) => isLastOfBoth(spot, one)) ? "shared" : ""}`} transform=${`translate(${spot.x} ${spot.y})`}>
   <rect width=${spot.w} height=${kBox} rx="8" />
-  <text x="12" y="19">${cut(spot.title, spot.w)}</text>
-  <text x="12" y="36" class="under">${cut(spot.text, spot.w)}</text>
+  <text x="12" y="19">${cut(spot.title, spot.w, kBold)}</text>
+  <text x="12" y="36" class="under">${cut(spot.text, spot.w, kLetter)}</text>
 </g>`;
 
 const Line = ({ spot, isWide }) => html`<path class=${channelsBelow(spot).length > 0 ? "line used" : "line"} d=${line(spot, isWide)} />`;
