@@ -17,7 +17,7 @@ from conftest import BUILD, REPOSITORY
 
 MARK = "\x1e"
 # Programs that run until they are stopped. They are stopped as soon as they have printed something.
-ENDLESS = re.compile(r"^(share-page|tail -f|usbdevctl watch$)")
+ENDLESS = re.compile(r"^(share-page|owner-page|tail -f|usbdevctl watch$)")
 
 
 # A part of a program may wait for something outside a function, as in an interactive Python.

@@ -15,7 +15,8 @@ from typing import Any
 FILE = Path("/var/log/vl/event.db")
 SEVERITIES = ("information", "warning")
 MOST_EVENTS = 200
-COLUMNS = "SELECT id, time, level, CAST(text AS BLOB) FROM event"
+LONGEST_TEXT = 1000  # bytes; the library writes less
+COLUMNS = f"SELECT id, time, level, substr(CAST(text AS BLOB), 1, {LONGEST_TEXT}) FROM event"
 BUSY_SECONDS = 5
 
 Event = dict[str, Any]

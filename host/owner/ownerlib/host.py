@@ -5,13 +5,27 @@
 
 from __future__ import annotations
 
+import asyncio
+
+from ownerlib import sources
+from ownerlib.live import Live
 from ownerlib.login import Logins
+from ownerlib.picture import Picture
 from ownerlib.sessions import Sessions
-from ownerlib.state import Reader
 
 
 class Host:
     def __init__(self) -> None:
         self.sessions = Sessions()
         self.logins = Logins()
-        self.reader = Reader()
+        self.live = Live(self.sessions)
+        self.picture = Picture(self.live.tell)
+
+    def follow(self) -> asyncio.Task[None]:
+        """Begins to follow what changes, and returns the task of that."""
+        sources.follow(self.picture.change)
+        return asyncio.create_task(self.picture.follow())
+
+    def end_session(self, session: str) -> None:
+        self.sessions.end(session)
+        self.live.drop(session)

@@ -10,6 +10,7 @@ from typing import Any
 
 import sharelib.routes
 from servicelib import lifecycle
+from sharelib.answers import LONGEST_BODY
 from sharelib.library import Library
 from sharelib.service import serve
 from tornado.web import Application
@@ -25,10 +26,12 @@ from ownerlib import (
 )
 from ownerlib.answers import NothingHere
 from ownerlib.host import Host
+from ownerlib.live_answers import LiveAnswer
 from ownerlib.session_answers import SessionAnswer
 from ownerlib.state_answers import StateAnswer
 
 API = "/api/v1"
+PING_SECONDS = 20  # a page that does not answer three of them has gone
 CHANNEL = "([0-9])"
 PROFILE = "([0-3])"
 
@@ -38,6 +41,7 @@ def routes(host: Host) -> list[tuple[Any, ...]]:
     answers = [
         ("/session", SessionAnswer),
         ("/state", StateAnswer),
+        ("/live", LiveAnswer),
         (rf"/channels/{CHANNEL}", channel_answers.Channel),
         (rf"/channels/{CHANNEL}/formats", channel_answers.Formats),
         (rf"/channels/{CHANNEL}/assignment", channel_answers.Assignment),
@@ -64,12 +68,16 @@ def application(host: Host, library: Library) -> Application:
         default_handler_class=NothingHere,
         default_handler_args={"host": host},
         log_function=lambda _: None,  # requests contain secrets
+        websocket_ping_interval=PING_SECONDS,
+        websocket_max_message_size=LONGEST_BODY,
     )
 
 
 async def _serve(address: str) -> None:
-    library = Library()
-    await serve(application(Host(), library), library.web_port(), address)
+    library, host = Library(), Host()
+    following = host.follow()
+    await serve(application(host, library), library.web_port(), address)
+    following.cancel()
 
 
 def main(arguments: list[str]) -> int:

@@ -22,13 +22,13 @@ class SessionAnswer(SignedIn):
     async def post(self) -> None:
         given = self.members({"user": str, "password": str})
         await self.host.logins.check(self.request.remote_ip or "", given["user"], given["password"])
-        self.host.sessions.end(self.get_cookie(COOKIE, "") or "")
+        self.host.end_session(self.get_cookie(COOKIE, "") or "")
         name, session = self.host.sessions.begin(given["user"])
         self.set_cookie(COOKIE, name, path="/", httponly=True, samesite="Strict")
         self._tell(session)
 
     def delete(self) -> None:
-        self.host.sessions.end(self.session_id)
+        self.host.end_session(self.session_id)
         self.clear_cookie(COOKIE, path="/")
         self.finish_empty()
 

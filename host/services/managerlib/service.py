@@ -8,10 +8,11 @@ from __future__ import annotations
 import argparse
 import asyncio
 
-from servicelib import lifecycle
+from servicelib import changes, lifecycle
 from usbdev import Notification
 
-from managerlib import changes, notification
+from managerlib import notification
+from managerlib.hub import Hub
 from managerlib.library import Library
 from managerlib.streams import Streams
 
@@ -20,28 +21,33 @@ NODES = "/dev"
 
 
 class Receiver(asyncio.DatagramProtocol):
-    """Prints each notification, and updates the streams."""
+    """Prints each notification, updates the streams and passes it on."""
 
-    def __init__(self, streams: Streams) -> None:
+    def __init__(self, streams: Streams, hub: Hub) -> None:
         self._streams = streams
+        self._hub = hub
 
     def datagram_received(self, data: bytes, addr: tuple[str, int]) -> None:
         try:
             print(notification.line(Notification.from_bytes(data)), flush=True)
             self._streams.look_again()
+            self._hub.pass_on(data)
         except ValueError as problem:
             lifecycle.say(f"refused a datagram: {problem}")
 
 
 async def serve() -> None:
     streams = Streams(Library())
-    changes.follow(NODES, streams.cameras_changed)
+    changes.follow(NODES, changes.CREATED | changes.ATTRIBUTES, lambda _: streams.cameras_changed())
+    hub = Hub()
     loop = asyncio.get_running_loop()
-    transport, _ = await loop.create_datagram_endpoint(lambda: Receiver(streams), local_addr=ADDRESS)
+    transport, _ = await loop.create_datagram_endpoint(lambda: Receiver(streams, hub), local_addr=ADDRESS)
+    hub.open()
     following = loop.create_task(streams.follow())
     stopped = loop.create_task(lifecycle.until_stopped("listening on {}:{}".format(*ADDRESS)))
     await asyncio.wait((following, stopped), return_when=asyncio.FIRST_COMPLETED)
     transport.close()
+    hub.close()
     streams.end()
     await following
 

@@ -83,9 +83,9 @@ def _file(path: Path) -> File:
     status = path.lstat()
     if stat.S_ISLNK(status.st_mode):
         return File(str(path), "link", status.st_uid, os.readlink(path).encode())
-    is_folder = stat.S_ISDIR(status.st_mode)
+    is_folder, is_file = stat.S_ISDIR(status.st_mode), stat.S_ISREG(status.st_mode)
     mode = f"{stat.S_IMODE(status.st_mode):04o}"
-    return File(f"{path}/" if is_folder else str(path), mode, status.st_uid, b"" if is_folder else path.read_bytes())
+    return File(f"{path}/" if is_folder else str(path), mode, status.st_uid, path.read_bytes() if is_file else b"")
 
 
 def _processes() -> list[Path]:

@@ -35,7 +35,7 @@ class Processes:
         rows = _table("Processes")
         names = [quoted(row[0])[0] for row in rows]
         self.listening = {
-            name[:COMM_LENGTH]: set(re.findall(r"`([\d.]+:\d+/\w+)`", row[3]))
+            name[:COMM_LENGTH]: set(re.findall(r"`([\d.]+:\d+/\w+|/var/lock/[\w-]+)`", row[3]))
             for name, row in zip(names, rows)
             if "/tcp`" in row[3] or "/udp`" in row[3]
         }

@@ -6,6 +6,7 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -31,13 +32,31 @@ std::string failureText(std::uint16_t port) {
   return text;
 }
 
+/// A connection to the hub; -1 where there is none.
+int connectedTo(const std::string &hub) {
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  hub.copy(address.sun_path, sizeof address.sun_path - 1);
+  const int connection = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+  if (connection < 0) return -1;
+  if (connect(connection, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0) return connection;
+  close(connection);
+  return -1;
+}
+
 }  // namespace
 
-NotificationSocket::NotificationSocket(std::uint16_t port) : socket_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
+NotificationSocket::NotificationSocket(std::uint16_t port, const std::string &hub)
+    : socket_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
   const sockaddr_in address = loopback(port);
-  if (socket_ < 0 || bind(socket_, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
-    error_ = failureText(port);
-  }
+  if (socket_ >= 0 && bind(socket_, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0) return;
+  error_ = failureText(port);
+  const int connection = connectedTo(hub);
+  if (connection < 0) return;
+  if (socket_ >= 0) close(socket_);
+  socket_ = connection;
+  has_hub_ = true;
+  error_.clear();
 }
 
 NotificationSocket::~NotificationSocket() {
@@ -49,7 +68,7 @@ std::optional<std::string> NotificationSocket::receive() const {
   ssize_t size = 0;
   do size = recv(socket_, datagram.data(), datagram.size(), 0);
   while (size < 0 && errno == EINTR);
-  if (size < 0) return std::nullopt;
+  if (size < 0 || (size == 0 && has_hub_)) return std::nullopt;
   datagram.resize(static_cast<std::size_t>(size));
   return datagram;
 }

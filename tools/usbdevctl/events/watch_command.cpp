@@ -62,7 +62,7 @@ ExitStatus receive(const NotificationSocket &socket, const StopRequest &stop, co
       return shown > 0 && !options.count ? ExitStatus::ok : ExitStatus::nothing;
     }
     const std::optional<std::string> datagram = socket.receive();
-    if (!datagram) return failed("cannot receive notifications");
+    if (!datagram) return failed(socket.hasHub() ? "the manager has ended" : "cannot receive notifications");
     if (show(*datagram, options.json)) ++shown;
     if (!flushOutput()) return ExitStatus::failure;
   }
@@ -76,7 +76,8 @@ ExitStatus watch(const WatchOptions &options) {
     complain(socket.error());
     return ExitStatus::failure;
   }
-  complain("listening on 127.0.0.1:" + std::to_string(kNotificationPort));
+  complain(socket.hasHub() ? "listening to the manager"
+                           : "listening on 127.0.0.1:" + std::to_string(kNotificationPort));
   return receive(socket, stop, options);
 }
 

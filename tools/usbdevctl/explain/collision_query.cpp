@@ -38,13 +38,13 @@ class Tested {
 
 }  // namespace
 
-Collisions readCollisions(const ChannelRows &rows, int channel) {
+Collisions readCollisions(const ChannelRows &rows, int channel, std::optional<int> only) {
   Collisions collisions = {};
   const Tested tested(rows[static_cast<std::size_t>(channel)]);
   const bool one_channel = AMDmodel_oneChannelLimited() != 0;
-  for (std::size_t other = 0; other < rows.size(); ++other) {
-    if (static_cast<int>(other) == channel || !hasVideo(rows[other])) continue;
-    collisions[other] = tested.against(rows[other], one_channel);
+  for (int other = 0; other < USBDEV_CHANNELS; ++other) {
+    if (other == channel || other != only.value_or(other) || !hasVideo(rowOf(rows, other))) continue;
+    collisions[static_cast<std::size_t>(other)] = tested.against(rowOf(rows, other), one_channel);
   }
   return collisions;
 }

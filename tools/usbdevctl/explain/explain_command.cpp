@@ -54,10 +54,10 @@ Reasons reasonsOf(const Camera &camera, const ChannelRows &rows, const Reasons &
 }
 
 /// The reasons of a camera among all: whether it is supported is the library's mark, because to ask every camera takes
-/// long, and what it collides with is asked only if it waits.
+/// long, and only for what it waits its collision is asked.
 Reasons reasonsAmongAll(const Camera &camera, const ChannelRows &rows, const Machine &machine) {
-  const bool waits = camera.row.parked_behind.has_value();
-  return explain(rows, camera.channel, waits ? readCollisions(rows, camera.channel) : Collisions(),
+  const std::optional<int> rival = camera.row.parked_behind;
+  return explain(rows, camera.channel, rival ? readCollisions(rows, camera.channel, rival) : Collisions(),
                  camera.row.supported ? std::nullopt : whyUnsupported(camera.row),
                  machine.reasons(placeOf(camera.row)));
 }
