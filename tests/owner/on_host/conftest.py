@@ -13,9 +13,13 @@ from collections.abc import Iterator
 from pathlib import Path
 
 import pytest
-from client import HOST, PASSWORD, USER, Client
+from client import HOST, ORIGIN, PASSWORD, USER, Client
 
 sys.path[:0] = [str(HOST / folder) for folder in ("owner", "share", "services")]
+sys.path.append(str(Path(__file__).resolve().parent.parent))
+
+from browser import Owner
+from viewer import browsing
 
 
 class Service:
@@ -76,3 +80,39 @@ def owner(server: Service) -> Client:
 def run(command: str) -> str:
     """Runs a command on the host; what it prints."""
     return subprocess.run(["sh", "-ec", command], check=True, stdout=subprocess.PIPE, text=True).stdout
+
+
+@pytest.fixture(scope="session")
+def window(server: Service) -> Iterator[Owner]:
+    """The browser of a user."""
+    with browsing() as browser:
+        browser.get(ORIGIN)
+        yield Owner(browser, ORIGIN)
+
+
+FORGET_ALL = "for port in 1-1 3-1 3-1.1 3-1.2 5-1; do sim unplug $port || true; usbdevctl forget $port || true; done 2>&1 | cat"
+
+
+@pytest.fixture
+def ann(window: Owner) -> Iterator[Owner]:
+    """Is signed in, and looks at the overview of a host without cameras. No page gives the browser a reason to complain."""
+    run(FORGET_ALL)
+    window.evaluate("localStorage.removeItem('language')")
+    window.size(1280, 1000)
+    window.prefer(color_scheme="light")
+    window.open()
+    window.wait(window.heading)
+    if window.heading() == "Sign in":
+        window.sign_in(USER, PASSWORD)
+    window.sees("No camera is plugged in")
+    window.complaints()
+    yield window
+    assert window.complaints() == []
+
+
+@pytest.fixture
+def door(ann: Owner) -> Owner:
+    """There is one camera, which is called Door."""
+    run("sim plug usb2-camera 3-1; usbdevctl assign 3-1 0; usbdevctl rename 0 Door")
+    ann.sees_on_card(0, "Door")
+    return ann
