@@ -5,9 +5,7 @@
 
 import { html, useEffect, useRef, useState } from "/libraries/preact.js";
 import uPlot from "/libraries/uplot.js";
-import { explain } from "/page/actions.js";
-import { read } from "/page/api.js";
-import { Busy, Choice, Empty } from "/page/parts.js";
+import { Busy, Choice, Empty, Failed, useAnswer } from "/page/parts.js";
 import { currentLanguage, number, t } from "/page/texts.js";
 
 const kDays = ["1", "7", "30"];
@@ -134,12 +132,10 @@ function Plots({ charts, days }) {
 
 export function Charts() {
   const [days, setDays] = useState("7");
-  const [charts, setCharts] = useState(null);
-  useEffect(() => {
-    setCharts(null);
-    read(`/charts?days=${days}`).then(setCharts, explain);
-  }, [days]);
+  const [charts, again] = useAnswer(`/charts?days=${days}`);
   const options = kDays.map((one) => ({ value: one, text: t(`charts.days.${one}`) }));
   return html`<div class="filter"><${Choice} id="days" label=${t("charts.days")} value=${days} options=${options} change=${setDays} /></div>
-    ${charts ? html`<${Plots} charts=${charts} days=${Number(days)} />` : html`<${Busy} text=${t("loading")} />`}`;
+    ${charts === null && html`<${Busy} text=${t("loading")} />`}
+    ${charts === undefined && html`<${Failed} again=${again} />`}
+    ${charts && html`<${Plots} charts=${charts} days=${Number(days)} />`}`;
 }

@@ -3,10 +3,10 @@
 
 // What the host tells about itself.
 
-import { html, useEffect, useState } from "/libraries/preact.js";
-import { attempt, explain } from "/page/actions.js";
+import { html, useState } from "/libraries/preact.js";
+import { attempt } from "/page/actions.js";
 import { read } from "/page/api.js";
-import { Busy, Button } from "/page/parts.js";
+import { Busy, Button, Failed, useAnswer } from "/page/parts.js";
 import { hasText, plain, t } from "/page/texts.js";
 
 // A value as text; what the host does not report is said to be unknown.
@@ -63,9 +63,9 @@ function Report() {
 }
 
 export function Host() {
-  const [host, setHost] = useState(null);
-  useEffect(() => {
-    read("/host").then(setHost, explain);
-  }, []);
-  return html`${host ? html`<${Groups} host=${host} />` : html`<${Busy} text=${t("loading")} />`}<${Report} />`;
+  const [host, again] = useAnswer("/host");
+  return html`${host === null && html`<${Busy} text=${t("loading")} />`}
+    ${host === undefined && html`<${Failed} again=${again} />`}
+    ${host && html`<${Groups} host=${host} />`}
+    <${Report} />`;
 }

@@ -3,14 +3,36 @@
 
 // Parts that several pages are made of.
 
-import { html, useEffect, useRef } from "/libraries/preact.js";
+import { html, useEffect, useRef, useState } from "/libraries/preact.js";
+import { explain } from "/page/actions.js";
+import { read } from "/page/api.js";
 import { Icon } from "/page/icons.js";
 import { closeNotice } from "/page/store.js";
 import { plain, t } from "/page/texts.js";
 
 export const Busy = ({ text }) => html`<p class="progress" role="status"><span class="busy"></span>${text}</p>`;
 
-export const Name = ({ of }) => html`<bdi>${plain(of)}</bdi>`;
+// What the host answers to a request: null until then, and undefined if it fails.
+export function useAnswer(path) {
+  const [answer, setAnswer] = useState(null);
+  const [count, setCount] = useState(0);
+  useEffect(() => {
+    let isLate = false;
+    setAnswer(null);
+    read(path).then((value) => isLate || setAnswer(value), (problem) => {
+      if (isLate) return;
+      explain(problem);
+      setAnswer(undefined);
+    });
+    return () => {
+      isLate = true;
+    };
+  }, [path, count]);
+  return [answer, () => setCount(count + 1)];
+}
+
+export const Failed = ({ again }) => html`
+  <${Empty} icon="alert" title=${t("failed")}><div class="buttons"><${Button} act=${again}>${t("again")}<//></div><//>`;
 
 export const Empty = ({ icon, title, children }) => html`
   <div class="empty"><${Icon} name=${icon} /><p class="empty-title">${title}</p>${children}</div>`;

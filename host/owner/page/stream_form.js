@@ -3,28 +3,13 @@
 
 // A form that offers only what the camera can do, and then shows what was asked for and what was taken.
 
-import { html, useEffect, useState } from "/libraries/preact.js";
-import { setStream, explain } from "/page/actions.js";
-import { read } from "/page/api.js";
-import { Busy, Button, Choice } from "/page/parts.js";
+import { html, useState } from "/libraries/preact.js";
+import { setStream } from "/page/actions.js";
+import { Busy, Button, Choice, Failed, useAnswer } from "/page/parts.js";
 import { number, t } from "/page/texts.js";
 
 const sizeText = ({ width, height }) => `${width} × ${height}`;
 const sizeKey = ({ width, height }) => `${width}x${height}`;
-
-// Asks the camera once for each page that shows the form.
-function useFormats(channel) {
-  const [formats, setFormats] = useState(null);
-  const [count, setCount] = useState(0);
-  useEffect(() => {
-    setFormats(null);
-    read(`/channels/${channel}/formats`).then(setFormats, (problem) => {
-      setFormats({ failed: true });
-      explain(problem);
-    });
-  }, [channel, count]);
-  return [formats, () => setCount(count + 1)];
-}
 
 // The wish, as near to what the camera offers as it can be.
 function offered(formats, wish) {
@@ -89,13 +74,14 @@ function Form({ channel, formats }) {
 }
 
 export function StreamForm({ channel }) {
-  const [formats, again] = useFormats(channel.channel);
-  const isEmpty = formats && !(formats.codecs?.length > 0);
+  const [formats, again] = useAnswer(`/channels/${channel.channel}/formats`);
+  const isEmpty = formats?.codecs.length === 0;
   return html`<section class="card" aria-labelledby="stream">
     <h2 id="stream">${t("stream")}</h2>
     <p class="quiet">${t("stream.explained")}</p>
-    ${!formats && html`<${Busy} text=${t("formats.asking")} />`}
-    ${isEmpty && html`<p>${t("formats.none")}</p><${Button} act=${again}>${t("formats.again")}<//>`}
+    ${formats === null && html`<${Busy} text=${t("formats.asking")} />`}
+    ${formats === undefined && html`<${Failed} again=${again} />`}
+    ${isEmpty && html`<p>${t("formats.none")}</p><${Button} act=${again}>${t("again")}<//>`}
     ${formats && !isEmpty && html`<${Form} channel=${channel} formats=${formats} />`}
   </section>`;
 }

@@ -51,7 +51,7 @@ class StandIn:
         self.state: dict[str, Any] = copy.deepcopy(STATE)
         self.shares = {0: {"on": True, "password": True, "page": "/share?ssid=39202766&token=" + 32 * "a"}}
         self.refusal: dict[str, Any] | None = None  # of every change
-        self.away = self.signed_in = False
+        self.away = self.signed_in = self.missing = False
         self.slow = 0.0  # seconds that an answer takes
         self.asked: list[tuple[str, str, Any]] = []
 
@@ -136,7 +136,7 @@ class Api(RequestHandler):
         if path == "/session" and not self.standin.signed_in:
             return self.refuse(401, "signed_out")
         answer = self._answer(path)
-        return self.refuse(404, "not_found") if answer is None else self.finish(answer)
+        return self.refuse(404, "not_found") if answer is None or (self.standin.missing and path != "/session") else self.finish(answer)
 
     def _answer(self, path: str) -> Any:
         if path.startswith("/channels/"):

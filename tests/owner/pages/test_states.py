@@ -50,6 +50,17 @@ def test_a_camera_that_is_asked_for_its_formats_takes_its_time(owner: Owner, sta
     assert owner.sees("Save")
 
 
+@pytest.mark.parametrize("page", ["charts", "host", "profile/1"])
+def test_a_page_that_is_not_answered_can_be_asked_for_again(owner: Owner, standin: StandIn, page: str) -> None:
+    standin.missing = True
+    owner.open(page)
+    assert owner.sees("The host did not answer this", "This does not exist any more.")
+    standin.missing = False
+    owner.press("Ask again")
+    assert owner.sees_no_more("The host did not answer this")
+    owner.complaints()  # of the answer
+
+
 def test_a_camera_that_is_plugged_in_appears_at_once(owner: Owner, standin: StandIn) -> None:
     standin.state = copy.deepcopy(EMPTY)
     owner.open()
