@@ -90,6 +90,15 @@ def window(server: Service) -> Iterator[Owner]:
         yield Owner(browser, ORIGIN)
 
 
+@pytest.fixture
+def manager(tmp_path: Path) -> Iterator[Service]:
+    """Encodes the streams."""
+    service = Service("manager-service", tmp_path)
+    service.start()
+    yield service
+    service.end()
+
+
 FORGET_ALL = "for port in 1-1 3-1 3-1.1 3-1.2 5-1; do sim unplug $port || true; usbdevctl forget $port || true; done 2>&1 | cat"
 
 

@@ -8,7 +8,7 @@ from __future__ import annotations
 import json
 
 from browser import Owner
-from conftest import run
+from conftest import Service, run
 from selenium.webdriver import Keys
 
 
@@ -92,6 +92,14 @@ def test_turn_the_picture_around(door: Owner) -> None:
     door.turn("Upside down")
     assert door.wait(lambda: door.is_on("Upside down"))
     assert door.wait(lambda: json.loads(run("usbdevctl stream show 0 --json"))["flip"])
+
+
+def test_watch_a_camera(door: Owner, manager: Service) -> None:
+    run("usbdevctl stream set 0 --size 640x480")
+    door.open("profile/0")
+    moves = "document.querySelector('video')?.currentTime > 0.5"
+    assert door.wait(lambda: door.evaluate(moves))
+    assert door.wait(lambda: door.sees_no_more("Waiting for the picture …"))
 
 
 def test_rename_a_camera(door: Owner) -> None:
