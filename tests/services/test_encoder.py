@@ -49,7 +49,28 @@ def test_in_place_of_a_simulated_camera_there_are_test_pictures_without_sound(st
 def test_the_playlist_has_h264_that_every_browser_plays(stream, reads_camera):
     outputs = parts(stream, reads_camera)[-1]
     assert "-codec:v libx264" in outputs and "-pix_fmt yuv420p" in outputs
-    assert f"-hls_segment_filename {FOLDER}/%d.ts {FOLDER}/playlist.m3u8" in outputs
+    assert f"hls_segment_filename={FOLDER}/%d.ts]{FOLDER}/playlist.m3u8" in outputs
+
+
+def test_what_is_encoded_once_is_written_in_segments_and_in_fragments(tmp_path):
+    sources = ("-f", "lavfi", "-i", "testsrc2=size=64x48:rate=10", "-f", "lavfi", "-i", "sine")
+    stream = replace(RAW, sound=SOUND)
+    words = encoder.arguments(stream, tmp_path, reads_camera=True)
+    encoded = words[words.index("-map") :]
+    assert (encoded.count("libx264"), encoded.count("aac")) == (1, 1)
+    subprocess.run([encoder.PROGRAM, "-nostdin", "-v", "error", *sources, "-t", "3", *encoded], check=True)
+    segments, fragments = sorted(tmp_path.glob("*.ts")), sorted(tmp_path.glob("*.m4s"), key=lambda it: int(it.stem))
+    assert (len(segments), len(fragments)) == (4, encoder.FRAGMENTS_KEPT + 1)
+    begin = tmp_path / encoder.FRAGMENTS_BEGIN
+    for part in (segments[-2].read_bytes(), begin.read_bytes() + fragments[-5].read_bytes()):
+        assert described(part) == ["h264", "aac"]
+
+
+def described(part: bytes) -> list[str]:
+    """Returns the codecs that are found in a part of a stream alone."""
+    fields = ("-show_entries", "stream=codec_name", "-of", "default=nw=1:nk=1")
+    found = subprocess.run(["ffprobe", "-v", "error", *fields, "-"], input=part, capture_output=True, check=True).stdout
+    return list(dict.fromkeys(found.decode().split()))
 
 
 def test_pictures_that_the_camera_compresses_are_also_copied_one_a_second():
@@ -68,7 +89,7 @@ def test_sound_is_recorded_from_the_card_as_the_settings_say_and_becomes_aac(str
     camera, sound, outputs = parts(replace(stream, sound=SOUND))
     assert camera.endswith("-i /dev/video3")
     assert [it.partition("-f ")[2] for it in sound] == ["alsa -sample_rate 48000 -channels 2 -i plughw:2"]
-    assert "-map 1:a -codec:a aac -b:a 96000 -f hls" in outputs
+    assert "-map 1:a -codec:a aac -b:a 96000 -flags" in outputs
 
 
 CHANGES = list(itertools.product([False, True], repeat=3))

@@ -16,6 +16,12 @@ SEGMENT_SECONDS = 1
 FIRST_SEGMENT_SECONDS = 0.6  # shorter, so that there is a picture soon; a playlist rounds it to one second
 SEGMENTS_KEPT = 6
 PLAYLIST = "playlist.m3u8"
+# The same stream in short pieces, which the server of the pages sends on as they come; not all begin with a whole picture.
+FRAGMENT_SECONDS = 0.2
+FRAGMENTS_KEPT = 10
+FRAGMENTS = "%d.m4s"
+FRAGMENTS_BEGIN = "live.mp4"  # has what a player has to know before the first
+FRAGMENTS_LIST = "live.m3u8"
 PICTURE = "picture.jpg"
 KEY_PICTURES = f"expr:gte(t,if(n_forced,(n_forced-1)*{SEGMENT_SECONDS}+{FIRST_SEGMENT_SECONDS}))"
 # Of a live stream the first picture matters, and what has to be known of the pictures is known from the settings.
@@ -36,10 +42,10 @@ def name(stream: Stream) -> str:
 def arguments(stream: Stream, folder: Path, reads_camera: bool) -> list[str]:
     quiet = ("-nostdin", "-hide_banner", "-loglevel", "error")
     if not reads_camera:
-        return [*quiet, *_test_pictures(stream), *_encoded(stream), *_playlist(folder)]
+        return [*quiet, *_test_pictures(stream), *_encoded(stream), *outputs(folder)]
     return [
         *(*quiet, *_pictures(stream), *_sound(stream)),
-        *(*_encoded(stream), *_encoded_sound(stream), *_playlist(folder)),
+        *(*_encoded(stream), *_encoded_sound(stream), *outputs(folder)),
         *(_copied_picture(stream, folder) if stream.is_mjpeg else ()),
     ]
 
@@ -87,15 +93,31 @@ def _encoded_sound(stream: Stream) -> list[str]:
     return ["-map", "1:a", "-codec:a", "aac", "-b:a", str(stream.sound.bits_per_second)]
 
 
-def _playlist(folder: Path) -> list[str]:
-    return [
-        *("-f", "hls", "-hls_init_time", str(FIRST_SEGMENT_SECONDS), "-hls_time", str(SEGMENT_SECONDS)),
-        *("-hls_list_size", str(SEGMENTS_KEPT)),
-        *("-hls_flags", "delete_segments+temp_file"),
+def outputs(folder: Path) -> list[str]:
+    """What is encoded once is written twice."""
+    segments = {
+        "hls_init_time": FIRST_SEGMENT_SECONDS,
+        "hls_time": SEGMENT_SECONDS,
+        "hls_list_size": SEGMENTS_KEPT,
+        "hls_flags": "delete_segments+temp_file",
         # a stream that is started again continues with higher numbers, so that no viewer confuses new and old segments
-        *("-hls_start_number_source", "epoch"),
-        *("-hls_segment_filename", str(folder / "%d.ts"), str(folder / PLAYLIST)),
-    ]
+        "hls_start_number_source": "epoch",
+        "hls_segment_filename": folder / "%d.ts",
+    }
+    fragments = {
+        "hls_segment_type": "fmp4",
+        "hls_time": FRAGMENT_SECONDS,
+        "hls_list_size": FRAGMENTS_KEPT,
+        "hls_flags": "split_by_time+delete_segments+temp_file",
+        "hls_fmp4_init_filename": FRAGMENTS_BEGIN,
+        "hls_segment_filename": folder / FRAGMENTS,
+    }
+    both = f"{_hls(segments)}{folder / PLAYLIST}|{_hls(fragments)}{folder / FRAGMENTS_LIST}"
+    return ["-flags", "+global_header", "-f", "tee", both]
+
+
+def _hls(options: dict[str, object]) -> str:
+    return "[" + ":".join(f"{name}={value}" for name, value in {"f": "hls", **options}.items()) + "]"
 
 
 def _copied_picture(stream: Stream, folder: Path) -> list[str]:

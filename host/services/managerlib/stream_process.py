@@ -77,6 +77,6 @@ class StreamProcess:
 
     def _remove_files(self) -> None:
         """Removes the files of a stream that has ended. The playlist is removed first, because it names the others."""
-        for pattern in (encoder.PLAYLIST, encoder.PICTURE, "*.ts", "*.tmp"):
+        for pattern in (encoder.PLAYLIST, encoder.FRAGMENTS_BEGIN, encoder.FRAGMENTS_LIST, encoder.PICTURE, "*.ts", "*.m4s", "*.tmp"):
             for file in self._folder.glob(pattern):
                 file.unlink(missing_ok=True)

@@ -23,13 +23,24 @@ MOST_BYTES = 65536
 EVENT = struct.Struct("iIII")  # and the name, filled up with zeros
 
 
-def follow(folder: str, kinds: int, changed: Callable[[set[str]], None]) -> None:
-    """Calls `changed` with the names of files to which that happened, as long as the event loop runs. No name means that
-    too much happened to tell."""
+def follow(folder: str, kinds: int, changed: Callable[[set[str]], None]) -> Callable[[], None]:
+    """Calls `changed` with the names of files to which that happened, as long as the event loop runs, or until the returned
+    function is called. No name means that too much happened to tell."""
     libc = ctypes.CDLL(None, use_errno=True)
     events = _checked(libc.inotify_init1(os.O_NONBLOCK | os.O_CLOEXEC))
-    _checked(libc.inotify_add_watch(events, os.fsencode(folder), kinds))
-    asyncio.get_running_loop().add_reader(events, lambda: changed(set(_names(os.read(events, MOST_BYTES)))))
+    loop = asyncio.get_running_loop()
+
+    def end() -> None:
+        loop.remove_reader(events)
+        os.close(events)
+
+    try:
+        _checked(libc.inotify_add_watch(events, os.fsencode(folder), kinds))
+    except OSError:
+        end()
+        raise
+    loop.add_reader(events, lambda: changed(set(_names(os.read(events, MOST_BYTES)))))
+    return end
 
 
 def _names(events: bytes) -> Iterator[str]:
