@@ -9,11 +9,12 @@ from pathlib import Path
 from typing import Any
 
 from sharelib.answers import FileAnswer
-from sharelib.routes import LIBRARIES, WEB
+from sharelib.routes import WEB
 
 from ownerlib.answers import OwnersAnswer
 
 PAGE = Path(__file__).resolve().parent.parent / "page"
+LIBRARIES = WEB / "libraries"
 
 
 class Page(OwnersAnswer):

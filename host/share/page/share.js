@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-"use strict";
+import { LivePlayer } from "/share/live-player.js";
 
 // Shows the stream of the page's address, or the sentence that explains why there is none. If the reason can change, the
 // page asks until it has, even if the browser believes that it is offline, because the host may be in the same house.
@@ -90,10 +90,10 @@ const follow = {
     if (seen === "") {
       stop();
       show("waits", kWaiting);
-    } else if (grows && (!player || wasGiven >= kBeginAnew)) {
+    } else if (grows && (!player || player.hasEnded || wasGiven >= kBeginAnew)) {
       play(answer.playlist);
       return;
-    } else if (!player || isShown("away")) {
+    } else if (!player || player.hasEnded || isShown("away")) {
       show("still", kStill);
     }
     lookLater();
@@ -135,7 +135,7 @@ function countDown(end) {
   else look();
 }
 
-const isPlaying = () => player !== null && isShown("plays");
+const isPlaying = () => player !== null && !player.hasEnded && isShown("plays");
 
 function stop() {
   player?.destroy();
@@ -148,28 +148,14 @@ function play(playlist) {
   if (!isShown("still")) show("loading", "");
   position = 0;
   since = performance.now();
-  player = new Hls();
-  player.on(Hls.Events.ERROR, (_, error) => {
-    if (error.fatal) {
-      stop();
-      show("waits", kWaiting);
-      lookLater();
-    } else {
-      look(); // the link may have been removed, or the camera unplugged
-    }
-  });
-  player.on(Hls.Events.MANIFEST_PARSED, () => {
-    video.play().catch(() => {}); // if the browser does not play by itself, it shows its controls
-  });
-  player.loadSource(playlist);
-  player.attachMedia(video);
+  player = new LivePlayer(video, playlist, look); // the link may have been removed, or the camera unplugged
 }
 
 // Returns whether the picture moves, or has been stopped by the viewer.
 const isWell = () => video.currentTime !== position || (video.paused && !video.ended) || document.hidden;
 
 function watch() {
-  if (!player) return;
+  if (!player || player.hasEnded) return;
   const now = performance.now();
   if (video.hidden) {
     if (now - since < kBeginAnew) return;
@@ -198,7 +184,7 @@ element("password-form").addEventListener("submit", (event) => {
   look();
 });
 
-if (window.Hls?.isSupported()) {
+if (LivePlayer.isSupported(video)) {
   setInterval(watch, kLook);
   look();
 } else {

@@ -13,7 +13,7 @@ from typing import Any
 from servicelib.attempts import Attempts
 from tornado.web import HTTPError
 
-from sharelib import streams, verdict
+from sharelib import live, streams, verdict
 from sharelib.answers import Answer, PageFile
 from sharelib.library import Library
 from sharelib.verdict import Verdict
@@ -21,7 +21,6 @@ from sharelib.verdict import Verdict
 HERE = Path(__file__).resolve().parent.parent
 PAGE = HERE / "page"
 WEB = HERE.parent / "web"  # what all web pages share
-LIBRARIES = WEB / "libraries"
 
 
 class Page(Answer):
@@ -84,8 +83,8 @@ def routes(library: Library) -> list[tuple[Any, ...]]:
     return [
         (r"/share", Page),
         (r"/share/open", Question, question),
-        (r"/share/(hls\.min\.js)", PageFile, {"path": LIBRARIES}),
-        (r"/share/(design\.css|favicon\.svg)", PageFile, {"path": WEB}),
+        (r"/share/(design\.css|favicon\.svg|live-player\.js)", PageFile, {"path": WEB}),
         (r"/share/(share\.(?:css|js))", PageFile, {"path": PAGE}),
+        *live.routes(),
         (streams.ROUTE, streams.StreamFile, {"path": streams.APPLICATION}),
     ]

@@ -14,7 +14,7 @@ from tornado.web import Application
 
 from sharelib.answers import NothingThere
 from sharelib.library import Library
-from sharelib.routes import LIBRARIES, routes
+from sharelib.routes import routes
 
 DEFAULT_PORT = 8080
 # A connection is closed when the head of a request, with the wait for it, or its body takes longer.
@@ -52,6 +52,4 @@ def main(arguments: list[str]) -> int:
     parser = argparse.ArgumentParser(prog="share-page", description="Shows the streams that share links open.")
     parser.add_argument("--address", metavar="IP", default="127.0.0.1", help="address to serve (default: 127.0.0.1)")
     options = parser.parse_args(arguments)
-    if not (LIBRARIES / "hls.min.js").exists():
-        lifecycle.say("the player is missing, so that browsers cannot show streams: run host/web/install-libraries in the repository")
     return lifecycle.run(_serve(options.address))

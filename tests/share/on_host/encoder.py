@@ -6,12 +6,15 @@
 from __future__ import annotations
 
 import subprocess
+import sys
+import time
 from pathlib import Path
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[3] / "host/services"))
+from managerlib import encoder
+
 PICTURES = ("-re", "-f", "lavfi", "-i", "testsrc=size=160x120:rate=10", "-pix_fmt", "yuv420p")
-ENCODING = ("-c:v", "libx264", "-preset", "ultrafast", "-tune", "zerolatency", "-g", "10")
-LIST = ("-f", "hls", "-hls_time", "1", "-hls_list_size", "6", "-hls_start_number_source", "epoch")
-FLAGS = ("-hls_flags", "delete_segments+temp_file+omit_endlist")
+ENCODING = ("-map", "0:v", "-c:v", "libx264", "-preset", "ultrafast", "-tune", "zerolatency", "-g", "10")
 
 
 class Encoder:
@@ -20,9 +23,12 @@ class Encoder:
         self.playlist = folder / "playlist.m3u8"
 
     def start(self) -> None:
-        segments = ("-hls_segment_filename", str(self._folder / "%d.ts"), str(self.playlist))
-        command = ["ffmpeg", "-nostdin", "-loglevel", "error", *PICTURES, *ENCODING, *LIST, *FLAGS, *segments]
+        command = ["ffmpeg", "-nostdin", "-loglevel", "error", *PICTURES, *ENCODING, *encoder.outputs(self._folder)]
         self._process = subprocess.Popen(command)
+
+    def await_pictures(self) -> None:
+        while not self.playlist.exists():
+            time.sleep(0.02)
 
     def send(self, signal: int) -> None:
         self._process.send_signal(signal)

@@ -47,7 +47,7 @@ def test_a_pause_by_the_viewer_is_not_reported(viewer: Viewer, encoder: Encoder,
     viewer.await_playing()
     viewer.evaluate("document.getElementById('video').pause()")
     encoder.send(SIGSTOP)
-    viewer.evaluate("void (window.later = performance.now() + 2 * kStandsStill)")
+    viewer.evaluate("void (window.later = performance.now() + 6000)")
     viewer.wait(lambda: viewer.evaluate("performance.now() > later"))
     assert viewer.sentence() == ""
 

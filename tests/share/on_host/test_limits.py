@@ -106,9 +106,9 @@ class TestEveryAnswer:
         playlist.unlink()
 
     @pytest.fixture(
-        params=["/share", "/share/design.css", "/share/share.css", "/share/share.js", "/share/hls.min.js",
+        params=["/share", "/share/design.css", "/share/share.css", "/share/share.js", "/share/live-player.js",
                 "/share/favicon.svg", "/share/nothing", "/", "/share/open", "a stream",
-                "/0123456789abcdef0123456789abcdef/0.ts"],
+                "/0123456789abcdef0123456789abcdef/0.ts", "/0123456789abcdef0123456789abcdef/live"],
     )  # fmt: skip
     def path(self, request: pytest.FixtureRequest, stream: str) -> str:
         return stream if request.param == "a stream" else str(request.param)

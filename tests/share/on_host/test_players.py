@@ -1,0 +1,93 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""How the page plays a stream: as it comes, or, in browsers that cannot, as a playlist."""
+
+from __future__ import annotations
+
+from collections.abc import Iterator
+from contextlib import contextmanager
+from signal import SIGCONT, SIGSTOP
+
+import pytest
+from conftest import SharePage
+from encoder import Encoder
+from viewer import Viewer
+
+Link = dict[str, str]
+IS_LIVE = "document.getElementById('video').src.startsWith('blob:')"
+# How many seconds of the stream the browser has, but does not show yet.
+BEHIND = "((video) => video.buffered.end(video.buffered.length - 1) - video.currentTime)(document.getElementById('video'))"
+WITHOUT_SOURCES = "delete window.MediaSource"
+WITHOUT_SOCKETS = "window.WebSocket = class extends WebSocket { constructor() { super('/nothing'); } }"
+
+pytestmark = pytest.mark.usefixtures("page")
+
+
+@contextmanager
+def changed(viewer: Viewer, script: str) -> Iterator[None]:
+    """The browser runs a script before those of each page."""
+    added = viewer.tell_browser("Page.addScriptToEvaluateOnNewDocument", source=script)
+    try:
+        yield
+    finally:
+        viewer.tell_browser("Page.removeScriptToEvaluateOnNewDocument", **added)
+
+
+def test_a_stream_is_played_as_it_comes(viewer: Viewer, encoder: Encoder, link: Link) -> None:
+    viewer.open(link["page"])
+    viewer.await_playing()
+    assert viewer.evaluate(IS_LIVE)
+    viewer.wait(lambda: viewer.evaluate(BEHIND) < 0.6)
+
+
+@pytest.mark.parametrize("script", [WITHOUT_SOURCES, WITHOUT_SOCKETS], ids=["no media sources", "no sockets"])
+def test_a_browser_that_cannot_plays_the_playlist(viewer: Viewer, encoder: Encoder, link: Link, script: str) -> None:
+    with changed(viewer, script):
+        encoder.await_pictures()
+        viewer.open(link["page"])
+        viewer.await_playing()
+        assert not viewer.evaluate(IS_LIVE)
+
+
+def test_a_viewer_who_fell_behind_catches_up(viewer: Viewer, encoder: Encoder, link: Link) -> None:
+    viewer.open(link["page"])
+    viewer.await_playing()
+    for seconds in (0.8, 3):
+        viewer.wait(lambda: viewer.evaluate(BEHIND) < 0.6)
+        viewer.evaluate(f"void (document.getElementById('video').currentTime -= {seconds})")
+    viewer.wait(lambda: viewer.evaluate(BEHIND) < 0.6)
+
+
+def test_a_viewer_who_continues_after_a_pause_sees_the_present(viewer: Viewer, encoder: Encoder, link: Link) -> None:
+    viewer.open(link["page"])
+    viewer.await_playing()
+    viewer.evaluate("document.getElementById('video').pause()")
+    at = viewer.position()
+    viewer.wait(lambda: viewer.evaluate(BEHIND) > 4)
+    assert viewer.position() == at
+    viewer.evaluate("void document.getElementById('video').play()")
+    viewer.wait(lambda: viewer.evaluate(BEHIND) < 0.6)
+
+
+def test_what_came_while_the_server_stood_still_is_skipped(
+    viewer: Viewer, encoder: Encoder, page: SharePage, link: Link
+) -> None:
+    viewer.open(link["page"])
+    viewer.await_playing()
+    page.send(SIGSTOP)
+    try:
+        at = viewer.wait(lambda: viewer.evaluate("document.body.dataset.state") == "still" and viewer.position())
+    finally:
+        page.send(SIGCONT)
+    viewer.await_playing()
+    viewer.wait(lambda: viewer.evaluate(BEHIND) < 0.6)
+    assert viewer.position() > at + 2
+
+
+def test_what_was_shown_long_ago_is_not_kept(viewer: Viewer, encoder: Encoder, link: Link) -> None:
+    viewer.open(link["page"])
+    viewer.await_playing()
+    begin = "document.getElementById('video').buffered.start(0)"
+    first = viewer.evaluate(begin)
+    viewer.wait(lambda: viewer.evaluate(begin) > first + 10)
