@@ -28,6 +28,10 @@ add_compile_options(-Wall -Wextra -Wconversion -Wshadow)
 if(USBDEV_SANITIZE)
   add_compile_options(-fsanitize=${USBDEV_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${USBDEV_SANITIZE})
+  # What these check they describe in megabytes of tables. A program at a fixed address starts without changing them.
+  if(USBDEV_SANITIZE MATCHES "^address")
+    add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-no-pie>)
+  endif()
 endif()
 if(USBDEV_COVERAGE)
   # Threads count in the same places; a lost count would make others negative.
