@@ -30,6 +30,9 @@ struct Findings {
   void add(const Findings &more);
 };
 
+// One of so many trials is made: in a short run with a sanitizer some are left out, of all kinds in turn.
+size_t trialStep();
+
 // Of the calls with these names.
 void runAllTrials(const Scenario &scenario, const Undisturbed &undisturbed, const contract::Names &failing,
                   Findings &findings);

@@ -14,6 +14,11 @@ namespace model {
 namespace {
 
 constexpr int kOperationsADay = 100;
+#ifdef USBDEV_FEWER_CASES
+constexpr int kDaysInTests = 50;
+#else
+constexpr int kDaysInTests = 200;
+#endif
 
 unsigned firstSeed() {
   const char *seed = std::getenv("USBDEV_SEED");
@@ -21,7 +26,7 @@ unsigned firstSeed() {
 }
 
 TEST(ARandomDay, IsTheSameInTheLibraryAndInTheModel) {
-  const int days = torture::times(200, 12000);
+  const int days = torture::times(kDaysInTests, 12000);
   for (unsigned day = 0; day < static_cast<unsigned>(days); ++day) {
     const unsigned seed = firstSeed() + day;
     const History history = randomHistory(seed, kOperationsADay);
