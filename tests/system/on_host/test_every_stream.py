@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""Every camera of the collection set to every size it has, at rates below, between, at and above those it lists."""
+"""Every camera of the collection set to every size it has, at rates below, at, between and above those it lists in turn."""
 
 from __future__ import annotations
 
@@ -37,6 +37,15 @@ def requests(rates: list[float]) -> list[float]:
     return [ordered[0] / 2, ordered[len(ordered) // 2], *between[len(between) // 2 :][:1], ordered[-1] + 5]
 
 
+def changes_of(camera: str) -> list[tuple[ListedSize, float]]:
+    """Of its first size every request, of each other one the next kind of them."""
+    first, *others = sizes_of(camera)
+    return [
+        *((first, rate) for rate in requests(first.rates)),
+        *((size, (asked := requests(size.rates))[number % len(asked)]) for number, size in enumerate(others)),
+    ]
+
+
 def stored() -> Stored:
     root, keys = ElementTree.parse(CONFIGURATION).getroot(), ("vcodec", "width", "height", "framerate")
     vcodec, width, height, rate = (root.findtext(f"ch0/video/{key}", "") for key in keys)
@@ -65,7 +74,7 @@ def bound(host: Host, request: pytest.FixtureRequest, without_process_list: None
 @pytest.mark.parametrize("bound", STREAMING, indirect=True)
 def test_a_stream_is_stored_with_the_first_listed_rate_that_is_not_above_the_request(bound):
     with Manager() as manager:
-        for size, rate in ((size, rate) for size in sizes_of(bound) for rate in requests(size.rates)):
+        for size, rate in changes_of(bound):
             before = stored()
             assert set_stream(size, rate) == 0
             expected = (size.codec, size.width, size.height, f"{size.chosen(rate):3.2f}")

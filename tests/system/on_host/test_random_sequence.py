@@ -19,7 +19,7 @@ from host import Host, stream_folder
 from model import NONE, Camera, Model
 
 SEED = int(os.environ.get("USBDEV_SEED", "20240305"))
-STEPS = int(os.environ.get("USBDEV_STEPS", "500"))
+STEPS = int(os.environ.get("USBDEV_STEPS", "250"))
 
 # With one node each, so that all of them together have numbers of one digit. One brings a sound card.
 CAMERAS = ["8mp-camera", "hdmi-grabber", "panorama-camera", "stereo-camera"]
