@@ -10,6 +10,7 @@ import os
 import subprocess
 import threading
 from collections.abc import Iterator
+from contextlib import contextmanager
 from pathlib import Path
 from typing import Any
 
@@ -17,18 +18,33 @@ import pytest
 from conftest import APPLICATION, CONFIGURATION, document, usbdevctl
 
 
-@pytest.fixture(autouse=True)
-def two_cameras(empty: None) -> Iterator[None]:
-    """A camera in 3-1, which streams profile 1 as a shared 640x480 at 60, and one in 5-1 with rates up to 30."""
+def links() -> dict[Path, Path]:
+    return {path: path.readlink() for path in APPLICATION.iterdir() if path.is_symlink()}
+
+
+@pytest.fixture(scope="session")
+def plugged() -> tuple[str, dict[Path, Path]]:
+    """The configuration and the links of a host with a camera in 3-1, which streams profile 1 as a shared 640x480 at 60,
+    and one in 5-1 with rates up to 30."""
+    CONFIGURATION.write_text("<velmora/>")
     for camera, port in (("usb2-camera", "3-1"), ("hd-usb-camera", "5-1")):
         subprocess.run(["sim", "plug", camera, port], check=True, capture_output=True)
     usbdevctl("assign", "3-1", "1")
     usbdevctl("rename", "1", "Door")
     usbdevctl("stream", "set", "1", "--size", "640x480", "--fps", "60")
     usbdevctl("share", "on", "1", "--password-stdin", given="pass\n")
-    yield
-    for port in ("3-1", "5-1"):
-        subprocess.run(["sim", "unplug", port], check=True, capture_output=True)
+    return CONFIGURATION.read_text(), links()
+
+
+@pytest.fixture(autouse=True)
+def two_cameras(empty: None, plugged: tuple[str, dict[Path, Path]]) -> None:
+    """Every test finds that host as it was at first."""
+    configuration, first = plugged
+    CONFIGURATION.write_text(configuration)
+    for path in links():
+        path.unlink()
+    for path, target in first.items():
+        path.symlink_to(target)
 
 
 @pytest.fixture
@@ -202,7 +218,8 @@ def test_a_move_into_the_port_of_the_displaced_camera_is_done() -> None:
     assert stream() == [640, 480, 60, "mjpeg"]
 
 
-def answer_once(listing: Path) -> threading.Thread:
+@contextmanager
+def answering_once(listing: Path) -> Iterator[None]:
     """Lets a camera list its formats once more, and none from then on."""
     text = listing.read_text()
     nothing = listing.with_name("nothing")
@@ -217,15 +234,16 @@ def answer_once(listing: Path) -> threading.Thread:
 
     thread = threading.Thread(target=answer)
     thread.start()
-    return thread
+    yield
+    thread.join()
+    listing.write_text(text)
 
 
 def test_a_move_that_fails_in_the_middle_is_taken_back() -> None:
     """The stream cannot be set, since the camera lists no format any more."""
     node = document("channels")["channels"][1]["video_node"]
-    answers = answer_once(Path(f"/run/usbdev-sim/nodes/video{node}/formats"))
-    result = usbdevctl("move", "1", "5-1")
-    answers.join()
+    with answering_once(Path(f"/run/usbdev-sim/nodes/video{node}/formats")):
+        result = usbdevctl("move", "1", "5-1")
     assert (result.stdout, result.returncode) == ("", 1)
     assert "failed: set the stream of profile 1: channel 1  5-1" in result.stderr
     assert result.stderr.endswith("the profile is with the camera that had it, its links are new\n")
@@ -238,9 +256,8 @@ def test_a_move_that_fails_in_the_middle_is_taken_back() -> None:
 def test_an_import_that_fails_in_the_middle_shows_what_was_done(exported: Path) -> None:
     usbdevctl("stream", "set", "1", "--size", "1280x720")
     usbdevctl("clear", "1")
-    answers = answer_once(Path("/run/usbdev-sim/nodes/video0/formats"))
-    result = usbdevctl("import", str(exported))
-    answers.join()
+    with answering_once(Path("/run/usbdev-sim/nodes/video0/formats")):
+        result = usbdevctl("import", str(exported))
     assert [line.split(":")[1].strip() for line in result.stdout.splitlines()] == ["assign profile 1", "name profile 1"]
     assert [line.split(":")[1:3] for line in result.stderr.splitlines() if line.startswith("usbdevctl")] == [
         [" failed", " set the stream of profile 1"],
