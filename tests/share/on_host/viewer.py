@@ -18,6 +18,12 @@ from selenium.webdriver.support.wait import WebDriverWait
 BROWSER = "/usr/lib/chromium/chromium"
 DRIVER = "/usr/bin/chromedriver"
 OPTIONS = ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage")
+# What costs a processor and shows no page: processes for pages that may come, pages that are kept, and work of its own.
+SPARING = (
+    "--disable-features=SpareRendererForSitePerProcess,BackForwardCache,IsolateOrigins,site-per-process",
+    "--disable-site-isolation-trials", "--renderer-process-limit=1", "--disable-extensions", "--disable-component-update",
+    "--disable-background-networking", "--disable-sync", "--no-first-run", "--window-size=640,480",
+)  # fmt: skip
 Result = TypeVar("Result")
 
 
@@ -79,7 +85,7 @@ class Viewer:
 def browsing() -> Iterator[Chrome]:
     options = ChromeOptions()
     options.binary_location = BROWSER
-    for option in OPTIONS:
+    for option in (*OPTIONS, *SPARING):
         options.add_argument(option)
     options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
     browser = Chrome(service=Service(DRIVER), options=options)
