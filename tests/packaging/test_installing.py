@@ -103,16 +103,24 @@ def test_pkg_config_finds_it(installed: tuple[Path, Path], tmp_path: Path, langu
     assert pkg_config(libraries, "--modversion") == [VERSION]
 
 
-def test_cmake_finds_it(bare_machine: BareMachine, installed: tuple[Path, Path], tmp_path: Path) -> None:
-    prefix, libraries = installed
-    (tmp_path / "CMakeLists.txt").write_text(PROJECT)
+@pytest.fixture(scope="module")
+def project(tmp_path_factory: pytest.TempPathFactory) -> Path:
+    """A project that uses the library. It is configured for every place anew, and has to find its compilers only once."""
+    folder = tmp_path_factory.mktemp("project")
+    (folder / "CMakeLists.txt").write_text(PROJECT)
     for language in COMPILERS:
-        (tmp_path / f"program.{language}").write_text(PROGRAM)
-    configured = bare_machine.run("cmake", "-S", tmp_path, "-B", tmp_path / "build", "-G", "Ninja",
+        (folder / f"program.{language}").write_text(PROGRAM)
+    return folder
+
+
+def test_cmake_finds_it(bare_machine: BareMachine, installed: tuple[Path, Path], project: Path) -> None:
+    prefix, libraries = installed
+    configured = bare_machine.run("cmake", "-S", project, "-B", project / "build", "-G", "Ninja", "-U", "usbdevlib_DIR",
                                   f"-DCMAKE_PREFIX_PATH={prefix};{libraries}/cmake/usbdevlib")
     assert passed(configured) and f"found version {VERSION}\n" in configured.stdout
-    assert passed(bare_machine.run("cmake", "--build", tmp_path / "build"))
-    assert [output(tmp_path / f"build/in_{language}", libraries) for language in COMPILERS] == ["found\n"] * 2
+    assert passed(bare_machine.run("cmake", "--build", project / "build", "--clean-first"))
+    assert [output(project / f"build/in_{language}", libraries) for language in COMPILERS] == ["found\n"] * 2
+    assert f"{libraries}/" in (project / "build/build.ninja").read_text().replace("$ ", " ")
 
 
 def test_the_examples_build_against_it(bare_machine: BareMachine, build: Path, tmp_path: Path) -> None:

@@ -20,7 +20,7 @@ sys.path[:0] = [str(REPOSITORY / "host/services")]
 # What the scripts may use: a call of the library, and patience until a command succeeds.
 SHELL = f"""
 call() {{ /usr/bin/python3 -B {HERE}/call_library.py "$@"; }}
-until_true() {{ timeout 40 sh -c 'until eval "$0"; do sleep 0.02; done' "$*" || echo "never true: $*" >&2; }}
+until_true() {{ timeout 40 sh -c 'until eval "$0"; do sleep 0.1; done' "$*" || echo "never true: $*" >&2; }}
 """
 
 RunOnHost = Callable[..., "subprocess.CompletedProcess[str]"]
