@@ -7,6 +7,8 @@ from __future__ import annotations
 
 import asyncio
 
+from sharelib.live import Feeds
+
 from ownerlib import sources
 from ownerlib.live import Live
 from ownerlib.login import Logins
@@ -20,6 +22,7 @@ class Host:
         self.logins = Logins()
         self.live = Live(self.sessions)
         self.picture = Picture(self.live.tell)
+        self.feeds: Feeds = {}  # the streams that owners watch
 
     def follow(self) -> asyncio.Task[None]:
         """Begins to follow what changes, and returns the task of that."""

@@ -6,7 +6,9 @@
 from __future__ import annotations
 
 import os
+from pathlib import Path
 
+from sharelib.live import LiveAnswer
 from sharelib.streams import STREAMS, StreamFile
 
 from ownerlib import problems
@@ -17,7 +19,23 @@ FILES = r"([A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
 LARGEST_PICTURE = 8 << 20
 
 
-class Live(SignedIn, StreamFile):
+class Live(SignedIn, LiveAnswer):
+    """The stream as it comes, as long as the session is open."""
+
+    def initialize(self, host: Host) -> None:  # type: ignore[override]
+        self.host = host
+        LiveAnswer.initialize(self, host.feeds)
+
+    def prepare(self) -> None:
+        super().prepare()
+        if self.request.headers.get("Upgrade", "").lower() != "websocket":
+            raise problems.invalid("This is for a WebSocket.")
+
+    def folder(self) -> Path | None:
+        return STREAMS / f"channel{int(self.path_args[0]) + 1}" if self.host.sessions.is_open(self.session_id) else None
+
+
+class File(SignedIn, StreamFile):
     """The playlist and the segments."""
 
     def initialize(self, host: Host) -> None:  # type: ignore[override]

@@ -4,52 +4,34 @@
 // The live picture of a profile.
 
 import { html, useEffect, useRef, useState } from "/libraries/preact.js";
+import { LivePlayer } from "/page/live-player.js";
 import { Busy } from "/page/parts.js";
 import { t } from "/page/texts.js";
 
 const kAgain = 2000; // milliseconds
-// The player stays close to the newest picture, and runs a little faster when it has fallen back.
-const kSettings = { liveSyncDurationCount: 2, maxLiveSyncPlaybackRate: 1.5 };
 
-let loading = null;
-
-function loadPlayer() {
-  loading ??= new Promise((resolve, reject) => {
-    const script = document.createElement("script");
-    Object.assign(script, { src: "/libraries/hls.min.js", onload: () => resolve(window.Hls), onerror: reject });
-    document.head.append(script);
-  });
-  return loading;
-}
-
-// Plays until it is told to stop; after a failure it begins again.
+// Plays until it is told to stop; after the end of a stream it begins again.
 function playing(video, playlist, show) {
   let [player, timer, isOver] = [null, 0, false];
-  const stop = () => {
-    clearTimeout(timer);
+  const again = () => {
     player?.destroy();
     player = null;
-  };
-  const again = () => {
-    stop();
     show("waits");
     if (!isOver) timer = setTimeout(start, kAgain);
   };
   // The playlist comes into being with the stream; asking for it first keeps the browser's console quiet.
   const start = async () => {
-    const [Hls, answer] = await Promise.all([loadPlayer(), fetch(playlist, { cache: "no-store" })]).catch(() => []);
+    const answer = await fetch(playlist, { cache: "no-store" }).catch(() => null);
     if (isOver) return;
-    if (Hls && !Hls.isSupported()) return show("cannot");
     if (!answer?.ok) return again();
-    player = new Hls(kSettings);
-    player.on(Hls.Events.ERROR, (_, error) => error.fatal && again());
-    player.loadSource(playlist);
-    player.attachMedia(video);
+    player = new LivePlayer(video, playlist, again);
   };
-  start();
+  if (LivePlayer.isSupported(video)) start();
+  else show("cannot");
   return () => {
     isOver = true;
-    stop();
+    clearTimeout(timer);
+    player?.destroy();
   };
 }
 

@@ -29,7 +29,8 @@ POLICY = (
 PASSWORD = "secret"
 PAINT = "ffmpeg -v error -f lavfi -i testsrc2=size=640x360 {} {}"
 PICTURE = "-frames:v 1"
-FILM = "-t 4 -c:v libx264 -preset ultrafast -g 25 -f hls -hls_time 1 -hls_list_size 0"
+FILM = "-t 4 -c:v libx264 -preset ultrafast -g 25 -pix_fmt yuv420p -movflags empty_moov+default_base_moof+frag_keyframe"
+FILM_TYPE = 'video/mp4; codecs="avc1.42c01e"'
 
 
 class StandIn:
@@ -37,8 +38,9 @@ class StandIn:
 
     def __init__(self, folder: Path) -> None:
         self.folder = folder
-        for what, file in ((PICTURE, "picture.jpg"), (FILM, "playlist.m3u8")):
+        for what, file in ((PICTURE, "picture.jpg"), (FILM, "film.mp4")):
             subprocess.run(PAINT.format(what, folder / file).split(), check=True)
+        (folder / "playlist.m3u8").touch()
         self._viewers: set[Live] = set()
         self.reset()
         self._loop = asyncio.new_event_loop()
@@ -68,11 +70,12 @@ class StandIn:
         page, web = ROOT / "owner/page", ROOT / "web"
         return Application([
             (r"/()", File, {"path": page, "default_filename": "index.html"}),
-            (r"/page/(design.css|favicon.svg)", File, {"path": web}),
+            (r"/page/(design.css|favicon.svg|live-player.js)", File, {"path": web}),
             (r"/page/(.*)", File, {"path": page}),
             (r"/libraries/(.*)", File, {"path": web / "libraries"}),
             (r"/api/v1/live", Live, {"standin": self}),
-            (r"/api/v1/profiles/\d/(picture.jpg|playlist.*)", File, {"path": self.folder}),
+            (r"/api/v1/profiles/\d/live", Film, {"standin": self}),
+            (r"/api/v1/profiles/\d/(picture.jpg|playlist.m3u8)", File, {"path": self.folder}),
             (r"/api/v1(/.*)", Api, {"standin": self}),
         ], log_function=lambda _: None)
 
@@ -114,6 +117,17 @@ class Live(WebSocketHandler):
 
     def tell(self, section: str, value: object) -> None:
         self.write_message(json.dumps({"section": section, "value": value}))
+
+
+class Film(WebSocketHandler):
+    """The stream of every profile."""
+
+    def initialize(self, standin: StandIn) -> None:
+        self.standin = standin
+
+    def open(self, *_: str) -> None:
+        self.write_message(FILM_TYPE)
+        self.write_message((self.standin.folder / "film.mp4").read_bytes(), binary=True)
 
 
 class Api(RequestHandler):

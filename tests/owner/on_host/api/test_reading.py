@@ -5,17 +5,20 @@
 
 from __future__ import annotations
 
+import asyncio
 import csv
 import io
 import os
-from collections.abc import Iterator
+from collections.abc import Awaitable, Callable, Iterator
 from pathlib import Path
 
 import pytest
-from client import Client
+from client import API, ORIGIN, Client
 from conftest import run
 from ownerlib.event_answers import table
 from ownerlib.event_log import FILE, MOST_EVENTS
+from tornado.httpclient import HTTPClientError, HTTPRequest
+from tornado.websocket import WebSocketClientConnection, websocket_connect
 
 FOLDER = Path("/mnt/ext/opt/apps/Velmora2/hls/channel1")
 
@@ -119,3 +122,42 @@ def test_a_picture_that_leads_elsewhere_is_not_followed(owner: Client, tmp_path:
         assert owner.ask("GET", "/profiles/0/picture.jpg").error == "not_found"
     finally:
         link.unlink()
+
+
+BEGIN = b"\0\0\0\x18ftypavcC\x01\x42\xc0\x0c"
+
+
+def watch(user: Client, story: Callable[[WebSocketClientConnection], Awaitable[None]], **headers: str) -> None:
+    async def run_story() -> None:
+        address = f"{ORIGIN.replace('http', 'ws')}{API}/profiles/0/live"
+        viewer = await websocket_connect(HTTPRequest(address, headers={"Cookie": user.cookie, **headers}))
+        await asyncio.wait_for(story(viewer), 20)
+        viewer.close()
+
+    asyncio.run(run_story())
+
+
+@pytest.mark.usefixtures("stream")
+def test_a_stream_is_sent_as_it_comes_as_long_as_the_session_is_open() -> None:
+    (FOLDER / "live.mp4").write_bytes(BEGIN)
+    user = Client()
+    user.sign_in()
+
+    async def story(viewer: WebSocketClientConnection) -> None:
+        assert [await viewer.read_message() for _ in range(2)] == ['video/mp4; codecs="avc1.42c00c"', BEGIN]
+        for number in range(2):
+            (FOLDER / "tmp").write_bytes(b"fragment")
+            (FOLDER / "tmp").rename(FOLDER / f"{number}.m4s")
+            assert await viewer.read_message() == (None if number else b"fragment")
+            await asyncio.to_thread(user.ask, "DELETE", "/session")
+
+    watch(user, story)
+
+
+@pytest.mark.parametrize(("is_owner", "headers", "status"), [(False, {}, 401), (True, {"Origin": "http://example.org"}, 403)])
+def test_a_stream_is_sent_to_nobody_else(owner: Client, is_owner: bool, headers: dict[str, str], status: int) -> None:
+    async def story(_: WebSocketClientConnection) -> None: ...
+
+    with pytest.raises(HTTPClientError) as refused:
+        watch(owner if is_owner else Client(), story, **headers)
+    assert refused.value.code == status
