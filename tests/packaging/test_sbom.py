@@ -21,7 +21,7 @@ HERE = subprocess.run(["dpkg", "--print-architecture"], check=True, capture_outp
 PACKAGES = {
     ("libusbdevlib1", HERE): ("libc6 (>= 2.34)", []),
     ("usbdevctl", HERE): ("libc6 (>= 2.34), libsqlite3-0 (>= 3.7) | other, libusbdevlib1 (= 1)", []),
-    ("usbdev-host", HERE): ("python3:any, no-such-package, usbdevctl (= 1)", ["hls.min.js"]),
+    ("usbdev-host", HERE): ("python3:any, no-such-package, usbdevctl (= 1)", ["preact.js"]),
     ("python3-usbdev", "all"): ("libusbdevlib1", []),
 }
 RELATIONS = {"DESCRIBES", "GENERATED_FROM", "DEPENDS_ON", "STATIC_LINK", "CONTAINS"}

@@ -13,13 +13,13 @@ from pathlib import Path
 import pytest
 
 WEB = Path(__file__).resolve().parent.parent.parent / "host/web"
-FILES = {"hls.min.js", "preact.js", "qrcode.js", "uplot.js", "uPlot.min.css", "package-lock.json"}
+FILES = {"preact.js", "qrcode.js", "uplot.js", "uPlot.min.css", "package-lock.json"}
 
 
 # Makes the files that npm would fetch.
 MAKE = "mkdir -p node_modules; cd node_modules; " + "; ".join(
     f"mkdir -p $(dirname {file}); touch {file}"
-    for file in ("hls.js/dist/hls.min.js", "uplot/dist/uPlot.min.css", "uplot/dist/uPlot.esm.js",
+    for file in ("uplot/dist/uPlot.min.css", "uplot/dist/uPlot.esm.js",
                  "htm/preact/standalone.module.js", "qrcode-generator/dist/qrcode.mjs"))
 
 

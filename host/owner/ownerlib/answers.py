@@ -26,7 +26,6 @@ POLICY = (
     "default-src 'self'",
     "img-src 'self' data:",
     "media-src 'self' blob:",
-    "worker-src 'self' blob:",
     "connect-src 'self'",
     "frame-ancestors 'none'",
     "base-uri 'none'",

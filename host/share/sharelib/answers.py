@@ -13,8 +13,8 @@ from servicelib import lifecycle
 from tornado.web import HTTPError, RequestHandler, StaticFileHandler, stream_request_body
 
 LONGEST_BODY = 4096
-# The page plays what the player gives it as a blob, and loads nothing from other sites. Its address is a secret.
-POLICY = ("default-src 'self'", "media-src 'self' blob:", "worker-src 'self' blob:", "frame-ancestors 'none'")
+# The page plays what its player gives it as a blob, and loads nothing from other sites. Its address is a secret.
+POLICY = ("default-src 'self'", "media-src 'self' blob:", "frame-ancestors 'none'")
 HEADERS = {
     "Content-Security-Policy": "; ".join(POLICY),
     "Referrer-Policy": "no-referrer",

@@ -22,7 +22,7 @@ from tornado.websocket import WebSocketHandler
 ROOT = Path(__file__).resolve().parents[3] / "host"
 # As strict as the real server's, so that what it forbids shows here too.
 POLICY = (
-    "default-src 'self'; img-src 'self' data:; media-src 'self' blob:; worker-src 'self' blob:; connect-src 'self'; "
+    "default-src 'self'; img-src 'self' data:; media-src 'self' blob:; connect-src 'self'; "
     "frame-ancestors 'none'; "
     "base-uri 'none'; form-action 'self'"
 )
