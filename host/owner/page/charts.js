@@ -29,7 +29,7 @@ function axes(values, from, incrs) {
   return [{ ...common, values: time, space: 80 }, { ...common, incrs, size: 56, values: (_, splits) => splits.map(values) }];
 }
 
-function Plot({ id, title, data, series, from, range, isCount = true, values = number }) {
+function Plot({ id, title, data, series, from, range, values = number }) {
   const frame = useRef(null);
   useEffect(() => {
     const draw = () => new uPlot({
@@ -38,7 +38,7 @@ function Plot({ id, title, data, series, from, range, isCount = true, values = n
       legend: { live: false },
       cursor: { drag: { x: false, y: false } },
       scales: { x: { range: [from, Date.now() / 1000] }, y: { range } },
-      axes: axes(values, from, isCount ? [1, 2, 5, 10, 100, 1000] : undefined),
+      axes: axes(values, from, [1, 2, 5, 10, 100, 1000]),
       series: [{ label: t("time") }, ...series],
     }, data, frame.current);
     let plot = draw();
@@ -102,25 +102,7 @@ function TimeOuts({ timeouts, from }) {
   return html`<${Plot} id="timeouts" title="charts.timeouts" data=${data} series=${series} from=${from} range=${(_, __, most) => [0, most + 1]} />`;
 }
 
-function Bandwidth({ bandwidth, from }) {
-  const times = sorted(bandwidth.map((one) => seconds(one.time)));
-  const buses = [...new Set(bandwidth.map((one) => one.bus))].sort();
-  const share = (bus, time) => {
-    const found = bandwidth.find((one) => one.bus === bus && seconds(one.time) === time);
-    return found && (100 * found.reserved) / found.available;
-  };
-  const data = [times, ...buses.map((bus) => times.map((time) => share(bus, time)))];
-  const series = buses.map((one, index) => ({
-    label: t("charts.bus", { number: one }),
-    stroke: colour(kColours[index % kColours.length]),
-    width: 2,
-    spanGaps: true,
-  }));
-  return html`<${Plot} id="bandwidth" title="charts.bandwidth" data=${data} series=${series} from=${from} range=${[0, 100]} isCount=${false}
-    values=${(one) => `${number(one)} %`} />`;
-}
-
-const kPlots = { plugs: Plugs, up: UpTime, timeouts: TimeOuts, bandwidth: Bandwidth };
+const kPlots = { plugs: Plugs, up: UpTime, timeouts: TimeOuts };
 
 function Plots({ charts, days }) {
   const from = Date.now() / 1000 - days * kDay;

@@ -36,7 +36,7 @@ CHANNELS = [
            flip=False, mirror=False, overlay=False, reasons=[reason("switched_off")]),
     camera(3, "5-2", "Old camera", supported=False,
            reasons=[reason("unsupported", "no_known_format", values={"formats": "NV12 and H264"})]),
-    camera(4, "1-2", "Night camera", reasons=[reason("unbound", values={"channel": "4", "profile": "3"}),
+    camera(4, "1-2", "Night camera", reasons=[reason("unbound", "unbound_and_none_free", values={"channel": "4"}),
                                               reason("twins", hinders=False, values={"other": "1-1"})]),
     camera(5, "1-1", "Night camera", state="unplugged", profile=3, profile_name="Garden", **STREAM, sound=None,
            reasons=[reason("unplugged", values={"port": "1-1", "channel": "5"})]),
@@ -96,6 +96,4 @@ CHARTS = {
     "up": [{"profile": 0, "from": moment(149), "to": moment(90)}, {"profile": 0, "from": moment(85), "to": None},
            {"profile": 1, "from": moment(118), "to": moment(80)}, {"profile": 3, "from": moment(29), "to": moment(6)}],
     "timeouts": [{"time": moment(hours), "profile": 1, "count": count} for hours, count in [(100, 1), (95, 3), (50, 1)]],
-    "bandwidth": [{"time": moment(hours), "bus": bus, "reserved": (hours * bus) % 400, "available": 480}
-                  for hours in range(160, 0, -8) for bus in (1, 3)],
 }  # fmt: skip
