@@ -6,10 +6,12 @@
 from __future__ import annotations
 
 import re
+import resource
 from collections import deque
 from collections.abc import Awaitable
 from typing import Any
 
+from tornado.http1connection import HTTP1ServerConnection
 from tornado.httpserver import HTTPServer
 from tornado.httputil import HTTPHeaders, HTTPMessageDelegate, RequestStartLine
 from tornado.iostream import IOStream
@@ -26,8 +28,10 @@ REFUSAL = (
     b"Connection: close\r\n"
     b"\r\n"
 )
-# Each may have a file open too, and a process usually may have 1024. Without descriptors nobody would be accepted.
+# Of those with requests, and of those that have become WebSockets; the pages of many viewers load without ending others.
 MOST_CONNECTIONS = 400
+# Each may have a file open too. Without descriptors nobody would be accepted.
+DESCRIPTORS = 4 * MOST_CONNECTIONS
 # The kernel lets no more wait on most hosts. When its queue is full, a visitor tries again only after a second.
 MOST_WAITING = 4096
 HEADER_NAME = re.compile(r"[!#$%&'*+.^_`|~0-9A-Za-z-]+")
@@ -40,26 +44,47 @@ class Server(HTTPServer):
 
     def initialize(self, *arguments: Any, **settings: Any) -> None:
         super().initialize(*arguments, **settings)
-        self._streams: deque[IOStream] = deque()  # the oldest connection is the first
+        self._with_requests = _Latest()
+        self._upgraded = _Latest()
 
     def listen(self, port: int, address: str) -> None:
+        now, most = resource.getrlimit(resource.RLIMIT_NOFILE)
+        resource.setrlimit(resource.RLIMIT_NOFILE, (max(now, min(DESCRIPTORS, most)), most))
         super().listen(port, address, backlog=MOST_WAITING)
 
-    def _make_room(self) -> None:
-        if len(self._streams) >= MOST_CONNECTIONS:
-            self._streams = deque(stream for stream in self._streams if not stream.closed())
-        if len(self._streams) >= MOST_CONNECTIONS:
-            self._streams.popleft().close()
-
     def handle_stream(self, stream: IOStream, address: tuple[str, int]) -> None:
-        self._make_room()
-        self._streams.append(stream)
+        self._with_requests.add(stream)
         write = stream.write
         stream.write = lambda data: write(REFUSAL if data == BARE_REFUSAL else data)  # no handler runs for these
         super().handle_stream(stream, address)
 
+    def on_close(self, connection: HTTP1ServerConnection) -> None:
+        """Notes that no more requests come. A connection that is still open has become a WebSocket."""
+        super().on_close(connection)
+        self._with_requests.remove(connection.stream)
+        if not connection.stream.closed():
+            self._upgraded.add(connection.stream)
+
     def start_request(self, *connection: object) -> HTTPMessageDelegate:
         return _OrRefusal(super().start_request(*connection))
+
+
+class _Latest:
+    """Connections, of which it keeps the latest, because whoever opens thousands of them keeps others out otherwise."""
+
+    def __init__(self) -> None:
+        self._streams: deque[IOStream] = deque()  # the oldest is the first
+
+    def add(self, stream: IOStream) -> None:
+        if len(self._streams) >= MOST_CONNECTIONS:
+            self._streams = deque(stream for stream in self._streams if not stream.closed())
+        if len(self._streams) >= MOST_CONNECTIONS:
+            self._streams.popleft().close()
+        self._streams.append(stream)
+
+    def remove(self, stream: IOStream) -> None:
+        if stream in self._streams:
+            self._streams.remove(stream)
 
 
 def _is_proper(headers: HTTPHeaders) -> bool:

@@ -7,6 +7,7 @@ from __future__ import annotations
 
 import asyncio
 import os
+import socket
 from collections.abc import Awaitable, Callable, Iterator
 from pathlib import Path
 from typing import Any
@@ -14,7 +15,8 @@ from typing import Any
 import pytest
 from conftest import APPLICATION, STREAM, share, store
 from encoder import Encoder
-from sharelib import feed, live
+from servicelib.http import MOST_CONNECTIONS
+from sharelib import feed
 from tornado.httpclient import HTTPClientError
 from tornado.websocket import WebSocketClientConnection, websocket_connect
 
@@ -203,6 +205,31 @@ def test_a_viewer_who_says_something_is_left(address: str, folder: Path) -> None
         return await until_end(viewer)
 
     assert watching(address, test) == 2
+
+
+def test_requests_of_many_others_end_no_viewers_connection(address: str, folder: Path) -> None:
+    async def test(viewer: WebSocketClientConnection) -> None:
+        await viewer.read_message(), await viewer.read_message()
+        visits = [socket.create_connection(("127.0.0.1", 8080), timeout=PATIENCE) for _ in range(MOST_CONNECTIONS + 1)]
+        assert visits[0].recv(1) == b""
+        write("0.m4s", b"still there")
+        assert await viewer.read_message() == b"still there"
+        for visit in visits:
+            visit.close()
+
+    watching(address, test)
+
+
+def test_the_latest_viewers_are_kept_when_there_are_too_many(address: str, folder: Path) -> None:
+    async def test(first: WebSocketClientConnection) -> None:
+        others = [await websocket_connect(address) for _ in range(MOST_CONNECTIONS)]
+        assert await until_end(first) == 2
+        write("0.m4s", b"fragment")
+        for other in others:
+            assert [await other.read_message() for _ in range(3)][-1] == b"fragment"
+            other.close()
+
+    watching(address, test)
 
 
 def refusal(address: str) -> int:
