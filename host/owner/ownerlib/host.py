@@ -13,6 +13,7 @@ from ownerlib import sources
 from ownerlib.live import Live
 from ownerlib.login import Logins
 from ownerlib.picture import Picture
+from ownerlib.recorder import Recorder
 from ownerlib.sessions import Sessions
 
 
@@ -21,13 +22,14 @@ class Host:
         self.sessions = Sessions()
         self.logins = Logins()
         self.live = Live(self.sessions)
-        self.picture = Picture(self.live.tell)
+        self.recorder = Recorder()
+        self.picture = Picture(self.live.tell, self.recorder.note)
         self.feeds: Feeds = {}  # the streams that owners watch
 
-    def follow(self) -> asyncio.Task[None]:
-        """Begins to follow what changes, and returns the task of that."""
-        sources.follow(self.picture.change)
-        return asyncio.create_task(self.picture.follow())
+    async def follow(self) -> None:
+        """Follows what changes, until cancelled."""
+        sources.follow(self.picture.change, self.picture.log)
+        await asyncio.gather(self.picture.follow(), self.recorder.follow())
 
     def end_session(self, session: str) -> None:
         self.sessions.end(session)

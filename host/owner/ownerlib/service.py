@@ -6,6 +6,7 @@
 from __future__ import annotations
 
 import argparse
+import asyncio
 from typing import Any
 
 import sharelib.routes
@@ -17,6 +18,7 @@ from tornado.web import Application
 
 from ownerlib import (
     channel_answers,
+    chart_answers,
     event_answers,
     host_answers,
     page_files,
@@ -57,6 +59,7 @@ def routes(host: Host) -> list[tuple[Any, ...]]:
         (rf"/profiles/{PROFILE}/{view_answers.FILES}", view_answers.File),
         ("/events", event_answers.Events),
         (r"/events\.csv", event_answers.EventsFile),
+        ("/charts", chart_answers.Charts),
         ("/host", host_answers.HostAnswer),
         ("/report", host_answers.Report),
     ]
@@ -76,9 +79,10 @@ def application(host: Host, library: Library) -> Application:
 
 async def _serve(address: str) -> None:
     library, host = Library(), Host()
-    following = host.follow()
+    following = asyncio.create_task(host.follow())
     await serve(application(host, library), library.web_port(), address)
     following.cancel()
+    await asyncio.wait([following])
 
 
 def main(arguments: list[str]) -> int:

@@ -23,12 +23,12 @@ REPLACED = changes.WRITTEN | changes.RENAMED | changes.REMOVED
 LARGEST_NOTIFICATION = 4096
 
 
-def follow(changed: Callable[[], None]) -> None:
-    """Calls `changed` after each change, as long as the event loop runs."""
+def follow(changed: Callable[[], None], logged: Callable[[], None]) -> None:
+    """Calls `changed` after each change and `logged` after each new event, as long as the event loop runs."""
     _files(CONFIGURATION.parent, REPLACED, {CONFIGURATION.name}, changed)
     event_log.FILE.parent.mkdir(parents=True, exist_ok=True)
     journal = f"{event_log.FILE.name}-journal"  # the log is changed as long as this is there
-    _files(event_log.FILE.parent, changes.REMOVED | changes.WRITTEN, {event_log.FILE.name, journal}, changed)
+    _files(event_log.FILE.parent, changes.REMOVED | changes.WRITTEN, {event_log.FILE.name, journal}, logged)
     for folder in STREAMS.iterdir():
         _files(folder, REPLACED, {FAILURE}, changed)
     hub = Notifications(changed)

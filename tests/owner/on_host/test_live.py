@@ -6,11 +6,12 @@
 from __future__ import annotations
 
 import asyncio
-import ctypes
 import os
+import sqlite3
 import subprocess
+import time
 from collections.abc import Iterator
-from contextlib import suppress
+from contextlib import closing, suppress
 from pathlib import Path
 from signal import SIGCONT, SIGSTOP
 
@@ -18,6 +19,7 @@ import pytest
 from client import Client
 from conftest import Service, run
 from open_page import open_page, refusal, silent_page
+from ownerlib import event_log
 from usbdev import Notification, core
 
 CONFIGURATION = Path("/etc/config/usbdev.conf")
@@ -67,9 +69,10 @@ def test_a_plugged_camera_appears_with_its_port(owner: Client) -> None:
 
 
 def log(texts: list[str]) -> None:
-    events = ctypes.CDLL("libvllog.so")
-    for text in texts:
-        assert events.vq_sql_set_log(0, text.encode(), 0) == 0
+    """Stores the events together, which is faster than one after the other."""
+    with closing(sqlite3.connect(event_log.FILE)) as database, database:
+        rows = [(int(time.time()), text) for text in texts]
+        database.executemany("INSERT INTO event(time, level, text) VALUES(?, 0, ?)", rows)
 
 
 def test_an_event_appears_alone(owner: Client) -> None:
@@ -179,7 +182,7 @@ def test_a_page_that_does_not_read_is_dropped_and_the_others_go_on(server: Servi
             while not (silent := connections(server) - before):
                 await asyncio.sleep(0.01)
             while silent & connections(server):
-                await asyncio.to_thread(log, 50 * ["x" * 5000])
+                await asyncio.to_thread(log, 200 * ["x" * 5000])
                 await page.until("events")
         await asyncio.to_thread(log, ["last"])
         while (await page.until("events"))[0]["text"] != "last":

@@ -161,3 +161,20 @@ def test_a_stream_is_sent_to_nobody_else(owner: Client, is_owner: bool, headers:
     with pytest.raises(HTTPClientError) as refused:
         watch(owner if is_owner else Client(), story, **headers)
     assert refused.value.code == status
+
+
+def test_the_charts_show_what_has_happened(owner: Client) -> None:
+    run("sim plug usb2-camera 1-1; usbdevctl assign 1-1 0")
+    while not owner.get("/charts")["up"]:
+        pass
+    run("usbdevctl timeouts add 0; sim unplug 1-1; usbdevctl forget 1-1")
+    while owner.get("/charts?days=1")["plugs"][-1]["kind"] != "unplugged":
+        pass
+    shown = owner.get("/charts?days=30")
+    assert {"plugged", "unplugged"} == {plug["kind"] for plug in shown["plugs"]}
+    assert [span["profile"] for span in shown["up"] if span["to"]] and shown["timeouts"][-1]["count"] == 1
+
+
+@pytest.mark.parametrize("days", ["0", "31", "x", "", "-1", "07"])
+def test_charts_have_one_to_thirty_days(owner: Client, days: str) -> None:
+    assert owner.ask("GET", f"/charts?days={days}").error == "invalid"

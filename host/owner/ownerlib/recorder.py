@@ -1,0 +1,56 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""Keeps the history: after each change, and every ten minutes for the library's counters, which announce nothing."""
+
+from __future__ import annotations
+
+import asyncio
+import sqlite3
+from typing import Any
+
+from servicelib.lifecycle import say
+from usbdev import UsbdevError, hostinfo
+
+from ownerlib.history import History
+
+SECONDS = 600
+
+
+class Recorder:
+    def __init__(self) -> None:
+        self.history = History()
+        self._state: dict[str, Any] | None = None
+        self._changed = asyncio.Event()
+
+    def note(self, state: dict[str, Any] | None) -> None:
+        self._state = state
+        self._changed.set()
+
+    async def follow(self) -> None:
+        """Stores what was noted, until cancelled; then the streams' ends."""
+        try:
+            while True:
+                self._changed.clear()
+                await asyncio.to_thread(self._store, self._state)
+                try:
+                    await asyncio.wait_for(self._changed.wait(), SECONDS)
+                except asyncio.TimeoutError:
+                    pass
+        finally:
+            self._store(None)
+
+    def _store(self, state: dict[str, Any] | None) -> None:
+        """The pages do without the history where it cannot be stored."""
+        try:
+            self.history.note(state, counters())
+        except sqlite3.Error as problem:
+            say(f"the history is not stored: {problem}")
+
+
+def counters() -> tuple[int, ...] | None:
+    try:
+        with hostinfo.attach_counters(hostinfo.create_counters()) as attached:
+            return attached.values()
+    except UsbdevError:
+        return None

@@ -1,0 +1,131 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The history that the charts show."""
+
+from __future__ import annotations
+
+import sqlite3
+import sys
+from contextlib import closing
+from pathlib import Path
+from typing import Any
+
+import pytest
+
+HOST = Path(__file__).resolve().parents[2] / "host"
+sys.path[:0] = [str(HOST / "owner")]
+from ownerlib import history
+from ownerlib.history import DAY, MOST_DAYS, History, text
+
+BEGIN = 1_800_000_000
+
+
+def state(plugged: set[int], streaming: set[int]) -> dict[str, Any]:
+    return {
+        "channels": [{"channel": number, "state": "plugged" if number in plugged else "free"} for number in range(10)],
+        "profiles": [{"profile": number, "streams": number in streaming} for number in range(4)],
+    }
+
+
+class Kept:
+    """A history whose time is set."""
+
+    def __init__(self, folder: Path) -> None:
+        self.file = folder / "history.db"
+        self.now = BEGIN
+        self.start()
+
+    def start(self) -> None:
+        self.history = History(self.file, lambda: self.now)
+
+    def note(self, plugged: set[int], streaming: set[int], counters: tuple[int, ...] | None = None, after: int = 60) -> None:
+        self.now += after
+        self.history.note(state(plugged, streaming), counters)
+
+
+@pytest.fixture
+def kept(tmp_path: Path) -> Kept:
+    return Kept(tmp_path)
+
+
+def test_cameras_that_come_and_go_are_kept(kept: Kept) -> None:
+    kept.note({0}, set())
+    kept.note({0, 3}, set())
+    kept.note({3}, set())
+    assert kept.history.since(1)["plugs"] == [
+        {"time": text(BEGIN + 120), "channel": 3, "kind": "plugged"},
+        {"time": text(BEGIN + 180), "channel": 0, "kind": "unplugged"},
+    ]
+
+
+def test_a_stream_is_kept_from_its_begin_to_its_end(kept: Kept) -> None:
+    kept.note({0}, {1})
+    kept.note({0}, {1, 2})
+    kept.note({0}, {2})
+    assert kept.history.since(1)["up"] == [
+        {"profile": 1, "from": text(BEGIN + 60), "to": text(BEGIN + 180)},
+        {"profile": 2, "from": text(BEGIN + 120), "to": None},
+    ]
+
+
+def test_a_stream_whose_server_was_killed_ends_when_it_was_last_seen(kept: Kept) -> None:
+    kept.note({0}, {1})
+    kept.note({0}, {1})
+    kept.start()
+    kept.note({0}, {1}, after=DAY // 2)
+    assert kept.history.since(1)["up"] == [
+        {"profile": 1, "from": text(BEGIN + 60), "to": text(BEGIN + 120)},
+        {"profile": 1, "from": text(kept.now), "to": None},
+    ]
+
+
+def test_all_streams_end_when_the_host_cannot_be_read(kept: Kept) -> None:
+    kept.note({0}, {1})
+    kept.now += 60
+    kept.history.note(None, None)
+    assert kept.history.since(1)["up"][0]["to"] == text(BEGIN + 120)
+    kept.note({0}, {1})
+    assert kept.history.since(1)["plugs"] == []
+
+
+def test_time_outs_are_counted_since_the_time_before(kept: Kept) -> None:
+    for counters in ((5, 0, 0, 0), (7, 0, 1, 0), (0, 0, 0, 0), (1, 0, 0, 0)):
+        kept.note(set(), set(), counters)
+    assert [(it["profile"], it["count"]) for it in kept.history.since(1)["timeouts"]] == [(0, 2), (2, 1), (0, 1)]
+
+
+def test_only_the_asked_days_are_shown_and_a_stream_begins_with_them(kept: Kept) -> None:
+    kept.note({0}, {1})
+    kept.note({0, 1}, {1}, after=2 * DAY)
+    assert kept.history.since(1)["up"] == [{"profile": 1, "from": text(kept.now - DAY), "to": None}]
+    assert len(kept.history.since(1)["plugs"]) == 1
+
+
+def rows(kept: Kept) -> int:
+    with closing(sqlite3.connect(kept.file)) as database:
+        return int(sum(database.execute(f"SELECT count(*) FROM {table}").fetchone()[0] for table in history.TABLES))
+
+
+def test_what_is_too_old_is_removed_and_a_stream_that_goes_on_is_not(kept: Kept) -> None:
+    kept.note({0}, {1, 2}, (0, 0, 0, 0))
+    kept.note(set(), {1}, (1, 0, 0, 0))
+    assert rows(kept) == 4
+    kept.note(set(), {1}, (1, 0, 0, 0), after=(MOST_DAYS + 1) * DAY)
+    assert rows(kept) == 1 and kept.history.since(MOST_DAYS)["up"][0]["to"] is None
+
+
+def test_there_is_a_largest_number_of_rows(kept: Kept, monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setattr(history, "MOST_ROWS", 5)
+    for number in range(20):
+        kept.note({number % 2}, {number % 2}, (number, 0, 0, 0))
+    assert rows(kept) <= 3 * 5
+    assert kept.history.since(1)["up"][-1]["to"] is None
+
+
+def test_a_file_that_was_removed_is_made_again(kept: Kept) -> None:
+    kept.note({0}, {1})
+    kept.file.unlink()
+    kept.note({0}, set())
+    kept.note({0, 1}, set())
+    assert len(kept.history.since(1)["plugs"]) == 1
