@@ -25,6 +25,15 @@ def test_a_profile_streams_with_its_size_and_rate_until_its_port_is_off(with_ser
     )
 
 
+def test_a_stream_has_a_small_picture_as_long_as_it_runs(with_services: RunOnHost) -> None:
+    done = with_services(
+        SHELL + SMALL + f"live; until_true 'test -s {STREAM}/picture.jpg'\n"
+        f"ffprobe -v error -show_entries stream=codec_name,width,height -of csv=p=0:nk=1 {STREAM}/picture.jpg\n"
+        f"switch off; said 'no more' 1; ls {STREAM}"
+    )  # fmt: skip
+    assert (done.stdout, done.stderr) == ("mjpeg,320,240\n", "")
+
+
 def test_a_port_that_is_switched_on_streams_again_until_the_profile_is_cleared(with_services: RunOnHost) -> None:
     done = with_services(
         SHELL + SMALL + "switch off; said 'no more' 1; switch enable; said 'streams 160' 2\n"

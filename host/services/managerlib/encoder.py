@@ -28,6 +28,9 @@ KEY_PICTURES = f"expr:gte(t,if(n_forced,(n_forced-1)*{SEGMENT_SECONDS}+{FIRST_SE
 AT_ONCE = ("-fflags", "nobuffer", "-analyzeduration", "0")
 # The two sources wait for each other only at the output.
 QUEUE = ("-thread_queue_size", "64")
+# For a list of cameras. The height follows, as an even number.
+ONE_A_SECOND = ("fps=1", "scale=320:-2", "format=yuvj420p")
+AS_PICTURE = ("-f", "image2", "-update", "1", "-atomic_writing", "1")
 TIME = f"drawtext=fontfile={FONT}:text=%{{localtime}}:fontsize=h/20:x=h/40:y=h/40:fontcolor=white:box=1:boxcolor=black@0.5"
 
 
@@ -42,11 +45,12 @@ def name(stream: Stream) -> str:
 def arguments(stream: Stream, folder: Path, reads_camera: bool) -> list[str]:
     quiet = ("-nostdin", "-hide_banner", "-loglevel", "error")
     if not reads_camera:
-        return [*quiet, *_test_pictures(stream), *_encoded(stream), *outputs(folder)]
+        return [*quiet, *_test_pictures(stream), *_encoded(stream), *outputs(folder), *_small_picture(stream, folder)]
+    picture = _copied_picture if stream.is_mjpeg else _small_picture
     return [
         *(*quiet, *_pictures(stream), *_sound(stream)),
         *(*_encoded(stream), *_encoded_sound(stream), *outputs(folder)),
-        *(_copied_picture(stream, folder) if stream.is_mjpeg else ()),
+        *picture(stream, folder),
     ]
 
 
@@ -72,7 +76,7 @@ def _sound(stream: Stream) -> list[str]:
 
 def _encoded(stream: Stream) -> list[str]:
     return [
-        *("-map", "0:v", *_changes(stream)),
+        *("-map", "0:v", *_filters(_changes(stream))),
         # browsers play only H.264, whatever the camera sends
         *("-codec:v", "libx264", "-preset", "ultrafast", "-tune", "zerolatency", "-pix_fmt", "yuv420p"),
         *("-force_key_frames", KEY_PICTURES),
@@ -82,8 +86,11 @@ def _encoded(stream: Stream) -> list[str]:
 def _changes(stream: Stream) -> list[str]:
     """The time is written last, so that it can be read in a picture that is flipped."""
     changes = {"vflip": stream.flip, "hflip": stream.mirror, TIME: stream.overlay}
-    chosen = [change for change, is_wanted in changes.items() if is_wanted]
-    return ["-filter:v", ",".join(chosen)] if chosen else []
+    return [change for change, is_wanted in changes.items() if is_wanted]
+
+
+def _filters(filters: list[str]) -> list[str]:
+    return ["-filter:v", ",".join(filters)] if filters else []
 
 
 def _encoded_sound(stream: Stream) -> list[str]:
@@ -123,5 +130,10 @@ def _hls(options: dict[str, object]) -> str:
 def _copied_picture(stream: Stream, folder: Path) -> list[str]:
     """One picture of each second, in the bytes that the camera has sent."""
     all_but_one = f"noise=drop=mod(n\\,{max(1, round(stream.rate))})"
-    as_file = ("-f", "image2", "-update", "1", "-atomic_writing", "1")
-    return ["-map", "0:v", "-codec:v", "copy", "-bsf:v", all_but_one, *as_file, str(folder / PICTURE)]
+    return ["-map", "0:v", "-codec:v", "copy", "-bsf:v", all_but_one, *AS_PICTURE, str(folder / PICTURE)]
+
+
+def _small_picture(stream: Stream, folder: Path) -> list[str]:
+    """One picture of each second, as in the stream. It is chosen before it is changed, which costs least."""
+    filters = _filters([*ONE_A_SECOND, *_changes(stream)])
+    return ["-map", "0:v", *filters, "-codec:v", "mjpeg", "-qscale:v", "6", *AS_PICTURE, str(folder / PICTURE)]
