@@ -19,7 +19,7 @@ command -v npm >/dev/null || host_packages="$host_packages npm"
 test_packages='
   python3-pytest python3-selenium chromium chromium-driver curl strace zsh fish clang musl-tools
   python3-clang abigail-tools python3-license-expression mypy umockdev gir1.2-umockdev-1.0 python3-gi systemd
-  python3-jsonschema python3-yaml
+  python3-jsonschema python3-yaml nginx-light
 '
 # For the guest with a kernel of its own.
 kernel_packages='qemu-system-x86 mmdebstrap'
