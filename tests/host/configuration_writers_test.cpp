@@ -52,6 +52,13 @@ class ConcurrentWriters : public testing::Test {
   }
 };
 
+#ifdef USBDEV_FEWER_CASES  // a process takes longer to start
+constexpr int kRounds = 15;
+constexpr int kKills = 50;
+#else
+constexpr int kRounds = 60;
+constexpr int kKills = 200;
+#endif
 constexpr int kWriters = 10;
 constexpr int kIncrementsEach = 40;
 
@@ -99,7 +106,7 @@ int keysOfSimultaneousCreators() {
 }
 
 TEST_F(ConcurrentWriters, CreateAMissingFileOnce) {
-  for (int round = 0; round < 60; ++round) {
+  for (int round = 0; round < kRounds; ++round) {
     ASSERT_EQ(unlink(kConfigFile.c_str()), 0);
     ASSERT_EQ(keysOfSimultaneousCreators(), static_cast<int>(kSections.size())) << "in round " << round;
   }
@@ -143,7 +150,7 @@ class AKilledWriter : public ConcurrentWriters {
 TEST_F(AKilledWriter, LeavesTheOldOrTheNewFile) {
   int generation = 0;
   // On a busy machine it takes more of them until a writer comes to its first replacement.
-  for (int kills = 0; kills < 200 || (generation == 0 && kills < 20000); ++kills) {
+  for (int kills = 0; kills < kKills || (generation == 0 && kills < 20000); ++kills) {
     killAtRandomMoment(generation);
     const int found = readGeneration();
     ASSERT_GE(found, generation) << "after " << kills << " kills";
