@@ -11,7 +11,7 @@ import { Reasons } from "/page/reasons.js";
 import { number, t } from "/page/texts.js";
 import { UsbTree } from "/page/usb_tree.js";
 
-const kNewPicture = 2000; // milliseconds
+const kNewPicture = 1000; // milliseconds; the host writes one a second
 const kNoPictureYet = 5000;
 
 const kIcons = { streams: "camera", begins: "camera", switched_off: "off", unplugged: "plug", displaced: "plug", waits: "wait" };

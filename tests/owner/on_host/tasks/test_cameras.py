@@ -99,7 +99,13 @@ def test_watch_a_camera(door: Owner, manager: Service) -> None:
     door.open("profile/0")
     moves = "document.querySelector('video')?.currentTime > 0.5"
     assert door.wait(lambda: door.evaluate(moves))
-    assert door.wait(lambda: door.sees_no_more("Waiting for the picture …"))
+    assert door.sees_no_more("Waiting for the picture …")
+
+
+def test_see_all_pictures_beside_each_other(door: Owner, manager: Service) -> None:
+    run("usbdevctl stream set 0 --size 640x480")
+    picture = "[...document.querySelectorAll('[data-channel=\"0\"] img')].some((one) => !one.hidden && one.naturalWidth > 0)"
+    assert door.wait(lambda: door.evaluate(picture))
 
 
 def test_rename_a_camera(door: Owner) -> None:

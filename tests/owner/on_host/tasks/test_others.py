@@ -113,6 +113,15 @@ def test_export_the_events(door: Owner) -> None:
     assert "Modified Channel 1 FPS: 60.00" in door.browser.execute_async_script(fetch, link)
 
 
+def test_see_when_a_camera_came_and_went(door: Owner) -> None:
+    run("sim unplug 3-1")
+    door.sees_on_card(0, "Unplugged")
+    door.open("charts")
+    assert door.sees("Plugged in and out")
+    plot = door.wait(lambda: door.browser.find_element(By.CSS_SELECTOR, "[role=img][aria-label^='Plugged in and out']"))
+    assert plot.find_elements(By.TAG_NAME, "canvas") != []
+
+
 def test_ask_for_help_with_a_report(door: Owner) -> None:
     door.open("host")
     assert door.sees("Kernel", "Profiles")
