@@ -9,12 +9,15 @@ Runs inside the sandbox, beside the host's services.
 from __future__ import annotations
 
 import argparse
+import subprocess
 
 import host_view
 from host_view import Channel, EventLog, Manager
 from painting import Painter
 from story import STORY, Step
 from viewer import Viewer, ViewerError, viewer
+
+OWNER = "owner"  # name and password of the one who may sign in
 
 
 def changes(before: dict[str, str], now: dict[str, str]) -> list[str]:
@@ -83,10 +86,12 @@ class Show:
         self._channels, self._stored = now, stored
 
 
-def stay(paint: Painter, watching: Viewer, address: str) -> None:
-    """Waits until the user ends the whole sandbox with Ctrl-C."""
-    with watching.letting_others_in(address) as bridge:
-        paint.title(f"Watch it at {address} ; Ctrl-C ends the demo.")
+def stay(paint: Painter, watching: Viewer, origin: str) -> None:
+    """Shows where the owner's pages are and waits until the user ends the whole sandbox with Ctrl-C."""
+    subprocess.run(["login-users", "add", OWNER], input=f"{OWNER}\n", text=True, check=True)
+    with watching.letting_others_in(origin) as bridge:
+        paint.title(f"Set it up at {origin} ; sign in as {OWNER}, with the password {OWNER}.")
+        paint.title(f"Watch it at {origin}{watching.link} ; Ctrl-C ends the demo.")
         bridge.wait()
 
 
@@ -102,7 +107,7 @@ def main() -> None:
             show.play(number, step)
         paint.title("Everything is as it should be.")
         if options.browser:
-            stay(paint, watching, f"http://127.0.0.1:{options.browser}{watching.link}")
+            stay(paint, watching, f"http://127.0.0.1:{options.browser}")
 
 
 if __name__ == "__main__":

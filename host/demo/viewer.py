@@ -63,8 +63,8 @@ class Viewer:
 
     @contextmanager
     def letting_others_in(self, address: str) -> Iterator[subprocess.Popen[bytes]]:
-        """Connects the share page with a socket that is reachable from outside, as long as the process runs."""
-        socket = Path("/tmp/share-page")
+        """Connects the pages with a socket that is reachable from outside, as long as the process runs."""
+        socket = Path("/tmp/pages")
         inside = "TCP:" + self._page.removeprefix("http://")
         with subprocess.Popen(["socat", f"UNIX-LISTEN:{socket},fork", inside]) as bridge:
             wait_for(socket.exists)
@@ -86,13 +86,13 @@ class Viewer:
 
 @contextmanager
 def viewer() -> Iterator[Viewer]:
-    """Makes a viewer, and runs the share page as long as it is used."""
-    with subprocess.Popen(["share-page"], stderr=subprocess.PIPE, text=True) as page:
+    """Makes a viewer, and runs the owner's pages, which have the share page too, as long as it is used."""
+    with subprocess.Popen(["owner-page"], stderr=subprocess.PIPE, text=True) as page:
         try:
             assert page.stderr is not None
             listening = next((line for line in page.stderr if "listening on " in line), None)
             if listening is None:
-                raise SystemExit("demo: the share page does not start; run share-page in `./dev shell` to see why")
+                raise SystemExit("demo: the pages do not start; run owner-page in `./dev shell` to see why")
             yield Viewer("http://" + listening.split()[-1])
         finally:
             page.terminate()

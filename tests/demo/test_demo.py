@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import json
 import os
 import re
 import signal
@@ -28,7 +29,16 @@ def steps_in_the_readme() -> list[str]:
     return block[1].strip("\n").split("\n\n")
 
 
-def test_everything_is_as_it_should_be_and_a_browser_outside_reaches_the_share_page() -> None:
+def sign_in(line: str) -> str:
+    """Signs in at the owner's pages with what the line says."""
+    address, user, password = re.search(r"Set it up at (\S+) ; sign in as (\w+), with the password (\w+)", line).groups()  # type: ignore[union-attr]
+    body = json.dumps({"user": user, "password": password}).encode()
+    login = urllib.request.Request(f"{address}/api/v1/session", body, {"Content-Type": "application/json"})
+    with urllib.request.urlopen(login, timeout=20) as answer:
+        return str(json.load(answer)["user"])
+
+
+def test_everything_is_as_it_should_be_and_a_browser_outside_reaches_the_pages() -> None:
     """Also, the part of its output that the README shows is as there."""
     printed: list[str] = []
     link = None
@@ -39,9 +49,12 @@ def test_everything_is_as_it_should_be_and_a_browser_outside_reaches_the_share_p
             if link := END.match(line):
                 break
         if link is not None:
-            with urllib.request.urlopen(link[1], timeout=10) as page:
-                assert b"<title>Shared camera</title>" in page.read()
-            os.killpg(demo.pid, signal.SIGINT)
+            try:
+                with urllib.request.urlopen(link[1], timeout=10) as page:
+                    assert b"<title>Shared camera</title>" in page.read()
+                assert sign_in(printed[-3]) == "owner"
+            finally:
+                os.killpg(demo.pid, signal.SIGINT)
     assert link is not None
     assert demo.returncode == 0
     output = comparable("".join(printed))
