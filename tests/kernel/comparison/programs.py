@@ -14,7 +14,7 @@ from ground.channel import PATIENCE
 from ground.guest import Guest
 from usbcamera.pictures import recognise
 
-WIDTH, HEIGHT, RATE = 160, 120, 5  # which the emulator can encode
+WIDTH, HEIGHT, RATE = 160, 120, 10  # which the emulator can encode, and both cameras have
 DECODE = "ffmpeg -nostdin -v error -i - -frames:v 1 -f rawvideo -pix_fmt gray -".split()
 FAILED = "error|fail|unable|can't|no space|no such"
 
