@@ -14,6 +14,7 @@ from managerlib import camera, encoder, stream_process
 from managerlib.kept_stream import NEVER, KeptStream
 from managerlib.library import Stream
 from managerlib.pauses import WELL_SECONDS, Pauses
+from managerlib.streams import Streams
 from streaming_camera import AVAILABLE, LOG, SHELL, SMALL
 
 FAILURES = f"grep -o 'the encoder of profile 1 .*\\|the playlist of profile 1 .*' {LOG}\n"
@@ -102,6 +103,52 @@ def test_a_stream_that_is_not_wanted_any_more_is_not_tried_again(
 
     tried_again, given_up = asyncio.run(fail_and_be_given_up())
     assert tried_again < given_up == NEVER
+
+
+def test_a_stream_that_lacked_bandwidth_does_not_wait_when_another_one_ends(
+    tmp_path: Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    program = tmp_path / "encoder"
+    program.write_text(f"#!/bin/sh\ncase $* in *channel1/*) exec sleep 60; esac\n[ -e {tmp_path}/room ] && exec sleep 60\n")
+    program.chmod(0o755)
+    monkeypatch.setattr(encoder, "PROGRAM", str(program))
+    monkeypatch.setattr(stream_process, "DIRECTORY", str(tmp_path / "channel{}"))
+    monkeypatch.setattr(camera, "NODE", str(tmp_path / "video{}"))
+    monkeypatch.setattr(Pauses, "after", lambda *_: 50)
+    library = TwoStreams(tmp_path)
+
+    async def end_the_first() -> None:
+        streams = Streams(library)
+        following = asyncio.create_task(streams.follow())
+        await asyncio.wait_for(library.second_failed.wait(), 20)
+        (tmp_path / "room").touch()
+        library.has_first = False
+        streams.look_again()
+        await asyncio.wait_for(library.second_runs.wait(), 20)
+        streams.end()
+        await following
+
+    asyncio.run(end_the_first())
+
+
+class TwoStreams(Library):
+    """Two profiles that stream, of which the first one can end."""
+
+    def __init__(self, folder: Path) -> None:
+        self.second_failed, self.second_runs = asyncio.Event(), asyncio.Event()
+        self.has_first = True
+        self._room = folder / "room"
+        for node in range(2):
+            (folder / f"video{node}").touch()
+
+    async def stream(self, profile: int) -> Stream | None:
+        return Stream(profile, True, 160, 120, 15) if profile == 1 or (profile == 0 and self.has_first) else None
+
+    async def tell_available(self, profile: int, available: bool) -> None:
+        if profile == 1 and not available:
+            self.second_failed.set()
+        elif profile == 1 and self._room.exists():
+            self.second_runs.set()
 
 
 class TestThePauses:

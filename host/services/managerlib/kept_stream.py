@@ -15,7 +15,7 @@ from servicelib.lifecycle import say
 
 from managerlib import camera, encoder, failure
 from managerlib.library import Library, Stream
-from managerlib.pauses import Pauses
+from managerlib.pauses import SHORTEST_SECONDS, Pauses
 from managerlib.stream_process import StreamProcess, folder
 
 # A busy machine needs several times as long for a segment, and a slow one needs long to load the encoder.
@@ -38,15 +38,24 @@ class KeptStream:
         self._process: StreamProcess | None = None
         self._logging: asyncio.Task[None] | None = None  # of why it fails
 
-    async def want(self, stream: Stream | None) -> None:
-        """Sets what has to be streamed. If that is unchanged, the stream, or the pause before its start, continues."""
+    async def want(self, stream: Stream | None) -> bool:
+        """Sets what has to be streamed; returns whether it replaces something. If it is unchanged, the stream, or the pause
+        before its start, continues."""
         if stream == self._wanted:
-            return
+            return False
+        replaces = self._wanted is not None
         await self.stop()
         self._wanted = stream
         self._camera: camera.Identity | None = None  # with which the encoder was started
         self._pauses = Pauses()
         self.due = NEVER
+        return replaces
+
+    def try_soon(self) -> None:
+        """Shortens a pause: what the start lacked may be free now."""
+        if self._process is None and self.due < NEVER:
+            self._pauses = Pauses()
+            self.due = min(self.due, time.monotonic() + SHORTEST_SECONDS)
 
     async def look(self) -> None:
         """Does what is due: starts the encoder, or checks that it still works."""

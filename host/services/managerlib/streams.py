@@ -55,8 +55,11 @@ class Streams:
 
     async def _ask_what_is_wanted(self) -> None:
         self._changed = False
-        for stream in self._streams:
-            await stream.want(await self._library.stream(stream.profile))
+        replaced = [await stream.want(await self._library.stream(stream.profile)) for stream in self._streams]
+        # Less may be taken of the USB bus now. The changed stream starts first, the others a moment later.
+        if any(replaced):
+            for stream in self._streams:
+                stream.try_soon()
 
     async def _sleep(self) -> None:
         """Waits until something happens or is due."""
