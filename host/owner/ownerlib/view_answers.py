@@ -10,12 +10,14 @@ from pathlib import Path
 
 from sharelib.live import LiveAnswer
 from sharelib.streams import STREAMS, StreamFile
+from tornado.web import HTTPError
 
 from ownerlib import problems
 from ownerlib.answers import SignedIn
 from ownerlib.host import Host
 
 FILES = r"([A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
+PLAYLIST = "playlist.m3u8"
 LARGEST_PICTURE = 8 << 20
 
 
@@ -43,7 +45,12 @@ class File(SignedIn, StreamFile):
         StreamFile.initialize(self, str(STREAMS))
 
     async def get(self, profile: str, file: str) -> None:  # type: ignore[override]
-        await StreamFile.get(self, f"channel{int(profile) + 1}/{file}")
+        try:
+            await StreamFile.get(self, f"channel{int(profile) + 1}/{file}")
+        except HTTPError:
+            if file != PLAYLIST:
+                raise
+            self.finish_empty()  # it is no mistake to ask for a stream that has not begun
 
 
 class Picture(SignedIn):
@@ -55,6 +62,7 @@ class Picture(SignedIn):
             with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK), "rb") as file:
                 content = file.read(LARGEST_PICTURE)
         except OSError:
-            raise problems.not_found() from None
+            self.finish_empty()
+            return
         self.set_header("Content-Type", "image/jpeg")
         self.finish(content)

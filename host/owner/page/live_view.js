@@ -19,11 +19,11 @@ function playing(video, playlist, show) {
     show("waits");
     if (!isOver) timer = setTimeout(start, kAgain);
   };
-  // The playlist comes into being with the stream; asking for it first keeps the browser's console quiet.
+  // The playlist comes into being with the stream; there is no content before.
   const start = async () => {
     const answer = await fetch(playlist, { cache: "no-store" }).catch(() => null);
     if (isOver) return;
-    if (!answer?.ok) return again();
+    if (answer?.status !== 200) return again();
     player = new LivePlayer(video, playlist, again);
   };
   if (LivePlayer.isSupported(video)) start();
