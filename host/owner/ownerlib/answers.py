@@ -123,6 +123,15 @@ class SignedIn(OpenAnswer):
             raise problems.forged()
 
 
+class SignedInSocket(SignedIn):
+    """A WebSocket for a user who is signed in."""
+
+    def prepare(self) -> None:
+        super().prepare()
+        if self.request.headers.get("Upgrade", "").lower() != "websocket":
+            raise problems.invalid("This is for a WebSocket.")
+
+
 class NothingHere(OpenAnswer):
     def prepare(self) -> None:
         raise problems.not_found()

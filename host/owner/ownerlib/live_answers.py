@@ -8,20 +8,15 @@ from __future__ import annotations
 from tornado.iostream import StreamBufferFullError
 from tornado.websocket import WebSocketClosedError, WebSocketHandler
 
-from ownerlib.answers import SignedIn
+from ownerlib.answers import SignedInSocket
 from ownerlib.live import message
 from ownerlib.picture import AWAY
-from ownerlib.problems import Problem, invalid
+from ownerlib.problems import Problem
 
 MOST_WAITING = 1 << 19  # bytes that a page has not taken yet; more than twice the largest message
 
 
-class LiveAnswer(SignedIn, WebSocketHandler):
-    def prepare(self) -> None:
-        super().prepare()
-        if self.request.headers.get("Upgrade", "").lower() != "websocket":
-            raise invalid("This is for a WebSocket.")
-
+class LiveAnswer(SignedInSocket, WebSocketHandler):
     async def open(self) -> None:
         assert self.ws_connection is not None
         self.set_nodelay(True)

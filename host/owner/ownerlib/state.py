@@ -31,9 +31,9 @@ class Reader:
         self._controllers = Controllers()
 
     async def state(self) -> Value:
-        return {"host": {"name": socket.gethostname()}, **await self.channels(), "events": await self.events()}
+        return {"host": {"name": socket.gethostname()}, **await self._channels(), "events": await self.events()}
 
-    async def channels(self) -> Value:
+    async def _channels(self) -> Value:
         """Returns the parts of the state that follow from the channels."""
         explained, bound = await asyncio.gather(program.ask("explain"), aio.call(_bound))
         rows: list[Row] = explained["channels"]

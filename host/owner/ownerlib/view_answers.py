@@ -5,15 +5,13 @@
 
 from __future__ import annotations
 
-import os
 from pathlib import Path
 
 from sharelib.live import LiveAnswer
-from sharelib.streams import STREAMS, StreamFile
+from sharelib.streams import STREAMS, StreamFile, read_file
 from tornado.web import HTTPError
 
-from ownerlib import problems
-from ownerlib.answers import SignedIn
+from ownerlib.answers import SignedIn, SignedInSocket
 from ownerlib.host import Host
 
 FILES = r"([A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
@@ -21,17 +19,12 @@ PLAYLIST = "playlist.m3u8"
 LARGEST_PICTURE = 8 << 20
 
 
-class Live(SignedIn, LiveAnswer):
+class Live(SignedInSocket, LiveAnswer):
     """The stream as it comes, as long as the session is open."""
 
     def initialize(self, host: Host) -> None:  # type: ignore[override]
         self.host = host
         LiveAnswer.initialize(self, host.feeds)
-
-    def prepare(self) -> None:
-        super().prepare()
-        if self.request.headers.get("Upgrade", "").lower() != "websocket":
-            raise problems.invalid("This is for a WebSocket.")
 
     def folder(self) -> Path | None:
         return STREAMS / f"channel{int(self.path_args[0]) + 1}" if self.host.sessions.is_open(self.session_id) else None
@@ -57,10 +50,8 @@ class Picture(SignedIn):
     """The latest small picture, which the manager's encoder replaces."""
 
     def get(self, profile: str) -> None:
-        path = STREAMS / f"channel{int(profile) + 1}" / "picture.jpg"
         try:
-            with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK), "rb") as file:
-                content = file.read(LARGEST_PICTURE)
+            content = read_file(STREAMS / f"channel{int(profile) + 1}" / "picture.jpg", LARGEST_PICTURE)
         except OSError:
             self.finish_empty()
             return

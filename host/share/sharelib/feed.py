@@ -6,12 +6,13 @@
 from __future__ import annotations
 
 import os
-import stat
 from collections import deque
 from pathlib import Path
 from typing import Protocol
 
 from servicelib import changes
+
+from sharelib.streams import read_file
 
 BEGIN = "live.mp4"
 # They contain a whole picture, with which a viewer can begin.
@@ -38,7 +39,7 @@ class Feed:
         self._viewers: set[Watching] = set()
         try:
             self._began = self._identity()
-            begin = _content(folder / BEGIN)
+            begin = read_file(folder / BEGIN, LARGEST_FILE)
         except OSError:
             self._end()
             raise
@@ -81,7 +82,7 @@ class Feed:
         for number in new:
             self._number = number
             try:
-                read.append(_content(self._folder / f"{number}.m4s"))
+                read.append(read_file(self._folder / f"{number}.m4s", LARGEST_FILE))
             except OSError:
                 continue  # the encoder has removed it meanwhile
         self._recent.extend(read)
@@ -90,15 +91,6 @@ class Feed:
     def _identity(self) -> tuple[int, int]:
         status = os.stat(self._folder / BEGIN, follow_symlinks=False)
         return status.st_ino, status.st_mtime_ns
-
-
-def _content(path: Path) -> bytes:
-    """Raises OSError for what is not a file, or too large."""
-    with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
-        status = os.fstat(file.fileno())
-        if not stat.S_ISREG(status.st_mode) or status.st_size > LARGEST_FILE:
-            raise OSError("not a fragment")
-        return file.read(LARGEST_FILE)
 
 
 def _kind(begin: bytes) -> str:

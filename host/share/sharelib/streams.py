@@ -6,6 +6,7 @@
 from __future__ import annotations
 
 import os
+import stat
 from pathlib import Path
 
 from tornado.web import HTTPError
@@ -22,6 +23,15 @@ TYPES = {
 }
 # A hash cannot be guessed, and whoever knows it may see the stream. Nothing else of the application is served.
 ROUTE = r"/([0-9a-f]{32}/[A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
+
+
+def read_file(path: Path, largest: int) -> bytes:
+    """Reads a file of a stream; raises OSError for what is not a file, or too large."""
+    with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
+        status = os.fstat(file.fileno())
+        if not stat.S_ISREG(status.st_mode) or status.st_size > largest:
+            raise OSError("not a file of a stream")
+        return file.read(largest)
 
 
 class StreamFile(FileAnswer):

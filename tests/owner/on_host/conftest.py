@@ -6,8 +6,6 @@
 from __future__ import annotations
 
 import json
-import os
-import socket
 import subprocess
 import sys
 from collections.abc import Iterator
@@ -20,36 +18,8 @@ sys.path[:0] = [str(HOST / folder) for folder in ("owner", "share", "services")]
 sys.path.append(str(Path(__file__).resolve().parent.parent))
 
 from browser import Owner
+from host_service import Service
 from viewer import browsing
-
-
-class Service:
-    """One of the host's services, which is ready after start()."""
-
-    def __init__(self, name: str, folder: Path) -> None:
-        self._name = name
-        self.log = folder / f"{name}.log"
-        self._ready = str(folder / f"{name}.ready")
-
-    def start(self) -> None:
-        with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as ready, self.log.open("ab") as log:
-            Path(self._ready).unlink(missing_ok=True)
-            ready.bind(self._ready)
-            ready.settimeout(20)
-            environment = {**os.environ, "NOTIFY_SOCKET": self._ready}
-            self._process = subprocess.Popen([self._name], stdout=log, stderr=log, env=environment)
-            ready.recv(64)
-
-    @property
-    def pid(self) -> int:
-        return self._process.pid
-
-    def send(self, signal: int) -> None:
-        self._process.send_signal(signal)
-
-    def end(self) -> None:
-        self._process.terminate()
-        assert self._process.wait() == 0
 
 
 @pytest.fixture(scope="session")

@@ -6,8 +6,6 @@
 from __future__ import annotations
 
 import json
-import os
-import socket
 import subprocess
 import sys
 from collections.abc import Iterator
@@ -16,10 +14,10 @@ from xml.etree import ElementTree
 
 import pytest
 from encoder import Encoder
+from host_service import Service
 from viewer import Viewer, viewing
 
 SHARE = Path(__file__).resolve().parents[3] / "host/share"
-SHARE_PAGE = SHARE / "share-page"
 sys.path[:0] = [str(SHARE), str(SHARE.parent / "services")]
 CONFIGURATION = Path("/etc/config/usbdev.conf")
 APPLICATION = Path("/mnt/ext/opt/apps/Velmora2")
@@ -27,32 +25,10 @@ STREAM = APPLICATION / "hls/channel1"
 ORIGIN = "http://127.0.0.1:8080"
 
 
-class SharePage:
-    """The share page's server, at ORIGIN."""
-
-    def __init__(self, folder: Path) -> None:
-        self.log = folder / "log"
-        self._ready = str(folder / "ready")
-
-    def start(self) -> None:
-        with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as ready, self.log.open("ab") as log:
-            Path(self._ready).unlink(missing_ok=True)
-            ready.bind(self._ready)
-            ready.settimeout(20)
-            self._server = subprocess.Popen([SHARE_PAGE], stderr=log, env={"NOTIFY_SOCKET": self._ready, **os.environ})
-            ready.recv(64)
-
-    def send(self, signal: int) -> None:
-        self._server.send_signal(signal)
-
-    def end(self) -> None:
-        self._server.terminate()
-        assert self._server.wait() == 0
-
-
 @pytest.fixture(scope="session")
-def page(tmp_path_factory: pytest.TempPathFactory) -> Iterator[SharePage]:
-    share_page = SharePage(tmp_path_factory.mktemp("page"))
+def page(tmp_path_factory: pytest.TempPathFactory) -> Iterator[Service]:
+    """The share page's server, at ORIGIN."""
+    share_page = Service("share-page", tmp_path_factory.mktemp("page"))
     share_page.start()
     yield share_page
     share_page.end()

@@ -15,7 +15,8 @@ from typing import Any
 from unittest.mock import patch
 
 import pytest
-from conftest import APPLICATION, CONFIGURATION, STREAM, SharePage, share, store
+from conftest import APPLICATION, CONFIGURATION, STREAM, share, store
+from host_service import Service
 from requests_to_page import request
 from sharelib.library import Library
 from sharelib.streams import ROUTE, StreamFile
@@ -175,7 +176,7 @@ def no_segment(request: pytest.FixtureRequest) -> Iterator[str]:
     path.rmdir() if request.param == "folder" else path.unlink()
 
 
-def test_what_is_not_a_file_is_not_given_out(page: SharePage, stream_link: Path, no_segment: str) -> None:
+def test_what_is_not_a_file_is_not_given_out(page: Service, stream_link: Path, no_segment: str) -> None:
     assert request("GET", f"/{stream_link.name}/{no_segment}")[0].status == 404
     assert stream_link.name not in page.log.read_text()
 
@@ -197,7 +198,7 @@ class TestASegment(AsyncHTTPTestCase):
         link.unlink()
 
 
-def test_a_segment_that_changes_while_it_is_read_puts_no_link_into_the_log(page: SharePage, stream_link: Path) -> None:
+def test_a_segment_that_changes_while_it_is_read_puts_no_link_into_the_log(page: Service, stream_link: Path) -> None:
     segment = STREAM / "changing.ts"
     segment.write_bytes(bytes(32 << 20))
     with socket.create_connection(("127.0.0.1", 8080), timeout=20) as visit:
@@ -214,7 +215,7 @@ def test_a_segment_that_changes_while_it_is_read_puts_no_link_into_the_log(page:
     assert "Traceback" not in page.log.read_text() and stream_link.name not in page.log.read_text()
 
 
-def test_links_are_in_no_log(page: SharePage, stream_link: Path) -> None:
+def test_links_are_in_no_log(page: Service, stream_link: Path) -> None:
     request("GET", f"/{stream_link.name}/gone.ts")
     request("GET", "/nowhere?token=cafe")
     request("POST", "/share/open", json.dumps({"token": "cafe"}))

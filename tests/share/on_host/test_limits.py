@@ -11,7 +11,8 @@ from collections.abc import Iterator
 from signal import SIGCONT, SIGSTOP
 
 import pytest
-from conftest import APPLICATION, SharePage, share, store
+from conftest import APPLICATION, share, store
+from host_service import Service
 from requests_to_page import request
 from servicelib.attempts import ALLOWED, MOST_VISITORS, SECONDS, Attempts
 from servicelib.http import MOST_CONNECTIONS
@@ -164,7 +165,7 @@ def ask_from(address: str, **question: str) -> tuple[int, dict[str, object]]:
 
 
 @pytest.fixture
-def forgetful(page: SharePage) -> None:
+def forgetful(page: Service) -> None:
     """The share page, which has not been asked yet."""
     page.end()
     page.start()
@@ -268,7 +269,7 @@ def test_the_latest_connections_are_kept_when_there_are_too_many() -> None:
         visit.close()
 
 
-def test_a_thousand_visitors_may_wait_while_the_page_is_busy(page: SharePage) -> None:
+def test_a_thousand_visitors_may_wait_while_the_page_is_busy(page: Service) -> None:
     page.send(SIGSTOP)
     try:
         # Whom the kernel cannot queue it lets try again, after a second.

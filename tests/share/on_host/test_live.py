@@ -151,8 +151,8 @@ def test_a_fragment_is_read_once_for_all_viewers(folder: Path, monkeypatch: pyte
         for viewer in viewers:
             stream.join(viewer)
         reads: list[Path] = []
-        content = feed._content
-        monkeypatch.setattr(feed, "_content", lambda path: (reads.append(path), content(path))[1])
+        content = feed.read_file
+        monkeypatch.setattr(feed, "read_file", lambda path, largest: (reads.append(path), content(path, largest))[1])
         write("0.m4s", b"fragment")
         while not all(b"fragment" in viewer.got for viewer in viewers):
             await asyncio.sleep(0.01)

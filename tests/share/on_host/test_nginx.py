@@ -15,8 +15,9 @@ from pathlib import Path
 from signal import SIGCONT, SIGSTOP
 
 import pytest
-from conftest import STREAM, SharePage, share
+from conftest import STREAM, share
 from encoder import Encoder
+from host_service import Service
 from viewer import Viewer, viewing
 
 Link = dict[str, str]
@@ -29,7 +30,7 @@ IS_LIVE = "document.getElementById('video').src.startsWith('blob:')"
 
 
 @pytest.fixture(scope="module")
-def log(page: SharePage, tmp_path_factory: pytest.TempPathFactory) -> Iterator[Path]:
+def log(page: Service, tmp_path_factory: pytest.TempPathFactory) -> Iterator[Path]:
     """What nginx prints; it runs in a folder of its own."""
     folder = tmp_path_factory.mktemp("nginx")
     for file in EXAMPLES.iterdir():
@@ -66,7 +67,7 @@ def test_a_stream_is_played_as_it_comes(visitor: Viewer, encoder: Encoder, link:
     assert visitor.evaluate(IS_LIVE)
 
 
-def test_playlist_and_segments_need_no_answer_of_the_page(log: Path, page: SharePage, encoder: Encoder, link: Link) -> None:
+def test_playlist_and_segments_need_no_answer_of_the_page(log: Path, page: Service, encoder: Encoder, link: Link) -> None:
     encoder.await_pictures()
     segment = encoder.playlist.read_text().split()[-1]
     page.send(SIGSTOP)
@@ -94,7 +95,7 @@ def test_nothing_else_of_a_stream_is_given_out(log: Path, link: Link) -> None:
         file.unlink()
 
 
-def test_links_are_in_no_log(log: Path, page: SharePage, link: Link) -> None:
+def test_links_are_in_no_log(log: Path, page: Service, link: Link) -> None:
     paths = [link["page"], f"/{link['hash']}/gone.ts", f"/{link['hash']}/live"]
     page.end()
     try:

@@ -8,8 +8,8 @@ from __future__ import annotations
 from collections.abc import Iterator
 
 import pytest
-from conftest import SharePage
 from encoder import Encoder
+from host_service import Service
 from viewer import Viewer
 
 Link = dict[str, str]
@@ -28,7 +28,7 @@ def connection(request: pytest.FixtureRequest, viewer: Viewer) -> Iterator[None]
 
 
 @pytest.mark.usefixtures("encoder", "connection")
-def test_a_host_that_was_away_is_taken_up_again(viewer: Viewer, page: SharePage, link: Link) -> None:
+def test_a_host_that_was_away_is_taken_up_again(viewer: Viewer, page: Service, link: Link) -> None:
     viewer.open(link["page"])
     viewer.await_playing()
     page.end()
@@ -38,7 +38,7 @@ def test_a_host_that_was_away_is_taken_up_again(viewer: Viewer, page: SharePage,
 
 
 @pytest.mark.usefixtures("encoder", "connection")
-def test_a_host_that_does_not_answer_at_first_is_asked_until_it_does(viewer: Viewer, page: SharePage, link: Link) -> None:
+def test_a_host_that_does_not_answer_at_first_is_asked_until_it_does(viewer: Viewer, page: Service, link: Link) -> None:
     viewer.tell_browser("Network.enable")
     viewer.tell_browser("Network.setBlockedURLs", urls=["*/share/open"])
     viewer.open(link["page"])

@@ -10,8 +10,8 @@ from contextlib import contextmanager
 from signal import SIGCONT, SIGSTOP
 
 import pytest
-from conftest import SharePage
 from encoder import Encoder
+from host_service import Service
 from viewer import Viewer
 
 Link = dict[str, str]
@@ -71,7 +71,7 @@ def test_a_viewer_who_continues_after_a_pause_sees_the_present(viewer: Viewer, e
 
 
 def test_what_came_while_the_server_stood_still_is_skipped(
-    viewer: Viewer, encoder: Encoder, page: SharePage, link: Link
+    viewer: Viewer, encoder: Encoder, page: Service, link: Link
 ) -> None:
     viewer.open(link["page"])
     viewer.await_playing()

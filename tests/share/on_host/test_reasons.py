@@ -6,8 +6,9 @@
 from __future__ import annotations
 
 import pytest
-from conftest import SharePage, share, shared
+from conftest import share, shared
 from encoder import Encoder
+from host_service import Service
 from viewer import Viewer
 
 Link = dict[str, str]
@@ -55,7 +56,7 @@ def test_a_password_is_not_asked_for_again_when_the_camera_is_back(
 
 @pytest.mark.usefixtures("encoder")
 def test_a_pause_after_too_many_wrong_attempts_is_shown_until_it_is_over(
-    viewer: Viewer, page: SharePage, link: Link
+    viewer: Viewer, page: Service, link: Link
 ) -> None:
     viewer.open(share("on", "0", "--password-stdin", "--json", password="pass\n")["page"])
     for _ in range(6):

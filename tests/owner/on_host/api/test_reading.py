@@ -115,6 +115,14 @@ def test_a_stream_that_has_not_begun_is_no_mistake(owner: Client, name: str) -> 
     assert owner.ask("GET", f"/profiles/1/{name}").status == 204
 
 
+def test_a_picture_that_is_not_a_file_is_not_read(owner: Client) -> None:
+    os.mkfifo(FOLDER / "picture.jpg")
+    try:
+        assert owner.ask("GET", "/profiles/0/picture.jpg").status == 204
+    finally:
+        (FOLDER / "picture.jpg").unlink()
+
+
 def test_a_picture_that_leads_elsewhere_is_not_followed(owner: Client, tmp_path: Path) -> None:
     (tmp_path / "secret").write_text("private")
     link = FOLDER / "picture.jpg"
