@@ -26,7 +26,7 @@ export async function attempt(request) {
   }
 }
 
-const isAway = (channel) => channel.state !== "plugged";
+export const isAway = (channel) => channel.state !== "plugged";
 
 export async function switchPort(channel, on) {
   const name = nameOf(channel);
@@ -117,5 +117,3 @@ export function setStream(channel, settings) {
   const expected = withChannel(channel.channel, { ...rest, sound: channel.sound && { ...channel.sound, on: sound, codec, volume } });
   return attempt(() => change(expected, () => call("PATCH", `/profiles/${channel.profile}/stream`, settings)));
 }
-
-export { isAway };

@@ -12,7 +12,7 @@ export const keepToken = (csrf) => {
 };
 
 // "name" is stable and has a text in every language; the values are those of the answer.
-export class Refusal extends Error {
+class Refusal extends Error {
   constructor(name, values = {}) {
     super(name);
     this.name = name;

@@ -19,6 +19,8 @@ function question(filter, before) {
   return `/events?${new URLSearchParams(Object.entries(wishes).filter(([, value]) => value))}`;
 }
 
+const load = (filter, before) => read(question(filter, before)).catch((problem) => explain(problem) ?? { events: [] });
+
 // The events that fit the filter; asked for again when the newest one changes.
 function useEvents(filter, newest) {
   const [events, setEvents] = useState(null);
@@ -26,7 +28,7 @@ function useEvents(filter, newest) {
   useEffect(() => {
     let isLate = false;
     const timer = setTimeout(async () => {
-      const { events: found } = await read(question(filter)).catch((problem) => explain(problem) ?? { events: [] });
+      const { events: found } = await load(filter);
       if (isLate) return;
       setEvents(found);
       setAll(found.length < kPage);
@@ -37,7 +39,7 @@ function useEvents(filter, newest) {
     };
   }, [filter, newest]);
   const older = async () => {
-    const { events: found } = await read(question(filter, events.at(-1).id)).catch((problem) => explain(problem) ?? { events: [] });
+    const { events: found } = await load(filter, events.at(-1).id);
     setEvents([...events, ...found]);
     setAll(found.length < kPage);
   };

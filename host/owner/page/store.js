@@ -3,7 +3,7 @@
 
 // What the page knows, and the live connection that tells it. Everything that is shown is made of it.
 
-import { Refusal, call, keepToken, read } from "/page/api.js";
+import { call, keepToken, read } from "/page/api.js";
 
 const kRetryAtFirst = 500; // milliseconds, as all of these
 const kRetryAtMost = 8000;
@@ -158,5 +158,3 @@ export function ask(question) {
     set({ question: { ...question, answer } });
   });
 }
-
-export { Refusal };
