@@ -6,10 +6,15 @@
 from __future__ import annotations
 
 import shutil
+import socket
+import subprocess
 from collections.abc import Iterator
+from contextlib import suppress
+from pathlib import Path
 
 import pytest
 from conftest import CONFIGURATION, document, usbdevctl
+from usbdev.notification import PORT, SIZE, Notification
 
 CAMERA = 'channel 4  3-1  "Cam"  profile 2'
 MEMBERS = {"channel": 4, "slot": "3-1", "device": "Cam", "profile": 2, "profile_name": "Door"}
@@ -61,6 +66,42 @@ def test_a_counted_timeout_is_reported() -> None:
     assert document("timeouts", "add", "3") == {"profile": 3, "timeouts": 2}
     assert [row["timeouts"] for row in document("timeouts", "reset")["counters"]] == [0, 0, 0, 0]
     assert usbdevctl("timeouts", "reset").stdout == "time-out counters of all profiles set to 0\n"
+
+
+@pytest.fixture
+def manager() -> Iterator[socket.socket]:
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM | socket.SOCK_NONBLOCK) as manager:
+        manager.bind(("127.0.0.1", PORT))
+        yield manager
+
+
+def notified(manager: socket.socket) -> list[tuple[int, int, int]]:
+    """Returns event, profile and node of what has come; a program that has ended has sent everything."""
+    found = []
+    with suppress(BlockingIOError):
+        while it := Notification.from_bytes(manager.recv(SIZE)):
+            found.append((it.event, it.profile, it.video_node))
+    return found
+
+
+def test_the_manager_is_notified_of_whatever_may_begin_a_stream(manager: socket.socket, tmp_path: Path) -> None:
+    """The library notifies of settings that were changed, and of nothing else."""
+    subprocess.run(["sim", "plug", "hd-pro-webcam", "1-1"], check=True, stdout=subprocess.DEVNULL)
+    subprocess.run(["sim", "plug", "usb2-camera", "5-1"], check=True, stdout=subprocess.DEVNULL)
+    nodes = {row["slot"]: row["video_node"] for row in document("channels")["channels"] if row["slot"]}
+    notified(manager)
+    settings = str(tmp_path / "settings")
+    began = [(0, 1, nodes["1-1"])]
+    for command in (("assign", "1-1", "1"), ("assign", "1-1", "1"), ("stream", "set", "1", "--size", "640x480"),
+                    ("stream", "set", "1", "--size", "640x480")):  # fmt: skip
+        assert (usbdevctl(*command).returncode, notified(manager)) == (0, began), command
+    usbdevctl("export", settings)
+    usbdevctl("move", "1", "5-1")
+    assert notified(manager)[-1] == (0, 1, nodes["5-1"])
+    usbdevctl("clear", "1")
+    notified(manager)
+    usbdevctl("import", settings)
+    assert notified(manager)[-1] == began[0]
 
 
 def test_nothing_is_attached_to_be_switched() -> None:

@@ -163,6 +163,7 @@ def test_a_move_takes_name_stream_and_sharing_along() -> None:
         1,
         "Door",
     ]
+    assert moved["changes"] == [{"setting": "fps", "wanted": "60", "taken": "30"}]
     assert (moved["differences"], moved["page"]) == (["fps 30 instead of 60"], link["page"])
     assert stream() == [640, 480, 30, "mjpeg"]
     assert (link["sharing"], link["password"]) == (True, True)
@@ -200,6 +201,20 @@ def test_a_move_that_would_do_harm_changes_nothing() -> None:
         assert (result.stdout, result.returncode) == ("", 1)
         assert why in result.stderr
     assert CONFIGURATION.read_text() == before
+
+
+def refusals(target: str) -> list[dict[str, Any]]:
+    result = usbdevctl("move", "1", target, "--json")
+    assert result.returncode == 1
+    return list(json.loads(result.stdout)["refusals"])
+
+
+def test_a_refused_move_names_its_reason_for_programs() -> None:
+    usbdevctl("slot", "off", "5-1")
+    assert [one["reason"] for one in refusals("3-1")] == ["own_camera"]
+    (refused,) = refusals("5-1")
+    assert refused.pop("why").endswith(": its port is off, and a stream cannot be set while it is")
+    assert refused == {"reason": "port_off", "other_channel": None, "collision": None}
 
 
 def test_a_move_from_a_camera_that_is_away_is_done() -> None:
@@ -243,8 +258,9 @@ def test_a_move_that_fails_in_the_middle_is_taken_back() -> None:
     """The stream cannot be set, since the camera lists no format any more."""
     node = document("channels")["channels"][1]["video_node"]
     with answering_once(Path(f"/run/usbdev-sim/nodes/video{node}/formats")):
-        result = usbdevctl("move", "1", "5-1")
-    assert (result.stdout, result.returncode) == ("", 1)
+        result = usbdevctl("move", "1", "5-1", "--json")
+    assert result.returncode == 1
+    assert [one["reason"] for one in json.loads(result.stdout)["refusals"]] == ["put_back"]
     assert "failed: set the stream of profile 1: channel 1  5-1" in result.stderr
     assert result.stderr.endswith("the profile is with the camera that had it, its links are new\n")
     back = document("channels")["channels"]

@@ -11,6 +11,7 @@
 #include "output/output.h"
 #include "profile/judgement.h"
 #include "stream/channel_links.h"
+#include "stream/stream_notice.h"
 
 namespace usbdevctl {
 
@@ -52,14 +53,20 @@ ExitStatus assign(const AssignmentOptions &options) {
   const ExitStatus judged = judge(options, judgement);
   if (judged != ExitStatus::ok) return judged;
   const Assignment &assignment = judgement.assignment;
-  if (assignment.verdict == Verdict::bound) return reportBound(options, judgement.camera);
+  if (assignment.verdict == Verdict::bound) {
+    notifyOfStream(options.profile);
+    return reportBound(options, judgement.camera);
+  }
   if (!isPossible(assignment) || (!isHarmless(assignment) && !options.anyway)) {
     explainRefusal(judgement);
     return ExitStatus::failure;
   }
   std::string port = judgement.camera.row.slot;
-  if (vl_set_usbchn_profile(port.data(), options.profile) == 0) return report(options, judgement);
-  return refused(profileName(options.profile) + " could not be assigned to " + cameraText(judgement.camera));
+  if (vl_set_usbchn_profile(port.data(), options.profile) != 0) {
+    return refused(profileName(options.profile) + " could not be assigned to " + cameraText(judgement.camera));
+  }
+  notifyOfStream(options.profile);
+  return report(options, judgement);
 }
 
 }  // namespace

@@ -142,12 +142,16 @@ std::string adviceText(const Assignment &assignment, const ChannelRows &rows) {
   return "";
 }
 
-Fields assignmentMembers(const Assignment &assignment, const ChannelRows &rows) {
+std::string reasonWord(const Assignment &assignment) {
   static constexpr const char *kReasons[] = {
       "", "", "not_attached", "port_kept", "profile_taken", "camera_taken", "unsupported", "waits", "stops_another"};
+  return kReasons[static_cast<int>(assignment.verdict)];
+}
+
+Fields assignmentMembers(const Assignment &assignment, const ChannelRows &rows) {
   const auto text = [](const std::string &value) { return value.empty() ? Json() : Json(value); };
   return Fields()
-      .add(forPrograms("reason", text(kReasons[static_cast<int>(assignment.verdict)])))
+      .add(forPrograms("reason", text(reasonWord(assignment))))
       .add(forPrograms("other_channel", numberUnlessNone(assignment.other)))
       .add(forPrograms("collision", text(collisionWord(assignment.collision))))
       .add(forPrograms("why", text(refusalText(assignment, rows))))

@@ -47,6 +47,9 @@ bool isHarmless(const Assignment &assignment);
 /// Why not, as one sentence; empty where nothing is against it.
 std::string refusalText(const Assignment &assignment, const ChannelRows &rows);
 
+/// Its name for programs; empty where nothing is against it.
+std::string reasonWord(const Assignment &assignment);
+
 /// What a user can do about it; empty where nothing is against it.
 std::string adviceText(const Assignment &assignment, const ChannelRows &rows);
 

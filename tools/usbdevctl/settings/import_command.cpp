@@ -24,8 +24,8 @@ struct ImportOptions {
   bool json = false;
 };
 
-ExitStatus refuse(const std::vector<std::string> &refusals) {
-  for (const std::string &refusal : refusals) complain(refusal);
+ExitStatus refuse(const Refusals &refusals) {
+  for (const Refusal &refusal : refusals) complain(refusal.why);
   complain("nothing was changed");
   return ExitStatus::failure;
 }
@@ -71,7 +71,7 @@ ExitStatus report(const std::vector<Step> &steps, const Applied &applied, bool j
 
 ExitStatus importSettings(const ImportOptions &options) {
   const HotplugLock lock(kHotplugLockFile);  // so that no camera is plugged in or removed meanwhile
-  if (!lock.error().empty()) return refuse({lock.error()});
+  if (!lock.error().empty()) return refuse({{lock.error()}});
   const std::optional<Settings> settings = readFile(options.file);
   if (!settings) return refuse({});
   ChannelRows rows;

@@ -34,8 +34,9 @@ struct Move {
   Plan plan;
 };
 
-ExitStatus notMoved(const std::vector<std::string> &complaints) {
-  for (const std::string &complaint : complaints) complain(complaint);
+ExitStatus notMoved(const Refusals &refusals, bool json) {
+  for (const Refusal &refusal : refusals) complain(refusal.why);
+  if (json) print(refusedJson(refusals).text());
   return ExitStatus::failure;
 }
 
@@ -53,21 +54,22 @@ ExitStatus prepare(const MoveOptions &options, Move &move) {
   return ExitStatus::ok;
 }
 
-/// Prints what became of a move that notMoved in the middle.
-ExitStatus takeBack(const Move &move, std::size_t done) {
+/// Prints what became of a move that failed in the middle.
+ExitStatus takeBack(const Move &move, std::size_t done, bool json) {
   const std::vector<Step> &steps = move.plan.steps;
   complain("failed: " + stepText(steps[done]));
-  if (done == 0) return notMoved({"nothing was changed"});
+  if (done == 0) return notMoved({{"nothing was changed", kNotBegun}}, json);
   const Plan back = planReturn(move.settings, move.source, {steps.begin(), steps.begin() + static_cast<long>(done)});
   if (!back.refusals.empty()) {
     for (std::size_t i = 0; i < done; ++i) complain("done: " + stepText(steps[i]));
-    return notMoved(back.refusals);
+    return notMoved(back.refusals, json);
   }
   const std::size_t returned = applySteps(back.steps).steps;
-  if (returned == back.steps.size()) return notMoved({"the profile is with the camera that had it, its links are new"});
-  complain("it could not be put back, notMoved: " + stepText(back.steps[returned]));
+  if (returned == back.steps.size()) {
+    return notMoved({{"the profile is with the camera that had it, its links are new", kPutBack}}, json);
+  }
   for (std::size_t i = 0; i < returned; ++i) complain("put back: " + stepText(back.steps[i]));
-  return ExitStatus::failure;
+  return notMoved({{"it could not be put back, failed: " + stepText(back.steps[returned]), kNotPutBack}}, json);
 }
 
 bool readSharePage(int profile, std::string &page) {
@@ -78,34 +80,50 @@ bool readSharePage(int profile, std::string &page) {
   return true;
 }
 
+Json differenceTexts(const std::vector<StreamDifference> &differences) {
+  Json texts = Json::array();
+  for (const StreamDifference &difference : differences) texts.append(differenceText(difference));
+  return texts;
+}
+
+Json changesJson(const std::vector<StreamDifference> &differences) {
+  Json changes = Json::array();
+  for (const StreamDifference &it : differences) {
+    Json change = Json::object().set("setting", it.setting).set("wanted", it.wanted);
+    changes.append(std::move(change).set("taken", it.taken ? Json(*it.taken) : Json()));
+  }
+  return changes;
+}
+
 ExitStatus report(const MoveOptions &options, Move &move) {
   const ExitStatus read_again = readAgain(move.target);
   if (read_again != ExitStatus::ok) return read_again;
   std::string page;
   if (!readSharePage(options.profile, page)) return configurationUnreadable();
-  Json differences = Json::array();
-  for (const std::string &difference : move.plan.differences) differences.append(difference);
   Fields members;
   members.add(forPrograms("from_channel", move.source.channel))
-      .add(forPrograms("differences", std::move(differences)))
+      .add(forPrograms("differences", differenceTexts(move.plan.differences)))
+      .add(forPrograms("changes", changesJson(move.plan.differences)))
       .add(forPrograms("page", page.empty() ? Json() : Json(page)));
   print(changeOutput("moved profile " + std::to_string(options.profile), members, move.target, options.json));
   if (options.json) return ExitStatus::ok;
-  for (const std::string &difference : move.plan.differences) print("changed: " + difference + "\n");
+  for (const StreamDifference &it : move.plan.differences) print("changed: " + differenceText(it) + "\n");
   if (!page.empty()) print("new share link: " + page + "\n");
   return ExitStatus::ok;
 }
 
 ExitStatus move(const MoveOptions &options) {
   const HotplugLock lock(kHotplugLockFile);  // so that neither camera is plugged in or removed meanwhile
-  if (!lock.error().empty()) return notMoved({lock.error()});
+  if (!lock.error().empty()) return notMoved({{lock.error(), kNotLocked}}, options.json);
   Move move;
   const ExitStatus prepared = prepare(options, move);
   if (prepared != ExitStatus::ok) return prepared;
-  if (move.source.channel == move.target.channel) return notMoved({cameraText(move.target) + ": it has the profile"});
-  if (!move.plan.refusals.empty()) return notMoved(move.plan.refusals);
+  if (move.source.channel == move.target.channel) {
+    return notMoved({{cameraText(move.target) + ": it has the profile", kOwnCamera}}, options.json);
+  }
+  if (!move.plan.refusals.empty()) return notMoved(move.plan.refusals, options.json);
   const Applied applied = applySteps(move.plan.steps);
-  if (applied.steps != move.plan.steps.size()) return takeBack(move, applied.steps);
+  if (applied.steps != move.plan.steps.size()) return takeBack(move, applied.steps, options.json);
   const ExitStatus reported = report(options, move);
   return reported == ExitStatus::ok ? applied.links : reported;
 }

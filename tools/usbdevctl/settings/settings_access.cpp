@@ -14,6 +14,7 @@
 #include "output/printable.h"
 #include "profile/channel_release.h"
 #include "stream/channel_links.h"
+#include "stream/stream_notice.h"
 
 namespace usbdevctl {
 
@@ -134,6 +135,10 @@ Applied applySteps(const std::vector<Step> &steps) {
     if (!apply(step)) break;
     ++applied.steps;
     if (linksFollowed(step.camera.channel, links) != ExitStatus::ok) applied.links = ExitStatus::failure;
+  }
+  // Last, so that no stream begins with settings that are changed next.
+  for (std::size_t i = 0; i < applied.steps; ++i) {
+    if (steps[i].kind == Step::Kind::bind) notifyOfStream(steps[i].settings.profile);
   }
   return applied;
 }

@@ -66,7 +66,7 @@ class Import {
   Plan plan;
 
  private:
-  void refuse(const std::string &why) { plan.refusals.push_back(cameraText(facts_->camera) + ": " + why); }
+  void refuse(const std::string &why) { plan.refusals.push_back({cameraText(facts_->camera) + ": " + why}); }
 
   void addStep(Kind kind, const ProfileSettings &settings) { plan.steps.push_back({kind, facts_->camera, settings}); }
 
@@ -81,7 +81,7 @@ class Import {
     const int channel = facts_->camera.channel;
     const Assignment assignment = judgeAssignment(rows_, channel, wanted.profile, facts_->collisions);
     if (!isHarmless(assignment)) {
-      plan.refusals.push_back(refusalText(assignment, rows_));
+      plan.refusals.push_back(refusalOf(assignment, rows_));
       return;
     }
     const bool bound = assignment.verdict == Verdict::bound;
@@ -99,7 +99,9 @@ class Import {
     if (row.slot_switch == false) return refuse("its stream cannot be set while its port is off");
     if (facts_->formats.count <= 0) return refuse("it offers no format that can be used");
     const StreamFit fit = fitStream(wanted.stream, facts_->formats);
-    for (const std::string &difference : fit.differences) refuse("it does not offer the stream: " + difference);
+    for (const StreamDifference &difference : fit.differences) {
+      refuse("it does not offer the stream: " + differenceText(difference));
+    }
     ProfileSettings fitted = wanted;
     fitted.stream = fit.stream;
     addStep(Kind::stream, fitted);
@@ -134,10 +136,11 @@ ChannelRows afterClearing(ChannelRows rows, const Camera &source) {
 }
 
 void refuseUnlessStreamable(Plan &plan, const CameraFacts &target) {
+  const std::string camera = cameraText(target.camera);
   if (target.camera.row.slot_switch == false) {
-    plan.refusals.push_back(cameraText(target.camera) + ": its port is off, and a stream cannot be set while it is");
+    plan.refusals.push_back({camera + ": its port is off, and a stream cannot be set while it is", kPortOff});
   } else if (target.formats.count <= 0) {
-    plan.refusals.push_back(cameraText(target.camera) + ": it offers no format that can be used");
+    plan.refusals.push_back({camera + ": it offers no format that can be used", kNoFormat});
   }
 }
 
@@ -159,8 +162,8 @@ Plan planImport(const Settings &settings, ChannelRows rows, const std::vector<Ca
     if (const CameraFacts *found = findFacts(facts, wanted)) {
       import.add(wanted, *found);
     } else {
-      import.plan.refusals.push_back("no camera \"" + printable(wanted.device) + "\" is attached to port " +
-                                     printable(wanted.port));
+      import.plan.refusals.push_back(
+          {"no camera \"" + printable(wanted.device) + "\" is attached to port " + printable(wanted.port)});
     }
   }
   return import.plan;
@@ -177,7 +180,7 @@ Plan planMove(const ProfileSettings &settings, const Camera &source, const Camer
     rows[indexOf(source)] = {};
     assignment = judgeAssignment(rows, channel, settings.profile, target.collisions);
   }
-  if (!isHarmless(assignment)) plan.refusals.push_back(refusalText(assignment, rows));
+  if (!isHarmless(assignment)) plan.refusals.push_back(refusalOf(assignment, rows));
   refuseUnlessStreamable(plan, target);
   if (!plan.refusals.empty()) return plan;
   plan.steps.push_back({Kind::bind, target.camera, settings});
@@ -193,7 +196,7 @@ Plan planReturn(const ProfileSettings &settings, const Camera &source, const std
   Plan plan;
   if (source.row.state != ChannelState::plugged || has(done, Kind::forget)) {
     plan.refusals.push_back(
-        "the camera that had it is away, and the library assigns profiles only to attached cameras");
+        {"the camera that had it is away, and the library assigns profiles only to attached cameras", kNotPutBack});
     return plan;
   }
   for (const Step &step : done) {

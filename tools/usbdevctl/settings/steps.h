@@ -9,8 +9,9 @@
 
 #include "camera/camera.h"
 #include "format/formats.h"
-#include "profile/assignment.h"
+#include "settings/refusal.h"
 #include "settings/settings.h"
+#include "settings/stream_fit.h"
 
 namespace usbdevctl {
 
@@ -28,8 +29,8 @@ std::string stepText(const Step &step);
 /// All that is to be done, or why nothing is.
 struct Plan {
   std::vector<Step> steps;
-  std::vector<std::string> refusals;
-  std::vector<std::string> differences;  // of the stream on its new camera
+  Refusals refusals;
+  std::vector<StreamDifference> differences;  // of the stream on its new camera
 };
 
 /// What the planning asks of a camera.

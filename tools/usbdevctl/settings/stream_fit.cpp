@@ -66,39 +66,40 @@ std::optional<float> rateFor(float wanted, const _usbres_des &size) {
   return nearest == reachable.end() ? std::nullopt : std::optional(*nearest);
 }
 
-void note(StreamFit &fit, const std::string &what, const std::string &now, const std::string &wanted) {
-  fit.differences.push_back(what + " " + now + " instead of " + wanted);
-}
-
 /// Leaves out what MJPEG streams do not have.
 void dropEncoding(StreamFit &fit) {
   for (std::size_t i = 0; i < fit.stream.settings.size(); ++i) {
     const StreamSetting &setting = streamSettings()[i];
     const bool encoding = setting.of == StreamSetting::Of::picture && setting.field != &_streaminfo::vcodec;
     if (!encoding || !fit.stream.settings[i]) continue;
+    fit.differences.push_back({memberName(setting), *fit.stream.settings[i], std::nullopt});
     fit.stream.settings[i].reset();
-    fit.differences.push_back("no " + memberName(setting));
   }
 }
 
 }  // namespace
+
+std::string differenceText(const StreamDifference &difference) {
+  if (!difference.taken) return "no " + difference.setting;
+  return difference.setting + " " + *difference.taken + " instead of " + difference.wanted;
+}
 
 StreamFit fitStream(const StreamChange &wanted, const CameraFormats &camera) {
   StreamFit fit{wanted, {}};
   std::optional<std::string> &codec = fit.stream.settings[indexOf(&_streaminfo::vcodec)];
   const _usbfmt_des &format = formatFor(*codec, camera);
   if (const std::string now = wordFor(videoCodecs(), format.codec); now != *codec) {
-    note(fit, "codec", now, *codec);
+    fit.differences.push_back({"codec", *codec, now});
     codec = now;
   }
   if (*codec == wordFor(videoCodecs(), kMjpeg)) dropEncoding(fit);
   const _usbres_des *size = sizeFor(*wanted.size, format);
   if (size == nullptr) return fit;
   fit.stream.size = sizeText(size->width, size->height);
-  if (*fit.stream.size != *wanted.size) note(fit, "size", *fit.stream.size, *wanted.size);
+  if (*fit.stream.size != *wanted.size) fit.differences.push_back({"size", *wanted.size, *fit.stream.size});
   fit.stream.rate = rateFor(*wanted.rate, *size);
   if (fit.stream.rate && !sameRate(*fit.stream.rate, *wanted.rate)) {
-    note(fit, "fps", rateText(*fit.stream.rate), rateText(*wanted.rate));
+    fit.differences.push_back({"fps", rateText(*wanted.rate), rateText(*fit.stream.rate)});
   }
   return fit;
 }

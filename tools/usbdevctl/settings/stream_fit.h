@@ -4,6 +4,7 @@
 // Stream settings on another camera than the one that they were made for.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,9 +13,19 @@
 
 namespace usbdevctl {
 
+/// A setting that the camera does not offer as it was wanted.
+struct StreamDifference {
+  std::string setting;  // its name for programs
+  std::string wanted;
+  std::optional<std::string> taken;  // none if streams of this camera do not have the setting
+};
+
+/// "size 640x480 instead of 1280x720"
+std::string differenceText(const StreamDifference &difference);
+
 struct StreamFit {
-  StreamChange stream;                   // what the camera can do, nearest to what was wanted
-  std::vector<std::string> differences;  // "size 640x480 instead of 1280x720"
+  StreamChange stream;  // what the camera can do, nearest to what was wanted
+  std::vector<StreamDifference> differences;
 };
 
 /// Keeps codec, size and rate where the camera offers them, and else takes the first codec, the size with the

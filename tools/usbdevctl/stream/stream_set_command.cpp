@@ -13,6 +13,7 @@
 #include "output/output.h"
 #include "stream/picture_address.h"
 #include "stream/stream_command.h"
+#include "stream/stream_notice.h"
 #include "stream/stream_outcome.h"
 #include "stream/stream_text.h"
 
@@ -68,6 +69,10 @@ ExitStatus report(const StreamSetOptions &options, const Camera &camera, const S
   return in_vain.empty() ? ExitStatus::ok : ExitStatus::nothing;
 }
 
+bool isUnchanged(const _streaminfo &before, const _streaminfo &stored) {
+  return stored.framerate == before.framerate && notStored(stored, allSettings(before)).empty();
+}
+
 ExitStatus set(const StreamSetOptions &options) {
   int profile = 0;
   const ExitStatus found = findProfile(options.camera.name(), profile);
@@ -85,6 +90,7 @@ ExitStatus set(const StreamSetOptions &options) {
   outcome.events = eventsAfter(newest);
   ExitStatus read_again = readStream(profile, outcome.stored);
   Camera camera;
+  if (isUnchanged(before, outcome.stored)) notifyOfStream(profile);
   if (read_again == ExitStatus::ok) read_again = findCameraOf(profile, camera);
   return read_again == ExitStatus::ok ? report(options, camera, outcome) : read_again;
 }

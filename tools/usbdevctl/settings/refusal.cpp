@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "settings/refusal.h"
+
+#include "output/numbers.h"
+
+namespace usbdevctl {
+
+Refusal refusalOf(const Assignment &assignment, const ChannelRows &rows) {
+  return {refusalText(assignment, rows), reasonWord(assignment), assignment.other, collisionWord(assignment.collision)};
+}
+
+Json refusedJson(const Refusals &refusals) {
+  Json list = Json::array();
+  for (const Refusal &refusal : refusals) {
+    list.append(Json::object()
+                    .set("reason", refusal.reason)
+                    .set("other_channel", numberUnlessNone(refusal.other))
+                    .set("collision", refusal.collision.empty() ? Json() : Json(refusal.collision))
+                    .set("why", refusal.why));
+  }
+  return Json::document().set("refusals", std::move(list));
+}
+
+}  // namespace usbdevctl

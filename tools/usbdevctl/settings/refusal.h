@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// Why an import or a move is not done.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "output/json.h"
+#include "profile/assignment.h"
+
+namespace usbdevctl {
+
+// The names for programs of what refuses a move. What refuses an assignment has the names that `check` prints.
+constexpr char kOwnCamera[] = "own_camera";
+constexpr char kPortOff[] = "port_off";
+constexpr char kNoFormat[] = "no_format";
+constexpr char kNotLocked[] = "not_locked";
+// A step failed: the first one, or a later one.
+constexpr char kNotBegun[] = "not_begun";
+constexpr char kPutBack[] = "put_back";
+constexpr char kNotPutBack[] = "not_put_back";
+
+struct Refusal {
+  std::string why;
+  std::string reason = {};  // its name for programs; none in an import, which prints text only
+  int other = -1;           // the channel that is in the way
+  std::string collision = {};
+};
+
+using Refusals = std::vector<Refusal>;
+
+Refusal refusalOf(const Assignment &assignment, const ChannelRows &rows);
+
+/// The object for programs of a command that did nothing.
+Json refusedJson(const Refusals &refusals);
+
+}  // namespace usbdevctl
