@@ -128,7 +128,7 @@ def test_what_a_real_machine_has_against_a_camera_is_shown_everywhere_in_the_sam
     _, silent, explained, channels, devices, events = run_all(
         on_host,
         "sim plug usb2-camera 3-1; usbdevctl assign 3-1 0; rm /var/log/vl/event.db",
-        "usbdevctl explain 3-1 --log; test ! -e /var/log/vl/event.db && mkdir /sys/kernel",
+        "usbdevctl explain 3-1 --log; test ! -e /var/log/vl/event.db && mkdir /sys/kernel && rm /sys/bus/usb/devices/3-1",
         "usbdevctl explain 3-1 --log --json",
         "usbdevctl channels",
         "usbdevctl devices --json",
@@ -154,7 +154,7 @@ def test_why_a_camera_has_no_channel_is_logged_in_the_same_words(on_host: RunOnH
 
 
 def test_a_log_that_cannot_be_written_is_a_failure(on_host: RunOnHost) -> None:
-    (done,) = run_all(on_host, "sim plug usb2-camera 3-1 >/dev/null; mkdir /sys/kernel; rm -rf /var/log/vl; touch /var/log/vl;"
+    (done,) = run_all(on_host, "sim plug usb2-camera 3-1 >/dev/null; mkdir /sys/kernel; rm -rf /sys/bus/usb/devices/3-1 /var/log/vl; touch /var/log/vl;"
                                " usbdevctl explain 3-1 --log")  # fmt: skip
     assert (done.status, done.err) == (1, "usbdevctl: the event log cannot be written\n")
 
@@ -175,6 +175,14 @@ def test_without_a_camera_every_camera_is_explained(on_host: RunOnHost) -> None:
         [], ["waits", "unbound"], ["no_known_format"], ["unplugged"], *[[]] * 6
     ]  # fmt: skip
     assert json.json["channels"][3]["reasons"][0]["values"] == {"port": "1-1", "channel": "ch3"}
+
+
+def test_all_explanations_tell_what_is_reserved_of_each_bus(on_host: RunOnHost) -> None:
+    streams = "sim plug usb3-camera 4-1; sim plug pc-camera 3-1.2; for node in 0 2; do echo ' 1' >/run/usbdev-sim/nodes/video$node/setting; done"
+    *_, json = run_all(on_host, streams, "usbdevctl explain --json")
+    assert [(it["bus"], it["speed"], it["reserved"]) for it in json.json["buses"]] == [
+        (1, 480, 0), (2, 5000, 0), (3, 480, 9), (4, 5000, 1049), (5, 480, 0), (6, 5000, 0)
+    ]  # fmt: skip
 
 
 def test_to_log_the_reasons_takes_one_camera(on_host: RunOnHost) -> None:

@@ -12,6 +12,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 using usbdevctl::addTroubles;
 using usbdevctl::ChannelRows;
 using usbdevctl::ChannelState;
@@ -64,6 +65,11 @@ TEST_F(TheTroubles, NameWhatIsWrongWithACameraThatHasNoChannel) {
       withoutChannelText("3-2", machine_),
       "3-2  \"Fresh\": It has no node for pictures. 'sudo modprobe uvcvideo' loads the driver; then plug the camera in "
       "again.");
+}
+
+TEST_F(TheTroubles, NameACameraWithoutANameByItsPort) {
+  fake_.plug("3-2", "", "2", 2);
+  EXPECT_THAT(withoutChannelText("3-2", machine_), StartsWith("3-2: It has no channel."));
 }
 
 TEST_F(TheTroubles, AreNoneWithoutAKernel) {

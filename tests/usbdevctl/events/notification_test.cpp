@@ -46,6 +46,13 @@ TEST(ANotification, OfARemovedCameraShowsNoneForMinusOne) {
             "event 7 (removed)  profile 2  video none  audio none  flag 0  target none  request none\n");
 }
 
+TEST(ANotification, OfAChangeThatIsEncodedIsDecodedAsItWas) {
+  const usbdevctl::Notification sent = {{'a', 'b'}, 1, 2, 3, 4, 0, 5};
+  const std::string datagram = usbdevctl::encodeNotification(sent);
+  EXPECT_EQ(datagram, datagramOf("ab" + std::string(14, '\0'), {1, 2, 3, 4, 0, 5}));
+  EXPECT_EQ(textOf(datagram).substr(0, 56), "event 0 (changed)  profile 1  video 2  audio 3  flag 4  ");
+}
+
 TEST(ANotification, OfAClearedProfileNamesTheClient) {
   const std::string header = std::string(4, '\0') + "\xc0\xa8\x01\x05" + std::string(8, '\0');
   EXPECT_EQ(textOf(datagramOf(header, {0, 4, -1, 0, 3, -1})),

@@ -15,4 +15,11 @@ TEST(TheEventOfAReason, NamesTheCameraWithReasonAndCure) {
             "Camera[3-1 USB Camera]: Another program uses it: motion (process 47). End that program.");
 }
 
+TEST(TheEventOfAReason, NamesACameraWithoutANameByItsPort) {
+  usbdevctl::Camera camera = someCamera(2, "3-1", 0);
+  camera.row.device.clear();
+  EXPECT_EQ(
+      reasonEvent(camera, usbdevctl::reasonFor(usbdevctl::Cause::no_capture_node)).rfind("Camera[3-1]: It has", 0), 0);
+}
+
 }  // namespace

@@ -7,7 +7,9 @@
 
 namespace {
 
+using testing::Contains;
 using testing::HasSubstr;
+using testing::Pair;
 using usbdevctl::EncodingFacts;
 using usbdevctl::encodingLack;
 using usbdevctl::isUsable;
@@ -85,6 +87,7 @@ TEST_F(AnUnsupportedCamera, WithoutMjpgNeedsTheEncoding) {
             "it lists YUYV and no MJPG, and the host may not encode it: the codec package Halvane is not installed");
   EXPECT_EQ(unsupportedReason(facts_).remedy,
             "install and enable the codec package Halvane, then plug the camera in again");
+  EXPECT_THAT(unsupportedReason(facts_).values, Contains(Pair("lack_cause", "encoding_not_installed")));
 }
 
 TEST_F(AnUnsupportedCamera, WithoutMjpgAndYuyvIsOfNoUse) {

@@ -9,8 +9,10 @@
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 using usbdevctl::CameraPlace;
 using usbdevctl::hidesCamera;
 using usbdevctl::MachineFacts;
@@ -129,14 +131,16 @@ TEST_F(AReasonOfTheMachine, NamesNoProgramThatOnlyRootSees) {
 TEST_F(AReasonOfTheMachine, IsMissingBandwidthAndWhoHasIt) {
   facts_.failure = "No space left on device";
   facts_.bus_speed = 480;
-  facts_.reservations = {{"3-2", "HD\x1b", 196'608'000}, {"3-4", "Mic", 1'536'001}};
+  facts_.reservations = {{"3-2", "HD\x1b", 196'608'000}, {"3-4", "", 1'536'001}};
   expect(
       "bandwidth",
       "The USB bus has not enough bandwidth left for it; reserved are 197 of 480 Mbit/s for \"HD\\x1b\" in port 3-2, 2 "
-      "of 480 Mbit/s for \"Mic\" in port 3-4",
+      "of 480 Mbit/s for the device in port 3-4",
       "Lower the size or the rate of one of them, such as 'usbdevctl stream set 3-1 --size 640x480', or plug one into "
       "a "
       "port of another USB controller, whose ports do not begin with 3-");
+  EXPECT_THAT(machineReasons(camera_, facts_).front().values,
+              Contains(Pair("reserved", R"("HD\x1b" 3-2: 197/480 Mbit/s, 3-4: 2/480 Mbit/s)")));
   facts_.reservations.clear();
   expect("bandwidth",
          "The USB bus has not enough bandwidth for it, although no other camera or sound card reserves any now",

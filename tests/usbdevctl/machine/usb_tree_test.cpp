@@ -9,9 +9,12 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::Field;
 using testing::IsEmpty;
 using testing::SizeIs;
+using usbdevctl::Bus;
 using usbdevctl::KernelFiles;
 using usbdevctl::Reservation;
 using usbdevctl::UsbTree;
@@ -60,6 +63,16 @@ TEST_F(TheUsbTree, NamesWhoReservesBandwidthOnTheSameBus) {
   ASSERT_THAT(found, SizeIs(1));
   EXPECT_EQ(found[0].port, "3-2.4");
   EXPECT_EQ(found[0].bits, 3LL * 1024 * 8000 * 8);
+}
+
+TEST_F(TheUsbTree, AddsUpWhatIsReservedOnEachBus) {
+  for (const char *root_hub : {"usb3", "usb12", "usb4", "usbx", "usb1234"}) machine_.set(root_hub, "speed", "480");
+  machine_.set("usb4", "speed", "5000");
+  for (const char *port : {"3-1", "3-2.4"}) reserve(port);
+  const auto is = [](int number, int speed, int reserved) {
+    return AllOf(Field(&Bus::number, number), Field(&Bus::speed, speed), Field(&Bus::reserved, reserved));
+  };
+  EXPECT_THAT(usb_.buses(), ElementsAre(is(3, 480, 394), is(4, 5000, 0), is(12, 480, 0)));
 }
 
 TEST_F(TheUsbTree, NamesNoMoreThanSixteenOfThem) {

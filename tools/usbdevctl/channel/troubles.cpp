@@ -38,7 +38,8 @@ Reasons withoutChannel(const std::string &port, const Machine &machine) {
 }
 
 std::string machineCameraText(const std::string &port, const Machine &machine) {
-  return port + "  \"" + printable(machine.usb().attribute(port, "product")) + '"';
+  const std::string product = machine.usb().attribute(port, "product");
+  return product.empty() ? port : port + "  \"" + printable(product) + '"';
 }
 
 std::string withoutChannelText(const std::string &port, const Machine &machine) {

@@ -22,6 +22,7 @@ constexpr std::size_t kFlagAt = 44;
 constexpr std::size_t kEventAt = 48;
 constexpr std::size_t kTargetAt = 52;
 
+constexpr std::int32_t kChanged = 0;  // settings, or what streams
 constexpr std::int32_t kPlugged = 6;
 constexpr std::int32_t kRemoved = 7;
 
@@ -32,8 +33,13 @@ std::int32_t numberAt(std::string_view datagram, std::size_t offset) {
   return number;
 }
 
+void appendNumber(std::string &datagram, std::int32_t number) {
+  datagram.append(reinterpret_cast<const char *>(&number), sizeof number);
+}
+
 std::string eventText(std::int32_t event) {
   const std::string code = std::to_string(event);
+  if (event == kChanged) return code + " (changed)";
   if (event == kPlugged) return code + " (plugged)";
   return event == kRemoved ? code + " (removed)" : code;
 }
@@ -86,6 +92,16 @@ std::optional<Notification> decodeNotification(std::string_view datagram, std::s
   notification.event = numberAt(datagram, kEventAt);
   notification.target = numberAt(datagram, kTargetAt);
   return notification;
+}
+
+std::string encodeNotification(const Notification &notification) {
+  std::string datagram(kMagic);
+  datagram.append(notification.header.begin(), notification.header.end());
+  for (const std::int32_t number : {notification.profile, notification.video_node, notification.audio_node,
+                                    notification.flag, notification.event, notification.target}) {
+    appendNumber(datagram, number);
+  }
+  return datagram;
 }
 
 std::string notificationText(const Notification &notification) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-// The datagram that reports a change to the manager, decoded.
+// The datagram that reports a change to the manager.
 #pragma once
 
 #include <array>
@@ -29,6 +29,8 @@ struct Notification {
 
 /// Nothing for a datagram of another size or with another beginning; `reason` is then why.
 std::optional<Notification> decodeNotification(std::string_view datagram, std::string &reason);
+
+std::string encodeNotification(const Notification &notification);
 
 /// One line.
 std::string notificationText(const Notification &notification);

@@ -14,37 +14,49 @@ constexpr std::size_t kPathSize = 256;  // as the library's functions require
 
 bool hasVideo(const ChannelRow &row) { return row.state == ChannelState::plugged && row.video_node; }
 
-/// The camera whose collisions are asked for, with the controller that it is on.
+/// Asked once, because it takes commands and the host stays what it is.
+bool isLimitedToOneChannel() {
+  static const bool limited = AMDmodel_oneChannelLimited() != 0;
+  return limited;
+}
+
+/// The camera whose collisions are asked for. The controller that it is on takes commands to find out, and does not
+/// matter for those that share its root port.
 class Tested {
  public:
-  explicit Tested(const ChannelRow &row) : row_(row) {
-    behind_bridge_ =
-        row.video_node && isPCIbridge(*row.video_node) != 0 && get_pcibridgePath(*row.video_node, path_) != 0;
-  }
+  explicit Tested(const ChannelRow &row) : row_(row) {}
 
-  Collision against(const ChannelRow &other, bool one_channel) const {
+  Collision against(const ChannelRow &other) {
+    if (rootPort(other.slot) == rootPort(row_.slot)) {
+      return isLimitedToOneChannel() ? Collision::host : Collision::root_port;
+    }
+    findController();
     char port[sizeof(_usbdev_des::usbslot)] = {};  // the library cuts it
     other.slot.copy(port, sizeof port - 1);
-    if (chkconflict(port, row_.slot.c_str(), behind_bridge_, *other.video_node, path_) == 0) return Collision::none;
-    if (one_channel) return Collision::host;
-    return rootPort(other.slot) == rootPort(row_.slot) ? Collision::root_port : Collision::controller;
+    if (chkconflict(port, row_.slot.c_str(), *behind_bridge_, *other.video_node, path_) == 0) return Collision::none;
+    return isLimitedToOneChannel() ? Collision::host : Collision::controller;
   }
 
  private:
+  void findController() {
+    if (behind_bridge_) return;
+    behind_bridge_ =
+        row_.video_node && isPCIbridge(*row_.video_node) != 0 && get_pcibridgePath(*row_.video_node, path_) != 0;
+  }
+
   const ChannelRow &row_;
   char path_[kPathSize] = "";
-  bool behind_bridge_ = false;
+  std::optional<bool> behind_bridge_;
 };
 
 }  // namespace
 
 Collisions readCollisions(const ChannelRows &rows, int channel, std::optional<int> only) {
   Collisions collisions = {};
-  const Tested tested(rows[static_cast<std::size_t>(channel)]);
-  const bool one_channel = AMDmodel_oneChannelLimited() != 0;
+  Tested tested(rows[static_cast<std::size_t>(channel)]);
   for (int other = 0; other < USBDEV_CHANNELS; ++other) {
     if (other == channel || other != only.value_or(other) || !hasVideo(rowOf(rows, other))) continue;
-    collisions[static_cast<std::size_t>(other)] = tested.against(rowOf(rows, other), one_channel);
+    collisions[static_cast<std::size_t>(other)] = tested.against(rowOf(rows, other));
   }
   return collisions;
 }

@@ -73,6 +73,14 @@ std::string everyExplanationText(const ChannelRows &rows, const Machine &machine
   return text;
 }
 
+Json busesJson(const std::vector<Bus> &buses) {
+  Json list = Json::array();
+  for (const Bus &bus : buses) {
+    list.append(Json::object().set("bus", bus.number).set("speed", bus.speed).set("reserved", bus.reserved));
+  }
+  return list;
+}
+
 Json everyExplanationJson(ChannelRows rows, const Machine &machine) {
   addTroubles(rows, machine);
   const FieldRows shown = channelFields(rows);
@@ -83,7 +91,7 @@ Json everyExplanationJson(ChannelRows rows, const Machine &machine) {
     const Reasons reasons = is_free ? Reasons() : reasonsAmongAll(camera, rows, machine);
     channels.append(channelExplanationJson(shown[channel], rows[channel].state, reasons));
   }
-  return Json::document().set("channels", std::move(channels));
+  return Json::document().set("channels", std::move(channels)).set("buses", busesJson(machine.usb().buses()));
 }
 
 ExitStatus explainEvery(const ChannelRows &rows, const Machine &machine, const ExplainOptions &options) {

@@ -14,7 +14,8 @@ constexpr int kWarningLevel = 1;
 }  // namespace
 
 std::string reasonEvent(const Camera &camera, const Reason &reason) {
-  return "Camera[" + camera.row.slot + " " + camera.row.device + "]: " + sentences(reason);
+  const std::string device = camera.row.device.empty() ? "" : " " + camera.row.device;
+  return "Camera[" + camera.row.slot + device + "]: " + sentences(reason);
 }
 
 bool logReasons(const Camera &camera, const Reasons &reasons) {

@@ -20,7 +20,11 @@ Reason noUsableFormat(const SupportFacts &facts) {
   if (!lists(facts.survey, "YUYV")) return reasonFor(Cause::no_known_format, {{"formats", formats}});
   const std::optional<Reason> lack = encodingLack(facts.encoding);
   if (!lack) return reasonFor(Cause::none_accepted, {{"formats", formats}});
-  return reasonFor(Cause::not_encoded, {{"formats", formats}, {"lack", lack->why}, {"cure", lack->remedy}});
+  return reasonFor(Cause::not_encoded, {{"formats", formats},
+                                        {"lack", lack->why},
+                                        {"lack_cause", lack->cause},
+                                        {"package", kCodecPackage},
+                                        {"cure", lack->remedy}});
 }
 
 Cause encodingCause(const EncodingFacts &facts) {

@@ -46,7 +46,7 @@ class Machine {
  public:
   explicit Machine(std::string root = "") : files_(std::move(root)), usb_(files_) {}
 
-  /// Whether there is a kernel that knows devices. A simulated host has none; nothing is found out there.
+  /// Whether there is a kernel that knows devices. A simulated host has none; of it only the buses are known.
   bool isReal() const { return files_.exists("/sys/kernel"); }
 
   const UsbTree &usb() const { return usb_; }

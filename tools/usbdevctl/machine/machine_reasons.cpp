@@ -24,11 +24,18 @@ std::string joined(const std::vector<std::string> &parts) {
   return text;
 }
 
-/// 196 of 480 Mbit/s for "HD Cam" in port 3-1
+/// 196 of 480 Mbit/s for "HD Cam" in port 3-1; not every device has a name.
 std::string reservationText(const Reservation &reservation, int bus_speed) {
-  const std::int64_t mega = (reservation.bits + 999'999) / 1'000'000;
-  return std::to_string(mega) + " of " + std::to_string(bus_speed) + " Mbit/s for \"" + printable(reservation.product) +
-         "\" in port " + reservation.port;
+  const std::string holder = reservation.product.empty() ? "the device" : '"' + printable(reservation.product) + '"';
+  return std::to_string(megabits(reservation.bits)) + " of " + std::to_string(bus_speed) + " Mbit/s for " + holder +
+         " in port " + reservation.port;
+}
+
+/// "HD Cam" 3-1: 196/480 Mbit/s, for programs that are not in English.
+std::string reservationInSigns(const Reservation &reservation, int bus_speed) {
+  const std::string product = reservation.product.empty() ? "" : '"' + printable(reservation.product) + "\" ";
+  return product + reservation.port + ": " + std::to_string(megabits(reservation.bits)) + "/" +
+         std::to_string(bus_speed) + " Mbit/s";
 }
 
 Reasons withoutDevice(const CameraPlace &camera, const MachineFacts &facts) {
@@ -40,7 +47,7 @@ Reasons withoutDevice(const CameraPlace &camera, const MachineFacts &facts) {
     return {reasonFor(Cause::over_current, {{"port", camera.port}, {"count", std::to_string(facts.over_current)}})};
   }
   if (!camera.attached) return {};
-  return {reasonFor(Cause::gone, {{"what", "its USB device"}, {"port", camera.port}})};
+  return {reasonFor(Cause::gone, {{"port", camera.port}})};
 }
 
 Reason unopened(const CameraPlace &camera, const MachineFacts &facts) {
@@ -62,25 +69,30 @@ Reasons withoutNode(const CameraPlace &camera, const MachineFacts &facts) {
   }
   if (!facts.has_node) return {reasonFor(Cause::no_capture_node)};
   if (!camera.node) return {};
-  if (!facts.node.exists) return {reasonFor(Cause::gone, {{"what", nodePath(camera)}, {"port", camera.port}})};
+  if (!facts.node.exists) return {reasonFor(Cause::node_gone, {{"node", nodePath(camera)}, {"port", camera.port}})};
   if (facts.node.open_error != 0) return {unopened(camera, facts)};
   if (!facts.node.captures) return {reasonFor(Cause::metadata_node, {{"node", nodePath(camera)}})};
   return {};
 }
 
 Reason busy(const CameraPlace &camera, const NodeHolders &holders) {
-  if (holders.programs.empty() && !holders.all_seen) return reasonFor(Cause::busy_unseen, {{"port", camera.port}});
-  const std::string programs = holders.programs.empty() ? "one that has ended since" : joined(holders.programs);
-  return reasonFor(Cause::busy, {{"programs", programs}});
+  if (!holders.programs.empty()) return reasonFor(Cause::busy, {{"programs", joined(holders.programs)}});
+  return holders.all_seen ? reasonFor(Cause::busy_before) : reasonFor(Cause::busy_unseen, {{"port", camera.port}});
 }
 
 Reason lackOfSpace(const CameraPlace &camera, const MachineFacts &facts) {
   if (facts.disk_full) return reasonFor(Cause::disk_full, {{"folder", streamFolder(*camera.profile)}});
   std::vector<std::string> holders;
-  for (const Reservation &it : facts.reservations) holders.push_back(reservationText(it, facts.bus_speed));
-  return reasonFor(
-      holders.empty() ? Cause::bandwidth_alone : Cause::bandwidth,
-      {{"holders", joined(holders)}, {"port", camera.port}, {"bus", camera.port.substr(0, camera.port.find('-'))}});
+  std::vector<std::string> in_signs;
+  for (const Reservation &it : facts.reservations) {
+    holders.push_back(reservationText(it, facts.bus_speed));
+    in_signs.push_back(reservationInSigns(it, facts.bus_speed));
+  }
+  return reasonFor(holders.empty() ? Cause::bandwidth_alone : Cause::bandwidth,
+                   {{"holders", joined(holders)},
+                    {"reserved", joined(in_signs)},
+                    {"port", camera.port},
+                    {"bus", camera.port.substr(0, camera.port.find('-'))}});
 }
 
 Reason failed(const CameraPlace &camera, const MachineFacts &facts) {

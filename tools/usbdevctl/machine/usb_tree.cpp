@@ -14,6 +14,7 @@ namespace {
 
 const std::string kDevices = "/sys/bus/usb/devices/";
 const std::regex kPort(R"(\d{1,3}-\d{1,3}(\.\d{1,3}){0,6})");
+const std::regex kRootHub(R"(usb(\d{1,3}))");
 constexpr std::size_t kMostReservations = 16;
 constexpr char kVideoClass[] = "0e";
 
@@ -86,10 +87,31 @@ std::int64_t UsbTree::reservedBy(const std::string &port) const {
   return bits;
 }
 
+std::vector<std::string> UsbTree::portsOn(const std::string &bus) const {
+  std::vector<std::string> ports;
+  for (const std::string &name : files_.names(kDevices)) {
+    if (isPort(name) && busOf(name) == bus) ports.push_back(name);
+  }
+  return ports;
+}
+
+std::vector<Bus> UsbTree::buses() const {
+  std::vector<Bus> buses;
+  for (const std::string &name : files_.names(kDevices)) {
+    std::smatch root_hub;
+    if (!std::regex_match(name, root_hub, kRootHub)) continue;
+    std::int64_t bits = 0;
+    for (const std::string &port : portsOn(root_hub[1])) bits += reservedBy(port);
+    buses.push_back({std::stoi(root_hub[1]), speed(name), megabits(bits)});
+  }
+  std::sort(buses.begin(), buses.end(), [](const Bus &one, const Bus &other) { return one.number < other.number; });
+  return buses;
+}
+
 std::vector<Reservation> UsbTree::reservationsBeside(const std::string &port) const {
   std::vector<Reservation> reservations;
-  for (const std::string &name : files_.names(kDevices)) {
-    if (!isPort(name) || name == port || busOf(name) != busOf(port)) continue;
+  for (const std::string &name : portsOn(busOf(port))) {
+    if (name == port) continue;
     const std::int64_t bits = reservedBy(name);
     if (bits > 0 && reservations.size() < kMostReservations) {
       reservations.push_back({name, attribute(name, "product"), bits});

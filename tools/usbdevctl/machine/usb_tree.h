@@ -20,6 +20,16 @@ struct Reservation {
   std::int64_t bits = 0;  // a second
 };
 
+/// A bus, with how much of it its devices have reserved; in Mbit/s, rounded up.
+struct Bus {
+  int number = 0;
+  int speed = 0;
+  int reserved = 0;
+};
+
+/// Rounds up, because what is reserved in part is not nothing.
+inline int megabits(std::int64_t bits) { return static_cast<int>((bits + 999'999) / 1'000'000); }
+
 class UsbTree {
  public:
   explicit UsbTree(const KernelFiles &files) : files_(files) {}
@@ -47,11 +57,15 @@ class UsbTree {
   /// Who has reserved bandwidth of the port's bus, without the device in the port itself.
   std::vector<Reservation> reservationsBeside(const std::string &port) const;
 
+  /// All buses, in the order of their numbers.
+  std::vector<Bus> buses() const;
+
   /// Another camera that only its port tells from this one.
   std::optional<std::string> twinOf(const std::string &port) const;
 
  private:
   std::vector<std::string> interfacesOf(const std::string &port) const;
+  std::vector<std::string> portsOn(const std::string &bus) const;
   std::int64_t reservedBy(const std::string &port) const;
   bool areTwins(const std::string &port, const std::string &other) const;
 
