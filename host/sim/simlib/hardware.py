@@ -9,8 +9,10 @@ import os
 import shutil
 from pathlib import Path
 
+from simlib import bandwidth
 from simlib.catalogue import SoundCard
 from simlib.machine import Machine, PluggedCamera
+from simlib.topology import Topology
 from simlib.walk import VideoNode, render_walk
 
 VIDEO_DRIVER = "uvcvideo"
@@ -27,6 +29,14 @@ class Hardware:
         self._sys = root / "sys"
         self._sim = root / "run/usbdev-sim"
 
+    def add_buses(self, topology: Topology) -> None:
+        """Creates what is there without a camera."""
+        for bus in topology.buses.values():
+            root_hub = self._sys / bus.devpath.lstrip("/")
+            root_hub.mkdir(parents=True)
+            (root_hub / "speed").write_text(f"{bus.speed}\n", encoding="ascii")
+            _link(self._sys / "bus/usb/devices" / root_hub.name, root_hub)
+
     def appear(self, machine: Machine, plugged: PluggedCamera) -> None:
         """Creates all files of a camera, the device nodes last, so that all others exist when a node appears."""
         for function, nodes in plugged.functions():
@@ -36,6 +46,7 @@ class Hardware:
                 self._add_video_node(machine, plugged, VideoNode(function, index, node))
         if plugged.camera.sound is not None:
             self._add_sound_card(machine, plugged, plugged.camera.sound)
+        self._add_bandwidth(machine, plugged)
         for node in plugged.nodes:
             (self._root / f"dev/video{node}").touch()
 
@@ -51,6 +62,7 @@ class Hardware:
         for driver in (VIDEO_DRIVER, SOUND_DRIVER):
             for link in (self._sys / "bus/usb/drivers" / driver).glob(f"{plugged.port.slot}:*"):
                 link.unlink()
+        (self._sys / "bus/usb/devices" / plugged.port.slot).unlink(missing_ok=True)
         shutil.rmtree(self._device(machine, plugged), ignore_errors=True)
 
     def unload_drivers(self) -> None:
@@ -94,6 +106,16 @@ class Hardware:
         answers.mkdir(parents=True)
         (answers / "walk").write_text(render_walk(machine, plugged, node), encoding="utf-8")
         (answers / "formats").write_bytes(plugged.camera.listing(node.function.nodes[node.index]))
+
+    def _add_bandwidth(self, machine: Machine, plugged: PluggedCamera) -> None:
+        device, port = self._device(machine, plugged), plugged.port
+        streaming = [function.first_interface + 1 for function, _ in plugged.functions()]
+        bandwidth.add_files(device, streaming, machine.speed_at(port, plugged.camera))
+        _link(self._sys / "bus/usb/devices" / port.slot, device)
+        for function, nodes in plugged.functions():
+            setting = device / f"{port.slot}:1.{function.first_interface + 1}" / bandwidth.SETTING
+            for node in nodes:
+                _link(self._sim / f"nodes/video{node}/setting", setting)
 
     def _add_sound_card(self, machine: Machine, plugged: PluggedCamera, sound: SoundCard) -> None:
         first = sound.first_interface

@@ -13,6 +13,7 @@ from simlib.hardware import Hardware
 from simlib.machine import Machine, PluggedCamera
 from simlib.ports import parse_port
 from simlib.store import Store
+from simlib.topology import Topology
 
 
 Change = Callable[[Machine], object]
@@ -26,6 +27,7 @@ class SimulatedHost:
     def create(self, topology: str) -> None:
         """Makes a host on which nothing is plugged in."""
         self._store.create(topology)
+        self._hardware.add_buses(Topology(topology))
 
     def plug(self, camera_name: str, port: str) -> PluggedCamera:
         camera = load_camera(camera_name)
