@@ -19,9 +19,10 @@ class MockedUdev:
         self._testbed = UMockdev.Testbed.new()
         self._time = 0
 
-    def plug(self, slot: str, interfaces: str = ":0e0100:0e0200:010100:", product: str | None = "HD Webcam") -> str:
+    def plug(self, slot: str, interfaces: str = ":0e0100:0e0200:010100:", product: str | None = "HD Webcam",
+             driver: str = "usb") -> str:  # fmt: skip
         attributes = [] if product is None else ["product", product]
-        facts = ["DEVTYPE", "usb_device", "ID_USB_INTERFACES", interfaces]
+        facts = ["DEVTYPE", "usb_device", "ID_USB_INTERFACES", interfaces, "DRIVER", driver]
         return self._testbed.add_device("usb", slot, None, attributes, facts)
 
     def appear(self, usb_device: str, name: str, attributes: list[str], facts: list[str], *, ready: bool = True) -> str:

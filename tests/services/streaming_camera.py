@@ -9,9 +9,10 @@ from conftest import HERE
 
 STREAM = "/mnt/ext/opt/apps/Velmora2/hls/channel2"
 LOG = "/var/log/vl/manager-service.log"
-# A camera with profile 1, streaming in small pictures as soon as its settings are stored.
+# A camera with profile 1, streaming in small pictures as soon as its settings are stored: nobody is notified of the assignment.
 SHELL = f"""
-sim plug hd-pro-webcam 3-1 >/dev/null; usbdevctl assign 3-1 1 >/dev/null
+ASSIGN="from usbdev import profiles; profiles.assign('3-1', 1)"
+sim plug hd-pro-webcam 3-1 >/dev/null; /usr/bin/python3 -Bc "$ASSIGN"
 store() {{ /usr/bin/python3 -B {HERE}/set_stream.py 1 "$@"; }}
 switch() {{ call vl_set_usbslot_switch 3-1 "$1" 127.0.0.1 >/dev/null; }}
 live() {{ until_true test -e {STREAM}/playlist.m3u8; }}

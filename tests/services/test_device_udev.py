@@ -67,7 +67,13 @@ class TestALook:
         camera = mocked.plug("3-1")
         mocked.appear(camera, "v4l-subdev0", [], [])
         mocked.appear(camera, "controlC1", [], [])
-        assert udev.look() == {}
+        assert udev.look() == {"3-1": UsbDevice()}
+
+    def test_shows_cameras_without_a_node_and_no_other_devices(self, mocked: MockedUdev, udev: Udev) -> None:
+        mocked.plug("3-1")
+        mocked.plug("3-2", ":030101:")
+        mocked.plug("3-3", driver="usbip-host")
+        assert udev.look() == {"3-1": UsbDevice()}
 
     @pytest.mark.parametrize("name", ["Kamera f\u00fcr B\u00e4r", "\u30ab\u30e1\u30e9"])
     def test_keeps_a_name_in_any_script(self, mocked: MockedUdev, udev: Udev, name: str) -> None:
@@ -90,6 +96,7 @@ class TestALook:
 class TestAnEvent:
     def test_comes_with_a_node_and_with_its_removal_and_is_taken(self, mocked: MockedUdev, udev: Udev) -> None:
         camera = mocked.plug("3-1")
+        udev.take_events()
         assert not has_event(udev)
         node = mocked.node(camera, 0)
         assert has_event(udev)
@@ -98,7 +105,13 @@ class TestAnEvent:
         mocked.remove(node)
         assert has_event(udev)
         udev.take_events()
-        assert udev.look() == {}
+        assert udev.look() == {"3-1": UsbDevice()}
+
+    def test_comes_with_a_camera_that_has_no_node(self, mocked: MockedUdev, udev: Udev) -> None:
+        camera = mocked.plug("3-1")
+        assert has_event(udev)
+        mocked.get_ready(camera)
+        assert udev.look() == {"3-1": UsbDevice(born=1)}
 
     def test_may_be_lost_when_there_are_too_many(self, udev: Udev, monkeypatch: pytest.MonkeyPatch) -> None:
         def overflow(**_: object) -> None:

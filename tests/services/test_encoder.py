@@ -5,14 +5,18 @@
 
 from __future__ import annotations
 
+import asyncio
 import itertools
+import os
+import stat
 import subprocess
 from dataclasses import replace
 from pathlib import Path
 
 import pytest
-from managerlib import encoder
+from managerlib import encoder, stream_process
 from managerlib.library import Sound, Stream, wanted
+from managerlib.stream_process import StreamProcess
 from usbdev import Codec, StreamInfo, StreamType
 
 MJPEG = Stream(3, True, 640, 480, 7.5)
@@ -83,7 +87,7 @@ def test_pictures_that_the_camera_compresses_are_also_copied_one_a_second():
 @pytest.mark.parametrize(("stream", "reads_camera"), [(RAW, True), (RAW, False), (MJPEG, False)])
 def test_of_other_pictures_there_is_a_small_one_a_second_changed_as_in_the_stream(stream, reads_camera):
     outputs = parts(replace(stream, flip=True), reads_camera)[-1]
-    assert "-filter:v fps=1,scale=320:-2,format=yuvj420p,vflip -codec:v mjpeg" in outputs
+    assert "-filter:v fps=1:round=up,scale=320:-2,format=yuvj420p,vflip -codec:v mjpeg -threads:v 1 " in outputs
     assert outputs.endswith(f"-f image2 -update 1 -atomic_writing 1 {FOLDER}/picture.jpg")
 
 
@@ -158,3 +162,22 @@ def test_without_a_card_or_with_sound_off_there_is_no_sound(change):
 @pytest.mark.parametrize("kind", [StreamType.NONE, StreamType.AUDIO, StreamType.NOT_AVAILABLE])
 def test_a_profile_without_pictures_has_no_stream(kind):
     assert wanted(replace(INFO, stream_type=kind)) is None
+
+
+def test_web_servers_of_other_users_may_read_what_it_writes(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> None:
+    written = tmp_path / "playlist.m3u8"
+    monkeypatch.setattr(encoder, "PROGRAM", "/bin/sh")
+    monkeypatch.setattr(encoder, "arguments", lambda *_: ["-c", f": >{written}"])
+    monkeypatch.setattr(stream_process, "DIRECTORY", str(tmp_path))
+
+    async def stream() -> None:
+        ended = asyncio.Event()
+        await StreamProcess(0, MJPEG).start(ended.set)
+        await ended.wait()
+
+    before = os.umask(0o027)
+    try:
+        asyncio.run(stream())
+    finally:
+        os.umask(before)
+    assert stat.S_IMODE(written.stat().st_mode) == 0o644

@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import asyncio
 import json
 import os
 import stat
@@ -14,10 +15,11 @@ from pathlib import Path
 
 import pytest
 from conftest import REPOSITORY
-from loginlib import query
+from loginlib import query, service
 from loginlib.request_log import RequestLog
 from loginlib.sessions import IDLE_SECONDS, Sessions
 from loginlib.users import LONGEST, UserError, Users
+from servicelib import lifecycle
 
 
 @pytest.fixture
@@ -158,3 +160,22 @@ def test_a_user_name_with_a_line_feed_makes_no_line_of_the_log(tmp_path: Path) -
     (line,) = log.read_text().splitlines()
     assert json.loads(line)["user"] == 'ann"\n{}'
     assert stat.S_IMODE(log.stat().st_mode) == 0o600
+
+
+def test_the_log_of_requests_can_be_the_standard_output(capfd: pytest.CaptureFixture[str]) -> None:
+    RequestLog(Path("-")).add("127.0.0.1", "/", 200, {"user": "ann"})
+    assert json.loads(capfd.readouterr().out)["user"] == "ann"
+
+
+@pytest.mark.parametrize(("names", "said"), [([], 1), (["ann"], 0)])
+def test_the_service_says_at_its_start_if_there_are_no_users(
+    file: Path, names: list[str], said: int, monkeypatch: pytest.MonkeyPatch, capfd: pytest.CaptureFixture[str]
+) -> None:
+    async def end(_: str) -> None: ...
+
+    monkeypatch.setattr(service, "port", lambda: 0)  # any that is free
+    monkeypatch.setattr(lifecycle, "serve_until_stopped", end)
+    for name in names:
+        Users(file).add(name, b"secret")
+    asyncio.run(service.serve(file, file.with_name("log")))
+    assert capfd.readouterr().err.count("'login-users add NAME' adds a user") == said

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 
 """The services let usbdevctl log why a camera does not work: the manager once for each failure of a stream that begins, the
-device manager for each camera that gets no channel."""
+device manager for each camera that gets no channel or no node."""
 
 from __future__ import annotations
 
@@ -10,7 +10,7 @@ import asyncio
 from pathlib import Path
 
 import pytest
-from devicelib import service
+from devicelib import missing, service
 from devicelib.decision import Call
 from devicelib.world import Node, UsbDevice, World
 from managerlib import camera, encoder, stream_process
@@ -114,6 +114,7 @@ async def logged(ports: Ports, *events: tuple[str, ...]) -> None:
     for ports.slots in events:
         while await manager._report_one():
             pass
+        await asyncio.sleep(0.01)  # after which each timer of 0 s has run
     await asyncio.gather(*manager._logging)
 
 
@@ -126,3 +127,32 @@ def test_a_camera_that_gets_no_channel_is_logged(tmp_path: Path, monkeypatch: py
     monkeypatch.setattr(reasons, "PROGRAM", program(tmp_path / "log", f'echo "$@" >>{tmp_path}/calls'))
     asyncio.run(logged(Ports(*before), *events))
     assert (tmp_path / "calls").read_text().splitlines() == [f"explain {port} --log" for port in ports]
+
+
+class WithoutNodes(Ports):
+    """Cameras that no driver serves. Each is named by its port, and by when it was plugged in."""
+
+    def look(self) -> World:
+        return {slot: UsbDevice(born=int(born)) for slot, _, born in (it.partition(" at ") for it in self.slots)}
+
+
+def test_a_camera_that_gets_no_node_is_logged_once_for_each_plug(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setattr(reasons, "PROGRAM", program(tmp_path / "log", f'echo "$@" >>{tmp_path}/calls'))
+    monkeypatch.setattr(missing, "SECONDS", 0)
+    events = [("3-1 at 1",), ("3-1 at 1", "3-2 at 2"), ("3-1 at 3", "3-2 at 2")]
+    asyncio.run(logged(WithoutNodes(), *events))
+    calls = sorted((tmp_path / "calls").read_text().splitlines())  # the programs run at the same time
+    assert calls == [f"explain {port} --log" for port in ("3-1", "3-1", "3-2")]
+
+
+def test_a_camera_whose_node_comes_in_time_is_not_logged() -> None:
+    async def story() -> list[str]:
+        reported: list[str] = []
+        cameras = missing.MissingNodes(reported.append)
+        cameras.follow({"3-1": UsbDevice(born=1)})
+        timers = list(cameras._cameras.values())
+        cameras.follow({"3-1": UsbDevice((Node(0, 0, "Webcam", 2),), born=1)})
+        assert [timer.cancelled() for timer in timers] == [True]
+        return reported
+
+    assert asyncio.run(story()) == []

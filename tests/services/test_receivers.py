@@ -62,10 +62,12 @@ def test_a_signal_is_shown_byte_by_byte() -> None:
 def test_the_manager_prints_what_the_library_sends(with_services: RunOnHost) -> None:
     done = with_services(
         "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 1 >/dev/null; usbdevctl clear 1 >/dev/null\n"
-        f"until_true grep -q event {MANAGER_LOG}; grep event {MANAGER_LOG}"
+        f"until_true 'grep -q \"event 4\" {MANAGER_LOG}'; grep event {MANAGER_LOG}"
     )
-    (line,) = done.stdout.splitlines()
-    assert "profile 1  video 0  audio none  flag 0  target none" in line
+    assert done.stdout.splitlines() == [
+        "event 0 (changed)  profile 1  video 0  audio none  flag 0  target 1  request none",
+        "event 4  profile 1  video 0  audio none  flag 0  target none  request none",
+    ]
 
 
 def test_the_manager_refuses_other_datagrams_and_continues(with_services: RunOnHost) -> None:
@@ -77,7 +79,7 @@ def test_the_manager_refuses_other_datagrams_and_continues(with_services: RunOnH
     assert done.stdout.splitlines() == [
         "manager-service: refused a datagram: it has 5 bytes, not 56",
         "manager-service: refused a datagram: it does not begin with ORDA_VLM2_CFCG_N",
-        "event 0  profile 0  video 0  audio 0  flag 0  target 0  request none",
+        "event 0 (changed)  profile 0  video 0  audio 0  flag 0  target 0  request none",
     ]
 
 

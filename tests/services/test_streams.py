@@ -25,6 +25,15 @@ def test_a_profile_streams_with_its_size_and_rate_until_its_port_is_off(with_ser
     )
 
 
+def test_a_stream_begins_with_its_assignment_whatever_was_stored_before(with_services: RunOnHost) -> None:
+    done = with_services(
+        SHELL + "usbdevctl assign 3-1 1 >/dev/null; said 'profile 1 streams' 1; live; switch off; said 'no more' 1; switch enable\n"
+        "said 'profile 1 streams' 2; usbdevctl clear 1 >/dev/null; said 'no more' 2\n"
+        "usbdevctl assign 3-1 1 >/dev/null; said 'profile 1 streams' 3; live"
+    )
+    assert (done.stdout, done.stderr) == ("", "")
+
+
 def test_a_stream_has_a_small_picture_as_long_as_it_runs(with_services: RunOnHost) -> None:
     done = with_services(
         SHELL + SMALL + f"live; until_true 'test -s {STREAM}/picture.jpg'\n"

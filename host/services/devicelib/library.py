@@ -22,10 +22,10 @@ class Library:
         hotplug.start_up()
         print("synchronised", flush=True)
 
-    def notify_manager(self) -> None:
-        """Lets the manager look again at all profiles; the library notifies it of no synchronisation, and of a camera that is
+    def notify_manager(self, profile: int = -1) -> None:
+        """Lets the manager look again at the profiles; the library notifies it of no synchronisation, and of a camera that is
         back only if its profile streams MJPEG."""
-        nothing_else = Notification(bytes(HEADER_SIZE), profile=-1, video_node=-1, audio_node=-1, flag=0, event=0, target=-1)
+        nothing_else = Notification(bytes(HEADER_SIZE), profile, video_node=-1, audio_node=-1, flag=0, event=0, target=profile)
         with suppress(UsbdevError):  # a manager that does not run looks when it starts
             core.notify_manager(nothing_else)
 
@@ -42,17 +42,18 @@ class Library:
         card, or a camera when all are taken."""
         device = call.device
         what = f"{'plugged' if call.plugged else 'removed'} {call.slot} {call.kind.value} {device.number} {device.name!r}"
-        taken = False
+        taken, profile = False, None
         try:
-            outcome = f"channel {hotplug.handle_event(_device(call)).channel}"
-            taken = True
+            handled = hotplug.handle_event(_device(call))
+            taken, profile = True, handled.profile
+            outcome = f"channel {handled.channel}"
         except UsbdevError:
             outcome = "no channel"
         except ValueError as problem:
             outcome = str(problem)
         print(f"{what}: {outcome}", flush=True)
-        if call.plugged and call.kind is Kind.CAMERA:
-            self.notify_manager()
+        if call.plugged and call.kind is Kind.CAMERA and profile is not None:
+            self.notify_manager(profile)
         return taken
 
 

@@ -14,6 +14,7 @@ from usbdev import core
 from devicelib import decision
 from devicelib.decision import Kind
 from devicelib.library import Library
+from devicelib.missing import MissingNodes
 from devicelib.udev import Udev
 
 
@@ -25,6 +26,7 @@ class DeviceManager:
         self._library = library
         self._changed = asyncio.Event()
         self._logging: set[asyncio.Task[None]] = set()
+        self._missing = MissingNodes(self._log_reason)
 
     def start(self) -> None:
         """Synchronises. Whatever comes or goes meanwhile is reported by follow()."""
@@ -57,7 +59,9 @@ class DeviceManager:
     async def _report_one(self) -> bool:
         """Looks again before each call, because a call takes long enough for the next event."""
         with lifecycle.watched():
-            call = decision.next_call(self._history, self._udev.look())
+            world = self._udev.look()
+            self._missing.follow(world)
+            call = decision.next_call(self._history, world)
             if call is None:
                 return False
             taken = self._library.call(call)
@@ -68,7 +72,7 @@ class DeviceManager:
         return True
 
     def _log_reason(self, slot: str) -> None:
-        """Has it logged why the camera got no channel, while other devices come and go."""
+        """Has it logged why the camera got no channel, or no node, while other devices come and go."""
         task = asyncio.create_task(reasons.log(slot))
         self._logging.add(task)
         task.add_done_callback(self._logging.discard)

@@ -30,6 +30,7 @@ class Udev:
         self._monitor = Monitor.from_netlink(self._context, source="udev")
         for subsystem in ("video4linux", "sound"):
             self._monitor.filter_by(subsystem)
+        self._monitor.filter_by("usb", "usb_device")  # of a camera without a node
         self._monitor.start()
 
     def fileno(self) -> int:
@@ -55,10 +56,17 @@ class Udev:
 
     def _look(self) -> World:
         devices = [*self._in_ports("video4linux", "video"), *self._in_ports("sound", "card")]
-        found: dict[str, list[tuple[Device, Device]]] = {}
+        found: dict[str, tuple[Device, list[Device]]] = {it.sys_name: (it, []) for it in self._cameras()}
         for usb_device, device in devices:
-            found.setdefault(usb_device.sys_name, []).append((usb_device, device))
-        return {slot: self._usb_device(pairs[0][0], [device for _, device in pairs]) for slot, pairs in found.items()}
+            found.setdefault(usb_device.sys_name, (usb_device, []))[1].append(device)
+        return {slot: self._usb_device(usb_device, devices) for slot, (usb_device, devices) in found.items()}
+
+    def _cameras(self) -> Iterator[Device]:
+        """Returns the USB devices that are cameras, with or without a node. One that is passed on to another machine has another
+        driver."""
+        for device in self._context.list_devices(subsystem="usb", ID_USB_INTERFACES=f"*{VIDEO_INTERFACE}*"):
+            if device.device_type == "usb_device" and device.properties.get("DRIVER", "usb") == "usb":
+                yield device
 
     def _in_ports(self, subsystem: str, kind: str) -> Iterator[tuple[Device, Device]]:
         """Returns the devices of a kind that are on a USB port, each with the USB device in the port."""
@@ -76,6 +84,7 @@ class Udev:
             tuple(_card(device, product) for device in sounds if _is_ready(device, SOUND_DRIVER, CARD_READY)),
             is_settled=all(READY in device.properties for device in videos),
             has_video=VIDEO_INTERFACE in usb_device.properties.get("ID_USB_INTERFACES", ""),
+            born=int(usb_device.properties.get(READY, "0")),
         )
 
     def _node(self, device: Device) -> Node:

@@ -37,6 +37,7 @@ class UsbDevice:
     cards: tuple[Card, ...] = ()
     is_settled: bool = True
     has_video: bool = True  # also while no driver serves it
+    born: int = 0  # when udev had finished with it
 
     def camera(self) -> Node | None:
         """Returns the node that stands for the camera: of two functions the first counts."""
@@ -55,5 +56,5 @@ class UsbDevice:
         return [it for it in self.nodes if it.captures]
 
 
-# The USB devices with a camera or a sound card, by their ports.
+# The USB devices that are cameras or have a sound card, by their ports.
 World = Mapping[str, UsbDevice]

@@ -23,6 +23,7 @@ ADDRESS = "127.0.0.1"
 DEFAULT_PORT = 58080
 # The library asks the host with the same command.
 PORT_QUERY = ["/sbin/readcfg", "System", "InnerWebAccessPort", "-d", str(DEFAULT_PORT)]
+NOBODY = "nobody can log in yet: 'login-users add NAME' adds a user, on a real machine 'sudo usbdev-login-users add NAME'"
 
 
 class Page(RequestHandler):
@@ -99,16 +100,20 @@ def port() -> int:
 
 
 async def serve(users_file: Path, log_file: Path) -> None:
-    server = Server(application(Users(users_file), RequestLog(log_file)), idle_connection_timeout=30)
+    known_users = Users(users_file)
+    server = Server(application(known_users, RequestLog(log_file)), idle_connection_timeout=30)
     chosen = port()
     server.listen(chosen, ADDRESS)
-    await lifecycle.until_stopped(f"listening on {ADDRESS}:{chosen}")
+    if not known_users.names():
+        lifecycle.say(NOBODY)
+    await lifecycle.serve_until_stopped(f"listening on {ADDRESS}:{chosen}")
     server.stop()
 
 
 def main(arguments: list[str]) -> int:
     parser = argparse.ArgumentParser(prog="login-service", description="The login pages of the host's web server.")
     parser.add_argument("--users", metavar="FILE", type=Path, default=users.DEFAULT_FILE, help="default: %(default)s")
-    parser.add_argument("--log", metavar="FILE", type=Path, default=request_log.DEFAULT_FILE, help="default: %(default)s")
+    parser.add_argument("--log", metavar="FILE", type=Path, default=request_log.DEFAULT_FILE,
+                        help="the log of requests; - for standard output (default: %(default)s)")
     options = parser.parse_args(arguments)
     return lifecycle.run(serve(options.users, options.log))

@@ -7,8 +7,10 @@ from __future__ import annotations
 
 import os
 import stat
+from contextlib import suppress
 
 NODE = "/dev/video{}"
+SIMULATED_SETTING = "/run/usbdev-sim/nodes/video{}/setting"
 Identity = tuple[int, ...]
 
 
@@ -23,6 +25,12 @@ def is_simulated(node: int) -> bool:
     """Checks whether the node is a plain file, as those of simulated cameras are."""
     status = _status(node)
     return status is not None and stat.S_ISREG(status.st_mode)
+
+
+def simulate_stream(node: int, streams: bool) -> None:
+    """Reserves bandwidth for a simulated camera as long as it streams, as the kernel does for a real one."""
+    with suppress(OSError), open(SIMULATED_SETTING.format(node), "r+", encoding="ascii") as setting:
+        setting.write(f"{int(streams):2}\n")
 
 
 def _status(node: int) -> os.stat_result | None:

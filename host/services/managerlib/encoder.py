@@ -28,8 +28,10 @@ KEY_PICTURES = f"expr:gte(t,if(n_forced,(n_forced-1)*{SEGMENT_SECONDS}+{FIRST_SE
 AT_ONCE = ("-fflags", "nobuffer", "-analyzeduration", "0")
 # The two sources wait for each other only at the output.
 QUEUE = ("-thread_queue_size", "64")
-# For a list of cameras. The height follows, as an even number.
-ONE_A_SECOND = ("fps=1", "scale=320:-2", "format=yuvj420p")
+# For a list of cameras. The height follows, as an even number. The first picture counts at once, and none waits in a thread of
+# the encoder for the next one.
+ONE_A_SECOND = ("fps=1:round=up", "scale=320:-2", "format=yuvj420p")
+WITHOUT_DELAY = ("-threads:v", "1")
 AS_PICTURE = ("-f", "image2", "-update", "1", "-atomic_writing", "1")
 TIME = f"drawtext=fontfile={FONT}:text=%{{localtime}}:fontsize=h/20:x=h/40:y=h/40:fontcolor=white:box=1:boxcolor=black@0.5"
 
@@ -136,4 +138,4 @@ def _copied_picture(stream: Stream, folder: Path) -> list[str]:
 def _small_picture(stream: Stream, folder: Path) -> list[str]:
     """One picture of each second, as in the stream. It is chosen before it is changed, which costs least."""
     filters = _filters([*ONE_A_SECOND, *_changes(stream)])
-    return ["-map", "0:v", *filters, "-codec:v", "mjpeg", "-qscale:v", "6", *AS_PICTURE, str(folder / PICTURE)]
+    return ["-map", "0:v", *filters, "-codec:v", "mjpeg", *WITHOUT_DELAY, "-qscale:v", "6", *AS_PICTURE, str(folder / PICTURE)]

@@ -9,7 +9,7 @@ import ipaddress
 
 from usbdev import Notification
 
-_EVENTS = {6: "6 (plugged)", 7: "7 (removed)"}
+_EVENTS = {0: "0 (changed)", 6: "6 (plugged)", 7: "7 (removed)"}
 
 
 def line(it: Notification) -> str:

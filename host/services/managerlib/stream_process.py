@@ -9,10 +9,12 @@ import asyncio
 from collections.abc import Callable
 from pathlib import Path
 
+from servicelib.places import STREAMS
+
 from managerlib import camera, encoder
 from managerlib.library import Stream
 
-DIRECTORY = "/mnt/ext/opt/apps/Velmora2/hls/channel{}"
+DIRECTORY = str(STREAMS / "channel{}")
 SECONDS_TO_END = 5
 REMEMBERED_BYTES = 4096
 
@@ -35,8 +37,10 @@ class StreamProcess:
         self._remove_files()  # of a stream whose manager was killed
         arguments = encoder.arguments(self._stream, self._folder, self.reads_camera)
         self._process = await asyncio.create_subprocess_exec(
-            encoder.name(self._stream), *arguments, executable=encoder.PROGRAM, stderr=asyncio.subprocess.PIPE
-        )
+            encoder.name(self._stream), *arguments, executable=encoder.PROGRAM, stderr=asyncio.subprocess.PIPE,
+            umask=0o022,  # web servers of other users give the pictures out
+        )  # fmt: skip
+        self._use_camera(True)
         self._end = asyncio.get_running_loop().create_task(self._listen())
         self._end.add_done_callback(lambda _: at_end())
 
@@ -68,6 +72,11 @@ class StreamProcess:
         while said := await self._process.stderr.read(REMEMBERED_BYTES):
             self.said = (self.said + said)[-REMEMBERED_BYTES:]
         await self._process.wait()
+        self._use_camera(False)
+
+    def _use_camera(self, streams: bool) -> None:
+        if not self.reads_camera:
+            camera.simulate_stream(self._stream.node, streams)
 
     def _written(self) -> int | None:
         try:

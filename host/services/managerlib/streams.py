@@ -65,6 +65,7 @@ class Streams:
         """Waits until something happens or is due."""
         due = min(stream.due for stream in self._streams)
         try:
-            await asyncio.wait_for(self._wake.wait(), due - time.monotonic())
-        except asyncio.TimeoutError:
+            async with asyncio.timeout(due - time.monotonic()):
+                await self._wake.wait()
+        except TimeoutError:
             pass

@@ -14,6 +14,8 @@ from contextlib import contextmanager
 
 from systemd import daemon
 
+SIGNS = 3  # of life in the time that the watchdog of a unit allows for one
+
 
 def run(service: Coroutine[None, None, None]) -> int:
     """Runs a service until it ends. If an address is in use, or the system refuses something else, prints one line."""
@@ -33,6 +35,19 @@ async def until_stopped(work: str) -> None:
     say(work)
     daemon.notify("READY=1")
     await stop.wait()
+
+
+async def serve_until_stopped(work: str) -> None:
+    """The same for a server, whose event loop gives the service manager signs of life."""
+    _give_signs(int(os.environ.get("WATCHDOG_USEC", "0")) / 1e6 / SIGNS)
+    await until_stopped(work)
+
+
+def _give_signs(pause: float) -> None:
+    """Gives one now and after each pause, unless there is no watchdog."""
+    if pause:
+        daemon.notify("WATCHDOG=1")
+        asyncio.get_running_loop().call_later(pause, _give_signs, pause)
 
 
 @contextmanager

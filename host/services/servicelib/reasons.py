@@ -25,7 +25,8 @@ async def log(camera: str) -> None:
         say(f"why {camera} does not work was not logged: {problem}")
         return
     try:
-        await asyncio.wait_for(process.wait(), SECONDS)
-    except (asyncio.TimeoutError, asyncio.CancelledError):
+        async with asyncio.timeout(SECONDS):
+            await process.wait()
+    except (TimeoutError, asyncio.CancelledError):
         process.kill()
         await process.wait()

@@ -20,10 +20,11 @@ PATIENCE_SECONDS = 10
 async def receive(reader: asyncio.StreamReader, writer: asyncio.StreamWriter) -> None:
     """Prints the one signal of a connection; there is no answer."""
     try:
-        signal = await asyncio.wait_for(_whole(reader), PATIENCE_SECONDS)
+        async with asyncio.timeout(PATIENCE_SECONDS):
+            signal = await _whole(reader)
         message.check(signal)
         print(message.shown(signal), flush=True)
-    except asyncio.TimeoutError:
+    except TimeoutError:
         lifecycle.say(f"refused a signal: it was not complete after {PATIENCE_SECONDS} seconds")
     except (ValueError, ConnectionError) as problem:
         lifecycle.say(f"refused a signal: {problem}")
