@@ -39,14 +39,11 @@ STORY = [
         {0: {**PLUGGED, "slot": "3-1.1", "profile": None}},
     ),
     Step(
-        "Profile 0 is assigned to it and set: it has a live link now, and its stream begins",
-        ["usbdevctl assign 3-1.1 0", "usbdevctl stream set 0 --size 640x480"],
+        "Profile 0 is assigned to it: it has a live link now, and its stream begins",
+        ["usbdevctl assign 3-1.1 0"],
         {0: {**PLUGGED, "profile": 0}},
-        manager=["event 0  profile 0", "profile 0 streams 640x480 at 30.00 from camera 0"],
-        log=[
-            "Modified Channel 1 USB device name: USB 2.0 Camera: HD USB Camera (3-1.1)",
-            "Modified Channel 1 resolution: 640x480",
-        ],
+        manager=["event 0 (changed)  profile 0", "profile 0 streams 1280x720 at 30.00 from camera 0"],
+        log=["Modified Channel 1 USB device name: USB 2.0 Camera: HD USB Camera (3-1.1)"],
     ),
     Step(
         "A second camera of the same model at the same root port must wait: channel 1 waits for channel 0",
@@ -55,22 +52,17 @@ STORY = [
     ),
     Step(
         "Two more cameras on other controllers: they conflict with no other; one is faster than 60 frames per second",
-        [
-            "sim plug hd-pro-webcam 1-2",
-            "sim plug stereo-camera 5-1",
-            "usbdevctl assign 1-2 1",
-            "usbdevctl stream set 1 --size 640x480",
-        ],
+        ["sim plug hd-pro-webcam 1-2", "sim plug stereo-camera 5-1", "usbdevctl assign 1-2 1"],
         {2: {**PLUGGED, "slot": "1-2", "profile": 1}, 3: {**PLUGGED, "slot": "5-1"}},
-        manager=["event 0  profile 1", "profile 1 streams 640x480 at 30.00 from camera 4"],
-        log=["has image size over 60 fps", "Modified Channel 2 USB device name", "Modified Channel 2 resolution"],
+        manager=["event 0 (changed)  profile 1", "profile 1 streams 1280x720 at 30.00 from camera 4"],
+        log=["has image size over 60 fps", "Modified Channel 2 USB device name"],
         looks=[lambda viewer: viewer.watches(0, 1)],
     ),
     Step(
         "A user asks for 22 frames per second: the camera's next lower rate is taken, logged, notified and streamed",
         ["usbdevctl stream show 1", "usbdevctl stream set 1 --fps 22"],
         stored=["ch2/video/framerate: 30.00 -> 20.00", "ch2/vtag: "],
-        manager=["event 0  profile 1", "profile 1 streams no more", "profile 1 streams 640x480 at 20.00 from camera 4"],
+        manager=["event 0 (changed)  profile 1", "profile 1 streams no more", "profile 1 streams 1280x720 at 20.00 from camera 4"],
         log=["Modified Channel 2 FPS: 20.00"],
         looks=[lambda viewer: viewer.watches(1)],
         answers=True,
@@ -94,7 +86,7 @@ STORY = [
         manager=[
             "event 7 (removed)  profile none",
             "event 6 (plugged)  profile 0",
-            "profile 0 streams 640x480 at 30.00 from camera 0",
+            "profile 0 streams 1280x720 at 30.00 from camera 0",
         ],
     ),
     Step(
@@ -104,8 +96,8 @@ STORY = [
         manager=[
             "profile 0 streams no more",
             "profile 1 streams no more",
-            "profile 0 streams 640x480 at 30.00 from camera 3",
-            "profile 1 streams 640x480 at 20.00 from camera 1",
+            "profile 0 streams 1280x720 at 30.00 from camera 3",
+            "profile 1 streams 1280x720 at 20.00 from camera 1",
         ],
         log=["has image size over 60 fps"],
         looks=[lambda viewer: viewer.watches(0, 1)],

@@ -5,7 +5,6 @@
 
 from __future__ import annotations
 
-import re
 import sys
 from collections.abc import Callable
 from pathlib import Path
@@ -18,11 +17,9 @@ from selenium.webdriver.remote.webelement import WebElement
 from selenium.webdriver.support.select import Select
 from selenium.webdriver.support.wait import WebDriverWait
 
-ROOT = Path(__file__).resolve().parents[2]
-sys.path.append(str(ROOT / "tests/share/on_host"))
-AXE = ROOT / "host/web/node_modules/axe-core/axe.min.js"
-RULES = ["wcag2a", "wcag2aa", "wcag21a", "wcag21aa", "wcag22aa", "best-practice"]
-GUESTS_PLAYLIST = re.compile("/[0-9a-f]{32}/playlist")
+sys.path.append(str(Path(__file__).resolve().parents[1] / "share/on_host"))
+import viewer
+
 Result = TypeVar("Result")
 
 
@@ -61,6 +58,12 @@ class Owner:
         wishes = [{"name": f"prefers-{name.replace('_', '-')}", "value": value} for name, value in features.items()]
         self.tell_browser("Emulation.setEmulatedMedia", features=wishes)
 
+    def stop_clock(self, now: int) -> None:
+        """It is this second, in the zone of universal time, on all pages that are opened from now on."""
+        clock = f"Date = class extends Date {{ constructor(...given) {{ super(...(given.length ? given : [{1000 * now}])); }} }};"
+        self.tell_browser("Page.addScriptToEvaluateOnNewDocument", source=f"{clock} Date.now = () => {1000 * now};")
+        self.tell_browser("Emulation.setTimezoneOverride", timezoneId="UTC")
+
     # What is seen.
 
     def text(self) -> str:
@@ -86,16 +89,10 @@ class Owner:
         return self.evaluate("document.activeElement.innerText || document.activeElement.getAttribute('aria-label') || ''")
 
     def complaints(self) -> list[str]:
-        """What the browser's console has against the pages. It tells a guest that a link has ended or not begun to stream."""
-        told = [entry["message"] for entry in self.browser.get_log("browser") if entry["level"] in ("WARNING", "SEVERE")]
-        return [one for one in told if not GUESTS_PLAYLIST.search(one)]
+        return viewer.complaints(self.browser)
 
     def barriers(self) -> list[str]:
-        """What keeps people from using the page."""
-        self.browser.execute_script(AXE.read_text())
-        run = "axe.run({ runOnly: arguments[0] }).then(({ violations }) => arguments[1](violations))"
-        found = self.browser.execute_async_script(run, RULES)
-        return [f"{one['id']}: {node['html']}" for one in found for node in one["nodes"]]
+        return viewer.barriers(self.browser)
 
     # What is done.
 

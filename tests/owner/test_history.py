@@ -14,17 +14,18 @@ from typing import Any
 import pytest
 
 HOST = Path(__file__).resolve().parents[2] / "host"
-sys.path[:0] = [str(HOST / "owner")]
+sys.path[:0] = [str(HOST / "owner"), str(HOST / "services")]
 from ownerlib import history
 from ownerlib.history import DAY, MOST_DAYS, History, text
 
 BEGIN = 1_800_000_000
 
 
-def state(plugged: set[int], streaming: set[int]) -> dict[str, Any]:
+def state(plugged: set[int], streaming: set[int], reserved: int) -> dict[str, Any]:
     return {
         "channels": [{"channel": number, "state": "plugged" if number in plugged else "free"} for number in range(10)],
         "profiles": [{"profile": number, "streams": number in streaming} for number in range(4)],
+        "usb": {"buses": [{"bus": 1, "reserved": 0, "speed": 480}, {"bus": 3, "reserved": reserved, "speed": 480}]},
     }
 
 
@@ -39,9 +40,11 @@ class Kept:
     def start(self) -> None:
         self.history = History(self.file, lambda: self.now)
 
-    def note(self, plugged: set[int], streaming: set[int], counters: tuple[int, ...] | None = None, after: int = 60) -> None:
+    def note(
+        self, plugged: set[int], streaming: set[int], counters: tuple[int, ...] | None = None, after: int = 60, reserved: int = 0
+    ) -> None:
         self.now += after
-        self.history.note(state(plugged, streaming), counters)
+        self.history.note(state(plugged, streaming, reserved), counters)
 
 
 @pytest.fixture
@@ -80,11 +83,23 @@ def test_a_stream_whose_server_was_killed_ends_when_it_was_last_seen(kept: Kept)
     ]
 
 
+def test_the_reserved_bandwidth_of_a_bus_is_kept_as_long_as_it_is_the_same(kept: Kept) -> None:
+    for reserved in (0, 197, 197, 394):
+        kept.note(set(), set(), reserved=reserved)
+    bus = {"bus": 3, "speed": 480}
+    assert kept.history.since(1)["bandwidth"] == [
+        {**bus, "reserved": 197, "from": text(BEGIN + 120), "to": text(BEGIN + 240)},
+        {**bus, "reserved": 394, "from": text(BEGIN + 240), "to": None},
+    ]
+    kept.note(set(), set())
+    assert kept.history.since(1)["bandwidth"][1]["to"] == text(BEGIN + 300)
+
+
 def test_all_streams_end_when_the_host_cannot_be_read(kept: Kept) -> None:
-    kept.note({0}, {1})
+    kept.note({0}, {1}, reserved=197)
     kept.now += 60
     kept.history.note(None, None)
-    assert kept.history.since(1)["up"][0]["to"] == text(BEGIN + 120)
+    assert [kept.history.since(1)[kind][0]["to"] for kind in ("up", "bandwidth")] == [text(BEGIN + 120)] * 2
     kept.note({0}, {1})
     assert kept.history.since(1)["plugs"] == []
 
@@ -118,8 +133,8 @@ def test_what_is_too_old_is_removed_and_a_stream_that_goes_on_is_not(kept: Kept)
 def test_there_is_a_largest_number_of_rows(kept: Kept, monkeypatch: pytest.MonkeyPatch) -> None:
     monkeypatch.setattr(history, "MOST_ROWS", 5)
     for number in range(20):
-        kept.note({number % 2}, {number % 2}, (number, 0, 0, 0))
-    assert rows(kept) <= 3 * 5
+        kept.note({number % 2}, {number % 2}, (number, 0, 0, 0), reserved=number)
+    assert rows(kept) <= 4 * 5
     assert kept.history.since(1)["up"][-1]["to"] is None
 
 

@@ -6,22 +6,21 @@
 from __future__ import annotations
 
 import hmac
-import json
-from types import TracebackType, UnionType
-from typing import Any, get_args
+from types import TracebackType
+from typing import Any
 from urllib.parse import urlsplit
 
 from sharelib.answers import HEADERS, Answer
+from statelib import problems
+from statelib.members import Kinds, members
+from statelib.problems import Problem
 
-from ownerlib import problems
 from ownerlib.host import Host
-from ownerlib.problems import Problem
 from ownerlib.sessions import Session
 
 COOKIE = "usbdev_session"
 TOKEN = "X-CSRF-Token"
 HARMLESS = ("GET", "HEAD")
-Kind = type | UnionType
 POLICY = (
     "default-src 'self'",
     "img-src 'self' data:",
@@ -62,27 +61,11 @@ class OpenAnswer(OwnersAnswer):
         if is_from_elsewhere(self.request.headers.get("Origin"), self.request.host):
             raise problems.forged()
 
-    def members(self, required: dict[str, Kind], optional: dict[str, Kind] | None = None) -> dict[str, Any]:
-        """Returns the members of the body; raises Problem for one that is missing, unknown or of another kind."""
-        kinds = {**required, **(optional or {})}
-        found = self._object()
-        if missing := [name for name in required if name not in found]:
-            raise problems.invalid(f"The request lacks {missing[0]}.")
-        for name, value in found.items():
-            if name not in kinds or not _is(value, kinds[name]):
-                raise problems.invalid(f"The request has no proper {name}." if name in kinds else "The request has a member too many.")
-        return found
-
-    def _object(self) -> dict[str, Any]:
+    def members(self, required: Kinds, optional: Kinds | None = None) -> dict[str, Any]:
+        """Returns the members of the body."""
         if self.request.headers.get("Content-Type", "").partition(";")[0].strip().lower() != "application/json":
             raise problems.invalid("The request is not JSON.")
-        try:
-            found = json.loads(self.body)
-        except (ValueError, RecursionError):
-            found = None
-        if not isinstance(found, dict):
-            raise problems.invalid("The request is not a JSON object.")
-        return found
+        return members(self.body, required, optional)
 
     def finish_empty(self) -> None:
         self.set_status(204)
@@ -135,22 +118,3 @@ class SignedInSocket(SignedIn):
 class NothingHere(OpenAnswer):
     def prepare(self) -> None:
         raise problems.not_found()
-
-
-def _is(value: object, kind: Kind) -> bool:
-    """Checks that a value has the kind, and that a text can be passed on. No truth value is a number."""
-    if isinstance(kind, UnionType):
-        return any(_is(value, one) for one in get_args(kind))
-    if kind is str:
-        return isinstance(value, str) and _can_be_passed_on(value)
-    if kind is float:
-        return isinstance(value, (int, float)) and not isinstance(value, bool)
-    return type(value) is kind
-
-
-def _can_be_passed_on(text: str) -> bool:
-    try:
-        text.encode()
-    except UnicodeError:
-        return False
-    return "\0" not in text

@@ -7,14 +7,10 @@ from __future__ import annotations
 
 from typing import Any
 
-from usbdev import Notification, UsbdevError, aio, core, profiles
+from statelib import actions, problems, program
+from statelib.problems import Problem
 
-from ownerlib import problems, program
 from ownerlib.answers import SignedIn
-from ownerlib.problems import Problem
-
-CHANGED = 0  # as the library's notification of changed settings
-NO_REQUEST = bytes(16)
 
 
 class Formats(SignedIn):
@@ -49,7 +45,6 @@ class ChannelProfile(SignedIn):
         if done.status == program.REFUSED:
             raise await _refusal(channel, profile, done)
         assigned = program.answer_of(done)
-        await begin_stream(given["profile"])
         self.finish({"now_waiting": assigned["now_waiting"]})
 
     async def delete(self, channel: str) -> None:
@@ -60,8 +55,7 @@ class ChannelProfile(SignedIn):
 class Switch(SignedIn):
     async def put(self, channel: str) -> None:
         given = self.members({"on": bool})
-        switched = await program.ask("slot", "on" if given["on"] else "off", f"ch{channel}")
-        self.finish({"switched_on": switched["slot_switch"], "waits_for": switched["parked_behind"]})
+        self.finish(await actions.switch(int(channel), given["on"]))
 
 
 class Channel(SignedIn):
@@ -81,15 +75,5 @@ async def _refusal(channel: str, profile: str, done: program.Done) -> Problem:
     if checked["allowed"]:  # by now, or something else failed
         return program.failed(done)
     cure = checked["advice"] and program.sentence(checked["advice"])
-    told = {name: checked[name] for name in ("reason", "why", "advice")}
+    told = {name: checked[name] for name in ("reason", "other_channel", "collision", "why", "advice")}
     return Problem(409, "refused", program.sentence(checked["why"]), cure, **told)
-
-
-async def begin_stream(profile: int) -> None:
-    """Notifies the manager: the library does so when settings are stored, but not when a profile is assigned."""
-    try:
-        info = await aio.call(profiles.stream_info, profile)
-        told = Notification(NO_REQUEST, profile, info.vnode, info.anode, 0, CHANGED, profile)
-        await aio.call(core.notify_manager, told)
-    except UsbdevError:
-        pass  # it has no stream, because its camera waits or is off

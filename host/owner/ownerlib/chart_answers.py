@@ -8,7 +8,8 @@ from __future__ import annotations
 import asyncio
 import sqlite3
 
-from ownerlib import problems
+from statelib import problems
+
 from ownerlib.answers import SignedIn
 from ownerlib.history import MOST_DAYS
 

@@ -9,7 +9,8 @@ import asyncio
 import csv
 import io
 
-from ownerlib import event_log, problems
+from statelib import event_log, problems
+
 from ownerlib.answers import SignedIn
 
 COLUMNS = ("id", "time", "severity", "text")

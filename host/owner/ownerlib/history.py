@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: Apache-2.0
 
 """What the charts show of the last weeks and the event log does not have: when cameras came and went, when profiles
-streamed, and how many time-outs they had. It is kept in a file beside the event log, which has a largest size."""
+streamed, how much of each USB bus was reserved, and how many time-outs there were. It is kept in a file beside the event
+log, which has a largest size."""
 
 from __future__ import annotations
 
@@ -14,7 +15,7 @@ from datetime import datetime, timezone
 from pathlib import Path
 from typing import Any
 
-from ownerlib import event_log
+from statelib import event_log
 
 FILE = event_log.FILE.parent / "history.db"
 MOST_DAYS = 30
@@ -24,10 +25,14 @@ DAY = 24 * 60 * 60
 TABLES = {
     "plug": "time INTEGER NOT NULL, channel INTEGER NOT NULL, kind TEXT NOT NULL",
     "up": "time INTEGER NOT NULL, profile INTEGER NOT NULL, ended INTEGER NOT NULL",
+    "bandwidth": "time INTEGER NOT NULL, bus INTEGER NOT NULL, reserved INTEGER NOT NULL, speed INTEGER NOT NULL,"
+    " ended INTEGER NOT NULL",
     "timeout": "time INTEGER NOT NULL, profile INTEGER NOT NULL, count INTEGER NOT NULL",
 }
+SPANS = ("up", "bandwidth")  # the tables of what lasts
 
 Value = dict[str, Any]
+Span = tuple[int, ...]  # the columns between its begin and its end
 
 
 class History:
@@ -35,16 +40,18 @@ class History:
         self._file = file
         self._clock = clock
         self._plugged: set[int] | None = None
-        self._running: dict[int, int] = {}  # the row of each profile that streams
+        self._running: dict[str, dict[Span, int]] = {table: {} for table in SPANS}  # the rows of what lasts still
         self._counters: tuple[int, ...] | None = None
 
     def note(self, state: Value | None, counters: tuple[int, ...] | None) -> None:
         """Stores what is different from the last time. Without a state nothing streams."""
-        channels, profiles = (state["channels"], state["profiles"]) if state else ([], [])
+        streaming = [(it["profile"],) for it in state["profiles"] if it["streams"]] if state else []
+        reserved = [(it["bus"], it["reserved"], it["speed"]) for it in state["usb"]["buses"] if it["reserved"]] if state else []
         with self._database() as database:
             if state:
-                self._note_plugs(database, {it["channel"] for it in channels if it["state"] == "plugged"})
-            self._note_streams(database, {it["profile"] for it in profiles if it["streams"]})
+                self._note_plugs(database, {it["channel"] for it in state["channels"] if it["state"] == "plugged"})
+            self._note_spans(database, "up", set(streaming))
+            self._note_spans(database, "bandwidth", set(reserved))
             if counters:
                 self._note_timeouts(database, counters)
             self._limit(database)
@@ -54,16 +61,13 @@ class History:
         begin = self._now() - days * DAY
         with self._database() as database:
             plugs = database.execute("SELECT time, channel, kind FROM plug WHERE time >= ? ORDER BY time", (begin,)).fetchall()
-            spans = database.execute(
-                "SELECT rowid, profile, max(time, ?), ended FROM up WHERE ended >= ? ORDER BY time", (begin, begin)).fetchall()
+            streams, reserved = (self._spans(database, table, begin) for table in SPANS)
             timeouts = database.execute(
                 "SELECT time, profile, count FROM timeout WHERE time >= ? ORDER BY time", (begin,)).fetchall()
         return {
             "plugs": [{"time": text(moment), "channel": channel, "kind": kind} for moment, channel, kind in plugs],
-            "up": [
-                {"profile": profile, "from": text(began), "to": None if self._running.get(profile) == row else text(ended)}
-                for row, profile, began, ended in spans
-            ],
+            "up": [{"profile": profile, **span} for (profile,), span in streams],
+            "bandwidth": [{"bus": bus, "reserved": mbits, "speed": speed, **span} for (bus, mbits, speed), span in reserved],
             "timeouts": [{"time": text(moment), "profile": profile, "count": count} for moment, profile, count in timeouts],
         }
 
@@ -74,14 +78,24 @@ class History:
             database.execute("INSERT INTO plug VALUES(?, ?, ?)", (self._now(), channel, kind))
         self._plugged = plugged
 
-    def _note_streams(self, database: sqlite3.Connection, streaming: set[int]) -> None:
-        """The end of a stream that goes on is stored again and again, in case that the server is killed."""
-        for row in self._running.values():
-            database.execute("UPDATE up SET ended = ? WHERE rowid = ?", (self._now(), row))
-        self._running = {profile: row for profile, row in self._running.items() if profile in streaming}
-        for profile in streaming - set(self._running):
-            begun = database.execute("INSERT INTO up VALUES(?, ?, ?)", (self._now(), profile, self._now()))
-            self._running[profile] = begun.lastrowid or 0
+    def _note_spans(self, database: sqlite3.Connection, table: str, lasting: set[Span]) -> None:
+        """The end of what lasts is stored again and again, in case that the server is killed."""
+        running = self._running[table]
+        for row in running.values():
+            database.execute(f"UPDATE {table} SET ended = ? WHERE rowid = ?", (self._now(), row))
+        self._running[table] = running = {span: row for span, row in running.items() if span in lasting}
+        for span in sorted(lasting - set(running)):
+            values = (self._now(), *span, self._now())
+            begun = database.execute(f"INSERT INTO {table} VALUES({', '.join('?' * len(values))})", values)
+            running[span] = begun.lastrowid or 0
+
+    def _spans(self, database: sqlite3.Connection, table: str, begin: int) -> list[tuple[Span, Value]]:
+        """Returns what lasted until the moment or begun since, and from when to when."""
+        found = database.execute(f"SELECT rowid, * FROM {table} WHERE ended >= ? ORDER BY time", (begin,)).fetchall()
+        return [
+            (tuple(span), {"from": text(max(began, begin)), "to": None if self._running[table].get(tuple(span)) == row else text(ended)})
+            for row, began, *span, ended in found
+        ]
 
     def _note_timeouts(self, database: sqlite3.Connection, counters: tuple[int, ...]) -> None:
         before = counters if self._counters is None else self._counters
@@ -92,7 +106,7 @@ class History:
 
     def _limit(self, database: sqlite3.Connection) -> None:
         for table in TABLES:
-            end = "ended" if table == "up" else "time"
+            end = "ended" if table in SPANS else "time"
             database.execute(f"DELETE FROM {table} WHERE {end} < ?", (self._now() - MOST_DAYS * DAY,))
             database.execute(f"DELETE FROM {table} WHERE rowid <= (SELECT max(rowid) FROM {table}) - ?", (MOST_ROWS,))
 

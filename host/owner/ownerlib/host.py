@@ -6,15 +6,19 @@
 from __future__ import annotations
 
 import asyncio
+from typing import Any
 
-from sharelib.live import Feeds
+from sharelib.feed import Feeds
+from statelib import sources
+from statelib.picture import Picture
 
-from ownerlib import sources
+from ownerlib.guests import Guests
 from ownerlib.live import Live
 from ownerlib.login import Logins
-from ownerlib.picture import Picture
 from ownerlib.recorder import Recorder
 from ownerlib.sessions import Sessions
+
+Value = dict[str, Any]
 
 
 class Host:
@@ -23,13 +27,24 @@ class Host:
         self.logins = Logins()
         self.live = Live(self.sessions)
         self.recorder = Recorder()
-        self.picture = Picture(self.live.tell, self.recorder.note)
-        self.feeds: Feeds = {}  # the streams that owners watch
+        self.picture = Picture(self._tell, self.recorder.note)
+        self.feeds = Feeds()  # the streams that owners watch
+        self.guests = Guests(lambda counts: self.live.tell("viewers", counts))
 
     async def follow(self) -> None:
         """Follows what changes, until cancelled."""
         sources.follow(self.picture.change, self.picture.log)
         await asyncio.gather(self.picture.follow(), self.recorder.follow())
+
+    async def state(self) -> Value:
+        """Returns the whole picture, with the guests. Raises Problem if it cannot be read."""
+        return self._with_guests(await self.picture.state())
+
+    def _tell(self, section: str, value: Any) -> None:
+        self.live.tell(section, self._with_guests(value) if section == "state" else value)
+
+    def _with_guests(self, state: Value) -> Value:
+        return {**state, "viewers": self.guests.counts()}
 
     def end_session(self, session: str) -> None:
         self.sessions.end(session)

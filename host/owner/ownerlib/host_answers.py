@@ -5,14 +5,14 @@
 
 from __future__ import annotations
 
-import os
 from collections.abc import Callable
 from typing import Any, TypeVar
 
+from statelib import program
+from statelib.versions import versions
 from usbdev import UsbdevError, aio, core, devices, hostinfo
 from usbdev.records import CHANNELS, PROFILES
 
-from ownerlib import program
 from ownerlib.answers import SignedIn
 
 CODEC_PACKAGE = "Halvane"
@@ -21,8 +21,7 @@ Result = TypeVar("Result")
 
 class HostAnswer(SignedIn):
     async def get(self) -> None:
-        versions = (await program.run("--version")).out.split()
-        self.finish({**await aio.call(_facts), "usbdevctl": versions[1], "library": versions[3], "kernel": os.uname().release})
+        self.finish({**await aio.call(_facts), **await versions()})
 
 
 class Report(SignedIn):

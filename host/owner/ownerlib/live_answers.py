@@ -5,13 +5,13 @@
 
 from __future__ import annotations
 
+from statelib.picture import AWAY
+from statelib.problems import Problem
 from tornado.iostream import StreamBufferFullError
 from tornado.websocket import WebSocketClosedError, WebSocketHandler
 
 from ownerlib.answers import SignedInSocket
 from ownerlib.live import message
-from ownerlib.picture import AWAY
-from ownerlib.problems import Problem
 
 MOST_WAITING = 1 << 19  # bytes that a page has not taken yet; more than twice the largest message
 
@@ -23,7 +23,7 @@ class LiveAnswer(SignedInSocket, WebSocketHandler):
         self._stream = self.ws_connection.stream  # type: ignore[attr-defined]
         self._stream.max_write_buffer_size = MOST_WAITING
         try:
-            first = message("state", await self.host.picture.state())
+            first = message("state", await self.host.state())
         except Problem:
             first = message(AWAY, None)
         if not self._stream.closed():

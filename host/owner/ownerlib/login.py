@@ -9,8 +9,7 @@ from __future__ import annotations
 import asyncio
 
 from servicelib.attempts import Attempts
-
-from ownerlib import problems, program
+from statelib import problems, program
 
 LONGEST = 64  # bytes of a user's name or password, as for login-users
 

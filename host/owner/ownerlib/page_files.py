@@ -35,7 +35,7 @@ class PageFile(OwnersAnswer, FileAnswer):
 def routes() -> list[tuple[Any, ...]]:
     return [
         (r"/", Page),
-        (r"/page/(design\.css|favicon\.svg|live-player\.js)", PageFile, {"path": WEB}),
+        (r"/page/(design\.css|favicon\.svg|live-player\.js|texts\.js)", PageFile, {"path": WEB}),
         (r"/page/((?:[a-z][a-z0-9_-]*/)*[A-Za-z][A-Za-z0-9_-]*\.(?:js|css|json|svg))", PageFile, {"path": PAGE}),
         (r"/libraries/([A-Za-z][A-Za-z0-9_.-]*\.(?:js|css))", PageFile, {"path": LIBRARIES}),
     ]

@@ -34,8 +34,9 @@ class Recorder:
                 self._changed.clear()
                 await asyncio.to_thread(self._store, self._state)
                 try:
-                    await asyncio.wait_for(self._changed.wait(), SECONDS)
-                except asyncio.TimeoutError:
+                    async with asyncio.timeout(SECONDS):
+                        await self._changed.wait()
+                except TimeoutError:
                     pass
         finally:
             self._store(None)

@@ -68,10 +68,11 @@ def routes(host: Host) -> list[tuple[Any, ...]]:
 
 def application(host: Host, library: Library) -> Application:
     return Application(
-        [*routes(host), *page_files.routes(), *sharelib.routes.routes(library)],
+        [*routes(host), *page_files.routes(), *sharelib.routes.routes(library, host.guests.feeds)],
         default_handler_class=NothingHere,
         default_handler_args={"host": host},
         log_function=lambda _: None,  # requests contain secrets
+        compress_response=True,
         websocket_ping_interval=PING_SECONDS,
         websocket_max_message_size=LONGEST_BODY,
     )
@@ -80,9 +81,13 @@ def application(host: Host, library: Library) -> Application:
 async def _serve(address: str) -> None:
     library, host = Library(), Host()
     following = asyncio.create_task(host.follow())
-    await serve(application(host, library), library.web_port(), address)
+    serving = asyncio.create_task(serve(application(host, library), library.web_port(), address))
+    await asyncio.wait((following, serving), return_when=asyncio.FIRST_COMPLETED)
+    if following.done():
+        following.result()  # which is the reason why it has failed; pages would show what was
     following.cancel()
     await asyncio.wait([following])
+    serving.result()
 
 
 def main(arguments: list[str]) -> int:

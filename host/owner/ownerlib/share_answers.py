@@ -6,11 +6,10 @@
 from __future__ import annotations
 
 from dataclasses import replace
-from typing import Any
 
+from statelib import actions, problems, program
 from usbdev import UsbdevError, aio, web
 
-from ownerlib import problems, program
 from ownerlib.answers import SignedIn
 
 LONGEST_PASSWORD = 31  # bytes
@@ -18,7 +17,7 @@ LONGEST_PASSWORD = 31  # bytes
 
 class Share(SignedIn):
     async def get(self, profile: str) -> None:
-        self.finish(told(await program.ask("share", "show", f"pf{profile}")))
+        self.finish(await actions.share(int(profile), "show"))
 
     async def put(self, profile: str) -> None:
         given = self.members({"on": bool}, {"password": str | None})
@@ -30,16 +29,12 @@ class Share(SignedIn):
             await program.ask("share", "on", f"pf{profile}")
             if "password" in given:
                 await _open(int(profile))
-        self.finish(told(await program.ask("share", "show", f"pf{profile}")))
+        self.finish(await actions.share(int(profile), "show"))
 
 
 class Renewal(SignedIn):
     async def post(self, profile: str) -> None:
-        self.finish(told(await program.ask("share", "renew", f"pf{profile}")))
-
-
-def told(link: dict[str, Any]) -> dict[str, Any]:
-    return {"on": link["sharing"], "password": link["password"], "page": link["page"] if link["sharing"] else None}
+        self.finish(await actions.share(int(profile), "renew"))
 
 
 async def _protect(profile: str, password: str) -> None:

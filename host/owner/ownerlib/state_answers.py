@@ -10,4 +10,4 @@ from ownerlib.answers import SignedIn
 
 class StateAnswer(SignedIn):
     async def get(self) -> None:
-        self.finish(await self.host.picture.state())
+        self.finish(await self.host.state())

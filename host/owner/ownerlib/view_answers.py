@@ -7,15 +7,15 @@ from __future__ import annotations
 
 from pathlib import Path
 
+from servicelib.places import STREAMS
 from sharelib.live import LiveAnswer
-from sharelib.streams import STREAMS, StreamFile, read_file
+from sharelib.streams import PLAYLIST, StreamFile, read_file
 from tornado.web import HTTPError
 
 from ownerlib.answers import SignedIn, SignedInSocket
 from ownerlib.host import Host
 
 FILES = r"([A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
-PLAYLIST = "playlist.m3u8"
 LARGEST_PICTURE = 8 << 20
 
 

@@ -5,15 +5,17 @@
 
 import { call } from "/page/api.js";
 import { attachedWithoutProfile, nameOf } from "/page/channels.js";
+import { hostsWords } from "/page/hosts_words.js";
+import { differenceText } from "/page/settings.js";
 import { ask, change, notice, signedOut, withChannel } from "/page/store.js";
-import { hasText, plain, t } from "/page/texts.js";
+import { hasText, t } from "/page/texts.js";
 
 export function explain(problem) {
   if (problem.name === "signed_out") return signedOut();
   const { reason, text, cure, ...values } = problem.values ?? {};
   const known = [`refusal.${reason}`, problem.name !== "refused" && `error.${problem.name}`].find(hasText);
   if (known) notice(t(known, values), "", true);
-  else notice(plain(text), plain(cure), true);
+  else notice(t("error.refused"), hostsWords([text, cure].filter(Boolean).join(" ")), true);
 }
 
 // Whether it worked.
@@ -80,7 +82,7 @@ const asOption = (channel) => ({
 
 async function moveTo(profile, channel) {
   const answer = await attempt(() => call("POST", `/profiles/${profile}/move`, { channel }));
-  if (answer) notice(t("done.moved", { number: profile }), [answer.differences].flat().filter(Boolean).join(" "));
+  if (answer) notice(t("done.moved", { number: profile }), answer.differences.map(differenceText).filter(Boolean).join(" "));
 }
 
 const kConsequences = () => [t("move.stream"), t("move.settings"), t("move.link")];

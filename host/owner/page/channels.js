@@ -8,9 +8,13 @@ import { hasText, plain, t } from "/page/texts.js";
 export const nameOf = (channel) =>
   plain(channel.profile_name || channel.device) || t("channel_number", { number: channel.channel });
 
-export const profileName = (profile) => plain(profile.name) || t("profile_number", { number: profile.profile });
-
 export const channelOf = (state, profile) => state.channels.find((one) => one.profile === profile);
+
+// A profile without a name is called after its camera, as on the overview.
+export function profileName(state, { profile }) {
+  const channel = channelOf(state, profile);
+  return channel ? nameOf(channel) : t("profile_number", { number: profile });
+}
 
 export const hindrances = (channel) => channel.reasons.filter((one) => one.hinders);
 
@@ -35,4 +39,4 @@ export const tone = (word) => {
 export const freeProfiles = (state) => state.profiles.filter((one) => one.channel === null);
 
 export const attachedWithoutProfile = (state) =>
-  state.channels.filter((one) => one.state === "plugged" && one.profile === null);
+  state.channels.filter((one) => one.state === "plugged" && one.profile === null && one.supported);

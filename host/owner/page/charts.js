@@ -6,7 +6,7 @@
 import { html, useEffect, useRef, useState } from "/libraries/preact.js";
 import uPlot from "/libraries/uplot.js";
 import { Busy, Choice, Empty, Failed, useAnswer } from "/page/parts.js";
-import { currentLanguage, number, t } from "/page/texts.js";
+import { currentLanguage, number, percent, t } from "/page/texts.js";
 
 const kDays = ["1", "7", "30"];
 const kHeight = 220; // pixels
@@ -14,6 +14,7 @@ const kDay = 86400; // seconds
 const kColours = ["--accent", "--good", "--care", "--bad"];
 
 const seconds = (time) => Date.parse(time) / 1000;
+// A plot asks for it whenever it is drawn, because the browser's user may have chosen light or dark since.
 const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
 
 // Days, or for a single one hours.
@@ -29,7 +30,7 @@ function axes(values, from, incrs) {
   return [{ ...common, values: time, space: 80 }, { ...common, incrs, size: 56, values: (_, splits) => splits.map(values) }];
 }
 
-function Plot({ id, title, data, series, from, range, values = number }) {
+function Plot({ id, title, data, series, from, range, values = number, incrs = [1, 2, 5, 10, 100, 1000] }) {
   const frame = useRef(null);
   useEffect(() => {
     const draw = () => new uPlot({
@@ -38,7 +39,7 @@ function Plot({ id, title, data, series, from, range, values = number }) {
       legend: { live: false },
       cursor: { drag: { x: false, y: false } },
       scales: { x: { range: [from, Date.now() / 1000] }, y: { range } },
-      axes: axes(values, from, [1, 2, 5, 10, 100, 1000]),
+      axes: axes(values, from, incrs),
       series: [{ label: t("time") }, ...series],
     }, data, frame.current);
     let plot = draw();
@@ -62,9 +63,9 @@ function Plot({ id, title, data, series, from, range, values = number }) {
 
 const point = (name, shade) => ({
   label: t(name),
-  stroke: colour(shade),
+  stroke: () => colour(shade),
   paths: () => null,
-  points: { show: true, size: 9, fill: colour(shade) },
+  points: { show: true, size: 9, fill: () => colour(shade) },
 });
 
 const sorted = (times) => [...new Set(times)].sort((one, other) => one - other);
@@ -86,11 +87,32 @@ function UpTime({ up, from }) {
   const bars = profiles.map((profile) => times.map((time) => (runs(profile, time) ? profile : null)));
   const series = profiles.map((one) => ({
     label: t("profile_number", { number: one }),
-    stroke: colour(kColours[one]),
+    stroke: () => colour(kColours[one]),
     width: 12,
     points: { show: false },
   }));
   return html`<${Plot} id="up" title="charts.up" data=${[times, ...bars]} series=${series} from=${from} range=${[-0.6, 3.6]} />`;
+}
+
+// Steps, each as long as the same part of a bus was reserved.
+function Bandwidth({ bandwidth, from }) {
+  const now = Date.now() / 1000;
+  const spans = bandwidth.map((one) => ({ ...one, from: seconds(one.from), to: one.to ? seconds(one.to) : now }));
+  const times = sorted([from, ...spans.flatMap((one) => [one.from, one.to]), now]);
+  const buses = sorted(spans.map((one) => one.bus));
+  const reserved = (bus, time) => {
+    const span = spans.find((one) => one.bus === bus && one.from <= time && (time < one.to || one.to === now));
+    return span ? span.reserved / span.speed : 0;
+  };
+  const series = buses.map((bus, place) => ({
+    label: t("charts.bus", { bus, speed: number(spans.findLast((one) => one.bus === bus).speed) }),
+    stroke: () => colour(kColours[place % kColours.length]),
+    width: 2,
+    paths: uPlot.paths.stepped({ align: 1 }),
+    points: { show: false },
+  }));
+  return html`<${Plot} id="bandwidth" title="charts.bandwidth" data=${[times, ...buses.map((bus) => times.map((time) => reserved(bus, time)))]}
+    series=${series} from=${from} range=${[0, 1]} incrs=${[0.25]} values=${percent} />`;
 }
 
 function TimeOuts({ timeouts, from }) {
@@ -102,7 +124,7 @@ function TimeOuts({ timeouts, from }) {
   return html`<${Plot} id="timeouts" title="charts.timeouts" data=${data} series=${series} from=${from} range=${(_, __, most) => [0, most + 1]} />`;
 }
 
-const kPlots = { plugs: Plugs, up: UpTime, timeouts: TimeOuts };
+const kPlots = { plugs: Plugs, up: UpTime, bandwidth: Bandwidth, timeouts: TimeOuts };
 
 function Plots({ charts, days }) {
   const from = Date.now() / 1000 - days * kDay;

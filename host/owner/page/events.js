@@ -6,9 +6,10 @@
 import { html, useEffect, useState } from "/libraries/preact.js";
 import { explain } from "/page/actions.js";
 import { read } from "/page/api.js";
+import { hostsWords } from "/page/hosts_words.js";
 import { Icon } from "/page/icons.js";
 import { Busy, Button, Choice, Empty } from "/page/parts.js";
-import { moment, plain, t } from "/page/texts.js";
+import { moment, t } from "/page/texts.js";
 
 const kPage = 50;
 const kTyping = 250; // milliseconds without a key before the host is asked
@@ -48,7 +49,7 @@ function useEvents(filter, newest) {
 
 const Event = ({ event }) => html`<li class=${`event ${event.severity}`} data-severity=${event.severity}>
   <${Icon} name=${event.severity === "information" ? "info" : "alert"} />
-  <div><p><span class="unseen">${t(`severity.${event.severity}`)}: </span>${plain(event.text)}</p>
+  <div><p><span class="unseen">${t(`severity.${event.severity}`)}: </span>${hostsWords(event.text)}</p>
     <p class="quiet"><time datetime=${event.time}>${moment(event.time)}</time></p></div>
 </li>`;
 
@@ -72,7 +73,8 @@ export function Events({ state }) {
   const [filter, setFilter] = useState({ search: "", severity: "" });
   const { events, isAll, older } = useEvents(filter, state.events[0]?.id);
   const isFiltered = Boolean(filter.search || filter.severity);
-  return html`<${Filter} filter=${filter} setFilter=${setFilter} />
+  return html`<p class="quiet">${t("events.explained")}</p>
+    <${Filter} filter=${filter} setFilter=${setFilter} />
     ${isFiltered && events && html`<p class="unseen" role="status">${t("events.found", { count: events.length })}</p>`}
     ${events ? html`<${Found} events=${events} isAll=${isAll} older=${older} isFiltered=${isFiltered} />` : html`<${Busy} text=${t("loading")} />`}`;
 }

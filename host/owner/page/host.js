@@ -58,7 +58,7 @@ function Report() {
       ${report && html`<${Button} act=${() => save(report)}>${t("report.save")}<//>`}
     </div>
     ${isAsking && html`<${Busy} text=${t("report.making")} />`}
-    ${report && html`<pre tabindex="0" aria-label=${t("report")}>${report}</pre>`}
+    ${report && html`<pre tabindex="0" lang="en" aria-label=${t("report")}>${report}</pre>`}
   </section>`;
 }
 

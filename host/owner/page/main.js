@@ -10,22 +10,22 @@ import { Events } from "/page/events.js";
 import { Host } from "/page/host.js";
 import { Login } from "/page/login.js";
 import { Overview } from "/page/overview.js";
-import { Busy, Empty } from "/page/parts.js";
+import { Busy } from "/page/parts.js";
 import { Profile } from "/page/profile.js";
 import { Sharing } from "/page/sharing.js";
 import { Shell } from "/page/shell.js";
 import { begin, onChange, set, view } from "/page/store.js";
-import { loadTexts, t } from "/page/texts.js";
+import { awaitTexts, t } from "/page/texts.js";
 
 const kPages = { "": Overview, sharing: Sharing, events: Events, charts: Charts, host: Host };
 
-const NoPage = () => html`<${Empty} icon="info" title=${t("no_page")}><p><a href="#/">${t("overview")}</a></p><//>`;
+const NoPage = () => html`<p><a class="button plain" href="#/">${t("overview")}</a></p>`;
 
 // The page of the address: its part of the navigation, its title, and what is shown.
 function route(state) {
   const [, name = "", number = ""] = location.hash.split("/");
   const profile = name === "profile" && state?.profiles.find((one) => String(one.profile) === number);
-  if (profile) return { page: "overview", title: profileName(profile), Part: Profile, profile };
+  if (profile) return { page: "overview", title: profileName(state, profile), Part: Profile, profile };
   if (name === "profile" && !state) return { page: "overview", title: t("profile"), Part: Profile };
   if (!(name in kPages)) return { page: null, title: t("no_page"), Part: NoPage };
   const page = name || "overview";
@@ -45,7 +45,7 @@ function App() {
 }
 
 const root = document.getElementById("page");
-await loadTexts();
+await awaitTexts();
 root.replaceChildren();
 onChange(() => render(html`<${App} />`, root));
 addEventListener("hashchange", () => set({}));

@@ -41,7 +41,7 @@ function Facts({ channel }) {
   const { port, profile, width, height, rate } = channel;
   const hasStream = profile !== null && width > 0;
   return html`<dl class="facts">
-    <${Fact} name=${t("port")}>${port}<//>
+    <${Fact} name=${t("port")}><span class="port">${port}</span><//>
     <${Fact} name=${t("profile")}>${profile ?? t("none")}<//>
     ${hasStream && html`<${Fact} name=${t("size")}>${width} × ${height}<//>`}
     ${hasStream && rate > 0 && html`<${Fact} name=${t("rate")}>${t("per_second", { rate: number(rate) })}<//>`}

@@ -60,8 +60,9 @@ export function Choice({ id, label, value, options, change, ...more }) {
   </div>`;
 }
 
-export const Notices = ({ notices }) => html`
+export const Notices = ({ notices, away }) => html`
   <div class="notices" role="status" aria-live="polite">
+    ${away && html`<div class="notice away"><span class="busy"></span><p>${t("away")}</p></div>`}
     ${notices.map((one) => html`<div key=${one.id} class=${one.isRefusal ? "notice refusal" : "notice"}>
       <${Icon} name=${one.isRefusal ? "alert" : "info"} />
       <div><p>${one.text}</p>${one.cure && html`<p class="quiet">${one.cure}</p>`}</div>

@@ -30,7 +30,7 @@ function PictureSettings({ channel }) {
 
 function Volume({ channel }) {
   const [volume, setVolume] = useState(channel.sound.volume);
-  return html`<div class="field"><label for="volume">${t("volume", { percent: volume })}</label>
+  return html`<div class="field"><label for="volume">${t("volume.percent", { percent: volume })}</label>
     <input id="volume" type="range" min="0" max="100" value=${volume} onInput=${(event) => setVolume(Number(event.target.value))}
       onChange=${() => actions.setStream(channel, { volume })} /></div>`;
 }
@@ -65,10 +65,11 @@ function CameraSettings({ channel, state }) {
   const isAway = actions.isAway(channel);
   return html`<section class="card" aria-labelledby="camera">
     <h2 id="camera">${t("camera")}</h2>
-    <p class="quiet"><bdi>${plain(channel.device)}</bdi> · ${t("channel_number", { number: channel.channel })} · ${t("port")} ${channel.port}</p>
+    <p class="quiet"><bdi>${plain(channel.device)}</bdi> · ${t("channel_number", { number: channel.channel })} · ${t("port")} <span class="port">${channel.port}</span></p>
     <${Rename} key=${channel.profile_name} channel=${channel} />
     ${!isAway && html`<${Switch} label=${t("port.on")} on=${channel.switched_on !== false} change=${(on) => actions.switchPort(channel, on)} />`}
     <div class="buttons">
+      <a class="button plain" href="#/sharing"><${Icon} name="sharing" />${t("do.share")}</a>
       <${Button} act=${() => actions.move(channel, state)}>${t("do.move_on")}<//>
       ${isAway
         ? html`<${Button} kind="danger" act=${() => actions.forget(channel)}>${t("do.forget")}<//>`
@@ -94,7 +95,7 @@ function NotLive({ channel }) {
 export function Profile({ profile, state }) {
   const channel = profile && channelOf(state, profile.profile);
   if (!channel) return html`<${NoCamera} profile=${profile} state=${state} />`;
-  const name = profileName(profile);
+  const name = profileName(state, profile);
   return html`<p class="lead"><${Standing} word=${standing(channel)} />
       <a class="beside" href="#/"><${Icon} name="back" />${t("overview")}</a></p>
     <div class="columns">

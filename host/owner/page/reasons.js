@@ -6,6 +6,7 @@
 import { html } from "/libraries/preact.js";
 import * as actions from "/page/actions.js";
 import { freeProfiles, nameOf } from "/page/channels.js";
+import { hostsWords } from "/page/hosts_words.js";
 import { Icon } from "/page/icons.js";
 import { Button } from "/page/parts.js";
 import { hasText, plain, t } from "/page/texts.js";
@@ -14,10 +15,17 @@ function values(channel, reason, state) {
   const other = state.channels[reason.other_channel];
   const named = Object.fromEntries(Object.entries(reason.values).map(([name, value]) => [name, plain(value)]));
   const sharer = other && { other_name: nameOf(other), other_channel: other.channel, root: rootPort(channel) };
-  return { port: channel.port, ...named, channel: channel.channel, ...sharer };
+  return { port: channel.port, ...named, channel: channel.channel, ...sharer, ...lack(named) };
 }
 
+// What the host lacks to encode a picture is a cause of its own.
+const lack = ({ lack_cause: cause, ...named }) =>
+  hasText(`reason.${cause}`) && { lack: t(`reason.${cause}`, named), lack_cure: t(`cure.${cause}`, named) };
+
 const rootPort = (channel) => (channel.port ?? "").split(".")[0];
+
+const kPort = /(\b\d+-\d+(?:\.\d+)*\b)/;
+const withPorts = (text) => text.split(kPort).map((part, index) => (index % 2 ? html`<span class="port">${part}</span>` : part));
 
 // In the words of this page; of a cause that it does not know, in those of the host.
 export function words(channel, reason, state) {
@@ -25,7 +33,7 @@ export function words(channel, reason, state) {
   const text = (kind, otherwise) => {
     const keys = [`${kind}.${reason.cause}.${reason.collision}`, `${kind}.${reason.cause}`];
     const key = keys.find(hasText);
-    return key ? t(key, given) : plain(otherwise);
+    return key ? withPorts(t(key, given)) : hostsWords(otherwise);
   };
   return { why: text("reason", reason.text), cure: text("cure", reason.cure) };
 }

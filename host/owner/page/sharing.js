@@ -3,7 +3,7 @@
 
 // The links with which people without an account watch a camera.
 
-import { html, useEffect, useState } from "/libraries/preact.js";
+import { html, useEffect, useMemo, useState } from "/libraries/preact.js";
 import qrcode from "/libraries/qrcode.js";
 import { attempt, explain } from "/page/actions.js";
 import { call, read } from "/page/api.js";
@@ -11,12 +11,13 @@ import { channelOf, profileName } from "/page/channels.js";
 import { Icon } from "/page/icons.js";
 import { Busy, Button, Empty, Switch } from "/page/parts.js";
 import { ask, notice } from "/page/store.js";
-import { t } from "/page/texts.js";
+import { number, t } from "/page/texts.js";
 
 const kLongestPassword = 31;
 const kQuiet = 4; // modules around the code
 
-function QrCode({ text }) {
+// The size of the code, and its dark modules as a path.
+function drawCode(text) {
   const code = qrcode(0, "M");
   code.addData(text);
   code.make();
@@ -27,9 +28,13 @@ function QrCode({ text }) {
       if (code.isDark(row, column)) dark.push(`M${column + kQuiet} ${row + kQuiet}h1v1h-1z`);
     }
   }
-  const size = count + 2 * kQuiet;
+  return [count + 2 * kQuiet, dark.join("")];
+}
+
+function QrCode({ text }) {
+  const [size, dark] = useMemo(() => drawCode(text), [text]);
   return html`<svg class="qr" viewBox=${`0 0 ${size} ${size}`} role="img" aria-label=${t("share.qr")} shape-rendering="crispEdges">
-    <rect width=${size} height=${size} fill="#fff" /><path d=${dark.join("")} fill="#000" /></svg>`;
+    <rect width=${size} height=${size} fill="#fff" /><path d=${dark} fill="#000" /></svg>`;
 }
 
 // Without a secure connection browsers let no page write to the clipboard; the link is then marked.
@@ -77,6 +82,13 @@ function Password({ profile, share, put }) {
   </form>`;
 }
 
+function viewersText(count) {
+  if (count === 0) return t("share.nobody_watches");
+  return count === 1 ? t("share.one_watches") : t("share.many_watch", { count: number(count) });
+}
+
+const Viewers = ({ count }) => html`<p role="status" class=${`standing ${count > 0 ? "good" : "calm"}`}>${viewersText(count)}</p>`;
+
 function useShare(profile, isShared) {
   const [share, setShare] = useState(null);
   const load = () => read(`/profiles/${profile}/share`).then(setShare, explain);
@@ -96,8 +108,9 @@ async function sure(kind, name) {
   return ask({ title: t(`${kind}.title`, { name }), consequences, yes: t(`do.${kind}`), isLoss: true });
 }
 
-function SharedProfile({ profile, channel }) {
-  const name = profileName(profile);
+function SharedProfile({ profile, state }) {
+  const channel = channelOf(state, profile.profile);
+  const name = profileName(state, profile);
   const [share, send] = useShare(profile.profile, channel.shared);
   const put = async (body) => {
     const done = await send("PUT", "/share", body);
@@ -112,7 +125,8 @@ function SharedProfile({ profile, channel }) {
     <h2><bdi>${name}</bdi></h2>
     ${!share && html`<${Busy} text=${t("loading")} />`}
     ${share && html`<${Switch} label=${t("share.on")} on=${share.on} change=${turn} />`}
-    ${share?.on && html`<${Link} profile=${profile.profile} share=${share} renew=${renew} />
+    ${share?.on && html`<${Viewers} count=${state.viewers[profile.profile]} />
+      <${Link} profile=${profile.profile} share=${share} renew=${renew} />
       <${Password} profile=${profile.profile} share=${share} put=${put} />`}
     ${share && !share.on && html`<p class="quiet">${t("share.off")}</p>`}
   </li>`;
@@ -122,5 +136,5 @@ export function Sharing({ state }) {
   const bound = state.profiles.filter((one) => channelOf(state, one.profile));
   if (bound.length === 0) return html`<${Empty} icon="sharing" title=${t("share.empty")}><p>${t("share.empty_cure")}</p><//>`;
   return html`<p class="lead">${t("share.explained")}</p>
-    <ul class="shares">${bound.map((one) => html`<${SharedProfile} key=${one.profile} profile=${one} channel=${channelOf(state, one.profile)} />`)}</ul>`;
+    <ul class="shares">${bound.map((one) => html`<${SharedProfile} key=${one.profile} profile=${one} state=${state} />`)}</ul>`;
 }

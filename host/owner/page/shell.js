@@ -7,13 +7,13 @@ import { html, useEffect, useRef } from "/libraries/preact.js";
 import { Icon } from "/page/icons.js";
 import { Notices, Question } from "/page/parts.js";
 import { set, signOut } from "/page/store.js";
-import { currentLanguage, kLanguages, loadTexts, plain, t } from "/page/texts.js";
+import { changeLanguage, currentLanguage, kLanguages, plain, t } from "/page/texts.js";
 
 const kPages = [["overview", "#/"], ["sharing", "#/sharing"], ["events", "#/events"], ["charts", "#/charts"], ["host", "#/host"]];
 
 export function LanguageChoice() {
   const change = async (event) => {
-    await loadTexts(event.target.value);
+    await changeLanguage(event.target.value);
     set({});
   };
   return html`<div class="language">
@@ -30,9 +30,6 @@ const Navigation = ({ page }) => html`<nav aria-label=${t("pages")}><ul>
     <a href=${address} aria-current=${name === page ? "page" : null}><${Icon} name=${name} /><span>${t(`${name}.short`)}</span></a>
   </li>`)}
 </ul></nav>`;
-
-const Away = ({ away }) => html`<div role="status" class="away-place">
-  ${away && html`<p class="away"><span class="busy"></span>${t("away")}</p>`}</div>`;
 
 // The page is entered at its heading, so that a screen reader says where it is. Not when it is the first.
 function useEntering(address, title) {
@@ -66,10 +63,9 @@ export function Shell({ view, page, address, title, children }) {
     </header>
     <${Navigation} page=${page} />
     <main id="content">
-      <${Away} away=${view.away} />
       <h1 tabindex="-1" ref=${heading}><bdi>${title}</bdi></h1>
       ${children}
     </main>
-    <${Notices} notices=${view.notices} />
+    <${Notices} notices=${view.notices} away=${view.away} />
     ${view.question && html`<${Question} question=${view.question} />`}`;
 }

@@ -6,9 +6,9 @@
 import { html, useState } from "/libraries/preact.js";
 import { setStream } from "/page/actions.js";
 import { Busy, Button, Choice, Failed, useAnswer } from "/page/parts.js";
-import { number, t } from "/page/texts.js";
+import { kValueTexts, settingName } from "/page/settings.js";
+import { t } from "/page/texts.js";
 
-const sizeText = ({ width, height }) => `${width} × ${height}`;
 const sizeKey = ({ width, height }) => `${width}x${height}`;
 
 // The wish, as near to what the camera offers as it can be.
@@ -21,31 +21,26 @@ function offered(formats, wish) {
 
 const asOf = (channel) => ({ codec: channel.codec, size: sizeKey(channel), rate: String(channel.rate) });
 
-const kShown = {
-  codec: (values) => t(`codec.${values.codec}`),
-  size: (values) => sizeText(values),
-  rate: (values) => t("per_second", { rate: number(values.rate) }),
-};
-
 function Taken({ outcome }) {
   const { asked, taken, not_stored: notStored = [] } = outcome;
-  const rows = Object.entries(kShown).map(([name, text]) => ({ name, asked: text(asked), taken: text({ ...asked, ...taken }) }));
+  const [before, after] = [asked, { ...asked, ...taken }].map((one) => ({ ...one, size: sizeKey(one) }));
+  const rows = Object.entries(kValueTexts).map(([name, text]) => ({ name, asked: text(before[name]), taken: text(after[name]) }));
   const isAll = rows.every((one) => one.asked === one.taken);
   return html`<div class="taken" role="status">
     <p>${t(isAll ? "taken.all" : "taken.other")}</p>
     ${!isAll && html`<table><thead><tr><td></td><th scope="col">${t("asked")}</th><th scope="col">${t("taken")}</th></tr></thead>
       <tbody>${rows.map((one) => html`<tr key=${one.name} class=${one.asked === one.taken ? "" : "differs"}>
         <th scope="row">${t(one.name)}</th><td>${one.asked}</td><td>${one.taken}</td></tr>`)}</tbody></table>`}
-    ${notStored.length > 0 && html`<p>${t("not_stored", { names: notStored.join(", ") })}</p>`}
+    ${notStored.length > 0 && html`<p>${t("not_stored", { names: notStored.map(settingName).join(", ") })}</p>`}
   </div>`;
 }
 
 function Choices({ formats, wish, setWish }) {
   const { codec, size, rate } = offered(formats, wish);
   const options = {
-    codec: formats.codecs.map((one) => ({ value: one.codec, text: t(`codec.${one.codec}`) })),
-    size: codec.sizes.map((one) => ({ value: sizeKey(one), text: sizeText(one) })),
-    rate: size.rates.map((one) => ({ value: String(one), text: t("per_second", { rate: number(one) }) })),
+    codec: formats.codecs.map((one) => ({ value: one.codec, text: kValueTexts.codec(one.codec) })),
+    size: codec.sizes.map((one) => ({ value: sizeKey(one), text: kValueTexts.size(sizeKey(one)) })),
+    rate: size.rates.map((one) => ({ value: String(one), text: kValueTexts.rate(one) })),
   };
   const values = { codec: codec.codec, size: sizeKey(size), rate: String(rate) };
   return Object.keys(options).map((name) => html`<${Choice} key=${name} id=${`stream-${name}`} label=${t(name)} value=${values[name]}

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 import { LivePlayer } from "/share/live-player.js";
+import { awaitTexts, changeLanguage, currentLanguage, hasText, kLanguages, plain, t } from "/share/texts.js";
 
 // Shows the stream of the page's address, or the sentence that explains why there is none. If the reason can change, the
 // page asks until it has, even if the browser believes that it is offline, because the host may be in the same house.
@@ -12,65 +13,68 @@ const kLook = 500;
 const kStandsStill = 3000;
 const kBeginAnew = 8000;
 
-const kWaiting = "The stream has not begun yet; it will be shown as soon as it begins.";
-const kStill = "The picture does not move; it will continue as soon as the camera sends a new one.";
-const kAway = "The host does not answer; the page tries again.";
-const kCannotPlay = "This browser cannot play live streams.";
-const kInvisible = /[\p{Cc}\u061c\u200e\u200f\u202a-\u202e\u2066-\u2069]/gu;
-
 const element = (id) => document.getElementById(id);
 const video = element("video");
+const choice = element("language");
 const link = new URLSearchParams(location.search);
 let password = "";
 let player = null;
 let asking = false;
 let timer = 0;
-let seen = ""; // the playlist as it was at the last check
+let shown = {}; // the sentence: the name of a text, or what the host says, for which there is none
+let name = ""; // of the camera, once the host has told it
+let seen = null; // when the playlist had changed at the last check
 let position = 0; // of the picture, and since when
 let since = 0;
 
-function show(state, sentence) {
+function show(state, key = "", otherwise = "") {
   document.body.dataset.state = state;
-  if (element("sentence").textContent !== sentence) element("sentence").textContent = sentence;
+  shown = { key, otherwise };
+  showSentence();
   element("password-form").hidden = state !== "password";
+  element("password").ariaInvalid = String(key === "reason.password_wrong");
   element("countdown").hidden = state !== "paused";
+}
+
+const showReason = (state, { reason, sentence }) => show(state, `reason.${reason}`, sentence);
+
+function showSentence() {
+  const sentence = hasText(shown.key) ? t(shown.key) : shown.otherwise;
+  if (element("sentence").textContent !== sentence) element("sentence").textContent = sentence;
+}
+
+function showName() {
+  const title = name || t("title");
+  document.title = title;
+  element("name").textContent = title;
+  video.ariaLabel = t("live_view", { name: title });
+}
+
+// What does not change with the stream, but with the language.
+function showTexts() {
+  for (const one of document.querySelectorAll("[data-text]")) one.textContent = t(one.dataset.text);
+  choice.value = currentLanguage();
+  showName();
+  showSentence();
 }
 
 const isShown = (...states) => states.includes(document.body.dataset.state);
 
-function showName(name) {
-  const plain = name.replace(kInvisible, "");
-  element("name").textContent = plain;
-  document.title = plain;
-}
-
-function load(address, options) {
-  return fetch(address, { cache: "no-store", signal: AbortSignal.timeout(kAskAtMost), ...options });
-}
-
 async function ask() {
   const question = { ssid: link.get("ssid") ?? "", token: link.get("token") ?? "", password };
-  const answer = await load("/share/open", { method: "POST", body: JSON.stringify(question) });
-  if (!answer.ok && answer.status !== 429) throw new Error(answer.statusText);
-  return answer.json();
-}
-
-async function askAndRead() {
+  const options = { method: "POST", cache: "no-store", signal: AbortSignal.timeout(kAskAtMost) };
   try {
-    const answer = await ask();
-    if (answer.outcome !== "plays") return answer;
-    const playlist = await load(answer.playlist);
-    return { ...answer, text: playlist.ok ? await playlist.text() : "" };
-  } catch {
-    return { outcome: "away", sentence: kAway };
-  }
+    const answer = await fetch("/share/open", { ...options, body: JSON.stringify(question) });
+    if (answer.ok || answer.status === 429) return await answer.json();
+  } catch {} // the host is as good as gone
+  return { outcome: "away" };
 }
 
 async function look() {
   if (asking) return;
   clearTimeout(timer);
   asking = true;
-  const answer = await askAndRead();
+  const answer = await ask();
   asking = false;
   follow[answer.outcome](answer);
 }
@@ -82,55 +86,56 @@ function lookLater() {
 
 const follow = {
   plays(answer) {
-    const grows = answer.text !== "" && answer.text !== seen;
-    seen = answer.text;
-    showName(answer.name);
+    const grows = answer.changed !== seen;
+    seen = answer.changed;
+    name = plain(answer.name);
+    showName();
     if (isPlaying()) return;
     const wasGiven = performance.now() - since;
-    if (seen === "") {
+    if (seen === null) {
       stop();
-      show("waits", kWaiting);
+      show("waits", "not_begun");
     } else if (grows && (!player || player.hasEnded || wasGiven >= kBeginAnew)) {
       play(answer.playlist);
       return;
     } else if (!player || player.hasEnded || isShown("away")) {
-      show("still", kStill);
+      show("still", "still");
     }
     lookLater();
   },
   waits(answer) {
     stop();
-    show("waits", answer.sentence);
+    showReason("waits", answer);
     lookLater();
   },
   // What has arrived is still shown to its end.
-  away(answer) {
+  away() {
     if (isPlaying()) return;
-    show("away", answer.sentence);
+    show("away", "away");
     lookLater();
   },
   password(answer) {
     stop();
-    show("password", answer.sentence);
+    showReason("password", answer);
     element("password").select();
   },
   paused(answer) {
     if (player) {
       timer = setTimeout(look, 1000 * answer.seconds);
     } else {
-      show("paused", answer.sentence);
+      showReason("paused", answer);
       countDown(performance.now() + 1000 * answer.seconds);
     }
   },
   refused(answer) {
     stop();
-    show("refused", answer.sentence);
+    showReason("refused", answer);
   },
 };
 
 function countDown(end) {
   const seconds = Math.ceil((end - performance.now()) / 1000);
-  element("countdown").textContent = `The next attempt is possible in ${seconds} s.`;
+  element("countdown").textContent = t("countdown", { seconds });
   if (seconds > 0) timer = setTimeout(countDown, 250, end);
   else look();
 }
@@ -145,7 +150,7 @@ function stop() {
 
 function play(playlist) {
   stop();
-  if (!isShown("still")) show("loading", "");
+  if (!isShown("still")) show("loading", "loading");
   position = 0;
   since = performance.now();
   player = new LivePlayer(video, playlist, look); // the link may have been removed, or the camera unplugged
@@ -164,9 +169,9 @@ function watch() {
   } else if (isWell()) {
     position = video.currentTime;
     since = now;
-    show("plays", "");
+    show("plays");
   } else if (now - since >= kStandsStill && isPlaying()) {
-    show("still", kStill);
+    show("still", "still");
     look();
   }
 }
@@ -174,19 +179,27 @@ function watch() {
 video.addEventListener("loadeddata", () => {
   video.hidden = false;
   since = performance.now();
-  show("plays", "");
+  show("plays");
 });
 
 element("password-form").addEventListener("submit", (event) => {
   event.preventDefault();
   password = element("password").value;
-  show("loading", "");
+  show("loading", "loading");
   look();
 });
 
+choice.append(...Object.entries(kLanguages).map(([code, own]) => new Option(own, code)));
+choice.addEventListener("change", async () => {
+  await changeLanguage(choice.value);
+  showTexts();
+});
+
+await awaitTexts();
+showTexts();
 if (LivePlayer.isSupported(video)) {
   setInterval(watch, kLook);
   look();
 } else {
-  show("refused", kCannotPlay);
+  show("refused", "cannot_play");
 }

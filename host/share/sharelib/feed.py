@@ -7,6 +7,7 @@ from __future__ import annotations
 
 import os
 from collections import deque
+from collections.abc import Callable
 from pathlib import Path
 from typing import Protocol
 
@@ -58,6 +59,10 @@ class Feed:
         self._viewers.discard(viewer)
         return not self._viewers
 
+    @property
+    def viewers(self) -> int:
+        return len(self._viewers)
+
     def close(self) -> None:
         self._end()
 
@@ -100,3 +105,29 @@ def _kind(begin: bytes) -> str:
         raise OSError("not the begin of a stream")
     sound = ",mp4a.40.2" if TAG_OF_SOUND in begin else ""
     return f'video/mp4; codecs="avc1.{codec[1:4].hex()}{sound}"'
+
+
+class Feeds:
+    """The streams that somebody watches. Each is read once, however many watch it."""
+
+    def __init__(self, changed: Callable[[], None] = lambda: None) -> None:
+        """`changed` is called when somebody comes or goes."""
+        self._feeds: dict[Path, Feed] = {}
+        self._changed = changed
+
+    def join(self, folder: Path, viewer: Watching) -> None:
+        """Raises OSError if there is no stream."""
+        if folder not in self._feeds:
+            self._feeds[folder] = Feed(folder)
+        self._feeds[folder].join(viewer)
+        self._changed()
+
+    def leave(self, folder: Path, viewer: Watching) -> None:
+        feed = self._feeds.get(folder)
+        if feed is not None and feed.leave(viewer):
+            del self._feeds[folder]
+            feed.close()
+        self._changed()
+
+    def viewers(self, folder: Path) -> int:
+        return self._feeds[folder].viewers if folder in self._feeds else 0

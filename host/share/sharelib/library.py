@@ -14,7 +14,7 @@ from usbdev import NotViewableError, ShareLink, UsbdevError, ViewerCode, hostinf
 class Link:
     """The stream of a share link, and the password that still has to be checked."""
 
-    name: str
+    name: str  # empty if it has none
     stream: str
     password: bytes | None
 
@@ -45,4 +45,4 @@ class Library:
 def _link(link: ShareLink) -> Link:
     name = link.profilename.encode("utf-8", "surrogateescape").decode(errors="replace")
     password = link.shrpwd.encode("utf-8", "surrogateescape")
-    return Link(name or f"Channel {link.profile + 1}", link.hash_string, password if link.pwdenable else None)
+    return Link(name, link.hash_string, password if link.pwdenable else None)

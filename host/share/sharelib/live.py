@@ -12,12 +12,12 @@ from collections.abc import Callable
 from pathlib import Path
 from typing import Any
 
+from servicelib.places import APPLICATION, STREAMS
 from tornado.web import HTTPError
 from tornado.websocket import WebSocketClosedError, WebSocketHandler
 
 from sharelib.answers import Answer
-from sharelib.feed import Feed
-from sharelib.streams import APPLICATION, STREAMS
+from sharelib.feed import Feeds
 
 ROUTE = r"/([0-9a-f]{32})/live"
 # A viewer for whom more is waiting has fallen behind; the page connects again and continues with what is new.
@@ -26,8 +26,6 @@ MOST_UNSENT = 2 << 20
 PING_SECONDS = 10
 LONGEST_SIGN = 125  # viewers only watch
 
-Feeds = dict[Path, Feed]
-
 
 class LiveAnswer(Answer, WebSocketHandler):
     """One who watches a shared stream."""
@@ -35,7 +33,6 @@ class LiveAnswer(Answer, WebSocketHandler):
     def initialize(self, feeds: Feeds) -> None:
         self._feeds = feeds
         self._unsent = 0
-        self._feed: Feed | None = None
 
     def folder(self) -> Path | None:
         """Returns the folder of the stream, if this visitor may see it now."""
@@ -61,11 +58,9 @@ class LiveAnswer(Answer, WebSocketHandler):
 
     def open(self, *_: str, **__: str) -> None:
         try:
-            self._feed = self._feeds.get(self._folder) or self._feeds.setdefault(self._folder, Feed(self._folder))
+            self._feeds.join(self._folder, self)
         except OSError:
             self.close()
-            return
-        self._feed.join(self)
 
     def send(self, message: str | bytes) -> None:
         """Sends a fragment; ends if the right to see it has ended, or too little of the last ones has arrived."""
@@ -87,20 +82,15 @@ class LiveAnswer(Answer, WebSocketHandler):
         return note
 
     def end(self) -> None:
-        self._leave()
+        self._feeds.leave(self._folder, self)
         self.close()
 
     def on_message(self, message: str | bytes) -> None:
         self.end()
 
     def on_close(self) -> None:
-        self._leave()
-
-    def _leave(self) -> None:
-        if self._feed is not None and self._feed.leave(self) and self._feeds.pop(self._folder, None) is self._feed:
-            self._feed.close()
-        self._feed = None
+        self._feeds.leave(self._folder, self)
 
 
-def routes() -> list[tuple[Any, ...]]:
-    return [(ROUTE, LiveAnswer, {"feeds": {}})]
+def routes(feeds: Feeds) -> list[tuple[Any, ...]]:
+    return [(ROUTE, LiveAnswer, {"feeds": feeds})]

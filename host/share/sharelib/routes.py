@@ -11,10 +11,12 @@ from pathlib import Path
 from typing import Any
 
 from servicelib.attempts import Attempts
+from servicelib.places import APPLICATION
 from tornado.web import HTTPError
 
 from sharelib import live, streams, verdict
 from sharelib.answers import Answer, PageFile
+from sharelib.feed import Feeds
 from sharelib.library import Library
 from sharelib.verdict import Verdict
 
@@ -78,13 +80,13 @@ def _text(value: object) -> str:
     return value
 
 
-def routes(library: Library) -> list[tuple[Any, ...]]:
+def routes(library: Library, feeds: Feeds) -> list[tuple[Any, ...]]:
     question = {"library": library, "attempts": Attempts(), "turn": asyncio.Lock()}
     return [
         (r"/share", Page),
         (r"/share/open", Question, question),
-        (r"/share/(design\.css|favicon\.svg|live-player\.js)", PageFile, {"path": WEB}),
-        (r"/share/(share\.(?:css|js))", PageFile, {"path": PAGE}),
-        *live.routes(),
-        (streams.ROUTE, streams.StreamFile, {"path": streams.APPLICATION}),
+        (r"/share/(design\.css|favicon\.svg|live-player\.js|texts\.js)", PageFile, {"path": WEB}),
+        (r"/share/(share\.(?:css|js)|texts/[a-z]+\.json)", PageFile, {"path": PAGE}),
+        *live.routes(feeds),
+        (streams.ROUTE, streams.StreamFile, {"path": APPLICATION}),
     ]

@@ -13,6 +13,7 @@ from servicelib.http import Server
 from tornado.web import Application
 
 from sharelib.answers import NothingThere
+from sharelib.feed import Feeds
 from sharelib.library import Library
 from sharelib.routes import routes
 
@@ -23,9 +24,10 @@ PATIENCE_SECONDS = 10
 
 def application(library: Library) -> Application:
     return Application(
-        routes(library),
+        routes(library, Feeds()),
         default_handler_class=NothingThere,
         log_function=lambda _: None,  # requests contain the secrets that open a stream
+        compress_response=True,
     )
 
 
@@ -39,7 +41,7 @@ async def serve(pages: Application, port: int | None, address: str) -> None:
         max_body_size=sys.maxsize,  # a body that is too long gets an answer
     )
     server.listen(port, address)
-    await lifecycle.until_stopped(f"listening on {address}:{port}")
+    await lifecycle.serve_until_stopped(f"listening on {address}:{port}")
     server.stop()
 
 

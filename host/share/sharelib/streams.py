@@ -9,12 +9,12 @@ import os
 import stat
 from pathlib import Path
 
+from servicelib.places import APPLICATION, STREAMS
 from tornado.web import HTTPError
 
 from sharelib.answers import FileAnswer
 
-APPLICATION = Path("/mnt/ext/opt/apps/Velmora2")
-STREAMS = APPLICATION / "hls"
+PLAYLIST = "playlist.m3u8"
 TYPES = {
     ".m3u8": "application/vnd.apple.mpegurl",
     ".ts": "video/mp2t",
@@ -23,6 +23,14 @@ TYPES = {
 }
 # A hash cannot be guessed, and whoever knows it may see the stream. Nothing else of the application is served.
 ROUTE = r"/([0-9a-f]{32}/[A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
+
+
+def changed(stream: str) -> float | None:
+    """Returns when the playlist of a stream was written last, in seconds; None before the stream has begun."""
+    try:
+        return os.stat(APPLICATION / stream / PLAYLIST).st_mtime
+    except (OSError, ValueError):
+        return None
 
 
 def read_file(path: Path, largest: int) -> bytes:

@@ -11,29 +11,32 @@ from typing import Protocol
 
 from usbdev import ViewerCode
 
+from sharelib import streams
 from sharelib.library import Link
 
-INCOMPLETE = "This link is incomplete; it was probably cut when it was copied."
-PASSWORD_NEEDED = "This link is protected by a password."
-PASSWORD_WRONG = "This is not the password."
-PAUSE = "There were too many wrong attempts."
-FINAL_REASONS: dict[int, str] = {
-    ViewerCode.WRONG_TOKEN: "This link is no longer valid; ask for the new one.",
-    ViewerCode.UNKNOWN_SHARE_ID: "This link is unknown; it was renewed or removed.",
+# The name of each reason, by which pages find their own words for it, and a sentence.
+Told = tuple[str, str]
+INCOMPLETE: Told = ("incomplete", "This link is incomplete; it was probably cut when it was copied.")
+PASSWORD_NEEDED: Told = ("password_needed", "This link is protected by a password.")
+PASSWORD_WRONG: Told = ("password_wrong", "This is not the password.")
+PAUSE: Told = ("too_many", "There were too many wrong attempts.")
+FINAL_REASONS: dict[int, Told] = {
+    ViewerCode.WRONG_TOKEN: ("wrong_token", "This link is no longer valid; ask for the new one."),
+    ViewerCode.UNKNOWN_SHARE_ID: ("unknown", "This link is unknown; it was renewed or removed."),
 }
-PASSING_REASONS: dict[int, str] = {
-    ViewerCode.NOT_ATTACHED: "The camera is not plugged in.",
-    ViewerCode.NO_VIDEO: "The camera gives no picture at the moment.",
-    ViewerCode.SOUND_ONLY: "There is sound here, but no picture to show.",
-    ViewerCode.WAITS: "The camera has to wait for another one, or cannot be used on this host.",
-    ViewerCode.PORT_OFF: "The camera's port is switched off.",
-    ViewerCode.NOT_SHARED: "This camera is not shared at the moment.",
+PASSING_REASONS: dict[int, Told] = {
+    ViewerCode.NOT_ATTACHED: ("unplugged", "The camera is not plugged in."),
+    ViewerCode.NO_VIDEO: ("no_picture", "The camera gives no picture at the moment."),
+    ViewerCode.SOUND_ONLY: ("sound_only", "There is sound here, but no picture to show."),
+    ViewerCode.WAITS: ("waits", "The camera has to wait for another one, or cannot be used on this host."),
+    ViewerCode.PORT_OFF: ("switched_off", "The camera's port is switched off."),
+    ViewerCode.NOT_SHARED: ("not_shared", "This camera is not shared at the moment."),
 }
 
 
 @dataclass(frozen=True)
 class Verdict:
-    answer: dict[str, str | int]
+    answer: dict[str, str | float | None]
     is_wrong: bool = False  # a token or password was given, and it is wrong
     pause: int = 0  # seconds
 
@@ -57,14 +60,20 @@ def judge(links: Links, ssid: str, token: str, password: str) -> Verdict:
 
 
 def paused(seconds: int) -> Verdict:
-    return Verdict({"outcome": "paused", "sentence": PAUSE, "seconds": seconds}, pause=seconds)
+    return Verdict({**_reason(PAUSE), "outcome": "paused", "seconds": seconds}, pause=seconds)
 
 
 def _opened(link: Link, password: str) -> Verdict:
     if link.password is None or hmac.compare_digest(link.password, password.encode()):
-        return Verdict({"outcome": "plays", "name": link.name, "playlist": f"/{link.stream}/playlist.m3u8"})
+        playlist = f"/{link.stream}/{streams.PLAYLIST}"
+        return Verdict({"outcome": "plays", "name": link.name, "playlist": playlist, "changed": streams.changed(link.stream)})
     return _told("password", PASSWORD_WRONG, is_wrong=True) if password else _told("password", PASSWORD_NEEDED)
 
 
-def _told(outcome: str, sentence: str, is_wrong: bool = False) -> Verdict:
-    return Verdict({"outcome": outcome, "sentence": sentence}, is_wrong)
+def _told(outcome: str, told: Told, is_wrong: bool = False) -> Verdict:
+    return Verdict({"outcome": outcome, **_reason(told)}, is_wrong)
+
+
+def _reason(told: Told) -> dict[str, str]:
+    reason, sentence = told
+    return {"reason": reason, "sentence": sentence}

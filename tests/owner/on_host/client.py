@@ -8,18 +8,34 @@ from __future__ import annotations
 import json
 import re
 from dataclasses import dataclass
+from functools import cache
 from http.client import HTTPConnection, HTTPMessage
 from pathlib import Path
 from typing import Any
+from urllib.parse import urlsplit
 
 import yaml
 from jsonschema import Draft202012Validator, RefResolver
 
 HOST = Path(__file__).resolve().parents[3] / "host"
-DOCUMENT: dict[str, Any] = yaml.safe_load((HOST / "owner/api/openapi.yaml").read_text(encoding="utf-8"))
+DESCRIPTION = HOST / "owner/api/openapi.yaml"
 API = "/api/v1"
 ORIGIN = "http://127.0.0.1:8080"
 USER, PASSWORD = "ann", "correct horse"
+
+
+@cache
+def load(address: str) -> Any:
+    """A part of the description, by its address."""
+    return yaml.safe_load(Path(urlsplit(address).path).read_text(encoding="utf-8"))
+
+
+def resolver(file: Path) -> RefResolver:
+    """Follows the references in a file of the description."""
+    return RefResolver(file.as_uri(), load(file.as_uri()), handlers={"file": load})
+
+
+DOCUMENT: dict[str, Any] = load(DESCRIPTION.as_uri())
 
 
 @dataclass(frozen=True)
@@ -92,17 +108,11 @@ def check(method: str, path: str, answer: Answer) -> None:
 
 
 def validate(value: Any, schema: dict[str, Any]) -> None:
-    Draft202012Validator(schema, resolver=RefResolver("", DOCUMENT)).validate(value)
+    Draft202012Validator(schema, resolver=resolver(DESCRIPTION)).validate(value)
 
 
 def resolved(part: dict[str, Any]) -> dict[str, Any]:
-    """Follows a reference inside the document."""
-    if "$ref" not in part:
-        return part
-    found: Any = DOCUMENT
-    for name in part["$ref"].removeprefix("#/").split("/"):
-        found = found[name]
-    return dict(found)
+    return dict(resolver(DESCRIPTION).resolve(part["$ref"])[1]) if "$ref" in part else part
 
 
 def described(path: str) -> dict[str, Any]:

@@ -10,7 +10,7 @@ import json
 import socket
 from typing import Any
 
-from client import API, DOCUMENT, Client, validate
+from client import API, Client, validate
 from tornado.httpclient import HTTPClientError, HTTPRequest
 from tornado.websocket import WebSocketClientConnection, websocket_connect
 
@@ -28,7 +28,7 @@ class OpenPage:
         if text is None:
             return None
         found = json.loads(text)
-        validate(found, DOCUMENT["components"]["schemas"]["LiveMessage"])
+        validate(found, {"$ref": "schemas/state.yaml#/LiveMessage"})
         return dict(found)
 
     async def until(self, section: str) -> Any:

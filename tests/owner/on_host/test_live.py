@@ -6,6 +6,7 @@
 from __future__ import annotations
 
 import asyncio
+import json
 import os
 import sqlite3
 import subprocess
@@ -19,7 +20,9 @@ import pytest
 from client import Client
 from conftest import Service, run
 from open_page import open_page, refusal, silent_page
-from ownerlib import event_log
+from servicelib.places import STREAMS
+from statelib import event_log
+from tornado.websocket import websocket_connect
 from usbdev import Notification, core
 
 CONFIGURATION = Path("/etc/config/usbdev.conf")
@@ -119,6 +122,31 @@ def test_a_configuration_that_cannot_be_read_is_told_and_when_it_can_again(owner
         CONFIGURATION.write_bytes(content)
 
 
+@pytest.fixture
+def guests_address() -> Iterator[str]:
+    """Where guests get the stream of profile 0, which has begun without the manager."""
+    begin = STREAMS / "channel1/live.mp4"
+    begin.write_bytes(b"avcC\x01\x42\xc0\x0c")
+    yield f"ws://127.0.0.1:8080/{json.loads(run('usbdevctl share on 0 --json'))['hash']}/live"
+    begin.unlink()
+    run("usbdevctl share off 0")
+
+
+def test_guests_are_counted_as_they_come_and_go(owner: Client, guests_address: str) -> None:
+    async def story() -> None:
+        page = await open_page(owner)
+        assert (await page.until("state"))["viewers"] == [0, 0, 0, 0]
+        guests = [await websocket_connect(guests_address), await websocket_connect(guests_address)]
+        while await page.until("viewers") != [2, 0, 0, 0]:
+            pass
+        assert owner.get("/state")["viewers"] == [2, 0, 0, 0]
+        for left, guest in zip((1, 0), guests):
+            guest.close()
+            assert await page.until("viewers") == [left, 0, 0, 0]
+
+    asyncio.run(story())
+
+
 def test_several_pages_the_manager_and_watch_all_get_a_change(owner: Client, manager: Service, tmp_path: Path) -> None:
     async def story() -> None:
         pages = [await open_page(owner) for _ in range(20)]
@@ -162,6 +190,22 @@ def test_a_notification_alone_is_a_reason_to_look_again(owner: Client, manager: 
     run("sim plug infrared-camera 5-1")
     asyncio.run(story())
     LIST.unlink()
+
+
+def test_a_stream_has_bandwidth_of_its_bus_from_its_begin_to_its_end(owner: Client, manager: Service) -> None:
+    async def story() -> None:
+        page = await open_page(owner)
+        usb = (await page.until("state"))["usb"]
+        for switch, reserved in (("off", 0), ("on", 197), ("off", 0)):
+            await asyncio.to_thread(run, f"usbdevctl slot {switch} 1-1")
+            while usb["buses"][0] != {"bus": 1, "speed": 480, "reserved": reserved}:
+                usb = await page.until("usb")
+
+    asyncio.run(story())
+    run("usbdevctl slot on 1-1")
+    while (kept := owner.get("/charts")["bandwidth"])[-1]["to"] is None:
+        pass
+    assert [(it["bus"], it["reserved"], it["speed"]) for it in kept][-1] == (1, 197, 480)
 
 
 def connections(server: Service) -> set[str]:

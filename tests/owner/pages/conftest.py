@@ -14,8 +14,11 @@ import pytest
 sys.path.append(str(Path(__file__).resolve().parent.parent))
 
 from browser import Owner
+from made_up import NOW
 from standin import StandIn
 from viewer import browsing
+
+HOST = "attic.localhost"
 
 
 @pytest.fixture(scope="session")
@@ -27,9 +30,12 @@ def server(tmp_path_factory: pytest.TempPathFactory) -> Iterator[StandIn]:
 
 @pytest.fixture(scope="session")
 def window(server: StandIn) -> Iterator[Owner]:
-    with browsing() as browser:
-        browser.get(server.origin)
-        yield Owner(browser, server.origin)
+    """Its links and pictures have no port, which would be another one each time."""
+    with browsing("--hide-scrollbars", f"--host-resolver-rules=MAP {HOST}:80 127.0.0.1:{server.port}") as browser:
+        owner = Owner(browser, f"http://{HOST}")
+        owner.stop_clock(NOW)
+        browser.get(owner.origin)
+        yield owner
 
 
 def prepare(window: Owner, server: StandIn) -> Owner:

@@ -13,6 +13,7 @@ NOTHING = {
     "waits_for": None, "supported": False, "streams": False, "shared": False, "codec": None, "width": None, "height": None,
     "rate": None, "flip": None, "mirror": None, "overlay": None, "sound": None, "created": None, "reasons": [],
 }  # fmt: skip
+NOW = 1_785_578_400  # 1 August 2026, 10:00, for the browser too
 STREAM = {"codec": "h264", "width": 1280, "height": 720, "rate": 15, "flip": False, "mirror": True, "overlay": True}
 
 
@@ -53,12 +54,12 @@ USB = {"controllers": [
      "ports": [port("3-1", None, [port("3-1.1", 0), port("3-1.2", 1)])]},
     {"path": "/sys/devices/pci0000:00/0000:00:1c.4/0000:05:00.0", "bridge": "/sys/devices/pci0000:00/0000:00:1c.4", "buses": [5],
      "ports": [port("5-1", 2), port("5-2", 3)]},
-]}  # fmt: skip
+], "buses": [{"bus": bus, "speed": 480, "reserved": reserved} for bus, reserved in ((1, 0), (3, 197), (5, 0))]}  # fmt: skip
 
 
 def moment(hours: float) -> str:
     """So many hours ago."""
-    return time.strftime("%Y-%m-%dT%H:%M:%SZ", time.gmtime(time.time() - 3600 * hours))
+    return time.strftime("%Y-%m-%dT%H:%M:%SZ", time.gmtime(NOW - 3600 * hours))
 
 
 TEXTS = [("information", "Channel 1 is plugged in"), ("warning", "Channel 2 does not stream: it waits for channel 0"),
@@ -73,12 +74,13 @@ STATE = {
                  for number, channel, name in [(0, 0, "Front door"), (1, 1, CHANNELS[1]["profile_name"]), (2, 2, ""), (3, 5, "Garden")]],
     "usb": USB,
     "events": EVENTS,
+    "viewers": [2, 0, 0, 0],
 }  # fmt: skip
 EMPTY = {
     **STATE,
     "channels": [{**NOTHING, "channel": number} for number in range(10)],
     "profiles": [{"profile": number, "channel": None, "name": "", "streams": False} for number in range(4)],
-    "usb": {"controllers": []},
+    "usb": {"controllers": [], "buses": []},
     "events": [],
 }
 SIZES = [{"width": width, "height": height, "rates": [5, 10, 15, 24, 30]} for width, height in [(1920, 1080), (1280, 720), (640, 480)]]
@@ -95,5 +97,9 @@ CHARTS = {
                                            (30, 5, "plugged"), (6, 5, "unplugged")]],
     "up": [{"profile": 0, "from": moment(149), "to": moment(90)}, {"profile": 0, "from": moment(85), "to": None},
            {"profile": 1, "from": moment(118), "to": moment(80)}, {"profile": 3, "from": moment(29), "to": moment(6)}],
+    "bandwidth": [{"bus": 3, "reserved": 197, "speed": 480, "from": moment(149), "to": moment(118)},
+                  {"bus": 3, "reserved": 394, "speed": 480, "from": moment(118), "to": moment(90)},
+                  {"bus": 3, "reserved": 197, "speed": 480, "from": moment(85), "to": None},
+                  {"bus": 1, "reserved": 99, "speed": 480, "from": moment(29), "to": moment(6)}],
     "timeouts": [{"time": moment(hours), "profile": 1, "count": count} for hours, count in [(100, 1), (95, 3), (50, 1)]],
 }  # fmt: skip

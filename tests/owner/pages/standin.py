@@ -9,6 +9,7 @@ import asyncio
 import copy
 import json
 import subprocess
+import sys
 import threading
 from pathlib import Path
 from typing import Any
@@ -20,17 +21,28 @@ from tornado.web import Application, RequestHandler, StaticFileHandler
 from tornado.websocket import WebSocketHandler
 
 ROOT = Path(__file__).resolve().parents[3] / "host"
-# As strict as the real server's, so that what it forbids shows here too.
-POLICY = (
-    "default-src 'self'; img-src 'self' data:; media-src 'self' blob:; connect-src 'self'; "
-    "frame-ancestors 'none'; "
-    "base-uri 'none'; form-action 'self'"
-)
+sys.path[:0] = [str(ROOT / folder) for folder in ("owner", "share", "services")]
+import sharelib.routes
+from ownerlib import page_files
+from sharelib import streams
+from sharelib.library import Link
+
 PASSWORD = "secret"
-PAINT = "ffmpeg -v error -f lavfi -i testsrc2=size=640x360 {} {}"
+PAINT = "ffmpeg -v error -f lavfi -i smptehdbars=size=640x360:rate=5 {} {}"
 PICTURE = "-frames:v 1"
-FILM = "-t 4 -c:v libx264 -preset ultrafast -g 25 -pix_fmt yuv420p -movflags empty_moov+default_base_moof+frag_keyframe"
+FILM = "-t 60 -c:v libx264 -preset ultrafast -g 25 -pix_fmt yuv420p -movflags empty_moov+default_base_moof+frag_keyframe"
 FILM_TYPE = 'video/mp4; codecs="avc1.42c01e"'
+
+
+SHARED = "{:032x}".format
+
+
+class Links:
+    """What the library says of share links: the stream of a token of ones is open, that of another has a password."""
+
+    def open(self, ssid: str, token: str) -> tuple[int, Link]:
+        is_open = token == SHARED(1)
+        return 0, Link("Front door", SHARED(1), None if is_open else b"secret")
 
 
 class StandIn:
@@ -40,7 +52,9 @@ class StandIn:
         self.folder = folder
         for what, file in ((PICTURE, "picture.jpg"), (FILM, "film.mp4")):
             subprocess.run(PAINT.format(what, folder / file).split(), check=True)
-        (folder / "playlist.m3u8").touch()
+        streams.APPLICATION = folder
+        (folder / SHARED(1)).symlink_to(folder)
+        (folder / streams.PLAYLIST).touch()
         self._viewers: set[Live] = set()
         self.reset()
         self._loop = asyncio.new_event_loop()
@@ -62,22 +76,21 @@ class StandIn:
         server = HTTPServer(self._application())
         sockets = bind_sockets(0, "127.0.0.1")
         server.add_sockets(sockets)
-        self.origin = f"http://127.0.0.1:{sockets[0].getsockname()[1]}"
+        self.port = sockets[0].getsockname()[1]
         self._loop.call_soon(ready.set)
         self._loop.run_forever()
 
     def _application(self) -> Application:
-        page, web = ROOT / "owner/page", ROOT / "web"
+        """The files of the pages, and the share page, are the real server's."""
         return Application([
-            (r"/()", File, {"path": page, "default_filename": "index.html"}),
-            (r"/page/(design.css|favicon.svg|live-player.js)", File, {"path": web}),
-            (r"/page/(.*)", File, {"path": page}),
-            (r"/libraries/(.*)", File, {"path": web / "libraries"}),
             (r"/api/v1/live", Live, {"standin": self}),
             (r"/api/v1/profiles/\d/live", Film, {"standin": self}),
-            (r"/api/v1/profiles/\d/(picture.jpg|playlist.m3u8)", File, {"path": self.folder}),
+            (rf"/{SHARED(1)}/live", Film, {"standin": self}),
+            (r"/api/v1/profiles/\d/(picture.jpg|playlist.m3u8)", StaticFileHandler, {"path": self.folder}),
             (r"/api/v1(/.*)", Api, {"standin": self}),
-        ], log_function=lambda _: None)
+            *page_files.routes(),
+            *sharelib.routes.routes(Links(), {}),
+        ], log_function=lambda _: None, compress_response=True)
 
     def tell(self, section: str, value: object = None) -> None:
         """Sends a message to all pages."""
@@ -91,12 +104,6 @@ class StandIn:
     def end(self) -> None:
         self._loop.call_soon_threadsafe(self._loop.stop)
         self._thread.join(20)
-
-
-class File(StaticFileHandler):
-    def set_extra_headers(self, path: str) -> None:
-        self.set_header("Content-Security-Policy", POLICY)
-        self.set_header("Cache-Control", "no-cache")
 
 
 class Live(WebSocketHandler):

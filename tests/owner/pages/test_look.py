@@ -50,6 +50,13 @@ def test_nothing_is_cut_or_too_small_for_a_finger(page: Owner) -> None:
         assert page.evaluate(SMALL % SMALLEST_TOUCH) == [], width
 
 
+def test_the_name_of_a_port_is_on_one_line(page: Owner) -> None:
+    for width in range(320, 480, 8):
+        page.size(width, 700)
+        assert page.evaluate("[...document.querySelectorAll('.port')].filter((one) => one.getClientRects().length > 1).length") == 0, width
+    page.size(*SIZES[-1])
+
+
 @pytest.mark.parametrize("scheme", ["light", "dark"])
 def test_there_is_no_barrier(page: Owner, scheme: str) -> None:
     page.prefer(color_scheme=scheme)

@@ -36,6 +36,7 @@ def test_a_page_says_that_it_is_being_loaded(owner: Owner, standin: StandIn) -> 
     standin.state = {}
     owner.open()
     assert owner.sees("Loading …")
+    standin.state = copy.deepcopy(STATE)  # for a page that is not connected yet
     standin.tell("state", STATE)
     assert owner.sees("Front door")
 
@@ -61,6 +62,15 @@ def test_a_page_that_is_not_answered_can_be_asked_for_again(owner: Owner, standi
     owner.complaints()  # of the answer
 
 
+def test_an_owner_sees_how_many_guests_watch(owner: Owner, standin: StandIn) -> None:
+    owner.open("sharing")
+    assert owner.sees("2 guests are watching now.")
+    standin.tell("viewers", [1, 0, 0, 0])
+    assert owner.sees("One guest is watching now.")
+    standin.tell("viewers", [0, 0, 0, 0])
+    assert owner.sees("No guest is watching now.")
+
+
 def test_a_camera_that_is_plugged_in_appears_at_once(owner: Owner, standin: StandIn) -> None:
     standin.state = copy.deepcopy(EMPTY)
     owner.open()
@@ -79,6 +89,18 @@ def test_a_refused_change_is_taken_back_with_its_reason(owner: Owner, standin: S
     owner.press("Close")
     assert owner.sees_no_more("The camera is not plugged in.")
     assert owner.complaints() != []  # the browser tells of every refusal
+
+
+def test_a_refused_move_is_said_in_the_language_of_the_page(owner: Owner, standin: StandIn) -> None:
+    standin.refusal = {"reason": "port_off", "text": "Its port is off.", "other_channel": None, "collision": None}
+    owner.open("profile/0")
+    owner.choose("Language", "Deutsch")
+    owner.press("Auf andere Kamera verschieben")
+    owner.press("Verschieben")
+    assert owner.sees("Der USB-Anschluss der Kamera ist ausgeschaltet; schalten Sie ihn zuerst ein.")
+    assert "Its port is off." not in owner.text()
+    owner.choose("Sprache", "English")
+    owner.complaints()  # of the refusal
 
 
 def test_a_change_is_shown_before_the_host_has_answered(owner: Owner, standin: StandIn) -> None:

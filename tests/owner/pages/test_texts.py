@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""The texts of the pages: every language has all of them, and every reason of a camera has its own."""
+"""The texts of the owner's pages and of the share page: every language has all of them, and every reason has its own."""
 
 from __future__ import annotations
 
@@ -11,11 +11,33 @@ from pathlib import Path
 
 import pytest
 
-ROOT = Path(__file__).resolve().parents[3]
-PAGE = ROOT / "host/owner/page"
-TEXTS = {file.stem: json.loads(file.read_text()) for file in (PAGE / "texts").glob("*.json")}
-SCRIPTS = "".join(file.read_text() for file in PAGE.glob("*.js"))
-CAUSES = re.findall(r"^USBDEVCTL_(?:REASON|NOTICE)\((\w+),", (ROOT / "tools/usbdevctl/reason/reasons.def").read_text(), re.MULTILINE)
+HOST = Path(__file__).resolve().parents[3] / "host"
+TOOL = HOST.parent / "tools/usbdevctl"
+Texts = dict[str, str]
+
+
+def texts(page: str) -> dict[str, Texts]:
+    """The texts of a page in each language."""
+    return {file.stem: json.loads(file.read_text()) for file in (HOST / page / "page/texts").glob("*.json")}
+
+
+def scripts(page: str) -> str:
+    """All that names texts."""
+    folder = HOST / page / "page"
+    return "".join(file.read_text() for pattern in ("*.js", "*.html") for file in folder.glob(pattern))
+
+
+ENGLISH = {page: texts(page)["en"] for page in ("owner", "share")}
+# Each cause with the words of the host.
+CAUSES = dict(re.findall(r"^USBDEVCTL_(?:REASON|NOTICE)\((\w+),(.*?)\)\n(?=\n|USB|$)", (TOOL / "reason/reasons.def").read_text(), re.M | re.S))
+# What the page itself puts into words, besides what the host does.
+OWN_VALUES = {"port", "channel", "other_name", "other_channel", "root", "lack_cure", "reserved"}
+# Of an assignment, and of a move.
+REFUSALS = {
+    *re.findall(r"\"(\w+)\"", re.findall(r"kReasons\[\] = \{(.*?)\}", (TOOL / "profile/assignment.cpp").read_text(), re.S)[0]),
+    *re.findall(r"^constexpr char k\w+\[\] = \"(\w+)\";", (TOOL / "settings/refusal.h").read_text(), re.M),
+}
+GUESTS_REASONS = re.findall(r"\(\"(\w+)\", \"", (HOST / "share/sharelib/verdict.py").read_text())
 # The first part of the keys that scripts put together.
 PUT_TOGETHER = ("anyway", "charts", "codec", "cure", "do", "done", "error", "host", "reason", "refusal", "renew", "revoke",
                 "severity", "sound", "state", "live_view")  # fmt: skip
@@ -25,32 +47,55 @@ def values(text: str) -> set[str]:
     return set(re.findall(r"\{(\w+)\}", text))
 
 
-def test_there_are_two_languages() -> None:
-    assert set(TEXTS) == {"en", "de"}
+def named(key: str, kind: str) -> str:
+    """What a key is of, after its kind."""
+    return key.split(".")[1] if key.startswith(f"{kind}.") else ""
 
 
-def test_each_language_has_all_texts() -> None:
-    assert list(TEXTS["de"]) == list(TEXTS["en"])
+@pytest.mark.parametrize("page", ENGLISH)
+def test_there_are_two_languages(page: str) -> None:
+    assert set(texts(page)) == {"en", "de"}
 
 
-def test_each_language_shows_the_same_values() -> None:
-    assert {key: values(text) for key, text in TEXTS["de"].items()} == {key: values(text) for key, text in TEXTS["en"].items()}
+@pytest.mark.parametrize("page", ENGLISH)
+def test_each_language_has_all_texts(page: str) -> None:
+    assert list(texts(page)["de"]) == list(ENGLISH[page])
+
+
+@pytest.mark.parametrize("page", ENGLISH)
+def test_each_language_shows_the_same_values(page: str) -> None:
+    assert {key: values(text) for key, text in texts(page)["de"].items()} == {key: values(text) for key, text in ENGLISH[page].items()}
 
 
 @pytest.mark.parametrize("kind", ["reason", "cure"])
-def test_each_cause_has_its_texts(kind: str) -> None:
+def test_each_cause_has_its_texts_and_no_other_has(kind: str) -> None:
     assert len(CAUSES) > 30
-    assert {f"{kind}.{cause}" for cause in CAUSES} <= set(TEXTS["en"])
+    assert {named(key, kind) for key in ENGLISH["owner"]} - {""} == set(CAUSES)
 
 
-def test_no_text_is_of_a_cause_that_there_is_not() -> None:
-    assert {key.split(".")[1] for key in TEXTS["en"] if key.startswith(("reason.", "cure."))} == set(CAUSES)
+@pytest.mark.parametrize("cause", CAUSES)
+def test_the_texts_of_a_cause_show_only_values_that_there_are(cause: str) -> None:
+    shown = [values(text) for kind in ("reason", "cure") for key, text in ENGLISH["owner"].items() if named(key, kind) == cause]
+    assert set().union(*shown) <= values(CAUSES[cause]) | OWN_VALUES
 
 
-def test_each_text_of_a_script_exists() -> None:
-    assert set(re.findall(r"\bt\(\"([\w.]+)\"", SCRIPTS)) <= set(TEXTS["en"])
+def test_each_refusal_has_its_text_and_no_other_has() -> None:
+    assert len(REFUSALS) > 10
+    assert {named(key, "refusal") for key in ENGLISH["owner"]} - {""} == REFUSALS
 
 
-def test_no_text_is_left_over() -> None:
-    plain = {key for key in TEXTS["en"] if key.split(".")[0] not in PUT_TOGETHER and not key.endswith(".short")}
-    assert {key for key in plain if f'"{key}"' not in SCRIPTS} == set()
+def test_each_reason_of_a_guest_has_its_text_and_no_other_has() -> None:
+    assert len(GUESTS_REASONS) > 10
+    assert {named(key, "reason") for key in ENGLISH["share"]} - {""} == set(GUESTS_REASONS)
+
+
+@pytest.mark.parametrize("page", ENGLISH)
+def test_each_text_of_a_script_exists(page: str) -> None:
+    used = re.findall(r"\bt\(\"([\w.]+)\"|data-text=\"(\w+)\"|show\(\"\w+\", \"(\w+)\"", scripts(page))
+    assert {key for keys in used for key in keys if key} <= set(ENGLISH[page])
+
+
+@pytest.mark.parametrize("page", ENGLISH)
+def test_no_text_is_left_over(page: str) -> None:
+    whole = {key for key in ENGLISH[page] if key.split(".")[0] not in PUT_TOGETHER and not key.endswith(".short")}
+    assert {key for key in whole if f'"{key}"' not in scripts(page)} == set()

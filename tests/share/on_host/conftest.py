@@ -8,7 +8,7 @@ from __future__ import annotations
 import json
 import subprocess
 import sys
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
 from pathlib import Path
 from xml.etree import ElementTree
 
@@ -23,6 +23,14 @@ CONFIGURATION = Path("/etc/config/usbdev.conf")
 APPLICATION = Path("/mnt/ext/opt/apps/Velmora2")
 STREAM = APPLICATION / "hls/channel1"
 ORIGIN = "http://127.0.0.1:8080"
+SIZES = [(320, 568), (568, 320), (390, 844), (1280, 800), (2560, 1440)]
+EVERYWHERE = [True] * len(SIZES)
+# Whether anything of the page is outside the window, or can be scrolled out of it.
+FITS = """[...document.querySelectorAll('header, main, #video, #message, form, input, select, button')].every((element) => {
+  const box = element.getBoundingClientRect();
+  return box.left >= 0 && box.top >= 0 && box.right <= innerWidth && box.bottom <= innerHeight
+    && element.scrollWidth <= element.clientWidth + 2;
+}) && document.documentElement.scrollHeight <= innerHeight"""
 
 
 @pytest.fixture(scope="session")
@@ -38,6 +46,24 @@ def page(tmp_path_factory: pytest.TempPathFactory) -> Iterator[Service]:
 def viewer() -> Iterator[Viewer]:
     with viewing(ORIGIN) as somebody:
         yield somebody
+
+
+@pytest.fixture
+def in_every_window(viewer: Viewer) -> Iterator[Callable[[str], list[bool]]]:
+    """Returns what an expression of the open page is in each of the windows."""
+
+    def evaluate(expression: str) -> list[bool]:
+        return [evaluate_in(window, expression) for window in SIZES]
+
+    def evaluate_in(window: tuple[int, int], expression: str) -> bool:
+        width, height = window
+        metrics = {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": width < 1000}
+        viewer.tell_browser("Emulation.setDeviceMetricsOverride", **metrics)
+        viewer.wait(lambda: viewer.evaluate("[innerWidth, innerHeight]") == [width, height])
+        return viewer.evaluate(expression)
+
+    yield evaluate
+    viewer.tell_browser("Emulation.clearDeviceMetricsOverride")
 
 
 @pytest.fixture

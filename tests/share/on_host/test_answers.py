@@ -42,60 +42,66 @@ def ask(**question: str) -> dict[str, Any]:
     return json.loads(content)
 
 
-def refusal(sentence: str) -> dict[str, str]:
-    return {"outcome": "refused", "sentence": sentence}
+def refusal(reason: str, sentence: str) -> dict[str, str]:
+    return {"outcome": "refused", "reason": reason, "sentence": sentence}
 
 
 def test_a_link_that_opens_leads_to_the_playlist() -> None:
     store(**LINK, profilename="Door")
-    assert ask() == {"outcome": "plays", "name": "Door", "playlist": f"/{HASH}/playlist.m3u8"}
+    assert ask() == {"outcome": "plays", "name": "Door", "playlist": f"/{HASH}/playlist.m3u8", "changed": None}
 
 
-def test_a_profile_without_a_name_has_the_number_that_users_know() -> None:
+def test_a_link_that_opens_says_when_its_playlist_changed(stream_link: Path) -> None:
+    link = share("show", "0", "--json")
+    os.utime(STREAM / "playlist.m3u8", (1000, 1000.5))
+    assert ask(ssid=link["ssid"], token=link["token"])["changed"] == 1000.5
+
+
+def test_a_profile_without_a_name_gets_none() -> None:
     store(**LINK, profile=2)
-    assert ask()["name"] == "Channel 3"
+    assert ask()["name"] == ""
 
 
 @pytest.mark.parametrize(
-    ("keys", "sentence"),
+    ("keys", "reason", "sentence"),
     [
-        ({"exists": 0}, "The camera is not plugged in."),
-        ({"video.vnode": -1}, "The camera gives no picture at the moment."),
-        ({"video.vnode": -1, "audio.anode": 1}, "There is sound here, but no picture to show."),
-        ({"conflictch": 3}, "The camera has to wait for another one, or cannot be used on this host."),
-        ({"slot_switch": 0}, "The camera's port is switched off."),
-        ({"sharelink.shrenable": 0}, "This camera is not shared at the moment."),
+        ({"exists": 0}, "unplugged", "The camera is not plugged in."),
+        ({"video.vnode": -1}, "no_picture", "The camera gives no picture at the moment."),
+        ({"video.vnode": -1, "audio.anode": 1}, "sound_only", "There is sound here, but no picture to show."),
+        ({"conflictch": 3}, "waits", "The camera has to wait for another one, or cannot be used on this host."),
+        ({"slot_switch": 0}, "switched_off", "The camera's port is switched off."),
+        ({"sharelink.shrenable": 0}, "not_shared", "This camera is not shared at the moment."),
     ],
     ids=["9001", "9003", "9004", "9007", "9009", "9010"],
 )
-def test_each_reason_that_can_pass_has_its_sentence(keys: dict[str, object], sentence: str) -> None:
+def test_each_reason_that_can_pass_has_its_sentence(keys: dict[str, object], reason: str, sentence: str) -> None:
     store(**{**LINK, **keys})
-    assert ask() == {"outcome": "waits", "sentence": sentence}
+    assert ask() == {"outcome": "waits", "reason": reason, "sentence": sentence}
 
 
 @pytest.mark.parametrize(
-    ("question", "sentence"),
+    ("question", "reason", "sentence"),
     [
-        ({"token": "cafd"}, "This link is no longer valid; ask for the new one."),
-        ({"ssid": "00004712"}, "This link is unknown; it was renewed or removed."),
+        ({"token": "cafd"}, "wrong_token", "This link is no longer valid; ask for the new one."),
+        ({"ssid": "00004712"}, "unknown", "This link is unknown; it was renewed or removed."),
     ],
     ids=["9000", "9011"],
 )
-def test_each_reason_that_stays_has_its_sentence(question: dict[str, str], sentence: str) -> None:
+def test_each_reason_that_stays_has_its_sentence(question: dict[str, str], reason: str, sentence: str) -> None:
     store(**LINK)
-    assert ask(**question) == refusal(sentence)
+    assert ask(**question) == refusal(reason, sentence)
 
 
 def test_a_configuration_that_cannot_be_read_shows_no_picture() -> None:
     CONFIGURATION.write_text("<velmora")
-    assert ask() == {"outcome": "waits", "sentence": "The camera gives no picture at the moment."}
+    assert (ask()["outcome"], ask()["reason"]) == ("waits", "no_picture")
 
 
 @pytest.mark.parametrize("missing", ["ssid", "token"])
 def test_half_a_link_opens_nothing(missing: str) -> None:
     store(**{**LINK, "sharelink.ssid": "", "sharelink.token": ""})
     half = {"ssid": "", "token": "", "password": ""} if missing == "ssid" else {"token": ""}
-    assert ask(**half) == refusal("This link is incomplete; it was probably cut when it was copied.")
+    assert ask(**half) == refusal("incomplete", "This link is incomplete; it was probably cut when it was copied.")
 
 
 def test_a_link_renewed_while_it_is_asked_about_gives_nothing_away(monkeypatch: pytest.MonkeyPatch) -> None:
@@ -106,8 +112,9 @@ def test_a_link_renewed_while_it_is_asked_about_gives_nothing_away(monkeypatch: 
 
 def test_a_protected_link_asks_for_its_password() -> None:
     store(**LINK, **{"sharelink.pwdenable": 1, "sharelink.shrpwd": "päss"})
-    assert ask() == {"outcome": "password", "sentence": "This link is protected by a password."}
-    assert ask(password="pass") == {"outcome": "password", "sentence": "This is not the password."}
+    needed = {"outcome": "password", "reason": "password_needed", "sentence": "This link is protected by a password."}
+    wrong = {"outcome": "password", "reason": "password_wrong", "sentence": "This is not the password."}
+    assert (ask(), ask(password="pass")) == (needed, wrong)
     assert ask(password="päss")["outcome"] == "plays"
 
 

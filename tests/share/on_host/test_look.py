@@ -8,20 +8,12 @@ from __future__ import annotations
 from collections.abc import Callable, Iterator
 
 import pytest
-from conftest import share, shared
+from conftest import EVERYWHERE, FITS, share, shared
 from viewer import Viewer
 
 Link = dict[str, str]
-SIZES = [(320, 568), (568, 320), (390, 844), (1280, 800), (1920, 1080)]
-EVERYWHERE = [True] * len(SIZES)
 LONG = "A camera with a name that is longer than a phone is wide, by far"
 SMALLEST_TOUCH = 44
-# Whether anything of the page is outside the window, or can be scrolled out of it.
-FITS = """[...document.querySelectorAll('header, main, #video, #message, form, input, button')].every((element) => {
-  const box = element.getBoundingClientRect();
-  return box.left >= 0 && box.top >= 0 && box.right <= innerWidth && box.bottom <= innerHeight
-    && element.scrollWidth <= element.clientWidth + 2;
-}) && document.documentElement.scrollHeight <= innerHeight"""
 # How light the page and its text are, from 0 to 255.
 LIGHTNESS = """['backgroundColor', 'color'].map((part) =>
   Math.max(...getComputedStyle(document.body)[part].match(/\\d+/g).slice(0, 3).map(Number)))"""
@@ -29,28 +21,9 @@ LIGHTNESS = """['backgroundColor', 'color'].map((part) =>
 pytestmark = pytest.mark.usefixtures("page", "encoder")
 
 
-@pytest.fixture
-def in_every_window(viewer: Viewer) -> Iterator[Callable[[str], list[bool]]]:
-    """Returns what an expression of the open page is in each of the windows."""
-
-    def evaluate(expression: str) -> list[bool]:
-        return [evaluate_in(window, expression) for window in SIZES]
-
-    def evaluate_in(window: tuple[int, int], expression: str) -> bool:
-        width, height = window
-        metrics = {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": width < 1000}
-        viewer.tell_browser("Emulation.setDeviceMetricsOverride", **metrics)
-        viewer.wait(lambda: viewer.evaluate("[innerWidth, innerHeight]") == [width, height])
-        return viewer.evaluate(expression)
-
-    yield evaluate
-    viewer.tell_browser("Emulation.clearDeviceMetricsOverride")
-
-
 @pytest.fixture(params=["light", "dark"])
 def scheme(request: pytest.FixtureRequest, viewer: Viewer) -> Iterator[str]:
-    features = [{"name": "prefers-color-scheme", "value": request.param}]
-    viewer.tell_browser("Emulation.setEmulatedMedia", features=features)
+    viewer.prefer(request.param)
     yield request.param
     viewer.tell_browser("Emulation.setEmulatedMedia", features=[])
 

@@ -17,7 +17,7 @@ pytestmark = pytest.mark.usefixtures("page")
 
 
 PASSING = [
-    ({"slot_switch": 0}, "The camera's port is switched off."),
+    ({"slot_switch": 0}, "The camera’s port is switched off."),
     ({"exists": 0}, "The camera is not plugged in."),
     ({"video.vnode": -1}, "The camera gives no picture at the moment."),
     ({"video.vnode": -1, "audio.anode": 1}, "There is sound here, but no picture to show."),

@@ -7,24 +7,42 @@ from __future__ import annotations
 
 from collections.abc import Callable, Iterator
 from contextlib import contextmanager
+from pathlib import Path
 from typing import Any, TypeVar
 
 from selenium.webdriver import Chrome, ChromeOptions
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
+from selenium.webdriver.support.select import Select
 from selenium.webdriver.support.wait import WebDriverWait
 
-# Debian's start script looks at the processor file, which is the sandboxed host's.
-BROWSER = "/usr/lib/chromium/chromium"
+# The browser without its windows, which does what a page makes it do with two thirds of the work. Debian's start script
+# looks at the processor file, which is the sandboxed host's.
+BROWSER = "/usr/lib/chromium/chromium-headless-shell"
 DRIVER = "/usr/bin/chromedriver"
-OPTIONS = ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage")
+OPTIONS = ("--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage")
 # What costs a processor and shows no page: processes for pages that may come, pages that are kept, and work of its own.
 SPARING = (
     "--disable-features=SpareRendererForSitePerProcess,BackForwardCache,IsolateOrigins,site-per-process",
     "--disable-site-isolation-trials", "--renderer-process-limit=1", "--disable-extensions", "--disable-component-update",
     "--disable-background-networking", "--disable-sync", "--no-first-run", "--window-size=640,480",
 )  # fmt: skip
+AXE = Path(__file__).resolve().parents[3] / "host/web/node_modules/axe-core/axe.min.js"
+RULES = ["wcag2a", "wcag2aa", "wcag21a", "wcag21aa", "wcag22aa", "best-practice"]
 Result = TypeVar("Result")
+
+
+def barriers(browser: Chrome) -> list[str]:
+    """What keeps people from using the page."""
+    browser.execute_script(AXE.read_text())
+    run = "axe.run({ runOnly: arguments[0] }).then(({ violations }) => arguments[1](violations))"
+    found = browser.execute_async_script(run, RULES)
+    return [f"{one['id']}: {node['html']}" for one in found for node in one["nodes"]]
+
+
+def complaints(browser: Chrome) -> list[str]:
+    """What the browser's console has against the page."""
+    return [entry["message"] for entry in browser.get_log("browser") if entry["level"] in ("WARNING", "SEVERE")]
 
 
 class Viewer:
@@ -46,6 +64,9 @@ class Viewer:
     def sees_form(self) -> bool:
         return self._browser.find_element(By.ID, "password-form").is_displayed()
 
+    def text(self) -> str:
+        return self._browser.find_element(By.TAG_NAME, "body").text
+
     def sentence(self) -> str:
         return self._browser.find_element(By.ID, "sentence").text
 
@@ -57,6 +78,20 @@ class Viewer:
 
     def evaluate(self, expression: str) -> Any:
         return self._browser.execute_script(f"return {expression}")
+
+    def barriers(self) -> list[str]:
+        return barriers(self._browser)
+
+    def complaints(self) -> list[str]:
+        return complaints(self._browser)
+
+    def prefer(self, scheme: str) -> None:
+        """Light or dark."""
+        features = [{"name": "prefers-color-scheme", "value": scheme}]
+        self.tell_browser("Emulation.setEmulatedMedia", features=features)
+
+    def speak(self, language: str) -> None:
+        Select(self._browser.find_element(By.ID, "language")).select_by_visible_text(language)
 
     def tell_browser(self, command: str, **parameters: object) -> Any:
         """One of the commands by which its developer tools control the browser."""
@@ -82,10 +117,10 @@ class Viewer:
 
 
 @contextmanager
-def browsing() -> Iterator[Chrome]:
+def browsing(*more: str) -> Iterator[Chrome]:
     options = ChromeOptions()
     options.binary_location = BROWSER
-    for option in (*OPTIONS, *SPARING):
+    for option in (*OPTIONS, *SPARING, *more):
         options.add_argument(option)
     options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
     browser = Chrome(service=Service(DRIVER), options=options)

@@ -107,9 +107,19 @@ def test_a_profile_moves_with_its_name_to_another_camera(owner: Client) -> None:
     owner.ask("PUT", "/profiles/0/name", {"name": "Door"})
     owner.ask("PATCH", "/profiles/0/stream", {"rate": 24})
     moved = owner.ask("POST", "/profiles/0/move", {"channel": 1}).json
-    assert (moved["differences"], moved["page"]) == (["fps 30 instead of 24"], None)
+    assert (moved["differences"], moved["page"]) == ([{"setting": "rate", "wanted": "24", "taken": "30"}], None)
     assert [channel(owner, number)["profile_name"] for number in (0, 1)] == [None, "Door"]
     assert owner.ask("POST", "/profiles/0/move", {"channel": 9}).error == "not_found"
+
+
+def test_a_move_that_does_not_fit_is_refused_with_its_reason(owner: Client) -> None:
+    owner.ask("PUT", "/channels/0/profile", {"profile": 0})
+    owner.ask("PUT", "/channels/1/switch", {"on": False})
+    refused = owner.ask("POST", "/profiles/0/move", {"channel": 1})
+    owner.ask("PUT", "/channels/1/switch", {"on": True})
+    assert (refused.status, refused.error, refused.json["reason"]) == (409, "refused", "port_off")
+    assert refused.json["text"].endswith(": its port is off, and a stream cannot be set while it is.")
+    assert channel(owner, 0)["profile"] == 0
 
 
 def test_the_answer_shows_what_was_asked_and_what_was_taken(owner: Client) -> None:

@@ -6,15 +6,17 @@
 from __future__ import annotations
 
 import re
+from pathlib import Path
 from typing import Any
 
 import pytest
-from client import API, DOCUMENT, resolved
+from client import API, DESCRIPTION, DOCUMENT, load, resolver
 from jsonschema import Draft202012Validator
 from ownerlib.service import routes
 from ownerlib.view_answers import FILES
 from tornado.web import RequestHandler
 
+SCHEMAS = sorted(DESCRIPTION.parent.glob("schemas/*.yaml"))
 METHODS = ("get", "post", "put", "patch", "delete")
 
 
@@ -36,8 +38,9 @@ def test_every_request_that_is_answered_is_described_and_the_other_way_round() -
 
 
 def test_every_schema_is_one() -> None:
-    for schema in DOCUMENT["components"]["schemas"].values():
-        Draft202012Validator.check_schema(schema)
+    for file in SCHEMAS:
+        for schema in load(file.as_uri()).values():
+            Draft202012Validator.check_schema(schema)
 
 
 def references(part: Any) -> list[str]:
@@ -47,6 +50,9 @@ def references(part: Any) -> list[str]:
     return [reference for value in part for reference in references(value)] if isinstance(part, list) else []
 
 
-@pytest.mark.parametrize("reference", sorted(set(references(DOCUMENT))))
-def test_every_reference_leads_somewhere(reference: str) -> None:
-    assert resolved({"$ref": reference})
+@pytest.mark.parametrize("file", [DESCRIPTION, *SCHEMAS], ids=lambda file: file.name)
+def test_every_reference_leads_somewhere(file: Path) -> None:
+    found = references(load(file.as_uri()))
+    assert found
+    for reference in found:
+        assert resolver(file).resolve(reference)

@@ -16,7 +16,7 @@ import pytest
 from client import API, ORIGIN, Client
 from conftest import run
 from ownerlib.event_answers import table
-from ownerlib.event_log import FILE, MOST_EVENTS
+from statelib.event_log import FILE, MOST_EVENTS
 from tornado.httpclient import HTTPClientError, HTTPRequest
 from tornado.websocket import WebSocketClientConnection, websocket_connect
 

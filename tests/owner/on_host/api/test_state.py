@@ -5,13 +5,17 @@
 
 from __future__ import annotations
 
+import subprocess
 from collections.abc import Iterator
+from pathlib import Path
 from typing import Any
 
 import pytest
 from client import Client
 from conftest import run
+from host_service import Service
 
+STREAMS = Path("/mnt/ext/opt/apps/Velmora2/hls")
 PLUG = "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2; sim plug usb2-camera 1-1; sim plug usb2-camera 5-1"
 ASSIGN = "usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door; usbdevctl assign 1-1 2; sim unplug 1-1"
 
@@ -47,8 +51,8 @@ def test_each_reason_is_that_of_the_program(state: dict[str, Any]) -> None:
 def test_each_profile_shows_who_has_it(state: dict[str, Any]) -> None:
     assert state["profiles"][:3] == [
         {"profile": 0, "channel": 0, "name": "Door", "streams": True},
-        {"profile": 1, "channel": None, "name": "Channel 2", "streams": False},
-        {"profile": 2, "channel": 2, "name": "Channel 3", "streams": False},
+        {"profile": 1, "channel": None, "name": None, "streams": False},
+        {"profile": 2, "channel": 2, "name": None, "streams": False},
     ]
 
 
@@ -65,3 +69,12 @@ def test_ports_are_below_their_hubs_and_controllers(state: dict[str, Any]) -> No
 def test_the_newest_event_is_the_first(state: dict[str, Any]) -> None:
     numbers = [event["id"] for event in state["events"]]
     assert numbers == sorted(numbers, reverse=True) and numbers
+
+
+def test_a_server_that_cannot_follow_what_changes_ends_with_the_reason(server: Service) -> None:
+    away = STREAMS.rename(STREAMS.with_name("away"))
+    try:
+        done = subprocess.run(["owner-page", "--address", "127.0.0.2"], stderr=subprocess.PIPE, text=True, timeout=60, check=False)
+    finally:
+        away.rename(STREAMS)
+    assert done.returncode == 1 and done.stderr.endswith("owner-page: No such file or directory\n")

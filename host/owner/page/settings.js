@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// The settings of a stream, and their values, in words.
+
+import { number, t } from "/page/texts.js";
+
+export const kValueTexts = {
+  codec: (codec) => t(`codec.${codec}`),
+  size: (size) => size.replace("x", " × "),
+  rate: (rate) => t("per_second", { rate: number(rate) }),
+};
+
+const kNames = { sound: "sound.on", sound_codec: "sound.codec", display: "picture.display" };
+export const settingName = (name) => t(kNames[name] ?? name);
+
+// What a camera took instead of what was wanted; that it cannot do what nobody wanted is not worth a word.
+export function differenceText({ setting, wanted, taken }) {
+  if (taken === null) return wanted === "on" ? t("difference.none", { setting: settingName(setting) }) : "";
+  const text = kValueTexts[setting];
+  return t("difference", { setting: settingName(setting), wanted: text(wanted), taken: text(taken) });
+}
