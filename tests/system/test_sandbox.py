@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import importlib.util
 import os
 import signal
 import socket
@@ -250,3 +251,10 @@ def test_an_unknown_name_is_reported_in_one_line(sandbox, temporary, options, me
     assert result.returncode == 125
     assert result.stderr.splitlines()[-1] == f"sandbox: {message}"
     assert list(temporary.iterdir()) == []
+
+
+def test_the_programs_in_python_are_compiled_as_they_are_now():
+    sources = sorted(REPOSITORY.glob("host/*/*lib/*.py"))
+    hashes = [importlib.util.source_hash(path.read_bytes()) for path in sources]
+    compiled = [Path(importlib.util.cache_from_source(str(path))).read_bytes()[8:16] for path in sources]
+    assert sources and hashes == compiled

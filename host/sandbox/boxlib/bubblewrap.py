@@ -31,6 +31,8 @@ MACHINE_ETC = (
     "protocols",
     "services",
 )
+# What bubblewrap makes without being told is closed to other users, if there are any, and that of a host is not.
+OPEN_FOLDERS = ("/etc", "/home", "/mnt", "/usr", "/usr/bin", "/usr/sbin", "/var")
 STATE_FOLDERS = ("dev", "etc/config", "home/httpd", "mnt/ext", "run", "sys", "tmp", "var/log")
 DEVICES = ("full", "null", "pts", "random", "tty", "urandom", "zero")
 
@@ -52,6 +54,7 @@ def arguments(state: Path, build: Path, programs: Programs) -> list[str]:
     """All arguments except the command: its own root, made of read-only parts of the machine and the state."""
     return [
         *NAMESPACES,
+        *[word for folder in OPEN_FOLDERS for word in ("--perms", "0755", "--dir", folder)],
         *_machine_tree(),
         *_links("/usr/bin", programs.bin),
         *_links("/usr/sbin", programs.sbin),
@@ -104,7 +107,7 @@ def _figures_file() -> list[str]:
     return ["--bind", path, path] if path else []
 
 
-def _links(folder: str, links: dict[str, Path]) -> list[str]:
+def _links(folder: str, links: dict[str, str | Path]) -> list[str]:
     result = []
     for name, target in links.items():
         result += ["--symlink", str(target), f"{folder}/{name}"]

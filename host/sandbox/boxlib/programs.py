@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import os
 from collections.abc import Iterator
 from pathlib import Path
 
@@ -16,6 +17,7 @@ SANDBOX = HOST / "sandbox/sandbox"
 SERVICES = HOST / "services"
 SHARE = HOST / "share"
 OWNER = HOST / "owner"
+FLEET = HOST / "fleet"
 HOST_BIN = "/usr/host-bin"
 HOST_SBIN = "/usr/host-sbin"
 
@@ -37,13 +39,14 @@ class Programs:
         self.bin |= {name: SIM / name for name in ("sim", "udevadm")} | {"v4l2-ctl": SIM / "v4l2-ctl-front"}
         self.sbin |= {"udevadm": SIM / "udevadm"}
         self.bin |= {name: SERVICES / name for name in SERVICE_PROGRAMS}
-        self.bin |= {"share-page": SHARE / "share-page", "owner-page": OWNER / "owner-page"}
+        self.bin |= {"share-page": SHARE / "share-page", "owner-page": OWNER / "owner-page", "fleet-service": FLEET / "fleet-service"}
         self.bin |= dict(self._built(BUILT_FOR_BIN))
         self.sbin |= dict(self._built(BUILT_FOR_SBIN))
 
     @staticmethod
-    def _machine_links(folder: str, inside: str) -> dict[str, Path]:
-        return {path.name: Path(inside) / path.name for path in Path(folder).iterdir()}
+    def _machine_links(folder: str, inside: str) -> dict[str, str | Path]:
+        """Plain texts, because there are thousands."""
+        return {name: f"{inside}/{name}" for name in os.listdir(folder)}
 
     def _built(self, names: tuple[str, ...]) -> Iterator[tuple[str, Path]]:
         for name in names:
