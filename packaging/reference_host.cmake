@@ -7,7 +7,7 @@
 set(host ${CMAKE_INSTALL_DATADIR}/usbdev-host)
 set(built ${CMAKE_INSTALL_LIBDIR}/usbdev-host)
 
-foreach(part demo owner sandbox services share sim view web)
+foreach(part demo fleet owner sandbox services share sim view web)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/host/${part} DESTINATION ${host} USE_SOURCE_PERMISSIONS
     PATTERN __pycache__ EXCLUDE
     PATTERN node_modules EXCLUDE
@@ -26,3 +26,4 @@ install_link(${built}/usbdevctl ${CMAKE_INSTALL_LIBEXECDIR}/usbdevctl)
 install_link(${built}/libusbdevlib.so.${PROJECT_VERSION_MAJOR} ${CMAKE_INSTALL_LIBDIR}/libusbdevlib.so.${PROJECT_VERSION_MAJOR})
 install_link(${CMAKE_INSTALL_BINDIR}/usbdev-sandbox ${host}/sandbox/sandbox)
 install_link(${CMAKE_INSTALL_BINDIR}/usbdev-demo ${host}/demo/demo)
+install_link(${CMAKE_INSTALL_SBINDIR}/usbdev-login-users ${host}/view/login-users)

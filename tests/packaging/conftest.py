@@ -19,6 +19,8 @@ STATED = re.search(r"VERSION (\d+\.\d+\.\d+) ", (REPOSITORY / "CMakeLists.txt").
 assert STATED is not None
 VERSION = STATED[1]
 PROGRAMS = "sh cmake ninja gcc g++ clang clang++ musl-gcc as ld ar nm ranlib objcopy objdump readelf strip"
+# With ccache, if the other builds use it, nothing is compiled again in the next run.
+CACHE = {name: value for name, value in os.environ.items() if re.fullmatch("HOME|CCACHE_.*|CMAKE_.*_COMPILER_LAUNCHER", name)}
 
 
 class BareMachine:
@@ -27,13 +29,13 @@ class BareMachine:
     def __init__(self, folder: Path) -> None:
         self.programs = folder / "bin"
         self.programs.mkdir()
-        for name in PROGRAMS.split():
+        for name in (*PROGRAMS.split(), *(["ccache"] if "CMAKE_CXX_COMPILER_LAUNCHER" in CACHE else [])):
             program = shutil.which(name)
             assert program, f"{name} is not installed"
             (self.programs / name).symlink_to(program)
 
     def run(self, *command: str | Path) -> subprocess.CompletedProcess[str]:
-        environment = {"PATH": str(self.programs), "PKG_CONFIG_LIBDIR": "/nonexistent", "REALGCC": "gcc", "LC_ALL": "C"}
+        environment = {"PATH": str(self.programs), "PKG_CONFIG_LIBDIR": "/nonexistent", "REALGCC": "gcc", "LC_ALL": "C", **CACHE}
         return subprocess.run(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
 
     def configure(self, build: Path, *options: str) -> subprocess.CompletedProcess[str]:

@@ -45,7 +45,9 @@ def test_the_python_package_is_found_on_the_host(prefix: Path) -> None:
     assert on_host(prefix, f'/usr/bin/python3 -IB -c "{script}"') == "found\n"
 
 
-@pytest.mark.parametrize("program", ["services/device-service", "services/manager-service", "share/share-page"])
+@pytest.mark.parametrize("program", [
+    "services/device-service", "services/login-service", "services/manager-service", "share/share-page", "owner/owner-page",
+])  # fmt: skip
 def test_a_service_needs_no_python_package_but_that_of_the_host(prefix: Path, program: str) -> None:
     command = [prefix / "share/usbdev-host" / program, "--help"]
     libraries = {"LD_LIBRARY_PATH": f"{prefix}/lib/usbdev-host"}

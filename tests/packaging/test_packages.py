@@ -126,8 +126,40 @@ def test_a_camera_that_does_not_answer_keeps_the_others_waiting_for_ten_seconds_
     assert "status 124" in printed.splitlines() and "sleep" not in printed.splitlines()
 
 
+def test_pages_and_logins_start_with_the_machine_as_the_streams_do(machine: FreshRoot) -> None:
+    started = machine.folder / "etc/systemd/system/multi-user.target.wants"
+    assert sorted(path.name for path in started.glob("usbdev-*")) == [
+        f"usbdev-{name}.service" for name in ("devices", "login", "pages", "streams")]
+
+
+def test_the_service_for_many_hosts_prints_why_it_does_not_start_without_settings(machine: FreshRoot) -> None:
+    assert (machine.folder / "lib/systemd/system/usbdev-fleet.service").is_file()
+    printed = as_users(machine, "/usr/share/usbdev-host/fleet/fleet-service || echo status $?").splitlines()
+    assert "/etc/usbdev-host/fleet.ini is missing" in printed[0] and printed[1:] == ["status 78"]
+
+
+def test_the_first_user_is_added_by_root_and_stored_for_the_login_service_alone(machine: FreshRoot) -> None:
+    script = "echo secret | usbdev-login-users add ann; usbdev-login-users list; stat -c '%a %U' /var/lib/usbdev/login/users"
+    assert as_users(machine, script).splitlines() == ["ann", "600 usbdev-login"]
+
+
+def test_nobody_but_root_adds_a_user(machine: FreshRoot) -> None:
+    printed = as_users(machine, f"! {USERS['a member of the group']}usbdev-login-users add ann")
+    assert printed == "usbdev-login-users: only root may see and change who may log in\n"
+
+
+def test_the_pages_have_their_libraries_and_nginx_its_configuration(machine: FreshRoot) -> None:
+    host = machine.folder / "usr/share/usbdev-host"
+    assert (host / "owner/page/index.html").is_file()
+    assert {path.name for path in (host / "web/libraries").iterdir()} >= {"preact.js", "qrcode.js", "uplot.js"}
+    examples = machine.folder / "usr/share/doc/usbdev-host/examples/nginx"
+    assert {path.name for path in examples.iterdir()} == {path.name for path in (REPOSITORY / "examples/nginx").iterdir()}
+
+
 def test_the_manual_is_found_and_python_imports_the_package(machine: FreshRoot) -> None:
-    assert (machine.folder / "usr/share/man/man1/usbdevctl.1.gz").exists()
+    for page in ("man1/usbdevctl.1", "man8/usbdev-devices.8", "man8/usbdev-pages.8", "man8/usbdev-login-users.8",
+                 "man8/usbdev-fleet.8"):
+        assert (machine.folder / f"usr/share/man/{page}.gz").exists()
     machine.run("usbdev-sandbox", "run", "--", "python3", "-c", "import usbdev; usbdev.core.trim(' x ')")
 
 

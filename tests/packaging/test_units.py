@@ -45,8 +45,12 @@ def settings(unit: str, key: str) -> list[str]:
     return [value for file in files for value in re.findall(rf"^{key}=(.*)$", file.read_text(), re.MULTILINE)]
 
 
-def test_there_are_two() -> None:
-    assert NAMES == ["usbdev-devices.service", "usbdev-streams.service"]
+WITH_CAMERAS = [name for name in NAMES if settings(name, "SupplementaryGroups")]
+
+
+def test_there_are_five_of_which_four_may_use_cameras() -> None:
+    assert NAMES == [f"usbdev-{name}.service" for name in ("devices", "fleet", "login", "pages", "streams")]
+    assert set(NAMES) - set(WITH_CAMERAS) == {"usbdev-login.service"}
 
 
 @pytest.mark.parametrize("name", NAMES)
@@ -74,15 +78,15 @@ def test_its_user_is_made_with_the_groups_that_may_use_cameras_and_sound_cards(n
     (user,) = settings(name, "User")
     made = (DEBIAN / "usbdev-host.sysusers").read_text()
     assert re.search(rf"^u {user} ", made, re.MULTILINE)
-    assert set(re.findall(rf"^m {user} (\w+)$", made, re.MULTILINE)) == set(settings(name, "SupplementaryGroups")[0].split())
+    assert set(re.findall(rf"^m {user} (\w+)$", made, re.MULTILINE)) == set(" ".join(settings(name, "SupplementaryGroups")).split())
 
 
-@pytest.mark.parametrize("name", NAMES)
+@pytest.mark.parametrize("name", WITH_CAMERAS)
 def test_its_devices_are_allowed_by_numbers_which_hold_before_their_drivers_are_loaded(name: str) -> None:
     assert settings(name, "DeviceAllow") == ["char-81 rw", "char-116 rw"]  # video and sound in the kernel's list of devices
 
 
-def test_both_see_the_same_locks_and_shared_memory_as_a_user_does() -> None:
+def test_all_see_the_same_locks_and_shared_memory_as_a_user_does() -> None:
     assert [key for name in NAMES for key in ("PrivateIPC", "PrivateNetwork") if settings(name, key)] == []
     assert {tuple(settings(name, "BindPaths")) for name in NAMES} == {tuple(settings(NAMES[0], "BindPaths"))}
 
@@ -101,7 +105,28 @@ def test_what_the_package_brings_to_the_view_is_there() -> None:
             assert os.access(REPOSITORY / "host" / source.relative_to(HOST), os.X_OK), source
 
 
-def test_an_upgrade_starts_the_device_manager_again_and_leaves_the_streams_alone() -> None:
+def test_the_logins_command_has_the_user_and_the_file_of_their_service() -> None:
+    command = (REPOSITORY / "host/view/login-users").read_text()
+    (started,), (user,) = settings("usbdev-login.service", "ExecStart"), settings("usbdev-login.service", "User")
+    assert re.findall(r"--users \S+", command) == re.findall(r"--users \S+", started)
+    assert set(re.findall(r"--re[ug]id=(\S+)", command)) == {user}
+
+
+def test_the_pages_are_served_to_this_machine_unless_a_drop_in_says_otherwise() -> None:
+    (started,) = settings("usbdev-pages.service", "ExecStart")
+    assert started.endswith(" --address ${ADDRESS}")
+    assert "ADDRESS=127.0.0.1" in settings("usbdev-pages.service", "Environment")
+    assert [settings("usbdev-pages.service", f"IPAddress{key}") for key in ("Deny", "Allow")] == [["any"], ["localhost"]]
+
+
+def test_only_the_service_for_many_hosts_sees_its_settings_and_without_them_is_not_started_again() -> None:
+    assert [name for name in NAMES if any("/etc/usbdev-host" in value for value in settings(name, "BindReadOnlyPaths"))] == [
+        "usbdev-fleet.service"]
+    assert settings("usbdev-fleet.service", "RestartPreventExitStatus") == ["78"]
+
+
+def test_an_upgrade_starts_all_again_but_the_streams() -> None:
     rules = (DEBIAN / "rules").read_text()
     options = dict(re.findall(r"^\tdh_installsystemd .*--name=(\S+)(.*)$", rules, re.MULTILINE))
-    assert options == {"usbdev-devices": "", "usbdev-streams": " --no-stop-on-upgrade"}
+    assert options == {name.removesuffix(".service"): "" for name in NAMES} | {
+        "usbdev-streams": " --no-stop-on-upgrade", "usbdev-fleet": " --no-enable"}
