@@ -20,11 +20,20 @@ from ground.channel import PATIENCE, Machine
 PAUSE = 0.5  # so that asking does not take the processor from what is waited for
 NOTHING_LOGGED = 3
 OF_THE_MACHINE = {"created", "reason"}  # a time, and what only this machine has against a camera
+# What is chance where cameras come at the same time: who is first gets the lower numbers.
+BY_CHANCE = {"channel", "video_node"}
+NUMBERED = re.compile(r"\b(Channel|video) \d+")
 # It waits as long as a file is there, as a tool does whose camera does not answer.
 HELD_TOOL = """#!/bin/sh
 : >/run/lock/asked
 while test -e /run/lock/held; do sleep 0.1; done
 exec {tool} "$@"
+"""
+# A stream without pictures, which costs nothing: profiles are assigned here to see what becomes of channels.
+ENCODER = "/usr/bin/ffmpeg"
+LIGHT_ENCODER = """#!/bin/sh
+for last; do :; done
+while echo >"${last%/*}/playlist.m3u8"; do sleep 1; done
 """
 
 
@@ -77,6 +86,9 @@ class Ground(ABC):
         """Puts a shell script in the place of v4l2-ctl, whose path the script gets; the device manager is not running."""
 
     @abstractmethod
+    def use_light_encoder(self) -> None: ...
+
+    @abstractmethod
     def received(self) -> list[str]:
         """Returns the lines of all notifications that the manager has printed."""
 
@@ -123,6 +135,13 @@ class Ground(ABC):
     def notifications(self) -> list[str]:
         return self.received()[self._before :]
 
+    def told(self, count: int) -> list[str]:
+        """Waits for that many notifications."""
+        patience = time.monotonic() + PATIENCE
+        while len(found := self.notifications()) < count and time.monotonic() < patience:
+            time.sleep(PAUSE)
+        return found
+
     def shows(self, cameras: Mapping[Port, int]) -> None:
         """Waits until exactly these ports have cameras, each on its channel."""
         expected = {self.slot(port): channel for port, channel in cameras.items()}
@@ -148,13 +167,28 @@ class Ground(ABC):
         self.usbdevctl("assign", self.slot(first), "0")
         self.usbdevctl("assign", self.slot(second), "1")
 
-    def ports(self) -> set[str]:
-        return {self._named(slot) for slot in self._plugged()}
-
     def record(self) -> Record:
-        rows = [{key: value for key, value in row.items() if key not in OF_THE_MACHINE} for row in self.channels()]
-        return Record(tuple(self._named(json.dumps(row, ensure_ascii=False)) for row in rows),
-                      tuple(map(self._named, self.events())), tuple(self.notifications()))
+        return Record(self._rows(OF_THE_MACHINE), tuple(map(self._named, self.events())), tuple(self.notifications()))
+
+    def record_in_any_order(self) -> Record:
+        """The same where cameras come at the same time."""
+        texts = (map(_without_numbers, lines) for lines in (map(self._named, self.events()), self.notifications()))
+        events, notifications = (tuple(sorted(it)) for it in texts)
+        return Record(tuple(sorted(self._rows(OF_THE_MACHINE | BY_CHANCE))), events, notifications)
+
+    def record_of_a_storm(self) -> Record:
+        """The same where what is on the way is seen or not: what is there at the end, and the events about that, each once. Of
+        notifications only those are left that name a profile; nobody has one."""
+        whole = self.record_in_any_order()
+        rows = [row for row in whole.channels if json.loads(row)["state"] == "plugged"]
+        ports = [json.loads(row)["slot"] for row in rows]
+        events = {line for line in whole.events if any(f"[{port} " in line for port in ports)}
+        notifications = [line for line in whole.notifications if "profile none" not in line]
+        return Record(tuple(rows), tuple(sorted(events)), tuple(notifications))
+
+    def _rows(self, left_out: set[str]) -> tuple[str, ...]:
+        rows = [{key: value for key, value in row.items() if key not in left_out} for row in self.channels()]
+        return tuple(self._named(json.dumps(row, ensure_ascii=False)) for row in rows)
 
     def _plugged(self) -> dict[str, int]:
         return {row["slot"]: row["channel"] for row in self.channels() if row["state"] == "plugged"}
@@ -163,3 +197,7 @@ class Ground(ABC):
         """Replaces the numbers of the buses by the names of their controllers."""
         controllers = self.controllers()
         return re.sub(r"\b(\d+)-(?=\d)", lambda it: f"{controllers.get(it[1], it[1])}-", text)
+
+
+def _without_numbers(line: str) -> str:
+    return NUMBERED.sub(r"\1 N", line)

@@ -7,7 +7,7 @@ from __future__ import annotations
 
 from collections.abc import Mapping
 
-from ground.ground import Ground, Port
+from ground.ground import ENCODER, LIGHT_ENCODER, Ground, Port
 from ground.guest import Guest
 from ground.passed_on import PassedOn
 from ground.plugging import Hub, Plugged
@@ -66,6 +66,9 @@ class SimulatedGround(Ground):
         self.machine.shell(f"cat >/tmp/held <<'END'\n{text.format(tool=SIMULATED_TOOL)}END\nchmod +x /tmp/held; rm {tool}; "
                            f"printf '#!/bin/sh\\nexec timeout 10 /tmp/held \"$@\"\\n' >{tool}; chmod +x {tool}")  # fmt: skip
 
+    def use_light_encoder(self) -> None:
+        self.machine.shell(f"rm {ENCODER}; cat >{ENCODER} <<'END'\n{LIGHT_ENCODER}END\nchmod +x {ENCODER}")
+
     def received(self) -> list[str]:
         return self.machine.shell("grep ^event /var/log/vl/manager-service.log || true").splitlines()
 
@@ -77,12 +80,12 @@ class RealGround(Ground):
     """A guest."""
 
     locks = "/run/usbdev"  # which the services see at /run/lock
-    _tool_is_replaced = False
 
     def __init__(self, guest: Guest) -> None:
         self.machine: Guest = guest
         self._cameras: dict[Port, Plugged | PassedOn] = {}
         self._hubs: dict[Port, Hub] = {}
+        self._replaced: list[str] = []
 
     def reset(self) -> RealGround:
         """Begins with the state of a new installation, in a guest that other scenarios have used."""
@@ -105,9 +108,10 @@ class RealGround(Ground):
         for port in [*self._hubs, *self._cameras]:
             if port in self._hubs or port in self._cameras:
                 self.unplug(port)
-        if self._tool_is_replaced:
+        if TOOL in self._replaced:
             self.stop_manager()
-            self.machine.run("mv", f"{TOOL}.machine", TOOL)
+        for program in self._replaced:
+            self.machine.run("mv", f"{program}.machine", program)
         self.start_manager()
 
     def plug(self, camera: str, port: Port, *options: str) -> None:
@@ -148,9 +152,14 @@ class RealGround(Ground):
         self.machine.run("systemctl", "start", "usbdev-devices")
 
     def replace_tool(self, text: str) -> None:
-        self._tool_is_replaced = True
-        self.machine.shell(f"mv {TOOL} {TOOL}.machine; cat >{TOOL} <<'END'\n{text.format(tool=TOOL + '.machine')}END\n"
-                           f"chmod +x {TOOL}")  # fmt: skip
+        self._replace(TOOL, text.format(tool=f"{TOOL}.machine"))
+
+    def use_light_encoder(self) -> None:
+        self._replace(ENCODER, LIGHT_ENCODER)
+
+    def _replace(self, program: str, text: str) -> None:
+        self._replaced.append(program)
+        self.machine.shell(f"mv {program} {program}.machine; cat >{program} <<'END'\n{text}END\nchmod +x {program}")
 
     def received(self) -> list[str]:
         return self.machine.shell("journalctl --unit=usbdev-streams --output=cat | grep ^event || true").splitlines()

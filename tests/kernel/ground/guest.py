@@ -57,6 +57,7 @@ class Guest(Machine):
         try:
             self._channel = Channel(self._connected("channel"))
             self._channel.ready.result(timeout=BOOT_PATIENCE)
+            self.run("udevadm", "settle", "--timeout=240")  # the controllers' drivers are loaded
             self.look_at_buses()
         except BaseException as problem:
             self.stop()

@@ -30,6 +30,9 @@ UNUSED = """
   systemd-journal-flush.service systemd-machine-id-commit.service systemd-pstore.service systemd-random-seed.service
   systemd-repart.service systemd-update-utmp.service systemd-update-utmp-runlevel.service
 """.split()
+# What begins with the machine, and takes the emulator seconds at each plug; scenarios that need it start it.
+STARTED_WHEN_NEEDED = ("nginx", "usbdev-login", "usbdev-pages")
+OTHERS = ("nginx-light",)
 
 
 # What is in no package; whatever else changes, the packages are built anew.
@@ -52,7 +55,7 @@ def packages() -> list[Path]:
 class GuestRoot:
     """Kept in a folder; made anew when it would be made of something else. `others` are Debian's own packages."""
 
-    def __init__(self, packages: list[Path], folder: Path = FOLDER, others: tuple[str, ...] = ()) -> None:
+    def __init__(self, packages: list[Path], folder: Path = FOLDER, others: tuple[str, ...] = OTHERS) -> None:
         folder.mkdir(parents=True, exist_ok=True)
         self.folder = folder / "root"
         self.first_root = folder / "first-root.cpio"
@@ -81,6 +84,8 @@ class GuestRoot:
         units = self.folder / "etc/systemd/system"
         for unit in UNUSED:
             (units / unit).symlink_to("/dev/null")
+        for unit in STARTED_WHEN_NEEDED:
+            (units / f"multi-user.target.wants/{unit}.service").unlink(missing_ok=True)
         (units / "basic.target.wants").mkdir(exist_ok=True)
         (units / "basic.target.wants/agent.service").symlink_to("../agent.service")
 

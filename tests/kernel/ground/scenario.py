@@ -24,8 +24,9 @@ def on_both_grounds(topology: str = "three-controllers", seen: Seen = Ground.rec
     def decorate(steps: Steps) -> Callable[[Guest], None]:
         def test(guest: Guest) -> None:
             with ended(SimulatedGround(topology)) as simulated, ended(RealGround(guest).reset()) as real:
-                steps(simulated)
-                steps(real)
+                for ground in (simulated, real):
+                    ground.use_light_encoder()
+                    steps(ground)
                 compare(simulated, real, seen)
 
         test.__name__, test.__doc__ = steps.__name__, steps.__doc__

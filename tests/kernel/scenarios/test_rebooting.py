@@ -17,19 +17,26 @@ from ground.scenario import ended
 A, B = Port("xhci", "1"), Port("xhci", "2")
 
 
-def come_to(ground: Ground) -> tuple[object, ...]:
-    """Notifications are left out: the manager's output begins anew with the machine."""
+def come_to(ground: Ground, before: list[str]) -> tuple[object, ...]:
+    """The notifications are those before the reboot. After it the guest's manager hears none: it starts when the device manager
+    has synchronised, and looks for itself; that of the sandbox has started by then."""
     ground.shows({A: 2, B: 3})
     record = ground.record()
-    return record.channels, record.events
+    return record.channels, record.events, before
+
+
+def told_before(ground: Ground) -> list[str]:
+    ground.use_light_encoder()
+    ground.use_two_cameras(A, B)
+    return ground.told(2)  # of the assignments
 
 
 def rebooted_in_the_sandbox() -> tuple[object, ...]:
     with ended(SimulatedGround()) as ground:
-        ground.use_two_cameras(A, B)
+        before = told_before(ground)
         with ground.without_manager():
             ground.machine.run("sandbox", "reboot", "--swap", ground.slot(A), ground.slot(B))
-        return come_to(ground)
+        return come_to(ground, before)
 
 
 def rebooted_in_the_guest(root: GuestRoot, state: Path) -> tuple[object, ...]:
@@ -37,7 +44,7 @@ def rebooted_in_the_guest(root: GuestRoot, state: Path) -> tuple[object, ...]:
     ground = RealGround(guest)
     try:
         guest.boot()
-        ground.use_two_cameras(A, B)
+        before = told_before(ground)
         guest.shut_down()
     finally:
         ground.abandon()
@@ -47,7 +54,7 @@ def rebooted_in_the_guest(root: GuestRoot, state: Path) -> tuple[object, ...]:
         ground.plug("pc-camera", A)
         ground.plug("usb2-camera", B)
         guest.boot()
-        return come_to(ground)
+        return come_to(ground, before)
     finally:
         ground.abandon()
 

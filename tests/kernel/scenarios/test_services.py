@@ -9,13 +9,14 @@ from collections.abc import Iterator
 
 import pytest
 from ground.ground import Port
-from ground.grounds import RealGround
+from ground.grounds import DRIVER, RealGround
 from ground.guest import Guest
+from ground.streams import PLAYLIST, SMALL, wait_for_playlist
 
 A, B = Port("xhci", "1"), Port("xhci", "2")
 DEVICES, STREAMS = "usbdev-devices.service", "usbdev-streams.service"
+PAGES, LOGINS = "usbdev-pages.service", "usbdev-login.service"
 CONFIGURATION = "/var/lib/usbdev/config/usbdev.conf"
-PLAYLIST = "/var/lib/usbdev/apps/Velmora2/hls/channel1/playlist.m3u8"
 # Another version of the packages that the guest was made with.
 UPGRADE = """
 set -e; cd /tmp; rm -rf next; mkdir next
@@ -42,7 +43,7 @@ def processes(guest: Guest) -> set[str]:
 
 def streams(guest: Guest) -> None:
     """Waits until the playlist has another segment than before."""
-    guest.wait(f"test -s {PLAYLIST}")
+    wait_for_playlist(guest)
     last = guest.run("tail", "-n", "1", PLAYLIST).strip()
     guest.wait(f"test $(tail -n 1 {PLAYLIST}) != {last}")
 
@@ -55,7 +56,7 @@ def used(guest: Guest) -> Iterator[RealGround]:
         ground.plug("nameless-webcam", A)
         ground.shows({A: 0})
         ground.usbdevctl("assign", ground.slot(A), "0")
-        ground.usbdevctl("stream", "set", "0", "--size", "160x120", "--fps", "5", "--codec", "mjpeg")
+        ground.usbdevctl("stream", "set", "0", *SMALL, "--codec", "mjpeg")
         streams(guest)
         yield ground
     finally:
@@ -72,25 +73,49 @@ def test_a_restart_of_the_device_manager_leaves_the_streams_alone(guest: Guest, 
     assert run_of(guest, STREAMS) == manager and processes(guest) == streaming
 
 
-def test_an_upgrade_starts_the_device_manager_again_and_leaves_the_streams_alone(guest: Guest, used: RealGround) -> None:
-    devices, manager, streaming = run_of(guest, DEVICES), run_of(guest, STREAMS), processes(guest)
+@pytest.fixture
+def pages(guest: Guest) -> Iterator[None]:
+    """Enabled as after an installation."""
+    guest.run("systemctl", "enable", "--quiet", "--now", LOGINS, PAGES)
+    yield
+    guest.run("systemctl", "disable", "--quiet", "--now", PAGES, LOGINS)
+
+
+@pytest.mark.usefixtures("pages")
+def test_an_upgrade_starts_all_services_again_and_leaves_the_streams_alone(guest: Guest, used: RealGround) -> None:
+    others, manager, streaming = [run_of(guest, it) for it in (DEVICES, LOGINS, PAGES)], run_of(guest, STREAMS), processes(guest)
     guest.shell(UPGRADE)
     assert guest.run("dpkg-query", "-W", "-f", "${Version}", "usbdev-host").endswith("+next")
-    guest.wait(f"systemctl is-active --quiet {DEVICES}")
+    guest.wait(f"systemctl is-active --quiet {DEVICES} {LOGINS} {PAGES}")
     used.shows({A: 0})
     streams(guest)
-    assert run_of(guest, DEVICES) != devices
+    assert all(before != run_of(guest, it) for before, it in zip(others, (DEVICES, LOGINS, PAGES)))
     assert run_of(guest, STREAMS) == manager and processes(guest) == streaming
 
 
 def test_what_the_device_manager_and_root_store_stays_the_services_and_the_groups(guest: Guest) -> None:
     ground = RealGround(guest).reset()
     owner = ("stat", "--format=%a %U:%G", CONFIGURATION)
+    ground.use_light_encoder()
     try:
         ground.plug("usb2-camera", A)
         ground.shows({A: 0})
         stored = guest.run(*owner)
         ground.usbdevctl("assign", ground.slot(A), "0")
         assert {stored, guest.run(*owner)} == {"660 usbdev:video\n"}
+    finally:
+        ground.end()
+
+
+def test_a_camera_that_loses_its_driver_is_in_the_event_log_once_with_the_cure(guest: Guest) -> None:
+    ground = RealGround(guest).reset()
+    try:
+        ground.plug("usb2-camera", A)
+        ground.shows({A: 0})
+        guest.shell(f"echo {ground.slot(A)}:1.0 >{DRIVER}/unbind")
+        ground.shows({})
+        guest.wait("usbdevctl log | grep -q 'It has no node for pictures'")
+        (event,) = (it for it in ground.events() if "no node" in it)
+        assert event.startswith(f"warning: Camera[{ground.slot(A)} ") and "'sudo modprobe uvcvideo' loads the driver" in event
     finally:
         ground.end()

@@ -13,14 +13,12 @@ from ground.ground import Port
 from ground.grounds import RealGround
 from ground.guest import Guest
 from ground.plugging import Plugged
+from ground.streams import FOLDER, HEIGHT, PLAYLIST, SMALL, WIDTH, wait_for_playlist
 from usbcamera.jpeg import decoded
 from usbcamera.pictures import recognise
 
 Plug = Callable[..., Plugged]
 PORT, TAG = Port("xhci", "1"), 7
-WIDTH, HEIGHT = 160, 120
-FOLDER = "/var/lib/usbdev/apps/Velmora2/hls/channel1"
-PLAYLIST = f"{FOLDER}/playlist.m3u8"
 # Its list has rates that the emulator can encode.
 CAMERA = "nameless-webcam"
 DECODE = "ffmpeg -nostdin -v error -f mpegts -i - -f rawvideo -pix_fmt gray -".split()
@@ -33,7 +31,7 @@ def set_stream(guest: Guest) -> Iterator[Callable[..., None]]:
     def store(slot: str, *settings: str) -> None:
         guest.wait(f"usbdevctl channels | grep -q ' plugged *{slot} '")
         guest.run("usbdevctl", "assign", slot, "0")
-        guest.run("usbdevctl", "stream", "set", "0", "--size", f"{WIDTH}x{HEIGHT}", "--fps", "5", *settings)
+        guest.run("usbdevctl", "stream", "set", "0", *SMALL, *settings)
 
     yield store
     guest.shell("usbdevctl clear 0 || true")
@@ -41,7 +39,7 @@ def set_stream(guest: Guest) -> Iterator[Callable[..., None]]:
 
 def streamed(guest: Guest) -> list[bytes]:
     """Waits for a segment, and returns its pictures."""
-    guest.wait(f"test -e {PLAYLIST}")
+    wait_for_playlist(guest)
     segment = guest.start("sh", "-c", f"cd {FOLDER} && cat $(tail -n 1 {PLAYLIST})").result(timeout=60).output
     data = subprocess.run(DECODE, input=segment, capture_output=True, check=True).stdout
     size = WIDTH * HEIGHT
