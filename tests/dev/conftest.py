@@ -16,7 +16,7 @@ from typing import NamedTuple
 import pytest
 
 REPOSITORY = Path(__file__).resolve().parent.parent.parent
-TOOLS = "sh awk cat dirname env find grep head mkdir mv nproc rm sed sort stat tail tee tr uname"
+TOOLS = "sh awk cat dirname env find grep head mkdir mv nproc rm sed sleep sort stat tail tee tr uname"
 
 APT_PLAN = """\
 0 upgraded, 212 newly installed, 0 to remove and 3 not upgraded.
@@ -71,8 +71,9 @@ for name; do
   esac
 done""")
 
-    def tests_end_with(self, text: str, status: int = 0, names: str = "  Test #1: one\n") -> None:
+    def tests_end_with(self, text: str, status: int = 0, names: str = "  Test #1: one\n", first: str = "") -> None:
         self.script("ctest", f"""
+{first}
 words="$*"
 case $words in *--show-only*) printf %s {shlex.quote(names)}; exit ;; esac
 log=${{words#*--output-log }}

@@ -5,6 +5,11 @@
 
 from __future__ import annotations
 
+import os
+import signal
+import subprocess
+import time
+
 from conftest import Machine
 
 PASSED = "100% tests passed, 0 tests failed out of 7\n"
@@ -22,7 +27,32 @@ def last_line(output: str) -> str:
 def test_the_last_line_adds_up_the_plain_build_and_both_sanitizer_builds(machine: Machine) -> None:
     outcome = machine.dev("test")
     assert outcome.status == 0 and last_line(outcome.output) == "21 passed, 0 failed"
-    assert [call.split()[1] for call in machine.called("ctest")] == ["build/release", "build/asan", "build/tsan"]
+    assert {call.split()[1] for call in machine.called("ctest")} == {"build/release", "build/asan", "build/tsan"}
+
+
+def test_the_sanitizers_do_not_wait_for_the_plain_build_s_tests(machine: Machine) -> None:
+    machine.tests_end_with(PASSED, first=(
+        "case $* in *build/release*) until [ -e build/sanitizers.sums ]; do sleep 0.1; done ;; esac"))
+    assert last_line(machine.dev("test").output) == "21 passed, 0 failed"
+
+
+def test_an_interrupt_ends_the_sanitizers_too(machine: Machine) -> None:
+    machine.script("ctest", ": >\"$2.begun\"; exec sleep 100")
+    process = subprocess.Popen([machine.tree / "dev", "test"], env={"PATH": str(machine.programs)}, stdin=subprocess.DEVNULL,
+                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, start_new_session=True)
+    while not all((machine.tree / f"build/{preset}.begun").exists() for preset in ("release", "asan")):
+        time.sleep(0.1)
+    os.killpg(process.pid, signal.SIGINT)
+    process.communicate(timeout=30)  # every process of it has closed the output
+    assert process.returncode != 0
+
+
+def test_sanitizers_that_end_without_their_sums_are_a_failure(machine: Machine) -> None:
+    (machine.tree / "build/sanitizers.sums").parent.mkdir()
+    (machine.tree / "build/sanitizers.sums").write_text("14 0\n")
+    machine.tests_end_with(PASSED, first=(
+        """case $* in *build/asan*) kill "$(awk '{ print $4 }' "/proc/$PPID/stat")"; exit ;; esac"""))
+    assert machine.dev("test").status != 0
 
 
 def test_failed_tests_are_counted_and_shown(machine: Machine) -> None:
@@ -70,7 +100,7 @@ def test_a_quick_run_leaves_out_whole_hosts_torture_and_the_sanitizers(machine: 
     outcome = machine.dev("test", "--quick")
     assert outcome.status == 0 and last_line(outcome.output) == "7 passed, 0 failed"
     (call,) = machine.called("ctest")
-    assert call.endswith("--label-exclude system|torture|kernel") and "build/release" in call
+    assert call.endswith("--label-exclude system|torture|kernel|pages") and "build/release" in call
     assert machine.called("ninja") == ["-C build/release"]
 
 
@@ -80,7 +110,14 @@ def test_the_guest_runs_only_when_it_is_asked_for(machine: Machine) -> None:
     (call,) = machine.called("ctest")
     assert "--label-regex ^kernel$" in call and "build/release" in call
     assert machine.dev("test").status == 0
-    assert "--label-exclude ^(packages|kernel|kernel_short)$" in machine.called("ctest")[1]
+    (call,) = (call for call in machine.called("ctest")[1:] if "build/release" in call)
+    assert "--label-exclude ^(packages|kernel|kernel_short|pages)$" in call
+
+
+def test_the_pages_are_looked_at_when_that_is_asked_for(machine: Machine) -> None:
+    assert machine.dev("test", "--pages").status == 0
+    (call,) = machine.called("ctest")
+    assert "--label-regex ^pages$" in call and "build/release" in call
 
 
 def test_by_name_the_guest_gets_its_packages_too(machine: Machine) -> None:

@@ -27,6 +27,8 @@ RUN_BY = [
     (r"cmake (-S examples -B|--build) build/examples", "packaging.installing"),
     (r"cmake --install build --prefix \S+", "packaging.installing"),
     (r"usbdev-sandbox run -- .*|usbdev-demo", "packaging.installed_host"),
+    (r"sudo (apt install nginx-light|cp share-page\S* \S+|install -D .*|systemctl .*)|sudoedit .*", "kernel.scenarios"),
+    (r"cd /usr/share/doc/usbdev-host/examples/nginx", "kernel.scenarios"),
     (r".*tests/system/on_host/test_start_up\.py", "system.on_host.start_up"),
     (r".*tests/system/on_host/test_random_sequence\.py", "system.on_host.random_sequence"),
 ]

@@ -16,7 +16,7 @@ without_randomised_addresses() {
 }
 
 # run_tests PRESET OPTIONS...: runs the tests of a preset and adds its result to the sums. Many tests only wait, so it runs
-# four at a time for each processor.
+# four at a time for each processor, or as many as tests_at_a_time says.
 run_tests() {
   preset=$1
   shift
@@ -24,7 +24,7 @@ run_tests() {
   echo "== tests, $preset"
   status=0
   CLICOLOR=0 shown "tests, $preset" without_randomised_addresses ctest --test-dir "build/$preset" --output-on-failure \
-    --progress --output-log "$log" --no-tests=error --parallel "$((4 * $(nproc)))" "$@" || status=$?
+    --progress --output-log "$log" --no-tests=error --parallel "$((${tests_at_a_time:-4} * $(nproc)))" "$@" || status=$?
   ran=$(sed -n 's/^[0-9]*% tests passed, [0-9]* tests failed out of \([0-9]*\)$/\1/p' "$log")
   bad=$(sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests failed out of [0-9]*$/\1/p' "$log")
   if [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; then bad=$((${bad:-0} + 1)); fi
@@ -32,15 +32,29 @@ run_tests() {
   passed=$((passed + ${ran:-0} - ${bad:-0}))
 }
 
+# Adds the sums of another process.
+add_sums() {
+  read -r other_passed other_failed <"$1"
+  passed=$((passed + other_passed))
+  failed=$((failed + other_failed))
+}
+
 sum_up() {
   echo "$passed passed, $failed failed"
   [ "$failed" -eq 0 ]
 }
 
-build_for_sanitizers() {
+# Builds and tests with the sanitizers; leaves its sums in a file.
+test_with_sanitizers() {
+  tests_at_a_time=2
   # shellcheck disable=SC2086 # a list of words
-  without_randomised_addresses ./dev build tsan $threaded_programs
-  build asan
+  if without_randomised_addresses ./dev build tsan $threaded_programs && ./dev build asan; then
+    run_tests asan
+    run_tests tsan --label-regex threaded
+  else
+    failed=$((failed + 1))
+  fi
+  echo "$passed $failed" >build/sanitizers.sums
 }
 
 run_all_tests() {
@@ -49,24 +63,23 @@ run_all_tests() {
   export UBSAN_OPTIONS=print_stacktrace=1
   export TSAN_OPTIONS=halt_on_error=1
   build release
-  build_for_sanitizers >build/sanitizers.log 2>&1 & # at the same time, because the tests mostly wait
-  sanitizer_builds=$!
-  run_tests release --label-exclude '^(packages|kernel|kernel_short)$'
-  echo '== builds for the sanitizers'
-  tail --lines=+1 --follow --pid="$sanitizer_builds" build/sanitizers.log
-  if wait "$sanitizer_builds"; then
-    run_tests asan
-    run_tests tsan --label-regex threaded
-  else
-    failed=$((failed + 1))
-  fi
+  # At the same time, because many tests only wait. An interrupt does not reach what runs in the background.
+  rm -f build/sanitizers.sums
+  : >build/sanitizers.log # "tail" may look before the tests have opened it
+  trap 'kill 0' INT
+  test_with_sanitizers >build/sanitizers.log 2>&1 &
+  sanitizers=$!
+  run_tests release --label-exclude '^(packages|kernel|kernel_short|pages)$'
+  tail --lines=+1 --follow --pid="$sanitizers" build/sanitizers.log
+  wait "$sanitizers" || true
+  add_sums build/sanitizers.sums
   sum_up
 }
 
 # Runs the tests of the release build that take moments.
 run_quick_tests() {
   build release
-  run_tests release --label-exclude 'system|torture|kernel'
+  run_tests release --label-exclude 'system|torture|kernel|pages'
   sum_up
 }
 
@@ -74,6 +87,13 @@ run_quick_tests() {
 run_kernel_tests() {
   build release
   run_tests release --label-regex '^kernel$'
+  sum_up
+}
+
+# Compares the web pages with their kept pictures, and has them judged.
+run_pages_tests() {
+  build release
+  run_tests release --label-regex '^pages$'
   sum_up
 }
 
