@@ -212,21 +212,24 @@ TEST_F(AHttpRequest, WithoutServerOrBufferIsRefused) {
   EXPECT_THAT(host.journal.lines(), IsEmpty());
 }
 
-using AHttpRequestDeathTest = AHttpRequest;
+class AHttpRequestDeathTest : public AHttpRequest {
+ protected:
+  /// Makes the server's thread in the program that ends: a program with threads cannot be copied safely.
+  void ask(const Answer &answer) {
+    ScriptedServer scripted({answer});
+    host.network.serve(8080, scripted.port());
+    char out[64];
+    connect_host(&server, out, 64, 1, 1);
+  }
+};
 
 TEST_F(AHttpRequestDeathTest, OnAConnectionThatCannotBeWrittenEndsTheProcess) {
-  ScriptedServer scripted({Answer{"", Answer::End::close, ""}});
-  host.network.serve(8080, scripted.port());
   host.network.breakConnections();
-  char out[64];
-  EXPECT_EXIT(connect_host(&server, out, 64, 1, 1), ExitedWithCode(0), "^ERROR writing to socket: Broken pipe\n");
+  EXPECT_EXIT(ask({"", Answer::End::close, ""}), ExitedWithCode(0), "^ERROR writing to socket: Broken pipe\n");
 }
 
 TEST_F(AHttpRequestDeathTest, OnAConnectionThatBreaksEndsTheProcess) {
-  ScriptedServer scripted({Answer{"part", Answer::End::reset}});
-  host.network.serve(8080, scripted.port());
-  char out[64];
-  EXPECT_EXIT(connect_host(&server, out, 64, 1, 1), ExitedWithCode(0),
+  EXPECT_EXIT(ask({"part", Answer::End::reset}), ExitedWithCode(0),
               "^ERROR reading from socket: Connection reset by peer\n");
 }
 

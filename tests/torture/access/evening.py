@@ -13,15 +13,21 @@ import subprocess
 import sys
 import time
 from collections.abc import Callable, Iterator
-from contextlib import contextmanager
+from contextlib import contextmanager, suppress
+from http.cookiejar import CookieJar
 from pathlib import Path
 from urllib.error import HTTPError, URLError
-from urllib.request import Request, urlopen
+from urllib.request import HTTPCookieProcessor, Request, build_opener, urlopen
 
 LOGIN = "http://127.0.0.1:58080/cgi-bin/authLogin.cgi"
-SHARE = "http://127.0.0.1:8080"
+PAGES = "http://127.0.0.1:8080"
+# The pages for guests alone have the same port.
+SHARE_ADDRESS = "127.0.0.2"
+SHARE = f"http://{SHARE_ADDRESS}:8080"
 CONFIGURATION = Path("/etc/config/usbdev.conf")
 PLAYLIST = Path("/mnt/ext/opt/apps/Velmora2/hls/channel1/playlist.m3u8")
+SHOWN = ("/state", "/channels/0/formats", "/channels/0/assignment?profile=0", "/profiles/0/share", "/profiles/0/playlist.m3u8",
+         "/events", "/charts?days=7", "/host", "/report")  # fmt: skip
 PASSWORD, WRONG_PASSWORD, SHARE_PASSWORD = "Right-Password-1", "Wrong-Password-2", "Share-Password-3"
 
 
@@ -77,20 +83,42 @@ def share() -> list[dict[str, str]]:
     return [first, second]
 
 
+def own() -> list[str]:
+    """Signs in to the owner's pages, and asks for everything that they show. Returns the session and its token."""
+    jar = CookieJar()
+    browser = build_opener(HTTPCookieProcessor(jar))
+
+    def ask(path: str, method: str = "GET", **body: object) -> str:
+        headers = {"Content-Type": "application/json", "X-CSRF-Token": token}
+        request = Request(f"{PAGES}/api/v1{path}", json.dumps(body).encode() if body else None, headers, method=method)
+        with browser.open(request, timeout=60) as answer:
+            return str(answer.read().decode())
+
+    token = ""
+    with suppress(HTTPError):
+        ask("/session", "POST", user="ann", password=WRONG_PASSWORD)
+    token = json.loads(ask("/session", "POST", user="ann", password=PASSWORD))["csrf"]
+    for path in SHOWN:
+        ask(path)
+    ask("/profiles/0/share", "PUT", on=True, password=SHARE_PASSWORD)
+    ask("/profiles/0/stream", "PATCH", rate=15.0)
+    return [token, *(str(cookie.value) for cookie in jar)]
+
+
 @contextmanager
-def share_page() -> Iterator[None]:
-    page = subprocess.Popen(["share-page"], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+def serving(address: str, *command: str) -> Iterator[None]:
+    page = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
-        until(listens)
+        until(lambda: listens(address))
         yield
     finally:
         page.terminate()
         page.wait()
 
 
-def listens() -> bool:
+def listens(address: str) -> bool:
     try:
-        return bool(read(f"{SHARE}/share"))
+        return bool(read(f"{address}/share"))
     except URLError:
         return False
 
@@ -102,14 +130,15 @@ def main() -> None:
     run("usbdevctl", "clear", "0")
     until(lambda: not PLAYLIST.exists())
     names.append(stream("320x240"))
-    with share_page():
+    with serving(SHARE, "share-page", "--address", SHARE_ADDRESS), serving(PAGES, "owner-page"):
         links = share()
+        sessions = [session, *own()]
         for command in (("timeouts",), ("status",), ("log",), ("report",), ("sync",)):
             run("usbdevctl", *command)
         passwords = [PASSWORD, WRONG_PASSWORD]
         secrets = {
             "password of a user": passwords + [base64.b64encode(password.encode()).decode() for password in passwords],
-            "session": [session],
+            "session": sessions,
             "password of a share link": [SHARE_PASSWORD],
             "token of a share link": [link["token"] for link in links],
             "id of a share link": [link["ssid"] for link in links],

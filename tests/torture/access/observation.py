@@ -23,6 +23,7 @@ EVENING = str(HERE / "evening.py")
 # All that can be written on the host.
 ROOTS = ("/etc/config", "/run", "/tmp", "/var/log", "/mnt/ext", "/home/httpd", "/dev", "/sys")
 LISTENING = {"tcp": "0A", "tcp6": "0A", "udp": "07", "udp6": "07"}
+UNFINISHED = "<unfinished ...>"
 CALLS = "trace=execve,clone,clone3,fork,vfork"
 
 
@@ -127,11 +128,25 @@ def _address(text: str) -> str:
 
 
 def _read(trace: str, seen: Observation) -> None:
-    for line in trace.splitlines():
-        pid, call = line.split(maxsplit=1)
+    for pid, call in _calls(trace):
         child = re.search(r"(?:clone3?|v?fork)\b.* = (\d+)$", call)
         if child:
             seen.parents[int(child[1])] = int(pid)
         command = re.match(r'execve\("([^"]+)"', call)
         if command and not re.search(r" = -1 \w+ \(.*\)$", call):
             seen.commands.append(Command(int(pid), os.path.basename(command[1]), call))
+
+
+def _calls(trace: str) -> Iterator[tuple[str, str]]:
+    """Returns process and text of each call. One that others interrupted has two lines, and only the second tells whether it
+    failed."""
+    begun: dict[str, str] = {}
+    for line in trace.splitlines():
+        pid, call = line.split(maxsplit=1)
+        rest = re.match(r"<\.\.\. \w+ resumed>", call)
+        if rest:
+            call = begun.pop(pid, "") + call[rest.end() :]
+        if call.endswith(UNFINISHED):
+            begun[pid] = call.removesuffix(UNFINISHED)
+        else:
+            yield pid, call

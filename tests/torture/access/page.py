@@ -40,6 +40,9 @@ class Processes:
             if "/tcp`" in row[3] or "/udp`" in row[3]
         }
         self.run_by = {name: {word.split()[0] for word in quoted(row[4])} for name, row in zip(names, rows)}
+        for name, row in zip(names, rows):
+            if row[4].endswith("`usbdevctl`, and what it runs"):
+                self.run_by[name] |= self.run_by["usbdevctl"]
 
 
 def file_rows() -> list[tuple[str, str]]:

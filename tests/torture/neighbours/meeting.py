@@ -67,8 +67,8 @@ class Caller:
         """Returns the rest of the line with that name; None when it does not come."""
         deadline = time.monotonic() + seconds
         while (found := self._line(name)) is None:
-            left = deadline - time.monotonic()
-            if left <= 0 or not select([self._from], [], [], left)[0]:
+            left = max(0, deadline - time.monotonic())  # what has come counts, however late it is looked for
+            if not select([self._from], [], [], left)[0]:
                 return None
             part = os.read(self._from, 65536)
             if not part:
