@@ -151,6 +151,40 @@ class TwoStreams(Library):
             self.second_runs.set()
 
 
+# Notes that it was asked to end; the last of its arguments has the path of the small picture.
+WAITING = """#!/bin/sh
+trap 'touch {folder}/asked; exit' TERM
+for last; do :; done
+{written}
+touch {folder}/runs
+while :; do sleep 0.1; done
+"""
+
+
+@pytest.mark.parametrize(("written", "is_asked"), {":": False, "touch ${last%/*}/playlist.m3u8": True}.items())
+def test_only_an_encoder_with_pictures_is_asked_to_end_before_it_is_killed(
+    tmp_path: Path, monkeypatch: pytest.MonkeyPatch, written: str, is_asked: bool
+) -> None:
+    program = tmp_path / "encoder"
+    program.write_text(WAITING.format(folder=tmp_path, written=written))
+    program.chmod(0o755)
+    monkeypatch.setattr(encoder, "PROGRAM", str(program))
+    monkeypatch.setattr(stream_process, "DIRECTORY", str(tmp_path / "channel{}"))
+    monkeypatch.setattr(camera, "NODE", str(tmp_path / "video{}"))
+    (tmp_path / "video0").touch()
+
+    async def start_and_stop() -> None:
+        stream = KeptStream(0, Library(), lambda: None)
+        await stream.want(Stream(0, True, 160, 120, 15))
+        await stream.look()
+        while not (tmp_path / "runs").exists():
+            await asyncio.sleep(0.05)
+        await stream.want(None)
+
+    asyncio.run(asyncio.wait_for(start_and_stop(), 60))
+    assert (tmp_path / "asked").exists() == is_asked
+
+
 class TestThePauses:
     def test_double_up_to_a_minute(self) -> None:
         pauses = Pauses()

@@ -55,7 +55,8 @@ class StreamProcess:
         return self._last_written not in (None, before)
 
     async def stop(self) -> None:
-        if self.status is None:
+        """Lets a stream end in order. One without a picture has nothing to end, and would wait for its camera before it did."""
+        if self.status is None and self._written() is not None:
             self._process.terminate()
             await asyncio.wait((self._end,), timeout=SECONDS_TO_END)
         await self.kill()
