@@ -105,6 +105,11 @@ def test_process_lists_show_whole_command_lines_but_not_the_sandbox_itself(sandb
     assert not any("bwrap" in line or "kill $!" in line for line in lines)
 
 
+def test_programs_on_the_host_find_the_fonts_of_the_machine(sandbox):
+    """A browser then shows the pages as outside."""
+    assert sandbox("cat /etc/fonts/fonts.conf").stdout == Path("/etc/fonts/fonts.conf").read_text()
+
+
 def test_files_of_the_machine_cannot_be_changed(sandbox):
     script = f"touch {REPOSITORY}/x /usr/lib/x /etc/passwd 2>&1"
     result = sandbox(script)

@@ -20,6 +20,7 @@ PATH = "/usr/sbin:/usr/bin:/sbin:/bin"
 MACHINE_ETC = (
     "alternatives",
     "bash.bashrc",
+    "fonts",
     "group",
     "hosts",
     "ld.so.cache",
