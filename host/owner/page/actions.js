@@ -4,7 +4,7 @@
 // What an owner can do with a camera. What loses something is asked about first; what the host refuses is taken back.
 
 import { call } from "/page/api.js";
-import { attachedWithoutProfile, nameOf } from "/page/channels.js";
+import { attachedWithoutProfile, freeProfiles, nameOf } from "/page/channels.js";
 import { hostsWords } from "/page/hosts_words.js";
 import { differenceText } from "/page/settings.js";
 import { ask, change, notice, signedOut, withChannel } from "/page/store.js";
@@ -30,31 +30,62 @@ export async function attempt(request) {
 
 export const isAway = (channel) => channel.state !== "plugged";
 
-export async function switchPort(channel, on) {
+// Of the cameras that wait for this one, the one that streams when it ends: with a profile since the longest time.
+function heir(channel, state) {
+  const waiting = state.channels.filter((one) => one.waits_for === channel.channel && one.profile !== null && one.switched_on);
+  return waiting.sort((one, other) => (one.created < other.created ? -1 : 1))[0];
+}
+
+const switching = (channel, on) => () => call("PUT", `/channels/${channel.channel}/switch`, { on });
+const switchedOff = (channel) => withChannel(channel.channel, { switched_on: false, streams: false });
+
+async function switchOff(channel, state) {
   const name = nameOf(channel);
-  const consequences = [t("switch_off.stream"), t("switch_off.kept"), t("switch_off.others")];
-  const question = { title: t("switch_off.title", { name }), consequences, yes: t("do.switch_off") };
-  if (!on && !(await ask(question))) return;
-  const expected = withChannel(channel.channel, { switched_on: on, ...(on ? {} : { streams: false }) });
-  const request = () => call("PUT", `/channels/${channel.channel}/switch`, { on });
-  if (await attempt(() => change(expected, request))) notice(t(on ? "done.switched_on" : "done.switched_off", { name }));
+  const next = heir(channel, state);
+  const back = next ? t("switch_off.heir", { heir: nameOf(next) }) : t("switch_off.again");
+  const consequences = [t("switch_off.stream"), t("switch_off.kept"), back];
+  if (!(await ask({ title: t("switch_off.title", { name }), consequences, yes: t("do.switch_off") }))) return;
+  if (await attempt(() => change(switchedOff(channel), switching(channel, false)))) notice(t("done.switched_off", { name }));
 }
 
-async function assignAnyway(channel, profile, problem) {
-  const reason = problem.values.reason;
-  if (!["waits", "stops_another", "unsupported"].includes(reason)) throw problem;
-  const consequences = [t(`refusal.${reason}`), t(`anyway.${reason}`)];
-  const question = { title: t("anyway.title", { name: nameOf(channel) }), consequences, yes: t("do.anyway"), isLoss: true };
-  if (!(await ask(question))) return false;
-  return call("PUT", `/channels/${channel.channel}/profile`, { profile, anyway: true });
+async function switchOn(channel, state) {
+  const name = nameOf(channel);
+  const answer = await attempt(() => change(withChannel(channel.channel, { switched_on: true }), switching(channel, true)));
+  const other = state.channels[answer?.waits_for];
+  if (answer) notice(other ? t("done.switched_on_waits", { name, other: nameOf(other) }) : t("done.switched_on", { name }));
 }
 
-export async function assign(channel, profile) {
-  const request = () => call("PUT", `/channels/${channel.channel}/profile`, { profile, anyway: false });
-  const expected = withChannel(channel.channel, { profile });
-  const done = await attempt(() =>
-    change(expected, request).catch((problem) => assignAnyway(channel, profile, problem)));
-  if (done) notice(t("done.assigned", { name: nameOf(channel), number: profile }));
+export const switchPort = (channel, on, state) => (on ? switchOn : switchOff)(channel, state);
+
+const assigning = (channel, profile) => () =>
+  call("PUT", `/channels/${channel.channel}/profile`, { profile, anyway: false });
+
+// If the camera would have to wait, or to end another stream, its user chooses between the two.
+export async function assign(channel, profile, state) {
+  const name = nameOf(channel);
+  try {
+    await change(withChannel(channel.channel, { profile }), assigning(channel, profile));
+  } catch (problem) {
+    const { reason, other_channel: number } = problem.values ?? {};
+    if (!["waits", "stops_another"].includes(reason)) return explain(problem);
+    return streamInstead(channel, state.channels[number], state);
+  }
+  notice(t("done.assigned", { name, number: profile }));
+}
+
+// Ends the stream of the other camera, for which this one waits; gives this one a profile if it has none.
+export async function streamInstead(channel, other, state) {
+  const names = { name: nameOf(channel), other: nameOf(other) };
+  const [free] = freeProfiles(state);
+  if (channel.profile === null && !free) return moveHere(channel, state, [other]);
+  const consequences = [t("instead.stream", names), t("instead.kept", names)];
+  if (channel.profile === null) consequences.push(t("instead.profile", names));
+  if (!(await ask({ title: t("instead.title", names), consequences, yes: t("do.instead") }))) return;
+  if (!(await attempt(() => change(switchedOff(other), switching(other, false))))) return;
+  if (channel.profile === null && !(await attempt(() => change(withChannel(channel.channel, { profile: free.profile }), assigning(channel, free.profile))))) {
+    return notice(t("instead.half", names), "", true);
+  }
+  notice(t("done.instead", names));
 }
 
 export async function unbind(channel) {
@@ -97,9 +128,10 @@ export async function move(channel, state) {
   if (chosen !== null) await moveTo(channel.profile, Number(chosen));
 }
 
+const withProfile = (state) => state.channels.filter((one) => one.profile !== null);
+
 // Moves a profile that is chosen to this channel.
-export async function moveHere(channel, state) {
-  const owners = state.channels.filter((one) => one.profile !== null);
+export async function moveHere(channel, state, owners = withProfile(state)) {
   const options = owners.map((one) => ({ ...asOption(one), value: String(one.profile) }));
   const title = t("move.here_title", { name: nameOf(channel) });
   const choices = { label: t("move.from"), options };
@@ -113,9 +145,13 @@ export async function rename(channel, name) {
   if (await attempt(() => change(expected, request))) notice(t("done.renamed", { name }));
 }
 
+// What the camera makes of a format, size and rate is known only when it has taken them.
+const kTakenByCamera = ["codec", "width", "height", "rate"];
+
 // The answer has what was asked for and what was taken, or is false.
 export function setStream(channel, settings) {
   const { sound = channel.sound?.on, sound_codec: codec = channel.sound?.codec, volume = channel.sound?.volume, ...rest } = settings;
-  const expected = withChannel(channel.channel, { ...rest, sound: channel.sound && { ...channel.sound, on: sound, codec, volume } });
+  const certain = Object.fromEntries(Object.entries(rest).filter(([name]) => !kTakenByCamera.includes(name)));
+  const expected = withChannel(channel.channel, { ...certain, sound: channel.sound && { ...channel.sound, on: sound, codec, volume } });
   return attempt(() => change(expected, () => call("PATCH", `/profiles/${channel.profile}/stream`, settings)));
 }

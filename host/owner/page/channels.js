@@ -16,7 +16,7 @@ export function profileName(state, { profile }) {
   return channel ? nameOf(channel) : t("profile_number", { number: profile });
 }
 
-export const hindrances = (channel) => channel.reasons.filter((one) => one.hinders);
+const hindrances = (channel) => channel.reasons.filter((one) => one.hinders);
 
 // One word for how a channel is doing: the name of a text, and of its colour.
 export function standing(channel) {

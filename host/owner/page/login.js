@@ -23,11 +23,11 @@ function useAttempt() {
     }
     return true;
   };
-  return { problem, isAsking, send };
+  return { problem, isAsking, send, forgive: () => setProblem("") };
 }
 
 export function Login() {
-  const { problem, isAsking, send } = useAttempt();
+  const { problem, isAsking, send, forgive } = useAttempt();
   const password = useRef(null);
   useEffect(() => {
     document.title = t("sign_in");
@@ -39,10 +39,10 @@ export function Login() {
     if (!(await send(fields.user.value, fields.password.value))) password.current?.select();
   };
   return html`<main class="alone">
-    <form class="card login" onSubmit=${submit}>
+    <form class="card login" onSubmit=${submit} onInput=${forgive}>
       <img src="/page/favicon.svg" alt="" width="48" height="48" />
       <h1>${t("sign_in")}</h1>
-      <p class="quiet">${t("sign_in.explained")}</p>
+      <p class="quiet">${t("sign_in.explained", { host: location.hostname })}</p>
       <p class="problem" role="alert" hidden=${!problem}>${problem}</p>
       <div class="field"><label for="user">${t("user")}</label>
         <input id="user" name="user" autocomplete="username" autocapitalize="none" spellcheck="false" required maxlength="64" /></div>
@@ -50,6 +50,7 @@ export function Login() {
         <input id="password" name="password" type="password" autocomplete="current-password" required maxlength="64"
           ref=${password} aria-invalid=${Boolean(problem)} /></div>
       <button disabled=${isAsking}>${t(isAsking ? "signing_in" : "sign_in")}</button>
+      <p class="quiet small">${t("sign_in.administrators")} <code>usbdev-login-users add NAME</code></p>
       <${LanguageChoice} />
     </form>
   </main>`;

@@ -40,7 +40,7 @@ function App() {
   if (now.session === null) return html`<${Login} />`;
   const { page, title, Part, profile } = route(now.state);
   return html`<${Shell} view=${now} page=${page} address=${location.hash} title=${title}>
-    ${now.state ? html`<${Part} key=${location.hash} state=${now.state} profile=${profile} />` : html`<${Loading} />`}
+    ${now.state ? html`<${Part} key=${location.hash} state=${now.state} profile=${profile} arrived=${now.arrived} />` : html`<${Loading} />`}
   <//>`;
 }
 

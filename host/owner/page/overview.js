@@ -4,11 +4,12 @@
 // The ten channels as cards, and how they hang together.
 
 import { html, useEffect, useState } from "/libraries/preact.js";
-import { hindrances, nameOf, standing, tone } from "/page/channels.js";
+import { nameOf, standing, tone } from "/page/channels.js";
 import { Icon } from "/page/icons.js";
 import { Empty } from "/page/parts.js";
 import { Reasons } from "/page/reasons.js";
-import { number, t } from "/page/texts.js";
+import { rateText } from "/page/settings.js";
+import { t } from "/page/texts.js";
 import { UsbTree } from "/page/usb_tree.js";
 
 const kNewPicture = 1000; // milliseconds; the host writes one a second
@@ -19,9 +20,8 @@ const kIcons = { streams: "camera", begins: "camera", switched_off: "off", unplu
 const NoPicture = ({ word }) => html`<div class="no-picture"><${Icon} name=${kIcons[word] ?? "camera"} /></div>`;
 
 // The latest picture again and again, as long as somebody looks.
-function Picture({ profile, word }) {
+function Picture({ profile, word, isThere, setThere }) {
   const [at, setAt] = useState(0);
-  const [isThere, setThere] = useState(false);
   useEffect(() => {
     const timer = setInterval(() => document.hidden || setAt((count) => count + 1), isThere ? kNewPicture : kNoPictureYet);
     return () => clearInterval(timer);
@@ -44,41 +44,39 @@ function Facts({ channel }) {
     <${Fact} name=${t("port")}><span class="port">${port}</span><//>
     <${Fact} name=${t("profile")}>${profile ?? t("none")}<//>
     ${hasStream && html`<${Fact} name=${t("size")}>${width} × ${height}<//>`}
-    ${hasStream && rate > 0 && html`<${Fact} name=${t("rate")}>${t("per_second", { rate: number(rate) })}<//>`}
+    ${hasStream && rate > 0 && html`<${Fact} name=${t("rate")}>${rateText(rate)}<//>`}
   </dl>`;
 }
 
-function CameraCard({ channel, state }) {
-  const word = standing(channel);
+function CameraCard({ channel, state, isNew }) {
+  const [hasPicture, setHasPicture] = useState(false);
+  const waitsForPicture = channel.streams && !hasPicture;
+  const word = waitsForPicture ? "begins" : standing(channel);
   const name = html`<bdi>${nameOf(channel)}</bdi>`;
-  return html`<li class="card camera" data-channel=${channel.channel} data-standing=${word}>
-    ${channel.streams ? html`<${Picture} profile=${channel.profile} word=${word} />` : html`<div class="picture"><${NoPicture} word=${word} /></div>`}
+  return html`<li class=${isNew ? "card camera new" : "card camera"} data-channel=${channel.channel} data-standing=${word}>
+    ${channel.streams ? html`<${Picture} profile=${channel.profile} word=${word} isThere=${hasPicture} setThere=${setHasPicture} />` : html`<div class="picture"><${NoPicture} word=${word} /></div>`}
     <h2>${channel.profile === null ? name : html`<a href=${`#/profile/${channel.profile}`}>${name}</a>`}</h2>
     <${Standing} word=${word} />
     <p class="quiet device">${t("channel_number", { number: channel.channel })}${channel.profile_name && html` · <bdi>${channel.device}</bdi>`}</p>
     <${Facts} channel=${channel} />
     <${Reasons} channel=${channel} state=${state} />
-    ${word === "begins" && html`<p class="quiet">${t("begins.explained")}</p>`}
+    ${word === "begins" && html`<p class="quiet">${t(waitsForPicture ? "live_view.waits" : "begins.explained")}</p>`}
   </li>`;
 }
 
 function FreeChannels({ channels }) {
   if (channels.length === 0) return null;
-  return html`<section aria-labelledby="free-channels">
-    <h2 id="free-channels">${t("overview.free")}</h2>
-    <ul class="free">${channels.map((one) => html`<li key=${one.channel} class="card free-channel" data-channel=${one.channel}>
-      <${Icon} name="plug" /> ${t("channel_number", { number: one.channel })}</li>`)}</ul>
-  </section>`;
+  return html`<p class="quiet free">${t("overview.free", { channels: channels.map((one) => one.channel).join(", ") })}</p>`;
 }
 
 function summary(cameras) {
   const streaming = cameras.filter((one) => one.streams).length;
-  const hindered = cameras.filter((one) => !one.streams && hindrances(one).length > 0).length;
-  const otherwise = hindered === 0 ? "overview.all_well" : "overview.some_hindered";
-  return t(streaming === cameras.length ? "overview.all_stream" : otherwise, { streaming, hindered, cameras: cameras.length });
+  if (streaming === cameras.length) return t("overview.all_stream");
+  const some = streaming === 1 ? "overview.one_streams" : "overview.some_stream";
+  return t(streaming === 0 ? "overview.none_streams" : some, { streaming, cameras: cameras.length });
 }
 
-export function Overview({ state }) {
+export function Overview({ state, arrived }) {
   const cameras = state.channels.filter((one) => one.state !== "free");
   const free = state.channels.filter((one) => one.state === "free");
   if (cameras.length === 0) {
@@ -86,7 +84,7 @@ export function Overview({ state }) {
       <${FreeChannels} channels=${free} />`;
   }
   return html`<p class="lead">${summary(cameras)}</p>
-    <ul class="cards">${cameras.map((one) => html`<${CameraCard} key=${one.channel} channel=${one} state=${state} />`)}</ul>
+    <ul class="cards">${cameras.map((one) => html`<${CameraCard} key=${one.channel} channel=${one} state=${state} isNew=${arrived.includes(one.channel)} />`)}</ul>
     <${UsbTree} state=${state} />
     <${FreeChannels} channels=${free} />`;
 }

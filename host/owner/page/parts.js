@@ -12,14 +12,14 @@ import { plain, t } from "/page/texts.js";
 
 export const Busy = ({ text }) => html`<p class="progress" role="status"><span class="busy"></span>${text}</p>`;
 
-// What the host answers to a request: null until then, and undefined if it fails.
+// What the host answers to a request: null until then, and undefined if it fails. Without a path nothing is asked.
 export function useAnswer(path) {
   const [answer, setAnswer] = useState(null);
   const [count, setCount] = useState(0);
   useEffect(() => {
     let isLate = false;
     setAnswer(null);
-    read(path).then((value) => isLate || setAnswer(value), (problem) => {
+    if (path !== null) read(path).then((value) => isLate || setAnswer(value), (problem) => {
       if (isLate) return;
       explain(problem);
       setAnswer(undefined);

@@ -9,22 +9,36 @@ import { attachedWithoutProfile, channelOf, nameOf, profileName, standing } from
 import { Icon } from "/page/icons.js";
 import { LiveView } from "/page/live_view.js";
 import { Standing } from "/page/overview.js";
-import { Button, Choice, Empty, Switch } from "/page/parts.js";
+import { Button, Choice, Empty, Switch, useAnswer } from "/page/parts.js";
 import { Reasons } from "/page/reasons.js";
-import { StreamForm } from "/page/stream_form.js";
+import { inCodec, StreamForm } from "/page/stream_form.js";
+import { kValueTexts, rateText } from "/page/settings.js";
 import { plain, t } from "/page/texts.js";
 
 const kLongestName = 63;
 const kSoundCodecs = ["aac", "ulaw"];
 
-function PictureSettings({ channel }) {
+// Only H.264 can be changed, and what that costs is said before.
+function Encode({ channel, formats }) {
+  if (!formats) return html`<p class="quiet">${t("picture.mjpeg")}</p>`;
+  const wish = inCodec(formats, channel, "h264");
+  if (!wish) return html`<p class="quiet">${t("picture.never")}</p>`;
+  const { width, height, rate } = wish;
+  const cost = { rate: rateText(rate), before: rateText(channel.rate), size: kValueTexts.size(`${width}x${height}`) };
+  const isSame = rate === channel.rate && width === channel.width && height === channel.height;
+  return html`<p class="quiet">${t("picture.mjpeg")} ${t(isSame ? "picture.same" : "picture.cost", cost)}</p>
+    <div class="buttons"><${Button} act=${() => actions.setStream(channel, wish)}>${t("do.encode")}<//></div>`;
+}
+
+function PictureSettings({ channel, formats }) {
   const isEncoded = channel.codec === "h264";
-  const one = (name) => html`<${Switch} key=${name} label=${t(name)} on=${channel[name]} disabled=${!isEncoded}
+  const one = (name) => html`<${Switch} key=${name} label=${t(name)} on=${isEncoded && channel[name]} disabled=${!isEncoded}
     change=${(on) => actions.setStream(channel, { [name]: on })} />`;
   return html`<section class="card" aria-labelledby="picture">
     <h2 id="picture">${t("picture")}</h2>
     ${["flip", "mirror", "overlay"].map(one)}
-    <p class="quiet">${t(isEncoded ? "picture.explained" : "picture.mjpeg")}</p>
+    <p class="quiet">${t("picture.both")}</p>
+    ${isEncoded ? html`<p class="quiet">${t("picture.explained")}</p>` : html`<${Encode} channel=${channel} formats=${formats} />`}
   </section>`;
 }
 
@@ -56,8 +70,8 @@ function Rename({ channel }) {
   };
   return html`<form class="line-form" onSubmit=${submit}>
     <div class="field"><label for="name">${t("name")}</label>
-      <input id="name" name="name" value=${plain(channel.profile_name)} maxlength=${kLongestName} required autocomplete="off" /></div>
-    <button>${t("do.rename")}</button>
+      <input id="name" name="name" value=${nameOf(channel)} maxlength=${kLongestName} required autocomplete="off" /></div>
+    <button class="plain">${t("do.rename")}</button>
   </form>`;
 }
 
@@ -67,7 +81,7 @@ function CameraSettings({ channel, state }) {
     <h2 id="camera">${t("camera")}</h2>
     <p class="quiet"><bdi>${plain(channel.device)}</bdi> · ${t("channel_number", { number: channel.channel })} · ${t("port")} <span class="port">${channel.port}</span></p>
     <${Rename} key=${channel.profile_name} channel=${channel} />
-    ${!isAway && html`<${Switch} label=${t("port.on")} on=${channel.switched_on !== false} change=${(on) => actions.switchPort(channel, on)} />`}
+    ${!isAway && html`<${Switch} label=${t("port.on")} on=${channel.switched_on !== false} change=${(on) => actions.switchPort(channel, on, state)} />`}
     <div class="buttons">
       <a class="button plain" href="#/sharing"><${Icon} name="sharing" />${t("do.share")}</a>
       <${Button} act=${() => actions.move(channel, state)}>${t("do.move_on")}<//>
@@ -82,7 +96,7 @@ function NoCamera({ profile, state }) {
   const cameras = attachedWithoutProfile(state);
   return html`<${Empty} icon="camera" title=${t("profile.empty")}>
     <p>${t(cameras.length > 0 ? "profile.empty_choose" : "profile.empty_cure")}</p>
-    <div class="buttons">${cameras.map((one) => html`<${Button} key=${one.channel} act=${() => actions.assign(one, profile.profile)}>
+    <div class="buttons">${cameras.map((one) => html`<${Button} key=${one.channel} act=${() => actions.assign(one, profile.profile, state)}>
       ${t("camera_in_port", { name: nameOf(one), port: one.port })}<//>`)}</div>
   <//>`;
 }
@@ -95,18 +109,24 @@ function NotLive({ channel }) {
 export function Profile({ profile, state }) {
   const channel = profile && channelOf(state, profile.profile);
   if (!channel) return html`<${NoCamera} profile=${profile} state=${state} />`;
+  return html`<${Camera} key=${channel.channel} channel=${channel} profile=${profile} state=${state} />`;
+}
+
+function Camera({ channel, profile, state }) {
+  const isAway = actions.isAway(channel);
+  const [formats, again] = useAnswer(isAway ? null : `/channels/${channel.channel}/formats`);
   const name = profileName(state, profile);
   return html`<p class="lead"><${Standing} word=${standing(channel)} />
       <a class="beside" href="#/"><${Icon} name="back" />${t("overview")}</a></p>
     <div class="columns">
       <div>
-        ${channel.streams ? html`<${LiveView} key=${channel.channel} profile=${profile.profile} name=${name} />` : html`<${NotLive} channel=${channel} />`}
+        ${channel.streams ? html`<${LiveView} profile=${profile.profile} name=${name} />` : html`<${NotLive} channel=${channel} />`}
         <${Reasons} channel=${channel} state=${state} />
         <${CameraSettings} channel=${channel} state=${state} />
       </div>
       <div>
-        ${!actions.isAway(channel) && html`<${StreamForm} key=${channel.channel} channel=${channel} />`}
-        <${PictureSettings} channel=${channel} />
+        ${!isAway && html`<${StreamForm} channel=${channel} formats=${formats} again=${again} />`}
+        <${PictureSettings} channel=${channel} formats=${formats} />
         <${Sound} channel=${channel} />
       </div>
     </div>`;

@@ -39,23 +39,32 @@ export function words(channel, reason, state) {
 }
 
 const kCures = {
-  switched_off: (channel) => [{ text: t("do.switch_on"), act: () => actions.switchPort(channel, true) }],
+  switched_off: (channel, state) => [{ text: t("do.switch_on"), act: () => actions.switchPort(channel, true, state) }],
   unplugged: (channel) => [{ text: t("do.forget"), act: () => actions.forget(channel) }],
   displaced: (channel) => [{ text: t("do.forget"), act: () => actions.forget(channel) }],
   unbound: (channel, state) => {
     const [free] = freeProfiles(state);
     if (!free) return [{ text: t("do.move_here"), act: () => actions.moveHere(channel, state) }];
-    return [{ text: t("do.assign", { number: free.profile }), act: () => actions.assign(channel, free.profile) }];
+    return [{ text: t("do.start"), act: () => actions.assign(channel, free.profile, state) }];
   },
-  waits: (_, state, other) =>
-    other ? [{ text: t("do.switch_off_other", { name: nameOf(other) }), act: () => actions.switchPort(other, false) }] : [],
+  waits: (channel, state, other) =>
+    other ? [{ text: t("do.instead"), act: () => actions.streamInstead(channel, other, state) }] : [],
 };
+
+// One step after the other: a camera whose port is off does not wait, and one that waits needs no profile yet.
+const kSteps = ["switched_off", "waits", "unbound"];
+
+function due(reasons) {
+  const step = kSteps.find((word) => reasons.some((one) => one.reason === word));
+  return reasons.filter((one) => one.reason === step || !kSteps.includes(one.reason));
+}
 
 function Reason({ channel, reason, state }) {
   const { why, cure } = words(channel, reason, state);
   const cures = kCures[reason.reason]?.(channel, state, state.channels[reason.other_channel]) ?? [];
-  return html`<li class=${reason.hinders ? "reason" : "reason known"}>
-    <${Icon} name=${reason.hinders ? "alert" : "info"} />
+  const isTrouble = reason.hinders && reason.reason !== "unbound"; // nobody wanted it to stream yet
+  return html`<li class=${isTrouble ? "reason" : "reason known"}>
+    <${Icon} name=${isTrouble ? "alert" : "info"} />
     <div>
       <p>${why}</p>
       ${cure && html`<p class="quiet">${cure}</p>`}
@@ -68,5 +77,5 @@ function Reason({ channel, reason, state }) {
 
 export const Reasons = ({ channel, state }) =>
   channel.reasons.length > 0 && html`<ul class="reasons">
-    ${channel.reasons.map((one) => html`<${Reason} key=${one.cause} channel=${channel} reason=${one} state=${state} />`)}
+    ${due(channel.reasons).map((one) => html`<${Reason} key=${one.cause} channel=${channel} reason=${one} state=${state} />`)}
   </ul>`;

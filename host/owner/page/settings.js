@@ -5,10 +5,14 @@
 
 import { number, t } from "/page/texts.js";
 
+// A rate below one a second is a time.
+export const rateText = (rate) =>
+  rate < 1 ? t("seconds_each", { seconds: number(Math.round(1 / rate)) }) : t("per_second", { rate: number(rate) });
+
 export const kValueTexts = {
   codec: (codec) => t(`codec.${codec}`),
   size: (size) => size.replace("x", " × "),
-  rate: (rate) => t("per_second", { rate: number(rate) }),
+  rate: rateText,
 };
 
 const kNames = { sound: "sound.on", sound_codec: "sound.codec", display: "picture.display" };

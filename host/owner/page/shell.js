@@ -59,7 +59,9 @@ export function Shell({ view, page, address, title, children }) {
       <img src="/page/favicon.svg" alt="" width="28" height="28" />
       <span class="host-name"><bdi>${plain(view.state?.host.name) || t("cameras")}</bdi></span>
       <${LanguageChoice} />
-      <button type="button" class="bare" onClick=${signOut} aria-label=${t("sign_out")} title=${t("sign_out")}><${Icon} name="signOut" /></button>
+      <bdi class="user">${plain(view.session.user)}</bdi>
+      <button type="button" class="bare sign-out" onClick=${signOut} aria-label=${t("sign_out")} title=${t("sign_out.who", { user: plain(view.session.user) })}>
+        <${Icon} name="signOut" /><span>${t("sign_out")}</span></button>
     </header>
     <${Navigation} page=${page} />
     <main id="content">

@@ -4,14 +4,18 @@
 // What the page knows, and the live connection that tells it. Everything that is shown is made of it.
 
 import { call, keepToken, read } from "/page/api.js";
+import { nameOf } from "/page/channels.js";
+import { t } from "/page/texts.js";
 
 const kRetryAtFirst = 500; // milliseconds, as all of these
 const kRetryAtMost = 8000;
 const kGuessAfterAnswer = 1500;
 const kMostEvents = 500;
+const kNewTime = 5000;
 
-// "session" is undefined until the host has answered, and null for somebody who is not signed in.
-const known = { session: undefined, state: null, away: false, notices: [], question: null };
+// "session" is undefined until the host has answered, and null for somebody who is not signed in. "arrived" has the channels
+// whose cameras were plugged in just now.
+const known = { session: undefined, state: null, away: false, notices: [], question: null, arrived: [] };
 let guesses = [];
 let painter = () => {};
 let socket = null;
@@ -64,8 +68,19 @@ const follow = {
   events: (news, state) => ({ ...state, events: [...news, ...state.events].slice(0, kMostEvents) }),
 };
 
+// A camera that is plugged in while somebody looks is announced and marked.
+function welcome(before, channels) {
+  const isNew = (one) => one.state === "plugged" && before[one.channel].state !== "plugged";
+  const arrived = channels.filter(isNew).map((one) => one.channel);
+  if (arrived.length === 0) return;
+  for (const number of arrived) notice(t("arrived", { name: nameOf(channels[number]) }));
+  set({ arrived: [...known.arrived, ...arrived] });
+  setTimeout(() => set({ arrived: known.arrived.filter((one) => !arrived.includes(one)) }), kNewTime);
+}
+
 function take({ section, value }) {
   if (section === "host_away") return set({ away: true });
+  if (section === "channels" && known.state) welcome(known.state.channels, value);
   const merge = follow[section] ?? ((part, state) => ({ ...state, [section]: part }));
   if (section === "state" || known.state) set({ away: false, state: merge(value, known.state) });
 }
@@ -135,7 +150,7 @@ export async function signOut() {
 }
 
 let noticed = 0;
-const kNoticeTime = 6000;
+const kNoticeTime = 5000;
 
 export function closeNotice(id) {
   set({ notices: known.notices.filter((one) => one.id !== id) });

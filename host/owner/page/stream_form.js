@@ -3,20 +3,45 @@
 
 // A form that offers only what the camera can do, and then shows what was asked for and what was taken.
 
-import { html, useState } from "/libraries/preact.js";
+import { html, useEffect, useState } from "/libraries/preact.js";
 import { setStream } from "/page/actions.js";
-import { Busy, Button, Choice, Failed, useAnswer } from "/page/parts.js";
+import { Busy, Button, Choice, Failed } from "/page/parts.js";
 import { kValueTexts, settingName } from "/page/settings.js";
 import { t } from "/page/texts.js";
 
 const sizeKey = ({ width, height }) => `${width}x${height}`;
 
+// Of the rates in the camera's order the host takes the first that is not above the wish; some can never be had.
+const canBeHad = (rate, _, rates) => rates.find((one) => one <= rate) === rate;
+const descending = (one, other) => other - one;
+const pixels = ({ width, height }) => width * height;
+
+// In the same order for every camera: MJPEG first, large sizes and high rates first.
+const inOrder = ({ codecs }) =>
+  codecs
+    .map(({ codec, sizes }) => ({
+      codec,
+      sizes: sizes
+        .map((size) => ({ ...size, rates: [...new Set(size.rates)].filter(canBeHad).sort(descending) }))
+        .sort((one, other) => pixels(other) - pixels(one)),
+    }))
+    .sort((one, other) => (one.codec < other.codec ? 1 : -1));
+
 // The wish, as near to what the camera offers as it can be.
-function offered(formats, wish) {
-  const codec = formats.codecs.find((one) => one.codec === wish.codec) ?? formats.codecs[0];
+function offered(codecs, wish) {
+  const codec = codecs.find((one) => one.codec === wish.codec) ?? codecs[0];
   const size = codec.sizes.find((one) => sizeKey(one) === wish.size) ?? codec.sizes[0];
-  const rate = size.rates.find((one) => String(one) === wish.rate) ?? size.rates.at(-1);
+  const far = (rate) => Math.abs(rate - Number(wish.rate));
+  const rate = [...size.rates].sort((one, other) => far(one) - far(other))[0];
   return { codec, size, rate };
+}
+
+// The settings with which this stream has another format, or undefined if the camera does not offer it.
+export function inCodec(formats, channel, name) {
+  const codecs = inOrder(formats).filter((one) => one.codec === name);
+  if (codecs.length === 0) return undefined;
+  const { size, rate } = offered(codecs, asOf(channel));
+  return { codec: name, width: size.width, height: size.height, rate };
 }
 
 const asOf = (channel) => ({ codec: channel.codec, size: sizeKey(channel), rate: String(channel.rate) });
@@ -27,7 +52,7 @@ function Taken({ outcome }) {
   const rows = Object.entries(kValueTexts).map(([name, text]) => ({ name, asked: text(before[name]), taken: text(after[name]) }));
   const isAll = rows.every((one) => one.asked === one.taken);
   return html`<div class="taken" role="status">
-    <p>${t(isAll ? "taken.all" : "taken.other")}</p>
+    <p>${isAll ? t("taken.all", { settings: rows.map((one) => one.taken).join(", ") }) : t("taken.other")}</p>
     ${!isAll && html`<table><thead><tr><td></td><th scope="col">${t("asked")}</th><th scope="col">${t("taken")}</th></tr></thead>
       <tbody>${rows.map((one) => html`<tr key=${one.name} class=${one.asked === one.taken ? "" : "differs"}>
         <th scope="row">${t(one.name)}</th><td>${one.asked}</td><td>${one.taken}</td></tr>`)}</tbody></table>`}
@@ -35,10 +60,10 @@ function Taken({ outcome }) {
   </div>`;
 }
 
-function Choices({ formats, wish, setWish }) {
-  const { codec, size, rate } = offered(formats, wish);
+function Choices({ codecs, wish, setWish }) {
+  const { codec, size, rate } = offered(codecs, wish);
   const options = {
-    codec: formats.codecs.map((one) => ({ value: one.codec, text: kValueTexts.codec(one.codec) })),
+    codec: codecs.map((one) => ({ value: one.codec, text: kValueTexts.codec(one.codec) })),
     size: codec.sizes.map((one) => ({ value: sizeKey(one), text: kValueTexts.size(sizeKey(one)) })),
     rate: size.rates.map((one) => ({ value: String(one), text: kValueTexts.rate(one) })),
   };
@@ -48,12 +73,14 @@ function Choices({ formats, wish, setWish }) {
 }
 
 function Form({ channel, formats }) {
+  const codecs = inOrder(formats);
   const [wish, setWish] = useState(asOf(channel));
   const [outcome, setOutcome] = useState(null);
   const [isAsking, setAsking] = useState(false);
+  useEffect(() => setWish(asOf(channel)), [channel.codec, sizeKey(channel), channel.rate]); // what is stored now
   const submit = async (event) => {
     event.preventDefault();
-    const { codec, size, rate } = offered(formats, wish);
+    const { codec, size, rate } = offered(codecs, wish);
     setAsking(true);
     setOutcome(null);
     const answer = await setStream(channel, { codec: codec.codec, width: size.width, height: size.height, rate });
@@ -61,15 +88,18 @@ function Form({ channel, formats }) {
     if (answer) setOutcome(answer);
     else setWish(asOf(channel));
   };
+  const choose = (value) => {
+    setOutcome(null);
+    setWish(value);
+  };
   return html`<form class="stream-form" onSubmit=${submit}>
-    <div class="fields"><${Choices} formats=${formats} wish=${wish} setWish=${setWish} /></div>
+    <div class="fields"><${Choices} codecs=${codecs} wish=${wish} setWish=${choose} /></div>
     <button disabled=${isAsking}>${t(isAsking ? "storing" : "store")}</button>
     ${outcome && html`<${Taken} outcome=${outcome} />`}
   </form>`;
 }
 
-export function StreamForm({ channel }) {
-  const [formats, again] = useAnswer(`/channels/${channel.channel}/formats`);
+export function StreamForm({ channel, formats, again }) {
   const isEmpty = formats?.codecs.length === 0;
   return html`<section class="card" aria-labelledby="stream">
     <h2 id="stream">${t("stream")}</h2>

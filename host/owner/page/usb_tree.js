@@ -9,8 +9,10 @@ import { nameOf, standing, tone } from "/page/channels.js";
 import { t } from "/page/texts.js";
 
 const kNarrow = 900; // pixels, as all of these
-const kRow = 58;
+const kBetween = 12; // rows
+const kGap = 48; // between columns
 const kBox = 46;
+const kLine = 18;
 const kIndent = 22;
 const kBold = 8.8; // a letter
 const kLetter = 7.4;
@@ -19,10 +21,11 @@ function portNode(port, channels) {
   const channel = channels[port.channel];
   const below = port.ports.map((one) => portNode(one, channels));
   const empty = { title: port.port, text: t("usb.empty"), kind: "empty", below };
-  if (port.hub) return { ...empty, text: t("usb.hub"), kind: "hub" };
+  if (port.hub) return { ...empty, title: t("usb.hub"), text: port.port, kind: "hub" };
   if (!channel) return empty;
   const word = standing(channel);
-  return { channel: port.channel, title: nameOf(channel), text: `${port.port} · ${t(`state.${word}`)}`, kind: tone(word), below };
+  const text = `${port.port} · ${t(`state.${word}`)}`;
+  return { channel: port.channel, isAway: channel.state !== "plugged", title: nameOf(channel), text, kind: tone(word), below };
 }
 
 function controllerNode(controller, channels) {
@@ -47,26 +50,42 @@ function roots(state) {
 
 const channelsBelow = (node) => [node.channel, ...node.below.flatMap(channelsBelow)].filter((one) => one !== undefined);
 
-// What two cameras share is the last part that both hang on.
-const isLastOfBoth = (node, pair) => {
-  const hasBoth = (one) => pair.every((channel) => channelsBelow(one).includes(channel));
-  return hasBoth(node) && !node.below.some(hasBoth);
-};
+const hasBoth = (node, pair) => pair.every((channel) => channelsBelow(node).includes(channel));
 
-const waiting = (state) =>
-  state.channels.filter((one) => one.waits_for !== null).map((one) => [one.channel, one.waits_for]);
+// What two cameras share is the last part that both hang on, and the lines from there.
+const isLastOfBoth = (node, pair) => hasBoth(node, pair) && !node.below.some((one) => hasBoth(one, pair));
+const isBelowShared = (node, pair) => !hasBoth(node, pair) && pair.some((channel) => channelsBelow(node).includes(channel));
+
+// The cameras of which one waits for the other, as far as they share something here.
+const waiting = (state, nodes) =>
+  state.channels.filter((one) => one.waits_for !== null).map((one) => [one.channel, one.waits_for])
+    .filter((pair) => nodes.some((node) => hasBoth(node, pair)));
 
 const depth = (node) => 1 + Math.max(0, ...node.below.map(depth));
+
+const most = (width, letter) => Math.floor((width - 20) / letter);
+const cut = (text, count) => (text.length > count ? `${text.slice(0, Math.max(1, count - 1))}…` : text);
+
+// A name has two lines before it is cut.
+function lines(title, width) {
+  const count = most(width, kBold);
+  if (title.length <= count) return [title];
+  const space = title.lastIndexOf(" ", count);
+  const end = space > 0 ? space : count;
+  return [title.slice(0, end), cut(title.slice(end).trim(), count)];
+}
 
 // Gives every node its place; a wide tree has parents beside the middle of their children.
 function place(nodes, width) {
   const isWide = width >= kNarrow;
-  const column = isWide ? width / Math.max(...nodes.map(depth)) : kIndent;
+  const columns = Math.max(...nodes.map(depth));
+  const wide = (width - 4 - kGap * (columns - 1)) / columns;
   const placed = [];
   let row = 0;
   const put = (node, level, parent) => {
-    const spot = { ...node, x: level * column + 2, parent, row };
-    spot.w = isWide ? column - 48 : width - spot.x - 4;
+    const spot = { ...node, x: level * (isWide ? wide + kGap : kIndent) + 2, parent, row };
+    spot.w = isWide ? wide : width - spot.x - 4;
+    spot.lines = lines(node.title, spot.w);
     placed.push(spot);
     if (!isWide || node.below.length === 0) row += 1;
     const rows = node.below.map((one) => put(one, level + 1, spot).row);
@@ -74,31 +93,33 @@ function place(nodes, width) {
     return spot;
   };
   nodes.forEach((node) => put(node, 0, null));
-  placed.forEach((spot) => (spot.y = spot.row * kRow + 3));
-  return { placed, height: row * kRow, isWide };
+  const box = kBox + kLine * (Math.max(1, ...placed.map((spot) => spot.lines.length)) - 1);
+  placed.forEach((spot) => Object.assign(spot, { y: spot.row * (box + kBetween) + 3, h: box }));
+  return { placed, height: row * (box + kBetween), isWide };
 }
 
 function line(spot, isWide) {
   const { parent } = spot;
-  const middle = spot.y + kBox / 2;
-  if (!isWide) return `M${parent.x + 9} ${parent.y + kBox}V${middle}H${spot.x}`;
-  const [from, start] = [parent.x + parent.w, parent.y + kBox / 2];
+  const middle = spot.y + spot.h / 2;
+  if (!isWide) return `M${parent.x + 9} ${parent.y + parent.h}V${middle}H${spot.x}`;
+  const [from, start] = [parent.x + parent.w, parent.y + parent.h / 2];
   const turn = from + 24;
   return `M${from} ${start}C${turn} ${start} ${turn} ${middle} ${spot.x} ${middle}`;
 }
 
-const cut = (text, width, letter) => {
-  const most = Math.floor((width - 20) / letter);
-  return text.length > most ? `${text.slice(0, Math.max(1, most - 1))}…` : text;
-};
 
 const Box = ({ spot, pairs }) => html`<g class=${`usb ${spot.kind} ${pairs.some((one) => isLastOfBoth(spot, one)) ? "shared" : ""}`} transform=${`translate(${spot.x} ${spot.y})`}>
-  <rect width=${spot.w} height=${kBox} rx="8" />
-  <text x="12" y="19">${cut(spot.title, spot.w, kBold)}</text>
-  <text x="12" y="36" class="under">${cut(spot.text, spot.w, kLetter)}</text>
+  <title>${spot.title}</title>
+  <rect width=${spot.w} height=${spot.h} rx="8" />
+  ${spot.lines.map((one, index) => html`<text x="12" y=${19 + kLine * index}>${one}</text>`)}
+  <text x="12" y=${18 + kLine * spot.lines.length} class="under">${cut(spot.text, most(spot.w, kLetter))}</text>
 </g>`;
 
-const Line = ({ spot, isWide }) => html`<path class=${channelsBelow(spot).length > 0 ? "line used" : "line"} d=${line(spot, isWide)} />`;
+function Line({ spot, pairs, isWide }) {
+  const kinds = { away: spot.isAway, shared: pairs.some((one) => isBelowShared(spot, one)) };
+  const kind = Object.keys(kinds).find((one) => kinds[one]) ?? "";
+  return html`<path class=${`line ${kind}`} d=${line(spot, isWide)} />`;
+}
 
 // The same for those who do not see it.
 const List = ({ nodes }) => html`<ul>${nodes.map((one) => html`<li>${one.title}, ${one.text}
@@ -119,14 +140,14 @@ export function UsbTree({ state }) {
   const width = useWidth(frame);
   const nodes = roots(state);
   const { placed, height, isWide } = place(nodes, Math.max(width, 200));
-  const pairs = waiting(state);
+  const pairs = waiting(state, nodes);
   return html`<section aria-labelledby="usb">
     <h2 id="usb">${t("usb.title")}</h2>
     <p class="quiet">${pairs.length > 0 ? t("usb.shared") : t("usb.explained")}</p>
     <div class="card usb-tree" ref=${frame}>
       ${nodes.length === 0 && html`<p class="quiet">${t("usb.nothing")}</p>`}
       <svg width=${width} height=${height} aria-hidden="true" focusable="false">
-        ${placed.filter((one) => one.parent).map((one) => html`<${Line} spot=${one} isWide=${isWide} />`)}
+        ${placed.filter((one) => one.parent).map((one) => html`<${Line} spot=${one} pairs=${pairs} isWide=${isWide} />`)}
         ${placed.map((one) => html`<${Box} spot=${one} pairs=${pairs} />`)}
       </svg>
       <div class="unseen"><${List} nodes=${nodes} /></div>

@@ -73,7 +73,7 @@ def manager(tmp_path: Path) -> Iterator[Service]:
 
 def forget_all() -> None:
     """Leaves a host without cameras and hubs."""
-    for port in ("1-1", "3-1", "5-1"):
+    for port in ("1-1", "1-2", "3-1", "5-1"):
         sim(["unplug", port])
     channels = json.loads(run("usbdevctl channels --json"))["channels"]
     run("; ".join(f"usbdevctl forget {channel['slot']}" for channel in channels if channel["slot"]))

@@ -66,7 +66,9 @@ class StandIn:
     def reset(self) -> None:
         self.state: dict[str, Any] = copy.deepcopy(STATE)
         self.shares = {0: {"on": True, "password": True, "page": "/share?ssid=39202766&token=" + 32 * "a"}}
-        self.refusal: dict[str, Any] | None = None  # of every change
+        self.refusal: dict[str, Any] | None = None  # of every change, or of those at a path
+        self.refused_path = ""
+        self.has_picture = True
         self.away = self.signed_in = self.missing = False
         self.slow = 0.0  # seconds that an answer takes
         self.asked: list[tuple[str, str, Any]] = []
@@ -86,7 +88,8 @@ class StandIn:
             (r"/api/v1/live", Live, {"standin": self}),
             (r"/api/v1/profiles/\d/live", Film, {"standin": self}),
             (rf"/{SHARED(1)}/live", Film, {"standin": self}),
-            (r"/api/v1/profiles/\d/(picture.jpg|playlist.m3u8)", StaticFileHandler, {"path": self.folder}),
+            (r"/api/v1/profiles/\d/(picture.jpg)", Picture, {"path": self.folder, "standin": self}),
+            (r"/api/v1/profiles/\d/(playlist.m3u8)", StaticFileHandler, {"path": self.folder}),
             (r"/api/v1(/.*)", Api, {"standin": self}),
             *page_files.routes(),
             *sharelib.routes.routes(Links(), {}),
@@ -124,6 +127,19 @@ class Live(WebSocketHandler):
 
     def tell(self, section: str, value: object) -> None:
         self.write_message(json.dumps({"section": section, "value": value}))
+
+
+class Picture(StaticFileHandler):
+    """The latest picture, with nothing in it before there is one."""
+
+    def initialize(self, path: str, standin: StandIn) -> None:  # type: ignore[override]
+        super().initialize(path)
+        self.standin = standin
+
+    async def get(self, path: str, include_body: bool = True) -> None:
+        if self.standin.has_picture:
+            return await super().get(path, include_body)
+        self.set_status(204)
 
 
 class Film(WebSocketHandler):
@@ -176,7 +192,7 @@ class Api(RequestHandler):
         self.standin.asked.append((self.request.method or "", path, body))
         if path == "/session":
             return self._sign(body)
-        if self.standin.refusal:
+        if self.standin.refusal and path.startswith(self.standin.refused_path):
             return self.refuse(409, "refused", **self.standin.refusal)
         taken = {**body, "rate": 24} if path.endswith("/stream") else {}
         return self.finish({"asked": body, "taken": taken, "not_stored": []})

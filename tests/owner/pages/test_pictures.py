@@ -19,7 +19,7 @@ SCHEMES = ("light", "dark")
 LINK = "/share?ssid=39202766&token="
 # The address of a page, and a text that it shows when it is complete.
 PAGES = {
-    "sign-in": ("/#/", "With the account that you have on this host."),
+    "sign-in": ("/#/", "with the account that you have there."),
     "overview": ("/#/", "Free channels"),
     "profile": ("/#/profile/0", "Save"),
     "sharing": ("/#/sharing", "Copy link"),

@@ -6,6 +6,7 @@
 from __future__ import annotations
 
 import copy
+from typing import Any
 
 import pytest
 from browser import Owner
@@ -19,7 +20,7 @@ AWAY = "The host does not answer; the page tries again."
 def test_a_host_without_cameras_says_what_to_do(owner: Owner, standin: StandIn) -> None:
     standin.state = copy.deepcopy(EMPTY)
     owner.open()
-    assert owner.sees("No camera is plugged in", "Plug a USB camera into this host", "Channel 9")
+    assert owner.sees("No camera is plugged in", "Plug a USB camera into this host", "7, 8, 9")
 
 
 @pytest.mark.parametrize(
@@ -76,7 +77,138 @@ def test_a_camera_that_is_plugged_in_appears_at_once(owner: Owner, standin: Stan
     owner.open()
     owner.sees("No camera is plugged in")
     standin.tell("channels", STATE["channels"])
-    assert owner.sees_on_card(0, "Front door", "Streams", "3-1.1", "1280 × 720", "15 per second")
+    assert owner.sees_on_card(0, "Front door", "Streams", "3-1.1", "1280 × 720", "15 pictures a second")
+
+
+def plugged_in(standin: StandIn, *channels: int) -> list[dict[str, Any]]:
+    """The channels when the cameras of these have been plugged in, which are away until then."""
+    for channel in channels:
+        standin.state["channels"][channel]["state"] = "unplugged"
+    return STATE["channels"]
+
+
+def test_a_camera_that_is_plugged_in_is_announced_and_marked(owner: Owner, standin: StandIn) -> None:
+    channels = plugged_in(standin, 1)
+    owner.open()
+    owner.sees_on_card(1, "Garage")
+    marked = "[...document.querySelectorAll('.camera.new')].map((one) => one.dataset.channel)"
+    assert owner.evaluate(marked) == []
+    standin.tell("channels", channels)
+    assert owner.wait(lambda: "“Garage with a name that is rather long” is plugged in." in said(owner))
+    assert owner.evaluate(marked) == ["1"]
+    assert owner.wait(lambda: owner.evaluate(marked) == [] and said(owner) == "")
+
+
+def said(owner: Owner) -> str:
+    """What those who do not see the page hear of a change."""
+    return owner.evaluate("document.querySelector('.notices[role=status]').innerText")
+
+
+def test_a_message_lies_over_nothing_that_can_be_pressed(owner: Owner, standin: StandIn) -> None:
+    """On a phone the end of the page, where all can be pressed that the message lay over before."""
+    channels = plugged_in(standin, 0, 1, 2)
+    for width, height in ((390, 844), (844, 390), (1280, 800), (2560, 1440)):
+        owner.size(width, height)
+        owner.open()
+        owner.sees_on_card(1, "Garage")
+        standin.tell("channels", channels)
+        owner.wait(lambda: owner.evaluate("document.querySelectorAll('.notice').length") == 3)
+        owner.evaluate("scrollTo(0, document.documentElement.scrollHeight)")
+        assert owner.evaluate(COVERED) == [], width
+
+
+# What can be pressed and is at least partly under a message.
+COVERED = """(() => {
+  const messages = [...document.querySelectorAll('.notice')].map((one) => one.getBoundingClientRect());
+  const meets = (one, other) => one.left < other.right && other.left < one.right && one.top < other.bottom && other.top < one.bottom;
+  return [...document.querySelectorAll('main :is(a, button, select, input), nav a')].filter((one) =>
+    messages.some((message) => meets(message, one.getBoundingClientRect()))).map((one) => one.outerHTML);
+})()"""
+
+
+def test_a_stream_without_a_picture_has_only_begun(owner: Owner, standin: StandIn) -> None:
+    standin.has_picture = False
+    owner.size(390, 844)
+    owner.open()
+    height = "document.querySelector('[data-channel=\"0\"] .picture').offsetHeight"
+    assert owner.sees_on_card(0, "Begins", "Waiting for the picture …")
+    before = owner.evaluate(height)
+    standin.has_picture = True
+    assert owner.sees_on_card(0, "Streams")
+    assert owner.evaluate(height) == before
+
+
+def test_a_camera_that_waits_is_offered_one_thing_to_do(owner: Owner, standin: StandIn) -> None:
+    """It has no profile either, and its port is off, in this order."""
+    camera = standin.state["channels"][1]
+    camera["profile"] = None
+    camera["reasons"].append({**camera["reasons"][0], "reason": "unbound", "cause": "unbound"})
+    owner.open()
+    assert owner.sees_on_card(1, "It waits for “Front door”", "Stream this one instead")
+    assert "Start its stream" not in owner.card(1)
+    camera["reasons"].append({**camera["reasons"][0], "reason": "switched_off", "cause": "switched_off"})
+    standin.tell("channels", standin.state["channels"])
+    assert owner.sees_on_card(1, "Switch the port on")
+    assert "instead" not in owner.card(1)
+
+
+def test_a_second_step_that_is_refused_is_said_with_the_first(owner: Owner, standin: StandIn) -> None:
+    camera = standin.state["channels"][1]
+    camera["profile"] = None
+    standin.state["profiles"][1]["channel"] = None
+    standin.refused_path = "/channels/1/profile"
+    standin.refusal = {"reason": "no_format", "text": "It offers nothing.", "cure": None}
+    owner.open()
+    owner.press("Stream this one instead")
+    owner.press("Stream this one instead")
+    assert owner.sees("“Front door” is switched off, but “Garage with a name that is rather long” could not be started.")
+    assert owner.sees("The camera offers nothing that this host can use.")
+    changes = [one for one in standin.asked if one[0] == "PUT"]
+    assert changes == [("PUT", "/channels/0/switch", {"on": False}), ("PUT", "/channels/1/profile", {"profile": 1, "anyway": False})]
+    owner.complaints()  # of the refusal
+
+
+def test_what_h264_costs_is_said_before(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][0] |= {"codec": "mjpeg", "rate": 30, "overlay": True}
+    owner.open("profile/0")
+    assert owner.sees("This camera then sends 1280 × 720 and 10 pictures a second, now 30 pictures a second.")
+    assert not owner.is_on("Time in the picture")
+    owner.press("Set H.264")
+    assert owner.wait(lambda: ("PATCH", "/profiles/0/stream", {"codec": "h264", "width": 1280, "height": 720, "rate": 10}) in standin.asked)
+
+
+def test_only_rates_that_can_be_had_are_offered_and_the_highest_is_first(owner: Owner, standin: StandIn) -> None:
+    """Of the rates in the camera's order, 10, 0.133 and 5, the host takes the first that is not above the wish."""
+    owner.open("profile/0")
+    owner.choose("Format", "H.264, by the host")
+    rates = "[...document.querySelectorAll('#stream-rate option')].map((one) => one.text)"
+    assert owner.wait(lambda: owner.evaluate(rates) == ["10 pictures a second", "one picture in 8 seconds"])
+
+
+def test_in_the_picture_of_usb_only_what_is_shared_is_blue(owner: Owner) -> None:
+    owner.open()
+    owner.sees("USB connections")
+    assert owner.evaluate("document.querySelectorAll('.usb-tree .line.shared').length") == 2
+    assert owner.evaluate("document.querySelectorAll('.usb-tree .line.away').length") == 1
+    titles = owner.evaluate("[...document.querySelectorAll('.usb-tree title')].map((one) => one.textContent)")
+    assert "Garage with a name that is rather long" in titles
+
+
+def test_a_wrong_password_is_forgiven_when_one_types_again(owner: Owner, standin: StandIn) -> None:
+    standin.signed_in = False
+    owner.evaluate("localStorage.clear()")
+    owner.open()
+    owner.sign_in("ann", "wrong")
+    assert owner.sees("User or password is wrong.")
+    owner.enter("Password", "s")
+    assert "User or password is wrong." not in owner.text()
+    owner.complaints()  # of the refusal
+
+
+def test_who_is_signed_in_is_beside_the_way_out(owner: Owner) -> None:
+    owner.open()
+    assert owner.sees("ann")
+    assert owner.sees("Sign out")
 
 
 def test_a_refused_change_is_taken_back_with_its_reason(owner: Owner, standin: StandIn) -> None:
@@ -105,10 +237,10 @@ def test_a_refused_move_is_said_in_the_language_of_the_page(owner: Owner, standi
 
 def test_a_change_is_shown_before_the_host_has_answered(owner: Owner, standin: StandIn) -> None:
     owner.open("profile/0")
-    owner.wait(lambda: not owner.is_on("Upside down"))
+    owner.wait(lambda: not owner.is_on("Flip top and bottom"))
     standin.slow = 3
-    owner.turn("Upside down")
-    assert owner.wait(lambda: owner.is_on("Upside down"))
+    owner.turn("Flip top and bottom")
+    assert owner.wait(lambda: owner.is_on("Flip top and bottom"))
     assert ("PATCH", "/profiles/0/stream", {"flip": True}) not in standin.asked
     standin.slow = 0
 
@@ -129,7 +261,7 @@ def test_a_session_that_has_ended_leads_to_the_login_and_back_to_the_page(owner:
     standin.signed_in = False
     standin.leave()
     standin.away = False
-    assert owner.sees("With the account that you have on this host.")
+    assert owner.sees("with the account that you have there.")
     owner.sign_in("ann", PASSWORD)
     assert owner.sees("Front door")
     assert owner.heading() == "Sharing"

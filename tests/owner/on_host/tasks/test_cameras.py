@@ -12,10 +12,15 @@ from conftest import Service, run
 from selenium.webdriver import Keys
 
 
+def streams(channel: int) -> bool:
+    explained = json.loads(run(f"usbdevctl explain ch{channel} --json"))
+    return bool(explained["cameras"][0]["streams"] if "cameras" in explained else explained["streams"])
+
+
 def test_sign_in_and_see_the_cameras(ann: Owner) -> None:
     run("sim plug hd-pro-webcam 1-1")
     ann.press("Sign out")
-    assert ann.sees("With the account that you have on this host.")
+    assert ann.sees("with the account that you have there.")
     ann.sign_in("ann", "correct horse")
     assert ann.sees_on_card(0, "HD Pro Webcam C920", "1-1")
 
@@ -32,43 +37,65 @@ def test_mistype_the_password(ann: Owner) -> None:
 def test_plug_a_camera_in_and_see_it_appear(ann: Owner) -> None:
     assert ann.sees("No camera is plugged in")
     run("sim plug usb2-camera 3-1")
-    assert ann.sees_on_card(0, "USB 2.0 Camera: USB Camera", "3-1", "No profile")
+    assert ann.sees_on_card(0, "USB 2.0 Camera: USB Camera", "3-1", "Not started")
 
 
 def test_give_a_camera_a_profile(ann: Owner) -> None:
     run("sim plug usb2-camera 3-1")
-    ann.press("Give it profile 0")
-    assert ann.sees("“USB 2.0 Camera: USB Camera” has profile 0.")
-
+    ann.press("Start its stream")
+    assert ann.sees("The stream of “USB 2.0 Camera: USB Camera” begins, with profile 0.")
     assert "3-1" in run("usbdevctl profiles")
 
 
 def test_plug_a_second_camera_into_the_same_hub_and_understand_why_it_waits(ann: Owner) -> None:
     run("sim plug usb2-camera 3-1.1; usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door; sim plug usb2-camera 3-1.2")
-    assert ann.sees_on_card(1, "Waits", "It waits for “Door” (channel 0): both hang on USB port 3-1.")
-    assert ann.sees_on_card(1, "Plug it into another port of the host, not behind port 3-1")
+    assert ann.sees_on_card(1, "Waits", "It waits for “Door”: both share the line of USB port 3-1, which has room for one camera.")
+    assert ann.sees_on_card(1, "plug this one into another USB socket of the machine itself, not into this hub.")
     assert ann.sees("Cameras that share the blue part wait for each other")
 
 
 def test_let_the_camera_that_waits_stream_instead(ann: Owner) -> None:
     run("sim plug usb2-camera 3-1.1; usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door; sim plug usb2-camera 3-1.2")
-    ann.press("Switch the port of Door off")
-    assert ann.sees("It keeps its profile and all settings")
-    ann.press("Switch off")
+    ann.press("Stream this one instead")
+    assert ann.sees("Stream “USB 2.0 Camera: USB Camera” instead of “Door”?", "The stream of “Door” ends, for guests too")
+    ann.press("Stream this one instead")
     assert ann.sees_on_card(0, "Switched off")
-    assert ann.wait(lambda: "waits" not in ann.card(1))
+    assert ann.sees("“Door” is switched off, so that “USB 2.0 Camera: USB Camera” can stream.")
+    assert ann.wait(lambda: streams(1))
+
+
+def test_let_a_camera_that_waits_and_has_a_profile_stream_instead(ann: Owner) -> None:
+    run("sim plug usb2-camera 3-1.1; usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door; sim plug usb2-camera 3-1.2")
+    run("usbdevctl slot off 3-1.1; usbdevctl assign 3-1.2 1; usbdevctl rename 1 Garage; usbdevctl slot on 3-1.1")
+    assert ann.sees_on_card(0, "It waits for “Garage”")
+    ann.press("Stream this one instead")
+    ann.press("Stream this one instead")
+    assert ann.sees_on_card(1, "Switched off")
+    assert ann.wait(lambda: streams(0))
+
+
+def test_let_a_camera_stream_instead_when_no_profile_is_free(ann: Owner) -> None:
+    run("for port in 3-1.1 1-1 1-2 5-1; do sim plug usb2-camera $port; done")
+    run("usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door; sim plug usb2-camera 3-1.2")
+    run("usbdevctl assign 1-1 1; usbdevctl assign 1-2 2; usbdevctl assign 5-1 3")
+    ann.sees_on_card(4, "It waits for “Door”")
+    ann.press("Stream this one instead")
+    assert ann.sees("Move a profile to “USB 2.0 Camera: USB Camera”?")
+    ann.press("Move")
+    assert ann.sees("Profile 0 is moved.")
+    assert ann.wait(lambda: streams(4))
 
 
 def test_find_out_that_a_camera_cannot_be_used(ann: Owner) -> None:
     run("sim plug infrared-camera 5-1")
-    assert ann.sees_on_card(0, "Not supported", "this host uses MJPG and YUYV only")
+    assert ann.sees_on_card(0, "Not supported", "This host cannot use its picture format")
 
 
 def test_give_a_profile_to_a_camera_that_waits_and_be_warned(ann: Owner) -> None:
     run("sim plug usb2-camera 3-1.1; usbdevctl assign 3-1.1 0; sim plug usb2-camera 3-1.2")
     ann.open("profile/1")
     ann.press("USB 2.0 Camera: USB Camera, port 3-1.2")
-    assert ann.sees("Then both cameras wait for each other, and neither streams.")
+    assert ann.sees("Stream “USB 2.0 Camera: USB Camera” instead of “USB 2.0 Camera: USB Camera”?", "for guests too")
     ann.press("Cancel")
     assert "3-1.2" not in run("usbdevctl profiles")
     ann.complaints()  # of the refusal
@@ -78,20 +105,23 @@ def test_set_15_frames_a_second_and_see_what_was_taken(ann: Owner) -> None:
     run("sim plug hd-pro-webcam 1-1; usbdevctl assign 1-1 0")
     ann.open("profile/0")
     ann.choose("Size", "640 × 480")
-    ann.choose("Rate", "15 per second")
+    ann.choose("Rate", "15 pictures a second")
     ann.press("Save")
-    assert ann.sees("Taken as asked.")
+    assert ann.sees("Taken as asked:", "640 × 480, 15 pictures a second.")
     assert "15" in run("usbdevctl stream show 0")
     ann.open()
-    assert ann.sees_on_card(0, "640 × 480", "15 per second")
+    assert ann.sees_on_card(0, "640 × 480", "15 pictures a second")
 
 
 def test_turn_the_picture_around(door: Owner) -> None:
-    run("usbdevctl stream set 0 --codec h264")
     door.open("profile/0")
-    door.turn("Upside down")
-    assert door.wait(lambda: door.is_on("Upside down"))
-    assert door.wait(lambda: json.loads(run("usbdevctl stream show 0 --json"))["flip"])
+    assert door.sees("Only streams in the format H.264 can be changed.", "This camera then sends")
+    door.press("Set H.264")
+    for name in ("Flip top and bottom", "Mirror left and right"):
+        door.wait(lambda: door.field(name).is_enabled())
+        door.turn(name)
+        assert door.wait(lambda: door.is_on(name))
+    assert door.wait(lambda: all(json.loads(run("usbdevctl stream show 0 --json"))[name] for name in ("flip", "mirror")))
 
 
 def test_watch_a_camera(door: Owner, manager: Service) -> None:
@@ -110,6 +140,7 @@ def test_see_all_pictures_beside_each_other(door: Owner, manager: Service) -> No
 
 def test_rename_a_camera(door: Owner) -> None:
     door.open("profile/0")
+    assert door.field("Name").get_attribute("value") == "Door"
     door.enter("Name", "Gärtchen")
     door.press("Rename")
     assert door.sees("It is called “Gärtchen” now.")
@@ -121,10 +152,22 @@ def test_switch_a_port_off_and_on_again(door: Owner) -> None:
     door.open("profile/0")
     door.turn("USB port switched on")
     door.press("Switch off")
-    assert door.sees("Its port is switched off.")
+    assert door.sees("Its USB port is switched off.")
     door.press("Switch the port on")
-    assert door.sees_no_more("Its port is switched off.")
+    assert door.sees_no_more("Its USB port is switched off.")
     assert door.is_on("USB port switched on")
+
+
+def test_be_told_which_camera_streams_after_a_port_is_switched(ann: Owner) -> None:
+    run("sim plug usb2-camera 3-1.1; usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door; sim plug usb2-camera 3-1.2")
+    run("usbdevctl slot off 3-1.1; usbdevctl assign 3-1.2 1; usbdevctl rename 1 Garage; usbdevctl slot on 3-1.1")
+    ann.sees_on_card(0, "Waits")
+    ann.open("profile/1")
+    ann.turn("USB port switched on")
+    assert ann.sees("“Door” streams in its place. If you then switch this one on, it waits for “Door”.")
+    ann.press("Switch off")
+    ann.press("Switch the port on")
+    assert ann.sees("“Garage” is switched on; it waits for “Door”.")
 
 
 def test_move_to_another_camera(door: Owner) -> None:
@@ -150,7 +193,7 @@ def test_take_the_profile_away_knowing_what_is_lost(door: Owner) -> None:
 
 def test_forget_a_camera_that_will_not_come_back(door: Owner) -> None:
     run("sim unplug 3-1")
-    assert door.sees_on_card(0, "Unplugged", "Plug it into port 3-1 again.")
+    assert door.sees_on_card(0, "Unplugged", "Plug it in again, into the same USB socket (3-1).")
     door.press("Forget this camera")
     assert door.sees("Profile 0 becomes free")
     door.press("Forget this camera")
@@ -159,10 +202,10 @@ def test_forget_a_camera_that_will_not_come_back(door: Owner) -> None:
 
 def test_do_it_all_with_the_keyboard(ann: Owner) -> None:
     run("sim plug usb2-camera 3-1")
-    ann.sees("Give it profile 0")
+    ann.sees("Start its stream")
     for _ in range(20):
-        if ann.focused() == "Give it profile 0":
+        if ann.focused() == "Start its stream":
             break
         ann.press_keys(Keys.TAB)
     ann.press_keys(Keys.ENTER)
-    assert ann.sees("“USB 2.0 Camera: USB Camera” has profile 0.")
+    assert ann.sees("The stream of “USB 2.0 Camera: USB Camera” begins, with profile 0.")

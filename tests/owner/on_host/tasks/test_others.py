@@ -131,7 +131,7 @@ def test_ask_for_help_with_a_report(door: Owner) -> None:
 
 def test_read_the_page_in_german(door: Owner) -> None:
     door.choose("Language", "Deutsch")
-    assert door.sees("Übersicht", "Sendet")
+    assert door.sees("Übersicht", "Beginnt")
     run("sim unplug 3-1")
     assert door.sees_on_card(0, "Sie ist nicht angeschlossen.", "Kamera vergessen")
     door.open()
