@@ -11,6 +11,7 @@ from typing import Any
 
 import sharelib.routes
 from servicelib import lifecycle
+from servicelib.counts import counts
 from sharelib.answers import LONGEST_BODY
 from sharelib.library import Library
 from sharelib.service import serve
@@ -79,6 +80,7 @@ def application(host: Host, library: Library) -> Application:
 
 
 async def _serve(address: str) -> None:
+    counts.begin("pages")
     library, host = Library(), Host()
     following = asyncio.create_task(host.follow())
     serving = asyncio.create_task(serve(application(host, library), library.web_port(), address))

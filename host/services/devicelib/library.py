@@ -8,6 +8,7 @@ from __future__ import annotations
 from collections.abc import Mapping, Sequence
 from contextlib import suppress
 
+from servicelib.counts import counts
 from usbdev import Device, Notification, UsbdevError, core, hotplug, profiles
 from usbdev.notification import HEADER_SIZE
 
@@ -19,7 +20,8 @@ ATTACHED = 1
 class Library:
     def synchronise(self) -> None:
         """Updates the channels from what is plugged in, as at a start of the application."""
-        hotplug.start_up()
+        with counts.timed("library_calls", "start_up"):
+            hotplug.start_up()
         print("synchronised", flush=True)
 
     def notify_manager(self, profile: int = -1) -> None:
@@ -41,10 +43,12 @@ class Library:
         """Calls the hotplug handler, and returns whether a channel had to do with it. It is normal that no channel takes a sound
         card, or a camera when all are taken."""
         device = call.device
+        counts.add("plug_events", "camera" if call.kind is Kind.CAMERA else "sound_card", "plugged" if call.plugged else "removed")
         what = f"{'plugged' if call.plugged else 'removed'} {call.slot} {call.kind.value} {device.number} {device.name!r}"
         taken, profile = False, None
         try:
-            handled = hotplug.handle_event(_device(call))
+            with counts.timed("library_calls", "handle_event"):
+                handled = hotplug.handle_event(_device(call))
             taken, profile = True, handled.profile
             outcome = f"channel {handled.channel}"
         except UsbdevError:

@@ -9,6 +9,7 @@ import argparse
 import asyncio
 
 from servicelib import lifecycle, reasons
+from servicelib.counts import counts
 from usbdev import core
 
 from devicelib import decision
@@ -79,6 +80,7 @@ class DeviceManager:
 
 
 async def serve() -> None:
+    counts.begin("devices")
     manager = DeviceManager(Udev(core.trim), Library())
     manager.start()
     loop = asyncio.get_running_loop()

@@ -11,6 +11,7 @@ import time
 from collections.abc import Callable
 
 from servicelib import reasons
+from servicelib.counts import counts
 from servicelib.lifecycle import say
 
 from managerlib import camera, encoder, failure
@@ -47,6 +48,7 @@ class KeptStream:
         await self.stop()
         self._wanted = stream
         self._camera: camera.Identity | None = None  # with which the encoder was started
+        self._has_failed = False
         self._pauses = Pauses()
         self.due = NEVER
         return replaces
@@ -68,7 +70,7 @@ class KeptStream:
         elif self._process.status is not None:
             await self._start_after_end(self._process)
         elif self._process.reads_camera and camera_now != self._camera:
-            await self._start_later(f"the camera of profile {self.profile} has gone")
+            await self._start_later("camera_gone", f"the camera of profile {self.profile} has gone")
         elif is_due:
             await self._check(self._process)
 
@@ -98,9 +100,12 @@ class KeptStream:
         try:
             await process.start(self._wake)
         except OSError as problem:
-            await self._start_later(f"the encoder of profile {self.profile} cannot be started: {problem}")
+            await self._start_later("not_started", f"the encoder of profile {self.profile} cannot be started: {problem}")
             return
         self._process = process
+        if self._has_failed:
+            self._has_failed = False
+            counts.add("stream_restarts", str(self.profile))
         self._patience = PATIENCE_SECONDS + round(PICTURES_WAITED_FOR / max(stream.rate, SLOWEST_RATE))
         self._patient_until = self._started + START_SECONDS + self._patience
         self.due = self._started + encoder.SEGMENT_SECONDS
@@ -115,15 +120,17 @@ class KeptStream:
         elif now < self._patient_until:
             self.due = now + encoder.SEGMENT_SECONDS
         else:
-            await self._start_later(f"the playlist of profile {self.profile} has not grown for {self._patience} s")
+            await self._start_later("stuck", f"the playlist of profile {self.profile} has not grown for {self._patience} s")
 
     async def _start_after_end(self, process: StreamProcess) -> None:
         """An encoder also ends with status 0, when its camera has vanished."""
         said = failure.reason(process.said)
         ended = f"the encoder of profile {self.profile} has ended with {process.status}"
-        await self._start_later(f"{ended}: {said}" if said else ended, said)
+        await self._start_later("ended", f"{ended}: {said}" if said else ended, said)
 
-    async def _start_later(self, reason: str, cause: str | None = None) -> None:
+    async def _start_later(self, kind: str, reason: str, cause: str | None = None) -> None:
+        counts.add("stream_failures", str(self.profile), kind)
+        self._has_failed = True
         if self._process:
             await self._process.kill()
             await self._tell_stopped()

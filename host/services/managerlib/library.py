@@ -7,6 +7,7 @@ from __future__ import annotations
 
 from dataclasses import dataclass
 
+from servicelib.counts import counts
 from servicelib.lifecycle import say
 from usbdev import Codec, StreamInfo, StreamType, UsbdevError, aio, hotplug, profiles, web
 
@@ -46,7 +47,8 @@ class Library:
     async def stream(self, profile: int) -> Stream | None:
         """Returns what the profile has to stream now; None if it has no camera, or one that is unplugged, waits or is off."""
         try:
-            info = await aio.call(profiles.stream_info, profile)
+            with counts.timed("library_calls", "stream_info"):
+                info = await aio.call(profiles.stream_info, profile)
         except UsbdevError:
             return None
         return wanted(info)
@@ -54,14 +56,16 @@ class Library:
     async def tell_available(self, profile: int, available: bool) -> None:
         """Stores whether a stream is available; the manager continues without if that cannot be stored."""
         try:
-            await aio.call(web.set_stream_available, profile, int(available))
+            with counts.timed("library_calls", "set_stream_available"):
+                await aio.call(web.set_stream_available, profile, int(available))
         except UsbdevError as problem:
             say(f"the state of profile {profile} was not stored: {problem}")
 
     async def apply_volume(self, profile: int) -> None:
         """Sets the sound card to the volume of the profile; not every card can be set."""
         try:
-            await aio.call(hotplug.apply_volume, profile)
+            with counts.timed("library_calls", "apply_volume"):
+                await aio.call(hotplug.apply_volume, profile)
         except UsbdevError as problem:
             say(f"the volume of profile {profile} was not set: {problem}")
 

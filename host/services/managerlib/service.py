@@ -9,6 +9,7 @@ import argparse
 import asyncio
 
 from servicelib import changes, lifecycle
+from servicelib.counts import counts
 from usbdev import Notification
 
 from managerlib import notification
@@ -32,11 +33,14 @@ class Receiver(asyncio.DatagramProtocol):
             print(notification.line(Notification.from_bytes(data)), flush=True)
             self._streams.look_again()
             self._hub.pass_on(data)
+            counts.add("notifications", "received")
         except ValueError as problem:
+            counts.add("notifications", "refused")
             lifecycle.say(f"refused a datagram: {problem}")
 
 
 async def serve() -> None:
+    counts.begin("streams")
     streams = Streams(Library())
     changes.follow(NODES, changes.CREATED | changes.ATTRIBUTES, lambda _: streams.cameras_changed())
     hub = Hub()

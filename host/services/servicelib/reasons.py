@@ -8,6 +8,7 @@ from __future__ import annotations
 import asyncio
 import subprocess
 
+from servicelib.counts import counts
 from servicelib.lifecycle import say
 
 # It has the words, and shows the same ones to users.
@@ -18,6 +19,11 @@ SECONDS = 60
 async def log(camera: str) -> None:
     """Lets usbdevctl find out and log why a camera, named by its port or profile, does not work. Nothing depends on it, so it
     may fail."""
+    with counts.timed("commands", "explain"):
+        await _log(camera)
+
+
+async def _log(camera: str) -> None:
     try:
         process = await asyncio.create_subprocess_exec(
             PROGRAM, "explain", camera, "--log", stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)

@@ -11,6 +11,8 @@ from asyncio.subprocess import DEVNULL, PIPE
 from dataclasses import dataclass
 from typing import Any
 
+from servicelib.counts import counts
+
 from statelib.problems import Problem, host_away
 
 PROGRAM = "/usr/bin/usbdevctl"
@@ -43,6 +45,11 @@ class Done:
 
 async def run(*arguments: str, secret: str | None = None, seconds: float = SECONDS) -> Done:
     """Runs the program with the arguments; the secret is a line of its standard input, because all can read command lines."""
+    with counts.timed("commands", arguments[0].removeprefix("--")):
+        return await _run(*arguments, secret=secret, seconds=seconds)
+
+
+async def _run(*arguments: str, secret: str | None, seconds: float) -> Done:
     try:
         process = await asyncio.create_subprocess_exec(
             PROGRAM, *arguments, stdin=DEVNULL if secret is None else PIPE, stdout=PIPE, stderr=PIPE)

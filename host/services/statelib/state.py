@@ -9,6 +9,7 @@ import asyncio
 import socket
 from typing import Any
 
+from servicelib.counts import counts
 from usbdev import Entry, ProfileInfo, UsbdevError, aio, profiles
 from usbdev.records import PROFILES
 
@@ -35,7 +36,7 @@ class Reader:
 
     async def _channels(self) -> Value:
         """Returns the parts of the state that follow from the channels."""
-        explained, bound = await asyncio.gather(program.ask("explain"), aio.call(_bound))
+        explained, bound = await asyncio.gather(program.ask("explain"), _profiles())
         rows: list[Row] = explained["channels"]
         await self._controllers.learn(rows)
         return {
@@ -46,6 +47,11 @@ class Reader:
 
     async def events(self) -> list[Value]:
         return await asyncio.to_thread(event_log.newest, EVENTS)
+
+
+async def _profiles() -> dict[int, tuple[Entry, ProfileInfo]]:
+    with counts.timed("library_calls", "profiles"):
+        return await aio.call(_bound)
 
 
 def _bound() -> dict[int, tuple[Entry, ProfileInfo]]:

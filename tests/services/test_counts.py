@@ -1,0 +1,101 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""What services count, in their files."""
+
+from __future__ import annotations
+
+import asyncio
+import json
+import os
+import stat
+from collections.abc import Callable
+from pathlib import Path
+from typing import Any
+
+import pytest
+from servicelib import counts
+from servicelib.counts import Counts
+
+
+@pytest.fixture(autouse=True)
+def folder(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> Path:
+    monkeypatch.setattr(counts, "FOLDER", tmp_path / "counts")
+    monkeypatch.setattr(counts, "PAUSE_SECONDS", 0.01)
+    return counts.FOLDER
+
+
+def content(folder: Path, service: str = "pages") -> Any:
+    return json.loads((folder / service).read_text())
+
+
+async def soon(condition: Callable[[], object]) -> None:
+    while not condition():
+        await asyncio.sleep(0.005)
+
+
+def test_the_file_is_there_from_the_begin_and_names_the_process(folder: Path) -> None:
+    Counts().begin("pages")
+    assert content(folder) == {"process": counts.process(os.getpid()), "numbers": [], "times": []}
+    assert stat.S_IMODE((folder / "pages").stat().st_mode) == 0o640 and stat.S_IMODE(folder.stat().st_mode) == 0o750
+
+
+def test_what_is_counted_is_written_soon_and_together(folder: Path) -> None:
+    async def scenario() -> None:
+        made = Counts()
+        made.begin("pages")
+        first = (folder / "pages").stat().st_ino
+        for _ in range(1000):
+            made.add("plug_events", "camera", "plugged")
+        made.add_time(0.5, "commands", "explain")
+        assert (folder / "pages").stat().st_ino == first
+        await soon(lambda: content(folder)["numbers"])
+        assert content(folder)["numbers"] == [["plug_events", "camera", "plugged", 1000]]
+        assert content(folder)["times"] == [["commands", "explain", 0.5, [0, 0, 0, 0, 0, 1, 0, 0, 0, 0]]]
+
+    asyncio.run(scenario())
+
+
+def test_a_time_belongs_to_the_first_bound_that_is_not_shorter(folder: Path) -> None:
+    made = Counts()
+    for seconds in (0, 0.003, 0.0031, 30, 31):
+        made.add_time(seconds, "commands", "explain")
+    made.begin("pages")
+    assert content(folder)["times"][0][-1] == [2, 1, 0, 0, 0, 0, 0, 0, 1, 1]
+
+
+def test_what_fails_took_its_time_too(folder: Path) -> None:
+    made = Counts()
+    with pytest.raises(KeyError), made.timed("commands", "explain"):
+        raise KeyError
+    made.begin("pages")
+    assert sum(content(folder)["times"][0][-1]) == 1
+
+
+def test_what_was_counted_before_the_begin_is_not_forgotten(folder: Path) -> None:
+    made = Counts()
+    made.add("plug_events", "camera", "plugged")
+    made.begin("devices")
+    assert content(folder, "devices")["numbers"] == [["plug_events", "camera", "plugged", 1]]
+
+
+def test_a_service_works_where_it_cannot_write(folder: Path) -> None:
+    folder.parent.joinpath("counts").write_text("no folder")
+
+    async def scenario() -> None:
+        made = Counts()
+        made.begin("pages")
+        made.add("plug_events", "camera", "plugged")
+        await asyncio.sleep(0.05)
+
+    asyncio.run(scenario())
+
+
+def test_nothing_that_somebody_else_put_there_is_written_to(folder: Path) -> None:
+    folder.mkdir()
+    other = folder.parent / "other"
+    other.write_text("precious")
+    (folder / ".pages").symlink_to(other)
+    (folder / "pages").symlink_to(other)
+    Counts().begin("pages")
+    assert other.read_text() == "precious" and content(folder)["numbers"] == []
