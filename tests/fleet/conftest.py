@@ -24,7 +24,7 @@ from paho.mqtt.properties import PacketTypes, Properties
 
 REPOSITORY = Path(__file__).resolve().parents[2]
 FLEET = REPOSITORY / "host/fleet"
-sys.path[:0] = [str(FLEET), str(REPOSITORY / "host/services")]
+sys.path[:0] = [str(FLEET), str(REPOSITORY / "host/services"), str(REPOSITORY / "host/share")]
 
 from fleetlib import keeping
 from fleetlib.backlog import Backlog
@@ -196,7 +196,7 @@ def channel(number: int, **members: Any) -> Value:
 def made_up(**members: Any) -> Value:
     profiles = [{"profile": number, "channel": number or None, "name": f"Channel {number + 1}", "streams": False} for number in range(4)]
     return {"host": {"name": "x"}, "channels": [channel(number, **members) for number in range(10)], "profiles": profiles,
-            "usb": {}, "events": []}  # fmt: skip
+            "usb": {"buses": [{"bus": 3, "speed": 480.0, "reserved": 120.0}]}, "events": []}  # fmt: skip
 
 
 def settings(port: int, host: str = "garden", **others: Any) -> Settings:
@@ -218,3 +218,32 @@ async def publishing(given: Settings, folder: Path, state: Value | None = None) 
         await asyncio.wait({task})
         if not task.cancelled():
             task.result()
+
+
+class Certificates:
+    """An authority, with certificates of a server and of a client."""
+
+    def __init__(self, folder: Path, name: str) -> None:
+        self.folder = folder / name
+        self.folder.mkdir()
+        self.ca = self._make("ca", "-subj", "/CN=authority")
+        signed = ("-CA", f"{self.folder}/ca.pem", "-CAkey", f"{self.folder}/ca.key")
+        self.server = self._make("server", "-subj", "/CN=broker", "-addext", "subjectAltName=IP:127.0.0.1", *signed)
+        self.server_key = f"{self.folder}/server.key"
+        self.client = self._make("client", "-subj", "/CN=garden", *signed)
+
+    def _make(self, name: str, *options: str) -> str:
+        command = ["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes", "-days", "2",
+                   "-keyout", f"{self.folder}/{name}.key", "-out", f"{self.folder}/{name}.pem"]  # fmt: skip
+        subprocess.run([*command, *options], check=True, capture_output=True)
+        return f"{self.folder}/{name}.pem"
+
+
+@pytest.fixture(scope="session")
+def ours(tmp_path_factory: pytest.TempPathFactory) -> Certificates:
+    return Certificates(tmp_path_factory.mktemp("certificates"), "ours")
+
+
+@pytest.fixture(scope="session")
+def foreign(tmp_path_factory: pytest.TempPathFactory) -> Certificates:
+    return Certificates(tmp_path_factory.mktemp("certificates"), "foreign")

@@ -16,7 +16,7 @@ from dataclasses import replace
 from pathlib import Path
 
 import pytest
-from conftest import Broker, Consumer, publishing, settings, soon
+from conftest import Broker, Certificates, Consumer, publishing, settings, soon
 from fleetlib import careful_client, connection, keeping
 from fleetlib.connection import Connection, Lost
 from fleetlib.settings import Broker as Address
@@ -246,34 +246,6 @@ def test_the_pauses_grow_are_random_and_have_a_bound(pauses: list[float]) -> Non
     longest = [min(2.0**number, 120) for number in range(12)]
     assert all(most / 2 <= pause <= most for pause, most in zip(pauses, longest))
     assert len({pause / most for pause, most in zip(pauses, longest)}) == 12
-
-
-class Certificates:
-    """An authority, with certificates of a server and of a client."""
-
-    def __init__(self, folder: Path, name: str) -> None:
-        self.folder = folder / name
-        self.folder.mkdir()
-        self.ca = self._make("ca", "-subj", "/CN=authority")
-        signed = ("-CA", f"{self.folder}/ca.pem", "-CAkey", f"{self.folder}/ca.key")
-        self.server = self._make("server", "-subj", "/CN=broker", "-addext", "subjectAltName=IP:127.0.0.1", *signed)
-        self.client = self._make("client", "-subj", "/CN=garden", *signed)
-
-    def _make(self, name: str, *options: str) -> str:
-        command = ["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes", "-days", "2",
-                   "-keyout", f"{self.folder}/{name}.key", "-out", f"{self.folder}/{name}.pem"]  # fmt: skip
-        subprocess.run([*command, *options], check=True, capture_output=True)
-        return f"{self.folder}/{name}.pem"
-
-
-@pytest.fixture(scope="module")
-def ours(tmp_path_factory: pytest.TempPathFactory) -> Certificates:
-    return Certificates(tmp_path_factory.mktemp("certificates"), "ours")
-
-
-@pytest.fixture(scope="module")
-def foreign(tmp_path_factory: pytest.TempPathFactory) -> Certificates:
-    return Certificates(tmp_path_factory.mktemp("certificates"), "foreign")
 
 
 def with_tls(folder: Path, ours: Certificates, more: str = "") -> Broker:

@@ -9,13 +9,13 @@ import socket
 from pathlib import Path
 
 import pytest
-from conftest import FLEET
+from conftest import FLEET, Certificates
 from fleetlib import settings
 from fleetlib.service import main
-from fleetlib.settings import Broker, Login, Settings, SettingsError
+from fleetlib.settings import Broker, Login, Metrics, Settings, SettingsError
 
 
-def read(folder: Path, text: str) -> Settings:
+def read(folder: Path, text: str) -> tuple[Settings | None, Metrics | None]:
     file = folder / "fleet.ini"
     file.write_text(text)
     return settings.read(file)
@@ -30,8 +30,25 @@ def password(folder: Path, text: str = "secret\n", mode: int = 0o600) -> Path:
 
 def test_only_the_broker_has_to_be_named(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> None:
     monkeypatch.setattr(socket, "gethostname", lambda: "garden.example.org")
-    assert read(tmp_path, "[broker]\naddress = broker.example.org\n") == Settings(
-        Broker("broker.example.org", 8883, tls=True, ca=None), Login(), "garden", discovery=False, prefix="homeassistant", commands=None)
+    assert read(tmp_path, "[broker]\naddress = broker.example.org\n") == (Settings(
+        Broker("broker.example.org", 8883, tls=True, ca=None), Login(), "garden", discovery=False, prefix="homeassistant", commands=None
+    ), None)  # fmt: skip
+
+
+def test_metrics_are_served_to_this_machine_when_they_are_on_and_need_no_broker(tmp_path: Path) -> None:
+    assert read(tmp_path, "[metrics]\non = yes\n[host]\nname = garden\n") == (None, Metrics("127.0.0.1", 10172, *[None] * 4))
+    given = read(tmp_path, "[broker]\naddress = a\n[metrics]\non = yes\nport = 9000\naddress = ::1\n")
+    assert given[0] is not None and given[1] == Metrics("::1", 9000, *[None] * 4)
+
+
+def test_metrics_are_served_to_others_with_tls_and_a_password(tmp_path: Path, ours: Certificates) -> None:
+    text = (f"[metrics]\non = yes\naddress = 10.0.0.1\ncertificate = {ours.server}\nkey = {ours.server_key}\n"
+            f"user = prometheus\npassword_file = {password(tmp_path)}\n")  # fmt: skip
+    _, given = read(tmp_path, text)
+    assert given == Metrics("10.0.0.1", 10172, ours.server, ours.server_key, "prometheus", "secret")
+    for name in ("certificate", "key", "user", "password_file"):
+        with pytest.raises(SettingsError, match="metrics. needs"):
+            read(tmp_path, "".join(line for line in text.splitlines(keepends=True) if not line.startswith(name)))
 
 
 def test_everything_can_be_set(tmp_path: Path) -> None:
@@ -55,9 +72,9 @@ on = yes
 user = garden-commands
 password_file = {file}
 """)
-    assert given == Settings(
+    assert given == (Settings(
         Broker("10.0.0.1", 2000, tls=True, ca="/ca.pem"), Login("garden", "secret", "/c.pem", "/k.pem"), "garden-2",
-        discovery=True, prefix="home/assistant", commands=Login("garden-commands", "secret"))  # fmt: skip
+        discovery=True, prefix="home/assistant", commands=Login("garden-commands", "secret")), None)  # fmt: skip
 
 
 @pytest.mark.parametrize(("text", "reason"), [
@@ -79,6 +96,16 @@ password_file = {file}
     ("address = a\n", "File contains no section headers"),
     ("[broker]\naddress = a\npassword_file = /missing\n", "[broker] has a password and no user"),
     ("[broker]\naddress = a\nuser = u\npassword_file = /missing\n", "No such file"),
+    ("[metrics]\non = no\n", "[broker] needs an address"),
+    ("[metrics]\non = perhaps\n", "Not a boolean"),
+    ("[metrics]\non = yes\naddress = garden\n", "'garden' does not appear to be an IPv4 or IPv6 address"),
+    ("[metrics]\non = yes\naddress = 0.0.0.0\n", "a password_file to be served at 0.0.0.0"),
+    ("[metrics]\non = yes\nport = 0\n", "[metrics] has the port 0"),
+    ("[metrics]\non = yes\ntls = no\n", "[metrics] has no setting tls"),
+    ("[metrics]\non = yes\nuser = u\n", "[metrics] needs a user and a password_file together"),
+    ("[metrics]\non = yes\nkey = /k.pem\n", "[metrics] needs a certificate and its key together"),
+    ("[metrics]\non = yes\ncertificate = /c.pem\nkey = /k.pem\n", "No such file"),
+    ("[metrics]\non = yes\n[commands]\non = yes\n", "[broker] needs an address"),
 ])  # fmt: skip
 def test_what_is_wrong_is_named(tmp_path: Path, text: str, reason: str) -> None:
     with pytest.raises(SettingsError) as raised:
@@ -106,4 +133,5 @@ def test_without_settings_the_service_prints_why_it_does_not_start(tmp_path: Pat
 
 
 def test_the_example_can_be_used_as_it_is() -> None:
-    assert settings.read(FLEET / "fleet.ini").broker.address == "127.0.0.1"
+    published, served = settings.read(FLEET / "fleet.ini")
+    assert published is not None and published.broker.address == "127.0.0.1" and served is None

@@ -13,14 +13,14 @@ build_packages='
 # For the sandboxed host.
 host_packages='
   bubblewrap iproute2 procps python3-tornado python3-argon2 python3-pyudev python3-systemd python3-paho-mqtt
-  ffmpeg fonts-dejavu-core socat
+  python3-prometheus-client ffmpeg fonts-dejavu-core socat
 '
 # Some packages of nodejs contain npm, and conflict with the package npm.
 command -v npm >/dev/null || host_packages="$host_packages npm"
 test_packages='
   python3-pytest python3-selenium chromium-headless-shell chromium-driver curl strace zsh fish clang musl-tools
   python3-clang abigail-tools python3-license-expression mypy umockdev gir1.2-umockdev-1.0 python3-gi systemd
-  python3-jsonschema python3-yaml python3-pil nginx-light mosquitto mosquitto-clients openssl
+  python3-jsonschema python3-yaml python3-pil nginx-light mosquitto mosquitto-clients prometheus openssl
 '
 # For the guest with a kernel of its own.
 kernel_packages='qemu-system-x86 mmdebstrap openssl'

@@ -7,38 +7,77 @@ from __future__ import annotations
 
 import argparse
 import asyncio
+from collections.abc import Callable, Coroutine
+from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Any
 
 from servicelib import lifecycle
+from servicelib.counts import counts
 from statelib import sources
 from statelib.picture import Picture
 from statelib.problems import Problem
 from statelib.versions import versions
 
-from fleetlib import settings
+from fleetlib import metrics, metrics_page, settings
 from fleetlib.backlog import Backlog
 from fleetlib.commands import Commands
 from fleetlib.connection import Connection
 from fleetlib.keeping import keep
 from fleetlib.publisher import Publisher
 from fleetlib.requests import Requests
-from fleetlib.settings import Settings, SettingsError
+from fleetlib.settings import Metrics, Settings, SettingsError
 from fleetlib.topics import Topics
 
 WRONG_SETTINGS = 78  # after which the service manager does not start it again
 UNKNOWN = {"usbdevctl": None, "library": None, "kernel": None}
 
+State = dict[str, Any]
 
-async def _serve(given: Settings) -> None:
-    publisher = Publisher(given, await _versions(), Backlog())
-    picture = Picture(lambda section, value: None, publisher.note)
-    sources.follow(picture.change, publisher.logged)
-    work = [picture.follow(), keep(publisher.connection, publisher.work)]
+
+@dataclass
+class Part:
+    """Of what the service does: what that is, who gets each state, who hears of new events, and what runs meanwhile."""
+
+    what: str
+    note: Callable[[State | None], None]
+    logged: Callable[[], None] = lambda: None
+    work: list[Coroutine[Any, Any, None]] = field(default_factory=list)
+
+
+async def _serve(published: Settings | None, served: Metrics | None) -> None:
+    counts.begin("fleet")
+    version = await _versions()
+    parts = [_publish(published, version)] if published is not None else []
+    parts += [_show(served, version)] if served is not None else []
+
+    def note(state: State | None) -> None:
+        for part in parts:
+            part.note(state)
+
+    def logged() -> None:
+        for part in parts:
+            part.logged()
+
+    picture = Picture(lambda section, value: None, note)
+    sources.follow(picture.change, logged)
+    work = [one for part in parts for one in part.work]
+    await _until_stopped(", ".join(part.what for part in parts), [picture.follow(), *work])
+
+
+def _publish(given: Settings, version: State) -> Part:
+    publisher = Publisher(given, version, Backlog())
+    work = [keep(publisher.connection, publisher.work)]
     if given.commands is not None:
         commands = Commands(given, given.commands, Requests())
         work += [commands.follow(), keep(commands.connection, commands.work)]
-    await _until_stopped(f"publishing to {given.broker.address}:{given.broker.port} as {given.host}", work)
+    what = f"publishing to {given.broker.address}:{given.broker.port} as {given.host}"
+    return Part(what, publisher.note, publisher.logged, work)
+
+
+def _show(given: Metrics, version: State) -> Part:
+    host = metrics.Host(version)
+    return Part(metrics_page.listen(given, host), host.note)
 
 
 async def _until_stopped(what: str, work: list[Any]) -> None:
@@ -53,8 +92,10 @@ async def _until_stopped(what: str, work: list[Any]) -> None:
         task.result()
 
 
-async def _remove(given: Settings) -> None:
+async def _remove(given: Settings | None) -> None:
     """Removes what the broker keeps of this host."""
+    if given is None:
+        return
     topics = Topics(given.host, given.prefix)
     connection = Connection(given.broker, given.login, f"usbdev-{given.host}", lambda message: None)
     await connection.open()
@@ -72,14 +113,14 @@ async def _versions() -> dict[str, Any]:
 
 def main(arguments: list[str]) -> int:
     parser = argparse.ArgumentParser(
-        prog="fleet-service", description="Publishes the state and the events of the host to an MQTT broker."
+        prog="fleet-service", description="Publishes the state and the events of the host to a broker, and serves metrics."
     )
     parser.add_argument("--settings", metavar="FILE", type=Path, default=settings.FILE, help=f"settings (default: {settings.FILE})")
     parser.add_argument("--remove", action="store_true", help="remove from the broker what it keeps of this host, and end")
     options = parser.parse_args(arguments)
     try:
-        given = settings.read(options.settings)
+        published, served = settings.read(options.settings)
     except SettingsError as problem:
         lifecycle.say(str(problem))
         return WRONG_SETTINGS
-    return lifecycle.run(_remove(given) if options.remove else _serve(given))
+    return lifecycle.run(_remove(published) if options.remove else _serve(published, served))

@@ -35,6 +35,10 @@ class Service:
     def send(self, signal: int) -> None:
         self._process.send_signal(signal)
 
+    def wait(self) -> None:
+        """Waits for the end of a service that was killed."""
+        self._process.wait()
+
     def end(self) -> None:
         self._process.terminate()
         assert self._process.wait() == 0
