@@ -66,24 +66,29 @@ class Owner:
 
     # What is seen.
 
-    def text(self) -> str:
-        return self.browser.find_element(By.TAG_NAME, "body").text
+    def text(self, selector: str = "body") -> str:
+        """As the browser shows it; the driver would ask for the style of each element."""
+        return self.browser.find_element(By.CSS_SELECTOR, selector).get_property("innerText")
+
+    def _contains(self, selector: str, texts: tuple[str, ...]) -> bool:
+        shown = self.text(selector)
+        return all(text in shown for text in texts)
 
     def sees(self, *texts: str) -> bool:
-        return bool(self.wait(lambda: all(text in self.text() for text in texts)))
+        return self.wait(lambda: self._contains("body", texts))
 
     def sees_no_more(self, text: str) -> bool:
-        return bool(self.wait(lambda: text not in self.text()))
+        return self.wait(lambda: text not in self.text())
 
     def heading(self) -> str:
-        return self.browser.find_element(By.TAG_NAME, "h1").text
+        return self.text("h1")
 
     def card(self, channel: int) -> str:
         """What the overview says of a channel."""
-        return self.browser.find_element(By.CSS_SELECTOR, f'[data-channel="{channel}"]').text
+        return self.text(f'[data-channel="{channel}"]')
 
     def sees_on_card(self, channel: int, *texts: str) -> bool:
-        return bool(self.wait(lambda: all(text in self.card(channel) for text in texts)))
+        return self.wait(lambda: self._contains(f'[data-channel="{channel}"]', texts))
 
     def focused(self) -> str:
         return self.evaluate("document.activeElement.innerText || document.activeElement.getAttribute('aria-label') || ''")
@@ -91,8 +96,8 @@ class Owner:
     def complaints(self) -> list[str]:
         return viewer.complaints(self.browser)
 
-    def barriers(self) -> list[str]:
-        return viewer.barriers(self.browser)
+    def barriers(self, rules: list[str] = viewer.RULES) -> list[str]:
+        return viewer.barriers(self.browser, rules)
 
     # What is done.
 

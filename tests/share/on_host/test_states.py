@@ -13,7 +13,7 @@ import pytest
 from conftest import EVERYWHERE, FITS, share, shared
 from encoder import Encoder
 from host_service import Service
-from viewer import Viewer
+from viewer import OF_COLOURS, RULES, Viewer
 
 Link = dict[str, str]
 Check = Callable[..., None]
@@ -32,9 +32,9 @@ def check(viewer: Viewer, in_every_window: Callable[[str], list[bool]]) -> Check
     def everything(english: str, german: str | None = None) -> None:
         viewer.await_sentence(english)
         assert in_every_window(FITS) == EVERYWHERE
-        for scheme in ("light", "dark"):
+        for scheme, rules in (("light", RULES), ("dark", OF_COLOURS)):
             viewer.prefer(scheme)
-            assert viewer.barriers() == []
+            assert viewer.barriers(rules) == []
         if german is None:
             return
         speak("Deutsch", "de")

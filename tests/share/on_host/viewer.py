@@ -29,14 +29,16 @@ SPARING = (
 )  # fmt: skip
 AXE = Path(__file__).resolve().parents[3] / "host/web/node_modules/axe-core/axe.min.js"
 RULES = ["wcag2a", "wcag2aa", "wcag21a", "wcag21aa", "wcag22aa", "best-practice"]
+OF_COLOURS = ["color-contrast", "link-in-text-block"]  # what the choice of light or dark has an effect on
 Result = TypeVar("Result")
 
 
-def barriers(browser: Chrome) -> list[str]:
+def barriers(browser: Chrome, rules: list[str]) -> list[str]:
     """What keeps people from using the page."""
-    browser.execute_script(AXE.read_text())
+    if not browser.execute_script("return 'axe' in window"):
+        browser.execute_script(AXE.read_text())
     run = "axe.run({ runOnly: arguments[0] }).then(({ violations }) => arguments[1](violations))"
-    found = browser.execute_async_script(run, RULES)
+    found = browser.execute_async_script(run, rules)
     return [f"{one['id']}: {node['html']}" for one in found for node in one["nodes"]]
 
 
@@ -64,14 +66,15 @@ class Viewer:
     def sees_form(self) -> bool:
         return self._browser.find_element(By.ID, "password-form").is_displayed()
 
-    def text(self) -> str:
-        return self._browser.find_element(By.TAG_NAME, "body").text
+    def text(self, selector: str = "body") -> str:
+        """As the browser shows it; the driver would ask for the style of each element."""
+        return self._browser.find_element(By.CSS_SELECTOR, selector).get_property("innerText")
 
     def sentence(self) -> str:
-        return self._browser.find_element(By.ID, "sentence").text
+        return self.text("#sentence")
 
     def countdown(self) -> str:
-        return self._browser.find_element(By.ID, "countdown").text
+        return self.text("#countdown")
 
     def title(self) -> str:
         return self._browser.title
@@ -79,8 +82,8 @@ class Viewer:
     def evaluate(self, expression: str) -> Any:
         return self._browser.execute_script(f"return {expression}")
 
-    def barriers(self) -> list[str]:
-        return barriers(self._browser)
+    def barriers(self, rules: list[str] = RULES) -> list[str]:
+        return barriers(self._browser, rules)
 
     def complaints(self) -> list[str]:
         return complaints(self._browser)
