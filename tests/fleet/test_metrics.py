@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import atexit
 import json
 import os
 import re
@@ -21,7 +22,7 @@ from prometheus_client import CollectorRegistry, exposition
 from prometheus_client.openmetrics import exposition as openmetrics
 from prometheus_client.openmetrics.parser import text_string_to_metric_families
 from servicelib import counts
-from servicelib.counts import Counts, process
+from servicelib.counts import Counts
 
 Value = dict[str, Any]
 NOTHING = {service: Counted() for service in counted.SERVICES}
@@ -143,30 +144,26 @@ def test_times_are_histograms_with_a_bucket_for_everything_up_to_its_bound() -> 
     assert values(None, "usbdev_command_duration_seconds_count", "service", "command")["pages", "explain"] == 3
 
 
-def test_a_service_is_up_as_long_as_its_process_runs(folder: Path) -> None:
+def test_a_service_is_up_as_long_as_it_has_its_file(folder: Path) -> None:
     assert set(values(None, "usbdev_service_up", "service").values()) == {0}
-    with subprocess.Popen(["sleep", "60"]) as running:
-        (folder / "streams").write_text(json.dumps({"process": process(running.pid), "numbers": [], "times": []}))
-        assert values(None, "usbdev_service_up", "service")[("streams",)] == 1
-        running.kill()
-    assert values(None, "usbdev_service_up", "service")[("streams",)] == 0
-
-
-def test_a_later_process_with_the_same_number_is_another_one(folder: Path) -> None:
-    (folder / "streams").write_text(json.dumps({"process": f"{os.getpid()} 1", "numbers": [], "times": []}))
+    made = Counts()
+    made.begin("streams")
+    made.write()
+    assert values(None, "usbdev_service_up", "service") == {("devices",): 0, ("streams",): 1, ("pages",): 0, ("fleet",): 0}
+    atexit.unregister(made.write)
+    del made
     assert values(None, "usbdev_service_up", "service")[("streams",)] == 0
 
 
 @pytest.mark.parametrize("content", [
-    "", "[]", "{}", "null", "[" * 60000, '{"process": 1, "numbers": [], "times": []}', "\xff",
-    '{"process": null, "numbers": [], "times": []}', '{"process": "x 1", "numbers": [], "times": []}',
-    '{"process": "1 1", "numbers": 5, "times": []}', '{"process": "1 1", "numbers": [5], "times": [7]}',
-    '{"process": "1 1", "numbers": [["plug_events", "camera", "plugged", -1]], "times": []}',
-    '{"process": "1 1", "numbers": [["plug_events", "camera", "plugged", 1e99]], "times": []}',
-    '{"process": "1 1", "numbers": [["plug_events", "a camera", "plugged", 1], []], "times": []}',
-    '{"process": "1 1", "numbers": [], "times": [["commands", "a\\"}\\n", 1.0, [0, 0, 0, 0, 0, 0, 0, 0, 0, 1]]]}',
-    '{"process": "1 1", "numbers": [], "times": [["commands", "explain", NaN, [0, 0, 0, 0, 0, 0, 0, 0, 0, 1]]]}',
-    '{"process": "1 1", "numbers": [], "times": [["commands", "explain", 1.0, [0, 1]], [1]]}',
+    "", "[]", "{}", "null", "[" * 60000, "\xff", '{"numbers": []}', '{"numbers": 5, "times": []}',
+    '{"numbers": [5], "times": [7]}',
+    '{"numbers": [["plug_events", "camera", "plugged", -1]], "times": []}',
+    '{"numbers": [["plug_events", "camera", "plugged", 1e99]], "times": []}',
+    '{"numbers": [["plug_events", "a camera", "plugged", 1], []], "times": []}',
+    '{"numbers": [], "times": [["commands", "a\\"}\\n", 1.0, [0, 0, 0, 0, 0, 0, 0, 0, 0, 1]]]}',
+    '{"numbers": [], "times": [["commands", "explain", NaN, [0, 0, 0, 0, 0, 0, 0, 0, 0, 1]]]}',
+    '{"numbers": [], "times": [["commands", "explain", 1.0, [0, 1]], [1]]}',
 ])  # fmt: skip
 def test_a_file_that_no_service_wrote_changes_nothing(folder: Path, content: str) -> None:
     before = openmetrics.generate_latest(registry(made_up()))
@@ -181,7 +178,7 @@ def test_a_pipe_in_the_place_of_a_file_keeps_nobody_waiting(folder: Path) -> Non
 
 def test_a_service_cannot_make_series_without_end(folder: Path) -> None:
     times = [["commands", f"x{number}", 1.0, [1] * 10] for number in range(1000)]
-    (folder / "pages").write_text(json.dumps({"process": "1 1", "numbers": [], "times": times}))
+    (folder / "pages").write_text(json.dumps({"numbers": [], "times": times}))
     assert len(values(None, "usbdev_command_duration_seconds_count", "command")) == counted.MOST_KINDS
 
 

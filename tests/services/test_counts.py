@@ -9,13 +9,19 @@ import asyncio
 import json
 import os
 import stat
+import subprocess
+import sys
 from collections.abc import Callable
+from fcntl import LOCK_NB, LOCK_SH, flock
 from pathlib import Path
 from typing import Any
 
 import pytest
+from conftest import REPOSITORY
 from servicelib import counts
 from servicelib.counts import Counts
+
+ENVIRONMENT = {**os.environ, "PYTHONPATH": str(REPOSITORY / "host/services")}
 
 
 @pytest.fixture(autouse=True)
@@ -34,9 +40,9 @@ async def soon(condition: Callable[[], object]) -> None:
         await asyncio.sleep(0.005)
 
 
-def test_the_file_is_there_from_the_begin_and_names_the_process(folder: Path) -> None:
+def test_the_file_is_there_from_the_begin(folder: Path) -> None:
     Counts().begin("pages")
-    assert content(folder) == {"process": counts.process(os.getpid()), "numbers": [], "times": []}
+    assert content(folder) == {"numbers": [], "times": []}
     assert stat.S_IMODE((folder / "pages").stat().st_mode) == 0o640 and stat.S_IMODE(folder.stat().st_mode) == 0o750
 
 
@@ -54,6 +60,29 @@ def test_what_is_counted_is_written_soon_and_together(folder: Path) -> None:
         assert content(folder)["times"] == [["commands", "explain", 0.5, [0, 0, 0, 0, 0, 1, 0, 0, 0, 0]]]
 
     asyncio.run(scenario())
+
+
+def is_locked(file: Path) -> bool:
+    with file.open() as opened:
+        try:
+            flock(opened, LOCK_SH | LOCK_NB)
+        except BlockingIOError:
+            return True
+    return False
+
+
+def test_the_file_is_locked_as_long_as_the_service_runs_also_while_it_runs_programs(folder: Path) -> None:
+    service = (
+        "import subprocess, sys; from pathlib import Path; from servicelib import counts; counts.FOLDER = Path(sys.argv[1])\n"
+        "counts.counts.begin('pages'); counts.counts.write()\n"
+        "subprocess.Popen(['sleep', '60'], stdout=subprocess.DEVNULL); print('ready', flush=True); input()"
+    )
+    with subprocess.Popen([sys.executable, "-c", service, folder], stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=ENVIRONMENT) as process:
+        assert process.stdout is not None and process.stdout.readline() == b"ready\n"
+        assert is_locked(folder / "pages")
+        process.kill()
+        process.wait()
+    assert not is_locked(folder / "pages")
 
 
 def test_a_time_belongs_to_the_first_bound_that_is_not_shorter(folder: Path) -> None:

@@ -10,6 +10,7 @@ import json
 import os
 import re
 from dataclasses import dataclass, field
+from fcntl import LOCK_NB, LOCK_SH, flock
 from pathlib import Path
 from typing import Any
 
@@ -42,11 +43,12 @@ def read() -> dict[str, Counted]:
 
 def _read(file: Path) -> Counted:
     try:
-        content = json.loads(_content(file))
+        text, is_running = _content(file)
+        content = json.loads(text)
         numbers = [row for row in content["numbers"] if _is_name(row[:-1]) and _is_count(row[-1])]
         times = [row for row in content["times"] if _is_name(row[:-2]) and _are_times(*row[-2:])]
         return Counted(
-            is_running=content["process"] == counts.process(int(content["process"].partition(" ")[0])),
+            is_running=is_running,
             numbers={tuple(row[:-1]): row[-1] for row in numbers[:MOST_KINDS]},
             times={tuple(row[:-2]): Times(*row[-2:]) for row in times[:MOST_KINDS]},
         )
@@ -54,10 +56,14 @@ def _read(file: Path) -> Counted:
         return Counted()
 
 
-def _content(file: Path) -> bytes:
-    """Does not wait for a pipe in the place of the file."""
+def _content(file: Path) -> tuple[bytes, bool]:
+    """Returns also whether a service has the file locked. Does not wait for a pipe in its place."""
     with open(os.open(file, os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as opened:
-        return opened.read(LARGEST_FILE)
+        try:
+            flock(opened, LOCK_SH | LOCK_NB)
+            return opened.read(LARGEST_FILE), False
+        except BlockingIOError:
+            return opened.read(LARGEST_FILE), True
 
 
 def _is_name(words: Any) -> bool:
