@@ -3,7 +3,7 @@
 
 // How the last days went, as plots.
 
-import { html, useEffect, useRef, useState } from "/libraries/preact.js";
+import { html, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
 import uPlot from "/libraries/uplot.js";
 import { Busy, Choice, Empty, Failed, useAnswer } from "/page/parts.js";
 import { currentLanguage, number, percent, t } from "/page/texts.js";
@@ -32,7 +32,8 @@ function axes(values, from, incrs) {
 
 function Plot({ id, title, data, series, from, range, values = number, incrs = [1, 2, 5, 10, 100, 1000] }) {
   const frame = useRef(null);
-  useEffect(() => {
+  // Before the page is shown, because what is below is moved by it.
+  useLayoutEffect(() => {
     const draw = () => new uPlot({
       width: frame.current.clientWidth,
       height: kHeight,

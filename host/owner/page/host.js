@@ -62,10 +62,11 @@ function Report() {
   </section>`;
 }
 
+// The report is below the rest, and appears with it: what somebody is about to press must not move.
 export function Host() {
   const [host, again] = useAnswer("/host");
   return html`${host === null && html`<${Busy} text=${t("loading")} />`}
     ${host === undefined && html`<${Failed} again=${again} />`}
     ${host && html`<${Groups} host=${host} />`}
-    <${Report} />`;
+    ${host !== null && html`<${Report} />`}`;
 }

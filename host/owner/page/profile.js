@@ -20,7 +20,7 @@ const kSoundCodecs = ["aac", "ulaw"];
 
 // Only H.264 can be changed, and what that costs is said before.
 function Encode({ channel, formats }) {
-  if (!formats) return html`<p class="quiet">${t("picture.mjpeg")}</p>`;
+  if (!formats) return html`<p class="quiet">${t("picture.mjpeg")}</p><div class="buttons"><${Button} disabled>${t("do.encode")}<//></div>`;
   const wish = inCodec(formats, channel, "h264");
   if (!wish) return html`<p class="quiet">${t("picture.never")}</p>`;
   const { width, height, rate } = wish;

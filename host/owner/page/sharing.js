@@ -9,7 +9,7 @@ import { attempt, explain } from "/page/actions.js";
 import { call, read } from "/page/api.js";
 import { channelOf, profileName } from "/page/channels.js";
 import { Icon } from "/page/icons.js";
-import { Busy, Button, Empty, Switch } from "/page/parts.js";
+import { Busy, Button, Empty, Failed, Switch } from "/page/parts.js";
 import { ask, notice } from "/page/store.js";
 import { number, t } from "/page/texts.js";
 
@@ -89,18 +89,23 @@ function viewersText(count) {
 
 const Viewers = ({ count }) => html`<p role="status" class=${`standing ${count > 0 ? "good" : "calm"}`}>${viewersText(count)}</p>`;
 
-function useShare(profile, isShared) {
-  const [share, setShare] = useState(null);
-  const load = () => read(`/profiles/${profile}/share`).then(setShare, explain);
+// What the host tells of each profile that a camera has: null until it has told of all of them, so that no card moves
+// another one away, and undefined if it did not.
+function useShares(channels) {
+  const [shares, setShares] = useState(null);
+  const shareOf = async ({ profile }) => [profile, await read(`/profiles/${profile}/share`)];
+  const load = async () => {
+    try {
+      setShares(Object.fromEntries(await Promise.all(channels.map(shareOf))));
+    } catch (problem) {
+      explain(problem);
+      setShares((before) => before ?? undefined);
+    }
+  };
   useEffect(() => {
     load();
-  }, [profile, isShared]);
-  const send = async (method, path, body) => {
-    const done = await attempt(() => call(method, `/profiles/${profile}${path}`, body));
-    await load();
-    return done;
-  };
-  return [share, send];
+  }, [channels.map((one) => `${one.profile} ${one.shared}`).join()]);
+  return [shares, load];
 }
 
 async function sure(kind, name) {
@@ -108,10 +113,13 @@ async function sure(kind, name) {
   return ask({ title: t(`${kind}.title`, { name }), consequences, yes: t(`do.${kind}`), isLoss: true });
 }
 
-function SharedProfile({ profile, state }) {
-  const channel = channelOf(state, profile.profile);
+function SharedProfile({ profile, share, load, state }) {
   const name = profileName(state, profile);
-  const [share, send] = useShare(profile.profile, channel.shared);
+  const send = async (method, path, body) => {
+    const done = await attempt(() => call(method, `/profiles/${profile.profile}${path}`, body));
+    await load();
+    return done;
+  };
   const put = async (body) => {
     const done = await send("PUT", "/share", body);
     if (done) notice(t(body.on ? "done.shared" : "done.revoked", { name }));
@@ -134,7 +142,11 @@ function SharedProfile({ profile, state }) {
 
 export function Sharing({ state }) {
   const bound = state.profiles.filter((one) => channelOf(state, one.profile));
+  const [shares, load] = useShares(bound.map((one) => channelOf(state, one.profile)));
   if (bound.length === 0) return html`<${Empty} icon="sharing" title=${t("share.empty")}><p>${t("share.empty_cure")}</p><//>`;
   return html`<p class="lead">${t("share.explained")}</p>
-    <ul class="shares">${bound.map((one) => html`<${SharedProfile} key=${one.profile} profile=${one} state=${state} />`)}</ul>`;
+    ${shares === null && html`<${Busy} text=${t("loading")} />`}
+    ${shares === undefined && html`<${Failed} again=${load} />`}
+    ${shares && html`<ul class="shares">${bound.map((one) => html`
+      <${SharedProfile} key=${one.profile} profile=${one} share=${shares[one.profile]} load=${load} state=${state} />`)}</ul>`}`;
 }

@@ -60,7 +60,7 @@ function Taken({ outcome }) {
   </div>`;
 }
 
-function Choices({ codecs, wish, setWish }) {
+function Choices({ codecs, wish, setWish, disabled }) {
   const { codec, size, rate } = offered(codecs, wish);
   const options = {
     codec: codecs.map((one) => ({ value: one.codec, text: kValueTexts.codec(one.codec) })),
@@ -69,11 +69,14 @@ function Choices({ codecs, wish, setWish }) {
   };
   const values = { codec: codec.codec, size: sizeKey(size), rate: String(rate) };
   return Object.keys(options).map((name) => html`<${Choice} key=${name} id=${`stream-${name}`} label=${t(name)} value=${values[name]}
-    options=${options[name]} change=${(value) => setWish({ ...values, [name]: value })} />`);
+    options=${options[name]} disabled=${disabled} change=${(value) => setWish({ ...values, [name]: value })} />`);
 }
 
+// Until the camera has answered, what is set is in the place of what can be.
+const asSet = ({ codec, width, height, rate }) => ({ codecs: [{ codec, sizes: [{ width, height, rates: [rate] }] }] });
+
 function Form({ channel, formats }) {
-  const codecs = inOrder(formats);
+  const codecs = inOrder(formats ?? asSet(channel));
   const [wish, setWish] = useState(asOf(channel));
   const [outcome, setOutcome] = useState(null);
   const [isAsking, setAsking] = useState(false);
@@ -93,20 +96,21 @@ function Form({ channel, formats }) {
     setWish(value);
   };
   return html`<form class="stream-form" onSubmit=${submit}>
-    <div class="fields"><${Choices} codecs=${codecs} wish=${wish} setWish=${choose} /></div>
-    <button disabled=${isAsking}>${t(isAsking ? "storing" : "store")}</button>
+    <div class="fields"><${Choices} codecs=${codecs} wish=${wish} setWish=${choose} disabled=${!formats} /></div>
+    ${formats ? html`<button disabled=${isAsking}>${t(isAsking ? "storing" : "store")}</button>` : html`<${Busy} text=${t("formats.asking")} />`}
     ${outcome && html`<${Taken} outcome=${outcome} />`}
   </form>`;
 }
 
 export function StreamForm({ channel, formats, again }) {
   const isEmpty = formats?.codecs.length === 0;
+  const hasChoices = formats ? !isEmpty : formats === null && channel.width > 0;
   return html`<section class="card" aria-labelledby="stream">
     <h2 id="stream">${t("stream")}</h2>
     <p class="quiet">${t("stream.explained")}</p>
-    ${formats === null && html`<${Busy} text=${t("formats.asking")} />`}
+    ${formats === null && !hasChoices && html`<${Busy} text=${t("formats.asking")} />`}
     ${formats === undefined && html`<${Failed} again=${again} />`}
     ${isEmpty && html`<p>${t("formats.none")}</p><${Button} act=${again}>${t("again")}<//>`}
-    ${formats && !isEmpty && html`<${Form} channel=${channel} formats=${formats} />`}
+    ${hasChoices && html`<${Form} channel=${channel} formats=${formats} />`}
   </section>`;
 }

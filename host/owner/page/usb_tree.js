@@ -4,7 +4,7 @@
 // The USB controllers with what hangs on them, as a picture: who shares a port or a controller with whom. On a phone each
 // thing has a line; elsewhere the tree grows to the right.
 
-import { html, useEffect, useRef, useState } from "/libraries/preact.js";
+import { html, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
 import { nameOf, standing, tone } from "/page/channels.js";
 import { t } from "/page/texts.js";
 
@@ -127,7 +127,7 @@ const List = ({ nodes }) => html`<ul>${nodes.map((one) => html`<li>${one.title},
 
 function useWidth(element) {
   const [width, setWidth] = useState(0);
-  useEffect(() => {
+  useLayoutEffect(() => {
     const observer = new ResizeObserver(([entry]) => setWidth(Math.floor(entry.contentRect.width)));
     observer.observe(element.current);
     return () => observer.disconnect();

@@ -11,6 +11,7 @@ import json
 import subprocess
 import sys
 import threading
+import time
 from pathlib import Path
 from typing import Any
 
@@ -40,7 +41,11 @@ SHARED = "{:032x}".format
 class Links:
     """What the library says of share links: the stream of a token of ones is open, that of another has a password."""
 
+    def __init__(self, standin: StandIn) -> None:
+        self.standin = standin
+
     def open(self, ssid: str, token: str) -> tuple[int, Link]:
+        time.sleep(self.standin.slow)
         is_open = token == SHARED(1)
         return 0, Link("Front door", SHARED(1), None if is_open else b"secret")
 
@@ -70,7 +75,7 @@ class StandIn:
         self.refused_path = ""
         self.has_picture = True
         self.away = self.signed_in = self.missing = False
-        self.slow = 0.0  # seconds that an answer takes
+        self.slow = 0.0  # seconds that every answer takes
         self.asked: list[tuple[str, str, Any]] = []
 
     def _serve(self, ready: threading.Event) -> None:
@@ -89,10 +94,10 @@ class StandIn:
             (r"/api/v1/profiles/\d/live", Film, {"standin": self}),
             (rf"/{SHARED(1)}/live", Film, {"standin": self}),
             (r"/api/v1/profiles/\d/(picture.jpg)", Picture, {"path": self.folder, "standin": self}),
-            (r"/api/v1/profiles/\d/(playlist.m3u8)", StaticFileHandler, {"path": self.folder}),
+            (r"/api/v1/profiles/\d/(playlist.m3u8)", File, {"path": self.folder, "standin": self}),
             (r"/api/v1(/.*)", Api, {"standin": self}),
             *page_files.routes(),
-            *sharelib.routes.routes(Links(), {}),
+            *sharelib.routes.routes(Links(self), {}),
         ], log_function=lambda _: None, compress_response=True)
 
     def tell(self, section: str, value: object = None) -> None:
@@ -113,7 +118,8 @@ class Live(WebSocketHandler):
     def initialize(self, standin: StandIn) -> None:
         self.standin = standin
 
-    def prepare(self) -> None:
+    async def prepare(self) -> None:
+        await asyncio.sleep(self.standin.slow)
         if self.standin.away or not self.standin.signed_in:
             self.send_error(503)
 
@@ -129,28 +135,36 @@ class Live(WebSocketHandler):
         self.write_message(json.dumps({"section": section, "value": value}))
 
 
-class Picture(StaticFileHandler):
-    """The latest picture, with nothing in it before there is one."""
-
-    def initialize(self, path: str, standin: StandIn) -> None:  # type: ignore[override]
-        super().initialize(path)
-        self.standin = standin
-
-    async def get(self, path: str, include_body: bool = True) -> None:
-        if self.standin.has_picture:
-            return await super().get(path, include_body)
-        self.set_status(204)
-
-
 class Film(WebSocketHandler):
     """The stream of every profile."""
 
     def initialize(self, standin: StandIn) -> None:
         self.standin = standin
 
+    async def prepare(self) -> None:
+        await asyncio.sleep(self.standin.slow)
+
     def open(self, *_: str) -> None:
         self.write_message(FILM_TYPE)
         self.write_message((self.standin.folder / "film.mp4").read_bytes(), binary=True)
+
+
+class File(StaticFileHandler):
+    def initialize(self, path: Path, standin: StandIn) -> None:  # type: ignore[override]
+        super().initialize(str(path))
+        self.standin = standin
+
+    async def prepare(self) -> None:
+        await asyncio.sleep(self.standin.slow)
+
+
+class Picture(File):
+    """The latest picture, with nothing in it before there is one."""
+
+    async def get(self, path: str, include_body: bool = True) -> None:
+        if self.standin.has_picture:
+            return await super().get(path, include_body)
+        self.set_status(204)
 
 
 class Api(RequestHandler):

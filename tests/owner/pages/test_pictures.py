@@ -10,25 +10,11 @@ import base64
 import looks
 import pytest
 from browser import Owner
-from conftest import prepare
+from every_page import IS_DRAWN, PAGES, WINDOWS, come_to
 from PIL import Image, ImageDraw
-from standin import SHARED, StandIn
+from standin import StandIn
 
-WINDOWS = {"desk": (1280, 800), "phone": (390, 844)}
 SCHEMES = ("light", "dark")
-LINK = "/share?ssid=39202766&token="
-# The address of a page, and a text that it shows when it is complete.
-PAGES = {
-    "sign-in": ("/#/", "with the account that you have there."),
-    "overview": ("/#/", "Free channels"),
-    "profile": ("/#/profile/0", "Save"),
-    "sharing": ("/#/sharing", "Copy link"),
-    "events": ("/#/events", "has ended"),
-    "charts": ("/#/charts", "Time-outs"),
-    "host": ("/#/host", "6.1.0-27-amd64"),
-    "share-password": (LINK + SHARED(2), "This link is protected by a password."),
-    "share-playing": (LINK + SHARED(1), "Front door"),
-}
 # Nothing moves, and a film is black.
 STILL = """new Promise((done) => {
   const sheet = new CSSStyleSheet();
@@ -37,22 +23,12 @@ STILL = """new Promise((done) => {
   document.adoptedStyleSheets = [sheet];
   requestAnimationFrame(() => requestAnimationFrame(done));
 })"""
-IS_DRAWN = """[...document.images].every((one) => one.complete) && document.fonts.status === 'loaded'
-  && !document.querySelector('[data-state="loading"], [data-shows="waits"]')"""
 
 
 @pytest.fixture(scope="module", params=PAGES)
 def page(request: pytest.FixtureRequest, window: Owner, server: StandIn) -> tuple[str, Owner]:
     """It is opened once for all of its pictures."""
-    address, text = PAGES[request.param]
-    prepare(window, server)
-    if request.param == "sign-in":
-        server.signed_in = False
-        window.evaluate("localStorage.clear()")
-    window.browser.get("about:blank")
-    window.browser.get(window.origin + address)
-    window.sees(text)
-    return request.param, window
+    return request.param, come_to(request.param, window, server)
 
 
 @pytest.mark.parametrize("scheme", SCHEMES)
