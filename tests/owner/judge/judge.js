@@ -3,7 +3,8 @@
 
 // judge.js PORT DEVICE ADDRESS [DEVICE ADDRESS]...: has Lighthouse judge pages in the browser whose developer tools have this
 // port, as on a slow phone ("phone") or on a desk ("desk"). Prints a line of JSON for each: the milliseconds until the first
-// paint, and the categories with their scores and with what is to be said against the page.
+// paint; the categories that depend on the page alone, with their scores and with what is to be said against it; and what
+// the score of its speed is made of.
 
 import lighthouse, { desktopConfig } from "lighthouse";
 
@@ -13,16 +14,24 @@ const kSettings = { ...kPauses, disableStorageReset: true, disableFullPageScreen
 const kConfigs = { phone: { extends: "lighthouse:default" }, desk: desktopConfig };
 const kWell = 0.95;
 
+const said = ({ title, displayValue }) => `${title} ${displayValue ?? ""}`;
+
 async function judge(port, device, address) {
   const config = { ...kConfigs[device], settings: { ...kConfigs[device].settings, ...kSettings } };
   const { lhr } = await lighthouse(address, { port, logLevel: "silent" }, config);
+  const { performance, ...made } = lhr.categories;
   const against = (one) => one.score !== null && one.score < kWell;
-  const categories = Object.values(lhr.categories).map(({ id, score, auditRefs }) => {
+  const categories = Object.values(made).map(({ id, score, auditRefs }) => {
     const found = auditRefs.map((one) => lhr.audits[one.id]).filter(against);
-    return [id, { score, found: found.map((one) => `${one.title} ${one.displayValue ?? ""}`) }];
+    return [id, { score, found: found.map(said) }];
+  });
+  const speed = performance.auditRefs.filter((one) => one.weight > 0).map(({ id, weight }) => {
+    const { score, ...audit } = lhr.audits[id];
+    return [id, { weight, score, said: said(audit) }];
   });
   const firstPaint = lhr.audits["first-contentful-paint"].numericValue;
-  console.log(JSON.stringify({ firstPaint, categories: Object.fromEntries(categories), problem: lhr.runtimeError?.message }));
+  const verdict = { firstPaint, categories: Object.fromEntries(categories), speed: Object.fromEntries(speed) };
+  console.log(JSON.stringify({ ...verdict, problem: lhr.runtimeError?.message }));
 }
 
 const [port, ...pages] = process.argv.slice(2);
