@@ -5,6 +5,8 @@
 
 from __future__ import annotations
 
+import json
+
 from conftest import RunOnHost, run_all
 
 # A camera with both codecs in a port of its own; it has profile 0.
@@ -81,15 +83,17 @@ def test_a_change_that_does_not_fit_the_stream_is_named(on_host: RunOnHost) -> N
 
 
 def test_a_size_that_the_camera_does_not_offer_changes_nothing(on_host: RunOnHost) -> None:
-    _, before, refused, after = run_all(
+    _, before, refused, for_programs, after = run_all(
         on_host,
         CAMERA,
         "cat /etc/config/usbdev.conf",
         "usbdevctl stream set 0 --size 641x480 --fps 5",
+        "usbdevctl stream set 0 --size 641x480 --fps 5 --json",
         "cat /etc/config/usbdev.conf",
     )
     assert refused.err == "usbdevctl: the camera of profile 0 does not offer mjpeg at 641x480\n"
     assert (refused.out, refused.status, after.out) == ("", 1, before.out)
+    assert [one["reason"] for one in json.loads(for_programs.out)["refusals"]] == ["not_offered"]
 
 
 def test_a_damaged_event_log_does_not_hide_that_the_change_was_stored(on_host: RunOnHost) -> None:

@@ -7,14 +7,20 @@ import { call } from "/page/api.js";
 import { attachedWithoutProfile, freeProfiles, nameOf } from "/page/channels.js";
 import { hostsWords } from "/page/hosts_words.js";
 import { differenceText } from "/page/settings.js";
-import { ask, change, notice, signedOut, withChannel } from "/page/store.js";
+import { ask, change, notice, signedOut, view, withChannel } from "/page/store.js";
 import { hasText, t } from "/page/texts.js";
+
+// The camera that is in the way of a change.
+function other(number) {
+  const channel = view().state?.channels[number];
+  return channel ? t("other_camera", { number, name: nameOf(channel) }) : t("another_camera");
+}
 
 export function explain(problem) {
   if (problem.name === "signed_out") return signedOut();
   const { reason, text, cure, ...values } = problem.values ?? {};
   const known = [`refusal.${reason}`, problem.name !== "refused" && `error.${problem.name}`].find(hasText);
-  if (known) notice(t(known, values), "", true);
+  if (known) notice(t(known, { ...values, other: other(values.other_channel) }), "", true);
   else notice(t("error.refused"), hostsWords([text, cure].filter(Boolean).join(" ")), true);
 }
 

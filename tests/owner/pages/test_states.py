@@ -235,6 +235,16 @@ def test_a_refused_move_is_said_in_the_language_of_the_page(owner: Owner, standi
     owner.complaints()  # of the refusal
 
 
+@pytest.mark.parametrize(("other", "named"), [(2, "channel 2 (“Cam <img src=x onerror=alert(1)>”)"), (None, "another camera")])
+def test_a_refusal_names_the_camera_that_is_in_the_way(owner: Owner, standin: StandIn, other: int | None, named: str) -> None:
+    standin.refusal = {"reason": "port_kept", "text": "The port is kept.", "other_channel": other, "collision": None}
+    owner.open("profile/0")
+    owner.press("Move to another camera")
+    owner.press("Move")
+    assert owner.sees(f"The port is kept for {named}; forget that one first.")
+    owner.complaints()  # of the refusal
+
+
 def test_a_change_is_shown_before_the_host_has_answered(owner: Owner, standin: StandIn) -> None:
     owner.open("profile/0")
     owner.wait(lambda: not owner.is_on("Flip top and bottom"))

@@ -32,7 +32,7 @@ ENGLISH = {page: texts(page)["en"] for page in ("owner", "share")}
 CAUSES = dict(re.findall(r"^USBDEVCTL_(?:REASON|NOTICE)\((\w+),(.*?)\)\n(?=\n|USB|$)", (TOOL / "reason/reasons.def").read_text(), re.M | re.S))
 # What the page itself puts into words, besides what the host does.
 OWN_VALUES = {"port", "channel", "other_name", "other_channel", "root", "lack_cure", "reserved"}
-# Of an assignment, and of a move.
+# Of an assignment, and of what else is refused for a reason that has a name.
 REFUSALS = {
     *re.findall(r"\"(\w+)\"", re.findall(r"kReasons\[\] = \{(.*?)\}", (TOOL / "profile/assignment.cpp").read_text(), re.S)[0]),
     *re.findall(r"^constexpr char k\w+\[\] = \"(\w+)\";", (TOOL / "settings/refusal.h").read_text(), re.M),
@@ -82,6 +82,11 @@ def test_the_texts_of_a_cause_show_only_values_that_there_are(cause: str) -> Non
 def test_each_refusal_has_its_text_and_no_other_has() -> None:
     assert len(REFUSALS) > 10
     assert {named(key, "refusal") for key in ENGLISH["owner"]} - {""} == REFUSALS
+
+
+def test_a_refusal_shows_only_the_camera_that_is_in_the_way() -> None:
+    shown = [values(text) for key, text in ENGLISH["owner"].items() if named(key, "refusal")]
+    assert set().union(*shown) == {"other"}
 
 
 def test_each_reason_of_a_guest_has_its_text_and_no_other_has() -> None:

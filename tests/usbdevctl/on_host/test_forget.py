@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import json
 import xml.etree.ElementTree as xml
 
 import pytest
@@ -131,6 +132,8 @@ def test_a_camera_that_is_attached_is_not_forgotten(profile: str) -> None:
     assert result.stderr == (
         'usbdevctl: channel 4  3-1  "Cam"  profile 2: it is attached; only a camera that is away can be forgotten\n'
     )
+    refusals = json.loads(usbdevctl("forget", "ch4", "--json").stdout)["refusals"]
+    assert [one["reason"] for one in refusals] == ["attached"]
 
 
 def test_a_free_channel_has_nothing_to_forget() -> None:

@@ -5,33 +5,31 @@
 
 #include "camera/camera_argument.h"
 #include "camera/camera_lookup.h"
+#include "channel/configuration.h"
 #include "channel/hotplug_lock.h"
 #include "command_line/commands.h"
 #include "output/output.h"
 #include "profile/channel_release.h"
+#include "settings/refusal.h"
 #include "stream/channel_links.h"
 
 namespace usbdevctl {
 
 namespace {
 
-ExitStatus notForgotten(const std::string &why) {
-  complain(why);
-  return ExitStatus::failure;
-}
-
 ExitStatus forget(const CameraOptions &options) {
   const HotplugLock lock(kHotplugLockFile);  // so that no device is plugged in meanwhile
-  if (!lock.error().empty()) return notForgotten(lock.error());
+  if (!lock.error().empty()) return refuse({{lock.error(), kNotLocked}}, options.json);
   Camera camera;
   const ExitStatus found = findCamera(options.camera.name(), camera);
   if (found != ExitStatus::ok) return found;
   if (camera.row.state == ChannelState::plugged) {
-    return notForgotten(cameraText(camera) + ": it is attached; only a camera that is away can be forgotten");
+    const std::string why = ": it is attached; only a camera that is away can be forgotten";
+    return refuse({{cameraText(camera) + why, kAttached}}, options.json);
   }
   const ChannelLinks links = linksOf(camera.channel);
   std::string wrong;
-  if (!releaseChannel(camera, wrong)) return notForgotten(cameraText(camera) + ": " + wrong);
+  if (!releaseChannel(camera, wrong)) return refused(cameraText(camera) + ": " + wrong);
   print(changeOutput("forgotten", {}, camera, options.json));
   return linksFollowed(camera.channel, links);
 }

@@ -24,10 +24,10 @@ struct ImportOptions {
   bool json = false;
 };
 
-ExitStatus refuse(const Refusals &refusals) {
-  for (const Refusal &refusal : refusals) complain(refusal.why);
+ExitStatus notImported(const Refusals &refusals) {
+  const ExitStatus status = refuse(refusals, false);
   complain("nothing was changed");
-  return ExitStatus::failure;
+  return status;
 }
 
 std::optional<Settings> readFile(const std::string &name) {
@@ -71,13 +71,13 @@ ExitStatus report(const std::vector<Step> &steps, const Applied &applied, bool j
 
 ExitStatus importSettings(const ImportOptions &options) {
   const HotplugLock lock(kHotplugLockFile);  // so that no camera is plugged in or removed meanwhile
-  if (!lock.error().empty()) return refuse({{lock.error()}});
+  if (!lock.error().empty()) return notImported({{lock.error()}});
   const std::optional<Settings> settings = readFile(options.file);
-  if (!settings) return refuse({});
+  if (!settings) return notImported({});
   ChannelRows rows;
   if (!readChannels(rows)) return configurationUnreadable();
   const Plan plan = planImport(*settings, rows, readAttached(rows));
-  if (!plan.refusals.empty()) return refuse(plan.refusals);
+  if (!plan.refusals.empty()) return notImported(plan.refusals);
   return report(plan.steps, applySteps(plan.steps), options.json);
 }
 

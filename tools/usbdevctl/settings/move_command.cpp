@@ -34,12 +34,6 @@ struct Move {
   Plan plan;
 };
 
-ExitStatus notMoved(const Refusals &refusals, bool json) {
-  for (const Refusal &refusal : refusals) complain(refusal.why);
-  if (json) print(refusedJson(refusals).text());
-  return ExitStatus::failure;
-}
-
 ExitStatus prepare(const MoveOptions &options, Move &move) {
   ChannelRows rows;
   if (!readChannels(rows)) return configurationUnreadable();
@@ -58,18 +52,18 @@ ExitStatus prepare(const MoveOptions &options, Move &move) {
 ExitStatus takeBack(const Move &move, std::size_t done, bool json) {
   const std::vector<Step> &steps = move.plan.steps;
   complain("failed: " + stepText(steps[done]));
-  if (done == 0) return notMoved({{"nothing was changed", kNotBegun}}, json);
+  if (done == 0) return refuse({{"nothing was changed", kNotBegun}}, json);
   const Plan back = planReturn(move.settings, move.source, {steps.begin(), steps.begin() + static_cast<long>(done)});
   if (!back.refusals.empty()) {
     for (std::size_t i = 0; i < done; ++i) complain("done: " + stepText(steps[i]));
-    return notMoved(back.refusals, json);
+    return refuse(back.refusals, json);
   }
   const std::size_t returned = applySteps(back.steps).steps;
   if (returned == back.steps.size()) {
-    return notMoved({{"the profile is with the camera that had it, its links are new", kPutBack}}, json);
+    return refuse({{"the profile is with the camera that had it, its links are new", kPutBack}}, json);
   }
   for (std::size_t i = 0; i < returned; ++i) complain("put back: " + stepText(back.steps[i]));
-  return notMoved({{"it could not be put back, failed: " + stepText(back.steps[returned]), kNotPutBack}}, json);
+  return refuse({{"it could not be put back, failed: " + stepText(back.steps[returned]), kNotPutBack}}, json);
 }
 
 bool readSharePage(int profile, std::string &page) {
@@ -114,14 +108,14 @@ ExitStatus report(const MoveOptions &options, Move &move) {
 
 ExitStatus move(const MoveOptions &options) {
   const HotplugLock lock(kHotplugLockFile);  // so that neither camera is plugged in or removed meanwhile
-  if (!lock.error().empty()) return notMoved({{lock.error(), kNotLocked}}, options.json);
+  if (!lock.error().empty()) return refuse({{lock.error(), kNotLocked}}, options.json);
   Move move;
   const ExitStatus prepared = prepare(options, move);
   if (prepared != ExitStatus::ok) return prepared;
   if (move.source.channel == move.target.channel) {
-    return notMoved({{cameraText(move.target) + ": it has the profile", kOwnCamera}}, options.json);
+    return refuse({{cameraText(move.target) + ": it has the profile", kOwnCamera}}, options.json);
   }
-  if (!move.plan.refusals.empty()) return notMoved(move.plan.refusals, options.json);
+  if (!move.plan.refusals.empty()) return refuse(move.plan.refusals, options.json);
   const Applied applied = applySteps(move.plan.steps);
   if (applied.steps != move.plan.steps.size()) return takeBack(move, applied.steps, options.json);
   const ExitStatus reported = report(options, move);

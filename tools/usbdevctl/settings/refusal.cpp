@@ -4,12 +4,15 @@
 #include "settings/refusal.h"
 
 #include "output/numbers.h"
+#include "output/output.h"
 
 namespace usbdevctl {
 
 Refusal refusalOf(const Assignment &assignment, const ChannelRows &rows) {
   return {refusalText(assignment, rows), reasonWord(assignment), assignment.other, collisionWord(assignment.collision)};
 }
+
+namespace {
 
 Json refusedJson(const Refusals &refusals) {
   Json list = Json::array();
@@ -21,6 +24,14 @@ Json refusedJson(const Refusals &refusals) {
                     .set("why", refusal.why));
   }
   return Json::document().set("refusals", std::move(list));
+}
+
+}  // namespace
+
+ExitStatus refuse(const Refusals &refusals, bool json) {
+  for (const Refusal &refusal : refusals) complain(refusal.why);
+  if (json) print(refusedJson(refusals).text());
+  return ExitStatus::failure;
 }
 
 }  // namespace usbdevctl

@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-// Why an import or a move is not done.
+// Why a command did nothing, for people and for programs.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "command_line/exit_status.h"
 #include "output/json.h"
 #include "profile/assignment.h"
 
@@ -17,6 +18,9 @@ constexpr char kOwnCamera[] = "own_camera";
 constexpr char kPortOff[] = "port_off";
 constexpr char kNoFormat[] = "no_format";
 constexpr char kNotLocked[] = "not_locked";
+// What else a command refuses: to forget a camera that is attached, and a stream that the camera does not offer.
+constexpr char kAttached[] = "attached";
+constexpr char kNotOffered[] = "not_offered";
 // A step failed: the first one, or a later one.
 constexpr char kNotBegun[] = "not_begun";
 constexpr char kPutBack[] = "put_back";
@@ -33,7 +37,7 @@ using Refusals = std::vector<Refusal>;
 
 Refusal refusalOf(const Assignment &assignment, const ChannelRows &rows);
 
-/// The object for programs of a command that did nothing.
-Json refusedJson(const Refusals &refusals);
+/// Complains of each, and also prints them as an object for programs if that is wanted.
+ExitStatus refuse(const Refusals &refusals, bool json);
 
 }  // namespace usbdevctl

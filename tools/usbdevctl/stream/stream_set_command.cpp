@@ -11,6 +11,7 @@
 #include "command_line/shared_arguments.h"
 #include "events/event_codes.h"
 #include "output/output.h"
+#include "settings/refusal.h"
 #include "stream/picture_address.h"
 #include "stream/stream_command.h"
 #include "stream/stream_notice.h"
@@ -46,13 +47,13 @@ std::vector<Event> eventsAfter(std::optional<std::int64_t> id) {
   return id ? events : std::vector<Event>();
 }
 
-ExitStatus explainRefusal(int profile, const _streaminfo &wanted) {
+ExitStatus explainRefusal(int profile, const _streaminfo &wanted, bool json) {
   const std::string name = "profile " + std::to_string(profile);
   if (wanted.vnode == -1) return refused(name + " has no camera, without which its stream cannot be set");
   float rate = 0;
   if (findclosedFPS(profile, &wanted, &rate) == 0) return refusedFor(profile);
-  return refused("the camera of " + name + " does not offer " + wordFor(videoCodecs(), wanted.vcodec) + " at " +
-                 sizeText(wanted.width, wanted.height));
+  const std::string stream = wordFor(videoCodecs(), wanted.vcodec) + " at " + sizeText(wanted.width, wanted.height);
+  return refuse({{"the camera of " + name + " does not offer " + stream, kNotOffered}}, json);
 }
 
 ExitStatus report(const StreamSetOptions &options, const Camera &camera, const StreamOutcome &outcome) {
@@ -84,7 +85,7 @@ ExitStatus set(const StreamSetOptions &options) {
   const std::optional<std::int64_t> newest = newestEvent();
   _streaminfo wanted = changed(before, options.change);
   if (vl_set_usbchn_stream(profile, &wanted, &before, kLogChangesOnly) != 0) {
-    return explainRefusal(profile, wanted);
+    return explainRefusal(profile, wanted, options.json);
   }
   StreamOutcome outcome;
   outcome.events = eventsAfter(newest);
