@@ -32,6 +32,12 @@ CUT = """[...document.querySelectorAll('#page *')].filter((element) => {
 }).map((element) => element.outerHTML.slice(0, 80))"""
 SMALL = """[...document.querySelectorAll('button, select, input, nav a')].filter((element) =>
   element.offsetWidth && Math.min(element.offsetWidth, element.offsetHeight) < %d).map((element) => element.outerHTML.slice(0, 80))"""
+# What is not wholly seen although the keyboard is on it.
+HIDDEN = """[...document.querySelectorAll('main :is(a, button, input, select):not(:disabled)')].filter((element) => {
+  element.blur(); // it may have it already
+  element.focus();
+  return element.getBoundingClientRect().bottom > document.querySelector('nav').getBoundingClientRect().top + 1;
+}).map((element) => element.outerHTML.slice(0, 80))"""
 KEY = re.compile(r"^[a-z_]+\.[a-z_.]+$", re.MULTILINE)
 
 
@@ -55,6 +61,14 @@ def test_the_name_of_a_port_is_on_one_line(page: Owner) -> None:
     for width in range(320, 480, 8) if page.evaluate("document.querySelector('.port') !== null") else []:
         page.size(width, 700)
         assert page.evaluate("[...document.querySelectorAll('.port')].filter((one) => one.getClientRects().length > 1).length") == 0, width
+    page.size(*SIZES[-1])
+
+
+def test_what_the_keyboard_reaches_is_not_behind_the_navigation(page: Owner) -> None:
+    for width, height in [(472, 700), (320, 568)]:
+        page.size(width, height)
+        page.evaluate("scrollTo(0, 0)")
+        assert page.evaluate(HIDDEN) == [], width
     page.size(*SIZES[-1])
 
 
