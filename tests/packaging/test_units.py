@@ -119,6 +119,12 @@ def test_the_pages_are_served_to_this_machine_unless_a_drop_in_says_otherwise() 
     assert [settings("usbdev-pages.service", f"IPAddress{key}") for key in ("Deny", "Allow")] == [["any"], ["localhost"]]
 
 
+def test_only_the_service_for_many_hosts_has_its_user_and_sees_the_processes_of_others() -> None:
+    alone = ["usbdev-fleet.service"]
+    assert [name for name in NAMES if settings(name, "User") == ["usbdev-fleet"]] == alone
+    assert [name for name in NAMES if settings(name, "ProtectProc") != ["invisible"]] == alone  # it has to see the encoders
+
+
 def test_only_the_service_for_many_hosts_sees_its_settings_and_without_them_is_not_started_again() -> None:
     assert [name for name in NAMES if any("/etc/usbdev-host" in value for value in settings(name, "BindReadOnlyPaths"))] == [
         "usbdev-fleet.service"]
