@@ -18,7 +18,7 @@ USUAL_DAYS = "7"
 
 class Charts(SignedIn):
     async def get(self) -> None:
-        days = self.get_query_argument("days", USUAL_DAYS)
+        days = self.get_query_argument("days", USUAL_DAYS) or ""
         if days not in map(str, range(1, MOST_DAYS + 1)):
             raise problems.invalid("The request has no proper days.")
         try:

@@ -27,7 +27,7 @@ class Events(SignedIn):
         severity = self.get_query_argument("severity", None)
         if severity is not None and severity not in event_log.SEVERITIES:
             raise problems.invalid("The request has no proper severity.")
-        search = self.get_query_argument("search", "")
+        search = self.get_query_argument("search", "") or ""
         found = await asyncio.to_thread(event_log.newest, limit or USUAL, before, search, severity)
         self.finish({"events": found})
 

@@ -7,7 +7,7 @@ from __future__ import annotations
 
 from statelib.picture import AWAY
 from statelib.problems import Problem
-from tornado.iostream import StreamBufferFullError
+from tornado.iostream import IOStream, StreamBufferFullError
 from tornado.websocket import WebSocketClosedError, WebSocketHandler
 
 from ownerlib.answers import SignedInSocket
@@ -17,10 +17,10 @@ MOST_WAITING = 1 << 19  # bytes that a page has not taken yet; more than twice t
 
 
 class LiveAnswer(SignedInSocket, WebSocketHandler):
-    async def open(self) -> None:
+    async def open(self, *_: str, **__: str) -> None:
         assert self.ws_connection is not None
         self.set_nodelay(True)
-        self._stream = self.ws_connection.stream  # type: ignore[attr-defined]
+        self._stream: IOStream = self.ws_connection.stream  # type: ignore[assignment] # until it is closed
         self._stream.max_write_buffer_size = MOST_WAITING
         try:
             first = message("state", await self.host.state())

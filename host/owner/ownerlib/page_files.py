@@ -32,7 +32,7 @@ class PageFile(OwnersAnswer, FileAnswer):
         self.set_header("Cache-Control", "no-cache")
 
 
-def routes() -> list[tuple[Any, ...]]:
+def routes() -> list[Any]:
     return [
         (r"/", Page),
         (r"/page/(design\.css|favicon\.svg|live-player\.js|texts\.js)", PageFile, {"path": WEB}),

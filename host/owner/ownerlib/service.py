@@ -39,7 +39,7 @@ CHANNEL = "([0-9])"
 PROFILE = "([0-3])"
 
 
-def routes(host: Host) -> list[tuple[Any, ...]]:
+def routes(host: Host) -> list[Any]:
     """Returns the requests of the interface; openapi.yaml describes each."""
     answers = [
         ("/session", SessionAnswer),

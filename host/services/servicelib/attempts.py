@@ -25,7 +25,7 @@ class Attempts:
 
     def pause(self, visitor: Visitor) -> int:
         """Returns the seconds until the visitor may try again."""
-        times = self._wrong.get(visitor, ())
+        times = self._wrong.get(visitor, deque[float]())
         if len(times) < ALLOWED:
             return 0
         return max(0, math.ceil(times[0] + SECONDS - self._clock()))

@@ -13,7 +13,7 @@ from typing import Any
 
 from tornado.http1connection import HTTP1ServerConnection
 from tornado.httpserver import HTTPServer
-from tornado.httputil import HTTPHeaders, HTTPMessageDelegate, RequestStartLine
+from tornado.httputil import HTTPHeaders, HTTPMessageDelegate, RequestStartLine, ResponseStartLine
 from tornado.iostream import IOStream
 
 
@@ -47,25 +47,26 @@ class Server(HTTPServer):
         self._with_requests = _Latest()
         self._upgraded = _Latest()
 
-    def listen(self, port: int, address: str) -> None:
+    def listen(self, port: int, address: str) -> None:  # type: ignore[override]
         now, most = resource.getrlimit(resource.RLIMIT_NOFILE)
         resource.setrlimit(resource.RLIMIT_NOFILE, (max(now, min(DESCRIPTORS, most)), most))
         super().listen(port, address, backlog=MOST_WAITING)
 
-    def handle_stream(self, stream: IOStream, address: tuple[str, int]) -> None:
+    def handle_stream(self, stream: IOStream, address: tuple[Any, ...]) -> None:
         self._with_requests.add(stream)
         write = stream.write
-        stream.write = lambda data: write(REFUSAL if data == BARE_REFUSAL else data)  # no handler runs for these
+        # No handler runs for these.
+        stream.write = lambda data: write(REFUSAL if data == BARE_REFUSAL else data)  # type: ignore[assignment]
         super().handle_stream(stream, address)
 
-    def on_close(self, connection: HTTP1ServerConnection) -> None:
+    def on_close(self, connection: HTTP1ServerConnection) -> None:  # type: ignore[override]
         """Notes that no more requests come. A connection that is still open has become a WebSocket."""
         super().on_close(connection)
         self._with_requests.remove(connection.stream)
         if not connection.stream.closed():
             self._upgraded.add(connection.stream)
 
-    def start_request(self, *connection: object) -> HTTPMessageDelegate:
+    def start_request(self, *connection: Any) -> HTTPMessageDelegate:
         return _OrRefusal(super().start_request(*connection))
 
 
@@ -100,7 +101,9 @@ class _OrRefusal(HTTPMessageDelegate):
     def __init__(self, request: HTTPMessageDelegate) -> None:
         self._request = request
 
-    def headers_received(self, start_line: RequestStartLine, headers: HTTPHeaders) -> Awaitable[None] | None:
+    def headers_received(
+        self, start_line: RequestStartLine | ResponseStartLine, headers: HTTPHeaders
+    ) -> Awaitable[None] | None:
         if not _is_proper(headers):
             # tornado answers a head that has both with status 400, and closes the connection.
             headers["Content-Length"], headers["Transfer-Encoding"] = "0", "chunked"

@@ -14,7 +14,7 @@ class Problem(Exception):
     def __init__(self, status: int, name: str, text: str, cure: str | None = None, **values: Any) -> None:
         super().__init__(name)
         self.status = status
-        self.answer = {"error": name, "text": text, "cure": cure, **values}
+        self.answer: dict[str, Any] = {"error": name, "text": text, "cure": cure, **values}
 
 
 def signed_out() -> Problem:

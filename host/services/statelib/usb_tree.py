@@ -39,7 +39,7 @@ class Controllers:
 
 def tree(rows: list[Row], controllers: Controllers) -> dict[str, Any]:
     found: dict[str | int, dict[str, Any]] = {}
-    cameras = {row["slot"]: row for row in sorted(rows, key=lambda row: row["state"] == "plugged") if row["slot"]}
+    cameras = {row["slot"]: row for row in sorted(rows, key=lambda row: bool(row["state"] == "plugged")) if row["slot"]}
     for bus in sorted({_bus(port) for port in cameras}):
         path, bridge = controllers.of_bus(bus)
         controller = found.setdefault(path or bus, {"path": path, "bridge": bridge, "buses": [], "ports": []})

@@ -92,5 +92,5 @@ class LiveAnswer(Answer, WebSocketHandler):
         self._feeds.leave(self._folder, self)
 
 
-def routes(feeds: Feeds) -> list[tuple[Any, ...]]:
+def routes(feeds: Feeds) -> list[Any]:
     return [(ROUTE, LiveAnswer, {"feeds": feeds})]

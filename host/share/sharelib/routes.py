@@ -80,7 +80,7 @@ def _text(value: object) -> str:
     return value
 
 
-def routes(library: Library, feeds: Feeds) -> list[tuple[Any, ...]]:
+def routes(library: Library, feeds: Feeds) -> list[Any]:
     question = {"library": library, "attempts": Attempts(), "turn": asyncio.Lock()}
     return [
         (r"/share", Page),
