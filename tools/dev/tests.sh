@@ -59,8 +59,8 @@ test_with_sanitizers() {
 
 run_all_tests() {
   # What was freed is kept for a while, to notice who still uses it; many megabytes of it make every fork slow.
-  export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:quarantine_size_mb=8
-  export UBSAN_OPTIONS=print_stacktrace=1
+  # Undefined behaviour is an illegal instruction, of which it prints the line.
+  export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:quarantine_size_mb=8:handle_sigill=1
   export TSAN_OPTIONS=halt_on_error=1
   build release
   # At the same time, because many tests only wait. An interrupt does not reach what runs in the background.
