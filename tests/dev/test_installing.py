@@ -153,3 +153,21 @@ def test_a_system_without_apt_gets_a_message(lacking: Machine) -> None:
     assert outcome.status == 1
     assert "dev: packages can be installed only on Debian, and this machine has no apt-get" in outcome.output
     assert LIBRARY_ALONE in outcome.output
+
+
+def test_a_server_that_only_tests_need_is_not_started_by_its_installation(machine: Machine) -> None:
+    machine.lacks("nginx-light", "mosquitto-clients", "prometheus")
+    machine.answers("systemctl", ("*", "", 0))
+    outcome = machine.dev("test", "Text")
+    assert machine.called("systemctl") == ["mask --quiet nginx.service", "mask --quiet prometheus.service"]
+    assert "nginx is not started as a service; 'systemctl unmask nginx' allows that" in outcome.output
+    calls = machine.calls.read_text().splitlines()
+    last = max(number for number, call in enumerate(calls) if call.startswith("systemctl"))
+    assert [number for number, call in enumerate(calls) if "apt-get" in call and call.endswith("prometheus")][-1] > last
+
+
+def test_a_server_that_is_there_already_is_left_alone(machine: Machine) -> None:
+    machine.lacks("curl")
+    machine.answers("systemctl", ("*", "", 0))
+    machine.dev("test", "Text")
+    assert machine.called("systemctl") == []

@@ -122,6 +122,19 @@ apt_step() {
   fi
 }
 
+# Tests start these servers for themselves. Debian starts each as soon as it is installed, two of them for the whole network.
+keep_servers_from_starting() {
+  command -v systemctl >/dev/null || return 0
+  for server in mosquitto nginx prometheus; do
+    case " $wanted" in
+      *" $server "* | *" $server-light "*)
+        as_root systemctl mask --quiet "$server.service"
+        echo "$server is not started as a service; 'systemctl unmask $server' allows that"
+        ;;
+    esac
+  done
+}
+
 install_missing() {
   # shellcheck disable=SC2048,SC2086 # the arguments are lists of words
   wanted=$(missing $*)
@@ -136,5 +149,6 @@ install_missing() {
   mkdir -p build
   : >"$package_log"
   apt_step downloading 'the packages could not be downloaded, which needs a network' --download-only
+  keep_servers_from_starting
   apt_step installing 'apt-get could not install the packages'
 }
