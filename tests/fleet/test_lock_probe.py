@@ -6,7 +6,7 @@
 from __future__ import annotations
 
 import asyncio
-from fcntl import LOCK_EX, LOCK_NB, LOCK_UN, flock
+from fcntl import LOCK_EX, LOCK_NB, LOCK_SH, LOCK_UN, flock
 from pathlib import Path
 
 import pytest
@@ -44,7 +44,7 @@ def test_a_free_lock_is_taken_at_once_and_given_back(file: Path, waits: list[flo
 def test_the_wait_lasts_as_long_as_somebody_has_the_lock(file: Path, waits: list[float]) -> None:
     async def scenario() -> None:
         with file.open() as other:
-            flock(other, LOCK_EX)
+            flock(other, LOCK_SH)  # for which a change waits, too
             measuring = asyncio.create_task(LockProbe().measure())
             await asyncio.sleep(0.05)
             assert not measuring.done() and not waits

@@ -5,17 +5,22 @@
 
 from __future__ import annotations
 
+import asyncio
 import json
 import re
 import subprocess
+import urllib.request
 from itertools import combinations
 from pathlib import Path
 from typing import Any
 
 import pytest
 import yaml
-from conftest import REPOSITORY
+from conftest import PATIENCE, REPOSITORY, VERSIONS, Certificates, free_port, made_up
+from fleetlib import metrics, metrics_page
+from fleetlib.settings import Metrics
 from jsonschema import Draft202012Validator
+from servicelib import counts
 
 FILES = REPOSITORY / "examples/prometheus"
 RULES_TEST = Path(__file__).resolve().parent / "alerts_test.yml"
@@ -69,17 +74,43 @@ def test_every_rule_fires_in_a_test_and_keeps_quiet_in_another_one() -> None:
     assert quiet >= rules - {"UsbCameraHostUnreadable"}  # whose test has another host, which is not away
 
 
-def test_the_lines_for_other_machines_are_proper_too(tmp_path: Path) -> None:
+def test_with_the_lines_for_other_machines_it_scrapes_with_tls_and_a_password(
+    tmp_path: Path, ours: Certificates, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    monkeypatch.setattr(counts, "FOLDER", tmp_path / "counts")
+    served = Metrics("127.0.0.1", free_port(), ours.server, ours.server_key, "prometheus", "secret")
     text = (FILES / "prometheus.yml").read_text()
-    for name in ("ca.pem", "password"):
-        (tmp_path / name).write_text("x")
-        text = text.replace(f"/etc/prometheus/usbdev-{name}", f"{tmp_path}/{name}")
     first = text.index("#  - job_name")
-    (tmp_path / "prometheus.yml").write_text(text[:first] + re.sub("^#", "", text[first:], flags=re.MULTILINE))
-    (tmp_path / "alerts.yml").write_text((FILES / "alerts.yml").read_text())
-    done = subprocess.run(["promtool", "check", "config", tmp_path / "prometheus.yml"], capture_output=True, text=True, check=False)
-    assert "certificate" in done.stderr or done.returncode == 0, done.stdout + done.stderr
-    assert len(yaml.safe_load((tmp_path / "prometheus.yml").read_text())["scrape_configs"]) == 2
+    given = yaml.safe_load(text[:first] + re.sub("^#", "", text[first:], flags=re.MULTILINE))
+    others = given["scrape_configs"][1]
+    assert {Path(others["tls_config"]["ca_file"]).parent, Path(others["basic_auth"]["password_file"]).parent} == {Path("/etc/prometheus")}
+    (tmp_path / "password").write_text("secret")
+    others["tls_config"]["ca_file"], others["basic_auth"]["password_file"] = ours.ca, f"{tmp_path}/password"
+    others["static_configs"] = [{"targets": [f"127.0.0.1:{served.port}"]}]
+    given |= {"scrape_configs": [others], "global": {"scrape_interval": "1s"}, "rule_files": []}
+    (tmp_path / "prometheus.yml").write_text(yaml.safe_dump(given))
+    at = f"127.0.0.1:{free_port()}"
+
+    def is_scraped() -> bool:
+        try:
+            with urllib.request.urlopen(f"http://{at}/api/v1/query?query=usbdev_up", timeout=PATIENCE) as answer:
+                return [found["value"][1] for found in json.load(answer)["data"]["result"]] == ["1"]
+        except OSError:  # it does not listen yet
+            return False
+
+    async def scenario() -> None:
+        host = metrics.Host(VERSIONS)
+        host.note(made_up())
+        metrics_page.listen(served, host)
+        while not await asyncio.to_thread(is_scraped):
+            await asyncio.sleep(0.1)
+
+    words = ("--config.file", f"{tmp_path}/prometheus.yml", "--storage.tsdb.path", f"{tmp_path}/data", "--web.listen-address", at)
+    with subprocess.Popen(["prometheus", *words], stderr=subprocess.DEVNULL) as prometheus:
+        try:
+            asyncio.run(asyncio.wait_for(scenario(), 60))
+        finally:
+            prometheus.terminate()
 
 
 def test_the_dashboard_has_what_a_dashboard_needs() -> None:

@@ -62,6 +62,20 @@ def test_what_is_counted_is_written_soon_and_together(folder: Path) -> None:
     asyncio.run(scenario())
 
 
+def test_it_is_not_written_more_often_than_that(folder: Path, monkeypatch: pytest.MonkeyPatch) -> None:
+    async def scenario() -> None:
+        made, written = Counts(), list[None]()
+        made.begin("pages")
+        monkeypatch.setattr(made, "write", lambda: written.append(None))
+        for _ in range(1000):
+            made.add("plug_events", "camera", "plugged")
+        await soon(lambda: written)
+        await asyncio.sleep(0.05)
+        assert len(written) == 1
+
+    asyncio.run(scenario())
+
+
 def is_locked(file: Path) -> bool:
     with file.open() as opened:
         try:

@@ -68,7 +68,6 @@ def listen(settings: Metrics, host: Collector) -> str:
             [("/metrics", MetricsAnswer, parts)],
             default_handler_class=NothingThere,
             log_function=lambda _: None,
-            compress_response=True,
         ),
         ssl_options=server_context(settings),
         idle_connection_timeout=PATIENCE_SECONDS,
