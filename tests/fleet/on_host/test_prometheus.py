@@ -13,14 +13,15 @@ import subprocess
 import sys
 import urllib.parse
 import urllib.request
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
 from pathlib import Path
 from socket import AF_INET, SOCK_DGRAM, socket
 from typing import Any
 
+import conftest
 import pytest
 import yaml
-from conftest import REPOSITORY, free_port, until
+from conftest import REPOSITORY, free_port
 
 sys.path.append(str(REPOSITORY / "tests/share/on_host"))
 from host_service import Service
@@ -38,12 +39,17 @@ def run(command: str) -> str:
     return subprocess.run(["sh", "-ec", command], check=True, stdout=subprocess.PIPE, text=True).stdout
 
 
+def until(condition: Callable[[], object]) -> None:
+    """Whatever happens on a busy machine, and is scraped after it."""
+    conftest.until(condition, 90)
+
+
 class Prometheus:
     """One with the configuration of the examples, which only looks more often."""
 
     def __init__(self, folder: Path) -> None:
         given = yaml.safe_load((FILES / "prometheus.yml").read_text())
-        given["global"] = {"scrape_interval": "1s", "evaluation_interval": "1s"}  # a scrape may take as long
+        given["global"] = {"scrape_interval": "2s", "evaluation_interval": "2s"}  # a scrape may take as long
         (folder / "prometheus.yml").write_text(yaml.safe_dump(given))
         (folder / "alerts.yml").write_text((FILES / "alerts.yml").read_text())
         self._at = f"127.0.0.1:{free_port()}"
@@ -51,7 +57,7 @@ class Prometheus:
             self._process = subprocess.Popen(
                 ["prometheus", f"--config.file={folder}/prometheus.yml", f"--storage.tsdb.path={folder}/data",
                  f"--web.listen-address={self._at}"], stdout=log, stderr=log)  # fmt: skip
-        until(lambda: self.value("up") == 1, 60)
+        until(lambda: self.value("up") == 1)
 
     def ask(self, path: str, **question: str) -> Any:
         with urllib.request.urlopen(f"http://{self._at}/api/v1/{path}?{urllib.parse.urlencode(question)}", timeout=20) as answer:
