@@ -114,7 +114,7 @@ def test_the_logins_command_has_the_user_and_the_file_of_their_service() -> None
 
 def test_the_pages_are_served_to_this_machine_unless_a_drop_in_says_otherwise() -> None:
     (started,) = settings("usbdev-pages.service", "ExecStart")
-    assert started.endswith(" --address ${ADDRESS}")
+    assert started.endswith(" --address ${ADDRESS} $OPTIONS")
     assert "ADDRESS=127.0.0.1" in settings("usbdev-pages.service", "Environment")
     assert [settings("usbdev-pages.service", f"IPAddress{key}") for key in ("Deny", "Allow")] == [["any"], ["localhost"]]
 

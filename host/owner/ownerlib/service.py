@@ -14,7 +14,7 @@ from servicelib import lifecycle
 from servicelib.counts import counts
 from sharelib.answers import LONGEST_BODY
 from sharelib.library import Library
-from sharelib.service import serve
+from sharelib.service import parse, serve
 from tornado.web import Application
 
 from ownerlib import (
@@ -79,11 +79,11 @@ def application(host: Host, library: Library) -> Application:
     )
 
 
-async def _serve(address: str) -> None:
+async def _serve(options: argparse.Namespace) -> None:
     counts.begin("pages")
     library, host = Library(), Host()
     following = asyncio.create_task(host.follow())
-    serving = asyncio.create_task(serve(application(host, library), library.web_port(), address))
+    serving = asyncio.create_task(serve(application(host, library), library.web_port(), options))
     await asyncio.wait((following, serving), return_when=asyncio.FIRST_COMPLETED)
     if following.done():
         following.result()  # which is the reason why it has failed; pages would show what was
@@ -94,6 +94,4 @@ async def _serve(address: str) -> None:
 
 def main(arguments: list[str]) -> int:
     parser = argparse.ArgumentParser(prog="owner-page", description="Shows the owner of the cameras what the library knows.")
-    parser.add_argument("--address", metavar="IP", default="127.0.0.1", help="address to serve (default: 127.0.0.1)")
-    options = parser.parse_args(arguments)
-    return lifecycle.run(_serve(options.address))
+    return lifecycle.run(_serve(parse(parser, arguments)))

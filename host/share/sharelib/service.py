@@ -6,6 +6,7 @@
 from __future__ import annotations
 
 import argparse
+import ipaddress
 import sys
 
 from servicelib import lifecycle
@@ -31,27 +32,48 @@ def application(library: Library) -> Application:
     )
 
 
-async def serve(pages: Application, port: int | None, address: str) -> None:
-    """Serves the pages at the port of the host's web pages until a signal ends that."""
-    port = port or DEFAULT_PORT
-    server = Server(
+def server_of(pages: Application, is_behind_proxy: bool) -> Server:
+    return Server(
         pages,
         idle_connection_timeout=PATIENCE_SECONDS,
         body_timeout=PATIENCE_SECONDS,
         max_body_size=sys.maxsize,  # a body that is too long gets an answer
+        xheaders=is_behind_proxy,  # who asks is whom X-Real-IP names
     )
-    server.listen(port, address)
-    await lifecycle.serve_until_stopped(f"listening on {address}:{port}")
+
+
+async def serve(pages: Application, port: int | None, options: argparse.Namespace) -> None:
+    """Serves the pages at the port of the host's web pages until a signal ends that."""
+    port = port or DEFAULT_PORT
+    server = server_of(pages, options.behind_proxy)
+    server.listen(port, options.address)
+    await lifecycle.serve_until_stopped(f"listening on {options.address}:{port}")
     server.stop()
 
 
-async def _serve(address: str) -> None:
+async def _serve(options: argparse.Namespace) -> None:
     library = Library()
-    await serve(application(library), library.web_port(), address)
+    await serve(application(library), library.web_port(), options)
+
+
+def parse(parser: argparse.ArgumentParser, arguments: list[str]) -> argparse.Namespace:
+    parser.add_argument("--address", metavar="IP", default="127.0.0.1", help="address to serve (default: 127.0.0.1)")
+    parser.add_argument("--behind-proxy", action="store_true",
+                        help="visitors come through a web server on this machine, which names their address in X-Real-IP")
+    options = parser.parse_args(arguments)
+    # Everybody who reaches the page can send the header.
+    if options.behind_proxy and not _is_loopback(options.address):
+        parser.error("--behind-proxy needs an address that only this machine reaches")
+    return options
+
+
+def _is_loopback(address: str) -> bool:
+    try:
+        return ipaddress.ip_address(address).is_loopback
+    except ValueError:
+        return False
 
 
 def main(arguments: list[str]) -> int:
     parser = argparse.ArgumentParser(prog="share-page", description="Shows the streams that share links open.")
-    parser.add_argument("--address", metavar="IP", default="127.0.0.1", help="address to serve (default: 127.0.0.1)")
-    options = parser.parse_args(arguments)
-    return lifecycle.run(_serve(options.address))
+    return lifecycle.run(_serve(parse(parser, arguments)))
