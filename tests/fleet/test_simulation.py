@@ -18,6 +18,8 @@ from conftest import REPOSITORY, Broker, Consumer, until
 sys.path.append(str(REPOSITORY / "bench/fleet"))
 from played import Value, contradiction, record
 from players import Players, without_time
+from prometheus_client.openmetrics.parser import text_string_to_metric_families
+from scraped import text
 
 HOSTS, LIVES, CHANGES = 5, 2, 18
 
@@ -67,6 +69,18 @@ def test_cameras_stream_wait_for_one_another_and_are_unplugged(lives: list[Path]
     assert any(channel["streams"] for channel in channels)
     assert any(channel["waits_for"] is not None for channel in channels)
     assert any(channel["state"] == "unplugged" for channel in channels)
+
+
+def test_the_metrics_count_the_cameras_of_the_machine_after_each_change(lives: list[Path]) -> None:
+    for life in lives:
+        for step, line in enumerate(lines([life])):
+            counted, machine = plugged(text(life, step)), line["machine"]
+            assert len(machine["channels"]) <= counted <= len(machine["channels"]) + len(machine["refused"])
+
+
+def plugged(metrics: bytes) -> float:
+    samples = [sample for family in text_string_to_metric_families(metrics.decode()) for sample in family.samples]
+    return sum(one.value for one in samples if one.name == "usbdev_channels" and one.labels["state"] == "plugged")
 
 
 def test_all_hosts_begin_without_a_camera_and_soon_have_ten(lives: list[Path]) -> None:
