@@ -35,7 +35,7 @@ OWN_VALUES = {"port", "channel", "other_name", "other_channel", "root", "lack_cu
 # Of an assignment, and of what else is refused for a reason that has a name.
 REFUSALS = {
     *re.findall(r"\"(\w+)\"", re.findall(r"kReasons\[\] = \{(.*?)\}", (TOOL / "profile/assignment.cpp").read_text(), re.S)[0]),
-    *re.findall(r"^constexpr char k\w+\[\] = \"(\w+)\";", (TOOL / "settings/refusal.h").read_text(), re.M),
+    *re.findall(r"^constexpr char k\w+\[\] = \"(\w+)\";", (TOOL / "command_line/refusal.h").read_text(), re.M),
 }
 GUESTS_REASONS = re.findall(r"\(\"(\w+)\", \"", (HOST / "share/sharelib/verdict.py").read_text())
 # The first part of the keys that scripts put together.

@@ -8,9 +8,9 @@
 #include "channel/configuration.h"
 #include "channel/hotplug_lock.h"
 #include "command_line/commands.h"
+#include "command_line/refusal.h"
 #include "output/output.h"
 #include "profile/channel_release.h"
-#include "settings/refusal.h"
 #include "stream/channel_links.h"
 
 namespace usbdevctl {

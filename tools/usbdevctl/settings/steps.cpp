@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "output/printable.h"
+#include "profile/assignment.h"
 #include "settings/stream_fit.h"
 
 namespace usbdevctl {
@@ -36,6 +37,10 @@ std::string nameOf(Kind kind) {
       return "switch its port off";
   }
   return "";
+}
+
+Refusal refusalOf(const Assignment &assignment, const ChannelRows &rows) {
+  return {refusalText(assignment, rows), reasonWord(assignment), assignment.other, collisionWord(assignment.collision)};
 }
 
 /// The steps that apply everything of a profile except its camera.

@@ -8,8 +8,9 @@
 #include <vector>
 
 #include "camera/camera.h"
+#include "command_line/refusal.h"
+#include "explain/collision.h"
 #include "format/formats.h"
-#include "settings/refusal.h"
 #include "settings/settings.h"
 #include "settings/stream_fit.h"
 

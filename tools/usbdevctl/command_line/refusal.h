@@ -9,7 +9,6 @@
 
 #include "command_line/exit_status.h"
 #include "output/json.h"
-#include "profile/assignment.h"
 
 namespace usbdevctl {
 
@@ -34,8 +33,6 @@ struct Refusal {
 };
 
 using Refusals = std::vector<Refusal>;
-
-Refusal refusalOf(const Assignment &assignment, const ChannelRows &rows);
 
 /// Complains of each, and also prints them as an object for programs if that is wanted.
 ExitStatus refuse(const Refusals &refusals, bool json);

@@ -1,16 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "settings/refusal.h"
+#include "command_line/refusal.h"
 
 #include "output/numbers.h"
 #include "output/output.h"
 
 namespace usbdevctl {
-
-Refusal refusalOf(const Assignment &assignment, const ChannelRows &rows) {
-  return {refusalText(assignment, rows), reasonWord(assignment), assignment.other, collisionWord(assignment.collision)};
-}
 
 namespace {
 
