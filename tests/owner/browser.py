@@ -23,6 +23,13 @@ import viewer
 Result = TypeVar("Result")
 
 
+# Messages disappear after a while, which a test may miss; this remembers them.
+LISTEN = """window.told = [];
+new MutationObserver(() => {
+  for (const one of document.querySelectorAll('.notice')) if (!window.told.includes(one.innerText)) window.told.push(one.innerText);
+}).observe(document, { childList: true, subtree: true, characterData: true });"""
+
+
 def _quoted(text: str) -> str:
     return f'"{text}"'
 
@@ -31,6 +38,7 @@ class Owner:
     def __init__(self, browser: Chrome, origin: str) -> None:
         self.browser = browser
         self.origin = origin
+        self.tell_browser("Page.addScriptToEvaluateOnNewDocument", source=LISTEN)
 
     def open(self, page: str = "") -> None:
         """As somebody who enters the address."""
@@ -76,6 +84,10 @@ class Owner:
 
     def sees(self, *texts: str) -> bool:
         return self.wait(lambda: self._contains("body", texts))
+
+    def is_told(self, text: str) -> bool:
+        """In a message, which may have disappeared."""
+        return bool(self.wait(lambda: any(text in one for one in self.evaluate("window.told"))))
 
     def sees_no_more(self, text: str) -> bool:
         return self.wait(lambda: text not in self.text())

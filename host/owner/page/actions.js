@@ -24,10 +24,15 @@ export function explain(problem) {
   else notice(t("error.refused"), hostsWords([text, cure].filter(Boolean).join(" ")), true);
 }
 
-// Whether it worked.
+// Why something could not be read. That the host does not answer is said as long as it is so, on every page.
+export function explainReading(problem) {
+  if (problem.name !== "host_away") explain(problem);
+}
+
+// The answer, or true if there is none; false if it did not work.
 export async function attempt(request) {
   try {
-    return (await request()) ?? true;
+    return (await request()) || true;
   } catch (problem) {
     explain(problem);
     return false;
@@ -84,7 +89,8 @@ export async function streamInstead(channel, other, state) {
   const names = { name: nameOf(channel), other: nameOf(other) };
   const [free] = freeProfiles(state);
   if (channel.profile === null && !free) return moveHere(channel, state, [other]);
-  const consequences = [t("instead.stream", names), t("instead.kept", names)];
+  const consequences = [t("instead.kept", names)];
+  if (other.switched_on) consequences.unshift(t("instead.stream", names));
   if (channel.profile === null) consequences.push(t("instead.profile", names));
   if (!(await ask({ title: t("instead.title", names), consequences, yes: t("do.instead") }))) return;
   if (!(await attempt(() => change(switchedOff(other), switching(other, false))))) return;
@@ -100,6 +106,7 @@ export async function unbind(channel) {
   if (!(await ask({ ...question, consequences: consequences.filter(Boolean) }))) return;
   if (await attempt(() => call("DELETE", `/channels/${channel.channel}/profile`))) {
     notice(t("done.unbound", { name: nameOf(channel) }));
+    location.hash = "#/";
   }
 }
 
@@ -107,6 +114,7 @@ export async function forget(channel) {
   const name = nameOf(channel);
   const consequences = [t("forget.channel", { number: channel.channel })];
   if (channel.profile !== null) consequences.push(t("forget.profile", { number: channel.profile }));
+  if (channel.shared) consequences.push(t("unbind.link"));
   consequences.push(t("forget.back"));
   if (!(await ask({ title: t("forget.title", { name }), consequences, yes: t("do.forget"), isLoss: true }))) return;
   if (await attempt(() => call("DELETE", `/channels/${channel.channel}`))) notice(t("done.forgotten", { name }));
@@ -117,9 +125,9 @@ const asOption = (channel) => ({
   text: t("camera_in_port", { name: nameOf(channel), port: channel.port }),
 });
 
-async function moveTo(profile, channel) {
-  const answer = await attempt(() => call("POST", `/profiles/${profile}/move`, { channel }));
-  if (answer) notice(t("done.moved", { number: profile }), answer.differences.map(differenceText).filter(Boolean).join(" "));
+async function moveTo(from, to) {
+  const answer = await attempt(() => call("POST", `/profiles/${from.profile}/move`, { channel: to.channel }));
+  if (answer) notice(t("done.moved", { name: nameOf(from), camera: nameOf(to) }), answer.differences.map(differenceText).filter(Boolean).join(" "));
 }
 
 const kConsequences = () => [t("move.stream"), t("move.settings"), t("move.link")];
@@ -131,18 +139,18 @@ export async function move(channel, state) {
   const choices = { label: t("move.to"), options };
   const title = t("move.title", { name: nameOf(channel) });
   const chosen = await ask({ title, consequences: kConsequences(), choices, yes: t("do.move") });
-  if (chosen !== null) await moveTo(channel.profile, Number(chosen));
+  if (chosen !== null) await moveTo(channel, state.channels[chosen]);
 }
 
 const withProfile = (state) => state.channels.filter((one) => one.profile !== null);
 
 // Moves a profile that is chosen to this channel.
 export async function moveHere(channel, state, owners = withProfile(state)) {
-  const options = owners.map((one) => ({ ...asOption(one), value: String(one.profile) }));
+  const options = owners.map(asOption);
   const title = t("move.here_title", { name: nameOf(channel) });
   const choices = { label: t("move.from"), options };
   const chosen = await ask({ title, consequences: kConsequences(), choices, yes: t("do.move") });
-  if (chosen !== null) await moveTo(Number(chosen), channel.channel);
+  if (chosen !== null) await moveTo(state.channels[chosen], channel);
 }
 
 export async function rename(channel, name) {

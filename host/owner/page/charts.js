@@ -5,8 +5,9 @@
 
 import { html, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
 import uPlot from "/libraries/uplot.js";
+import { nameOf } from "/page/channels.js";
 import { Busy, Choice, Empty, Failed, useAnswer } from "/page/parts.js";
-import { currentLanguage, number, percent, t } from "/page/texts.js";
+import { currentLanguage, moment, number, percent, t } from "/page/texts.js";
 
 const kDays = ["1", "7", "30"];
 const kHeight = 220; // pixels
@@ -30,7 +31,7 @@ function axes(values, from, incrs) {
   return [{ ...common, values: time, space: 80 }, { ...common, incrs, size: 56, values: (_, splits) => splits.map(values) }];
 }
 
-function Plot({ id, title, data, series, from, range, values = number, incrs = [1, 2, 5, 10, 100, 1000] }) {
+function Plot({ id, title, data, series, from, range, values = number, incrs = [1, 2, 5, 10, 100, 1000], children }) {
   const frame = useRef(null);
   // Before the page is shown, because what is below is moved by it.
   useLayoutEffect(() => {
@@ -59,7 +60,7 @@ function Plot({ id, title, data, series, from, range, values = number, incrs = [
   }, [data]);
   return html`<section class="card plot" aria-labelledby=${id}>
     <h2 id=${id}>${t(title)}</h2><p class="quiet">${t(`${title}.explained`)}</p>
-    <div ref=${frame} role="img" aria-label=${t("charts.described", { title: t(title), count: data[0].length })}></div></section>`;
+    <div ref=${frame} role="img" aria-label=${t("charts.described", { title: t(title), count: data[0].length })}></div>${children}</section>`;
 }
 
 const point = (name, shade) => ({
@@ -71,12 +72,24 @@ const point = (name, shade) => ({
 
 const sorted = (times) => [...new Set(times)].sort((one, other) => one - other);
 
-function Plugs({ plugs, from }) {
+const kMoments = 8;
+
+const latest = (plugs) => [...plugs].sort((one, other) => (one.time < other.time ? 1 : -1)).slice(0, kMoments);
+
+// The latest, in words; a channel that has another camera by now is called after that one.
+function Moments({ plugs, state }) {
+  const name = (channel) => channel.state !== "free" && html` · <bdi>${nameOf(channel)}</bdi>`;
+  return html`<ul class="events">${latest(plugs).map((one) => html`<li class="event"><div>
+    <p>${t("channel_number", { number: one.channel })}${name(state.channels[one.channel])}: ${t(`charts.${one.kind}`)}</p>
+    <p class="quiet"><time datetime=${one.time}>${moment(one.time)}</time></p></div></li>`)}</ul>`;
+}
+
+function Plugs({ plugs, from, state }) {
   const times = sorted(plugs.map((one) => seconds(one.time)));
   const of = (kind) => times.map((time) => plugs.find((one) => seconds(one.time) === time && one.kind === kind)?.channel);
   const series = [point("charts.plugged", "--good"), point("charts.unplugged", "--bad")];
   return html`<${Plot} id="plugs" title="charts.plugs" data=${[times, of("plugged"), of("unplugged")]} series=${series}
-    from=${from} range=${[-0.5, 9.5]} />`;
+    from=${from} range=${[-0.5, 9.5]}><${Moments} plugs=${plugs} state=${state} /><//>`;
 }
 
 // A bar for every profile, from when its stream began until it ended.
@@ -127,20 +140,20 @@ function TimeOuts({ timeouts, from }) {
 
 const kPlots = { plugs: Plugs, up: UpTime, bandwidth: Bandwidth, timeouts: TimeOuts };
 
-function Plots({ charts, days }) {
+function Plots({ charts, days, state }) {
   const from = Date.now() / 1000 - days * kDay;
   const filled = Object.entries(kPlots).filter(([name]) => charts[name]?.length > 0);
   if (filled.length === 0) return html`<${Empty} icon="charts" title=${t("charts.empty")}><p>${t("charts.empty_cure")}</p><//>`;
   return html`<div class="plots">
-    ${filled.map(([name, Part]) => html`<${Part} key=${name} ...${{ [name]: charts[name] }} from=${from} />`)}</div>`;
+    ${filled.map(([name, Part]) => html`<${Part} key=${name} ...${{ [name]: charts[name] }} from=${from} state=${state} />`)}</div>`;
 }
 
-export function Charts() {
+export function Charts({ state }) {
   const [days, setDays] = useState("7");
   const [charts, again] = useAnswer(`/charts?days=${days}`);
   const options = kDays.map((one) => ({ value: one, text: t(`charts.days.${one}`) }));
   return html`<div class="filter"><${Choice} id="days" label=${t("charts.days")} value=${days} options=${options} change=${setDays} /></div>
     ${charts === null && html`<${Busy} text=${t("loading")} />`}
     ${charts === undefined && html`<${Failed} again=${again} />`}
-    ${charts && html`<${Plots} charts=${charts} days=${Number(days)} />`}`;
+    ${charts && html`<${Plots} charts=${charts} days=${Number(days)} state=${state} />`}`;
 }

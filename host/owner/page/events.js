@@ -4,8 +4,9 @@
 // The event log as it grows.
 
 import { html, useEffect, useState } from "/libraries/preact.js";
-import { explain } from "/page/actions.js";
+import { explainReading } from "/page/actions.js";
 import { read } from "/page/api.js";
+import { channelOf, nameOf } from "/page/channels.js";
 import { hostsWords } from "/page/hosts_words.js";
 import { Icon } from "/page/icons.js";
 import { Busy, Button, Choice, Empty } from "/page/parts.js";
@@ -20,7 +21,11 @@ function question(filter, before) {
   return `/events?${new URLSearchParams(Object.entries(wishes).filter(([, value]) => value))}`;
 }
 
-const load = (filter, before) => read(question(filter, before)).catch((problem) => explain(problem) ?? { events: [] });
+const load = (filter, before) =>
+  read(question(filter, before)).catch((problem) => {
+    explainReading(problem);
+    return { events: [] };
+  });
 
 // The events that fit the filter; asked for again when the newest one changes.
 function useEvents(filter, newest) {
@@ -47,10 +52,19 @@ function useEvents(filter, newest) {
   return { events, isAll, older };
 }
 
-const Event = ({ event }) => html`<li class=${`event ${event.severity}`} data-severity=${event.severity}>
+// The log counts profiles from one and calls them channels.
+const kProfile = /\bChannel ([1-4])\b/;
+
+function cameraOf(event, state) {
+  const [, count] = kProfile.exec(event.text) ?? [];
+  const channel = count && channelOf(state, count - 1);
+  return channel ? t("events.camera", { name: nameOf(channel), number: count - 1 }) : "";
+}
+
+const Event = ({ event, state }) => html`<li class=${`event ${event.severity}`} data-severity=${event.severity}>
   <${Icon} name=${event.severity === "information" ? "info" : "alert"} />
   <div><p><span class="unseen">${t(`severity.${event.severity}`)}: </span>${hostsWords(event.text)}</p>
-    <p class="quiet"><time datetime=${event.time}>${moment(event.time)}</time></p></div>
+    <p class="quiet"><time datetime=${event.time}>${moment(event.time)}</time> <bdi>${cameraOf(event, state)}</bdi></p></div>
 </li>`;
 
 function Filter({ filter, setFilter }) {
@@ -63,9 +77,9 @@ function Filter({ filter, setFilter }) {
   </form></search>`;
 }
 
-function Found({ events, isAll, older, isFiltered }) {
+function Found({ state, events, isAll, older, isFiltered }) {
   if (events.length === 0) return html`<${Empty} icon="events" title=${t(isFiltered ? "events.none_found" : "events.empty")} />`;
-  return html`<ul class="card events">${events.map((one) => html`<${Event} key=${one.id} event=${one} />`)}</ul>
+  return html`<ul class="card events">${events.map((one) => html`<${Event} key=${one.id} event=${one} state=${state} />`)}</ul>
     ${!isAll && html`<div class="buttons"><${Button} act=${older}>${t("events.older")}<//></div>`}`;
 }
 
@@ -76,5 +90,5 @@ export function Events({ state }) {
   return html`<p class="quiet">${t("events.explained")}</p>
     <${Filter} filter=${filter} setFilter=${setFilter} />
     ${isFiltered && events && html`<p class="unseen" role="status">${t("events.found", { count: events.length })}</p>`}
-    ${events ? html`<${Found} events=${events} isAll=${isAll} older=${older} isFiltered=${isFiltered} />` : html`<${Busy} text=${t("loading")} />`}`;
+    ${events ? html`<${Found} state=${state} events=${events} isAll=${isAll} older=${older} isFiltered=${isFiltered} />` : html`<${Busy} text=${t("loading")} />`}`;
 }

@@ -7,6 +7,7 @@ import { html, useState } from "/libraries/preact.js";
 import { attempt } from "/page/actions.js";
 import { read } from "/page/api.js";
 import { Busy, Button, Failed, useAnswer } from "/page/parts.js";
+import { notice } from "/page/store.js";
 import { hasText, plain, t } from "/page/texts.js";
 
 // A value as text; what the host does not report is said to be unknown.
@@ -34,13 +35,19 @@ function Groups({ host }) {
   </div>`;
 }
 
+const kFile = "report.txt";
+
 function save(text) {
   const link = document.createElement("a");
   link.href = URL.createObjectURL(new Blob([text], { type: "text/plain" }));
-  link.download = "report.txt";
+  link.download = kFile;
   link.click();
   URL.revokeObjectURL(link.href);
+  notice(t("report.saved", { file: kFile }));
 }
+
+// It comes below what can be seen on a phone.
+const show = (element) => element?.scrollIntoView({ block: "nearest" });
 
 function Report() {
   const [report, setReport] = useState("");
@@ -58,7 +65,7 @@ function Report() {
       ${report && html`<${Button} act=${() => save(report)}>${t("report.save")}<//>`}
     </div>
     ${isAsking && html`<${Busy} text=${t("report.making")} />`}
-    ${report && html`<pre tabindex="0" lang="en" aria-label=${t("report")}>${report}</pre>`}
+    ${report && html`<pre ref=${show} tabindex="0" lang="en" aria-label=${t("report")}>${report}</pre>`}
   </section>`;
 }
 

@@ -4,7 +4,7 @@
 // Parts that several pages are made of.
 
 import { html, useEffect, useRef, useState } from "/libraries/preact.js";
-import { explain } from "/page/actions.js";
+import { explainReading } from "/page/actions.js";
 import { read } from "/page/api.js";
 import { Icon } from "/page/icons.js";
 import { closeNotice } from "/page/store.js";
@@ -21,7 +21,7 @@ export function useAnswer(path) {
     setAnswer(null);
     if (path !== null) read(path).then((value) => isLate || setAnswer(value), (problem) => {
       if (isLate) return;
-      explain(problem);
+      explainReading(problem);
       setAnswer(undefined);
     });
     return () => {

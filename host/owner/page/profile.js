@@ -70,7 +70,7 @@ function Rename({ channel }) {
   };
   return html`<form class="line-form" onSubmit=${submit}>
     <div class="field"><label for="name">${t("name")}</label>
-      <input id="name" name="name" value=${nameOf(channel)} maxlength=${kLongestName} required autocomplete="off" /></div>
+      <input id="name" name="name" defaultValue=${nameOf(channel)} maxlength=${kLongestName} required autocomplete="off" /></div>
     <button class="plain">${t("do.rename")}</button>
   </form>`;
 }

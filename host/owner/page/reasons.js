@@ -59,10 +59,13 @@ function due(reasons) {
   return reasons.filter((one) => one.reason === step || !kSteps.includes(one.reason));
 }
 
+// What its owner wants so, or has not wanted otherwise yet.
+const kWanted = ["unbound", "switched_off"];
+
 function Reason({ channel, reason, state }) {
   const { why, cure } = words(channel, reason, state);
   const cures = kCures[reason.reason]?.(channel, state, state.channels[reason.other_channel]) ?? [];
-  const isTrouble = reason.hinders && reason.reason !== "unbound"; // nobody wanted it to stream yet
+  const isTrouble = reason.hinders && !kWanted.includes(reason.reason);
   return html`<li class=${isTrouble ? "reason" : "reason known"}>
     <${Icon} name=${isTrouble ? "alert" : "info"} />
     <div>

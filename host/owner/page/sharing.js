@@ -5,7 +5,7 @@
 
 import { html, useEffect, useMemo, useState } from "/libraries/preact.js";
 import qrcode from "/libraries/qrcode.js";
-import { attempt, explain } from "/page/actions.js";
+import { attempt, explainReading } from "/page/actions.js";
 import { call, read } from "/page/api.js";
 import { channelOf, profileName } from "/page/channels.js";
 import { Icon } from "/page/icons.js";
@@ -49,6 +49,9 @@ async function copy(link) {
   notice(t("share.copied"));
 }
 
+// Whether this page was opened at an address that no other machine can reach.
+const isLoopback = () => ["127.0.0.1", "[::1]", "localhost"].includes(location.hostname);
+
 function Link({ profile, share, renew }) {
   const link = location.origin + share.page;
   const id = `link-${profile}`;
@@ -62,8 +65,9 @@ function Link({ profile, share, renew }) {
         <a class="button plain" href=${share.page} target="_blank" rel="noopener"><${Icon} name="open" />${t("share.as_guest")}</a>
       </div>
       <p class="quiet">${t(share.password ? "share.guest_password" : "share.guest")}</p>
+      ${isLoopback() && html`<p class="quiet">${t("share.loopback")}</p>`}
     </div>
-    <${QrCode} text=${link} />
+    <figure><${QrCode} text=${link} /><figcaption class="quiet">${t("share.scan")}</figcaption></figure>
   </div>`;
 }
 
@@ -75,6 +79,7 @@ function Password({ profile, share, put }) {
     if (await put({ on: true, password: field.value })) field.value = "";
   };
   return html`<form class="line-form" onSubmit=${submit}>
+    <p class="quiet">${t("share.password_link")}</p>
     <div class="field"><label for=${id}>${t(share.password ? "share.new_password" : "share.password")}</label>
       <input id=${id} name="password" type="password" maxlength=${kLongestPassword} required autocomplete="new-password" /></div>
     <button class="plain">${t(share.password ? "do.change_password" : "do.set_password")}</button>
@@ -98,7 +103,7 @@ function useShares(channels) {
     try {
       setShares(Object.fromEntries(await Promise.all(channels.map(shareOf))));
     } catch (problem) {
-      explain(problem);
+      explainReading(problem);
       setShares((before) => before ?? undefined);
     }
   };
@@ -108,8 +113,15 @@ function useShares(channels) {
   return [shares, load];
 }
 
-async function sure(kind, name) {
-  const consequences = [t(`${kind}.guests`), t(`${kind}.link`)];
+// What has been changed.
+function outcome({ on, password }) {
+  if (!on) return "revoked";
+  if (password === undefined) return "shared";
+  return password === null ? "open" : "protected";
+}
+
+async function sure(kind, name, share) {
+  const consequences = [t(`${kind}.guests`), t(`${kind}.link`), share.password ? t(`${kind}.password`) : ""].filter(Boolean);
   return ask({ title: t(`${kind}.title`, { name }), consequences, yes: t(`do.${kind}`), isLoss: true });
 }
 
@@ -122,12 +134,12 @@ function SharedProfile({ profile, share, load, state }) {
   };
   const put = async (body) => {
     const done = await send("PUT", "/share", body);
-    if (done) notice(t(body.on ? "done.shared" : "done.revoked", { name }));
+    if (done) notice(t(`done.${outcome(body)}`, { name }));
     return done;
   };
-  const turn = async (on) => (on || (await sure("revoke", name))) && put({ on });
+  const turn = async (on) => (on || (await sure("revoke", name, share))) && put({ on });
   const renew = async () => {
-    if ((await sure("renew", name)) && (await send("POST", "/share/renewal", {}))) notice(t("done.renewed", { name }));
+    if ((await sure("renew", name, share)) && (await send("POST", "/share/renewal", {}))) notice(t("done.renewed", { name }));
   };
   return html`<li class="card share" data-profile=${profile.profile}>
     <h2><bdi>${name}</bdi></h2>

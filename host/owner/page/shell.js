@@ -64,7 +64,7 @@ export function Shell({ view, page, address, title, children }) {
         <${Icon} name="signOut" /><span>${t("sign_out")}</span></button>
     </header>
     <${Navigation} page=${page} />
-    <main id="content">
+    <main id="content" class=${view.away ? "stale" : ""}>
       <h1 tabindex="-1" ref=${heading}><bdi>${title}</bdi></h1>
       ${children}
     </main>

@@ -82,6 +82,7 @@ function take({ section, value }) {
   if (section === "host_away") return set({ away: true });
   if (section === "channels" && known.state) welcome(known.state.channels, value);
   const merge = follow[section] ?? ((part, state) => ({ ...state, [section]: part }));
+  if (known.away) notice(t("back"));
   if (section === "state" || known.state) set({ away: false, state: merge(value, known.state) });
 }
 

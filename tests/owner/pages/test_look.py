@@ -98,8 +98,8 @@ def test_there_is_no_barrier_on_the_way_in(owner: Owner, standin: StandIn) -> No
 
 def test_a_question_has_no_barrier(owner: Owner) -> None:
     owner.open("profile/0")
-    owner.press("Take the profile away")
-    owner.sees("The stream ends.")
+    owner.press("End this stream")
+    owner.sees("Its profile becomes free for another camera.")
     assert owner.barriers() == []
 
 

@@ -87,21 +87,21 @@ def plugged_in(standin: StandIn, *channels: int) -> list[dict[str, Any]]:
     return STATE["channels"]
 
 
+# Looks at the page whenever it changes.
+WATCH = "new MutationObserver(() => { %s }).observe(document.body, { childList: true, subtree: true, attributes: true })"
+
+
 def test_a_camera_that_is_plugged_in_is_announced_and_marked(owner: Owner, standin: StandIn) -> None:
     channels = plugged_in(standin, 1)
     owner.open()
     owner.sees_on_card(1, "Garage")
-    marked = "[...document.querySelectorAll('.camera.new')].map((one) => one.dataset.channel)"
-    assert owner.evaluate(marked) == []
+    owner.evaluate("void (window.marked = [])")
+    owner.evaluate(WATCH % "window.marked.push(...[...document.querySelectorAll('.camera.new')].map((one) => one.dataset.channel))")
     standin.tell("channels", channels)
-    assert owner.wait(lambda: "“Garage with a name that is rather long” is plugged in." in said(owner))
-    assert owner.evaluate(marked) == ["1"]
-    assert owner.wait(lambda: owner.evaluate(marked) == [] and said(owner) == "")
-
-
-def said(owner: Owner) -> str:
-    """What those who do not see the page hear of a change."""
-    return owner.evaluate("document.querySelector('.notices[role=status]').innerText")
+    assert owner.is_told("“Garage with a name that is rather long” is plugged in.")
+    assert owner.evaluate("document.querySelector('.notices').getAttribute('role')") == "status"
+    assert owner.wait(lambda: set(owner.evaluate("window.marked")) == {"1"})
+    assert owner.wait(lambda: owner.evaluate("document.querySelectorAll('.camera.new, .notice').length") == 0)
 
 
 def test_a_message_lies_over_nothing_that_can_be_pressed(owner: Owner, standin: StandIn) -> None:
@@ -111,10 +111,11 @@ def test_a_message_lies_over_nothing_that_can_be_pressed(owner: Owner, standin: 
         owner.size(width, height)
         owner.open()
         owner.sees_on_card(1, "Garage")
+        end = f"scrollTo(0, document.documentElement.scrollHeight); window.covered = {COVERED};"
+        owner.evaluate(WATCH % f"if (document.querySelectorAll('.notice').length === 3) {{ {end} }}")
         standin.tell("channels", channels)
-        owner.wait(lambda: owner.evaluate("document.querySelectorAll('.notice').length") == 3)
-        owner.evaluate("scrollTo(0, document.documentElement.scrollHeight)")
-        assert owner.evaluate(COVERED) == [], width
+        assert owner.wait(lambda: owner.evaluate("window.covered ?? null") is not None)
+        assert owner.evaluate("window.covered") == [], width
 
 
 # What can be pressed and is at least partly under a message.
@@ -168,6 +169,42 @@ def test_a_second_step_that_is_refused_is_said_with_the_first(owner: Owner, stan
     owner.complaints()  # of the refusal
 
 
+def test_it_is_said_that_a_password_is_lost_with_the_link(owner: Owner) -> None:
+    owner.open("sharing")
+    owner.turn("Share this camera")
+    assert owner.sees("Its password is lost too: sharing again begins without one.")
+    owner.press("Cancel")
+    owner.press("Replace the link")
+    assert owner.sees("The password stays.")
+
+
+def test_a_link_that_works_on_this_machine_only_is_said_to(owner: Owner, standin: StandIn) -> None:
+    owner.open("sharing")
+    owner.sees("Copy link")
+    assert "works on this machine only" not in owner.text()
+    local = Owner(owner.browser, f"http://127.0.0.1:{standin.port}")
+    local.open()
+    local.evaluate("localStorage.setItem('signedIn', '1')")
+    local.open("sharing")
+    assert local.sees("works on this machine only")
+    local.browser.get(owner.origin)
+
+
+def test_an_event_names_the_camera_that_it_is_about(owner: Owner) -> None:
+    owner.open("events")
+    owner.sees("Channel 1 is plugged in")
+    events = owner.evaluate("[...document.querySelectorAll('.event')].map((one) => one.innerText)")
+    assert ["“Front door”, profile 0" in one for one in events[:3]] == [True, False, True]
+
+
+def test_what_somebody_types_stays_when_news_come(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.enter("Name", "Back d")
+    standin.tell("channels", [{**one, "switched_on": False} for one in standin.state["channels"]])
+    assert owner.wait(lambda: not owner.is_on("Use its USB port"))
+    assert owner.field("Name").get_attribute("value") == "Back d"
+
+
 def test_what_h264_costs_is_said_before(owner: Owner, standin: StandIn) -> None:
     standin.state["channels"][0] |= {"codec": "mjpeg", "rate": 30, "overlay": True}
     owner.open("profile/0")
@@ -214,10 +251,10 @@ def test_who_is_signed_in_is_beside_the_way_out(owner: Owner) -> None:
 def test_a_refused_change_is_taken_back_with_its_reason(owner: Owner, standin: StandIn) -> None:
     standin.refusal = {"reason": "not_attached", "text": "It is not attached.", "cure": None}
     owner.open("profile/2")
-    owner.wait(lambda: not owner.is_on("USB port switched on"))
-    owner.turn("USB port switched on")
+    owner.wait(lambda: not owner.is_on("Use its USB port"))
+    owner.turn("Use its USB port")
     assert owner.sees("The camera is not plugged in.")
-    assert not owner.is_on("USB port switched on")
+    assert not owner.is_on("Use its USB port")
     owner.press("Close")
     assert owner.sees_no_more("The camera is not plugged in.")
     assert owner.complaints() != []  # the browser tells of every refusal
@@ -227,7 +264,7 @@ def test_a_refused_move_is_said_in_the_language_of_the_page(owner: Owner, standi
     standin.refusal = {"reason": "port_off", "text": "Its port is off.", "other_channel": None, "collision": None}
     owner.open("profile/0")
     owner.choose("Language", "Deutsch")
-    owner.press("Auf andere Kamera verschieben")
+    owner.press("Auf eine andere Kamera verschieben")
     owner.press("Verschieben")
     assert owner.sees("Der USB-Anschluss der Kamera ist ausgeschaltet; schalten Sie ihn zuerst ein.")
     assert "Its port is off." not in owner.text()
@@ -262,6 +299,20 @@ def test_a_host_that_is_gone_is_waited_for(owner: Owner, standin: StandIn) -> No
     assert owner.sees(AWAY, "The encoder of profile 1 has ended")
     standin.away = False
     assert owner.sees_no_more(AWAY)
+    assert owner.is_told("The host answers again.")
+    owner.complaints()
+
+
+def test_what_is_read_while_the_host_is_away_makes_no_message_of_its_own(owner: Owner, standin: StandIn) -> None:
+    owner.open()
+    owner.sees("Front door")
+    standin.leave()
+    owner.sees(AWAY)
+    owner.press("Charts")
+    assert owner.sees("The host did not answer this")
+    assert owner.evaluate("document.querySelectorAll('.notice.refusal').length") == 0
+    standin.away = False
+    assert owner.is_told("The host answers again.")
     owner.complaints()
 
 
@@ -286,10 +337,10 @@ def test_a_name_from_outside_is_only_text(owner: Owner) -> None:
 
 def test_the_way_out_of_a_question_is_first_and_changes_nothing(owner: Owner, standin: StandIn) -> None:
     owner.open("profile/0")
-    owner.press("Take the profile away")
-    assert owner.sees("Take the profile of “Front door” away?", "The shared link stops working, for good.")
+    owner.press("End this stream")
+    assert owner.sees("End the stream of “Front door”?", "The shared link stops working, for good.")
     assert owner.focused() == "Cancel"
     owner.press_keys(Keys.ESCAPE)
-    assert owner.sees_no_more("Take the profile of “Front door” away?")
-    assert owner.focused() == "Take the profile away"
+    assert owner.sees_no_more("End the stream of “Front door”?")
+    assert owner.focused() == "End this stream"
     assert [one for one in standin.asked if one[0] == "DELETE"] == []

@@ -43,7 +43,7 @@ def test_plug_a_camera_in_and_see_it_appear(ann: Owner) -> None:
 def test_give_a_camera_a_profile(ann: Owner) -> None:
     run("sim plug usb2-camera 3-1")
     ann.press("Start its stream")
-    assert ann.sees("The stream of “USB 2.0 Camera: USB Camera” begins, with profile 0.")
+    assert ann.is_told("The stream of “USB 2.0 Camera: USB Camera” begins, with profile 0.")
     assert "3-1" in run("usbdevctl profiles")
 
 
@@ -60,7 +60,7 @@ def test_let_the_camera_that_waits_stream_instead(ann: Owner) -> None:
     assert ann.sees("Stream “USB 2.0 Camera: USB Camera” instead of “Door”?", "The stream of “Door” ends, for guests too")
     ann.press("Stream this one instead")
     assert ann.sees_on_card(0, "Switched off")
-    assert ann.sees("“Door” is switched off, so that “USB 2.0 Camera: USB Camera” can stream.")
+    assert ann.is_told("“Door” is switched off, so that “USB 2.0 Camera: USB Camera” can stream.")
     assert ann.wait(lambda: streams(1))
 
 
@@ -82,7 +82,7 @@ def test_let_a_camera_stream_instead_when_no_profile_is_free(ann: Owner) -> None
     ann.press("Stream this one instead")
     assert ann.sees("Move a profile to “USB 2.0 Camera: USB Camera”?")
     ann.press("Move")
-    assert ann.sees("Profile 0 is moved.")
+    assert ann.is_told("“Door” now shows the picture of “USB 2.0 Camera: USB Camera”.")
     assert ann.wait(lambda: streams(4))
 
 
@@ -94,7 +94,7 @@ def test_find_out_that_a_camera_cannot_be_used(ann: Owner) -> None:
 def test_give_a_profile_to_a_camera_that_waits_and_be_warned(ann: Owner) -> None:
     run("sim plug usb2-camera 3-1.1; usbdevctl assign 3-1.1 0; sim plug usb2-camera 3-1.2")
     ann.open("profile/1")
-    ann.press("USB 2.0 Camera: USB Camera, port 3-1.2")
+    ann.press("Port 3-1.2: USB 2.0 Camera: USB Camera")
     assert ann.sees("Stream “USB 2.0 Camera: USB Camera” instead of “USB 2.0 Camera: USB Camera”?", "for guests too")
     ann.press("Cancel")
     assert "3-1.2" not in run("usbdevctl profiles")
@@ -143,19 +143,19 @@ def test_rename_a_camera(door: Owner) -> None:
     assert door.field("Name").get_attribute("value") == "Door"
     door.enter("Name", "Gärtchen")
     door.press("Rename")
-    assert door.sees("It is called “Gärtchen” now.")
+    assert door.is_told("It is called “Gärtchen” now.")
     assert door.wait(lambda: door.heading() == "Gärtchen")
     assert "Gärtchen" in run("usbdevctl profiles")
 
 
 def test_switch_a_port_off_and_on_again(door: Owner) -> None:
     door.open("profile/0")
-    door.turn("USB port switched on")
+    door.turn("Use its USB port")
     door.press("Switch off")
     assert door.sees("Its USB port is switched off.")
     door.press("Switch the port on")
     assert door.sees_no_more("Its USB port is switched off.")
-    assert door.is_on("USB port switched on")
+    assert door.is_on("Use its USB port")
 
 
 def test_be_told_which_camera_streams_after_a_port_is_switched(ann: Owner) -> None:
@@ -163,11 +163,11 @@ def test_be_told_which_camera_streams_after_a_port_is_switched(ann: Owner) -> No
     run("usbdevctl slot off 3-1.1; usbdevctl assign 3-1.2 1; usbdevctl rename 1 Garage; usbdevctl slot on 3-1.1")
     ann.sees_on_card(0, "Waits")
     ann.open("profile/1")
-    ann.turn("USB port switched on")
+    ann.turn("Use its USB port")
     assert ann.sees("“Door” streams in its place. If you then switch this one on, it waits for “Door”.")
     ann.press("Switch off")
     ann.press("Switch the port on")
-    assert ann.sees("“Garage” is switched on; it waits for “Door”.")
+    assert ann.is_told("“Garage” is switched on; it waits for “Door”.")
 
 
 def test_move_to_another_camera(door: Owner) -> None:
@@ -175,19 +175,20 @@ def test_move_to_another_camera(door: Owner) -> None:
     door.open("profile/0")
     door.press("Move to another camera")
     assert door.sees("A shared link gets a new address; the old one stops working.")
-    door.choose("To the camera", "HD Pro Webcam C920, port 5-1")
+    door.choose("To the camera", "Port 5-1: HD Pro Webcam C920")
     door.press("Move")
-    assert door.sees("Profile 0 is moved.")
+    assert door.is_told("“Door” now shows the picture of “HD Pro Webcam C920”.")
     assert door.sees("HD Pro Webcam C920 · Channel 1")
     assert door.heading() == "Door"
 
 
 def test_take_the_profile_away_knowing_what_is_lost(door: Owner) -> None:
     door.open("profile/0")
-    door.press("Take the profile away")
-    assert door.sees("The stream ends.", "The name of the profile is lost.")
-    door.press("Take the profile away")
-    assert door.sees("No camera has this profile")
+    door.press("End this stream")
+    assert door.sees("Its profile becomes free for another camera.", "Its name is lost.")
+    door.press("End this stream")
+    assert door.is_told("The stream of “Door” has ended, and its profile is free.")
+    assert door.sees_on_card(0, "Not started")
     assert "Door" not in run("usbdevctl profiles")
 
 
@@ -198,6 +199,7 @@ def test_forget_a_camera_that_will_not_come_back(door: Owner) -> None:
     assert door.sees("Profile 0 becomes free")
     door.press("Forget this camera")
     assert door.sees("No camera is plugged in")
+    assert door.is_told("“Door” is forgotten.")
 
 
 def test_do_it_all_with_the_keyboard(ann: Owner) -> None:
@@ -208,4 +210,4 @@ def test_do_it_all_with_the_keyboard(ann: Owner) -> None:
             break
         ann.press_keys(Keys.TAB)
     ann.press_keys(Keys.ENTER)
-    assert ann.sees("The stream of “USB 2.0 Camera: USB Camera” begins, with profile 0.")
+    assert ann.is_told("The stream of “USB 2.0 Camera: USB Camera” begins, with profile 0.")

@@ -28,8 +28,8 @@ def guest(owner: Owner) -> Iterator[Owner]:
 
 def share(owner: Owner) -> None:
     owner.open("sharing")
-    owner.turn("Shared")
-    owner.sees("“Door” is shared.")
+    owner.turn("Share this camera")
+    owner.is_told("“Door” is shared.")
 
 
 def test_share_a_camera_and_look_as_a_guest(door: Owner) -> None:
@@ -41,7 +41,7 @@ def test_share_a_camera_and_look_as_a_guest(door: Owner) -> None:
 def test_copy_a_link(door: Owner) -> None:
     share(door)
     door.press("Copy link")
-    assert door.sees("The link is copied.")
+    assert door.is_told("The link is copied.")
 
 
 def test_show_a_link_to_a_phone(door: Owner) -> None:
@@ -56,9 +56,11 @@ def test_share_with_a_password(door: Owner) -> None:
     door.enter("Password for guests", "sesame")
     door.press("Set password")
     assert door.sees("A guest is asked for the password")
+    assert door.is_told("“Door” has a new password and a new link.")
     with guest(door) as somebody:
         assert somebody.sees("This link is protected by a password.")
     door.press("Remove password")
+    assert door.is_told("“Door” has no password any more; its link is the same.")
     assert door.sees("A guest sees the picture and the name of the camera, and nothing else.")
 
 
@@ -73,16 +75,16 @@ def test_renew_a_link_and_watch_the_guests_page_end(door: Owner) -> None:
 def test_make_a_new_link(door: Owner) -> None:
     share(door)
     old = door.field("Link for guests").get_attribute("value")
-    door.press("New link")
+    door.press("Replace the link")
     assert door.sees("The link that you gave away stops working")
-    door.press("New link")
-    assert door.sees("“Door” has a new link.")
+    door.press("Replace the link")
+    assert door.is_told("“Door” has a new link.")
     assert door.wait(lambda: door.field("Link for guests").get_attribute("value") != old)
 
 
 def test_stop_sharing(door: Owner) -> None:
     share(door)
-    door.turn("Shared")
+    door.turn("Share this camera")
     door.press("Stop sharing")
     assert door.sees("Nobody but you can see this camera.")
     assert not json.loads(run("usbdevctl share show 0 --json"))["sharing"]
@@ -92,7 +94,7 @@ def test_see_an_event_when_it_happens(door: Owner) -> None:
     door.open("events")
     door.sees("Search")
     run("usbdevctl stream set 0 --fps 60")
-    assert door.sees("Modified Channel 1 FPS: 60.00")
+    assert door.sees("Modified Channel 1 FPS: 60.00", "“Door”, profile 0")
 
 
 def test_search_the_events(door: Owner) -> None:
@@ -108,7 +110,7 @@ def test_search_the_events(door: Owner) -> None:
 def test_export_the_events(door: Owner) -> None:
     run("usbdevctl stream set 0 --fps 60")
     door.open("events")
-    link = door.wait(lambda: door.browser.find_element(By.LINK_TEXT, "Export all").get_attribute("href"))
+    link = door.wait(lambda: door.browser.find_element(By.LINK_TEXT, "Export all, as a table (CSV)").get_attribute("href"))
     fetch = "fetch(arguments[0]).then((answer) => answer.text()).then(arguments[1])"
     assert "Modified Channel 1 FPS: 60.00" in door.browser.execute_async_script(fetch, link)
 
@@ -120,13 +122,16 @@ def test_see_when_a_camera_came_and_went(door: Owner) -> None:
     assert door.sees("Plugged in and out")
     plot = door.wait(lambda: door.browser.find_element(By.CSS_SELECTOR, "[role=img][aria-label^='Plugged in and out']"))
     assert plot.find_elements(By.TAG_NAME, "canvas") != []
+    assert door.sees("Channel 0 · Door: unplugged")
 
 
 def test_ask_for_help_with_a_report(door: Owner) -> None:
     door.open("host")
     assert door.sees("Kernel", "Profiles")
     door.press("Make the report")
-    assert door.sees("USB 2.0 Camera: USB Camera", "Save as a file")
+    assert door.sees("USB 2.0 Camera: USB Camera")
+    door.press("Save as a file")
+    assert door.is_told("The report is saved, as report.txt.")
 
 
 def test_read_the_page_in_german(door: Owner) -> None:
