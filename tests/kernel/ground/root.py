@@ -31,8 +31,8 @@ UNUSED = """
   systemd-repart.service systemd-update-utmp.service systemd-update-utmp-runlevel.service
 """.split()
 # What begins with the machine, and takes the emulator seconds at each plug; scenarios that need it start it.
-STARTED_WHEN_NEEDED = ("nginx", "usbdev-login", "usbdev-pages")
-OTHERS = ("nginx-light",)
+STARTED_WHEN_NEEDED = ("mosquitto", "nginx", "usbdev-login", "usbdev-pages")
+OTHERS = ("nginx-light", "mosquitto", "mosquitto-clients")
 
 
 # What is in no package; whatever else changes, the packages are built anew.
