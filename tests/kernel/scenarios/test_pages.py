@@ -103,6 +103,34 @@ def test_a_restart_of_pages_and_logins_takes_their_settings_and_leaves_the_strea
     assert guest.run("cat", f"/sys/fs/cgroup/system.slice/{STREAMS}.service/cgroup.procs") == running
 
 
+@pytest.fixture
+def short_patience(guest: Guest) -> Iterator[None]:
+    """The watchdog ends a service after a minute, not after three."""
+    folders = " ".join(f"/run/systemd/system/{unit}.service.d" for unit in (PAGES, LOGINS))
+    guest.shell(f"for it in {folders}; do mkdir -p $it; printf '[Service]\\nWatchdogSec=1min\\n' >$it/watchdog.conf; done; "
+                f"systemctl daemon-reload; systemctl restart {LOGINS} {PAGES}")  # fmt: skip
+    yield
+    guest.shell(f"rm -r {folders}; systemctl daemon-reload; systemctl restart {LOGINS} {PAGES}")
+
+
+@pytest.mark.usefixtures("short_patience")
+def test_pages_and_logins_that_are_killed_or_hang_serve_again_and_the_streams_go_on(
+    guest: Guest, owner: Visitor, shared: str
+) -> None:
+    owner.sign_in("ann", "secret")
+    owner.await_content(f"{STREAM}/playlist.m3u8")
+    running = guest.run("cat", f"/sys/fs/cgroup/system.slice/{STREAMS}.service/cgroup.procs")
+    for starts, (signal, result) in enumerate({"KILL": "signal", "STOP": "watchdog"}.items(), 1):
+        guest.run("systemctl", "kill", f"--signal={signal}", LOGINS, PAGES)
+        for unit in (LOGINS, PAGES):
+            guest.wait(f"test $(systemctl show --value --property=NRestarts {unit}) -ge {starts}")
+            guest.wait(f"systemctl is-active --quiet {unit}")
+            assert f"Failed with result '{result}'" in guest.run("journalctl", f"--unit={unit}")
+        owner.sign_in("ann", "secret")
+        assert owner.ask("GET", f"{API}/state").object["channels"][0]["streams"]
+    assert guest.run("cat", f"/sys/fs/cgroup/system.slice/{STREAMS}.service/cgroup.procs") == running
+
+
 def test_hashes_of_passwords_are_the_login_services_and_pictures_the_groups(guest: Guest, owner: Visitor, shared: str) -> None:
     assert guest.run("stat", "--format=%a %U", "/var/lib/usbdev/login/users") == "600 usbdev-login\n"
     outsider = "setpriv --reuid=4711 --regid=4711 --clear-groups"
