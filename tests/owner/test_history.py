@@ -23,7 +23,10 @@ BEGIN = 1_800_000_000
 
 def state(plugged: set[int], streaming: set[int], reserved: int) -> dict[str, Any]:
     return {
-        "channels": [{"channel": number, "state": "plugged" if number in plugged else "free"} for number in range(10)],
+        "channels": [
+            {"channel": number, "state": "plugged" if number in plugged else "free", "port": f"{number}-1",
+             "device": f"Camera {number}", "profile_name": "Door" if number == 3 else None} for number in range(10)
+        ],
         "profiles": [{"profile": number, "streams": number in streaming} for number in range(4)],
         "usb": {"buses": [{"bus": 1, "reserved": 0, "speed": 480}, {"bus": 3, "reserved": reserved, "speed": 480}]},
     }
@@ -57,9 +60,22 @@ def test_cameras_that_come_and_go_are_kept(kept: Kept) -> None:
     kept.note({0, 3}, set())
     kept.note({3}, set())
     assert kept.history.since(1)["plugs"] == [
-        {"time": text(BEGIN + 120), "channel": 3, "kind": "plugged"},
-        {"time": text(BEGIN + 180), "channel": 0, "kind": "unplugged"},
+        {"time": text(BEGIN + 120), "channel": 3, "kind": "plugged", "name": "Door"},
+        {"time": text(BEGIN + 180), "channel": 0, "kind": "unplugged", "name": "Camera 0"},
     ]
+
+
+def test_cameras_that_came_and_went_are_found_by_number_name_and_port(kept: Kept) -> None:
+    for plugged in ({0}, {0, 3}, {3}, {3, 5}):
+        kept.note(plugged, set())
+    newest = kept.history.plugs(10)
+    assert [(one["kind"], one["name"], one["port"]) for one in newest] == [
+        ("plugged", "Camera 5", "5-1"), ("unplugged", "Camera 0", "0-1"), ("plugged", "Door", "3-1")
+    ]  # fmt: skip
+    assert kept.history.newest_plug() == newest[0]["id"]
+    assert kept.history.plugs(1, newest[0]["id"]) == newest[1:2]
+    assert [one["name"] for one in kept.history.plugs(10, search="dOOR")] == ["Door"]
+    assert [one["name"] for one in kept.history.plugs(10, search="5-1")] == ["Camera 5"]
 
 
 def test_a_stream_is_kept_from_its_begin_to_its_end(kept: Kept) -> None:

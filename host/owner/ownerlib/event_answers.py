@@ -8,12 +8,16 @@ from __future__ import annotations
 import asyncio
 import csv
 import io
+from dataclasses import replace
+from typing import Any
 
 from statelib import event_log, problems
 
+from ownerlib import happenings
 from ownerlib.answers import SignedIn
+from ownerlib.happenings import Wish
 
-COLUMNS = ("id", "time", "severity", "text")
+COLUMNS = ("id", "time", "severity", "text", "camera", "port")
 FORMULA = ("=", "+", "-", "@", "\t", "\r")
 USUAL = 50
 LARGEST_ID = 1 << 62
@@ -22,14 +26,16 @@ MOST_EXPORTED = 100_000
 
 class Events(SignedIn):
     async def get(self) -> None:
-        before = self._number("before", None, LARGEST_ID)
-        limit = self._number("limit", USUAL, event_log.MOST_EVENTS)
+        before, before_plug = (self._number(name, None, LARGEST_ID) for name in ("before", "before_plug"))
+        limit = self._number("limit", USUAL, event_log.MOST_EVENTS) or USUAL
+        self.finish({"events": await self.found(Wish(limit, before, before_plug))})
+
+    async def found(self, wish: Wish) -> list[dict[str, Any]]:
         severity = self.get_query_argument("severity", None)
         if severity is not None and severity not in event_log.SEVERITIES:
             raise problems.invalid("The request has no proper severity.")
-        search = self.get_query_argument("search", "") or ""
-        found = await asyncio.to_thread(event_log.newest, limit or USUAL, before, search, severity)
-        self.finish({"events": found})
+        wish = replace(wish, search=self.get_query_argument("search", "") or "", severity=severity)
+        return await asyncio.to_thread(happenings.newest, self.host.recorder.history, self.host.picture.known, wish)
 
     def _number(self, name: str, usual: int | None, most: int) -> int | None:
         text = self.get_query_argument(name, None)
@@ -40,19 +46,21 @@ class Events(SignedIn):
         return int(text)
 
 
-class EventsFile(SignedIn):
+class EventsFile(Events):
     async def get(self) -> None:
         self.set_header("Content-Type", "text/csv; charset=utf-8")
         self.set_header("Content-Disposition", "attachment; filename=events.csv")
-        self.finish(table(await asyncio.to_thread(event_log.newest, MOST_EXPORTED)))
+        self.finish(table(await self.found(Wish(MOST_EXPORTED))))
 
 
-def table(events: list[event_log.Event]) -> str:
-    """Returns the events as CSV. A text with which a formula begins stays a text, because cameras choose their names."""
+def table(events: list[dict[str, Any]]) -> str:
+    """Returns what happened as CSV, for what is not of the log without an id. A text with which a formula begins stays a text, because cameras choose their names."""
     file = io.StringIO()
     lines = csv.writer(file)
     lines.writerow(COLUMNS)
     for event in events:
-        cells = [str(event[name]) for name in COLUMNS]
+        camera = event["camera"] or {"name": "", "port": ""}
+        values = {**event, "camera": camera["name"], "port": camera["port"], "id": event["id"] if event["kind"] == "log" else ""}
+        cells = [str(values[name]) for name in COLUMNS]
         lines.writerow([f"'{cell}" if cell.startswith(FORMULA) else cell for cell in cells])
     return file.getvalue()

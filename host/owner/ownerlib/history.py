@@ -22,8 +22,9 @@ MOST_DAYS = 30
 MOST_ROWS = 10_000  # of each table
 BUSY_SECONDS = 5
 DAY = 24 * 60 * 60
+LARGEST_ROW = (1 << 63) - 1
 TABLES = {
-    "plug": "time INTEGER NOT NULL, channel INTEGER NOT NULL, kind TEXT NOT NULL",
+    "plug": "time INTEGER NOT NULL, channel INTEGER NOT NULL, kind TEXT NOT NULL, name TEXT NOT NULL, port TEXT NOT NULL",
     "up": "time INTEGER NOT NULL, profile INTEGER NOT NULL, ended INTEGER NOT NULL",
     "bandwidth": "time INTEGER NOT NULL, bus INTEGER NOT NULL, reserved INTEGER NOT NULL, speed INTEGER NOT NULL,"
     " ended INTEGER NOT NULL",
@@ -32,6 +33,7 @@ TABLES = {
 SPANS = ("up", "bandwidth")  # the tables of what lasts
 
 Value = dict[str, Any]
+Camera = tuple[str, str]  # its name and its port
 Span = tuple[int, ...]  # the columns between its begin and its end
 
 
@@ -39,7 +41,7 @@ class History:
     def __init__(self, file: Path = FILE, clock: Callable[[], float] = time.time) -> None:
         self._file = file
         self._clock = clock
-        self._plugged: set[int] | None = None
+        self._plugged: dict[int, Camera] | None = None
         self._running: dict[str, dict[Span, int]] = {table: {} for table in SPANS}  # the rows of what lasts still
         self._counters: tuple[int, ...] | None = None
 
@@ -49,7 +51,8 @@ class History:
         reserved = [(it["bus"], it["reserved"], it["speed"]) for it in state["usb"]["buses"] if it["reserved"]] if state else []
         with self._database() as database:
             if state:
-                self._note_plugs(database, {it["channel"] for it in state["channels"] if it["state"] == "plugged"})
+                attached = [it for it in state["channels"] if it["state"] == "plugged"]
+                self._note_plugs(database, {it["channel"]: (name_of(it), it["port"] or "") for it in attached})
             self._note_spans(database, "up", set(streaming))
             self._note_spans(database, "bandwidth", set(reserved))
             if counters:
@@ -60,22 +63,41 @@ class History:
         """Returns what happened in the last days."""
         begin = self._now() - days * DAY
         with self._database() as database:
-            plugs = database.execute("SELECT time, channel, kind FROM plug WHERE time >= ? ORDER BY time", (begin,)).fetchall()
+            plugs = database.execute(
+                "SELECT time, channel, kind, name FROM plug WHERE time >= ? ORDER BY time", (begin,)).fetchall()
             streams, reserved = (self._spans(database, table, begin) for table in SPANS)
             timeouts = database.execute(
                 "SELECT time, profile, count FROM timeout WHERE time >= ? ORDER BY time", (begin,)).fetchall()
         return {
-            "plugs": [{"time": text(moment), "channel": channel, "kind": kind} for moment, channel, kind in plugs],
+            "plugs": [
+                {"time": text(moment), "channel": channel, "kind": kind, "name": name} for moment, channel, kind, name in plugs
+            ],
             "up": [{"profile": profile, **span} for (profile,), span in streams],
             "bandwidth": [{"bus": bus, "reserved": mbits, "speed": speed, **span} for (bus, mbits, speed), span in reserved],
             "timeouts": [{"time": text(moment), "profile": profile, "count": count} for moment, profile, count in timeouts],
         }
 
-    def _note_plugs(self, database: sqlite3.Connection, plugged: set[int]) -> None:
+    def newest_plug(self) -> int:
+        """Returns the number of the camera that came or went last; 0 without one."""
+        with self._database() as database:
+            return int(database.execute("SELECT ifnull(max(rowid), 0) FROM plug").fetchone()[0])
+
+    def plugs(self, limit: int, before: int | None = None, search: str = "") -> list[Value]:
+        """Returns the cameras that came and went, newest first; only those before a number, with a text in name or port."""
+        found = "SELECT rowid, time, kind, name, port FROM plug WHERE rowid < ? AND instr(lower(name || ' ' || port), lower(?))"
+        with self._database() as database:
+            rows = database.execute(f"{found} ORDER BY rowid DESC LIMIT ?", (before or LARGEST_ROW, search, limit)).fetchall()
+        return [
+            {"id": number, "time": text(moment), "kind": kind, "name": name, "port": port}
+            for number, moment, kind, name, port in rows
+        ]
+
+    def _note_plugs(self, database: sqlite3.Connection, plugged: dict[int, Camera]) -> None:
         before = plugged if self._plugged is None else self._plugged
-        kinds = [(channel, "plugged") for channel in plugged - before] + [(channel, "unplugged") for channel in before - plugged]
-        for channel, kind in sorted(kinds):
-            database.execute("INSERT INTO plug VALUES(?, ?, ?)", (self._now(), channel, kind))
+        came = [(channel, "plugged", *plugged[channel]) for channel in set(plugged) - set(before)]
+        went = [(channel, "unplugged", *before[channel]) for channel in set(before) - set(plugged)]
+        for change in sorted(came + went):
+            database.execute("INSERT INTO plug VALUES(?, ?, ?, ?, ?)", (self._now(), *change))
         self._plugged = plugged
 
     def _note_spans(self, database: sqlite3.Connection, table: str, lasting: set[Span]) -> None:
@@ -120,6 +142,11 @@ class History:
             for table, columns in TABLES.items():
                 database.execute(f"CREATE TABLE IF NOT EXISTS {table}({columns})")
             yield database
+
+
+def name_of(channel: Value) -> str:
+    """Returns what the pages call a camera."""
+    return str(channel["profile_name"] or channel["device"] or f"Channel {channel['channel']}")
 
 
 def text(moment: int) -> str:

@@ -26,7 +26,7 @@ class Host:
         self.sessions = Sessions()
         self.logins = Logins()
         self.live = Live(self.sessions)
-        self.recorder = Recorder()
+        self.recorder = Recorder(lambda number: self.live.tell("plugs", number))
         self.picture = Picture(self._tell, self.recorder.note)
         self.feeds = Feeds()  # the streams that owners watch
         self.guests = Guests(lambda counts: self.live.tell("viewers", counts))
@@ -37,14 +37,14 @@ class Host:
         await asyncio.gather(self.picture.follow(), self.recorder.follow())
 
     async def state(self) -> Value:
-        """Returns the whole picture, with the guests. Raises Problem if it cannot be read."""
+        """Returns the whole picture, with the guests and the number of the camera that came or went last. Raises Problem if it cannot be read."""
         return self._with_guests(await self.picture.state())
 
     def _tell(self, section: str, value: Any) -> None:
         self.live.tell(section, self._with_guests(value) if section == "state" else value)
 
     def _with_guests(self, state: Value) -> Value:
-        return {**state, "viewers": self.guests.counts()}
+        return {**state, "viewers": self.guests.counts(), "plugs": self.recorder.plugs}
 
     def end_session(self, session: str) -> None:
         self.sessions.end(session)

@@ -1,41 +1,49 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-// The event log as it grows.
+// What has happened, as it happens: the event log, and the cameras that came and went.
 
-import { html, useEffect, useState } from "/libraries/preact.js";
-import { explainReading } from "/page/actions.js";
+import { html, useEffect, useRef, useState } from "/libraries/preact.js";
+import { attempt, explainReading } from "/page/actions.js";
 import { read } from "/page/api.js";
-import { channelOf, nameOf } from "/page/channels.js";
 import { hostsWords } from "/page/hosts_words.js";
 import { Icon } from "/page/icons.js";
 import { Busy, Button, Choice, Empty } from "/page/parts.js";
-import { moment, t } from "/page/texts.js";
+import { saveFile } from "/page/save_file.js";
+import { moment, plain, t } from "/page/texts.js";
 
 const kPage = 50;
 const kTyping = 250; // milliseconds without a key before the host is asked
 const kSeverities = ["", "information", "warning"];
+const kIcons = { log: "info", plugged: "plug", unplugged: "unplug" };
 
-function question(filter, before) {
-  const wishes = { limit: kPage, search: filter.search, severity: filter.severity, before };
-  return `/events?${new URLSearchParams(Object.entries(wishes).filter(([, value]) => value))}`;
+function query(wishes) {
+  return new URLSearchParams(Object.entries(wishes).filter(([, value]) => value)).toString();
 }
 
-const load = (filter, before) =>
-  read(question(filter, before)).catch((problem) => {
+const load = (filter, more) =>
+  read(`/events?${query({ limit: kPage, ...filter, ...more })}`).catch((problem) => {
     explainReading(problem);
     return { events: [] };
   });
 
-// The events that fit the filter; asked for again when the newest one changes.
+const keyOf = ({ kind, id }) => `${kind} ${id}`;
+const oldest = (events, isLogged) => events.findLast(({ kind }) => (kind === "log") === isLogged)?.id;
+
+// The events that fit the filter; asked for again when there are new ones, which are marked then.
 function useEvents(filter, newest) {
   const [events, setEvents] = useState(null);
   const [isAll, setAll] = useState(false);
+  const [fresh, setFresh] = useState([]);
+  const seen = useRef({});
   useEffect(() => {
     let isLate = false;
     const timer = setTimeout(async () => {
       const { events: found } = await load(filter);
       if (isLate) return;
+      const keys = found.map(keyOf);
+      setFresh(seen.current.filter === filter ? keys.filter((one) => !seen.current.keys.includes(one)) : []);
+      seen.current = { filter, keys };
       setEvents(found);
       setAll(found.length < kPage);
     }, events === null ? 0 : kTyping);
@@ -45,50 +53,52 @@ function useEvents(filter, newest) {
     };
   }, [filter, newest]);
   const older = async () => {
-    const { events: found } = await load(filter, events.at(-1).id);
+    const { events: found } = await load(filter, { before: oldest(events, true), before_plug: oldest(events, false) });
     setEvents([...events, ...found]);
     setAll(found.length < kPage);
   };
-  return { events, isAll, older };
+  return { events, fresh, isAll, older };
 }
 
-// The log counts profiles from one and calls them channels.
-const kProfile = /\bChannel ([1-4])\b/;
+const textOf = ({ kind, text }) => (kind === "log" ? hostsWords(text) : t(`events.${kind}`));
 
-function cameraOf(event, state) {
-  const [, count] = kProfile.exec(event.text) ?? [];
-  const channel = count && channelOf(state, count - 1);
-  return channel ? t("events.camera", { name: nameOf(channel), number: count - 1 }) : "";
+function Event({ event, isFresh }) {
+  const { camera, kind, severity, time } = event;
+  return html`<li class=${`event ${severity}${isFresh ? " fresh" : ""}`} data-severity=${severity}>
+    <${Icon} name=${severity === "information" ? kIcons[kind] : "alert"} />
+    <div><p><span class="unseen">${t(`severity.${severity}`)}: </span>${textOf(event)}</p>
+      <p class="quiet"><time datetime=${time}>${moment(time)}</time></p></div>
+    ${camera && html`<p class="about"><span class="unseen">${t("camera")}: </span><bdi>${plain(camera.name)}</bdi> <span class="quiet port">${camera.port}</span></p>`}
+  </li>`;
 }
 
-const Event = ({ event, state }) => html`<li class=${`event ${event.severity}`} data-severity=${event.severity}>
-  <${Icon} name=${event.severity === "information" ? "info" : "alert"} />
-  <div><p><span class="unseen">${t(`severity.${event.severity}`)}: </span>${hostsWords(event.text)}</p>
-    <p class="quiet"><time datetime=${event.time}>${moment(event.time)}</time> <bdi>${cameraOf(event, state)}</bdi></p></div>
-</li>`;
+async function save(filter) {
+  const table = await attempt(() => read(`/events.csv?${query(filter)}`));
+  if (table) saveFile(table, "text/csv", `events-${new Date().toISOString().slice(0, 10)}.csv`);
+}
 
-function Filter({ filter, setFilter }) {
-  const options = kSeverities.map((one) => ({ value: one, text: t(`severity.${one || "all"}`) }));
+function Filter({ filter, setFilter, isFiltered }) {
+  const options = kSeverities.map((one) => ({ value: one, text: t(`events.show.${one || "all"}`) }));
   return html`<search class="filter"><form onSubmit=${(event) => event.preventDefault()}>
     <div class="field"><label for="search">${t("events.search")}</label>
       <input id="search" type="search" value=${filter.search} maxlength="100" onInput=${(event) => setFilter({ ...filter, search: event.target.value })} /></div>
     <${Choice} id="severity" label=${t("events.severity")} value=${filter.severity} options=${options} change=${(severity) => setFilter({ ...filter, severity })} />
-    <a class="button plain" href="/api/v1/events.csv" download>${t("events.export")}</a>
+    <${Button} act=${() => save(filter)}>${t(isFiltered ? "events.export_found" : "events.export")}<//>
   </form></search>`;
 }
 
-function Found({ state, events, isAll, older, isFiltered }) {
+function Found({ events, fresh, isAll, older, isFiltered }) {
   if (events.length === 0) return html`<${Empty} icon="events" title=${t(isFiltered ? "events.none_found" : "events.empty")} />`;
-  return html`<ul class="card events">${events.map((one) => html`<${Event} key=${one.id} event=${one} state=${state} />`)}</ul>
+  return html`<ul class="card events">${events.map((one) => html`<${Event} key=${keyOf(one)} event=${one} isFresh=${fresh.includes(keyOf(one))} />`)}</ul>
     ${!isAll && html`<div class="buttons"><${Button} act=${older}>${t("events.older")}<//></div>`}`;
 }
 
 export function Events({ state }) {
   const [filter, setFilter] = useState({ search: "", severity: "" });
-  const { events, isAll, older } = useEvents(filter, state.events[0]?.id);
+  const { events, ...rest } = useEvents(filter, `${state.events[0]?.id} ${state.plugs}`);
   const isFiltered = Boolean(filter.search || filter.severity);
   return html`<p class="quiet">${t("events.explained")}</p>
-    <${Filter} filter=${filter} setFilter=${setFilter} />
+    <${Filter} filter=${filter} setFilter=${setFilter} isFiltered=${isFiltered} />
     ${isFiltered && events && html`<p class="unseen" role="status">${t("events.found", { count: events.length })}</p>`}
-    ${events ? html`<${Found} state=${state} events=${events} isAll=${isAll} older=${older} isFiltered=${isFiltered} />` : html`<${Busy} text=${t("loading")} />`}`;
+    ${events ? html`<${Found} events=${events} isFiltered=${isFiltered} ...${rest} />` : html`<${Busy} text=${t("loading")} />`}`;
 }

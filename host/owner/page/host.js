@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-// What the host tells about itself.
+// Help: the report for whoever looks after the host, what the host can do, and its technical facts.
 
-import { html, useState } from "/libraries/preact.js";
+import { html, useEffect, useRef, useState } from "/libraries/preact.js";
 import { attempt } from "/page/actions.js";
 import { read } from "/page/api.js";
+import { copy } from "/page/clipboard.js";
 import { Busy, Button, Failed, useAnswer } from "/page/parts.js";
-import { notice } from "/page/store.js";
+import { saveFile } from "/page/save_file.js";
 import { hasText, plain, t } from "/page/texts.js";
 
 // A value as text; what the host does not report is said to be unknown.
@@ -25,29 +26,39 @@ function List({ values }) {
 
 const isGroup = (value) => value !== null && typeof value === "object";
 
+const Group = ({ name, children, values }) => html`
+  <section class="card" aria-labelledby=${`host-${name}`}>${children}<${List} values=${values} /></section>`;
+
+const Technical = ({ name, words, values }) => html`<${Group} name=${name} values=${values}><h3 id=${`host-${name}`}>${words}</h3><//>`;
+
+// What the owner can use comes first; the rest is for those who look after the machine.
 function Groups({ host }) {
-  const plainValues = Object.entries(host).filter(([, value]) => !isGroup(value));
-  const groups = Object.entries(host).filter(([, value]) => isGroup(value));
-  return html`<div class="groups">
-    <section class="card" aria-labelledby="host-itself"><h2 id="host-itself">${t("host.itself")}</h2><${List} values=${Object.fromEntries(plainValues)} /></section>
-    ${groups.map(([name, values]) => html`<section key=${name} class="card" aria-labelledby=${`host-${name}`}>
-      <h2 id=${`host-${name}`}>${title(name)}</h2><${List} values=${values} /></section>`)}
+  const { limits, ...rest } = host;
+  const plainValues = Object.entries(rest).filter(([, value]) => !isGroup(value));
+  const groups = Object.entries(rest).filter(([, value]) => isGroup(value));
+  return html`<${Group} name="limits" values=${limits}><h2 id="host-limits">${title("limits")}</h2><//>
+    <h2 class="technical">${t("host.technical")}</h2>
+    <div class="groups">
+      <${Technical} name="itself" words=${t("host.itself")} values=${Object.fromEntries(plainValues)} />
+      ${groups.map(([name, values]) => html`<${Technical} key=${name} name=${name} words=${title(name)} values=${values} />`)}
+    </div>`;
+}
+
+function Text({ report }) {
+  const shown = useRef(null);
+  useEffect(() => {
+    shown.current.focus({ preventScroll: true });
+    shown.current.scrollIntoView({ block: "nearest" });
+  }, [report]);
+  return html`<div class="report" ref=${shown} tabindex="-1" role="group" aria-label=${t("report.is_made")}>
+    <p><strong>${t("report.is_made")}</strong> ${t("report.send")}</p>
+    <div class="buttons">
+      <${Button} icon="copy" kind="" act=${() => copy(report, "report.copied", shown.current.querySelector("pre"))}>${t("report.copy")}<//>
+      <${Button} act=${() => saveFile(report, "text/plain", "report.txt")}>${t("report.save")}<//>
+    </div>
+    <pre tabindex="0" lang="en" aria-label=${t("report")}>${report}</pre>
   </div>`;
 }
-
-const kFile = "report.txt";
-
-function save(text) {
-  const link = document.createElement("a");
-  link.href = URL.createObjectURL(new Blob([text], { type: "text/plain" }));
-  link.download = kFile;
-  link.click();
-  URL.revokeObjectURL(link.href);
-  notice(t("report.saved", { file: kFile }));
-}
-
-// It comes below what can be seen on a phone.
-const show = (element) => element?.scrollIntoView({ block: "nearest" });
 
 function Report() {
   const [report, setReport] = useState("");
@@ -60,20 +71,16 @@ function Report() {
   return html`<section class="card" aria-labelledby="report">
     <h2 id="report">${t("report")}</h2>
     <p class="quiet">${t("report.explained")}</p>
-    <div class="buttons">
-      <${Button} act=${make} disabled=${isAsking}>${t("report.make")}<//>
-      ${report && html`<${Button} act=${() => save(report)}>${t("report.save")}<//>`}
-    </div>
+    <div class="buttons"><${Button} act=${make} kind=${report ? "plain" : ""} disabled=${isAsking}>${t("report.make")}<//></div>
     ${isAsking && html`<${Busy} text=${t("report.making")} />`}
-    ${report && html`<pre ref=${show} tabindex="0" lang="en" aria-label=${t("report")}>${report}</pre>`}
+    ${report && html`<${Text} report=${report} />`}
   </section>`;
 }
 
-// The report is below the rest, and appears with it: what somebody is about to press must not move.
 export function Host() {
   const [host, again] = useAnswer("/host");
-  return html`${host === null && html`<${Busy} text=${t("loading")} />`}
+  return html`<${Report} />
+    ${host === null && html`<${Busy} text=${t("loading")} />`}
     ${host === undefined && html`<${Failed} again=${again} />`}
-    ${host && html`<${Groups} host=${host} />`}
-    ${host !== null && html`<${Report} />`}`;
+    ${host && html`<${Groups} host=${host} />`}`;
 }

@@ -8,6 +8,7 @@ import qrcode from "/libraries/qrcode.js";
 import { attempt, explainReading } from "/page/actions.js";
 import { call, read } from "/page/api.js";
 import { channelOf, profileName } from "/page/channels.js";
+import { copy } from "/page/clipboard.js";
 import { Icon } from "/page/icons.js";
 import { Busy, Button, Empty, Failed, Switch } from "/page/parts.js";
 import { ask, notice } from "/page/store.js";
@@ -15,6 +16,7 @@ import { number, t } from "/page/texts.js";
 
 const kLongestPassword = 31;
 const kQuiet = 4; // modules around the code
+const kThisMachine = /^(localhost|127\.\d+\.\d+\.\d+|\[::1\])$/;
 
 // The size of the code, and its dark modules as a path.
 function drawCode(text) {
@@ -33,58 +35,46 @@ function drawCode(text) {
 
 function QrCode({ text }) {
   const [size, dark] = useMemo(() => drawCode(text), [text]);
-  return html`<svg class="qr" viewBox=${`0 0 ${size} ${size}`} role="img" aria-label=${t("share.qr")} shape-rendering="crispEdges">
-    <rect width=${size} height=${size} fill="#fff" /><path d=${dark} fill="#000" /></svg>`;
+  return html`<figure class="qr">
+    <svg viewBox=${`0 0 ${size} ${size}`} role="img" aria-label=${t("share.qr")} shape-rendering="crispEdges">
+      <rect width=${size} height=${size} fill="#fff" /><path d=${dark} fill="#000" /></svg>
+    <figcaption class="quiet">${t("share.scan")}</figcaption>
+  </figure>`;
 }
 
-// Without a secure connection browsers let no page write to the clipboard; the link is then marked.
-async function copy(link) {
-  const field = document.querySelector(`input[value="${CSS.escape(link)}"]`);
-  try {
-    await navigator.clipboard.writeText(link);
-  } catch {
-    field?.select();
-    if (!document.execCommand("copy")) return notice(t("share.marked"));
-  }
-  notice(t("share.copied"));
-}
-
-// Whether this page was opened at an address that no other machine can reach.
-const isLoopback = () => ["127.0.0.1", "[::1]", "localhost"].includes(location.hostname);
-
+// A code for a phone is behind a button, because it is of no use on the phone itself.
 function Link({ profile, share, renew }) {
+  const [hasCode, setCode] = useState(false);
   const link = location.origin + share.page;
   const id = `link-${profile}`;
   return html`<div class="share-link">
-    <div>
-      <div class="field"><label for=${id}>${t("share.link")}</label>
-        <input id=${id} readonly value=${link} onFocus=${(event) => event.target.select()} /></div>
-      <div class="buttons">
-        <${Button} icon="copy" kind="" act=${() => copy(link)}>${t("do.copy")}<//>
-        <${Button} act=${renew}>${t("do.renew")}<//>
-        <a class="button plain" href=${share.page} target="_blank" rel="noopener"><${Icon} name="open" />${t("share.as_guest")}</a>
-      </div>
-      <p class="quiet">${t(share.password ? "share.guest_password" : "share.guest")}</p>
-      ${isLoopback() && html`<p class="quiet">${t("share.loopback")}</p>`}
+    ${kThisMachine.test(location.hostname) && html`<p class="care-box">${t("share.this_machine")}</p>`}
+    <div class="field"><label for=${id}>${t("share.link")}</label><output id=${id} class="link">${link}</output></div>
+    <div class="buttons">
+      <${Button} icon="copy" kind="" act=${() => copy(link, "share.copied", document.getElementById(id))}>${t("do.copy")}<//>
+      <${Button} act=${() => setCode(!hasCode)} aria-expanded=${hasCode}>${t("do.show_code")}<//>
+      <a class="button plain" href=${share.page} target="_blank" rel="noopener"><${Icon} name="open" />${t("share.as_guest")}</a>
+      <${Button} act=${renew}>${t("do.renew")}<//>
     </div>
-    <figure><${QrCode} text=${link} /><figcaption class="quiet">${t("share.scan")}</figcaption></figure>
+    ${hasCode && html`<${QrCode} text=${link} />`}
   </div>`;
 }
 
-function Password({ profile, share, put }) {
+function Password({ profile, share, protect }) {
   const id = `password-${profile}`;
   const submit = async (event) => {
     event.preventDefault();
     const field = event.target.elements.password;
-    if (await put({ on: true, password: field.value })) field.value = "";
+    if (await protect(share.password ? "change_password" : "set_password", field.value)) field.value = "";
   };
-  return html`<form class="line-form" onSubmit=${submit}>
-    <p class="quiet">${t("share.password_link")}</p>
-    <div class="field"><label for=${id}>${t(share.password ? "share.new_password" : "share.password")}</label>
-      <input id=${id} name="password" type="password" maxlength=${kLongestPassword} required autocomplete="new-password" /></div>
-    <button class="plain">${t(share.password ? "do.change_password" : "do.set_password")}</button>
-    ${share.password && html`<${Button} act=${() => put({ on: true, password: null })}>${t("do.remove_password")}<//>`}
-  </form>`;
+  return html`<p class="protection"><${Icon} name=${share.password ? "lock" : "info"} />
+      <span><strong>${t(share.password ? "share.has_password" : "share.has_none")}</strong> ${t(share.password ? "share.guest_password" : "share.guest")}</span></p>
+    <form class="line-form" onSubmit=${submit}>
+      <div class="field"><label for=${id}>${t(share.password ? "share.new_password" : "share.password")}</label>
+        <input id=${id} name="password" type="password" maxlength=${kLongestPassword} required autocomplete="new-password" /></div>
+      <button class="plain">${t(share.password ? "do.change_password" : "do.set_password")}</button>
+      ${share.password && html`<${Button} act=${() => protect("remove_password", null)}>${t("do.remove_password")}<//>`}
+    </form>`;
 }
 
 function viewersText(count) {
@@ -113,42 +103,36 @@ function useShares(channels) {
   return [shares, load];
 }
 
-// What has been changed.
-function outcome({ on, password }) {
-  if (!on) return "revoked";
-  if (password === undefined) return "shared";
-  return password === null ? "open" : "protected";
-}
-
-async function sure(kind, name, share) {
-  const consequences = [t(`${kind}.guests`), t(`${kind}.link`), share.password ? t(`${kind}.password`) : ""].filter(Boolean);
-  return ask({ title: t(`${kind}.title`, { name }), consequences, yes: t(`do.${kind}`), isLoss: true });
-}
+// What becomes of the link and of the password is said before.
+const sure = (kind, name, share) => ask({
+  title: t(`${kind}.title`, { name }),
+  consequences: [t(`${kind}.guests`), t(`${kind}.link`), share.password && `${kind}.password`].filter(Boolean).map(t),
+  yes: t(`do.${kind}`),
+  isLoss: true,
+});
 
 function SharedProfile({ profile, share, load, state }) {
   const name = profileName(state, profile);
-  const send = async (method, path, body) => {
-    const done = await attempt(() => call(method, `/profiles/${profile.profile}${path}`, body));
+  const send = async (method, path, body, done) => {
+    const worked = await attempt(() => call(method, `/profiles/${profile.profile}${path}`, body));
     await load();
-    return done;
+    if (worked) notice(t(`done.${done}`, { name }));
+    return worked;
   };
-  const put = async (body) => {
-    const done = await send("PUT", "/share", body);
-    if (done) notice(t(`done.${outcome(body)}`, { name }));
-    return done;
+  const turn = async (on) => {
+    if (on) await send("PUT", "/share", { on }, "shared");
+    else if (await sure("revoke", name, share)) await send("PUT", "/share", { on }, "revoked");
   };
-  const turn = async (on) => (on || (await sure("revoke", name, share))) && put({ on });
-  const renew = async () => {
-    if ((await sure("renew", name, share)) && (await send("POST", "/share/renewal", {}))) notice(t("done.renewed", { name }));
-  };
+  const renew = async () => (await sure("renew", name, share)) && send("POST", "/share/renewal", {}, "renewed");
+  const protect = async (kind, password) =>
+    (await sure(kind, name, share)) && send("PUT", "/share", { on: true, password }, kind);
   return html`<li class="card share" data-profile=${profile.profile}>
     <h2><bdi>${name}</bdi></h2>
-    ${!share && html`<${Busy} text=${t("loading")} />`}
-    ${share && html`<${Switch} label=${t("share.on")} on=${share.on} change=${turn} />`}
-    ${share?.on && html`<${Viewers} count=${state.viewers[profile.profile]} />
+    <${Switch} label=${t("share.on")} on=${share.on} change=${turn} />
+    ${share.on && html`<${Viewers} count=${state.viewers[profile.profile]} />
       <${Link} profile=${profile.profile} share=${share} renew=${renew} />
-      <${Password} profile=${profile.profile} share=${share} put=${put} />`}
-    ${share && !share.on && html`<p class="quiet">${t("share.off")}</p>`}
+      <${Password} profile=${profile.profile} share=${share} protect=${protect} />`}
+    ${!share.on && html`<p class="quiet">${t("share.off")}</p>`}
   </li>`;
 }
 
@@ -159,6 +143,6 @@ export function Sharing({ state }) {
   return html`<p class="lead">${t("share.explained")}</p>
     ${shares === null && html`<${Busy} text=${t("loading")} />`}
     ${shares === undefined && html`<${Failed} again=${load} />`}
-    ${shares && html`<ul class="shares">${bound.map((one) => html`
+    ${shares && html`<ul class="shares">${bound.filter((one) => shares[one.profile]).map((one) => html`
       <${SharedProfile} key=${one.profile} profile=${one} share=${shares[one.profile]} load=${load} state=${state} />`)}</ul>`}`;
 }

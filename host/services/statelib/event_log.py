@@ -6,7 +6,7 @@
 from __future__ import annotations
 
 import sqlite3
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
 from contextlib import closing, contextmanager
 from datetime import datetime, timezone
 from pathlib import Path
@@ -28,16 +28,22 @@ def _database() -> Iterator[sqlite3.Connection]:
         yield database
 
 
-def newest(limit: int, before: int | None = None, search: str = "", severity: str | None = None) -> list[Event]:
-    """Returns the newest events, newest first; only those before an id, with a text, of a severity."""
+def newest(
+    limit: int,
+    before: int | None = None,
+    search: str = "",
+    severity: str | None = None,
+    more: Callable[[str], str] = lambda _: "",
+) -> list[Event]:
+    """Returns the newest events, newest first; only those before an id, of a severity, with a text in theirs or in `more` of it."""
     wanted, values = ["1"], list[Any]()
     if before is not None:
         wanted, values = [*wanted, "id < ?"], [*values, before]
     if severity is not None:
         wanted, values = [*wanted, "level = ?"], [*values, SEVERITIES.index(severity)]
     if search:
-        wanted, values = [*wanted, "instr(lower(text), lower(?))"], [*values, search]
-    return _select(f"{COLUMNS} WHERE {' AND '.join(wanted)} ORDER BY id DESC LIMIT ?", *values, limit)
+        wanted, values = [*wanted, "(instr(lower(text), lower(?)) OR instr(lower(more(text)), lower(?)))"], [*values, search, search]
+    return _select(f"{COLUMNS} WHERE {' AND '.join(wanted)} ORDER BY id DESC LIMIT ?", *values, limit, more=more)
 
 
 def after(number: int) -> list[Event]:
@@ -61,11 +67,12 @@ def newest_id() -> int | None:
         return None
 
 
-def _select(question: str, *values: Any) -> list[Event]:
+def _select(question: str, *values: Any, more: Callable[[str], str] = lambda _: "") -> list[Event]:
     if not FILE.exists():  # nothing has happened yet
         return []
     try:
         with _database() as database:
+            database.create_function("more", 1, lambda line: more(str(line)))
             return [_event(*row) for row in database.execute(question, values)]
     except sqlite3.OperationalError:  # it is being made
         return []

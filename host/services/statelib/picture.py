@@ -35,6 +35,11 @@ class Picture:
         self._state: Value | None = None
         self._began = 0.0  # when the state was read
 
+    @property
+    def known(self) -> Value | None:
+        """The state as it was read last; None if it could not be read."""
+        return self._state
+
     def change(self) -> None:
         """Notes that something has changed. Several changes are read together."""
         self._everything = True

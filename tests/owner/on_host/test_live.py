@@ -22,6 +22,7 @@ from conftest import Service, run
 from open_page import open_page, refusal, silent_page
 from servicelib.places import STREAMS
 from statelib import event_log
+from tornado.httpclient import HTTPRequest
 from tornado.websocket import websocket_connect
 from usbdev import Notification, core
 
@@ -143,6 +144,17 @@ def test_guests_are_counted_as_they_come_and_go(owner: Client, guests_address: s
         for left, guest in zip((1, 0), guests):
             guest.close()
             assert await page.until("viewers") == [left, 0, 0, 0]
+
+    asyncio.run(story())
+
+
+def test_an_owner_who_looks_as_a_guest_is_not_counted(owner: Client, guests_address: str) -> None:
+    async def story() -> None:
+        own = await websocket_connect(HTTPRequest(guests_address, headers={"Cookie": owner.cookie}))
+        assert await own.read_message()
+        guest = await websocket_connect(guests_address)
+        assert await guest.read_message()
+        assert owner.get("/state")["viewers"] == [1, 0, 0, 0]
 
     asyncio.run(story())
 

@@ -18,7 +18,7 @@ PAGES = {
     "profile": ("/#/profile/0", "Save"),
     "sharing": ("/#/sharing", "Copy link"),
     "events": ("/#/events", "has ended"),
-    "charts": ("/#/charts", "Time-outs"),
+    "charts": ("/#/charts", "Missed pictures"),
     "host": ("/#/host", "6.1.0-27-amd64"),
     "share-password": (LINK + SHARED(2), "This link is protected by a password."),
     "share-playing": (LINK + SHARED(1), "Front door"),

@@ -65,16 +65,27 @@ def moment(hours: float) -> str:
 TEXTS = [("information", "Channel 1 is plugged in"), ("warning", "Channel 2 does not stream: it waits for channel 0"),
          ("information", "Modified Channel 1 FPS: 24.00"), ("warning", "The encoder of profile 1 has ended"),
          ("information", "User ann signed in")]  # fmt: skip
-EVENTS = [{"id": 40 - number, "time": moment(number * 7), "severity": TEXTS[number % 5][0], "text": TEXTS[number % 5][1]}
-          for number in range(20)]  # fmt: skip
+ABOUT = [{"name": "Front door", "port": "3-1.1"}, None, {"name": "Front door", "port": "3-1.1"}, None, None]
+LINES = [{"kind": "log", "id": 40 - number, "time": moment(number * 7), "severity": TEXTS[number % 5][0], "text": TEXTS[number % 5][1],
+          "camera": ABOUT[number % 5]} for number in range(20)]  # fmt: skip
+
+
+def came_or_went(number: int, hours: float, kind: str) -> dict[str, Any]:
+    """The night camera did."""
+    return {"kind": kind, "id": number, "time": moment(hours), "severity": "information", "text": kind,
+            "camera": {"name": "Night camera", "port": "1-1"}}  # fmt: skip
+
+
+EVENTS = [LINES[0], came_or_went(2, 6, "unplugged"), *LINES[1:5], came_or_went(1, 30, "plugged"), *LINES[5:]]
 STATE = {
     "host": {"name": "Attic"},
     "channels": [*CHANNELS, *({**NOTHING, "channel": number} for number in range(6, 10))],
     "profiles": [{"profile": number, "channel": channel, "name": name, "streams": number == 0}
                  for number, channel, name in [(0, 0, "Front door"), (1, 1, CHANNELS[1]["profile_name"]), (2, 2, ""), (3, 5, "Garden")]],
     "usb": USB,
-    "events": EVENTS,
+    "events": LINES,
     "viewers": [2, 0, 0, 0],
+    "plugs": 2,
 }  # fmt: skip
 EMPTY = {
     **STATE,
@@ -93,7 +104,7 @@ HOST = {
     "usbdevctl": "5.1.2", "library": "5.1.2", "kernel": "6.1.0-27-amd64",
 }  # fmt: skip
 CHARTS = {
-    "plugs": [{"time": moment(hours), "channel": channel, "kind": kind}
+    "plugs": [{"time": moment(hours), "channel": channel, "kind": kind, "name": CHANNELS[channel]["profile_name"]}
               for hours, channel, kind in [(150, 0, "plugged"), (120, 1, "plugged"), (80, 1, "unplugged"), (70, 1, "plugged"),
                                            (30, 5, "plugged"), (6, 5, "unplugged")]],
     "up": [{"profile": 0, "from": moment(149), "to": moment(90)}, {"profile": 0, "from": moment(85), "to": None},

@@ -76,6 +76,7 @@ class StandIn:
         self.has_picture = True
         self.away = self.signed_in = self.missing = False
         self.slow = 0.0  # seconds that every answer takes
+        self.events = list(EVENTS)
         self.asked: list[tuple[str, str, Any]] = []
 
     def _serve(self, ready: threading.Event) -> None:
@@ -194,12 +195,17 @@ class Api(RequestHandler):
             return FORMATS
         if path.endswith("/share"):
             return self.standin.shares.get(int(path.split("/")[2]), {"on": False, "password": False, "page": None})
-        return {"/session": {"user": "ann", "csrf": "c"}, "/host": HOST, "/charts": CHARTS, "/report": "the report",
+        return {"/session": {"user": "ann", "csrf": "c"}, "/host": HOST, "/charts": CHARTS, "/report": "the report", "/events.csv": self._table(),
                 "/events": {"events": self._events()}}.get(path)  # fmt: skip
+
+    def _table(self) -> str:
+        if self.request.path.endswith(".csv"):
+            self.standin.asked.append(("GET", "/events.csv", {name: self.get_argument(name) for name in self.request.arguments}))
+        return "a table"
 
     def _events(self) -> list[dict[str, Any]]:
         search, severity = self.get_argument("search", ""), self.get_argument("severity", "")
-        return [one for one in EVENTS if search in one["text"] and severity in ("", one["severity"])]
+        return [one for one in self.standin.events if search in str(one) and severity in ("", one["severity"])]
 
     def change(self, path: str) -> None:
         body = json.loads(self.request.body or "null")

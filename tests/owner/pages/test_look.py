@@ -20,7 +20,7 @@ PAGES = {
     "profile/1": "Save",
     "sharing": "Copy link",
     "events": "has ended",
-    "charts": "Time-outs",
+    "charts": "Missed pictures",
     "host": "6.1.0-27-amd64",
 }
 SIZES = [(320, 568), (568, 320), (820, 1180), (1280, 800), (2560, 1440)]

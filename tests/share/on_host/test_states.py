@@ -102,8 +102,8 @@ def test_the_stream_plays_and_stands_still(viewer: Viewer, encoder: Encoder, lin
 def test_the_link_has_ended(viewer: Viewer, link: Link, check: Check) -> None:
     viewer.open(link["page"])
     share("renew", "0")
-    check("This link is unknown; it was renewed or removed.",
-          "Diesen Link gibt es nicht; er wurde erneuert oder entfernt.")  # fmt: skip
+    check("This link does not work any more: it was replaced or removed. Ask whoever sent it to you for the new one.",
+          "Dieser Link gilt nicht mehr: Er wurde ersetzt oder entfernt. Fragen Sie die Person, die ihn geschickt hat, nach dem neuen.")  # fmt: skip
     assert viewer.complaints() == []
 
 

@@ -12,7 +12,7 @@ from conftest import share, shared
 from encoder import Encoder
 from viewer import Viewer
 
-UNKNOWN = "This link is unknown; it was renewed or removed."
+ENDED = "This link does not work any more: it was replaced or removed. Ask whoever sent it to you for the new one."
 
 pytestmark = pytest.mark.usefixtures("page", "encoder")
 
@@ -24,7 +24,7 @@ def test_the_stream_plays(viewer: Viewer, link: dict[str, str]) -> None:
 
 def test_a_wrong_token_plays_nothing(viewer: Viewer, link: dict[str, str]) -> None:
     viewer.open(link["page"][:-1] + ("0" if link["page"][-1] != "0" else "1"))
-    viewer.await_sentence("This link is no longer valid; ask for the new one.")
+    viewer.await_sentence(ENDED)
     assert (viewer.sees_video(), viewer.position()) == (False, 0)
 
 
@@ -32,10 +32,10 @@ def test_a_renewed_link_ends_the_old_one_and_who_watches_it(viewer: Viewer, link
     viewer.open(link["page"])
     viewer.await_playing()
     renewed = share("renew", "0", "--json")["page"]
-    viewer.await_sentence(UNKNOWN)
+    viewer.await_sentence(ENDED)
     assert not viewer.sees_video()
     viewer.open(link["page"])
-    viewer.await_sentence(UNKNOWN)
+    viewer.await_sentence(ENDED)
     viewer.open(renewed)
     viewer.await_playing()
 
@@ -44,7 +44,7 @@ def test_a_link_taken_back_ends_for_who_watches_it(viewer: Viewer, link: dict[st
     viewer.open(link["page"])
     viewer.await_playing()
     share("off", "0")
-    viewer.await_sentence(UNKNOWN)
+    viewer.await_sentence(ENDED)
     assert not viewer.sees_video()
 
 

@@ -9,8 +9,10 @@ import asyncio
 import csv
 import io
 import os
+import time
 from collections.abc import Awaitable, Callable, Iterator
 from pathlib import Path
+from typing import Any
 
 import pytest
 from client import API, ORIGIN, Client
@@ -30,34 +32,51 @@ def logged() -> None:
         "sim unplug 1-1; usbdevctl forget 1-1 || true")
 
 
-def test_events_come_in_pieces_newest_first(owner: Client) -> None:
-    everything = owner.get(f"/events?limit={MOST_EVENTS}")["events"]
-    assert len(everything) >= 3
-    first = owner.get("/events?limit=2")["events"]
-    rest = owner.get(f"/events?limit={MOST_EVENTS}&before={first[-1]['id']}")["events"]
-    assert first + rest == everything
+def test_events_of_the_log_come_in_pieces_newest_first(owner: Client) -> None:
+    def asked(query: str) -> list[int]:
+        return [event["id"] for event in owner.get(f"/events?severity=warning&{query}")["events"]]
+
+    everything = asked(f"limit={MOST_EVENTS}")
+    assert everything == sorted(everything, reverse=True)
+    first = asked("limit=1")
+    assert first + asked(f"limit={MOST_EVENTS}&before={first[-1]}") == everything
+
+
+def test_a_camera_that_came_is_an_event_with_its_name_and_port(owner: Client) -> None:
+    def plugs(query: str = "") -> list[dict[str, Any]]:
+        return [one for one in owner.get(f"/events?limit={MOST_EVENTS}{query}")["events"] if one["kind"] != "log"]
+
+    before = plugs()
+    run("sim plug usb2-camera 1-1")
+    try:
+        while len(found := plugs()) == len(before) or found[0]["kind"] != "plugged":
+            time.sleep(0.05)
+        assert found[0]["camera"] == {"name": "USB 2.0 Camera: USB Camera", "port": "1-1"}
+        assert plugs(f"&before_plug={found[0]['id']}") == found[1:]
+    finally:
+        run("sim unplug 1-1; usbdevctl forget 1-1")
 
 
 def test_events_are_found_by_text_and_severity(owner: Client) -> None:
     warnings = owner.get("/events?severity=warning")["events"]
     assert warnings and {event["severity"] for event in warnings} == {"warning"}
     found = owner.get("/events?search=GARTEN")["events"]
-    assert found and all("Garten" in event["text"] for event in found)
+    assert found and all("Garten" in event["text"] + str(event["camera"]) for event in found)
     assert owner.get("/events?search=%25")["events"] == []
     assert owner.get("/events?search=%27%20OR%201%3D1--")["events"] == []
 
 
-@pytest.mark.parametrize("query", ["limit=0", "limit=201", "limit=x", "before=-1", "severity=error", "limit=%FF",
+@pytest.mark.parametrize("query", ["limit=0", "limit=201", "limit=x", "before=-1", "before_plug=x", "severity=error", "limit=%FF",
                                    f"before={10**30}", "limit=%D9%A3"])  # fmt: skip
 def test_a_question_for_events_that_makes_no_sense_is_refused(owner: Client, query: str) -> None:
     assert owner.ask("GET", f"/events?{query}").error == "invalid"
 
 
-def test_a_host_without_events_has_none(owner: Client) -> None:
+def test_a_host_without_a_log_has_no_events_of_it(owner: Client) -> None:
     hidden = FILE.with_suffix(".hidden")
     FILE.rename(hidden)
     try:
-        assert owner.get("/events") == {"events": []}
+        assert [event for event in owner.get("/events")["events"] if event["kind"] == "log"] == []
     finally:
         hidden.rename(FILE)
 
@@ -65,13 +84,17 @@ def test_a_host_without_events_has_none(owner: Client) -> None:
 def test_all_events_are_a_table(owner: Client) -> None:
     content = owner.ask("GET", "/events.csv").content.decode()
     header, *rows = csv.reader(io.StringIO(content))
-    assert header == ["id", "time", "severity", "text"]
-    assert [int(row[0]) for row in rows] == [event["id"] for event in owner.get(f"/events?limit={MOST_EVENTS}")["events"]]
+    assert header == ["id", "time", "severity", "text", "camera", "port"]
+    shown = owner.get(f"/events?limit={MOST_EVENTS}")["events"]
+    assert [row[3] for row in rows] == [event["text"] for event in shown]
+    assert [int(row[0]) for row in rows if row[0]] == [event["id"] for event in shown if event["kind"] == "log"]
+    found = list(csv.reader(io.StringIO(owner.ask("GET", "/events.csv?search=GARTEN").content.decode())))[1:]
+    assert found and all("garten" in " ".join(row).lower() for row in found)
 
 
 @pytest.mark.parametrize("begin", ["=", "+", "-", "@", "\t", "\r"])
 def test_no_text_of_the_table_is_a_formula(begin: str) -> None:
-    event = {"id": 1, "time": "2026", "severity": "warning", "text": f"{begin}HYPERLINK(1)"}
+    event = {"id": 1, "time": "2026", "severity": "warning", "text": f"{begin}HYPERLINK(1)", "kind": "log", "camera": None}
     assert list(csv.reader(io.StringIO(table([event]))))[1][3] == f"'{begin}HYPERLINK(1)"
 
 

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// Amounts over time, as lines.
+
+import { html, useLayoutEffect, useRef } from "/libraries/preact.js";
+import uPlot from "/libraries/uplot.js";
+import { timeFormat } from "/page/timeline.js";
+import { percent, t } from "/page/texts.js";
+
+const kHeight = 220; // pixels
+const kColours = ["--accent", "--good", "--care", "--bad"];
+
+// A plot asks for it whenever it is drawn, because the browser's user may have chosen light or dark since.
+const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+
+function axes(from) {
+  const common = { stroke: colour("--quiet"), grid: { stroke: colour("--hair"), width: 1 }, ticks: { stroke: colour("--hair"), width: 1 } };
+  const format = timeFormat(from);
+  const time = (_, splits) => splits.map((one) => format.format(one * 1000));
+  return [{ ...common, values: time, space: 80 }, { ...common, incrs: [0.25], size: 56, values: (_, splits) => splits.map(percent) }];
+}
+
+// Parts of a whole, as steps; "lines" has the name of each.
+export function Plot({ title, data, lines, from, to }) {
+  const frame = useRef(null);
+  const series = lines.map((label, place) => ({
+    label,
+    stroke: () => colour(kColours[place % kColours.length]),
+    fill: () => colour(kColours[place % kColours.length]) + "33",
+    width: 2,
+    paths: uPlot.paths.stepped({ align: 1 }),
+    points: { show: false },
+    value: (_, part) => (part === null ? "" : percent(part)),
+  }));
+  // Before the page is shown, because what is below is moved by it.
+  useLayoutEffect(() => {
+    const draw = () => new uPlot({
+      width: frame.current.clientWidth,
+      height: kHeight,
+      cursor: { drag: { x: false, y: false } },
+      scales: { x: { range: [from, to] }, y: { range: [0, 1] } },
+      axes: axes(from),
+      series: [{ label: t("time"), value: (_, time) => (time ? timeFormat(from).format(time * 1000) : "") }, ...series],
+    }, data, frame.current);
+    let plot = draw();
+    const again = () => {
+      plot.destroy();
+      plot = draw();
+    };
+    const scheme = matchMedia("(prefers-color-scheme: dark)");
+    addEventListener("resize", again);
+    scheme.addEventListener("change", again);
+    return () => {
+      removeEventListener("resize", again);
+      scheme.removeEventListener("change", again);
+      plot.destroy();
+    };
+  }, [data]);
+  return html`<div ref=${frame} role="img" aria-label=${t("charts.described", { title })}></div>`;
+}

@@ -1,0 +1,101 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The event log together with the cameras that came and went."""
+
+from __future__ import annotations
+
+import sqlite3
+import sys
+from contextlib import closing
+from pathlib import Path
+from typing import Any
+
+import pytest
+
+HOST = Path(__file__).resolve().parents[2] / "host"
+sys.path[:0] = [str(HOST / "owner"), str(HOST / "services")]
+from ownerlib.happenings import Cameras, Wish, newest
+from ownerlib.history import History
+from statelib import event_log
+
+STATE: dict[str, Any] = {
+    "channels": [
+        {"channel": 0, "port": "3-1", "profile": 1, "profile_name": "Door", "device": "USB Camera", "state": "plugged"},
+        {"channel": 1, "port": "3-1.2", "profile": None, "profile_name": None, "device": "HD Camera", "state": "plugged"},
+        {"channel": 2, "port": None, "profile": None, "profile_name": None, "device": None, "state": "free"},
+    ],
+    "profiles": [],
+    "usb": {"buses": []},
+}
+DOOR, HD = {"name": "Door", "port": "3-1"}, {"name": "HD Camera", "port": "3-1.2"}
+
+
+@pytest.mark.parametrize(
+    ("line", "camera"),
+    [
+        ("Modified Channel 2 FPS: 24.00", DOOR),
+        ("Modified Channel 2 channel name: Audio on Channel 1", DOOR),
+        ("Enabled image mirror on Channel 2", DOOR),
+        ("USB slot [3-1] has been enabled.", DOOR),
+        ("USB slot [3-1.2] has been disabled.", HD),
+        ("Modified Channel 1 FPS: 24.00", None),
+        ("USB slot [5-1] has been disabled.", None),
+        ("Somebody writes on Channel 2", None),
+    ],
+)
+def test_a_line_is_about_the_camera_that_it_names(line: str, camera: dict[str, str] | None) -> None:
+    assert Cameras(STATE).of(line) == camera
+
+
+def test_no_line_is_about_a_camera_while_nothing_is_known() -> None:
+    assert Cameras(None).of("Modified Channel 2 FPS: 24.00") is None
+
+
+@pytest.fixture
+def history(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> History:
+    """The HD camera came at second 20; the log has lines of the seconds 10, 30 and 40."""
+    monkeypatch.setattr(event_log, "FILE", tmp_path / "event.db")
+    with closing(sqlite3.connect(event_log.FILE)) as database, database:
+        database.execute("CREATE TABLE event(id INTEGER PRIMARY KEY, time INTEGER, level INTEGER, text TEXT)")
+        lines = [(1, 10, 0, "begun"), (2, 30, 1, "Modified Channel 2 FPS: 60.00"), (3, 40, 0, "USB slot [3-1.2] has been enabled.")]
+        database.executemany("INSERT INTO event VALUES(?, ?, ?, ?)", lines)
+    history = History(tmp_path / "history.db", lambda: 20)
+    history.note({**STATE, "channels": STATE["channels"][:1]}, None)
+    history.note(STATE, None)
+    return history
+
+
+def found(history: History, **wish: Any) -> list[tuple[str, str]]:
+    return [(one["kind"], one["text"]) for one in newest(history, STATE, Wish(**{"limit": 10, **wish}))]
+
+
+SLOT, RATE = ("log", "USB slot [3-1.2] has been enabled."), ("log", "Modified Channel 2 FPS: 60.00")
+CAME, BEGUN = ("plugged", "Plugged in"), ("log", "begun")
+
+
+def test_both_are_one_list_newest_first(history: History) -> None:
+    assert found(history) == [SLOT, RATE, CAME, BEGUN]
+
+
+def test_the_list_goes_on_where_it_ended(history: History) -> None:
+    assert found(history, limit=2) == [SLOT, RATE]
+    assert found(history, limit=2, before=2) == [CAME, BEGUN]
+    assert found(history, before=2, before_plug=1) == [BEGUN]
+
+
+def test_a_camera_is_found_by_its_name_and_its_port(history: History) -> None:
+    assert found(history, search="hd cam") == [SLOT, CAME]
+    assert found(history, search="DOOR") == [RATE]
+    assert found(history, search="3-1.2") == [SLOT, CAME]
+    assert found(history, search="%") == []
+
+
+def test_nothing_that_came_or_went_is_a_warning(history: History) -> None:
+    assert found(history, severity="warning") == [RATE]
+    assert found(history, severity="information") == [SLOT, CAME, BEGUN]
+
+
+def test_the_log_is_there_without_the_history(tmp_path: Path, history: History) -> None:
+    (tmp_path / "history.db").write_bytes(b"damaged" * 1000)
+    assert found(history) == [SLOT, RATE, BEGUN]
