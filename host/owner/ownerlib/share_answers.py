@@ -45,7 +45,7 @@ async def _protect(profile: str, password: str) -> None:
 
 
 async def _open(profile: int) -> None:
-    """Takes the password away and keeps the link, for which the program has no command."""
+    """Takes the password away, for which the program has no command. The link changes, as with every stored password."""
     try:
         link = await aio.call(web.share_link, profile)
         await aio.call(web.set_share_link, replace(link, pwdenable=0, shrpwd=""))
