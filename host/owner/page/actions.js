@@ -4,7 +4,7 @@
 // What an owner can do with a camera. What loses something is asked about first; what the host refuses is taken back.
 
 import { call } from "/page/api.js";
-import { attachedWithoutProfile, freeProfiles, nameOf } from "/page/channels.js";
+import { attachedWithoutProfile, freeProfiles, nameOf, ownName } from "/page/channels.js";
 import { hostsWords } from "/page/hosts_words.js";
 import { differenceText } from "/page/settings.js";
 import { ask, change, notice, signedOut, view, withChannel } from "/page/store.js";
@@ -122,7 +122,7 @@ export async function forget(channel) {
 
 const asOption = (channel) => ({
   value: String(channel.channel),
-  text: t("camera_in_port", { name: nameOf(channel), port: channel.port }),
+  text: t("camera_in_port", { name: ownName(channel), port: channel.port }),
 });
 
 async function moveTo(from, to) {

@@ -5,8 +5,19 @@
 
 import { hasText, plain, t } from "/page/texts.js";
 
-export const nameOf = (channel) =>
+export const ownName = (channel) =>
   plain(channel.profile_name || channel.device) || t("channel_number", { number: channel.channel });
+
+// By which its owner tells a camera from the others: of two with the same name the ports differ.
+export const nameOf = (channel) =>
+  channel.hasNamesake ? t("name_in_port", { name: ownName(channel), port: channel.port }) : ownName(channel);
+
+export function withNamesakes(state) {
+  const cameras = state.channels.filter((one) => one.state !== "free");
+  const isNamesake = (one, other) => one.channel !== other.channel && ownName(one) === ownName(other);
+  const marked = (one) => ({ ...one, hasNamesake: one.state !== "free" && cameras.some((other) => isNamesake(one, other)) });
+  return { ...state, channels: state.channels.map(marked) };
+}
 
 export const channelOf = (state, profile) => state.channels.find((one) => one.profile === profile);
 
@@ -38,5 +49,8 @@ export const tone = (word) => {
 // The profiles that no camera has.
 export const freeProfiles = (state) => state.profiles.filter((one) => one.channel === null);
 
+// Those that need not wait come first.
 export const attachedWithoutProfile = (state) =>
-  state.channels.filter((one) => one.state === "plugged" && one.profile === null && one.supported);
+  state.channels
+    .filter((one) => one.state === "plugged" && one.profile === null && one.supported)
+    .sort((one, other) => (one.waits_for !== null) - (other.waits_for !== null));

@@ -5,7 +5,7 @@
 
 import { html, useState } from "/libraries/preact.js";
 import * as actions from "/page/actions.js";
-import { attachedWithoutProfile, channelOf, nameOf, profileName, standing } from "/page/channels.js";
+import { attachedWithoutProfile, channelOf, ownName, profileName, standing } from "/page/channels.js";
 import { Icon } from "/page/icons.js";
 import { LiveView } from "/page/live_view.js";
 import { Standing } from "/page/overview.js";
@@ -70,7 +70,7 @@ function Rename({ channel }) {
   };
   return html`<form class="line-form" onSubmit=${submit}>
     <div class="field"><label for="name">${t("name")}</label>
-      <input id="name" name="name" defaultValue=${nameOf(channel)} maxlength=${kLongestName} required autocomplete="off" /></div>
+      <input id="name" name="name" defaultValue=${ownName(channel)} maxlength=${kLongestName} required autocomplete="off" /></div>
     <button class="plain">${t("do.rename")}</button>
   </form>`;
 }
@@ -97,7 +97,7 @@ function NoCamera({ profile, state }) {
   return html`<${Empty} icon="camera" title=${t("profile.empty")}>
     <p>${t(cameras.length > 0 ? "profile.empty_choose" : "profile.empty_cure")}</p>
     <div class="buttons">${cameras.map((one) => html`<${Button} key=${one.channel} act=${() => actions.assign(one, profile.profile, state)}>
-      ${t("camera_in_port", { name: nameOf(one), port: one.port })}<//>`)}</div>
+      ${t("camera_in_port", { name: ownName(one), port: one.port })}<//>`)}</div>
   <//>`;
 }
 

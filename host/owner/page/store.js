@@ -4,7 +4,7 @@
 // What the page knows, and the live connection that tells it. Everything that is shown is made of it.
 
 import { call, keepToken, read } from "/page/api.js";
-import { nameOf } from "/page/channels.js";
+import { nameOf, withNamesakes } from "/page/channels.js";
 import { t } from "/page/texts.js";
 
 const kRetryAtFirst = 500; // milliseconds, as all of these
@@ -33,7 +33,7 @@ export function set(values) {
 // The host's state as it will be when the changes that are on their way have been made.
 export function view() {
   const state = known.state && guesses.reduce((one, guess) => guess.expected(one), known.state);
-  return { ...known, state };
+  return { ...known, state: state && withNamesakes(state) };
 }
 
 function drop(guess) {

@@ -5,7 +5,7 @@
 // thing has a line; elsewhere the tree grows to the right.
 
 import { html, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
-import { nameOf, standing, tone } from "/page/channels.js";
+import { ownName, standing, tone } from "/page/channels.js";
 import { t } from "/page/texts.js";
 
 const kNarrow = 900; // pixels, as all of these
@@ -25,7 +25,7 @@ function portNode(port, channels) {
   if (!channel) return empty;
   const word = standing(channel);
   const text = `${port.port} · ${t(`state.${word}`)}`;
-  return { channel: port.channel, isAway: channel.state !== "plugged", title: nameOf(channel), text, kind: tone(word), below };
+  return { channel: port.channel, isAway: channel.state !== "plugged", title: ownName(channel), text, kind: tone(word), below };
 }
 
 function controllerNode(controller, channels) {

@@ -33,6 +33,15 @@ def test_a_page_with_nothing_to_show_says_so(owner: Owner, standin: StandIn, pag
     assert owner.sees(text)
 
 
+def test_of_two_cameras_with_the_same_name_the_ports_are_said(owner: Owner, standin: StandIn) -> None:
+    for channel in (0, 1):
+        standin.state["channels"][channel]["profile_name"] = "Barn"
+    owner.open()
+    assert owner.sees("It waits for “Barn, port 3-1.1”")
+    owner.press("Stream this one instead")
+    assert owner.sees("Stream “Barn, port 3-1.2” instead of “Barn, port 3-1.1”?")
+
+
 def test_a_page_says_that_it_is_being_loaded(owner: Owner, standin: StandIn) -> None:
     standin.state = {}
     owner.open()
