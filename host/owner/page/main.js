@@ -14,7 +14,7 @@ import { Busy } from "/page/parts.js";
 import { Profile } from "/page/profile.js";
 import { Sharing } from "/page/sharing.js";
 import { Shell } from "/page/shell.js";
-import { begin, onChange, set, view } from "/page/store.js";
+import { begin, leaveRefusals, onChange, set, view } from "/page/store.js";
 import { awaitTexts, t } from "/page/texts.js";
 
 const kPages = { "": Overview, sharing: Sharing, events: Events, charts: Charts, host: Host };
@@ -48,6 +48,6 @@ const root = document.getElementById("page");
 await awaitTexts();
 root.replaceChildren();
 onChange(() => render(html`<${App} />`, root));
-addEventListener("hashchange", () => set({}));
+addEventListener("hashchange", leaveRefusals);
 set({});
 begin();

@@ -157,10 +157,16 @@ export function closeNotice(id) {
   set({ notices: known.notices.filter((one) => one.id !== id) });
 }
 
-// A refusal stays until it is closed; what went well disappears.
+const withoutRefusals = () => known.notices.filter((one) => !one.isRefusal);
+
+// On another page it would seem to be about that one.
+export const leaveRefusals = () => set({ notices: withoutRefusals() });
+
+// A refusal stays until it is closed or something else went well, which disappears.
 export function notice(text, cure = "", isRefusal = false) {
   const id = (noticed += 1);
-  set({ notices: [...known.notices.slice(-2), { id, text, cure, isRefusal }] });
+  const earlier = isRefusal ? known.notices : withoutRefusals();
+  set({ notices: [...earlier.slice(-2), { id, text, cure, isRefusal }] });
   if (!isRefusal) setTimeout(closeNotice, kNoticeTime, id);
 }
 

@@ -269,6 +269,16 @@ def test_a_refused_change_is_taken_back_with_its_reason(owner: Owner, standin: S
     assert owner.complaints() != []  # the browser tells of every refusal
 
 
+def test_a_refusal_is_not_said_on_the_next_page(owner: Owner, standin: StandIn) -> None:
+    standin.refusal = {"reason": "not_attached", "text": "It is not attached.", "cure": None}
+    owner.open("profile/2")
+    owner.turn("Use its USB port")
+    owner.sees("The camera is not plugged in.")
+    owner.press("Sharing")
+    assert owner.sees_no_more("The camera is not plugged in.")
+    assert owner.complaints() != []  # the browser tells of every refusal
+
+
 def test_a_refused_move_is_said_in_the_language_of_the_page(owner: Owner, standin: StandIn) -> None:
     standin.refusal = {"reason": "port_off", "text": "Its port is off.", "other_channel": None, "collision": None}
     owner.open("profile/0")
