@@ -8,6 +8,7 @@ from __future__ import annotations
 import sqlite3
 import sys
 from contextlib import closing
+from datetime import datetime
 from pathlib import Path
 from typing import Any
 
@@ -18,10 +19,14 @@ sys.path[:0] = [str(HOST / "owner"), str(HOST / "services")]
 from ownerlib.happenings import Cameras, Wish, newest
 from ownerlib.history import History
 from statelib import event_log
+from statelib.event_log import time_text
 
+CREATED = datetime.fromtimestamp(20).strftime("%Y-%m-%d %H:%M:%S")  # when the camera got its profile, in the time of the host
+BEFORE, AT_ONCE = time_text(19), time_text(20)
 STATE: dict[str, Any] = {
     "channels": [
-        {"channel": 0, "port": "3-1", "profile": 1, "profile_name": "Door", "device": "USB Camera", "state": "plugged"},
+        {"channel": 0, "port": "3-1", "profile": 1, "profile_name": "Door", "device": "USB Camera", "state": "plugged",
+         "created": CREATED},
         {"channel": 1, "port": "3-1.2", "profile": None, "profile_name": None, "device": "HD Camera", "state": "plugged"},
         {"channel": 2, "port": None, "profile": None, "profile_name": None, "device": None, "state": "free"},
     ],
@@ -45,11 +50,27 @@ DOOR, HD = {"name": "Door", "port": "3-1"}, {"name": "HD Camera", "port": "3-1.2
     ],
 )
 def test_a_line_is_about_the_camera_that_it_names(line: str, camera: dict[str, str] | None) -> None:
-    assert Cameras(STATE).of(line) == camera
+    assert Cameras(STATE, {}).of(line, AT_ONCE) == camera
 
 
 def test_no_line_is_about_a_camera_while_nothing_is_known() -> None:
-    assert Cameras(None).of("Modified Channel 2 FPS: 24.00") is None
+    assert Cameras(None, {}).of("Modified Channel 2 FPS: 24.00", AT_ONCE) is None
+
+
+def test_what_was_before_a_camera_got_its_profile_is_not_about_it() -> None:
+    assert Cameras(STATE, {}).of("Modified Channel 2 FPS: 24.00", BEFORE) is None
+
+
+@pytest.mark.parametrize("created", [None, "", "yesterday"])
+def test_without_the_time_of_its_profile_nothing_is_about_a_camera(created: str | None) -> None:
+    state = {**STATE, "channels": [{**STATE["channels"][0], "created": created}]}
+    assert Cameras(state, {}).of("Modified Channel 2 FPS: 24.00", AT_ONCE) is None
+
+
+def test_what_was_before_a_camera_came_to_a_port_is_not_about_it() -> None:
+    cameras = Cameras(STATE, {"3-1.2": AT_ONCE})
+    assert cameras.of("USB slot [3-1.2] has been disabled.", BEFORE) is None
+    assert cameras.of("USB slot [3-1.2] has been disabled.", AT_ONCE) == HD
 
 
 @pytest.fixture
@@ -72,6 +93,10 @@ def found(history: History, **wish: Any) -> list[tuple[str, str]]:
 
 SLOT, RATE = ("log", "USB slot [3-1.2] has been enabled."), ("log", "Modified Channel 2 FPS: 60.00")
 CAME, BEGUN = ("plugged", "Plugged in"), ("log", "begun")
+
+
+def test_a_port_changes_when_a_camera_comes_or_goes(history: History) -> None:
+    assert history.last_changes() == {"3-1.2": AT_ONCE}
 
 
 def test_both_are_one_list_newest_first(history: History) -> None:

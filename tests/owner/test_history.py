@@ -16,7 +16,8 @@ import pytest
 HOST = Path(__file__).resolve().parents[2] / "host"
 sys.path[:0] = [str(HOST / "owner"), str(HOST / "services")]
 from ownerlib import history
-from ownerlib.history import DAY, MOST_DAYS, History, text
+from ownerlib.history import DAY, MOST_DAYS, History
+from statelib.event_log import time_text
 
 BEGIN = 1_800_000_000
 
@@ -60,8 +61,8 @@ def test_cameras_that_come_and_go_are_kept(kept: Kept) -> None:
     kept.note({0, 3}, set())
     kept.note({3}, set())
     assert kept.history.since(1)["plugs"] == [
-        {"time": text(BEGIN + 120), "channel": 3, "kind": "plugged", "name": "Door"},
-        {"time": text(BEGIN + 180), "channel": 0, "kind": "unplugged", "name": "Camera 0"},
+        {"time": time_text(BEGIN + 120), "channel": 3, "kind": "plugged", "name": "Door"},
+        {"time": time_text(BEGIN + 180), "channel": 0, "kind": "unplugged", "name": "Camera 0"},
     ]
 
 
@@ -83,8 +84,8 @@ def test_a_stream_is_kept_from_its_begin_to_its_end(kept: Kept) -> None:
     kept.note({0}, {1, 2})
     kept.note({0}, {2})
     assert kept.history.since(1)["up"] == [
-        {"profile": 1, "from": text(BEGIN + 60), "to": text(BEGIN + 180)},
-        {"profile": 2, "from": text(BEGIN + 120), "to": None},
+        {"profile": 1, "from": time_text(BEGIN + 60), "to": time_text(BEGIN + 180)},
+        {"profile": 2, "from": time_text(BEGIN + 120), "to": None},
     ]
 
 
@@ -94,8 +95,8 @@ def test_a_stream_whose_server_was_killed_ends_when_it_was_last_seen(kept: Kept)
     kept.start()
     kept.note({0}, {1}, after=DAY // 2)
     assert kept.history.since(1)["up"] == [
-        {"profile": 1, "from": text(BEGIN + 60), "to": text(BEGIN + 120)},
-        {"profile": 1, "from": text(kept.now), "to": None},
+        {"profile": 1, "from": time_text(BEGIN + 60), "to": time_text(BEGIN + 120)},
+        {"profile": 1, "from": time_text(kept.now), "to": None},
     ]
 
 
@@ -104,18 +105,18 @@ def test_the_reserved_bandwidth_of_a_bus_is_kept_as_long_as_it_is_the_same(kept:
         kept.note(set(), set(), reserved=reserved)
     bus = {"bus": 3, "speed": 480}
     assert kept.history.since(1)["bandwidth"] == [
-        {**bus, "reserved": 197, "from": text(BEGIN + 120), "to": text(BEGIN + 240)},
-        {**bus, "reserved": 394, "from": text(BEGIN + 240), "to": None},
+        {**bus, "reserved": 197, "from": time_text(BEGIN + 120), "to": time_text(BEGIN + 240)},
+        {**bus, "reserved": 394, "from": time_text(BEGIN + 240), "to": None},
     ]
     kept.note(set(), set())
-    assert kept.history.since(1)["bandwidth"][1]["to"] == text(BEGIN + 300)
+    assert kept.history.since(1)["bandwidth"][1]["to"] == time_text(BEGIN + 300)
 
 
 def test_all_streams_end_when_the_host_cannot_be_read(kept: Kept) -> None:
     kept.note({0}, {1}, reserved=197)
     kept.now += 60
     kept.history.note(None, None)
-    assert [kept.history.since(1)[kind][0]["to"] for kind in ("up", "bandwidth")] == [text(BEGIN + 120)] * 2
+    assert [kept.history.since(1)[kind][0]["to"] for kind in ("up", "bandwidth")] == [time_text(BEGIN + 120)] * 2
     kept.note({0}, {1})
     assert kept.history.since(1)["plugs"] == []
 
@@ -129,7 +130,7 @@ def test_time_outs_are_counted_since_the_time_before(kept: Kept) -> None:
 def test_only_the_asked_days_are_shown_and_a_stream_begins_with_them(kept: Kept) -> None:
     kept.note({0}, {1})
     kept.note({0, 1}, {1}, after=2 * DAY)
-    assert kept.history.since(1)["up"] == [{"profile": 1, "from": text(kept.now - DAY), "to": None}]
+    assert kept.history.since(1)["up"] == [{"profile": 1, "from": time_text(kept.now - DAY), "to": None}]
     assert len(kept.history.since(1)["plugs"]) == 1
 
 

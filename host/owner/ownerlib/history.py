@@ -11,11 +11,11 @@ import sqlite3
 import time
 from collections.abc import Callable, Iterator
 from contextlib import closing, contextmanager
-from datetime import datetime, timezone
 from pathlib import Path
 from typing import Any
 
 from statelib import event_log
+from statelib.event_log import time_text
 
 FILE = event_log.FILE.parent / "history.db"
 MOST_DAYS = 30
@@ -70,11 +70,14 @@ class History:
                 "SELECT time, profile, count FROM timeout WHERE time >= ? ORDER BY time", (begin,)).fetchall()
         return {
             "plugs": [
-                {"time": text(moment), "channel": channel, "kind": kind, "name": name} for moment, channel, kind, name in plugs
+                {"time": time_text(moment), "channel": channel, "kind": kind, "name": name}
+                for moment, channel, kind, name in plugs
             ],
             "up": [{"profile": profile, **span} for (profile,), span in streams],
             "bandwidth": [{"bus": bus, "reserved": mbits, "speed": speed, **span} for (bus, mbits, speed), span in reserved],
-            "timeouts": [{"time": text(moment), "profile": profile, "count": count} for moment, profile, count in timeouts],
+            "timeouts": [
+                {"time": time_text(moment), "profile": profile, "count": count} for moment, profile, count in timeouts
+            ],
         }
 
     def newest_plug(self) -> int:
@@ -88,9 +91,15 @@ class History:
         with self._database() as database:
             rows = database.execute(f"{found} ORDER BY rowid DESC LIMIT ?", (before or LARGEST_ROW, search, limit)).fetchall()
         return [
-            {"id": number, "time": text(moment), "kind": kind, "name": name, "port": port}
+            {"id": number, "time": time_text(moment), "kind": kind, "name": name, "port": port}
             for number, moment, kind, name, port in rows
         ]
+
+    def last_changes(self) -> dict[str, str]:
+        """Returns for each port when a camera last came or went there."""
+        with self._database() as database:
+            rows = database.execute("SELECT port, max(time) FROM plug GROUP BY port").fetchall()
+        return {port: time_text(moment) for port, moment in rows}
 
     def _note_plugs(self, database: sqlite3.Connection, plugged: dict[int, Camera]) -> None:
         before = plugged if self._plugged is None else self._plugged
@@ -114,9 +123,11 @@ class History:
     def _spans(self, database: sqlite3.Connection, table: str, begin: int) -> list[tuple[Span, Value]]:
         """Returns what lasted until the moment or begun since, and from when to when."""
         found = database.execute(f"SELECT rowid, * FROM {table} WHERE ended >= ? ORDER BY time", (begin,)).fetchall()
+        running = self._running[table]
+        spans = ((row, began, tuple(span), ended) for row, began, *span, ended in found)
         return [
-            (tuple(span), {"from": text(max(began, begin)), "to": None if self._running[table].get(tuple(span)) == row else text(ended)})
-            for row, began, *span, ended in found
+            (span, {"from": time_text(max(began, begin)), "to": None if running.get(span) == row else time_text(ended)})
+            for row, began, span, ended in spans
         ]
 
     def _note_timeouts(self, database: sqlite3.Connection, counters: tuple[int, ...]) -> None:
@@ -148,6 +159,3 @@ def name_of(channel: Value) -> str:
     """Returns what the pages call a camera."""
     return str(channel["profile_name"] or channel["device"] or f"Channel {channel['channel']}")
 
-
-def text(moment: int) -> str:
-    return datetime.fromtimestamp(moment, timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")

@@ -33,16 +33,18 @@ def newest(
     before: int | None = None,
     search: str = "",
     severity: str | None = None,
-    more: Callable[[str], str] = lambda _: "",
+    more: Callable[[str, str], str] = lambda _, __: "",
 ) -> list[Event]:
-    """Returns the newest events, newest first; only those before an id, of a severity, with a text in theirs or in `more` of it."""
+    """Returns the newest events, newest first; only those before an id, of a severity, with a text in theirs or in what `more`
+    says of it and its time."""
     wanted, values = ["1"], list[Any]()
     if before is not None:
         wanted, values = [*wanted, "id < ?"], [*values, before]
     if severity is not None:
         wanted, values = [*wanted, "level = ?"], [*values, SEVERITIES.index(severity)]
     if search:
-        wanted, values = [*wanted, "(instr(lower(text), lower(?)) OR instr(lower(more(text)), lower(?)))"], [*values, search, search]
+        wanted = [*wanted, "(instr(lower(text), lower(?)) OR instr(lower(more(text, time)), lower(?)))"]
+        values = [*values, search, search]
     return _select(f"{COLUMNS} WHERE {' AND '.join(wanted)} ORDER BY id DESC LIMIT ?", *values, limit, more=more)
 
 
@@ -67,18 +69,22 @@ def newest_id() -> int | None:
         return None
 
 
-def _select(question: str, *values: Any, more: Callable[[str], str] = lambda _: "") -> list[Event]:
+def _select(question: str, *values: Any, more: Callable[[str, str], str] = lambda _, __: "") -> list[Event]:
     if not FILE.exists():  # nothing has happened yet
         return []
     try:
         with _database() as database:
-            database.create_function("more", 1, lambda line: more(str(line)))
+            database.create_function("more", 2, lambda line, time: more(str(line), time_text(time)))
             return [_event(*row) for row in database.execute(question, values)]
     except sqlite3.OperationalError:  # it is being made
         return []
 
 
+def time_text(time: int) -> str:
+    """Of two of them the later one is the greater text."""
+    return datetime.fromtimestamp(time, timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")
+
+
 def _event(number: int, time: int, level: int, text: bytes) -> Event:
-    moment = datetime.fromtimestamp(time, timezone.utc)
     severity = SEVERITIES[level] if level in (0, 1) else "information"
-    return {"id": number, "time": moment.strftime("%Y-%m-%dT%H:%M:%SZ"), "severity": severity, "text": text.decode(errors="replace")}
+    return {"id": number, "time": time_text(time), "severity": severity, "text": text.decode(errors="replace")}
