@@ -80,9 +80,9 @@ def test_let_a_camera_stream_instead_when_no_profile_is_free(ann: Owner) -> None
     run("usbdevctl assign 1-1 1; usbdevctl assign 1-2 2; usbdevctl assign 5-1 3")
     ann.sees_on_card(4, "It waits for “Door”")
     ann.press("Stream this one instead")
-    assert ann.sees("Move a profile to “USB 2.0 Camera: USB Camera”?")
+    assert ann.sees("Move a profile to “USB 2.0 Camera: USB Camera, port 3-1.2”?")
     ann.press("Move")
-    assert ann.is_told("“Door” now shows the picture of “USB 2.0 Camera: USB Camera”.")
+    assert ann.is_told("“Door” now shows the picture of “USB 2.0 Camera: USB Camera, port 3-1.2”.")
     assert ann.wait(lambda: streams(4))
 
 
@@ -95,7 +95,8 @@ def test_give_a_profile_to_a_camera_that_waits_and_be_warned(ann: Owner) -> None
     run("sim plug usb2-camera 3-1.1; usbdevctl assign 3-1.1 0; sim plug usb2-camera 3-1.2")
     ann.open("profile/1")
     ann.press("Port 3-1.2: USB 2.0 Camera: USB Camera")
-    assert ann.sees("Stream “USB 2.0 Camera: USB Camera” instead of “USB 2.0 Camera: USB Camera”?", "for guests too")
+    assert ann.sees("Stream “USB 2.0 Camera: USB Camera, port 3-1.2” instead of “USB 2.0 Camera: USB Camera, port 3-1.1”?")
+    assert ann.sees("for guests too")
     ann.press("Cancel")
     assert "3-1.2" not in run("usbdevctl profiles")
     ann.complaints()  # of the refusal
