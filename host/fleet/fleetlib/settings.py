@@ -126,10 +126,8 @@ def _broker(parser: ConfigParser) -> Broker:
 
 def _metrics(parser: ConfigParser) -> Metrics:
     """Others than this machine get nothing without a password, and no password without TLS."""
-    given = {name: parser.get("metrics", name, fallback=None) for name in CREDENTIALS}
+    given = _credentials(parser, "metrics")
     address = parser.get("metrics", "address", fallback="127.0.0.1")
-    if (given["certificate"] is None) != (given["key"] is None):
-        raise ValueError("[metrics] needs a certificate and its key together")
     if (given["user"] is None) != (given["password_file"] is None):
         raise ValueError("[metrics] needs a user and a password_file together")
     if not ipaddress.ip_address(address).is_loopback and None in given.values():
@@ -149,6 +147,13 @@ def server_context(metrics: Metrics) -> ssl.SSLContext | None:
     return context
 
 
+def _credentials(parser: ConfigParser, section: str) -> dict[str, str | None]:
+    given = {name: parser.get(section, name, fallback=None) for name in CREDENTIALS}
+    if (given["certificate"] is None) != (given["key"] is None):
+        raise ValueError(f"[{section}] needs a certificate and its key together")
+    return given
+
+
 def _port(parser: ConfigParser, section: str, usual: int) -> int:
     port = parser.getint(section, "port", fallback=usual)
     if not 0 < port < 65536:
@@ -157,9 +162,7 @@ def _port(parser: ConfigParser, section: str, usual: int) -> int:
 
 
 def _login(parser: ConfigParser, section: str, broker: Broker) -> Login:
-    given = {name: parser.get(section, name, fallback=None) for name in CREDENTIALS}
-    if (given["certificate"] is None) != (given["key"] is None):
-        raise ValueError(f"[{section}] needs a certificate and its key together")
+    given = _credentials(parser, section)
     if given["certificate"] and not broker.tls:
         raise ValueError(f"[{section}] has a certificate, which needs tls")
     file = given["password_file"]
