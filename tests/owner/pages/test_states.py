@@ -263,10 +263,20 @@ def test_a_refused_change_is_taken_back_with_its_reason(owner: Owner, standin: S
     owner.wait(lambda: not owner.is_on("Use its USB port"))
     owner.turn("Use its USB port")
     assert owner.sees("The camera is not plugged in.")
+    assert owner.evaluate("document.querySelector('.refusal > .icon').getBoundingClientRect().width") > 0
     assert not owner.is_on("Use its USB port")
     owner.press("Close")
     assert owner.sees_no_more("The camera is not plugged in.")
     assert owner.complaints() != []  # the browser tells of every refusal
+
+
+def test_a_camera_that_would_have_to_wait_is_offered_last(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][1] |= {"profile": None, "profile_name": None}
+    standin.state["profiles"][1] |= {"channel": None}
+    owner.open("profile/0")
+    owner.press("Move to another camera")
+    assert owner.field("To the camera").text.split("\n") == ["Port 1-2: Night camera", "Port 3-1.2: USB 2.0 Camera: HD USB Camera"]
+    owner.press("Cancel")
 
 
 def test_a_refusal_is_not_said_on_the_next_page(owner: Owner, standin: StandIn) -> None:
