@@ -165,14 +165,14 @@ TEST_F(AHostOfItsOwn, IsReachedByAProcessWithoutStandardInput) {
 
 TEST_F(AHostOfItsOwn, IsSignalledByAProcessWithoutStandardInput) {
   const Service streaming(10170);
-  auto received = std::async(std::launch::async, [&] { return streaming.serve(""); });
   const int input = dup(STDIN_FILENO);
   close(STDIN_FILENO);
   EXPECT_EQ(vl_StreamNotify(std::string(32, 'm').data()), 0);
   EXPECT_EQ(fcntl(STDIN_FILENO, F_GETFD), -1) << "the socket is still open";
   dup2(input, STDIN_FILENO);
   close(input);
-  EXPECT_EQ(received.get(), std::string(32, 'm'));
+  // Served only now: a thread that accepts the connection could be given the number 0.
+  EXPECT_EQ(streaming.serve(""), std::string(32, 'm'));
 }
 
 }  // namespace
