@@ -69,7 +69,7 @@ def after(history: History, call: Call) -> History:
 
 def _calls(history: History, world: World) -> Iterator[Call]:
     """Returns the calls in their order: removals first, because ports and numbers are given out again."""
-    wanted = {slot: _camera(slot, history, world) for slot in {**history, **world}}
+    wanted = {slot: _camera(slot, history, world) for slot in [*history, *world]}
     for slot, known in history.items():
         if known.camera and known.camera != wanted[slot]:
             yield Call(Kind.CAMERA, slot, known.camera, False)

@@ -41,7 +41,8 @@ class UsbDevice:
 
     def camera(self) -> Node | None:
         """Returns the node that stands for the camera: of two functions the first counts."""
-        return min(self._pictures(), key=lambda it: (it.interface, it.number), default=None)
+        pictures = self._pictures()
+        return min(pictures, key=lambda it: (it.interface, it.number)) if pictures else None
 
     def is_scanned_right(self) -> bool:
         """Checks that the library's scan finds the camera's node. It lists the nodes of each interface, takes the last

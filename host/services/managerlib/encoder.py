@@ -126,7 +126,7 @@ def outputs(folder: Path) -> list[str]:
 
 
 def _hls(options: dict[str, object]) -> str:
-    return "[" + ":".join(f"{name}={value}" for name, value in {"f": "hls", **options}.items()) + "]"
+    return "[" + ":".join(f"{name}={value}" for name, value in [("f", "hls"), *options.items()]) + "]"
 
 
 def _copied_picture(stream: Stream, folder: Path) -> list[str]:

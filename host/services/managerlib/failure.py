@@ -22,7 +22,7 @@ def reason(said: bytes) -> str | None:
     """Returns the last line with an error of the system in what an encoder said, otherwise the last line."""
     lines = list(_lines(said))
     of_system = [line for line in lines if _system_error(line)]
-    return (of_system or lines or [None])[-1]
+    return (of_system or lines)[-1] if lines else None
 
 
 def _lines(said: bytes) -> Iterator[str]:
@@ -32,9 +32,9 @@ def _lines(said: bytes) -> Iterator[str]:
             yield shown[:LONGEST]
 
 
-def _system_error(line: str) -> str | None:
-    """Some errors begin with the text of others."""
-    return max((error for error in SYSTEM_ERRORS if error in line), key=len, default=None)
+def _system_error(line: str) -> str:
+    """Returns the text of the system's error in the line, or nothing. Some begin with the text of others."""
+    return max((error for error in SYSTEM_ERRORS if error in line), key=len, default="")
 
 
 def write(folder: Path, line: str) -> bool:

@@ -75,8 +75,8 @@ def wanted(info: StreamInfo) -> Stream | None:
     if info.stream_type not in WITH_VIDEO:
         return None
     is_mjpeg = info.vcodec == Codec.MJPEG
-    changes = [not is_mjpeg and bool(it) for it in (info.osdenable, info.flip, info.mirror)]
-    return Stream(info.vnode, is_mjpeg, info.width, info.height, info.framerate, *changes, sound=_sound(info))
+    overlay, flip, mirror = (not is_mjpeg and bool(it) for it in (info.osdenable, info.flip, info.mirror))
+    return Stream(info.vnode, is_mjpeg, info.width, info.height, info.framerate, overlay, flip, mirror, _sound(info))
 
 
 def _sound(info: StreamInfo) -> Sound | None:
