@@ -143,6 +143,11 @@ def test_the_first_user_is_added_by_root_and_stored_for_the_login_service_alone(
     assert as_users(machine, script).splitlines() == ["ann", "600 usbdev-login"]
 
 
+def test_messages_of_a_command_begin_with_the_name_by_which_it_was_called(machine: FreshRoot) -> None:
+    printed = as_users(machine, "usbdev-login-users remove bob 2>&1 || usbdev-login-users --help").splitlines()
+    assert printed[0] == "usbdev-login-users: there is no user 'bob'" and printed[1].startswith("usage: usbdev-login-users ")
+
+
 def test_nobody_but_root_adds_a_user(machine: FreshRoot) -> None:
     printed = as_users(machine, f"! {USERS['a member of the group']}usbdev-login-users add ann")
     assert printed == "usbdev-login-users: only root may see and change who may log in\n"

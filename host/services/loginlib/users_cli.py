@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""The command "login-users"."""
+"""The command "login-users", on a real machine "usbdev-login-users"."""
 
 from __future__ import annotations
 
@@ -14,7 +14,8 @@ from loginlib.users import DEFAULT_FILE, UserError, Users
 
 
 def main(arguments: list[str]) -> int:
-    options = _parser().parse_args(arguments)
+    parser = _parser()
+    options = parser.parse_args(arguments)
     users = Users(options.users)
     try:
         if options.command == "add":
@@ -24,7 +25,7 @@ def main(arguments: list[str]) -> int:
         else:
             print(*users.names(), sep="\n", end="\n" if users.names() else "")
     except (UserError, OSError) as problem:
-        print(f"login-users: {problem}", file=sys.stderr)
+        print(f"{parser.prog}: {problem}", file=sys.stderr)
         return 1
     return 0
 
@@ -37,7 +38,7 @@ def _password() -> bytes:
 
 
 def _parser() -> argparse.ArgumentParser:
-    parser = argparse.ArgumentParser(prog="login-users", description="The users of the host's login service.")
+    parser = argparse.ArgumentParser(description="The users of the host's login service.")
     parser.add_argument("--users", metavar="FILE", type=Path, default=DEFAULT_FILE, help=f"default: {DEFAULT_FILE}")
     commands = parser.add_subparsers(dest="command", required=True, metavar="add|remove|list")
     add = commands.add_parser("add", help="add a user or change the password; asks for it, or reads it from a pipe")
