@@ -6,15 +6,17 @@
 from __future__ import annotations
 
 import asyncio
+import shutil
+import signal
 from collections.abc import Callable, Coroutine, Iterator
 from pathlib import Path
 from socket import create_connection
 from typing import Any
 
 import pytest
-from conftest import PATIENCE, VERSIONS, Certificates, free_port, made_up
+from conftest import PATIENCE, VERSIONS, Certificates, free_port, made_up, soon
 from fleetlib import lock_probe, metrics, metrics_page
-from fleetlib.settings import Metrics
+from fleetlib.settings import Metrics, server_context
 from prometheus_client.core import Metric
 from prometheus_client.openmetrics.parser import text_string_to_metric_families as openmetrics
 from prometheus_client.parser import text_string_to_metric_families as plain
@@ -46,7 +48,10 @@ def served(scenario: Callable[[Fetch, int], Coroutine[Any, Any, None]], host: me
     async def work() -> None:
         made = host or metrics.Host(VERSIONS)
         made.note(made_up())
-        where = metrics_page.listen(settings, made)
+        context = server_context(settings)
+        where = metrics_page.listen(settings, made, context)
+        loop = asyncio.get_running_loop()
+        loop.add_signal_handler(signal.SIGHUP, metrics_page.read_certificate_again, settings, context)
         client = SimpleAsyncHTTPClient(force_instance=True)
 
         async def fetch(path: str = "/metrics", scheme: str = where.split()[2].split(":")[0], **options: Any) -> HTTPResponse:
@@ -112,6 +117,25 @@ def test_with_a_certificate_only_tls_is_spoken(ours: Certificates, foreign: Cert
         assert (await fetch(scheme="http")).code == NO_ANSWER
 
     served(scenario, certificate=ours.server, key=ours.server_key)
+
+
+def test_a_renewed_certificate_is_read_at_a_reload_and_one_without_its_key_changes_nothing(
+    ours: Certificates, foreign: Certificates, tmp_path: Path, capfd: pytest.CaptureFixture[str]
+) -> None:
+    certificate, key = (shutil.copy(file, tmp_path) for file in (ours.server, ours.server_key))
+
+    async def scenario(fetch: Fetch, port: int) -> None:
+        assert (await fetch(ca_certs=ours.ca)).code == 200
+        shutil.copy(foreign.server, certificate)
+        signal.raise_signal(signal.SIGHUP)
+        await soon(lambda: "goes on with the old certificate" in capfd.readouterr().err)
+        assert (await fetch(ca_certs=ours.ca)).code == 200
+        shutil.copy(foreign.server_key, key)
+        signal.raise_signal(signal.SIGHUP)
+        await soon(lambda: "read the certificate again" in capfd.readouterr().err)
+        assert (await fetch(ca_certs=foreign.ca)).code == 200
+
+    served(scenario, certificate=certificate, key=key)
 
 
 @pytest.mark.parametrize(("path", "options", "code"), [

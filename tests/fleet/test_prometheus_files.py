@@ -18,7 +18,7 @@ import pytest
 import yaml
 from conftest import PATIENCE, REPOSITORY, VERSIONS, Certificates, free_port, made_up
 from fleetlib import metrics, metrics_page
-from fleetlib.settings import Metrics
+from fleetlib.settings import Metrics, server_context
 from jsonschema import Draft202012Validator
 from servicelib import counts
 
@@ -101,7 +101,7 @@ def test_with_the_lines_for_other_machines_it_scrapes_with_tls_and_a_password(
     async def scenario() -> None:
         host = metrics.Host(VERSIONS)
         host.note(made_up())
-        metrics_page.listen(served, host)
+        metrics_page.listen(served, host, server_context(served))
         while not await asyncio.to_thread(is_scraped):
             await asyncio.sleep(0.1)
 

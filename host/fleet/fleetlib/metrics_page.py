@@ -7,12 +7,14 @@ from __future__ import annotations
 
 import base64
 import hmac
+import ssl
 import sys
 
 from prometheus_client.exposition import choose_encoder
 from prometheus_client.registry import Collector, CollectorRegistry
 from servicelib.attempts import Attempts
 from servicelib.http import Server
+from servicelib.lifecycle import say
 from sharelib.answers import Answer, NothingThere
 from tornado.web import Application
 
@@ -58,8 +60,8 @@ class MetricsAnswer(Answer):
         self.finish()
 
 
-def listen(settings: Metrics, host: Collector) -> str:
-    """Serves the metrics as long as the event loop runs; returns where."""
+def listen(settings: Metrics, host: Collector, context: ssl.SSLContext | None) -> str:
+    """Serves the metrics as long as the event loop runs, with TLS if there is a context; returns where."""
     registry = CollectorRegistry()
     registry.register(host)
     parts = {"settings": settings, "registry": registry, "probe": LockProbe(), "attempts": Attempts()}
@@ -69,10 +71,22 @@ def listen(settings: Metrics, host: Collector) -> str:
             default_handler_class=NothingThere,
             log_function=lambda _: None,
         ),
-        ssl_options=server_context(settings),
+        ssl_options=context,
         idle_connection_timeout=PATIENCE_SECONDS,
         body_timeout=PATIENCE_SECONDS,
         max_body_size=sys.maxsize,  # a body that is too long gets an answer
     )
     server.listen(settings.port, settings.address)
-    return f"metrics at {'https' if settings.certificate else 'http'}://{settings.address}:{settings.port}/metrics"
+    return f"metrics at {'https' if context else 'http'}://{settings.address}:{settings.port}/metrics"
+
+
+def read_certificate_again(settings: Metrics, context: ssl.SSLContext | None) -> None:
+    """Takes it for the connections that are made from now on, if it can be used."""
+    if context is None or settings.certificate is None:
+        return
+    try:
+        server_context(settings)  # the other one would keep half of a certificate and a key that do not belong together
+        context.load_cert_chain(settings.certificate, settings.key, password="")
+        say("read the certificate again")
+    except OSError as problem:
+        say(f"goes on with the old certificate: {problem}")

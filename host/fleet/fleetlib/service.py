@@ -7,6 +7,7 @@ from __future__ import annotations
 
 import argparse
 import asyncio
+import signal
 from collections.abc import Callable, Coroutine
 from dataclasses import dataclass, field
 from pathlib import Path
@@ -37,11 +38,13 @@ State = dict[str, Any]
 
 @dataclass
 class Part:
-    """Of what the service does: what that is, who gets each state, who hears of new events, and what runs meanwhile."""
+    """Of what the service does: what that is, who gets each state, who hears of new events and of a reload, and what runs
+    meanwhile."""
 
     what: str
     note: Callable[[State | None], None]
     logged: Callable[[], None] = lambda: None
+    reload: Callable[[], None] = lambda: None
     work: list[Coroutine[Any, Any, None]] = field(default_factory=list)
 
 
@@ -59,6 +62,11 @@ async def _serve(published: Settings | None, served: Metrics | None) -> None:
         for part in parts:
             part.logged()
 
+    def reload() -> None:
+        for part in parts:
+            part.reload()
+
+    asyncio.get_running_loop().add_signal_handler(signal.SIGHUP, reload)
     picture = Picture(lambda section, value: None, note)
     sources.follow(picture.change, logged)
     work = [one for part in parts for one in part.work]
@@ -72,12 +80,14 @@ def _publish(given: Settings, version: State) -> Part:
         commands = Commands(given, given.commands, Requests())
         work += [commands.follow(), keep(commands.connection, commands.work)]
     what = f"publishing to {given.broker.address}:{given.broker.port} as {given.host}"
-    return Part(what, publisher.note, publisher.logged, work)
+    return Part(what, publisher.note, publisher.logged, work=work)
 
 
 def _show(given: Metrics, version: State) -> Part:
     host = metrics.Host(version)
-    return Part(metrics_page.listen(given, host), host.note)
+    context = settings.server_context(given)
+    where = metrics_page.listen(given, host, context)
+    return Part(where, host.note, reload=lambda: metrics_page.read_certificate_again(given, context))
 
 
 async def _until_stopped(what: str, work: list[Any]) -> None:
