@@ -41,11 +41,11 @@ def test_a_camera_that_waits_gets_no_profile_and_stops_no_other(on_host: RunOnHo
         CONFLICTS,
     )
     why = (
-        f"{SECOND}  no profile: it waits for {FIRST}  profile 0 (both are on root port 3-1); "
+        f"{SECOND}  no profile: it waits for {FIRST}  profile 0 (both are on one USB controller behind a PCI bridge); "
         "with a profile, both would wait for each other"
     )
     advice = (
-        "plug it into a port of another root port, or take the profile of channel 0 ('usbdevctl clear pf0') "
+        "plug it into a port of another USB controller, or take the profile of channel 0 ('usbdevctl clear pf0') "
         "or switch its port off ('usbdevctl slot off 3-1.1'); --anyway assigns it nevertheless"
     )
     assert (refused.out, refused.err) == ("", f"usbdevctl: {why}\nusbdevctl: {advice}\n")
@@ -54,11 +54,22 @@ def test_a_camera_that_waits_gets_no_profile_and_stops_no_other(on_host: RunOnHo
         False,
         "waits",
         0,
-        "root_port",
+        "controller",
         why,
         advice,
     ]
     assert waiting_for(channels) == [None, 0, None]
+
+
+def test_another_root_port_is_advised_only_if_a_camera_can_stream_there(on_host: RunOnHost) -> None:
+    """Not behind a bridge: a camera streams in each root port of such a controller."""
+    _, check = run_all(
+        on_host,
+        "sim plug usb2-camera 1-1.1; sim plug hd-usb-camera 1-1.2; usbdevctl assign 1-1.1 0",
+        "usbdevctl check 1-1.2 1 --json",
+    )
+    assert check.json["collision"] == "root_port"
+    assert check.json["advice"].startswith("plug it into a port of another root port, or")
 
 
 def test_a_camera_that_waits_gets_its_profile_anyway(on_host: RunOnHost) -> None:

@@ -15,7 +15,7 @@ namespace usbdevctl {
 
 enum class Collision {
   none,
-  root_port,   // both are on one root port
+  root_port,   // both are on one root port, and only that matters
   controller,  // both are on one controller behind a PCI bridge
   host,        // the host is limited to one channel
 };

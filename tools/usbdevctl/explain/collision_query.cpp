@@ -20,21 +20,20 @@ bool isLimitedToOneChannel() {
   return limited;
 }
 
-/// The camera whose collisions are asked for. The controller that it is on takes commands to find out, and does not
-/// matter for those that share its root port.
+/// The camera whose collisions are asked for. Behind a bridge, another port of its controller is no way out for one on its
+/// root port either, so the controller is what both share.
 class Tested {
  public:
   explicit Tested(const ChannelRow &row) : row_(row) {}
 
   Collision against(const ChannelRow &other) {
-    if (rootPort(other.slot) == rootPort(row_.slot)) {
-      return isLimitedToOneChannel() ? Collision::host : Collision::root_port;
-    }
+    if (isLimitedToOneChannel()) return Collision::host;
     findController();
+    if (rootPort(other.slot) == rootPort(row_.slot)) return *behind_bridge_ ? Collision::controller : Collision::root_port;
     char port[sizeof(_usbdev_des::usbslot)] = {};  // the library cuts it
     other.slot.copy(port, sizeof port - 1);
-    if (chkconflict(port, row_.slot.c_str(), *behind_bridge_, *other.video_node, path_) == 0) return Collision::none;
-    return isLimitedToOneChannel() ? Collision::host : Collision::controller;
+    const bool conflicts = chkconflict(port, row_.slot.c_str(), *behind_bridge_, *other.video_node, path_) != 0;
+    return conflicts ? Collision::controller : Collision::none;
   }
 
  private:

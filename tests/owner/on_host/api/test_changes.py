@@ -56,7 +56,7 @@ def test_an_assignment_that_does_harm_is_refused_with_its_reason(owner: Client) 
     owner.ask("PUT", "/channels/1/profile", {"profile": 0})
     refused = owner.ask("PUT", "/channels/2/profile", {"profile": 1})
     assert (refused.status, refused.error, refused.json["reason"]) == (409, "refused", "waits")
-    assert "both are on root port 3-1" in refused.json["text"] and refused.json["cure"].startswith("Plug it into")
+    assert "both are on one USB controller behind a PCI bridge" in refused.json["text"] and refused.json["cure"].startswith("Plug it into")
     assert channel(owner, 2)["profile"] is None
     assert owner.ask("PUT", "/channels/2/profile", {"profile": 1, "anyway": True}).json == {"now_waiting": [1]}
     run("usbdevctl clear pf0; usbdevctl clear pf1; usbdevctl sync")  # which finds out who waits

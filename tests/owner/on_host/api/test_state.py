@@ -43,7 +43,7 @@ def test_a_camera_with_a_profile_shows_its_settings(state: dict[str, Any]) -> No
 
 def test_each_reason_is_that_of_the_program(state: dict[str, Any]) -> None:
     waits = state["channels"][1]["reasons"][0]
-    assert (waits["reason"], waits["other_channel"], waits["collision"]) == ("waits", 0, "root_port")
+    assert (waits["reason"], waits["other_channel"], waits["collision"]) == ("waits", 0, "controller")
     assert waits["text"].startswith("It waits for channel 0  3-1.1")
     assert [reason["cause"] for reason in state["channels"][2]["reasons"]] == ["unplugged"]
 
