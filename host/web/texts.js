@@ -52,6 +52,7 @@ export function t(key, values = {}) {
 export const plain = (name) => (name ?? "").replace(kInvisible, "");
 
 export const number = (value) => new Intl.NumberFormat(language, { maximumFractionDigits: 3 }).format(value);
+export const list = (texts) => new Intl.ListFormat(language).format(texts);
 export const percent = (part) => new Intl.NumberFormat(language, { style: "percent" }).format(part);
 
 const kTime = { dateStyle: "medium", timeStyle: "medium" };

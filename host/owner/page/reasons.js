@@ -9,33 +9,41 @@ import { freeProfiles, nameOf } from "/page/channels.js";
 import { hostsWords } from "/page/hosts_words.js";
 import { Icon } from "/page/icons.js";
 import { Button } from "/page/parts.js";
-import { hasText, plain, t } from "/page/texts.js";
+import { hasText, list, plain, t } from "/page/texts.js";
+import { rivalOf, roomFor, rootPort } from "/page/usb.js";
 
 function values(channel, reason, state) {
-  const other = state.channels[reason.other_channel];
+  const other = state.channels[reason.other_channel] ?? (reason.cause === "switched_off" ? rivalOf(channel, state) : undefined);
   const named = Object.fromEntries(Object.entries(reason.values).map(([name, value]) => [name, plain(value)]));
   const sharer = other && { other_name: nameOf(other), other_channel: other.channel, root: rootPort(channel) };
-  return { port: channel.port, ...named, channel: channel.channel, ...sharer, ...lack(named) };
+  const formats = named.formats && { formats: list(named.formats.split(/, | and /)) };
+  const given = { port: channel.port, ...named, ...formats, channel: channel.channel };
+  return { ...given, ...sharer, room: roomFor(channel.port, state.usb), ...lack(named) };
 }
 
 // What the host lacks to encode a picture is a cause of its own.
 const lack = ({ lack_cause: cause, ...named }) =>
   hasText(`reason.${cause}`) && { lack: t(`reason.${cause}`, named), lack_cure: t(`cure.${cause}`, named) };
 
-const rootPort = (channel) => (channel.port ?? "").split(".")[0];
-
 const kPort = /(\b\d+-\d+(?:\.\d+)*\b)/;
 const withPorts = (text) => text.split(kPort).map((part, index) => (index % 2 ? html`<span class="port">${part}</span>` : part));
+
+// What the cure depends on, besides the cause.
+function caseOf(channel, { cause, collision }, state) {
+  if (cause === "switched_off") return rivalOf(channel, state) && "rival";
+  if (cause !== "waits" || collision === "host") return collision;
+  if (!roomFor(channel.port, state.usb)) return "no_room";
+  return channel.profile === null ? "room" : "room_with_profile";
+}
 
 // In the words of this page; of a cause that it does not know, in those of the host.
 export function words(channel, reason, state) {
   const given = values(channel, reason, state);
-  const text = (kind, otherwise) => {
-    const keys = [`${kind}.${reason.cause}.${reason.collision}`, `${kind}.${reason.cause}`];
-    const key = keys.find(hasText);
+  const text = (kind, of, otherwise) => {
+    const key = [`${kind}.${reason.cause}.${of}`, `${kind}.${reason.cause}`].find(hasText);
     return key ? withPorts(t(key, given)) : hostsWords(otherwise);
   };
-  return { why: text("reason", reason.text), cure: text("cure", reason.cure) };
+  return { why: text("reason", reason.collision, reason.text), cure: text("cure", caseOf(channel, reason, state), reason.cure) };
 }
 
 const kCures = {

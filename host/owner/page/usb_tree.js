@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-// The USB controllers with what hangs on them, as a picture: who shares a port or a controller with whom. On a phone each
-// thing has a line; elsewhere the tree grows to the right.
+// The USB controllers with what hangs on them, as a picture: who shares a port or a controller with whom, and where there is
+// room. On a phone each thing has a line; elsewhere the tree grows to the right.
 
 import { html, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
 import { ownName, standing, tone } from "/page/channels.js";
 import { t } from "/page/texts.js";
+import { roomFor } from "/page/usb.js";
 
 const kNarrow = 900; // pixels, as all of these
 const kBetween = 12; // rows
@@ -20,18 +21,20 @@ const kLetter = 7.4;
 function portNode(port, channels) {
   const channel = channels[port.channel];
   const below = port.ports.map((one) => portNode(one, channels));
-  const empty = { title: port.port, text: t("usb.empty"), kind: "empty", below };
+  const empty = { title: port.port, text: t("usb.empty"), kind: "empty", isPort: true, below };
   if (port.hub) return { ...empty, title: t("usb.hub"), text: port.port, kind: "hub" };
   if (!channel) return empty;
   const word = standing(channel);
   const text = `${port.port} · ${t(`state.${word}`)}`;
-  return { channel: port.channel, isAway: channel.state !== "plugged", title: ownName(channel), text, kind: tone(word), below };
+  return { ...empty, channel: port.channel, isAway: channel.state !== "plugged", title: ownName(channel), text, kind: tone(word) };
 }
 
 function controllerNode(controller, channels) {
   const below = controller.ports.map((one) => portNode(one, channels));
-  const text = t("usb.buses", { buses: controller.buses.join(", ") });
-  return { title: t("usb.controller"), text, kind: "controller", below, bridge: controller.bridge };
+  const hasRoom = controller.free_ports.length > 0;
+  const note = hasRoom ? t("usb.has_room") : below.length === 0 && t("usb.no_camera");
+  const text = [t("usb.buses", { buses: controller.buses.join(", ") }), note].filter(Boolean).join(" · ");
+  return { title: t("usb.controller"), text, kind: hasRoom ? "room" : "", isController: true, below, bridge: controller.bridge };
 }
 
 // Controllers of one bridge share it, as cameras of one controller share that.
@@ -50,16 +53,22 @@ function roots(state) {
 
 const channelsBelow = (node) => [node.channel, ...node.below.flatMap(channelsBelow)].filter((one) => one !== undefined);
 
+const hasOne = (node, pair) => pair.some((channel) => channelsBelow(node).includes(channel));
 const hasBoth = (node, pair) => pair.every((channel) => channelsBelow(node).includes(channel));
 
-// What two cameras share is the last part that both hang on, and the lines from there.
-const isLastOfBoth = (node, pair) => hasBoth(node, pair) && !node.below.some((one) => hasBoth(one, pair));
-const isBelowShared = (node, pair) => !hasBoth(node, pair) && pair.some((channel) => channelsBelow(node).includes(channel));
+// What two cameras share is their controller, or the last part that both hang on, and the lines from there.
+const isShared = (node, { cameras, onController }) =>
+  hasBoth(node, cameras) && (onController ? node.isController : !node.below.some((one) => hasBoth(one, cameras)));
+const isBelowShared = (node, { cameras, onController }) =>
+  hasOne(node, cameras) && (onController ? node.isPort : !hasBoth(node, cameras));
 
 // The cameras of which one waits for the other, as far as they share something here.
-const waiting = (state, nodes) =>
-  state.channels.filter((one) => one.waits_for !== null).map((one) => [one.channel, one.waits_for])
-    .filter((pair) => nodes.some((node) => hasBoth(node, pair)));
+function waiting(state, nodes) {
+  const waits = state.channels.filter((one) => one.waits_for !== null);
+  const onController = (one) => one.reasons.some((reason) => reason.collision === "controller");
+  return waits.map((one) => ({ cameras: [one.channel, one.waits_for], onController: onController(one) }))
+    .filter((pair) => nodes.some((node) => hasBoth(node, pair.cameras)));
+}
 
 const depth = (node) => 1 + Math.max(0, ...node.below.map(depth));
 
@@ -81,21 +90,21 @@ function place(nodes, width) {
   const columns = Math.max(...nodes.map(depth));
   const wide = (width - 4 - kGap * (columns - 1)) / columns;
   const placed = [];
-  let row = 0;
+  let end = 3;
   const put = (node, level, parent) => {
-    const spot = { ...node, x: level * (isWide ? wide + kGap : kIndent) + 2, parent, row };
+    const spot = { ...node, x: level * (isWide ? wide + kGap : kIndent) + 2, parent };
     spot.w = isWide ? wide : width - spot.x - 4;
     spot.lines = lines(node.title, spot.w);
+    spot.h = kBox + kLine * (spot.lines.length - 1);
+    spot.y = end;
     placed.push(spot);
-    if (!isWide || node.below.length === 0) row += 1;
-    const rows = node.below.map((one) => put(one, level + 1, spot).row);
-    if (isWide && rows.length > 0) spot.row = (rows[0] + rows.at(-1)) / 2;
+    if (!isWide || node.below.length === 0) end += spot.h + kBetween;
+    const below = node.below.map((one) => put(one, level + 1, spot));
+    if (isWide && below.length > 0) spot.y = (below[0].y + below.at(-1).y + below.at(-1).h - spot.h) / 2;
     return spot;
   };
   nodes.forEach((node) => put(node, 0, null));
-  const box = kBox + kLine * (Math.max(1, ...placed.map((spot) => spot.lines.length)) - 1);
-  placed.forEach((spot) => Object.assign(spot, { y: spot.row * (box + kBetween) + 3, h: box }));
-  return { placed, height: row * (box + kBetween), isWide };
+  return { placed, height: end, isWide };
 }
 
 function line(spot, isWide) {
@@ -107,9 +116,8 @@ function line(spot, isWide) {
   return `M${from} ${start}C${turn} ${start} ${turn} ${middle} ${spot.x} ${middle}`;
 }
 
-
-const Box = ({ spot, pairs }) => html`<g class=${`usb ${spot.kind} ${pairs.some((one) => isLastOfBoth(spot, one)) ? "shared" : ""}`} transform=${`translate(${spot.x} ${spot.y})`}>
-  <title>${spot.title}</title>
+const Box = ({ spot, pairs }) => html`<g class=${`usb ${spot.kind} ${pairs.some((one) => isShared(spot, one)) ? "shared" : ""}`} transform=${`translate(${spot.x} ${spot.y})`}>
+  <title>${spot.title}, ${spot.text}</title>
   <rect width=${spot.w} height=${spot.h} rx="8" />
   ${spot.lines.map((one, index) => html`<text x="12" y=${19 + kLine * index}>${one}</text>`)}
   <text x="12" y=${18 + kLine * spot.lines.length} class="under">${cut(spot.text, most(spot.w, kLetter))}</text>
@@ -141,11 +149,12 @@ export function UsbTree({ state }) {
   const nodes = roots(state);
   const { placed, height, isWide } = place(nodes, Math.max(width, 200));
   const pairs = waiting(state, nodes);
+  const ports = roomFor(null, state.usb);
   return html`<section aria-labelledby="usb">
     <h2 id="usb">${t("usb.title")}</h2>
     <p class="quiet">${pairs.length > 0 ? t("usb.shared") : t("usb.explained")}</p>
+    <p class="quiet">${ports ? t("usb.room", { ports }) : t("usb.no_room")}</p>
     <div class="card usb-tree" ref=${frame}>
-      ${nodes.length === 0 && html`<p class="quiet">${t("usb.nothing")}</p>`}
       <svg width=${width} height=${height} aria-hidden="true" focusable="false">
         ${placed.filter((one) => one.parent).map((one) => html`<${Line} spot=${one} pairs=${pairs} isWide=${isWide} />`)}
         ${placed.map((one) => html`<${Box} spot=${one} pairs=${pairs} />`)}

@@ -10,13 +10,12 @@ import socket
 from typing import Any
 
 from servicelib.counts import counts
-from usbdev import Entry, ProfileInfo, UsbdevError, aio, profiles
+from usbdev import Entry, ProfileInfo, UsbdevError, aio, core, profiles
 from usbdev.records import PROFILES
 
-from statelib import event_log, program
+from statelib import event_log, program, usb_tree
 from statelib.problems import host_away
 from statelib.stream_settings import settings
-from statelib.usb_tree import Controllers, tree
 
 Row = dict[str, Any]  # of "usbdevctl explain --json"
 Value = dict[str, Any]
@@ -26,10 +25,10 @@ REASON = ("reason", "cause", "values", "text", "hinders", "other_channel", "coll
 
 
 class Reader:
-    """Reads the state. The questions about a camera's controller are asked once per camera."""
+    """Reads the state. Whether only one camera can stream takes commands to find out, and the host stays what it is."""
 
     def __init__(self) -> None:
-        self._controllers = Controllers()
+        self._is_limited: bool | None = None
 
     async def state(self) -> Value:
         return {"host": {"name": socket.gethostname()}, **await self._channels(), "events": await self.events()}
@@ -38,11 +37,13 @@ class Reader:
         """Returns the parts of the state that follow from the channels."""
         explained, bound = await asyncio.gather(program.ask("explain"), _profiles())
         rows: list[Row] = explained["channels"]
-        await self._controllers.learn(rows)
+        if self._is_limited is None:
+            self._is_limited = await aio.call(core.is_limited_to_one_channel)
+        usb = usb_tree.tree(rows, await asyncio.to_thread(usb_tree.buses), self._is_limited)
         return {
             "channels": [channel(row, *bound.get(row["profile"], (None, None))) for row in rows],
             "profiles": [profile(number, rows) for number in range(PROFILES)],
-            "usb": {**tree(rows, self._controllers), "buses": explained["buses"]},
+            "usb": {**usb, "buses": explained["buses"]},
         }
 
     async def events(self) -> list[Value]:

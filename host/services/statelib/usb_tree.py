@@ -1,51 +1,87 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""The USB ports with cameras, under their hubs and controllers."""
+"""The USB controllers with the ports that have cameras, and the ports where one more camera can stream."""
 
 from __future__ import annotations
 
-from pathlib import PurePosixPath
+import re
+from dataclasses import dataclass
+from pathlib import Path, PurePosixPath
 from typing import Any
 
-from usbdev import aio, devices
-
-Row = dict[str, Any]
-Camera = tuple[str, str, int]  # port, name and node
-
-
-class Controllers:
-    """The controllers' paths, which take commands to find out: asked once for each camera, as long as it stays."""
-
-    def __init__(self) -> None:
-        self._found: dict[Camera, tuple[str | None, bool]] = {}
-
-    async def learn(self, rows: list[Row]) -> None:
-        attached = [_camera(row) for row in rows if row["state"] == "plugged" and row["video_node"] is not None]
-        self._found = {camera: self._found[camera] for camera in attached if camera in self._found}
-        for camera in attached:
-            if camera not in self._found:
-                node = camera[2]
-                path = await aio.call(devices.controller_path, node)
-                self._found[camera] = (path, await aio.call(devices.is_behind_pci_bridge, node))
-
-    def of_bus(self, bus: int) -> tuple[str | None, str | None]:
-        """Returns the paths of the bus's controller and of its bridge, if it is behind one and a camera tells."""
-        for (port, _, _), (path, is_behind_bridge) in self._found.items():
-            if path and _bus(port) == bus:
-                return path, str(PurePosixPath(path).parent) if is_behind_bridge else None
-        return None, None
+Row = dict[str, Any]  # of "usbdevctl explain --json"
+DEVICES = Path("/sys/bus/usb/devices")
+ROOT_HUB = re.compile(r"usb(\d+)")
+DEVICE = re.compile(r"(\d+-\d+)(?:\.\d+)*")
+PCI = re.compile(r"[0-9a-f]{4,}:[0-9a-f]{2}:[0-9a-f]{2}\.[0-7]")
+NO_SOCKET = ("hardwired", "not used")  # as the kernel calls ports inside of the machine
 
 
-def tree(rows: list[Row], controllers: Controllers) -> dict[str, Any]:
+@dataclass
+class Bus:
+    """A bus as sysfs shows it, with the ports of its root hub that have a socket and no device."""
+
+    path: str | None  # of its controller
+    empty_ports: list[str]
+
+    @property
+    def bridge(self) -> str | None:
+        """The PCI device above the controller, which can only be a bridge."""
+        above = PurePosixPath(self.path or "").parent
+        return str(above) if PCI.fullmatch(above.name) else None
+
+
+def buses(devices: Path = DEVICES) -> dict[int, Bus]:
+    names = [path.name for path in devices.glob("*")]
+    taken = {found[1] for name in names if (found := DEVICE.fullmatch(name))}
+    numbers = sorted(int(found[1]) for name in names if (found := ROOT_HUB.fullmatch(name)))
+    return {number: _bus(devices, number, taken) for number in numbers}
+
+
+def tree(rows: list[Row], known: dict[int, Bus], is_limited: bool) -> dict[str, Any]:
+    """Returns the controllers; `is_limited` says that only one camera of the whole host can stream."""
     found: dict[str | int, dict[str, Any]] = {}
     cameras = {row["slot"]: row for row in sorted(rows, key=lambda row: bool(row["state"] == "plugged")) if row["slot"]}
-    for bus in sorted({_bus(port) for port in cameras}):
-        path, bridge = controllers.of_bus(bus)
-        controller = found.setdefault(path or bus, {"path": path, "bridge": bridge, "buses": [], "ports": []})
-        controller["buses"].append(bus)
-        controller["ports"] += _ports(f"{bus}-", {port: row for port, row in cameras.items() if _bus(port) == bus})
-    return {"controllers": list(found.values())}
+    active = [_number(row["slot"]) for row in rows if _is_active(row)]
+    for number in sorted({*known, *map(_number, cameras)}):
+        bus = known.get(number, Bus(None, []))
+        controller = found.setdefault(
+            bus.path or number, {"path": bus.path, "bridge": bus.bridge, "buses": [], "ports": [], "free_ports": []}
+        )
+        controller["buses"].append(number)
+        controller["ports"] += _ports(f"{number}-", {port: row for port, row in cameras.items() if _number(port) == number})
+        controller["free_ports"] += [port for port in bus.empty_ports if port not in cameras]
+    for controller in found.values():
+        # The library lets one camera stream of those on a controller behind a bridge.
+        if active and (is_limited or (controller["bridge"] and set(active) & set(controller["buses"]))):
+            controller["free_ports"] = []
+    return {"controllers": list(found.values()), "one_camera": is_limited}
+
+
+def _bus(devices: Path, number: int, taken: set[str]) -> Bus:
+    root_hub = devices / f"usb{number}"
+    ports = [port for port in range(1, int(_text(root_hub / "maxchild") or 0) + 1) if _has_socket(root_hub, number, port)]
+    path = "/" + str(root_hub.resolve().parent).partition("/sys/")[2]
+    return Bus(path, [name for port in ports if (name := f"{number}-{port}") not in taken])
+
+
+def _has_socket(root_hub: Path, number: int, port: int) -> bool:
+    return _text(root_hub / f"{number}-0:1.0/usb{number}-port{port}/connect_type") not in NO_SOCKET
+
+
+def _text(file: Path) -> str:
+    """Returns what a file of sysfs contains; nothing if there is none."""
+    try:
+        return file.read_text(encoding="ascii").strip()
+    except OSError:
+        return ""
+
+
+def _is_active(row: Row) -> bool:
+    """Whether others have to wait for this camera, also if its stream fails."""
+    is_wanted = row["profile"] is not None and row["slot_switch"] is not False
+    return bool(is_wanted and row["state"] == "plugged" and row["supported"] and row["parked_behind"] is None)
 
 
 def _ports(begin: str, cameras: dict[str, Row]) -> list[dict[str, Any]]:
@@ -66,9 +102,6 @@ def _port(port: str, cameras: dict[str, Row]) -> dict[str, Any]:
     }
 
 
-def _camera(row: Row) -> Camera:
-    return row["slot"], row["device"], row["video_node"]
-
-
-def _bus(port: str) -> int:
+def _number(port: str) -> int:
+    """Returns the number of the port's bus."""
     return int(port.partition("-")[0])

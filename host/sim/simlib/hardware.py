@@ -34,7 +34,8 @@ class Hardware:
         for bus in topology.buses.values():
             root_hub = self._sys / bus.devpath.lstrip("/")
             root_hub.mkdir(parents=True)
-            (root_hub / "speed").write_text(f"{bus.speed}\n", encoding="ascii")
+            for name, value in (("speed", bus.speed), ("maxchild", bus.ports)):
+                (root_hub / name).write_text(f"{value}\n", encoding="ascii")
             _link(self._sys / "bus/usb/devices" / root_hub.name, root_hub)
 
     def appear(self, machine: Machine, plugged: PluggedCamera) -> None:

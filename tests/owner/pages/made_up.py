@@ -32,7 +32,7 @@ SOUND = {"card": True, "on": True, "codec": "aac", "volume": 70}
 CHANNELS = [
     camera(0, "3-1.1", "HD Pro Webcam C920", profile=0, profile_name="Front door", streams=True, shared=True, sound=SOUND, **STREAM),
     camera(1, "3-1.2", "USB 2.0 Camera: HD USB Camera", profile=1, profile_name="Garage with a name that is rather long", **STREAM,
-           waits_for=0, reasons=[reason("waits", other_channel=0, collision="root_port", values={"number": "0", "camera": "ch0"})]),
+           waits_for=0, reasons=[reason("waits", other_channel=0, collision="controller", values={"number": "0", "camera": "ch0"})]),
     camera(2, "5-1", "Cam <img src=x onerror=alert(1)>", profile=2, switched_on=False, codec="mjpeg", width=640, height=480, rate=30,
            flip=False, mirror=False, overlay=False, reasons=[reason("switched_off")]),
     camera(3, "5-2", "Old camera", supported=False,
@@ -49,12 +49,16 @@ def port(name: str, channel: int | None = None, ports: list[dict[str, Any]] | No
 
 
 USB = {"controllers": [
-    {"path": "/sys/devices/pci0000:00/0000:00:14.0", "bridge": None, "buses": [1], "ports": [port("1-1", 5), port("1-2", 4)]},
-    {"path": "/sys/devices/pci0000:00/0000:00:1c.4/0000:04:00.0", "bridge": "/sys/devices/pci0000:00/0000:00:1c.4", "buses": [3],
-     "ports": [port("3-1", None, [port("3-1.1", 0), port("3-1.2", 1)])]},
-    {"path": "/sys/devices/pci0000:00/0000:00:1c.4/0000:05:00.0", "bridge": "/sys/devices/pci0000:00/0000:00:1c.4", "buses": [5],
-     "ports": [port("5-1", 2), port("5-2", 3)]},
-], "buses": [{"bus": bus, "speed": 480, "reserved": reserved} for bus, reserved in ((1, 0), (3, 197), (5, 0))]}  # fmt: skip
+    {"path": "/devices/pci0000:00/0000:00:14.0", "bridge": None, "buses": [1], "ports": [port("1-1", 5), port("1-2", 4)],
+     "free_ports": ["1-3", "1-5", "1-6", "1-7"]},
+    {"path": "/devices/pci0000:00/0000:00:1c.4/0000:04:00.0", "bridge": "/devices/pci0000:00/0000:00:1c.4", "buses": [3],
+     "ports": [port("3-1", None, [port("3-1.1", 0), port("3-1.2", 1)])], "free_ports": []},
+    {"path": "/devices/pci0000:00/0000:00:1c.4/0000:05:00.0", "bridge": "/devices/pci0000:00/0000:00:1c.4", "buses": [5],
+     "ports": [port("5-1", 2), port("5-2", 3)], "free_ports": ["5-3", "5-4"]},
+    {"path": "/devices/pci0000:00/0000:00:1d.0/0000:07:00.0", "bridge": "/devices/pci0000:00/0000:00:1d.0", "buses": [7, 8],
+     "ports": [], "free_ports": ["7-1", "7-2", "8-1", "8-2"]},
+], "one_camera": False, "buses": [{"bus": bus, "speed": speed, "reserved": reserved}
+                                  for bus, speed, reserved in ((1, 480, 0), (3, 480, 197), (5, 480, 0), (7, 480, 0), (8, 5000, 0))]}  # fmt: skip
 
 
 def moment(hours: float) -> str:
@@ -91,7 +95,7 @@ EMPTY = {
     **STATE,
     "channels": [{**NOTHING, "channel": number} for number in range(10)],
     "profiles": [{"profile": number, "channel": None, "name": "", "streams": False} for number in range(4)],
-    "usb": {"controllers": [], "buses": []},
+    "usb": {**USB, "controllers": [{**one, "ports": []} for one in USB["controllers"]]},
     "events": [],
 }
 SIZES = [{"width": width, "height": height, "rates": [30, 24, 15, 10, 5]} for width, height in [(1920, 1080), (1280, 720), (640, 480)]]

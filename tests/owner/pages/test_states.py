@@ -234,10 +234,72 @@ def test_only_rates_that_can_be_had_are_offered_and_the_highest_is_first(owner: 
 def test_in_the_picture_of_usb_only_what_is_shared_is_blue(owner: Owner) -> None:
     owner.open()
     owner.sees("USB connections")
-    assert owner.evaluate("document.querySelectorAll('.usb-tree .line.shared').length") == 2
+    assert owner.evaluate("document.querySelectorAll('.usb-tree .line.shared').length") == 3
     assert owner.evaluate("document.querySelectorAll('.usb-tree .line.away').length") == 1
-    titles = owner.evaluate("[...document.querySelectorAll('.usb-tree title')].map((one) => one.textContent)")
-    assert "Garage with a name that is rather long" in titles
+    assert any("Garage with a name that is rather long" in title for title in titles(owner))
+
+
+def titles(owner: Owner) -> list[str]:
+    """The boxes of the picture."""
+    found = owner.evaluate("[...document.querySelectorAll('.usb-tree title')].map((one) => one.textContent)")
+    assert isinstance(found, list)
+    return found
+
+
+def test_the_picture_of_usb_has_controllers_without_a_camera_and_says_where_there_is_room(owner: Owner, standin: StandIn) -> None:
+    standin.state["usb"]["controllers"].append({"path": "/x", "bridge": None, "buses": [9], "ports": [], "free_ports": []})
+    owner.open()
+    assert owner.sees("There is room for one more camera in the USB ports 1-3, 1-5 to 1-7, 5-3 to 5-4, and 7-1 to 7-2.")
+    controllers = [title for title in titles(owner) if title.startswith("USB controller")]
+    assert controllers == [f"USB controller, bus {one}" for one in ("3", "5 · has room", "1 · has room", "7, 8 · has room", "9 · no camera")]
+
+
+def test_a_box_of_the_picture_is_as_high_as_its_name(owner: Owner) -> None:
+    for width, height in ((390, 844), (1280, 800)):
+        owner.size(width, height)
+        owner.open()
+        owner.sees("USB connections")
+        boxes = "[...document.querySelectorAll('.usb')].map((one) => [one.querySelectorAll('text').length, one.querySelector('rect').getBBox().height])"
+        assert {tuple(one) for one in owner.evaluate(boxes)} == {(2, 46), (3, 64)}
+
+
+@pytest.mark.parametrize(
+    ("values", "advice"),
+    [
+        ({"profile": None}, "To have both, plug this one into another USB port: 1-3, 1-5 to 1-7, 5-3 to 5-4, and 7-1 to 7-2."),
+        ({}, "There it is a new camera, to which you then move its profile."),
+        ({"port": "8-3"}, "To have both, plug this one into another USB port: 8-1 to 8-2."),
+    ],
+)
+def test_a_camera_that_waits_is_sent_to_a_port_where_it_streams(owner: Owner, standin: StandIn, values: dict[str, Any], advice: str) -> None:
+    standin.state["channels"][1] |= values
+    owner.open()
+    assert owner.sees_on_card(1, "one camera can stream, however little it sends.", advice)
+
+
+def test_if_no_port_has_room_a_camera_that_waits_is_sent_nowhere(owner: Owner, standin: StandIn) -> None:
+    for controller in standin.state["usb"]["controllers"]:
+        controller["free_ports"] = []
+    owner.open()
+    no_room = "no free USB port of this host has room for one more camera."
+    assert owner.sees_on_card(1, f"To have both does not work here: {no_room}", "Stream this one instead")
+
+
+@pytest.mark.parametrize(("port", "is_said"), [("5-1", False), ("3-2", True)])
+def test_it_is_said_before_whom_a_camera_waits_for_when_it_is_switched_on(owner: Owner, standin: StandIn, port: str, is_said: bool) -> None:
+    standin.state["channels"][2]["port"] = port
+    owner.open()
+    assert owner.sees_on_card(2, "Switch the port on")
+    assert ("If you switch it on now, it waits for “Front door”." in owner.card(2)) == is_said
+    assert ("Switch it on; the camera has kept its settings." in owner.card(2)) != is_said
+
+
+def test_formats_are_listed_in_the_language_of_the_page(owner: Owner) -> None:
+    owner.open()
+    assert owner.sees_on_card(3, "(NV12 and H264)")
+    owner.choose("Language", "Deutsch")
+    assert owner.sees_on_card(3, "(NV12 und H264)")
+    owner.choose("Sprache", "English")
 
 
 def test_a_wrong_password_is_forgiven_when_one_types_again(owner: Owner, standin: StandIn) -> None:

@@ -57,13 +57,19 @@ def test_each_profile_shows_who_has_it(state: dict[str, Any]) -> None:
 
 
 def test_ports_are_below_their_hubs_and_controllers(state: dict[str, Any]) -> None:
-    first, second = state["usb"]["controllers"][0], state["usb"]["controllers"][1]
-    assert (first["buses"], [port["port"] for port in first["ports"]]) == ([1], ["1-1"])
+    first, second, _ = state["usb"]["controllers"]
+    assert (first["buses"], [port["port"] for port in first["ports"]]) == ([1, 2], ["1-1"])
     assert second["bridge"] and second["path"].startswith(second["bridge"])
     hub = second["ports"][0]
     assert (hub["port"], hub["hub"], [(port["port"], port["channel"]) for port in hub["ports"]]) == (
         "3-1", True, [("3-1.1", 0), ("3-1.2", 1)]
     )  # fmt: skip
+
+
+def test_where_one_more_camera_can_stream_is_told(state: dict[str, Any]) -> None:
+    """Not beside one that streams behind a bridge, and not where a camera is or was."""
+    first, second, third = ([port for port in one["free_ports"] if port[0] in "135"] for one in state["usb"]["controllers"])
+    assert (first, second, third) == ([f"1-{port}" for port in range(2, 9)], [], ["5-2", "5-3", "5-4"])
 
 
 def test_the_newest_event_is_the_first(state: dict[str, Any]) -> None:

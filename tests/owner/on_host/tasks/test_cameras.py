@@ -49,8 +49,8 @@ def test_give_a_camera_a_profile(ann: Owner) -> None:
 
 def test_plug_a_second_camera_into_the_same_hub_and_understand_why_it_waits(ann: Owner) -> None:
     run("sim plug usb2-camera 3-1.1; usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door; sim plug usb2-camera 3-1.2")
-    assert ann.sees_on_card(1, "Waits", "It waits for “Door”: both share the line of USB port 3-1, which has room for one camera.")
-    assert ann.sees_on_card(1, "plug this one into another USB socket of the machine itself, not into this hub.")
+    assert ann.sees_on_card(1, "Waits", "It waits for “Door”: both are on one USB controller on which one camera can stream, however little it sends.")
+    assert ann.sees_on_card(1, "To have both, plug this one into another USB port: 1-1 to 1-8 and 5-1 to 5-4.")
     assert ann.sees("Cameras that share the blue part wait for each other")
 
 
