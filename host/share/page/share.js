@@ -13,6 +13,8 @@ const kLook = 500;
 const kStandsStill = 3000;
 const kBeginAnew = 8000;
 
+const kMistakes = ["reason.password_wrong", "reason.too_many"];
+
 const element = (id) => document.getElementById(id);
 const video = element("video");
 const choice = element("language");
@@ -32,6 +34,7 @@ function show(state, key = "", otherwise = "") {
   shown = { key, otherwise };
   showSentence();
   element("password-form").hidden = state !== "password";
+  element("sentence").classList.toggle("problem", kMistakes.includes(key));
   element("password").ariaInvalid = String(key === "reason.password_wrong");
   element("countdown").hidden = state !== "paused";
 }

@@ -22,7 +22,7 @@ PASSWORD_WRONG: Told = ("password_wrong", "This is not the password.")
 PAUSE: Told = ("too_many", "There were too many wrong attempts.")
 FINAL_REASONS: dict[int, Told] = {
     ViewerCode.WRONG_TOKEN: ("wrong_token", "This link is no longer valid; ask for the new one."),
-    ViewerCode.UNKNOWN_SHARE_ID: ("unknown", "This link is unknown; it was renewed or removed."),
+    ViewerCode.UNKNOWN_SHARE_ID: ("unknown", "This link is unknown; it was replaced or removed."),
 }
 PASSING_REASONS: dict[int, Told] = {
     ViewerCode.NOT_ATTACHED: ("unplugged", "The camera is not plugged in."),

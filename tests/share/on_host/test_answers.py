@@ -83,7 +83,7 @@ def test_each_reason_that_can_pass_has_its_sentence(keys: dict[str, object], rea
     ("question", "reason", "sentence"),
     [
         ({"token": "cafd"}, "wrong_token", "This link is no longer valid; ask for the new one."),
-        ({"ssid": "00004712"}, "unknown", "This link is unknown; it was renewed or removed."),
+        ({"ssid": "00004712"}, "unknown", "This link is unknown; it was replaced or removed."),
     ],
     ids=["9000", "9011"],
 )

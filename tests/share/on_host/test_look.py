@@ -14,6 +14,7 @@ from viewer import Viewer
 Link = dict[str, str]
 LONG = "A camera with a name that is longer than a phone is wide, by far"
 SMALLEST_TOUCH = 44
+VIDEO = "document.getElementById('video')"
 # How light the page and its text are, from 0 to 255.
 LIGHTNESS = """['backgroundColor', 'color'].map((part) =>
   Math.max(...getComputedStyle(document.body)[part].match(/\\d+/g).slice(0, 3).map(Number)))"""
@@ -35,7 +36,17 @@ def test_the_picture_and_its_controls_are_inside_the_window(
     viewer.open(link["page"])
     viewer.await_playing()
     assert in_every_window(FITS) == EVERYWHERE
-    assert in_every_window("document.getElementById('video').clientHeight > innerHeight / 2") == EVERYWHERE
+    assert in_every_window(f"innerWidth < innerHeight || {VIDEO}.clientHeight > innerHeight / 2") == EVERYWHERE
+
+
+def test_upright_the_picture_is_below_the_name_as_wide_as_the_window(
+    viewer: Viewer, link: Link, in_every_window: Callable[[str], list[bool]]
+) -> None:
+    viewer.open(link["page"])
+    viewer.await_playing()
+    is_whole = f"Math.abs({VIDEO}.clientHeight * {VIDEO}.videoWidth - innerWidth * {VIDEO}.videoHeight) < 2 * innerWidth"
+    is_on_top = f"{VIDEO}.getBoundingClientRect().top === document.querySelector('header').getBoundingClientRect().bottom"
+    assert in_every_window(f"innerWidth > innerHeight || ({is_whole} && {is_on_top})") == EVERYWHERE
 
 
 def test_the_password_can_be_entered_with_a_finger(
@@ -46,6 +57,16 @@ def test_the_password_can_be_entered_with_a_finger(
     touched = "[...document.querySelectorAll('input, button')].map((one) => one.offsetHeight)"
     assert in_every_window(FITS) == EVERYWHERE
     assert in_every_window(f"{touched}.length === 2 && Math.min(...{touched}) >= {SMALLEST_TOUCH}") == EVERYWHERE
+
+
+def test_a_wrong_password_looks_like_a_mistake(viewer: Viewer, link: Link) -> None:
+    viewer.open(share("on", "0", "--password-stdin", "--json", password="pass\n")["page"])
+    viewer.wait(viewer.sees_form)
+    colour = "getComputedStyle(document.getElementById('sentence')).backgroundColor"
+    before = viewer.evaluate(colour)
+    viewer.enter_password("wrong")
+    viewer.wait(lambda: viewer.sentence() == "This is not the password.")
+    assert viewer.evaluate(colour) != before
 
 
 def test_the_whole_page_is_dark_where_the_viewer_wants_it(viewer: Viewer, scheme: str, link: Link) -> None:
