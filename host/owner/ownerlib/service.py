@@ -9,7 +9,6 @@ import argparse
 import asyncio
 from typing import Any
 
-import sharelib.live
 import sharelib.routes
 from servicelib import lifecycle
 from servicelib.counts import counts
@@ -70,7 +69,7 @@ def routes(host: Host) -> list[Any]:
 
 def application(host: Host, library: Library) -> Application:
     return Application(
-        [*routes(host), *page_files.routes(), (sharelib.live.ROUTE, view_answers.SharedLive, {"host": host}), *sharelib.routes.routes(library, host.guests.feeds)],
+        [*routes(host), *page_files.routes(), *sharelib.routes.routes(library, host.guests.feeds)],
         default_handler_class=NothingHere,
         default_handler_args={"host": host},
         log_function=lambda _: None,  # requests contain secrets

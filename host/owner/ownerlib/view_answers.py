@@ -12,7 +12,7 @@ from sharelib.live import LiveAnswer
 from sharelib.streams import PLAYLIST, StreamFile, read_file
 from tornado.web import HTTPError
 
-from ownerlib.answers import COOKIE, SignedIn, SignedInSocket
+from ownerlib.answers import SignedIn, SignedInSocket
 from ownerlib.host import Host
 
 FILES = r"([A-Za-z0-9_-]+\.(?:m3u8|ts|m4s|mp4))"
@@ -28,14 +28,6 @@ class Live(SignedInSocket, LiveAnswer):
 
     def folder(self) -> Path | None:
         return STREAMS / f"channel{int(self.path_args[0]) + 1}" if self.host.sessions.is_open(self.session_id) else None
-
-
-class SharedLive(LiveAnswer):
-    """A stream that is shared. An owner who looks at it as a guest is not counted as one."""
-
-    def initialize(self, host: Host) -> None:  # type: ignore[override]
-        is_owner = host.sessions.is_open(self.get_cookie(COOKIE, "") or "")
-        super().initialize(host.feeds if is_owner else host.guests.feeds)
 
 
 class File(SignedIn, StreamFile):
