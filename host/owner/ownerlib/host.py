@@ -12,6 +12,7 @@ from sharelib.feed import Feeds
 from statelib import sources
 from statelib.picture import Picture
 
+from ownerlib import network
 from ownerlib.guests import Guests
 from ownerlib.live import Live
 from ownerlib.login import Logins
@@ -22,7 +23,9 @@ Value = dict[str, Any]
 
 
 class Host:
-    def __init__(self) -> None:
+    def __init__(self, address: str, port: int) -> None:
+        """The address and the port at which the pages are served."""
+        self._served = address, port
         self.sessions = Sessions()
         self.logins = Logins()
         self.live = Live(self.sessions)
@@ -37,14 +40,16 @@ class Host:
         await asyncio.gather(self.picture.follow(), self.recorder.follow())
 
     async def state(self) -> Value:
-        """Returns the whole picture, with the guests and the number of the camera that came or went last. Raises Problem if it cannot be read."""
-        return self._with_guests(await self.picture.state())
+        """Returns the whole picture, with what the server itself knows. Raises Problem if it cannot be read."""
+        return self._whole(await self.picture.state())
 
     def _tell(self, section: str, value: Any) -> None:
-        self.live.tell(section, self._with_guests(value) if section == "state" else value)
+        self.live.tell(section, self._whole(value) if section == "state" else value)
 
-    def _with_guests(self, state: Value) -> Value:
-        return {**state, "viewers": self.guests.counts(), "plugs": self.recorder.plugs}
+    def _whole(self, state: Value) -> Value:
+        """Adds how others reach the host, the guests, and the number of the camera that came or went last."""
+        host = {**state["host"], "address": network.address(), "origin": network.origin(*self._served)}
+        return {**state, "host": host, "viewers": self.guests.counts(), "plugs": self.recorder.plugs}
 
     def end_session(self, session: str) -> None:
         self.sessions.end(session)

@@ -81,9 +81,11 @@ def application(host: Host, library: Library) -> Application:
 
 async def _serve(options: argparse.Namespace) -> None:
     counts.begin("pages")
-    library, host = Library(), Host()
+    library = Library()
+    port = library.web_port()
+    host = Host(options.address, port)
     following = asyncio.create_task(host.follow())
-    serving = asyncio.create_task(serve(application(host, library), library.web_port(), options))
+    serving = asyncio.create_task(serve(application(host, library), port, options))
     await asyncio.wait((following, serving), return_when=asyncio.FIRST_COMPLETED)
     if following.done():
         following.result()  # which is the reason why it has failed; pages would show what was

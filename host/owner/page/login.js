@@ -42,7 +42,7 @@ export function Login() {
     <form class="card login" onSubmit=${submit} onInput=${forgive}>
       <img src="/page/favicon.svg" alt="" width="48" height="48" />
       <h1>${t("sign_in")}</h1>
-      <p class="quiet">${t("sign_in.explained", { host: location.hostname })}</p>
+      <p class="quiet">${t("sign_in.explained")}</p>
       <p class="problem" role="alert" hidden=${!problem}>${problem}</p>
       <div class="field"><label for="user">${t("user")}</label>
         <input id="user" name="user" autocomplete="username" autocapitalize="none" spellcheck="false" required maxlength="64" /></div>

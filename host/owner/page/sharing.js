@@ -12,7 +12,7 @@ import { copy } from "/page/clipboard.js";
 import { Icon } from "/page/icons.js";
 import { Busy, Button, Empty, Failed, Switch } from "/page/parts.js";
 import { ask, notice } from "/page/store.js";
-import { number, t } from "/page/texts.js";
+import { number, plain, t } from "/page/texts.js";
 
 const kLongestPassword = 31;
 const kQuiet = 4; // modules around the code
@@ -42,17 +42,28 @@ function QrCode({ text }) {
   </figure>`;
 }
 
+// The link begins as the address of this page does, unless others cannot reach that.
+const isForAll = !kThisMachine.test(location.hostname);
+const originOf = (host) => (isForAll ? location.origin : host.origin ?? location.origin);
+
+// Names how others may reach the page, if only this machine can open its links.
+function ThisMachine({ host }) {
+  const names = [host.name, host.address].filter(Boolean).join(", ");
+  return html`<p class="care-box">${t("share.this_machine", { opened: location.hostname, names })}</p>`;
+}
+
 // A code for a phone is behind a button, because it is of no use on the phone itself.
-function Link({ profile, share, renew }) {
+function Link({ profile, share, renew, host }) {
   const [hasCode, setCode] = useState(false);
-  const link = location.origin + share.page;
+  const link = originOf(host) + share.page;
+  const canBeOpened = isForAll || host.origin !== null;
   const id = `link-${profile}`;
   return html`<div class="share-link">
-    ${kThisMachine.test(location.hostname) && html`<p class="care-box">${t("share.this_machine")}</p>`}
+    ${!canBeOpened && html`<${ThisMachine} host=${host} />`}
     <div class="field"><label for=${id}>${t("share.link")}</label><output id=${id} class="link">${link}</output></div>
     <div class="buttons">
       <${Button} icon="copy" kind="" act=${() => copy(link, "share.copied", document.getElementById(id))}>${t("do.copy")}<//>
-      <${Button} act=${() => setCode(!hasCode)} aria-expanded=${hasCode}>${t("do.show_code")}<//>
+      ${canBeOpened && html`<${Button} act=${() => setCode(!hasCode)} aria-expanded=${hasCode}>${t(hasCode ? "do.hide_code" : "do.show_code")}<//>`}
       <a class="button plain" href=${share.page} target="_blank" rel="noopener"><${Icon} name="open" />${t("share.as_guest")}</a>
       <${Button} act=${renew}>${t("do.renew")}<//>
     </div>
@@ -60,7 +71,7 @@ function Link({ profile, share, renew }) {
   </div>`;
 }
 
-function Password({ profile, share, protect }) {
+function Password({ profile, share, protect, name }) {
   const id = `password-${profile}`;
   const submit = async (event) => {
     event.preventDefault();
@@ -68,7 +79,7 @@ function Password({ profile, share, protect }) {
     if (await protect(share.password ? "change_password" : "set_password", field.value)) field.value = "";
   };
   return html`<p class="protection"><${Icon} name=${share.password ? "lock" : "info"} />
-      <span><strong>${t(share.password ? "share.has_password" : "share.has_none")}</strong> ${t(share.password ? "share.guest_password" : "share.guest")}</span></p>
+      <span><strong>${t(share.password ? "share.has_password" : "share.has_none")}</strong> ${t(name ? "share.guest_named" : "share.guest", { name })}</span></p>
     <form class="line-form" onSubmit=${submit}>
       <div class="field"><label for=${id}>${t(share.password ? "share.new_password" : "share.password")}</label>
         <input id=${id} name="password" type="password" maxlength=${kLongestPassword} required autocomplete="new-password" /></div>
@@ -130,8 +141,8 @@ function SharedProfile({ profile, share, load, state }) {
     <h2><bdi>${name}</bdi></h2>
     <${Switch} label=${t("share.on")} on=${share.on} change=${turn} />
     ${share.on && html`<${Viewers} count=${state.viewers[profile.profile]} />
-      <${Link} profile=${profile.profile} share=${share} renew=${renew} />
-      <${Password} profile=${profile.profile} share=${share} protect=${protect} />`}
+      <${Link} profile=${profile.profile} share=${share} renew=${renew} host=${state.host} />
+      <${Password} profile=${profile.profile} share=${share} protect=${protect} name=${plain(profile.name)} />`}
     ${!share.on && html`<p class="quiet">${t("share.off")}</p>`}
   </li>`;
 }

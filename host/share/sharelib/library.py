@@ -9,6 +9,8 @@ from dataclasses import dataclass
 
 from usbdev import NotViewableError, ShareLink, UsbdevError, ViewerCode, hostinfo, web
 
+DEFAULT_PORT = 8080
+
 
 @dataclass(frozen=True)
 class Link:
@@ -20,13 +22,13 @@ class Link:
 
 
 class Library:
-    def web_port(self) -> int | None:
+    def web_port(self) -> int:
         """Returns the TCP port of the host's web pages."""
         try:
             port = hostinfo.http_port() or 0
         except UsbdevError:
-            return None
-        return port if port > 0 else None
+            return DEFAULT_PORT
+        return port if port > 0 else DEFAULT_PORT
 
     def open(self, ssid: str, token: str) -> tuple[int, Link | None]:
         """Checks whether a share id and token open a stream: returns the result code, and the link if they do."""

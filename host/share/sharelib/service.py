@@ -18,7 +18,6 @@ from sharelib.feed import Feeds
 from sharelib.library import Library
 from sharelib.routes import routes
 
-DEFAULT_PORT = 8080
 # A connection is closed when the head of a request, with the wait for it, or its body takes longer.
 PATIENCE_SECONDS = 10
 
@@ -42,9 +41,8 @@ def server_of(pages: Application, is_behind_proxy: bool) -> Server:
     )
 
 
-async def serve(pages: Application, port: int | None, options: argparse.Namespace) -> None:
-    """Serves the pages at the port of the host's web pages until a signal ends that."""
-    port = port or DEFAULT_PORT
+async def serve(pages: Application, port: int, options: argparse.Namespace) -> None:
+    """Serves the pages until a signal ends that."""
     server = server_of(pages, options.behind_proxy)
     server.listen(port, options.address)
     await lifecycle.serve_until_stopped(f"listening on {options.address}:{port}")
@@ -62,12 +60,12 @@ def parse(parser: argparse.ArgumentParser, arguments: list[str]) -> argparse.Nam
                         help="visitors come through a web server on this machine, which names their address in X-Real-IP")
     options = parser.parse_args(arguments)
     # Everybody who reaches the page can send the header.
-    if options.behind_proxy and not _is_loopback(options.address):
+    if options.behind_proxy and not is_loopback(options.address):
         parser.error("--behind-proxy needs an address that only this machine reaches")
     return options
 
 
-def _is_loopback(address: str) -> bool:
+def is_loopback(address: str) -> bool:
     try:
         return ipaddress.ip_address(address).is_loopback
     except ValueError:

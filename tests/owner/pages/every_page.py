@@ -13,7 +13,7 @@ WINDOWS = {"desk": (1280, 800), "phone": (390, 844)}
 LINK = "/share?ssid=39202766&token="
 # The address of a page, and a text that it shows when it is complete.
 PAGES = {
-    "sign-in": ("/#/", "with the account that you have there."),
+    "sign-in": ("/#/", "with the account that you have on their host."),
     "overview": ("/#/", "Free channels"),
     "profile": ("/#/profile/0", "Save"),
     "sharing": ("/#/sharing", "Copy link"),

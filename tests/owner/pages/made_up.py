@@ -82,7 +82,7 @@ def came_or_went(number: int, hours: float, kind: str) -> dict[str, Any]:
 
 EVENTS = [LINES[0], came_or_went(2, 6, "unplugged"), *LINES[1:5], came_or_went(1, 30, "plugged"), *LINES[5:]]
 STATE = {
-    "host": {"name": "Attic"},
+    "host": {"name": "Attic", "address": "192.168.1.5", "origin": None},
     "channels": [*CHANNELS, *({**NOTHING, "channel": number} for number in range(6, 10))],
     "profiles": [{"profile": number, "channel": channel, "name": name, "streams": number == 0}
                  for number, channel, name in [(0, 0, "Front door"), (1, 1, CHANNELS[1]["profile_name"]), (2, 2, ""), (3, 5, "Garden")]],

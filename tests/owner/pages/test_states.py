@@ -6,6 +6,8 @@
 from __future__ import annotations
 
 import copy
+from collections.abc import Iterator
+from contextlib import contextmanager
 from typing import Any
 
 import pytest
@@ -187,16 +189,51 @@ def test_it_is_said_that_a_password_is_lost_with_the_link(owner: Owner) -> None:
     assert owner.sees("The password stays.")
 
 
-def test_a_link_that_works_on_this_machine_only_is_said_to(owner: Owner, standin: StandIn) -> None:
+def test_a_link_that_only_the_host_can_open_is_not_shown_to_a_phone(owner: Owner, standin: StandIn) -> None:
+    """It says how others may reach the host."""
     owner.open("sharing")
-    owner.sees("Copy link")
-    assert "works on this machine only" not in owner.text()
-    local = Owner(owner.browser, f"http://127.0.0.1:{standin.port}")
-    local.open()
-    local.evaluate("localStorage.setItem('signedIn', '1')")
-    local.open("sharing")
-    assert local.sees("works on this machine only")
-    local.browser.get(owner.origin)
+    owner.sees("Copy link", "Show to a phone")
+    assert "Only this host itself" not in owner.text()
+    with local(owner, standin) as here:
+        assert here.sees("because you opened the page as 127.0.0.1", "(Attic, 192.168.1.5)", f"http://127.0.0.1:{standin.port}/share?")
+        assert "Show to a phone" not in here.text()
+
+
+def test_on_the_host_itself_a_link_begins_as_others_reach_the_pages(owner: Owner, standin: StandIn) -> None:
+    standin.state["host"]["origin"] = "http://192.168.1.5:8080"
+    with local(owner, standin) as here:
+        assert here.sees("http://192.168.1.5:8080/share?", "Show to a phone")
+        assert "Only this host itself" not in here.text()
+
+
+@contextmanager
+def local(owner: Owner, standin: StandIn) -> Iterator[Owner]:
+    """Somebody at the machine of the server, who looks at the links."""
+    here = Owner(owner.browser, f"http://127.0.0.1:{standin.port}")
+    here.open()
+    here.evaluate("localStorage.setItem('signedIn', '1')")
+    here.open("sharing")
+    here.sees("Copy link")
+    yield here
+    here.browser.get(owner.origin)
+
+
+def test_the_code_for_a_phone_can_be_hidden_again(owner: Owner) -> None:
+    owner.open("sharing")
+    owner.press("Show to a phone")
+    owner.sees("Scan it with the phone")
+    owner.press("Hide the code")
+    assert owner.sees_no_more("Scan it with the phone")
+
+
+@pytest.mark.parametrize(
+    ("name", "promise"),
+    [("Front door", "Guests see the picture and the name “Front door”, and nothing else."), (None, "Guests see the picture and nothing else.")],
+)
+def test_a_guest_is_promised_only_the_name_that_somebody_gave(owner: Owner, standin: StandIn, name: str | None, promise: str) -> None:
+    standin.state["profiles"][0]["name"] = name
+    owner.open("sharing")
+    assert owner.sees(promise)
 
 
 def test_an_event_names_the_camera_that_it_is_about(owner: Owner) -> None:
@@ -413,7 +450,7 @@ def test_a_session_that_has_ended_leads_to_the_login_and_back_to_the_page(owner:
     standin.signed_in = False
     standin.leave()
     standin.away = False
-    assert owner.sees("with the account that you have there.")
+    assert owner.sees("with the account that you have on their host.")
     owner.sign_in("ann", PASSWORD)
     assert owner.sees("Front door")
     assert owner.heading() == "Sharing"

@@ -20,7 +20,7 @@ def streams(channel: int) -> bool:
 def test_sign_in_and_see_the_cameras(ann: Owner) -> None:
     run("sim plug hd-pro-webcam 1-1")
     ann.press("Sign out")
-    assert ann.sees("with the account that you have there.")
+    assert ann.sees("with the account that you have on their host.")
     ann.sign_in("ann", "correct horse")
     assert ann.sees_on_card(0, "HD Pro Webcam C920", "1-1")
 

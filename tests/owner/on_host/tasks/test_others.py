@@ -6,10 +6,12 @@
 from __future__ import annotations
 
 import json
+import socket
 from collections.abc import Iterator
 from contextlib import contextmanager
 
 from browser import Owner
+from client import ORIGIN, PASSWORD, USER
 from conftest import Service, run
 from selenium.webdriver.common.by import By
 
@@ -49,7 +51,12 @@ def test_copy_a_link(door: Owner) -> None:
 
 
 def test_show_a_link_to_a_phone(door: Owner) -> None:
+    """The page was opened by a name that others could know too."""
     share(door)
+    door = Owner(door.browser, ORIGIN.replace("127.0.0.1", "host.localhost"))
+    door.open("sharing")
+    door.sign_in(USER, PASSWORD)
+    door.sees("Copy link")
     assert door.browser.find_elements(By.CSS_SELECTOR, ".qr") == []
     door.press("Show to a phone")
     code = door.wait(lambda: door.browser.find_element(By.CSS_SELECTOR, ".qr svg"))
@@ -58,9 +65,10 @@ def test_show_a_link_to_a_phone(door: Owner) -> None:
     assert door.sees("Scan it with the phone’s camera")
 
 
-def test_hear_that_a_link_works_on_this_machine_only(door: Owner) -> None:
+def test_hear_that_only_the_host_can_open_a_link(door: Owner) -> None:
     share(door)
-    assert door.sees("This link works on this machine only")
+    assert door.sees("Only this host itself can open the link, because you opened the page as 127.0.0.1", socket.gethostname())
+    assert "Show to a phone" not in door.text()
 
 
 def test_share_with_a_password(door: Owner) -> None:
@@ -71,7 +79,7 @@ def test_share_with_a_password(door: Owner) -> None:
     assert door.sees("The link changes: the one that you gave away stops working")
     door.press("Set password")
     assert door.is_told("“Door” has a password now, and a new link; the old one does not work any more.")
-    assert door.sees("Protected by a password.")
+    assert door.sees("Protected by a password: whoever opens the link is asked for it.")
     assert door.wait(lambda: link(door) != old)
     with guest(door) as somebody:
         assert somebody.sees("This link is protected by a password.")
@@ -79,7 +87,7 @@ def test_share_with_a_password(door: Owner) -> None:
     door.press("Remove password")
     assert door.sees("The link changes", "Whoever has the new link sees the camera without a password.")
     door.press("Remove password")
-    assert door.sees("No password. Whoever opens the link sees the picture")
+    assert door.sees("No password. Guests see the picture and the name “Door”, and nothing else.")
     assert door.wait(lambda: link(door) != protected)
 
 
@@ -118,7 +126,7 @@ def test_stop_sharing(door: Owner) -> None:
     share(door)
     door.turn("Share this camera")
     door.press("Stop sharing")
-    assert door.sees("Not shared: only you can see this camera.")
+    assert door.sees("Not shared: nobody can see this camera without an account on this host.")
     assert not json.loads(run("usbdevctl share show 0 --json"))["sharing"]
 
 
@@ -130,7 +138,7 @@ def test_hear_that_the_password_goes_with_the_link(door: Owner) -> None:
     assert door.sees("The password stays.")
     door.press("Replace the link")
     assert door.is_told("“Door” has a new link")
-    assert door.sees("Protected by a password.")
+    assert door.sees("Protected by a password: whoever opens the link is asked for it.")
     door.turn("Share this camera")
     assert door.sees("Its password is lost too: sharing again begins without one.")
     door.press("Stop sharing")
