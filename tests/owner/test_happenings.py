@@ -17,7 +17,8 @@ import pytest
 HOST = Path(__file__).resolve().parents[2] / "host"
 sys.path[:0] = [str(HOST / "owner"), str(HOST / "services")]
 from ownerlib.happenings import Cameras, Wish, newest
-from ownerlib.history import History
+from ownerlib.history import History, Past
+from ownerlib.log_lines import parse
 from statelib import event_log
 from statelib.event_log import time_text
 
@@ -47,30 +48,32 @@ DOOR, HD = {"name": "Door", "port": "3-1"}, {"name": "HD Camera", "port": "3-1.2
         ("Modified Channel 1 FPS: 24.00", None),
         ("USB slot [5-1] has been disabled.", None),
         ("Somebody writes on Channel 2", None),
+        ("Modified Channel 1 USB device name: Gone (5-1)", {"name": "Gone", "port": "5-1"}),
+        ("Camera[5-1 Gone] has image size over 60 fps. It may cause decode error.", {"name": "Gone", "port": "5-1"}),
     ],
 )
 def test_a_line_is_about_the_camera_that_it_names(line: str, camera: dict[str, str] | None) -> None:
-    assert Cameras(STATE, {}).of(line, AT_ONCE) == camera
+    assert Cameras(STATE, {}).of(parse(line), AT_ONCE) == camera
 
 
 def test_no_line_is_about_a_camera_while_nothing_is_known() -> None:
-    assert Cameras(None, {}).of("Modified Channel 2 FPS: 24.00", AT_ONCE) is None
+    assert Cameras(None, {}).of(parse("Modified Channel 2 FPS: 24.00"), AT_ONCE) is None
 
 
 def test_what_was_before_a_camera_got_its_profile_is_not_about_it() -> None:
-    assert Cameras(STATE, {}).of("Modified Channel 2 FPS: 24.00", BEFORE) is None
+    assert Cameras(STATE, {}).of(parse("Modified Channel 2 FPS: 24.00"), BEFORE) is None
 
 
 @pytest.mark.parametrize("created", [None, "", "yesterday"])
 def test_without_the_time_of_its_profile_nothing_is_about_a_camera(created: str | None) -> None:
     state = {**STATE, "channels": [{**STATE["channels"][0], "created": created}]}
-    assert Cameras(state, {}).of("Modified Channel 2 FPS: 24.00", AT_ONCE) is None
+    assert Cameras(state, {}).of(parse("Modified Channel 2 FPS: 24.00"), AT_ONCE) is None
 
 
 def test_what_was_before_a_camera_came_to_a_port_is_not_about_it() -> None:
     cameras = Cameras(STATE, {"3-1.2": AT_ONCE})
-    assert cameras.of("USB slot [3-1.2] has been disabled.", BEFORE) is None
-    assert cameras.of("USB slot [3-1.2] has been disabled.", AT_ONCE) == HD
+    assert cameras.of(parse("USB slot [3-1.2] has been disabled."), BEFORE) is None
+    assert cameras.of(parse("USB slot [3-1.2] has been disabled."), AT_ONCE) == HD
 
 
 @pytest.fixture
@@ -91,12 +94,12 @@ def found(history: History, **wish: Any) -> list[tuple[str, str]]:
     return [(one["kind"], one["text"]) for one in newest(history, STATE, Wish(**{"limit": 10, **wish}))]
 
 
-SLOT, RATE = ("log", "USB slot [3-1.2] has been enabled."), ("log", "Modified Channel 2 FPS: 60.00")
+SLOT, RATE = ("log", "Port 3-1.2 switched on"), ("log", "Rate set to 60 pictures a second")
 CAME, BEGUN = ("plugged", "Plugged in"), ("log", "begun")
 
 
 def test_a_port_changes_when_a_camera_comes_or_goes(history: History) -> None:
-    assert history.last_changes() == {"3-1.2": AT_ONCE}
+    assert history.past(0, None, lambda _: True) == Past({"3-1.2": AT_ONCE}, [])
 
 
 def test_both_are_one_list_newest_first(history: History) -> None:
@@ -114,6 +117,22 @@ def test_a_camera_is_found_by_its_name_and_its_port(history: History) -> None:
     assert found(history, search="DOOR") == [RATE]
     assert found(history, search="3-1.2") == [SLOT, CAME]
     assert found(history, search="%") == []
+
+
+def test_what_happened_is_found_as_it_is_told_and_as_it_was_logged(history: History) -> None:
+    assert found(history, search="60 pictures") == found(history, search="fps: 60") == [RATE]
+    assert found(history, search="plugged") == [CAME]
+    assert found(history, search="60 pictures", language="de") == []
+    assert found(history, search="anGESCHLOSSEN", language="de") == [("plugged", "Angeschlossen")]
+
+
+def test_a_line_is_beside_its_words_and_one_that_is_not_known_is_told_as_it_is(history: History) -> None:
+    lines = {one["text"]: one["line"] for one in newest(history, STATE, Wish(10))}
+    assert lines == {RATE[1]: "Modified Channel 2 FPS: 60.00", SLOT[1]: "USB slot [3-1.2] has been enabled.", "begun": "begun", CAME[1]: None}
+
+
+def test_of_an_earlier_camera_the_profile_is_told(history: History) -> None:
+    assert newest(history, None, Wish(10, search="Rate"))[0]["text"] == "Profile 1: Rate set to 60 pictures a second"
 
 
 def test_nothing_that_came_or_went_is_a_warning(history: History) -> None:

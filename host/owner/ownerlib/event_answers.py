@@ -16,8 +16,9 @@ from statelib import event_log, problems
 from ownerlib import happenings
 from ownerlib.answers import SignedIn
 from ownerlib.happenings import Wish
+from ownerlib.texts import LANGUAGES
 
-COLUMNS = ("id", "time", "severity", "text", "camera", "port")
+COLUMNS = ("id", "time", "severity", "text", "camera", "port", "line")
 FORMULA = ("=", "+", "-", "@", "\t", "\r")
 USUAL = 50
 LARGEST_ID = 1 << 62
@@ -34,7 +35,11 @@ class Events(SignedIn):
         severity = self.get_query_argument("severity", None)
         if severity is not None and severity not in event_log.SEVERITIES:
             raise problems.invalid("The request has no proper severity.")
-        wish = replace(wish, search=self.get_query_argument("search", "") or "", severity=severity)
+        language = self.get_query_argument("language", "en") or ""
+        if language not in LANGUAGES:
+            raise problems.invalid("The request has no proper language.")
+        search = self.get_query_argument("search", "") or ""
+        wish = replace(wish, search=search, severity=severity, language=language)
         return await asyncio.to_thread(happenings.newest, self.host.recorder.history, self.host.picture.known, wish)
 
     def _number(self, name: str, usual: int | None, most: int) -> int | None:
@@ -60,7 +65,8 @@ def table(events: list[dict[str, Any]]) -> str:
     lines.writerow(COLUMNS)
     for event in events:
         camera = event["camera"] or {"name": "", "port": ""}
-        values = {**event, "camera": camera["name"], "port": camera["port"], "id": event["id"] if event["kind"] == "log" else ""}
+        number = event["id"] if event["kind"] == "log" else ""
+        values = {**event, "camera": camera["name"], "port": camera["port"], "id": number, "line": event["line"] or ""}
         cells = [str(values[name]) for name in COLUMNS]
         lines.writerow([f"'{cell}" if cell.startswith(FORMULA) else cell for cell in cells])
     return file.getvalue()

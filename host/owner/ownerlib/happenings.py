@@ -7,7 +7,6 @@ came and went."""
 from __future__ import annotations
 
 import heapq
-import re
 import sqlite3
 from dataclasses import dataclass
 from datetime import datetime
@@ -15,15 +14,15 @@ from typing import Any
 
 from statelib import event_log
 
-from ownerlib.history import History, name_of
+from ownerlib import log_lines
+from ownerlib.history import History, Past, name_of
+from ownerlib.log_lines import Line
+from ownerlib.texts import texts
 
 Value = dict[str, Any]
-# The library's log counts profiles from one, and calls them channels.
-OF_PROFILE = re.compile(r"Modified Channel (\d) |(?:Enabled|Disabled) [a-z ]+ on Channel (\d)$")
-OF_PORT = re.compile(r"USB slot \[([\d.-]+)\] has been ")
 NEVER = "9999"
 NOBODY: tuple[str, Value | None] = (NEVER, None)
-PLUG_WORDS = {"plugged": "Plugged in", "unplugged": "Unplugged"}
+PLUG_SEVERITY = "information"
 
 
 @dataclass(frozen=True)
@@ -35,6 +34,7 @@ class Wish:
     before_plug: int | None = None
     search: str = ""
     severity: str | None = None
+    language: str = "en"
 
 
 class Cameras:
@@ -45,18 +45,17 @@ class Cameras:
         self._of_profiles = {it["profile"]: (_given(it["created"]), it) for it in channels if it["profile"] is not None}
         self._of_ports = {it["port"]: (last_changes.get(it["port"], ""), it) for it in channels}
 
-    def of(self, line: str, time: str) -> Value | None:
+    def of(self, line: Line | None, time: str) -> Value | None:
         """Returns the camera that a line of the log is about; None if that is not sure: it may be of an earlier one."""
-        profile, port = OF_PROFILE.match(line), OF_PORT.match(line)
-        if profile:
-            since, channel = self._of_profiles.get(int(profile[1] or profile[2]) - 1, NOBODY)
+        if line is None:
+            return None
+        if line.profile is not None:
+            since, channel = self._of_profiles.get(line.profile, NOBODY)
         else:
-            since, channel = self._of_ports.get(port[1], NOBODY) if port else NOBODY
-        return {"name": name_of(channel), "port": channel["port"]} if channel and since <= time else None
-
-    def words_of(self, line: str, time: str) -> str:
-        camera = self.of(line, time)
-        return f"{camera['name']} {camera['port']}" if camera else ""
+            since, channel = self._of_ports.get(line.port or "", NOBODY)
+        if channel and since <= time:
+            return {"name": name_of(channel), "port": channel["port"]}
+        return {"name": line.device, "port": line.port} if line.device else None
 
 
 def _given(created: str | None) -> str:
@@ -67,30 +66,50 @@ def _given(created: str | None) -> str:
         return NEVER
 
 
+class Teller:
+    """Puts what happened into words, and finds it by them."""
+
+    def __init__(self, wish: Wish) -> None:
+        self._texts = texts(wish.language)
+        self._wanted = wish.search.casefold()
+
+    def fits(self, told: Value) -> bool:
+        """Checks for the text that is searched for, in the words that are shown and in those of the log."""
+        camera = told["camera"] or {"name": "", "port": ""}
+        return self._wanted in "\n".join((told["text"], told["line"] or "", camera["name"], camera["port"])).casefold()
+
+    def log(self, text: str, time: str, cameras: Cameras) -> Value:
+        line = log_lines.parse(text)
+        camera = cameras.of(line, time)
+        words = line.words(self._texts) if line else text
+        if line and line.profile is not None and camera is None:
+            words = self._texts.text("log.of_profile", profile=str(line.profile), words=words)
+        return {"kind": "log", "text": words, "line": text, "camera": camera}
+
+    def plug(self, plug: Value) -> Value:
+        return {**plug, "severity": PLUG_SEVERITY, "text": self._texts.text(f"events.{plug['kind']}"), "line": None}
+
+
 def newest(history: History, state: Value | None, wish: Wish) -> list[Value]:
     """Each kind stays in its own order, also if the clock was set meanwhile."""
-    cameras = Cameras(state, _last_changes(history))
-    lines = event_log.newest(wish.limit, wish.before, wish.search, wish.severity, cameras.words_of)
-    logged = [{**line, "kind": "log", "camera": cameras.of(line["text"], line["time"])} for line in lines]
-    plugs = [_plug(one) for one in _plugs(history, wish)] if wish.severity in (None, "information") else []
+    teller = Teller(wish)
+    past = _past(history, wish, teller)
+    cameras = Cameras(state, past.last_changes)
+
+    def fits(text: str, time: str) -> bool:
+        return teller.fits(teller.log(text, time, cameras))
+
+    lines = event_log.newest(wish.limit, wish.before, wish.severity, fits if wish.search else None)
+    logged = [{**line, **teller.log(line["text"], line["time"], cameras)} for line in lines]
+    plugs = [teller.plug(one) for one in past.plugs]
     return list(heapq.merge(logged, plugs, key=lambda one: str(one["time"]), reverse=True))[: wish.limit]
 
 
-def _last_changes(history: History) -> dict[str, str]:
+def _past(history: History, wish: Wish, teller: Teller) -> Past:
+    def fits(plug: Value) -> bool:
+        return wish.severity in (None, PLUG_SEVERITY) and teller.fits(teller.plug(plug))
+
     try:
-        return history.last_changes()
-    except sqlite3.Error:
-        return {}
-
-
-def _plugs(history: History, wish: Wish) -> list[Value]:
-    try:
-        return history.plugs(wish.limit, wish.before_plug, wish.search)
-    except sqlite3.Error:  # the page does without them
-        return []
-
-
-def _plug(plug: Value) -> Value:
-    camera = {"name": plug["name"], "port": plug["port"]}
-    told = {"severity": "information", "text": PLUG_WORDS[plug["kind"]], "camera": camera}
-    return {"id": plug["id"], "time": plug["time"], "kind": plug["kind"], **told}
+        return history.past(wish.limit, wish.before_plug, fits)
+    except sqlite3.Error:  # the page does without it
+        return Past({}, [])

@@ -11,6 +11,8 @@ import sqlite3
 import time
 from collections.abc import Callable, Iterator
 from contextlib import closing, contextmanager
+from dataclasses import dataclass
+from itertools import islice
 from pathlib import Path
 from typing import Any
 
@@ -35,6 +37,14 @@ SPANS = ("up", "bandwidth")  # the tables of what lasts
 Value = dict[str, Any]
 Camera = tuple[str, str]  # its name and its port
 Span = tuple[int, ...]  # the columns between its begin and its end
+
+
+@dataclass(frozen=True)
+class Past:
+    """When a camera last came or went at each port, and the cameras that did."""
+
+    last_changes: dict[str, str]
+    plugs: list[Value]
 
 
 class History:
@@ -85,21 +95,13 @@ class History:
         with self._database() as database:
             return int(database.execute("SELECT ifnull(max(rowid), 0) FROM plug").fetchone()[0])
 
-    def plugs(self, limit: int, before: int | None = None, search: str = "") -> list[Value]:
-        """Returns the cameras that came and went, newest first; only those before a number, with a text in name or port."""
-        found = "SELECT rowid, time, kind, name, port FROM plug WHERE rowid < ? AND instr(lower(name || ' ' || port), lower(?))"
+    def past(self, limit: int, before: int | None, fits: Callable[[Value], bool]) -> Past:
+        """Returns what the list of events needs. The cameras that came and went are those before a number that fit, newest first."""
         with self._database() as database:
-            rows = database.execute(f"{found} ORDER BY rowid DESC LIMIT ?", (before or LARGEST_ROW, search, limit)).fetchall()
-        return [
-            {"id": number, "time": time_text(moment), "kind": kind, "name": name, "port": port}
-            for number, moment, kind, name, port in rows
-        ]
-
-    def last_changes(self) -> dict[str, str]:
-        """Returns for each port when a camera last came or went there."""
-        with self._database() as database:
-            rows = database.execute("SELECT port, max(time) FROM plug GROUP BY port").fetchall()
-        return {port: time_text(moment) for port, moment in rows}
+            changes = database.execute("SELECT port, max(time) FROM plug GROUP BY port").fetchall()
+            found = "SELECT rowid, time, kind, name, port FROM plug WHERE rowid < ? ORDER BY rowid DESC"
+            plugs = map(_plug, database.execute(found, (before or LARGEST_ROW,)))
+            return Past({port: time_text(moment) for port, moment in changes}, list(islice(filter(fits, plugs), limit)))
 
     def _note_plugs(self, database: sqlite3.Connection, plugged: dict[int, Camera]) -> None:
         before = plugged if self._plugged is None else self._plugged
@@ -159,3 +161,7 @@ def name_of(channel: Value) -> str:
     """Returns what the pages call a camera."""
     return str(channel["profile_name"] or channel["device"] or f"Channel {channel['channel']}")
 
+
+def _plug(row: tuple[int, int, str, str, str]) -> Value:
+    number, moment, kind, name, port = row
+    return {"id": number, "time": time_text(moment), "kind": kind, "camera": {"name": name, "port": port}}

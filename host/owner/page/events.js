@@ -8,9 +8,9 @@ import { attempt, explainReading } from "/page/actions.js";
 import { read } from "/page/api.js";
 import { hostsWords } from "/page/hosts_words.js";
 import { Icon } from "/page/icons.js";
-import { Busy, Button, Choice, Empty } from "/page/parts.js";
+import { Busy, Button, Choice, Empty, Switch } from "/page/parts.js";
 import { saveFile } from "/page/save_file.js";
-import { moment, plain, t } from "/page/texts.js";
+import { currentLanguage, moment, plain, t } from "/page/texts.js";
 
 const kPage = 50;
 const kTyping = 250; // milliseconds without a key before the host is asked
@@ -21,8 +21,11 @@ function query(wishes) {
   return new URLSearchParams(Object.entries(wishes).filter(([, value]) => value)).toString();
 }
 
+// The host puts events into words, because it searches and exports them too.
+const asked = (filter) => ({ ...filter, language: currentLanguage() });
+
 const load = (filter, more) =>
-  read(`/events?${query({ limit: kPage, ...filter, ...more })}`).catch((problem) => {
+  read(`/events?${query({ limit: kPage, ...asked(filter), ...more })}`).catch((problem) => {
     explainReading(problem);
     return { events: [] };
   });
@@ -51,7 +54,7 @@ function useEvents(filter, newest) {
       isLate = true;
       clearTimeout(timer);
     };
-  }, [filter, newest]);
+  }, [filter, newest, currentLanguage()]);
   const older = async () => {
     const { events: found } = await load(filter, { before: oldest(events, true), before_plug: oldest(events, false) });
     setEvents([...events, ...found]);
@@ -60,45 +63,69 @@ function useEvents(filter, newest) {
   return { events, fresh, isAll, older };
 }
 
-const textOf = ({ kind, text }) => (kind === "log" ? hostsWords(text) : t(`events.${kind}`));
+const textOf = ({ text, line }) => (text === line ? hostsWords(text) : plain(text));
 
-function Event({ event, isFresh }) {
-  const { camera, kind, severity, time } = event;
+function Event({ event, isFresh, withLines }) {
+  const { camera, kind, line, severity, text, time } = event;
   return html`<li class=${`event ${severity}${isFresh ? " fresh" : ""}`} data-severity=${severity}>
     <${Icon} name=${severity === "information" ? kIcons[kind] : "alert"} />
     <div><p><span class="unseen">${t(`severity.${severity}`)}: </span>${textOf(event)}</p>
+      ${withLines && line && line !== text && html`<p class="quiet">${hostsWords(line)}</p>`}
       <p class="quiet"><time datetime=${time}>${moment(time)}</time></p></div>
     ${camera && html`<p class="about"><span class="unseen">${t("camera")}: </span><bdi>${plain(camera.name)}</bdi> <span class="quiet port">${camera.port}</span></p>`}
   </li>`;
 }
 
 async function save(filter) {
-  const table = await attempt(() => read(`/events.csv?${query(filter)}`));
+  const table = await attempt(() => read(`/events.csv?${query(asked(filter))}`));
   if (table) saveFile(table, "text/csv", `events-${new Date().toISOString().slice(0, 10)}.csv`);
 }
 
-function Filter({ filter, setFilter, isFiltered }) {
+const kEverything = { search: "", severity: "" };
+
+function Filter({ filter, setFilter, isFiltered, isEmpty }) {
   const options = kSeverities.map((one) => ({ value: one, text: t(`events.show.${one || "all"}`) }));
   return html`<search class="filter"><form onSubmit=${(event) => event.preventDefault()}>
     <div class="field"><label for="search">${t("events.search")}</label>
       <input id="search" type="search" value=${filter.search} maxlength="100" onInput=${(event) => setFilter({ ...filter, search: event.target.value })} /></div>
     <${Choice} id="severity" label=${t("events.severity")} value=${filter.severity} options=${options} change=${(severity) => setFilter({ ...filter, severity })} />
-    <${Button} act=${() => save(filter)}>${t(isFiltered ? "events.export_found" : "events.export")}<//>
+    <${Button} act=${() => save(filter)} disabled=${isEmpty} aria-describedby=${isEmpty ? "nothing" : null}>
+      ${t(isFiltered ? "events.export_found" : "events.export")}<//>
   </form></search>`;
 }
 
-function Found({ events, fresh, isAll, older, isFiltered }) {
-  if (events.length === 0) return html`<${Empty} icon="events" title=${t(isFiltered ? "events.none_found" : "events.empty")} />`;
-  return html`<ul class="card events">${events.map((one) => html`<${Event} key=${keyOf(one)} event=${one} isFresh=${fresh.includes(keyOf(one))} />`)}</ul>
+function Nothing({ isFiltered, clear }) {
+  return html`<${Empty} icon="events" title=${t(isFiltered ? "events.none_found" : "events.empty")}>
+    <p id="nothing">${t("events.nothing_to_export")}</p>
+    ${isFiltered && html`<div class="buttons"><${Button} act=${clear}>${t("events.clear")}<//></div>`}
+  <//>`;
+}
+
+function Found({ events, fresh, isAll, older, withLines }) {
+  return html`<ul class="card events">
+      ${events.map((one) => html`<${Event} key=${keyOf(one)} event=${one} isFresh=${fresh.includes(keyOf(one))} withLines=${withLines} />`)}</ul>
     ${!isAll && html`<div class="buttons"><${Button} act=${older}>${t("events.older")}<//></div>`}`;
 }
 
+function countOf({ length }) {
+  if (length === 0) return t("events.none_found");
+  return length === 1 ? t("events.found_one") : t("events.found", { count: length });
+}
+
 export function Events({ state }) {
-  const [filter, setFilter] = useState({ search: "", severity: "" });
+  const [filter, setFilter] = useState(kEverything);
+  const [withLines, setLines] = useState(false);
   const { events, ...rest } = useEvents(filter, `${state.events[0]?.id} ${state.plugs}`);
   const isFiltered = Boolean(filter.search || filter.severity);
+  const clear = () => {
+    setFilter(kEverything);
+    document.getElementById("search").focus(); // the button disappears
+  };
   return html`<p class="quiet">${t("events.explained")}</p>
-    <${Filter} filter=${filter} setFilter=${setFilter} isFiltered=${isFiltered} />
-    ${isFiltered && events && html`<p class="unseen" role="status">${t("events.found", { count: events.length })}</p>`}
-    ${events ? html`<${Found} events=${events} isFiltered=${isFiltered} ...${rest} />` : html`<${Busy} text=${t("loading")} />`}`;
+    <${Filter} filter=${filter} setFilter=${setFilter} isFiltered=${isFiltered} isEmpty=${events?.length === 0} />
+    <${Switch} label=${t("events.lines")} on=${withLines} change=${setLines} />
+    ${isFiltered && events && html`<p class="unseen" role="status">${countOf(events)}</p>`}
+    ${!events && html`<${Busy} text=${t("loading")} />`}
+    ${events?.length === 0 && html`<${Nothing} isFiltered=${isFiltered} clear=${clear} />`}
+    ${events?.length > 0 && html`<${Found} events=${events} withLines=${withLines} ...${rest} />`}`;
 }

@@ -16,7 +16,8 @@ FILE = Path("/var/log/vl/event.db")
 SEVERITIES = ("information", "warning")
 MOST_EVENTS = 200
 LONGEST_TEXT = 1000  # bytes; the library writes less
-COLUMNS = f"SELECT id, time, level, substr(CAST(text AS BLOB), 1, {LONGEST_TEXT}) FROM event"
+TEXT = f"substr(CAST(text AS BLOB), 1, {LONGEST_TEXT})"
+COLUMNS = f"SELECT id, time, level, {TEXT} FROM event"
 BUSY_SECONDS = 5
 
 Event = dict[str, Any]
@@ -31,21 +32,18 @@ def _database() -> Iterator[sqlite3.Connection]:
 def newest(
     limit: int,
     before: int | None = None,
-    search: str = "",
     severity: str | None = None,
-    more: Callable[[str, str], str] = lambda _, __: "",
+    fits: Callable[[str, str], bool] | None = None,
 ) -> list[Event]:
-    """Returns the newest events, newest first; only those before an id, of a severity, with a text in theirs or in what `more`
-    says of it and its time."""
+    """Returns the newest events, newest first; only those before an id, of a severity, and whose text and time fit."""
     wanted, values = ["1"], list[Any]()
     if before is not None:
         wanted, values = [*wanted, "id < ?"], [*values, before]
     if severity is not None:
         wanted, values = [*wanted, "level = ?"], [*values, SEVERITIES.index(severity)]
-    if search:
-        wanted = [*wanted, "(instr(lower(text), lower(?)) OR instr(lower(more(text, time)), lower(?)))"]
-        values = [*values, search, search]
-    return _select(f"{COLUMNS} WHERE {' AND '.join(wanted)} ORDER BY id DESC LIMIT ?", *values, limit, more=more)
+    if fits:
+        wanted = [*wanted, f"fits({TEXT}, time)"]
+    return _select(f"{COLUMNS} WHERE {' AND '.join(wanted)} ORDER BY id DESC LIMIT ?", *values, limit, fits=fits)
 
 
 def after(number: int) -> list[Event]:
@@ -69,15 +67,20 @@ def newest_id() -> int | None:
         return None
 
 
-def _select(question: str, *values: Any, more: Callable[[str, str], str] = lambda _, __: "") -> list[Event]:
+def _select(question: str, *values: Any, fits: Callable[[str, str], bool] | None = None) -> list[Event]:
     if not FILE.exists():  # nothing has happened yet
         return []
     try:
         with _database() as database:
-            database.create_function("more", 2, lambda line, time: more(str(line), time_text(time)))
+            if fits:
+                database.create_function("fits", 2, _for_rows(fits))
             return [_event(*row) for row in database.execute(question, values)]
     except sqlite3.OperationalError:  # it is being made
         return []
+
+
+def _for_rows(fits: Callable[[str, str], bool]) -> Callable[[bytes, int], bool]:
+    return lambda text, time: fits(_decoded(text), time_text(time))
 
 
 def time_text(time: int) -> str:
@@ -87,4 +90,8 @@ def time_text(time: int) -> str:
 
 def _event(number: int, time: int, level: int, text: bytes) -> Event:
     severity = SEVERITIES[level] if level in (0, 1) else "information"
-    return {"id": number, "time": time_text(time), "severity": severity, "text": text.decode(errors="replace")}
+    return {"id": number, "time": time_text(time), "severity": severity, "text": _decoded(text)}
+
+
+def _decoded(text: bytes) -> str:
+    return text.decode(errors="replace")

@@ -66,17 +66,30 @@ def moment(hours: float) -> str:
     return time.strftime("%Y-%m-%dT%H:%M:%SZ", time.gmtime(NOW - 3600 * hours))
 
 
-TEXTS = [("information", "Channel 1 is plugged in"), ("warning", "Channel 2 does not stream: it waits for channel 0"),
-         ("information", "Modified Channel 1 FPS: 24.00"), ("warning", "The encoder of profile 1 has ended"),
-         ("information", "User ann signed in")]  # fmt: skip
-ABOUT = [{"name": "Front door", "port": "3-1.1"}, None, {"name": "Front door", "port": "3-1.1"}, None, None]
-LINES = [{"kind": "log", "id": 40 - number, "time": moment(number * 7), "severity": TEXTS[number % 5][0], "text": TEXTS[number % 5][1],
-          "camera": ABOUT[number % 5]} for number in range(20)]  # fmt: skip
+# What happened, how it was logged, and the camera that it is about.
+HD = "USB 2.0 Camera: HD USB Camera"
+FRONT, GARAGE = {"name": "Front door", "port": "3-1.1"}, {"name": HD, "port": "3-1.2"}
+TEXTS = [("information", "Rate set to 24 pictures a second", "Modified Channel 1 FPS: 24.00", FRONT),
+         ("warning", "The encoder of profile 1 has ended", "The encoder of profile 1 has ended", None),
+         ("information", "Got profile 1",
+          "Modified Channel 2 USB device name: USB 2.0 Camera: HD USB Camera (3-1.2)", GARAGE),
+         ("information", "Flip top and bottom: on", "Enabled image reverse on Channel 1", FRONT),
+         ("information", "Profile 3: Size set to 640 × 480", "Modified Channel 4 resolution: 640x480", None)]  # fmt: skip
+
+
+def logged(number: int) -> dict[str, Any]:
+    severity, text, line, about = TEXTS[number % len(TEXTS)]
+    time = moment(number * 7)
+    return {"kind": "log", "id": 40 - number, "time": time, "severity": severity, "text": text, "line": line, "camera": about}
+
+
+LINES = [logged(number) for number in range(20)]
 
 
 def came_or_went(number: int, hours: float, kind: str) -> dict[str, Any]:
     """The night camera did."""
-    return {"kind": kind, "id": number, "time": moment(hours), "severity": "information", "text": kind,
+    text = {"plugged": "Plugged in", "unplugged": "Unplugged"}[kind]
+    return {"kind": kind, "id": number, "time": moment(hours), "severity": "information", "text": text, "line": None,
             "camera": {"name": "Night camera", "port": "1-1"}}  # fmt: skip
 
 
@@ -87,7 +100,7 @@ STATE = {
     "profiles": [{"profile": number, "channel": channel, "name": name, "streams": number == 0}
                  for number, channel, name in [(0, 0, "Front door"), (1, 1, CHANNELS[1]["profile_name"]), (2, 2, ""), (3, 5, "Garden")]],
     "usb": USB,
-    "events": LINES,
+    "events": [{name: one[name] for name in ("id", "time", "severity", "text")} for one in LINES],
     "viewers": [2, 0, 0, 0],
     "plugs": 2,
 }  # fmt: skip

@@ -199,11 +199,16 @@ class Api(RequestHandler):
                 "/events": {"events": self._events()}}.get(path)  # fmt: skip
 
     def _table(self) -> str:
-        if self.request.path.endswith(".csv"):
-            self.standin.asked.append(("GET", "/events.csv", {name: self.get_argument(name) for name in self.request.arguments}))
+        self._note("/events.csv")
         return "a table"
 
+    def _note(self, path: str) -> None:
+        """Notes what was asked, if it is for this path."""
+        if self.request.path.endswith(path):
+            self.standin.asked.append(("GET", path, {name: self.get_argument(name) for name in self.request.arguments}))
+
     def _events(self) -> list[dict[str, Any]]:
+        self._note("/events")
         search, severity = self.get_argument("search", ""), self.get_argument("severity", "")
         return [one for one in self.standin.events if search in str(one) and severity in ("", one["severity"])]
 

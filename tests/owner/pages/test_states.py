@@ -14,6 +14,7 @@ import pytest
 from browser import Owner
 from made_up import EMPTY, STATE, came_or_went
 from selenium.webdriver import Keys
+from selenium.webdriver.common.by import By
 from standin import PASSWORD, StandIn
 
 AWAY = "The host does not answer; the page tries again."
@@ -238,9 +239,46 @@ def test_a_guest_is_promised_only_the_name_that_somebody_gave(owner: Owner, stan
 
 def test_an_event_names_the_camera_that_it_is_about(owner: Owner) -> None:
     owner.open("events")
-    owner.sees("Channel 1 is plugged in")
+    owner.sees("Rate set to 24 pictures a second")
     events = owner.evaluate("[...document.querySelectorAll('.event')].map((one) => one.innerText)")
-    assert ["Front door" in one for one in events[:4]] == [True, False, False, True]
+    assert ["Front door" in one for one in events[:4]] == [True, False, False, False]
+
+
+def test_how_the_host_has_logged_it_is_shown_on_demand(owner: Owner) -> None:
+    owner.open("events")
+    assert owner.sees("Rate set to 24 pictures a second", "The encoder of profile 1 has ended")
+    assert "Modified Channel 1" not in owner.text()
+    owner.turn("Show how the host has logged it")
+    assert owner.sees("Rate set to 24 pictures a second", "Modified Channel 1 FPS: 24.00")
+    assert owner.text().count("The encoder of profile 1 has ended") == 4  # which has no other words
+    owner.turn("Show how the host has logged it")
+    assert owner.sees_no_more("Modified Channel 1")
+
+
+def test_events_are_asked_for_in_the_language_of_the_page(owner: Owner, standin: StandIn) -> None:
+    owner.open("events")
+    owner.choose("Language", "Deutsch")
+    owner.press("Alle exportieren")
+    assert owner.wait(lambda: ("GET", "/events.csv", {"language": "de"}) in standin.asked)
+    assert owner.wait(lambda: [query["language"] for _, path, query in standin.asked if path == "/events"][-1] == "de")
+
+
+def test_a_search_that_finds_nothing_is_cleared_with_a_button(owner: Owner) -> None:
+    owner.open("events")
+    owner.enter("Search for a camera, a port or words", "nothing like it")
+    assert owner.sees("No event fits", "So there is nothing to export.")
+    export = owner.wait(lambda: owner.browser.find_element(By.XPATH, "//button[normalize-space()='Export these']"))
+    assert not export.is_enabled() and export.get_attribute("aria-describedby") == "nothing"
+    owner.press("Show all events")
+    assert owner.sees("Rate set to 24 pictures a second", "Export all")
+    assert owner.evaluate("document.activeElement.id + document.activeElement.value") == "search"
+
+
+@pytest.mark.parametrize(("search", "told"), [("no such", "No event fits"), ("Got profile", "4 events"), ("Unplugged", "One event")])
+def test_how_many_events_are_found_is_told_to_who_cannot_see_them(owner: Owner, search: str, told: str) -> None:
+    owner.open("events")
+    owner.enter("Search for a camera, a port or words", search)
+    assert owner.wait(lambda: owner.evaluate("document.querySelector('main p[role=status]')?.textContent") == told)
 
 
 def test_what_somebody_types_stays_when_news_come(owner: Owner, standin: StandIn) -> None:
@@ -498,7 +536,7 @@ def test_what_is_found_is_exported_and_the_file_is_named(owner: Owner, standin: 
     assert owner.is_told("Saved as events-2026-08-01.csv, where the browser keeps downloads.")
     owner.enter("Search for a camera, a port or words", "Night")
     owner.press("Export these")
-    assert owner.wait(lambda: ("GET", "/events.csv", {"search": "Night"}) in standin.asked)
+    assert owner.wait(lambda: ("GET", "/events.csv", {"search": "Night", "language": "en"}) in standin.asked)
 
 
 def test_the_page_does_not_move_sideways_when_a_list_gets_short(owner: Owner) -> None:

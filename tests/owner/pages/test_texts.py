@@ -22,9 +22,9 @@ def texts(page: str) -> dict[str, Texts]:
 
 
 def scripts(page: str) -> str:
-    """All that names texts."""
-    folder = HOST / page / "page"
-    return "".join(file.read_text() for pattern in ("*.js", "*.html") for file in folder.glob(pattern))
+    """All that names texts; of the owner's pages the server names some, too."""
+    patterns = ("page/*.js", "page/*.html", "ownerlib/*.py")
+    return "".join(file.read_text() for pattern in patterns for file in (HOST / page).glob(pattern))
 
 
 ENGLISH = {page: texts(page)["en"] for page in ("owner", "share")}

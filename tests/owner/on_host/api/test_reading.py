@@ -61,15 +61,20 @@ def test_events_are_found_by_text_and_severity(owner: Client) -> None:
     warnings = owner.get("/events?severity=warning")["events"]
     assert warnings and {event["severity"] for event in warnings} == {"warning"}
     found = owner.get("/events?search=GARTEN")["events"]
-    assert found and all("Garten" in event["text"] + str(event["camera"]) for event in found)
+    assert found and all("Garten" in f"{event['text']} {event['line']} {event['camera']}" for event in found)
     assert owner.get("/events?search=%25")["events"] == []
     assert owner.get("/events?search=%27%20OR%201%3D1--")["events"] == []
 
 
-@pytest.mark.parametrize("query", ["limit=0", "limit=201", "limit=x", "before=-1", "before_plug=x", "severity=error", "limit=%FF",
+@pytest.mark.parametrize("query", ["limit=0", "limit=201", "limit=x", "before=-1", "before_plug=x", "severity=error", "language=xx", "language=..%2Fen", "limit=%FF",
                                    f"before={10**30}", "limit=%D9%A3"])  # fmt: skip
 def test_a_question_for_events_that_makes_no_sense_is_refused(owner: Client, query: str) -> None:
     assert owner.ask("GET", f"/events?{query}").error == "invalid"
+
+
+def test_events_are_told_in_the_language_that_is_asked_for(owner: Client) -> None:
+    words = {language: owner.get(f"/events?language={language}&search=channel+name:+Garten")["events"][0]["text"] for language in ("en", "de")}
+    assert words == {"en": "Profile 0: Called “Garten” now", "de": "Profil 0: Heißt jetzt „Garten“"}
 
 
 def test_a_host_without_a_log_has_no_events_of_it(owner: Client) -> None:
@@ -84,9 +89,9 @@ def test_a_host_without_a_log_has_no_events_of_it(owner: Client) -> None:
 def test_all_events_are_a_table(owner: Client) -> None:
     content = owner.ask("GET", "/events.csv").content.decode()
     header, *rows = csv.reader(io.StringIO(content))
-    assert header == ["id", "time", "severity", "text", "camera", "port"]
+    assert header == ["id", "time", "severity", "text", "camera", "port", "line"]
     shown = owner.get(f"/events?limit={MOST_EVENTS}")["events"]
-    assert [row[3] for row in rows] == [event["text"] for event in shown]
+    assert [(row[3], row[6]) for row in rows] == [(event["text"], event["line"] or "") for event in shown]
     assert [int(row[0]) for row in rows if row[0]] == [event["id"] for event in shown if event["kind"] == "log"]
     found = list(csv.reader(io.StringIO(owner.ask("GET", "/events.csv?search=GARTEN").content.decode())))[1:]
     assert found and all("garten" in " ".join(row).lower() for row in found)
@@ -94,8 +99,8 @@ def test_all_events_are_a_table(owner: Client) -> None:
 
 @pytest.mark.parametrize("begin", ["=", "+", "-", "@", "\t", "\r"])
 def test_no_text_of_the_table_is_a_formula(begin: str) -> None:
-    event = {"id": 1, "time": "2026", "severity": "warning", "text": f"{begin}HYPERLINK(1)", "kind": "log", "camera": None}
-    assert list(csv.reader(io.StringIO(table([event]))))[1][3] == f"'{begin}HYPERLINK(1)"
+    event = {"id": 1, "time": "2026", "severity": "warning", "text": f"{begin}HYPERLINK(1)", "line": f"{begin}1", "kind": "log", "camera": None}
+    assert list(csv.reader(io.StringIO(table([event]))))[1][3::3] == [f"'{begin}HYPERLINK(1)", f"'{begin}1"]
 
 
 def test_the_host_tells_what_it_is(owner: Client) -> None:

@@ -156,7 +156,7 @@ def test_see_an_event_when_it_happens(door: Owner) -> None:
     door.open("events")
     door.sees("Search")
     run("usbdevctl stream set 0 --fps 60")
-    assert door.sees("Modified Channel 1 FPS: 60.00")
+    assert door.sees("Rate set to 60 pictures a second")
     run("sim unplug 3-1")
     assert door.wait(lambda: any("Unplugged" in row and "Door 3-1" in row for row in rows(door)))
 
@@ -164,14 +164,30 @@ def test_see_an_event_when_it_happens(door: Owner) -> None:
 def test_search_the_events(door: Owner) -> None:
     run("usbdevctl stream set 0 --fps 60; usbdevctl stream set 0 --size 640x480")
     door.open("events")
-    door.sees("resolution")
+    door.sees("Size set to")
     search = "Search for a camera, a port or words"
-    door.enter(search, "FPS")
-    assert door.sees_no_more("resolution")
+    door.enter(search, "pictures a second")
+    assert door.sees_no_more("Size set to")
+    door.enter(search, "FPS")  # as it was logged
+    assert door.sees("Rate set to 60 pictures a second")
     door.enter(search, "Door")
-    assert door.sees("FPS", "resolution")
+    assert door.sees("Rate set to", "Size set to")
     door.enter(search, "no such event")
     assert door.sees("No event fits")
+    door.press("Show all events")
+    assert door.sees("Rate set to", "Size set to")
+
+
+def test_read_the_events_in_german(door: Owner) -> None:
+    run("usbdevctl stream set 0 --fps 60")
+    door.open("events")
+    door.sees("Rate set to 60 pictures a second")
+    door.choose("Language", "Deutsch")
+    assert door.sees("Bildrate auf 60 Bilder pro Sekunde gesetzt", "Angeschlossen")
+    door.enter("Kamera, Anschluss oder Wörter suchen", "Angeschlossen")
+    assert door.sees_no_more("Bildrate")
+    door.choose("Sprache", "English")
+    assert door.sees("Search for a camera, a port or words")
 
 
 def test_export_the_events(door: Owner) -> None:
@@ -179,7 +195,7 @@ def test_export_the_events(door: Owner) -> None:
     door.open("events")
     door.press("Export all")
     assert door.is_told("Saved as events-")
-    door.enter("Search for a camera, a port or words", "FPS")
+    door.enter("Search for a camera, a port or words", "60 pictures")
     door.press("Export these")
     assert door.is_told("Saved as events-")
 

@@ -1,0 +1,65 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""What the library's lines of the event log mean, in the words of the pages."""
+
+from __future__ import annotations
+
+import re
+from dataclasses import dataclass
+
+from ownerlib.texts import Texts
+
+MODIFIED = r"Modified Channel (?P<number>\d) "  # the log counts profiles from one, and calls them channels
+PORT = r"(?P<port>\d+-[\d.]+)"
+SETTINGS = {"overlay timestamp": "overlay", "image reverse": "flip", "image mirror": "mirror", "audio": "sound.on"}
+SETTING = rf"(?P<what>{'|'.join(SETTINGS)}) on Channel (?P<number>\d)"
+# Each line of the library, by the name of its text.
+LINES = {
+    "log.codec": re.compile(MODIFIED + r"video format: (?P<codec>.+)"),
+    "log.size": re.compile(MODIFIED + r"resolution: (?P<width>\d+)x(?P<height>\d+)"),
+    "log.rate": re.compile(MODIFIED + r"FPS: (?P<rate>\d+\.\d+)"),
+    "log.high_rate": re.compile(MODIFIED + r"frame rate to over 60 FPS\. Decode error may occur\."),
+    "log.sound_codec": re.compile(MODIFIED + r"audio format: (?P<codec>.+)"),
+    "log.volume": re.compile(MODIFIED + r"audio volume: (?P<percent>\d+)"),
+    "log.name": re.compile(MODIFIED + r"channel name: (?P<name>.*)", re.DOTALL),
+    "log.camera": re.compile(MODIFIED + rf"USB device name: (?P<device>.*) \({PORT}\)", re.DOTALL),
+    "log.on": re.compile(rf"Enabled {SETTING}"),
+    "log.off": re.compile(rf"Disabled {SETTING}"),
+    "log.port_on": re.compile(rf"USB slot \[{PORT}\] has been enabled\."),
+    "log.port_off": re.compile(rf"USB slot \[{PORT}\] has been disabled\."),
+    "log.fast_camera": re.compile(rf"Camera\[{PORT} (?P<device>.*)\] has image size over 60 fps\. It may cause decode error\.", re.DOTALL),
+}
+
+
+@dataclass(frozen=True)
+class Line:
+    """A line of the library; what it does not have is None."""
+
+    key: str
+    values: dict[str, str]
+    profile: int | None
+    port: str | None
+    device: str | None
+
+    def words(self, texts: Texts) -> str:
+        """Returns what the pages call it."""
+        shown = dict(self.values)
+        if self.profile is not None:
+            shown["profile"] = str(self.profile)
+        if "rate" in shown:
+            shown["rate"] = texts.rate(float(shown["rate"]))
+        if "what" in shown:
+            shown["setting"] = texts.text(SETTINGS[shown["what"]])
+        return texts.text(self.key, **shown)
+
+
+def parse(text: str) -> Line | None:
+    """Returns the line; None if it is not one of the library."""
+    for key, pattern in LINES.items():
+        found = pattern.fullmatch(text)
+        if found:
+            values = found.groupdict()
+            profile = int(values["number"]) - 1 if "number" in values else None
+            return Line(key, values, profile, values.get("port"), values.get("device"))
+    return None

@@ -1,0 +1,81 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The library's lines of the event log, in the words of the pages."""
+
+from __future__ import annotations
+
+import re
+import sys
+from itertools import product
+from pathlib import Path
+
+import pytest
+
+ROOT = Path(__file__).resolve().parents[2]
+sys.path[:0] = [str(ROOT / "host" / folder) for folder in ("owner", "services")]
+from ownerlib.log_lines import LINES, SETTINGS, parse
+from ownerlib.texts import LANGUAGES, texts
+
+SOURCES = "".join(file.read_text(encoding="utf-8") for file in (ROOT / "src").rglob("*.cpp"))
+PATTERNS = re.findall(r"logEvent\(EventLevel::\w+,\s*\"(.*?)\",", SOURCES, re.DOTALL)
+SWITCHES = set(re.findall(r"addSwitch\(&[\w:]+, \"(.*?)\"\)", SOURCES))
+# What the library writes into each of its patterns.
+WRITTEN: dict[str, list[tuple[object, ...]]] = {
+    "Modified Channel %d video format: %s": [(1, "MJPEG"), (4, "H.264")],
+    "Modified Channel %d resolution: %dx%d": [(2, 640, 480)],
+    "Modified Channel %d audio format: %s": [(1, "G711 u-law"), (1, "AAC")],
+    "Modified Channel %d audio volume: %d": [(1, 70)],
+    "Modified Channel %d FPS: %3.2f": [(2, 24.0), (1, 0.125)],
+    "Modified Channel %d frame rate to over 60 FPS. Decode error may occur.": [(3,)],
+    "%s %s on Channel %d": [(state, what, 1) for state, what in product(("Enabled", "Disabled"), sorted(SWITCHES))],
+    "Modified Channel %d USB device name: %s (%s)": [(1, "Cam (2)", "3-1.2")],
+    "Modified Channel %d channel name: %s": [(2, ""), (2, "Audio on\nChannel 1")],
+    "USB slot [%s] has been %s.": [("3-1", "enabled"), ("3-1.2", "disabled")],
+    "Camera[%s %s] has image size over 60 fps. It may cause decode error.": [("3-1", "Cam] x")],
+}
+ALL = [pattern % values for pattern, samples in WRITTEN.items() for values in samples]
+
+
+def test_each_pattern_of_the_library_is_tried() -> None:
+    assert set(PATTERNS) == set(WRITTEN)
+    assert len(PATTERNS) == SOURCES.count(" logEvent(EventLevel::")
+    assert set(SETTINGS) == SWITCHES
+
+
+@pytest.mark.parametrize("line", ALL)
+@pytest.mark.parametrize("language", LANGUAGES)
+def test_each_line_of_the_library_has_words_in_each_language(line: str, language: str) -> None:
+    known = parse(line)
+    assert known
+    assert not re.search(r"Channel \d|FPS|[{}]", known.words(texts(language)).replace("Audio on\nChannel 1", ""))
+
+
+def test_no_words_are_left_over() -> None:
+    assert {known.key for known in map(parse, ALL) if known} == set(LINES)
+
+
+@pytest.mark.parametrize(
+    ("line", "english", "german"),
+    [
+        ("Modified Channel 1 FPS: 15.00", "Rate set to 15 pictures a second", "Bildrate auf 15 Bilder pro Sekunde gesetzt"),
+        ("Modified Channel 1 FPS: 7.50", "Rate set to 7.5 pictures a second", "Bildrate auf 7,5 Bilder pro Sekunde gesetzt"),
+        ("Modified Channel 3 USB device name: Cam (3-1)", "Got profile 2", "Hat Profil 2 bekommen"),
+        ("Modified Channel 3 channel name: {rate}", "Called “{rate}” now", "Heißt jetzt „{rate}“"),
+    ],
+)  # fmt: skip
+def test_a_line_has_the_words_of_the_pages(line: str, english: str, german: str) -> None:
+    known = parse(line)
+    assert known and [known.words(texts(language)) for language in ("en", "de")] == [english, german]
+
+
+def test_a_setting_is_called_as_on_its_switch() -> None:
+    known = parse("Enabled image reverse on Channel 1")
+    assert known and [known.words(texts(one)) for one in LANGUAGES] == [
+        texts("de").text("flip") + ": an", texts("en").text("flip") + ": on"
+    ]  # fmt: skip
+
+
+@pytest.mark.parametrize("line", ["", "Somebody writes on Channel 2", "Modified Channel 2", "Modified Channel 2 FPS: 24.00 x", "Enabled x on Channel 1"])
+def test_other_lines_are_not_known(line: str) -> None:
+    assert parse(line) is None
