@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import re
 import sqlite3
 import sys
 from contextlib import closing
@@ -17,10 +18,14 @@ import pytest
 HOST = Path(__file__).resolve().parents[2] / "host"
 sys.path[:0] = [str(HOST / "owner"), str(HOST / "services")]
 from ownerlib.happenings import Cameras, Wish, newest
-from ownerlib.history import History, Past
+from ownerlib.history import REFUSED, Act, History, Known, Past
 from ownerlib.log_lines import parse
+from ownerlib.texts import LANGUAGES
 from statelib import event_log
 from statelib.event_log import time_text
+
+SETTINGS = HOST / "services/statelib/stream_settings.py"
+KINDS = re.findall(r"\"(\w+)\": ", re.findall(r"^KINDS[^{]*\{(.*?)\}", SETTINGS.read_text(), re.M | re.S)[0])
 
 CREATED = datetime.fromtimestamp(20).strftime("%Y-%m-%d %H:%M:%S")  # when the camera got its profile, in the time of the host
 BEFORE, AT_ONCE = time_text(19), time_text(20)
@@ -99,7 +104,7 @@ CAME, BEGUN = ("plugged", "Plugged in"), ("log", "begun")
 
 
 def test_a_port_changes_when_a_camera_comes_or_goes(history: History) -> None:
-    assert history.past(0, None, lambda _: True) == Past({"3-1.2": AT_ONCE}, [])
+    assert history.past(0, Known(), lambda _: True) == Past({"3-1.2": AT_ONCE}, [], [])
 
 
 def test_both_are_one_list_newest_first(history: History) -> None:
@@ -109,7 +114,7 @@ def test_both_are_one_list_newest_first(history: History) -> None:
 def test_the_list_goes_on_where_it_ended(history: History) -> None:
     assert found(history, limit=2) == [SLOT, RATE]
     assert found(history, limit=2, before=2) == [CAME, BEGUN]
-    assert found(history, before=2, before_plug=1) == [BEGUN]
+    assert found(history, before=2, known=Known(plug=1)) == [BEGUN]
 
 
 def test_a_camera_is_found_by_its_name_and_its_port(history: History) -> None:
@@ -122,8 +127,13 @@ def test_a_camera_is_found_by_its_name_and_its_port(history: History) -> None:
 def test_what_happened_is_found_as_it_is_told_and_as_it_was_logged(history: History) -> None:
     assert found(history, search="60 pictures") == found(history, search="fps: 60") == [RATE]
     assert found(history, search="plugged") == [CAME]
+    assert found(history, search="[3-1.2]") == [SLOT]
     assert found(history, search="60 pictures", language="de") == []
     assert found(history, search="anGESCHLOSSEN", language="de") == [("plugged", "Angeschlossen")]
+
+
+def test_a_part_of_a_word_that_is_not_shown_finds_nothing(history: History) -> None:
+    assert found(history, search="ann") == []  # as in "Channel"
 
 
 def test_a_line_is_beside_its_words_and_one_that_is_not_known_is_told_as_it_is(history: History) -> None:
@@ -133,6 +143,26 @@ def test_a_line_is_beside_its_words_and_one_that_is_not_known_is_told_as_it_is(h
 
 def test_of_an_earlier_camera_the_profile_is_told(history: History) -> None:
     assert newest(history, None, Wish(10, search="Rate"))[0]["text"] == "Profile 1: Rate set to 60 pictures a second"
+
+
+def test_what_users_did_is_in_the_list(history: History) -> None:
+    history.add(35, Act("renamed", "ann", DOOR, {"name": "Barn {x}"}))
+    history.add(36, Act(REFUSED, None, values={"address": "192.0.2.7"}))
+    history.add(37, Act("changed", "ann", DOOR, {"settings": "width height flip sound"}))
+    changed, refused, renamed = ("act", "Settings changed: Size, Flip top and bottom, Send sound"), (
+        "act", "A sign-in from 192.0.2.7 was refused: user or password was wrong"), ("act", "Renamed: it is called “Barn {x}” now")
+    assert found(history) == [SLOT, changed, refused, renamed, RATE, CAME, BEGUN]
+    assert found(history, search="ANN") == [changed, renamed]
+    assert found(history, severity="warning") == [refused, RATE]
+    assert found(history, search="door", known=Known(act=3)) == [renamed, RATE]
+    assert {one["text"]: one["user"] for one in newest(history, STATE, Wish(10))}[renamed[1]] == "ann"
+
+
+@pytest.mark.parametrize("language", LANGUAGES)
+@pytest.mark.parametrize("setting", KINDS)
+def test_each_setting_has_a_name(history: History, setting: str, language: str) -> None:
+    history.add(50, Act("changed", "ann", DOOR, {"settings": setting}))
+    assert found(history, limit=1, language=language)[0][1].partition(": ")[2]
 
 
 def test_nothing_that_came_or_went_is_a_warning(history: History) -> None:

@@ -17,7 +17,7 @@ import pytest
 HOST = Path(__file__).resolve().parents[2] / "host"
 sys.path[:0] = [str(HOST / "owner"), str(HOST / "services")]
 from ownerlib import history
-from ownerlib.history import DAY, MOST_DAYS, History
+from ownerlib.history import DAY, MOST_DAYS, REFUSED, Act, History, Known
 from statelib.event_log import time_text
 
 BEGIN = 1_800_000_000
@@ -72,13 +72,12 @@ def test_cameras_that_came_and_went_are_found_by_number_and_by_what_fits(kept: K
         kept.note(plugged, set())
 
     def plugs(limit: int = 10, before: int | None = None, fits: Callable[[dict[str, Any]], bool] = lambda _: True) -> list[dict[str, Any]]:
-        return kept.history.past(limit, before, fits).plugs
+        return kept.history.past(limit, Known(before), fits).plugs
 
     newest = plugs()
     assert [(one["kind"], one["camera"]["name"], one["camera"]["port"]) for one in newest] == [
         ("plugged", "Camera 5", "5-1"), ("unplugged", "Camera 0", "0-1"), ("plugged", "Door", "3-1")
     ]  # fmt: skip
-    assert kept.history.newest_plug() == newest[0]["id"]
     assert plugs(1, newest[0]["id"]) == newest[1:2]
     assert plugs(1, fits=lambda one: one["camera"]["name"] == "Door") == newest[2:]
 
@@ -138,6 +137,37 @@ def test_only_the_asked_days_are_shown_and_a_stream_begins_with_them(kept: Kept)
     assert len(kept.history.since(1)["plugs"]) == 1
 
 
+def acts(kept: Kept) -> list[str]:
+    return [one["name"] for one in kept.history.past(100, Known(), lambda _: True).acts]
+
+
+def test_what_users_did_is_kept_with_who_and_where(kept: Kept) -> None:
+    kept.history.add(BEGIN, Act("moved", "ann", {"name": "Door", "port": "3-1"}, {"camera": "Barn"}))
+    kept.history.add(BEGIN + 1, Act("signed_out", "ann"))
+    out, moved = kept.history.past(10, Known(), lambda _: True).acts
+    assert moved == {"id": 1, "time": time_text(BEGIN), "kind": "act", "name": "moved", "user": "ann", "values": {"camera": "Barn"},
+                     "camera": {"name": "Door", "port": "3-1"}}  # fmt: skip
+    assert (out["name"], out["camera"], out["values"]) == ("signed_out", None, {})
+
+
+def test_whoever_is_refused_again_and_again_does_not_remove_what_users_did(kept: Kept, monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setattr(history, "MOST_ROWS", 10)
+    monkeypatch.setattr(history, "MOST_REFUSALS", 3)
+    kept.history.add(BEGIN, Act("signed_in", "ann"))
+    for _ in range(50):
+        kept.history.add(BEGIN, Act(REFUSED, None))
+    assert acts(kept) == [*3 * [REFUSED], "signed_in"]
+
+
+def test_what_happened_has_another_number_each_time(kept: Kept) -> None:
+    numbers = [kept.history.happened()]
+    for plugged in (set[int](), {0}, {0, 3}):
+        kept.note(plugged, set())
+        numbers.append(kept.history.happened())
+    kept.history.add(BEGIN, Act("signed_in", "ann"))
+    assert [*numbers, kept.history.happened()] == [0, 0, 1, 2, 3]
+
+
 def rows(kept: Kept) -> int:
     with closing(sqlite3.connect(kept.file)) as database:
         return int(sum(database.execute(f"SELECT count(*) FROM {table}").fetchone()[0] for table in history.TABLES))
@@ -145,8 +175,9 @@ def rows(kept: Kept) -> int:
 
 def test_what_is_too_old_is_removed_and_a_stream_that_goes_on_is_not(kept: Kept) -> None:
     kept.note({0}, {1, 2}, (0, 0, 0, 0))
+    kept.history.add(kept.now, Act("signed_in", "ann"))
     kept.note(set(), {1}, (1, 0, 0, 0))
-    assert rows(kept) == 4
+    assert rows(kept) == 5
     kept.note(set(), {1}, (1, 0, 0, 0), after=(MOST_DAYS + 1) * DAY)
     assert rows(kept) == 1 and kept.history.since(MOST_DAYS)["up"][0]["to"] is None
 
@@ -155,7 +186,8 @@ def test_there_is_a_largest_number_of_rows(kept: Kept, monkeypatch: pytest.Monke
     monkeypatch.setattr(history, "MOST_ROWS", 5)
     for number in range(20):
         kept.note({number % 2}, {number % 2}, (number, 0, 0, 0), reserved=number)
-    assert rows(kept) <= 4 * 5
+        kept.history.add(kept.now, Act("signed_in", "ann"))
+    assert rows(kept) <= 5 * 5
     assert kept.history.since(1)["up"][-1]["to"] is None
 
 

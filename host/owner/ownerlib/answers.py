@@ -15,6 +15,7 @@ from statelib import problems
 from statelib.members import Kinds, members
 from statelib.problems import Problem
 
+from ownerlib.history import Act, camera_of
 from ownerlib.host import Host
 from ownerlib.sessions import Session
 
@@ -104,6 +105,16 @@ class SignedIn(OpenAnswer):
         given = self.request.headers.get(TOKEN, "")
         if self.request.method not in HARMLESS and not hmac.compare_digest(given.encode(), session.csrf.encode()):
             raise problems.forged()
+        self._before = self.host.picture.known  # what is changed may have another name afterwards, or none
+
+    def did(self, act: str, where: dict[str, int] | None = None, **values: str) -> None:
+        """Keeps for the list of events what the user did, and of which channel or profile. Every change leaves one."""
+        camera = self.camera(**where) if where else None
+        self.host.recorder.did(Act(act, self.session.user, camera, values))
+
+    def camera(self, **where: int) -> dict[str, str] | None:
+        """Returns the camera of a channel or of a profile, as it was called before the request."""
+        return camera_of(self._before, **where)
 
 
 class SignedInSocket(SignedIn):

@@ -45,22 +45,27 @@ class ChannelProfile(SignedIn):
         if done.status == program.REFUSED:
             raise await _refusal(channel, profile, done)
         assigned = program.answer_of(done)
+        self.did("started", {"channel": int(channel)}, profile=profile)
         self.finish({"now_waiting": assigned["now_waiting"]})
 
     async def delete(self, channel: str) -> None:
         await program.ask("clear", f"ch{channel}")
+        self.did("ended", {"channel": int(channel)})
         self.finish_empty()
 
 
 class Switch(SignedIn):
     async def put(self, channel: str) -> None:
         given = self.members({"on": bool})
-        self.finish(await actions.switch(int(channel), given["on"]))
+        switched = await actions.switch(int(channel), given["on"])
+        self.did("switched_on" if given["on"] else "switched_off", {"channel": int(channel)})
+        self.finish(switched)
 
 
 class Channel(SignedIn):
     async def delete(self, channel: str) -> None:
         await program.ask("forget", f"ch{channel}")
+        self.did("forgotten", {"channel": int(channel)})
         self.finish_empty()
 
 

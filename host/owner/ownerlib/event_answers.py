@@ -16,9 +16,10 @@ from statelib import event_log, problems
 from ownerlib import happenings
 from ownerlib.answers import SignedIn
 from ownerlib.happenings import Wish
+from ownerlib.history import Known
 from ownerlib.texts import LANGUAGES
 
-COLUMNS = ("id", "time", "severity", "text", "camera", "port", "line")
+COLUMNS = ("id", "time", "severity", "text", "camera", "port", "line", "user")
 FORMULA = ("=", "+", "-", "@", "\t", "\r")
 USUAL = 50
 LARGEST_ID = 1 << 62
@@ -27,9 +28,9 @@ MOST_EXPORTED = 100_000
 
 class Events(SignedIn):
     async def get(self) -> None:
-        before, before_plug = (self._number(name, None, LARGEST_ID) for name in ("before", "before_plug"))
+        before, plug, act = (self._number(name, None, LARGEST_ID) for name in ("before", "before_plug", "before_act"))
         limit = self._number("limit", USUAL, event_log.MOST_EVENTS) or USUAL
-        self.finish({"events": await self.found(Wish(limit, before, before_plug))})
+        self.finish({"events": await self.found(Wish(limit, before, Known(plug, act)))})
 
     async def found(self, wish: Wish) -> list[dict[str, Any]]:
         severity = self.get_query_argument("severity", None)
@@ -66,7 +67,7 @@ def table(events: list[dict[str, Any]]) -> str:
     for event in events:
         camera = event["camera"] or {"name": "", "port": ""}
         number = event["id"] if event["kind"] == "log" else ""
-        values = {**event, "camera": camera["name"], "port": camera["port"], "id": number, "line": event["line"] or ""}
-        cells = [str(values[name]) for name in COLUMNS]
+        values = {**event, "camera": camera["name"], "port": camera["port"], "id": number}
+        cells = [str(values[name] or "") for name in COLUMNS]
         lines.writerow([f"'{cell}" if cell.startswith(FORMULA) else cell for cell in cells])
     return file.getvalue()

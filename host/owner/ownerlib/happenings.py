@@ -1,12 +1,13 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""What has happened, newest first: the lines of the event log, with the camera that each is about, and the cameras that
-came and went."""
+"""What has happened, newest first: the lines of the event log, with the camera that each is about, the cameras that came
+and went, and what the users of the pages did."""
 
 from __future__ import annotations
 
 import heapq
+import re
 import sqlite3
 from dataclasses import dataclass
 from datetime import datetime
@@ -15,23 +16,24 @@ from typing import Any
 from statelib import event_log
 
 from ownerlib import log_lines
-from ownerlib.history import History, Past, name_of
+from ownerlib.history import REFUSED, History, Known, Past, name_of
 from ownerlib.log_lines import Line
 from ownerlib.texts import texts
 
 Value = dict[str, Any]
 NEVER = "9999"
 NOBODY: tuple[str, Value | None] = (NEVER, None)
-PLUG_SEVERITY = "information"
+# What the settings of a stream are called.
+SETTINGS = {"width": "size", "height": "size", "sound": "sound.on", "sound_codec": "sound.codec"}
 
 
 @dataclass(frozen=True)
 class Wish:
-    """What is asked for. The numbers are those of the oldest ones that are known already."""
+    """What is asked for. The number is that of the oldest line of the log that is known already."""
 
     limit: int
     before: int | None = None
-    before_plug: int | None = None
+    known: Known = Known()
     search: str = ""
     severity: str | None = None
     language: str = "en"
@@ -72,11 +74,13 @@ class Teller:
     def __init__(self, wish: Wish) -> None:
         self._texts = texts(wish.language)
         self._wanted = wish.search.casefold()
+        self._logged = re.compile(rf"\b{re.escape(self._wanted)}" if self._wanted[:1].isalnum() else re.escape(self._wanted))
 
     def fits(self, told: Value) -> bool:
-        """Checks for the text that is searched for, in the words that are shown and in those of the log."""
+        """Checks for the text that is searched for, in what is shown, and as the begin of a word in the log's line, which is not."""
         camera = told["camera"] or {"name": "", "port": ""}
-        return self._wanted in "\n".join((told["text"], told["line"] or "", camera["name"], camera["port"])).casefold()
+        shown = (told["text"], told["user"] or "", camera["name"], camera["port"])
+        return self._wanted in "\n".join(shown).casefold() or bool(self._logged.search((told["line"] or "").casefold()))
 
     def log(self, text: str, time: str, cameras: Cameras) -> Value:
         line = log_lines.parse(text)
@@ -84,10 +88,19 @@ class Teller:
         words = line.words(self._texts) if line else text
         if line and line.profile is not None and camera is None:
             words = self._texts.text("log.of_profile", profile=str(line.profile), words=words)
-        return {"kind": "log", "text": words, "line": text, "camera": camera}
+        return {"kind": "log", "text": words, "line": text, "user": None, "camera": camera}
 
-    def plug(self, plug: Value) -> Value:
-        return {**plug, "severity": PLUG_SEVERITY, "text": self._texts.text(f"events.{plug['kind']}"), "line": None}
+    def kept(self, one: Value) -> Value:
+        """Puts what the history has into words."""
+        if one["kind"] == "act":
+            return self._act(**one)
+        return {**one, "severity": "information", "text": self._texts.text(f"events.{one['kind']}"), "line": None, "user": None}
+
+    def _act(self, name: str, values: dict[str, str], **rest: Any) -> Value:
+        settings = dict.fromkeys(SETTINGS.get(one, one) for one in values.get("settings", "").split())
+        shown = {**values, "settings": ", ".join(self._texts.text(one) for one in settings)}
+        severity = "warning" if name == REFUSED else "information"
+        return {**rest, "severity": severity, "text": self._texts.text(f"act.{name}", **shown), "line": None}
 
 
 def newest(history: History, state: Value | None, wish: Wish) -> list[Value]:
@@ -101,15 +114,16 @@ def newest(history: History, state: Value | None, wish: Wish) -> list[Value]:
 
     lines = event_log.newest(wish.limit, wish.before, wish.severity, fits if wish.search else None)
     logged = [{**line, **teller.log(line["text"], line["time"], cameras)} for line in lines]
-    plugs = [teller.plug(one) for one in past.plugs]
-    return list(heapq.merge(logged, plugs, key=lambda one: str(one["time"]), reverse=True))[: wish.limit]
+    kinds = (logged, map(teller.kept, past.plugs), map(teller.kept, past.acts))
+    return list(heapq.merge(*kinds, key=lambda one: str(one["time"]), reverse=True))[: wish.limit]
 
 
 def _past(history: History, wish: Wish, teller: Teller) -> Past:
-    def fits(plug: Value) -> bool:
-        return wish.severity in (None, PLUG_SEVERITY) and teller.fits(teller.plug(plug))
+    def fits(one: Value) -> bool:
+        told = teller.kept(one)
+        return wish.severity in (None, told["severity"]) and teller.fits(told)
 
     try:
-        return history.past(wish.limit, wish.before_plug, fits)
+        return history.past(wish.limit, wish.known, fits)
     except sqlite3.Error:  # the page does without it
-        return Past({}, [])
+        return Past({}, [], [])

@@ -1,17 +1,18 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""What the charts show of the last weeks and the event log does not have: when cameras came and went, when profiles
-streamed, how much of each USB bus was reserved, and how many time-outs there were. It is kept in a file beside the event
-log, which has a largest size."""
+"""What the pages show of the last weeks and the event log does not have: when cameras came and went, what the pages' users
+did, when profiles streamed, how much of each USB bus was reserved, and how many time-outs there were. It is kept in a file
+beside the event log, which has a largest size."""
 
 from __future__ import annotations
 
+import json
 import sqlite3
 import time
 from collections.abc import Callable, Iterator
 from contextlib import closing, contextmanager
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from itertools import islice
 from pathlib import Path
 from typing import Any
@@ -22,11 +23,14 @@ from statelib.event_log import time_text
 FILE = event_log.FILE.parent / "history.db"
 MOST_DAYS = 30
 MOST_ROWS = 10_000  # of each table
+REFUSED = "sign_in_refused"
+MOST_REFUSALS = 1000  # of these; strangers cause them
 BUSY_SECONDS = 5
 DAY = 24 * 60 * 60
 LARGEST_ROW = (1 << 63) - 1
 TABLES = {
     "plug": "time INTEGER NOT NULL, channel INTEGER NOT NULL, kind TEXT NOT NULL, name TEXT NOT NULL, port TEXT NOT NULL",
+    "act": "time INTEGER NOT NULL, name TEXT NOT NULL, user TEXT, given TEXT NOT NULL, camera TEXT, port TEXT",
     "up": "time INTEGER NOT NULL, profile INTEGER NOT NULL, ended INTEGER NOT NULL",
     "bandwidth": "time INTEGER NOT NULL, bus INTEGER NOT NULL, reserved INTEGER NOT NULL, speed INTEGER NOT NULL,"
     " ended INTEGER NOT NULL",
@@ -40,11 +44,30 @@ Span = tuple[int, ...]  # the columns between its begin and its end
 
 
 @dataclass(frozen=True)
+class Act:
+    """What a user did. Values are shown: nothing of a session, a password or a link may be one."""
+
+    name: str
+    user: str | None
+    camera: Value | None = None
+    values: dict[str, str] = field(default_factory=dict)
+
+
+@dataclass(frozen=True)
+class Known:
+    """The numbers of the oldest of each kind that are known already."""
+
+    plug: int | None = None
+    act: int | None = None
+
+
+@dataclass(frozen=True)
 class Past:
-    """When a camera last came or went at each port, and the cameras that did."""
+    """When a camera last came or went at each port, the cameras that did, and what users did."""
 
     last_changes: dict[str, str]
     plugs: list[Value]
+    acts: list[Value]
 
 
 class History:
@@ -90,18 +113,33 @@ class History:
             ],
         }
 
-    def newest_plug(self) -> int:
-        """Returns the number of the camera that came or went last; 0 without one."""
+    def add(self, moment: int, act: Act) -> None:
+        camera = act.camera or {"name": None, "port": None}
+        row = (moment, act.name, act.user, json.dumps(act.values), camera["name"], camera["port"])
         with self._database() as database:
-            return int(database.execute("SELECT ifnull(max(rowid), 0) FROM plug").fetchone()[0])
+            database.execute("INSERT INTO act VALUES(?, ?, ?, ?, ?, ?)", row)
+            self._limit(database)
 
-    def past(self, limit: int, before: int | None, fits: Callable[[Value], bool]) -> Past:
-        """Returns what the list of events needs. The cameras that came and went are those before a number that fit, newest first."""
+    def happened(self) -> int:
+        """Returns a number that is another one after a camera has come or gone, or a user has done something."""
+        with self._database() as database:
+            question = "SELECT (SELECT ifnull(max(rowid), 0) FROM plug) + (SELECT ifnull(max(rowid), 0) FROM act)"
+            return int(database.execute(question).fetchone()[0])
+
+    def past(self, limit: int, known: Known, fits: Callable[[Value], bool]) -> Past:
+        """Returns what the list of events needs. Of what happened it has what is before a number and fits, newest first."""
         with self._database() as database:
             changes = database.execute("SELECT port, max(time) FROM plug GROUP BY port").fetchall()
-            found = "SELECT rowid, time, kind, name, port FROM plug WHERE rowid < ? ORDER BY rowid DESC"
-            plugs = map(_plug, database.execute(found, (before or LARGEST_ROW,)))
-            return Past({port: time_text(moment) for port, moment in changes}, list(islice(filter(fits, plugs), limit)))
+
+            def newest(table: str, before: int | None, value: Callable[..., Value]) -> list[Value]:
+                found = database.execute(f"SELECT rowid, * FROM {table} WHERE rowid < ? ORDER BY rowid DESC", (before or LARGEST_ROW,))
+                return list(islice(filter(fits, (value(*row) for row in found)), limit))
+
+            return Past(
+                {port: time_text(moment) for port, moment in changes},
+                newest("plug", known.plug, _plug),
+                newest("act", known.act, _act),
+            )
 
     def _note_plugs(self, database: sqlite3.Connection, plugged: dict[int, Camera]) -> None:
         before = plugged if self._plugged is None else self._plugged
@@ -143,7 +181,12 @@ class History:
         for table in TABLES:
             end = "ended" if table in SPANS else "time"
             database.execute(f"DELETE FROM {table} WHERE {end} < ?", (self._now() - MOST_DAYS * DAY,))
-            database.execute(f"DELETE FROM {table} WHERE rowid <= (SELECT max(rowid) FROM {table}) - ?", (MOST_ROWS,))
+            self._keep(database, table, MOST_ROWS)
+        self._keep(database, "act", MOST_REFUSALS, f"name = '{REFUSED}'")
+
+    def _keep(self, database: sqlite3.Connection, table: str, most: int, which: str = "1") -> None:
+        newest = f"SELECT rowid FROM {table} WHERE {which} ORDER BY rowid DESC LIMIT -1 OFFSET ?"
+        database.execute(f"DELETE FROM {table} WHERE rowid IN ({newest})", (most,))
 
     def _now(self) -> int:
         return int(self._clock())
@@ -162,6 +205,19 @@ def name_of(channel: Value) -> str:
     return str(channel["profile_name"] or channel["device"] or f"Channel {channel['channel']}")
 
 
-def _plug(row: tuple[int, int, str, str, str]) -> Value:
-    number, moment, kind, name, port = row
+def camera_of(state: Value | None, **where: int) -> Value | None:
+    """Returns what the camera of a channel or of a profile is called, and its port."""
+    for channel in state["channels"] if state else []:
+        if channel["port"] and all(channel[name] == number for name, number in where.items()):
+            return {"name": name_of(channel), "port": channel["port"]}
+    return None
+
+
+def _plug(number: int, moment: int, _: int, kind: str, name: str, port: str) -> Value:
     return {"id": number, "time": time_text(moment), "kind": kind, "camera": {"name": name, "port": port}}
+
+
+def _act(number: int, moment: int, name: str, user: str | None, given: str, camera: str | None, port: str | None) -> Value:
+    about = {"name": camera, "port": port} if port is not None else None
+    told = {"name": name, "user": user, "values": json.loads(given), "camera": about}
+    return {"id": number, "time": time_text(moment), "kind": "act", **told}

@@ -29,7 +29,7 @@ class Host:
         self.sessions = Sessions()
         self.logins = Logins()
         self.live = Live(self.sessions)
-        self.recorder = Recorder(lambda number: self.live.tell("plugs", number))
+        self.recorder = Recorder(lambda number: self.live.tell("happened", number))
         self.picture = Picture(self._tell, self.recorder.note)
         self.feeds = Feeds()  # the streams that owners watch
         self.guests = Guests(lambda counts: self.live.tell("viewers", counts))
@@ -47,9 +47,9 @@ class Host:
         self.live.tell(section, self._whole(value) if section == "state" else value)
 
     def _whole(self, state: Value) -> Value:
-        """Adds how others reach the host, the guests, and the number of the camera that came or went last."""
+        """Adds how others reach the host, the guests, and the number of what happened last."""
         host = {**state["host"], "address": network.address(), "origin": network.origin(*self._served)}
-        return {**state, "host": host, "viewers": self.guests.counts(), "plugs": self.recorder.plugs}
+        return {**state, "host": host, "viewers": self.guests.counts(), "happened": self.recorder.happened}
 
     def end_session(self, session: str) -> None:
         self.sessions.end(session)

@@ -20,6 +20,7 @@ class Name(SignedIn):
         if len(name.encode()) > LONGEST_NAME:
             raise problems.invalid(f"The name has more than {LONGEST_NAME} bytes.")
         renamed = await program.ask("rename", f"pf{profile}", "--", name)
+        self.did("renamed", {"profile": int(profile)}, name=renamed["profile_name"])
         self.finish({"name": renamed["profile_name"]})
 
 
@@ -29,9 +30,13 @@ class Move(SignedIn):
         if channel not in range(CHANNELS):
             raise problems.invalid("The request has no proper channel.")
         moved = await program.ask("move", profile, f"ch{channel}", seconds=program.SECONDS_WITH_CAMERA)
+        to = self.camera(channel=channel) or {"name": "", "port": ""}
+        self.did("moved", {"profile": int(profile)}, camera=to["name"], port=to["port"])
         self.finish({"differences": differences(moved), "page": moved["page"]})
 
 
 class Stream(SignedIn):
     async def patch(self, profile: str) -> None:
-        self.finish(await actions.set_stream(int(profile), self.members({}, KINDS)))
+        stored = await actions.set_stream(int(profile), self.members({}, KINDS))
+        self.did("changed", {"profile": int(profile)}, settings=" ".join(stored["asked"]))
+        self.finish(stored)

@@ -1,34 +1,42 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""Keeps the history: after each change, and every ten minutes for the library's counters, which announce nothing."""
+"""Keeps the history: after each change and whatever users do, and every ten minutes for the library's counters, which
+announce nothing."""
 
 from __future__ import annotations
 
 import asyncio
 import sqlite3
+import time
 from collections.abc import Callable
 from typing import Any
 
 from servicelib.lifecycle import say
 from usbdev import UsbdevError, hostinfo
 
-from ownerlib.history import History
+from ownerlib.history import Act, History
 
 SECONDS = 600
 
 
 class Recorder:
-    def __init__(self, plugged: Callable[[int], None]) -> None:
-        """`plugged` is called with a number, which is another one each time, when a camera has come or gone."""
-        self._tell_plugged = plugged
-        self.plugs = 0
+    def __init__(self, happened: Callable[[int], None]) -> None:
+        """`happened` is called with a number, which is another one each time, when the history has something new to tell."""
+        self._tell_happened = happened
+        self.happened = 0
         self.history = History()
         self._state: dict[str, Any] | None = None
+        self._acts: list[tuple[int, Act]] = []
         self._changed = asyncio.Event()
 
     def note(self, state: dict[str, Any] | None) -> None:
         self._state = state
+        self._changed.set()
+
+    def did(self, act: Act) -> None:
+        """Notes what a user has done just now."""
+        self._acts.append((int(time.time()), act))
         self._changed.set()
 
     async def follow(self) -> None:
@@ -45,19 +53,22 @@ class Recorder:
         finally:
             self._store(None)
 
-    def _tell(self, plugs: int) -> None:
-        if plugs != self.plugs:
-            self.plugs = plugs
-            self._tell_plugged(plugs)
+    def _tell(self, happened: int) -> None:
+        if happened != self.happened:
+            self.happened = happened
+            self._tell_happened(happened)
 
     def _store(self, state: dict[str, Any] | None) -> int:
-        """Returns the number of the camera that came or went last. The pages do without the history where it cannot be stored."""
+        """Returns the number of what happened last. The pages do without the history where it cannot be stored."""
+        acts, self._acts = self._acts, []
         try:
+            for act in acts:
+                self.history.add(*act)
             self.history.note(state, counters())
-            return self.history.newest_plug()
+            return self.history.happened()
         except sqlite3.Error as problem:
             say(f"the history is not stored: {problem}")
-            return self.plugs
+            return self.happened
 
 
 def counters() -> tuple[int, ...] | None:

@@ -5,7 +5,10 @@
 
 from __future__ import annotations
 
+from statelib.problems import Problem
+
 from ownerlib.answers import COOKIE, OpenAnswer, SignedIn
+from ownerlib.history import REFUSED, Act
 from ownerlib.sessions import Session
 
 
@@ -21,16 +24,27 @@ class SessionAnswer(SignedIn):
 
     async def post(self) -> None:
         given = self.members({"user": str, "password": str})
-        await self.host.logins.check(self.request.remote_ip or "", given["user"], given["password"])
+        await self._check(given["user"], given["password"])
         self.host.end_session(self.get_cookie(COOKIE, "") or "")
         name, session = self.host.sessions.begin(given["user"])
+        self.host.recorder.did(Act("signed_in", session.user))
         self.set_cookie(COOKIE, name, path="/", httponly=True, samesite="Strict")
         self._tell(session)
 
     def delete(self) -> None:
         self.host.end_session(self.session_id)
+        self.did("signed_out")
         self.clear_cookie(COOKIE, path="/")
         self.finish_empty()
+
+    async def _check(self, user: str, password: str) -> None:
+        address = self.request.remote_ip or ""
+        try:
+            await self.host.logins.check(address, user, password)
+        except Problem as problem:
+            if problem.answer["error"] == "wrong_password":  # without the name: some enter their password there
+                self.host.recorder.did(Act(REFUSED, None, values={"address": address}))
+            raise
 
     def _tell(self, session: Session) -> None:
         self.finish({"user": session.user, "csrf": session.csrf})

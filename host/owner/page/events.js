@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-// What has happened, as it happens: the event log, and the cameras that came and went.
+// What has happened, as it happens: the event log, the cameras that came and went, and what users did.
 
 import { html, useEffect, useRef, useState } from "/libraries/preact.js";
 import { attempt, explainReading } from "/page/actions.js";
@@ -15,7 +15,7 @@ import { currentLanguage, moment, plain, t } from "/page/texts.js";
 const kPage = 50;
 const kTyping = 250; // milliseconds without a key before the host is asked
 const kSeverities = ["", "information", "warning"];
-const kIcons = { log: "info", plugged: "plug", unplugged: "unplug" };
+const kIcons = { log: "info", plugged: "plug", unplugged: "unplug", act: "user" };
 
 function query(wishes) {
   return new URLSearchParams(Object.entries(wishes).filter(([, value]) => value)).toString();
@@ -31,7 +31,8 @@ const load = (filter, more) =>
   });
 
 const keyOf = ({ kind, id }) => `${kind} ${id}`;
-const oldest = (events, isLogged) => events.findLast(({ kind }) => (kind === "log") === isLogged)?.id;
+const oldest = (events, kinds) => events.findLast(({ kind }) => kinds.includes(kind))?.id;
+const known = (events) => ({ before: oldest(events, ["log"]), before_plug: oldest(events, ["plugged", "unplugged"]), before_act: oldest(events, ["act"]) });
 
 // The events that fit the filter; asked for again when there are new ones, which are marked then.
 function useEvents(filter, newest) {
@@ -56,7 +57,7 @@ function useEvents(filter, newest) {
     };
   }, [filter, newest, currentLanguage()]);
   const older = async () => {
-    const { events: found } = await load(filter, { before: oldest(events, true), before_plug: oldest(events, false) });
+    const { events: found } = await load(filter, known(events));
     setEvents([...events, ...found]);
     setAll(found.length < kPage);
   };
@@ -66,12 +67,12 @@ function useEvents(filter, newest) {
 const textOf = ({ text, line }) => (text === line ? hostsWords(text) : plain(text));
 
 function Event({ event, isFresh, withLines }) {
-  const { camera, kind, line, severity, text, time } = event;
+  const { camera, kind, line, severity, text, time, user } = event;
   return html`<li class=${`event ${severity}${isFresh ? " fresh" : ""}`} data-severity=${severity}>
     <${Icon} name=${severity === "information" ? kIcons[kind] : "alert"} />
     <div><p><span class="unseen">${t(`severity.${severity}`)}: </span>${textOf(event)}</p>
       ${withLines && line && line !== text && html`<p class="quiet">${hostsWords(line)}</p>`}
-      <p class="quiet"><time datetime=${time}>${moment(time)}</time></p></div>
+      <p class="quiet"><time datetime=${time}>${moment(time)}</time>${user && html` <span class="user">${t("events.by", { user: plain(user) })}</span>`}</p></div>
     ${camera && html`<p class="about"><span class="unseen">${t("camera")}: </span><bdi>${plain(camera.name)}</bdi> <span class="quiet port">${camera.port}</span></p>`}
   </li>`;
 }
@@ -115,7 +116,7 @@ function countOf({ length }) {
 export function Events({ state }) {
   const [filter, setFilter] = useState(kEverything);
   const [withLines, setLines] = useState(false);
-  const { events, ...rest } = useEvents(filter, `${state.events[0]?.id} ${state.plugs}`);
+  const { events, ...rest } = useEvents(filter, `${state.events[0]?.id} ${state.happened}`);
   const isFiltered = Boolean(filter.search || filter.severity);
   const clear = () => {
     setFilter(kEverything);

@@ -12,7 +12,7 @@ from typing import Any
 
 import pytest
 from browser import Owner
-from made_up import EMPTY, STATE, came_or_went
+from made_up import EMPTY, STATE, came_or_went, done
 from selenium.webdriver import Keys
 from selenium.webdriver.common.by import By
 from standin import PASSWORD, StandIn
@@ -241,7 +241,22 @@ def test_an_event_names_the_camera_that_it_is_about(owner: Owner) -> None:
     owner.open("events")
     owner.sees("Rate set to 24 pictures a second")
     events = owner.evaluate("[...document.querySelectorAll('.event')].map((one) => one.innerText)")
-    assert ["Front door" in one for one in events[:4]] == [True, False, False, False]
+    assert ["Front door" in one for one in events[:6]] == [True, True, False, False, False, False]
+
+
+def test_an_event_names_the_user_who_did_it(owner: Owner) -> None:
+    owner.open("events")
+    owner.sees("Password for guests set; the link is a new one")
+    events = owner.evaluate("[...document.querySelectorAll('.event')].map((one) => one.innerText)")
+    assert ["by ann" in one for one in events[:4]] == [True, False, True, False]
+
+
+def test_older_events_are_those_before_what_is_known_of_each_kind(owner: Owner, standin: StandIn) -> None:
+    standin.events = [*standin.events, *(done(-number, 200 + number, "Signed in") for number in range(30))]
+    owner.open("events")
+    owner.press("Older events")
+    known = {"before": "21", "before_plug": "1", "before_act": "-29"}
+    assert owner.wait(lambda: [query for _, path, query in standin.asked if path == "/events" and known.items() <= query.items()])
 
 
 def test_how_the_host_has_logged_it_is_shown_on_demand(owner: Owner) -> None:
@@ -265,7 +280,7 @@ def test_events_are_asked_for_in_the_language_of_the_page(owner: Owner, standin:
 
 def test_a_search_that_finds_nothing_is_cleared_with_a_button(owner: Owner) -> None:
     owner.open("events")
-    owner.enter("Search for a camera, a port or words", "nothing like it")
+    owner.enter("Search for a camera, port, user or words", "nothing like it")
     assert owner.sees("No event fits", "So there is nothing to export.")
     export = owner.wait(lambda: owner.browser.find_element(By.XPATH, "//button[normalize-space()='Export these']"))
     assert not export.is_enabled() and export.get_attribute("aria-describedby") == "nothing"
@@ -277,7 +292,7 @@ def test_a_search_that_finds_nothing_is_cleared_with_a_button(owner: Owner) -> N
 @pytest.mark.parametrize(("search", "told"), [("no such", "No event fits"), ("Got profile", "4 events"), ("Unplugged", "One event")])
 def test_how_many_events_are_found_is_told_to_who_cannot_see_them(owner: Owner, search: str, told: str) -> None:
     owner.open("events")
-    owner.enter("Search for a camera, a port or words", search)
+    owner.enter("Search for a camera, port, user or words", search)
     assert owner.wait(lambda: owner.evaluate("document.querySelector('main p[role=status]')?.textContent") == told)
 
 
@@ -524,7 +539,7 @@ def test_a_camera_that_comes_or_goes_is_an_event_and_marked_as_new(owner: Owner,
     owner.sees("Night camera")
     assert owner.evaluate("document.querySelectorAll('.fresh').length") == 0
     standin.events = [came_or_went(3, 0, "plugged"), *standin.events]
-    standin.tell("plugs", 3)
+    standin.tell("happened", 3)
     fresh = "[...document.querySelectorAll('.fresh')].map((one) => one.innerText.replace(/\\s+/g, ' '))"
     assert owner.wait(lambda: len(owner.evaluate(fresh)) == 1)
     assert "Plugged in" in owner.evaluate(fresh)[0] and "Night camera 1-1" in owner.evaluate(fresh)[0]
@@ -534,7 +549,7 @@ def test_what_is_found_is_exported_and_the_file_is_named(owner: Owner, standin: 
     owner.open("events")
     owner.press("Export all")
     assert owner.is_told("Saved as events-2026-08-01.csv, where the browser keeps downloads.")
-    owner.enter("Search for a camera, a port or words", "Night")
+    owner.enter("Search for a camera, port, user or words", "Night")
     owner.press("Export these")
     assert owner.wait(lambda: ("GET", "/events.csv", {"search": "Night", "language": "en"}) in standin.asked)
 

@@ -39,7 +39,7 @@ REFUSALS = {
 }
 GUESTS_REASONS = re.findall(r"\(\"(\w+)\", \"", (HOST / "share/sharelib/verdict.py").read_text())
 # The first part of the keys that scripts put together.
-PUT_TOGETHER = ("anyway", "change_password", "charts", "codec", "cure", "do", "done", "error", "events", "host", "reason", "refusal", "remove_password", "renew",
+PUT_TOGETHER = ("act", "anyway", "change_password", "charts", "codec", "cure", "do", "done", "error", "events", "host", "reason", "refusal", "remove_password", "renew",
                 "revoke", "set_password", "severity", "sound", "state", "live_view")  # fmt: skip
 
 
@@ -65,6 +65,13 @@ def test_each_language_has_all_texts(page: str) -> None:
 @pytest.mark.parametrize("page", ENGLISH)
 def test_each_language_shows_the_same_values(page: str) -> None:
     assert {key: values(text) for key, text in texts(page)["de"].items()} == {key: values(text) for key, text in ENGLISH[page].items()}
+
+
+def test_each_thing_that_users_do_has_its_text_and_no_other_has() -> None:
+    done = re.findall(r"(?:did|Act)\((\"\w+\"[^,){]*)|^REFUSED = (\"\w+\")", scripts("owner"), re.M)
+    names = {name for found in done for name in re.findall(r"\"(\w+)\"", "".join(found))} - {"on", "password"}
+    assert len(names) > 10
+    assert {named(key, "act") for key in ENGLISH["owner"]} - {""} == names
 
 
 @pytest.mark.parametrize("kind", ["reason", "cure"])

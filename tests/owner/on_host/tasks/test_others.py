@@ -165,7 +165,7 @@ def test_search_the_events(door: Owner) -> None:
     run("usbdevctl stream set 0 --fps 60; usbdevctl stream set 0 --size 640x480")
     door.open("events")
     door.sees("Size set to")
-    search = "Search for a camera, a port or words"
+    search = "Search for a camera, port, user or words"
     door.enter(search, "pictures a second")
     assert door.sees_no_more("Size set to")
     door.enter(search, "FPS")  # as it was logged
@@ -184,10 +184,10 @@ def test_read_the_events_in_german(door: Owner) -> None:
     door.sees("Rate set to 60 pictures a second")
     door.choose("Language", "Deutsch")
     assert door.sees("Bildrate auf 60 Bilder pro Sekunde gesetzt", "Angeschlossen")
-    door.enter("Kamera, Anschluss oder Wörter suchen", "Angeschlossen")
+    door.enter("Kamera, Anschluss, Benutzer oder Wörter suchen", "Angeschlossen")
     assert door.sees_no_more("Bildrate")
     door.choose("Sprache", "English")
-    assert door.sees("Search for a camera, a port or words")
+    assert door.sees("Search for a camera, port, user or words")
 
 
 def test_export_the_events(door: Owner) -> None:
@@ -195,7 +195,7 @@ def test_export_the_events(door: Owner) -> None:
     door.open("events")
     door.press("Export all")
     assert door.is_told("Saved as events-")
-    door.enter("Search for a camera, a port or words", "60 pictures")
+    door.enter("Search for a camera, port, user or words", "60 pictures")
     door.press("Export these")
     assert door.is_told("Saved as events-")
 
