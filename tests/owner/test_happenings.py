@@ -18,7 +18,7 @@ import pytest
 HOST = Path(__file__).resolve().parents[2] / "host"
 sys.path[:0] = [str(HOST / "owner"), str(HOST / "services")]
 from ownerlib.happenings import Cameras, Wish, newest
-from ownerlib.history import REFUSED, Act, History, Known, Past
+from ownerlib.history import REFUSED, Act, History, Known, Past, Stream
 from ownerlib.log_lines import parse
 from ownerlib.texts import LANGUAGES
 from statelib import event_log
@@ -58,39 +58,52 @@ DOOR, HD = {"name": "Door", "port": "3-1"}, {"name": "HD Camera", "port": "3-1.2
     ],
 )
 def test_a_line_is_about_the_camera_that_it_names(line: str, camera: dict[str, str] | None) -> None:
-    assert Cameras(STATE, {}).of(parse(line), AT_ONCE) == camera
+    assert Cameras(STATE, Past()).of(parse(line), AT_ONCE) == camera
 
 
 def test_no_line_is_about_a_camera_while_nothing_is_known() -> None:
-    assert Cameras(None, {}).of(parse("Modified Channel 2 FPS: 24.00"), AT_ONCE) is None
+    assert Cameras(None, Past()).of(parse("Modified Channel 2 FPS: 24.00"), AT_ONCE) is None
 
 
 def test_what_was_before_a_camera_got_its_profile_is_not_about_it() -> None:
-    assert Cameras(STATE, {}).of(parse("Modified Channel 2 FPS: 24.00"), BEFORE) is None
+    assert Cameras(STATE, Past()).of(parse("Modified Channel 2 FPS: 24.00"), BEFORE) is None
 
 
 @pytest.mark.parametrize("created", [None, "", "yesterday"])
 def test_without_the_time_of_its_profile_nothing_is_about_a_camera(created: str | None) -> None:
     state = {**STATE, "channels": [{**STATE["channels"][0], "created": created}]}
-    assert Cameras(state, {}).of(parse("Modified Channel 2 FPS: 24.00"), AT_ONCE) is None
+    assert Cameras(state, Past()).of(parse("Modified Channel 2 FPS: 24.00"), AT_ONCE) is None
+
+
+@pytest.mark.parametrize(
+    ("second", "name"),
+    [(9, None), (10, "Barn"), (11, "Barn"), (12, "Barn"), (13, "Barn"), (14, None), (15, "Shed"), (16, "Shed"), (17, None)],
+)
+def test_a_line_of_the_past_is_about_the_camera_that_streamed_before_and_after_it(second: int, name: str | None) -> None:
+    spans = [("Barn", 10, 11), ("Barn", 13, 13), ("Shed", 15, 16)]
+    streams = [Stream(1, time_text(begin), time_text(end), {"name": one, "port": "3-1"}) for one, begin, end in spans]
+    told = Cameras(STATE, Past(streams=streams)).of(parse("Modified Channel 2 FPS: 24.00"), time_text(second))
+    assert told == (name and {"name": name, "port": "3-1"})
 
 
 def test_what_was_before_a_camera_came_to_a_port_is_not_about_it() -> None:
-    cameras = Cameras(STATE, {"3-1.2": AT_ONCE})
+    cameras = Cameras(STATE, Past({"3-1.2": AT_ONCE}))
     assert cameras.of(parse("USB slot [3-1.2] has been disabled."), BEFORE) is None
     assert cameras.of(parse("USB slot [3-1.2] has been disabled."), AT_ONCE) == HD
 
 
 @pytest.fixture
 def history(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> History:
-    """The HD camera came at second 20; the log has lines of the seconds 10, 30 and 40."""
+    """Door came at second 15 and the HD camera at second 20; the log has lines of the seconds 10, 30 and 40."""
     monkeypatch.setattr(event_log, "FILE", tmp_path / "event.db")
     with closing(sqlite3.connect(event_log.FILE)) as database, database:
         database.execute("CREATE TABLE event(id INTEGER PRIMARY KEY, time INTEGER, level INTEGER, text TEXT)")
         lines = [(1, 10, 0, "begun"), (2, 30, 1, "Modified Channel 2 FPS: 60.00"), (3, 40, 0, "USB slot [3-1.2] has been enabled.")]
         database.executemany("INSERT INTO event VALUES(?, ?, ?, ?)", lines)
-    history = History(tmp_path / "history.db", lambda: 20)
+    clock = [15]
+    history = History(tmp_path / "history.db", lambda: clock[0])
     history.note({**STATE, "channels": STATE["channels"][:1]}, None)
+    clock[0] = 20
     history.note(STATE, None)
     return history
 
@@ -101,35 +114,36 @@ def found(history: History, **wish: Any) -> list[tuple[str, str]]:
 
 SLOT, RATE = ("log", "Port 3-1.2 switched on"), ("log", "Rate set to 60 pictures a second")
 CAME, BEGUN = ("plugged", "Plugged in"), ("log", "begun")
+BOTH = [CAME, CAME]  # HD and Door
 
 
 def test_a_port_changes_when_a_camera_comes_or_goes(history: History) -> None:
-    assert history.past(0, Known(), lambda _: True) == Past({"3-1.2": AT_ONCE}, [], [])
+    assert history.past(0, Known(), lambda _: True) == Past({"3-1": time_text(15), "3-1.2": AT_ONCE})
 
 
 def test_both_are_one_list_newest_first(history: History) -> None:
-    assert found(history) == [SLOT, RATE, CAME, BEGUN]
+    assert found(history) == [SLOT, RATE, *BOTH, BEGUN]
 
 
 def test_the_list_goes_on_where_it_ended(history: History) -> None:
     assert found(history, limit=2) == [SLOT, RATE]
-    assert found(history, limit=2, before=2) == [CAME, BEGUN]
+    assert found(history, limit=3, before=2) == [*BOTH, BEGUN]
     assert found(history, before=2, known=Known(plug=1)) == [BEGUN]
 
 
 def test_a_camera_is_found_by_its_name_and_its_port(history: History) -> None:
     assert found(history, search="hd cam") == [SLOT, CAME]
-    assert found(history, search="DOOR") == [RATE]
+    assert found(history, search="DOOR") == [RATE, CAME]
     assert found(history, search="3-1.2") == [SLOT, CAME]
     assert found(history, search="%") == []
 
 
 def test_what_happened_is_found_as_it_is_told_and_as_it_was_logged(history: History) -> None:
     assert found(history, search="60 pictures") == found(history, search="fps: 60") == [RATE]
-    assert found(history, search="plugged") == [CAME]
+    assert found(history, search="plugged") == BOTH
     assert found(history, search="[3-1.2]") == [SLOT]
     assert found(history, search="60 pictures", language="de") == []
-    assert found(history, search="anGESCHLOSSEN", language="de") == [("plugged", "Angeschlossen")]
+    assert found(history, search="anGESCHLOSSEN", language="de") == 2 * [("plugged", "Angeschlossen")]
 
 
 def test_a_part_of_a_word_that_is_not_shown_finds_nothing(history: History) -> None:
@@ -151,10 +165,10 @@ def test_what_users_did_is_in_the_list(history: History) -> None:
     history.add(37, Act("changed", "ann", DOOR, {"settings": "width height flip sound"}))
     changed, refused, renamed = ("act", "Settings changed: Size, Flip top and bottom, Send sound"), (
         "act", "A sign-in from 192.0.2.7 was refused: user or password was wrong"), ("act", "Renamed: it is called “Barn {x}” now")
-    assert found(history) == [SLOT, changed, refused, renamed, RATE, CAME, BEGUN]
+    assert found(history) == [SLOT, changed, refused, renamed, RATE, *BOTH, BEGUN]
     assert found(history, search="ANN") == [changed, renamed]
     assert found(history, severity="warning") == [refused, RATE]
-    assert found(history, search="door", known=Known(act=3)) == [renamed, RATE]
+    assert found(history, search="door", known=Known(act=3)) == [renamed, RATE, CAME]
     assert {one["text"]: one["user"] for one in newest(history, STATE, Wish(10))}[renamed[1]] == "ann"
 
 
@@ -167,7 +181,7 @@ def test_each_setting_has_a_name(history: History, setting: str, language: str) 
 
 def test_nothing_that_came_or_went_is_a_warning(history: History) -> None:
     assert found(history, severity="warning") == [RATE]
-    assert found(history, severity="information") == [SLOT, CAME, BEGUN]
+    assert found(history, severity="information") == [SLOT, *BOTH, BEGUN]
 
 
 def test_the_log_is_there_without_the_history(tmp_path: Path, history: History) -> None:

@@ -7,7 +7,7 @@ from __future__ import annotations
 
 import sqlite3
 import sys
-from collections.abc import Callable
+from collections.abc import Callable, Set
 from contextlib import closing
 from pathlib import Path
 from typing import Any
@@ -23,12 +23,22 @@ from statelib.event_log import time_text
 BEGIN = 1_800_000_000
 
 
-def state(plugged: set[int], streaming: set[int], reserved: int) -> dict[str, Any]:
+def camera(number: int) -> dict[str, str]:
+    """Camera 3 is called Door."""
+    return {"name": "Door" if number == 3 else f"Camera {number}", "port": f"{number}-1"}
+
+
+def channel(number: int, plugged: set[int], known: Set[int]) -> dict[str, Any]:
+    """The first four have the profile of their number."""
+    if number not in plugged | known:
+        return {"channel": number, "state": "free", "port": None, "device": None, "profile": None, "profile_name": None}
+    return {"channel": number, "state": "plugged" if number in plugged else "unplugged", "port": f"{number}-1", "device": f"Camera {number}",
+            "profile": number if number < 4 else None, "profile_name": "Door" if number == 3 else None}  # fmt: skip
+
+
+def state(plugged: set[int], streaming: set[int], reserved: int, known: Set[int]) -> dict[str, Any]:
     return {
-        "channels": [
-            {"channel": number, "state": "plugged" if number in plugged else "free", "port": f"{number}-1",
-             "device": f"Camera {number}", "profile_name": "Door" if number == 3 else None} for number in range(10)
-        ],
+        "channels": [channel(number, plugged, known) for number in range(10)],
         "profiles": [{"profile": number, "streams": number in streaming} for number in range(4)],
         "usb": {"buses": [{"bus": 1, "reserved": 0, "speed": 480}, {"bus": 3, "reserved": reserved, "speed": 480}]},
     }
@@ -46,10 +56,12 @@ class Kept:
         self.history = History(self.file, lambda: self.now)
 
     def note(
-        self, plugged: set[int], streaming: set[int], counters: tuple[int, ...] | None = None, after: int = 60, reserved: int = 0
+        self, plugged: set[int], streaming: set[int], counters: tuple[int, ...] | None = None, after: int = 60, reserved: int = 0,
+        known: Set[int] = frozenset(),
     ) -> None:
+        """`known` are those that are away, but not forgotten."""
         self.now += after
-        self.history.note(state(plugged, streaming, reserved), counters)
+        self.history.note(state(plugged, streaming, reserved, known), counters)
 
 
 @pytest.fixture
@@ -57,49 +69,88 @@ def kept(tmp_path: Path) -> Kept:
     return Kept(tmp_path)
 
 
+def plugs(kept: Kept) -> list[tuple[str, str, int]]:
+    """Which camera did what, and how long after the begin."""
+    times = {time_text(BEGIN + 60 * minute): minute for minute in range(100)}
+    return [(one["kind"], one["camera"]["name"], times[one["time"]]) for one in kept.history.since(1)["plugs"]]
+
+
 def test_cameras_that_come_and_go_are_kept(kept: Kept) -> None:
-    kept.note({0}, set())
+    kept.note(set(), set())
     kept.note({0, 3}, set())
+    kept.note({3}, set(), known={0})
     kept.note({3}, set())
-    assert kept.history.since(1)["plugs"] == [
-        {"time": time_text(BEGIN + 120), "channel": 3, "kind": "plugged", "name": "Door"},
-        {"time": time_text(BEGIN + 180), "channel": 0, "kind": "unplugged", "name": "Camera 0"},
-    ]
+    kept.note({0}, set())
+    assert plugs(kept) == [
+        ("plugged", "Camera 0", 2), ("plugged", "Door", 2), ("unplugged", "Camera 0", 3), ("unplugged", "Door", 5), ("plugged", "Camera 0", 5),
+    ]  # fmt: skip
+
+
+def test_what_came_or_went_while_the_server_did_not_run_has_the_time_of_its_start(kept: Kept) -> None:
+    kept.note({0, 1}, set())
+    kept.start()
+    kept.note({1, 2}, set())
+    assert plugs(kept) == [("plugged", "Camera 0", 1), ("plugged", "Camera 1", 1), ("unplugged", "Camera 0", 2), ("plugged", "Camera 2", 2)]
+
+
+def test_a_camera_that_is_renamed_stays_one_and_has_its_last_name(kept: Kept) -> None:
+    kept.note({3}, {3})
+    renamed = state({3}, {3}, 0, set())
+    renamed["channels"][3]["profile_name"] = "Barn"
+    kept.now += 60
+    kept.history.note(renamed, None)
+    barn = {"name": "Barn", "port": "3-1"}
+    assert [one["camera"] for one in kept.history.since(1)["plugs"]] == [barn]
+    assert [(one["camera"], one["to"]) for one in kept.history.since(1)["up"]] == [(barn, None)]
+    kept.note(set(), set())
+    assert [one["camera"] for one in kept.history.since(1)["plugs"]] == [barn, barn]
+    assert [one["camera"]["name"] for one in kept.history.past(10, Known(), lambda _: True).plugs] == ["Barn", "Door"]  # as it was called then
+
+
+def test_a_stream_is_of_the_camera_that_had_the_profile(kept: Kept) -> None:
+    kept.note({0}, {0})
+    moved = state({0, 5}, {0}, 0, set())
+    moved["channels"][0]["profile"], moved["channels"][5]["profile"] = None, 0
+    kept.now += 60
+    kept.history.note(moved, None)
+    assert [(one["profile"], one["camera"], one["to"]) for one in kept.history.since(1)["up"]] == [
+        (0, camera(0), time_text(BEGIN + 120)), (0, camera(5), None)
+    ]  # fmt: skip
 
 
 def test_cameras_that_came_and_went_are_found_by_number_and_by_what_fits(kept: Kept) -> None:
-    for plugged in ({0}, {0, 3}, {3}, {3, 5}):
+    for plugged in (set[int](), {0}, {0, 3}, {3}, {3, 5}):
         kept.note(plugged, set())
 
-    def plugs(limit: int = 10, before: int | None = None, fits: Callable[[dict[str, Any]], bool] = lambda _: True) -> list[dict[str, Any]]:
+    def found(limit: int = 10, before: int | None = None, fits: Callable[[dict[str, Any]], bool] = lambda _: True) -> list[dict[str, Any]]:
         return kept.history.past(limit, Known(before), fits).plugs
 
-    newest = plugs()
+    newest = found()
     assert [(one["kind"], one["camera"]["name"], one["camera"]["port"]) for one in newest] == [
-        ("plugged", "Camera 5", "5-1"), ("unplugged", "Camera 0", "0-1"), ("plugged", "Door", "3-1")
+        ("plugged", "Camera 5", "5-1"), ("unplugged", "Camera 0", "0-1"), ("plugged", "Door", "3-1"), ("plugged", "Camera 0", "0-1")
     ]  # fmt: skip
-    assert plugs(1, newest[0]["id"]) == newest[1:2]
-    assert plugs(1, fits=lambda one: one["camera"]["name"] == "Door") == newest[2:]
+    assert found(1, newest[0]["id"]) == newest[1:2]
+    assert found(1, fits=lambda one: one["camera"]["name"] == "Door") == newest[2:3]
 
 
 def test_a_stream_is_kept_from_its_begin_to_its_end(kept: Kept) -> None:
-    kept.note({0}, {1})
-    kept.note({0}, {1, 2})
-    kept.note({0}, {2})
+    kept.note({1, 2}, {1})
+    kept.note({1, 2}, {1, 2})
+    kept.note({1, 2}, {2})
     assert kept.history.since(1)["up"] == [
-        {"profile": 1, "from": time_text(BEGIN + 60), "to": time_text(BEGIN + 180)},
-        {"profile": 2, "from": time_text(BEGIN + 120), "to": None},
+        {"profile": 1, "camera": camera(1), "from": time_text(BEGIN + 60), "to": time_text(BEGIN + 180)},
+        {"profile": 2, "camera": camera(2), "from": time_text(BEGIN + 120), "to": None},
     ]
 
 
 def test_a_stream_whose_server_was_killed_ends_when_it_was_last_seen(kept: Kept) -> None:
-    kept.note({0}, {1})
-    kept.note({0}, {1})
+    kept.note({1}, {1})
+    kept.note({1}, {1})
     kept.start()
-    kept.note({0}, {1}, after=DAY // 2)
+    kept.note({1}, {1}, after=DAY // 2)
     assert kept.history.since(1)["up"] == [
-        {"profile": 1, "from": time_text(BEGIN + 60), "to": time_text(BEGIN + 120)},
-        {"profile": 1, "from": time_text(kept.now), "to": None},
+        {"profile": 1, "camera": camera(1), "from": time_text(BEGIN + 60), "to": time_text(BEGIN + 120)},
+        {"profile": 1, "camera": camera(1), "from": time_text(kept.now), "to": None},
     ]
 
 
@@ -121,19 +172,20 @@ def test_all_streams_end_when_the_host_cannot_be_read(kept: Kept) -> None:
     kept.history.note(None, None)
     assert [kept.history.since(1)[kind][0]["to"] for kind in ("up", "bandwidth")] == [time_text(BEGIN + 120)] * 2
     kept.note({0}, {1})
-    assert kept.history.since(1)["plugs"] == []
+    assert plugs(kept) == [("plugged", "Camera 0", 1)]
 
 
 def test_time_outs_are_counted_since_the_time_before(kept: Kept) -> None:
     for counters in ((5, 0, 0, 0), (7, 0, 1, 0), (0, 0, 0, 0), (1, 0, 0, 0)):
-        kept.note(set(), set(), counters)
-    assert [(it["profile"], it["count"]) for it in kept.history.since(1)["timeouts"]] == [(0, 2), (2, 1), (0, 1)]
+        kept.note({0}, set(), counters)
+    found = [(it["profile"], it["camera"], it["count"]) for it in kept.history.since(1)["timeouts"]]
+    assert found == [(0, camera(0), 2), (2, None, 1), (0, camera(0), 1)]
 
 
 def test_only_the_asked_days_are_shown_and_a_stream_begins_with_them(kept: Kept) -> None:
-    kept.note({0}, {1})
+    kept.note({1}, {1})
     kept.note({0, 1}, {1}, after=2 * DAY)
-    assert kept.history.since(1)["up"] == [{"profile": 1, "from": time_text(kept.now - DAY), "to": None}]
+    assert kept.history.since(1)["up"] == [{"profile": 1, "camera": camera(1), "from": time_text(kept.now - DAY), "to": None}]
     assert len(kept.history.since(1)["plugs"]) == 1
 
 
@@ -168,18 +220,22 @@ def test_what_happened_has_another_number_each_time(kept: Kept) -> None:
     assert [*numbers, kept.history.happened()] == [0, 0, 1, 2, 3]
 
 
-def rows(kept: Kept) -> int:
+def rows(kept: Kept) -> dict[str, int]:
     with closing(sqlite3.connect(kept.file)) as database:
-        return int(sum(database.execute(f"SELECT count(*) FROM {table}").fetchone()[0] for table in history.TABLES))
+        return {table: database.execute(f"SELECT count(*) FROM {table}").fetchone()[0] for table in history.TABLES}
 
 
-def test_what_is_too_old_is_removed_and_a_stream_that_goes_on_is_not(kept: Kept) -> None:
-    kept.note({0}, {1, 2}, (0, 0, 0, 0))
+def test_what_is_too_old_is_removed_and_what_goes_on_is_not(kept: Kept) -> None:
+    kept.note({0, 1}, {1, 2}, (0, 0, 0, 0))
     kept.history.add(kept.now, Act("signed_in", "ann"))
-    kept.note(set(), {1}, (1, 0, 0, 0))
-    assert rows(kept) == 5
-    kept.note(set(), {1}, (1, 0, 0, 0), after=(MOST_DAYS + 1) * DAY)
-    assert rows(kept) == 1 and kept.history.since(MOST_DAYS)["up"][0]["to"] is None
+    kept.note({1}, {1}, (1, 0, 0, 0))
+    assert rows(kept) == {"camera": 2, "plugging": 3, "act": 1, "stream": 2, "bandwidth": 0, "missed": 1}
+    kept.note({1}, {1}, (1, 0, 0, 0), after=(MOST_DAYS + 1) * DAY)
+    assert rows(kept) == {"camera": 1, "plugging": 0, "act": 0, "stream": 1, "bandwidth": 0, "missed": 0}
+    assert kept.history.since(MOST_DAYS)["up"][0]["to"] is None
+    kept.start()
+    kept.note({1}, {1})
+    assert kept.history.since(1)["plugs"] == []  # it has not come now
 
 
 def test_there_is_a_largest_number_of_rows(kept: Kept, monkeypatch: pytest.MonkeyPatch) -> None:
@@ -187,13 +243,13 @@ def test_there_is_a_largest_number_of_rows(kept: Kept, monkeypatch: pytest.Monke
     for number in range(20):
         kept.note({number % 2}, {number % 2}, (number, 0, 0, 0), reserved=number)
         kept.history.add(kept.now, Act("signed_in", "ann"))
-    assert rows(kept) <= 5 * 5
+    assert max(rows(kept).values()) <= 5
     assert kept.history.since(1)["up"][-1]["to"] is None
 
 
 def test_a_file_that_was_removed_is_made_again(kept: Kept) -> None:
-    kept.note({0}, {1})
+    kept.note({0}, {0})
     kept.file.unlink()
     kept.note({0}, set())
     kept.note({0, 1}, set())
-    assert len(kept.history.since(1)["plugs"]) == 1
+    assert plugs(kept) == [("plugged", "Camera 0", 2), ("plugged", "Camera 1", 3)]

@@ -16,7 +16,7 @@ from typing import Any
 from statelib import event_log
 
 from ownerlib import log_lines
-from ownerlib.history import REFUSED, History, Known, Past, name_of
+from ownerlib.history import REFUSED, History, Known, Past, Stream, name_of
 from ownerlib.log_lines import Line
 from ownerlib.texts import texts
 
@@ -40,12 +40,15 @@ class Wish:
 
 
 class Cameras:
-    """The cameras as they are called at present, and since when each has its profile and its port."""
+    """The cameras as they are called at present, since when each has its profile and its port, and which streamed before."""
 
-    def __init__(self, state: Value | None, last_changes: dict[str, str]) -> None:
+    def __init__(self, state: Value | None, past: Past) -> None:
         channels = [it for it in state["channels"] if it["port"]] if state else []
         self._of_profiles = {it["profile"]: (_given(it["created"]), it) for it in channels if it["profile"] is not None}
-        self._of_ports = {it["port"]: (last_changes.get(it["port"], ""), it) for it in channels}
+        self._of_ports = {it["port"]: (past.last_changes.get(it["port"], ""), it) for it in channels}
+        self._streams: dict[int, list[Stream]] = {}
+        for stream in past.streams:
+            self._streams.setdefault(stream.profile, []).append(stream)
 
     def of(self, line: Line | None, time: str) -> Value | None:
         """Returns the camera that a line of the log is about; None if that is not sure: it may be of an earlier one."""
@@ -57,7 +60,16 @@ class Cameras:
             since, channel = self._of_ports.get(line.port or "", NOBODY)
         if channel and since <= time:
             return {"name": name_of(channel), "port": channel["port"]}
-        return {"name": line.device, "port": line.port} if line.device else None
+        if line.device:
+            return {"name": line.device, "port": line.port}
+        return self._streamed(line.profile, time) if line.profile is not None else None
+
+    def _streamed(self, profile: int, time: str) -> Value | None:
+        """Returns the camera that streamed with the profile before and after the time, or at it."""
+        streams = self._streams.get(profile, [])
+        before = next((one for one in reversed(streams) if one.begin <= time), None)
+        after = next((one for one in streams if one.end >= time), None)
+        return before.camera if before and after and before.camera == after.camera else None
 
 
 def _given(created: str | None) -> str:
@@ -107,7 +119,7 @@ def newest(history: History, state: Value | None, wish: Wish) -> list[Value]:
     """Each kind stays in its own order, also if the clock was set meanwhile."""
     teller = Teller(wish)
     past = _past(history, wish, teller)
-    cameras = Cameras(state, past.last_changes)
+    cameras = Cameras(state, past)
 
     def fits(text: str, time: str) -> bool:
         return teller.fits(teller.log(text, time, cameras))
@@ -126,4 +138,4 @@ def _past(history: History, wish: Wish, teller: Teller) -> Past:
     try:
         return history.past(wish.limit, wish.known, fits)
     except sqlite3.Error:  # the page does without it
-        return Past({}, [], [])
+        return Past()

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 
 """What the pages show of the last weeks and the event log does not have: when cameras came and went, what the pages' users
-did, when profiles streamed, how much of each USB bus was reserved, and how many time-outs there were. It is kept in a file
+did, when each camera streamed, how much of each USB bus was reserved, and how many time-outs there were. It is kept in a file
 beside the event log, which has a largest size."""
 
 from __future__ import annotations
@@ -28,19 +28,23 @@ MOST_REFUSALS = 1000  # of these; strangers cause them
 BUSY_SECONDS = 5
 DAY = 24 * 60 * 60
 LARGEST_ROW = (1 << 63) - 1
+# A camera is known by what it calls itself and by its port, whatever its owner calls it.
 TABLES = {
-    "plug": "time INTEGER NOT NULL, channel INTEGER NOT NULL, kind TEXT NOT NULL, name TEXT NOT NULL, port TEXT NOT NULL",
+    "camera": "time INTEGER NOT NULL, device TEXT NOT NULL, port TEXT NOT NULL, name TEXT NOT NULL, plugged INTEGER NOT NULL,"
+    " PRIMARY KEY(device, port)",
+    "plugging": "time INTEGER NOT NULL, kind TEXT NOT NULL, device TEXT NOT NULL, port TEXT NOT NULL, name TEXT NOT NULL",
     "act": "time INTEGER NOT NULL, name TEXT NOT NULL, user TEXT, given TEXT NOT NULL, camera TEXT, port TEXT",
-    "up": "time INTEGER NOT NULL, profile INTEGER NOT NULL, ended INTEGER NOT NULL",
+    "stream": "time INTEGER NOT NULL, profile INTEGER NOT NULL, device TEXT NOT NULL, port TEXT NOT NULL, ended INTEGER NOT NULL",
     "bandwidth": "time INTEGER NOT NULL, bus INTEGER NOT NULL, reserved INTEGER NOT NULL, speed INTEGER NOT NULL,"
     " ended INTEGER NOT NULL",
-    "timeout": "time INTEGER NOT NULL, profile INTEGER NOT NULL, count INTEGER NOT NULL",
+    "missed": "time INTEGER NOT NULL, profile INTEGER NOT NULL, device TEXT NOT NULL, port TEXT NOT NULL, count INTEGER NOT NULL",
 }
-SPANS = ("up", "bandwidth")  # the tables of what lasts
+SPANS = ("stream", "bandwidth")  # the tables of what lasts
 
 Value = dict[str, Any]
-Camera = tuple[str, str]  # its name and its port
-Span = tuple[int, ...]  # the columns between its begin and its end
+Camera = tuple[str, str]  # what it calls itself, and its port
+Span = tuple[int | str, ...]  # the columns between its begin and its end
+NO_CAMERA: Camera = ("", "")
 
 
 @dataclass(frozen=True)
@@ -62,54 +66,64 @@ class Known:
 
 
 @dataclass(frozen=True)
-class Past:
-    """When a camera last came or went at each port, the cameras that did, and what users did."""
+class Stream:
+    profile: int
+    begin: str
+    end: str
+    camera: Value | None
 
-    last_changes: dict[str, str]
-    plugs: list[Value]
-    acts: list[Value]
+
+@dataclass(frozen=True)
+class Past:
+    """When a camera last came or went at each port, the cameras that did, what users did, and when each profile streamed."""
+
+    last_changes: dict[str, str] = field(default_factory=dict)
+    plugs: list[Value] = field(default_factory=list)
+    acts: list[Value] = field(default_factory=list)
+    streams: list[Stream] = field(default_factory=list)
 
 
 class History:
     def __init__(self, file: Path = FILE, clock: Callable[[], float] = time.time) -> None:
         self._file = file
         self._clock = clock
-        self._plugged: dict[int, Camera] | None = None
         self._running: dict[str, dict[Span, int]] = {table: {} for table in SPANS}  # the rows of what lasts still
         self._counters: tuple[int, ...] | None = None
 
     def note(self, state: Value | None, counters: tuple[int, ...] | None) -> None:
         """Stores what is different from the last time. Without a state nothing streams."""
-        streaming = [(it["profile"],) for it in state["profiles"] if it["streams"]] if state else []
+        cameras = _cameras_of_profiles(state)
+        streaming = [(it["profile"], *cameras.get(it["profile"], NO_CAMERA)) for it in state["profiles"] if it["streams"]] if state else []
         reserved = [(it["bus"], it["reserved"], it["speed"]) for it in state["usb"]["buses"] if it["reserved"]] if state else []
         with self._database() as database:
             if state:
-                attached = [it for it in state["channels"] if it["state"] == "plugged"]
-                self._note_plugs(database, {it["channel"]: (name_of(it), it["port"] or "") for it in attached})
-            self._note_spans(database, "up", set(streaming))
+                self._note_cameras(database, state["channels"])
+            self._note_spans(database, "stream", set(streaming))
             self._note_spans(database, "bandwidth", set(reserved))
             if counters:
-                self._note_timeouts(database, counters)
+                self._note_timeouts(database, counters, cameras)
             self._limit(database)
 
     def since(self, days: int) -> Value:
-        """Returns what happened in the last days."""
+        """Returns what happened in the last days. Cameras have the names that they had last."""
         begin = self._now() - days * DAY
         with self._database() as database:
+            cameras = self._cameras(database)
             plugs = database.execute(
-                "SELECT time, channel, kind, name FROM plug WHERE time >= ? ORDER BY time", (begin,)).fetchall()
+                "SELECT time, kind, device, port FROM plugging WHERE time >= ? ORDER BY rowid", (begin,)).fetchall()
             streams, reserved = (self._spans(database, table, begin) for table in SPANS)
             timeouts = database.execute(
-                "SELECT time, profile, count FROM timeout WHERE time >= ? ORDER BY time", (begin,)).fetchall()
+                "SELECT time, profile, device, port, count FROM missed WHERE time >= ? ORDER BY rowid", (begin,)).fetchall()
         return {
             "plugs": [
-                {"time": time_text(moment), "channel": channel, "kind": kind, "name": name}
-                for moment, channel, kind, name in plugs
+                {"time": time_text(moment), "kind": kind, "camera": cameras.get((device, port))}
+                for moment, kind, device, port in plugs
             ],
-            "up": [{"profile": profile, **span} for (profile,), span in streams],
+            "up": [{"profile": profile, "camera": cameras.get((device, port)), **span} for (profile, device, port), span in streams],
             "bandwidth": [{"bus": bus, "reserved": mbits, "speed": speed, **span} for (bus, mbits, speed), span in reserved],
             "timeouts": [
-                {"time": time_text(moment), "profile": profile, "count": count} for moment, profile, count in timeouts
+                {"time": time_text(moment), "profile": profile, "camera": cameras.get((device, port)), "count": count}
+                for moment, profile, device, port, count in timeouts
             ],
         }
 
@@ -123,13 +137,13 @@ class History:
     def happened(self) -> int:
         """Returns a number that is another one after a camera has come or gone, or a user has done something."""
         with self._database() as database:
-            question = "SELECT (SELECT ifnull(max(rowid), 0) FROM plug) + (SELECT ifnull(max(rowid), 0) FROM act)"
+            question = "SELECT (SELECT ifnull(max(rowid), 0) FROM plugging) + (SELECT ifnull(max(rowid), 0) FROM act)"
             return int(database.execute(question).fetchone()[0])
 
     def past(self, limit: int, known: Known, fits: Callable[[Value], bool]) -> Past:
         """Returns what the list of events needs. Of what happened it has what is before a number and fits, newest first."""
         with self._database() as database:
-            changes = database.execute("SELECT port, max(time) FROM plug GROUP BY port").fetchall()
+            changes = database.execute("SELECT port, max(time) FROM plugging GROUP BY port").fetchall()
 
             def newest(table: str, before: int | None, value: Callable[..., Value]) -> list[Value]:
                 found = database.execute(f"SELECT rowid, * FROM {table} WHERE rowid < ? ORDER BY rowid DESC", (before or LARGEST_ROW,))
@@ -137,17 +151,38 @@ class History:
 
             return Past(
                 {port: time_text(moment) for port, moment in changes},
-                newest("plug", known.plug, _plug),
+                newest("plugging", known.plug, _plug),
                 newest("act", known.act, _act),
+                self._streams(database),
             )
 
-    def _note_plugs(self, database: sqlite3.Connection, plugged: dict[int, Camera]) -> None:
-        before = plugged if self._plugged is None else self._plugged
-        came = [(channel, "plugged", *plugged[channel]) for channel in set(plugged) - set(before)]
-        went = [(channel, "unplugged", *before[channel]) for channel in set(before) - set(plugged)]
-        for change in sorted(came + went):
-            database.execute("INSERT INTO plug VALUES(?, ?, ?, ?, ?)", (self._now(), *change))
-        self._plugged = plugged
+    def _streams(self, database: sqlite3.Connection) -> list[Stream]:
+        cameras = self._cameras(database)
+        found = database.execute("SELECT time, profile, device, port, ended FROM stream ORDER BY rowid")
+        return [
+            Stream(profile, time_text(begin), time_text(end), cameras.get((device, port)))
+            for begin, profile, device, port, end in found
+        ]
+
+    def _note_cameras(self, database: sqlite3.Connection, channels: list[Value]) -> None:
+        """What came or went while the server did not run has the time of its start."""
+        known = sorted((it for it in channels if it["port"]), key=lambda it: bool(it["state"] == "plugged"))
+        names = {_identity(it): name_of(it) for it in known}
+        plugged = {_identity(it) for it in known if it["state"] == "plugged"}
+        found = database.execute("SELECT device, port, name FROM camera WHERE plugged")
+        before = {(device, port): name for device, port, name in found}
+        went = [("unplugged", one) for one in sorted(set(before) - plugged)]
+        came = [("plugged", one) for one in sorted(plugged - set(before))]
+        for kind, camera in went + came:
+            change = (self._now(), kind, *camera, names.get(camera) or before[camera])
+            database.execute("INSERT INTO plugging VALUES(?, ?, ?, ?, ?)", change)
+        for camera, name in (before | names).items():
+            row = (self._now(), *camera, name, camera in plugged)
+            database.execute("INSERT OR REPLACE INTO camera VALUES(?, ?, ?, ?, ?)", row)
+
+    def _cameras(self, database: sqlite3.Connection) -> dict[Camera, Value]:
+        found = database.execute("SELECT device, port, name FROM camera")
+        return {(device, port): {"name": name, "port": port} for device, port, name in found}
 
     def _note_spans(self, database: sqlite3.Connection, table: str, lasting: set[Span]) -> None:
         """The end of what lasts is stored again and again, in case that the server is killed."""
@@ -160,7 +195,7 @@ class History:
             begun = database.execute(f"INSERT INTO {table} VALUES({', '.join('?' * len(values))})", values)
             running[span] = begun.lastrowid or 0
 
-    def _spans(self, database: sqlite3.Connection, table: str, begin: int) -> list[tuple[Span, Value]]:
+    def _spans(self, database: sqlite3.Connection, table: str, begin: int) -> list[tuple[tuple[Any, ...], Value]]:
         """Returns what lasted until the moment or begun since, and from when to when."""
         found = database.execute(f"SELECT rowid, * FROM {table} WHERE ended >= ? ORDER BY time", (begin,)).fetchall()
         running = self._running[table]
@@ -170,11 +205,12 @@ class History:
             for row, began, span, ended in spans
         ]
 
-    def _note_timeouts(self, database: sqlite3.Connection, counters: tuple[int, ...]) -> None:
+    def _note_timeouts(self, database: sqlite3.Connection, counters: tuple[int, ...], cameras: dict[int, Camera]) -> None:
         before = counters if self._counters is None else self._counters
         for profile, (earlier, now) in enumerate(zip(before, counters)):
             if now > earlier:  # otherwise they were reset
-                database.execute("INSERT INTO timeout VALUES(?, ?, ?)", (self._now(), profile, now - earlier))
+                row = (self._now(), profile, *cameras.get(profile, NO_CAMERA), now - earlier)
+                database.execute("INSERT INTO missed VALUES(?, ?, ?, ?, ?)", row)
         self._counters = counters
 
     def _limit(self, database: sqlite3.Connection) -> None:
@@ -213,7 +249,16 @@ def camera_of(state: Value | None, **where: int) -> Value | None:
     return None
 
 
-def _plug(number: int, moment: int, _: int, kind: str, name: str, port: str) -> Value:
+def _identity(channel: Value) -> Camera:
+    return (channel["device"] or "", channel["port"])
+
+
+def _cameras_of_profiles(state: Value | None) -> dict[int, Camera]:
+    with_port = [it for it in state["channels"] if it["port"]] if state else []
+    return {it["profile"]: _identity(it) for it in with_port if it["profile"] is not None}
+
+
+def _plug(number: int, moment: int, kind: str, _: str, port: str, name: str) -> Value:
     return {"id": number, "time": time_text(moment), "kind": kind, "camera": {"name": name, "port": port}}
 
 

@@ -4,7 +4,6 @@
 // How the last hours or days went: as a picture, and as a table.
 
 import { html, useState } from "/libraries/preact.js";
-import { profileName } from "/page/channels.js";
 import { Busy, Choice, Empty, Failed, useAnswer } from "/page/parts.js";
 import { Plot } from "/page/plot.js";
 import { moment, number, percent, plain, t } from "/page/texts.js";
@@ -22,23 +21,35 @@ const isSince = (from) => (one) => (one.to === null ? true : Math.max(...times(o
 // "Now" for what goes on.
 const endOf = (one) => (one.to === null ? t("charts.now") : moment(one.to));
 
+// What the rows are called: of cameras with the same name the ports differ. Who had a profile may not be known.
+function rowNames(charts) {
+  const cameras = new Map(Object.values(charts).flat().filter((one) => one.camera).map(({ camera }) => [JSON.stringify(camera), camera]));
+  const isNamesake = (one, other) => one !== other && one.name === other.name;
+  const hasNamesake = (one) => [...cameras.values()].some((other) => isNamesake(one, other));
+  return ({ camera, profile }) => {
+    if (!camera) return t("profile_number", { number: profile });
+    const known = cameras.get(JSON.stringify(camera));
+    return hasNamesake(known) ? t("name_in_port", { name: plain(known.name), port: known.port }) : plain(known.name);
+  };
+}
+
 // Of each chart: its lines, whose "cells" are for the table.
 const kLines = {
-  plugs: ({ time, name, channel, kind }) => {
-    const row = plain(name) || t("channel_number", { number: channel });
-    return { row, kind, from: seconds(time), cells: [moment(time), row, t(`charts.${kind}`)] };
+  plugs: (one, { rowOf }) => {
+    const row = rowOf(one);
+    return { row, kind: one.kind, from: seconds(one.time), cells: [moment(one.time), row, t(`charts.${one.kind}`)] };
   },
-  up: (one, { state, now }) => {
-    const row = profileName(state, one);
+  up: (one, { rowOf, now }) => {
+    const row = rowOf(one);
     const kind = one.to === null ? "running" : "ran";
     return { row, kind, from: seconds(one.from), to: one.to === null ? now : seconds(one.to), cells: [moment(one.from), endOf(one), row] };
   },
   bandwidth: (one) => ({
     cells: [moment(one.from), endOf(one), t("charts.bus", one), percent(one.reserved / one.speed)],
   }),
-  timeouts: ({ time, profile, count }, { state }) => {
-    const row = profileName(state, { profile });
-    return { row, kind: "missed", from: seconds(time), cells: [moment(time), row, t("charts.times", { count: number(count) })] };
+  timeouts: (one, { rowOf }) => {
+    const row = rowOf(one);
+    return { row, kind: "missed", from: seconds(one.time), cells: [moment(one.time), row, t("charts.times", { count: number(one.count) })] };
   },
 };
 
@@ -73,8 +84,8 @@ function Bandwidth({ bandwidth, from, to }) {
     lines=${buses.map((bus) => t("charts.bus", { bus }))} from=${from} to=${to} />`;
 }
 
-function Chart({ name, found, state, from, to }) {
-  const lines = found.slice(-kMost).map((one) => kLines[name](one, { state, now: to }));
+function Chart({ name, found, rowOf, from, to }) {
+  const lines = found.slice(-kMost).map((one) => kLines[name](one, { rowOf, now: to }));
   const marks = lines.map((one) => ({ ...one, words: one.cells.join(", ") }));
   return html`<section class="card plot" aria-labelledby=${name}>
     <h2 id=${name}>${t(`charts.${name}`)}</h2><p class="quiet">${t(`charts.${name}.explained`)}</p>
@@ -84,12 +95,13 @@ function Chart({ name, found, state, from, to }) {
   </section>`;
 }
 
-function Plots({ charts, state, span, to }) {
+function Plots({ charts, span, to }) {
   const from = to - kSpans[span];
   const filled = Object.keys(kLines).map((name) => [name, charts[name].filter(isSince(from))]).filter(([, found]) => found.length > 0);
   if (filled.length === 0) return html`<${Empty} icon="charts" title=${t("charts.empty")}><p>${t("charts.empty_cure")}</p><//>`;
+  const rowOf = rowNames(charts);
   return html`<div class="plots">
-    ${filled.map(([name, found]) => html`<${Chart} key=${`${name} ${span}`} name=${name} found=${found} state=${state} from=${from} to=${to} />`)}</div>`;
+    ${filled.map(([name, found]) => html`<${Chart} key=${`${name} ${span}`} name=${name} found=${found} rowOf=${rowOf} from=${from} to=${to} />`)}</div>`;
 }
 
 // The shortest span that has all that is known.
@@ -98,7 +110,7 @@ function fitting(charts, now) {
   return Object.keys(kSpans).find((one) => oldest >= now - kSpans[one]) ?? "month";
 }
 
-function Filled({ charts, state }) {
+function Filled({ charts }) {
   const [now] = useState(Date.now() / 1000);
   const [span, setSpan] = useState(chosen ?? fitting(charts, now));
   const options = Object.keys(kSpans).map((one) => ({ value: one, text: t(`charts.span.${one}`) }));
@@ -107,12 +119,12 @@ function Filled({ charts, state }) {
     setSpan(one);
   };
   return html`<div class="filter"><${Choice} id="span" label=${t("charts.span")} value=${span} options=${options} change=${change} /></div>
-    <${Plots} charts=${charts} state=${state} span=${span} to=${now} />`;
+    <${Plots} charts=${charts} span=${span} to=${now} />`;
 }
 
-export function Charts({ state }) {
+export function Charts() {
   const [charts, again] = useAnswer("/charts?days=30");
   return html`${charts === null && html`<${Busy} text=${t("loading")} />`}
     ${charts === undefined && html`<${Failed} again=${again} />`}
-    ${charts && html`<${Filled} charts=${charts} state=${state} />`}`;
+    ${charts && html`<${Filled} charts=${charts} />`}`;
 }

@@ -6,7 +6,7 @@
 import { html, useLayoutEffect, useRef } from "/libraries/preact.js";
 import uPlot from "/libraries/uplot.js";
 import { timeFormat } from "/page/timeline.js";
-import { percent, t } from "/page/texts.js";
+import { moment, percent, t } from "/page/texts.js";
 
 const kHeight = 220; // pixels
 const kColours = ["--accent", "--good", "--care", "--bad"];
@@ -21,7 +21,7 @@ function axes(from) {
   return [{ ...common, values: time, space: 80 }, { ...common, incrs: [0.25], size: 56, values: (_, splits) => splits.map(percent) }];
 }
 
-// Parts of a whole, as steps; "lines" has the name of each.
+// Parts of a whole, as steps; "lines" has the name of each. Below are the values at the pointer, or else the latest.
 export function Plot({ title, data, lines, from, to }) {
   const frame = useRef(null);
   const series = lines.map((label, place) => ({
@@ -31,7 +31,7 @@ export function Plot({ title, data, lines, from, to }) {
     width: 2,
     paths: uPlot.paths.stepped({ align: 1 }),
     points: { show: false },
-    value: (_, part) => (part === null ? "" : percent(part)),
+    value: (plot, part, place) => percent(part ?? plot.data[place].at(-1)),
   }));
   // Before the page is shown, because what is below is moved by it.
   useLayoutEffect(() => {
@@ -41,7 +41,7 @@ export function Plot({ title, data, lines, from, to }) {
       cursor: { drag: { x: false, y: false } },
       scales: { x: { range: [from, to] }, y: { range: [0, 1] } },
       axes: axes(from),
-      series: [{ label: t("time"), value: (_, time) => (time ? timeFormat(from).format(time * 1000) : "") }, ...series],
+      series: [{ label: t("time"), value: (_, time) => (time ? moment(time * 1000) : t("charts.now")) }, ...series],
     }, data, frame.current);
     let plot = draw();
     const again = () => {

@@ -11,7 +11,7 @@ const kDay = 86400; // seconds
 // Hours, or for more than a day days.
 export function timeFormat(from) {
   const isDay = Date.now() / 1000 - from < 2 * kDay;
-  return new Intl.DateTimeFormat(currentLanguage(), isDay ? { hour: "numeric", minute: "2-digit" } : { month: "short", day: "numeric" });
+  return new Intl.DateTimeFormat(currentLanguage(), isDay ? { timeStyle: "short" } : { month: "short", day: "numeric" });
 }
 
 const share = (part) => `${100 * Math.min(Math.max(part, 0), 1)}%`;
@@ -20,7 +20,7 @@ function Mark({ mark, from, to, point }) {
   const left = share((mark.from - from) / (to - from));
   const width = mark.to && share((mark.to - Math.max(mark.from, from)) / (to - from));
   return html`<span class=${`mark ${mark.kind}`} style=${{ left, width }} role="img" tabindex="0" aria-label=${mark.words}
-    onMouseEnter=${() => point(mark.words)} onFocus=${() => point(mark.words)}></span>`;
+    onMouseEnter=${() => point(mark.words)} onFocus=${() => point(mark.words)} onClick=${() => point(mark.words)}></span>`;
 }
 
 function Scale({ from, to }) {

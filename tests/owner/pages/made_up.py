@@ -130,15 +130,18 @@ HOST = {
     "limits": {"channels": 10, "profiles": 4, "one_channel": False},
     "usbdevctl": "5.1.2", "library": "5.1.2", "kernel": "6.1.0-27-amd64",
 }  # fmt: skip
+GARDEN = {"name": "Garden", "port": "1-1"}
+LONG = {"name": CHANNELS[1]["profile_name"], "port": "3-1.2"}
+OTHER_GARDEN = {"name": "Garden", "port": "5-2"}
 CHARTS = {
-    "plugs": [{"time": moment(hours), "channel": channel, "kind": kind, "name": CHANNELS[channel]["profile_name"]}
-              for hours, channel, kind in [(150, 0, "plugged"), (120, 1, "plugged"), (80, 1, "unplugged"), (70, 1, "plugged"),
-                                           (30, 5, "plugged"), (6, 5, "unplugged")]],
-    "up": [{"profile": 0, "from": moment(149), "to": moment(90)}, {"profile": 0, "from": moment(85), "to": None},
-           {"profile": 1, "from": moment(118), "to": moment(80)}, {"profile": 3, "from": moment(29), "to": moment(6)}],
+    "plugs": [{"time": moment(hours), "camera": camera, "kind": kind}
+              for hours, camera, kind in [(150, FRONT, "plugged"), (120, LONG, "plugged"), (100, OTHER_GARDEN, "plugged"), (80, LONG, "unplugged"),
+                                          (70, LONG, "plugged"), (30, GARDEN, "plugged"), (6, GARDEN, "unplugged")]],
+    "up": [{"profile": profile, "camera": camera, "from": moment(begin), "to": end and moment(end)}
+           for profile, camera, begin, end in [(0, FRONT, 149, 90), (0, FRONT, 85, None), (1, LONG, 118, 80), (3, GARDEN, 29, 6), (3, None, 140, 130)]],
     "bandwidth": [{"bus": 3, "reserved": 197, "speed": 480, "from": moment(149), "to": moment(118)},
                   {"bus": 3, "reserved": 394, "speed": 480, "from": moment(118), "to": moment(90)},
                   {"bus": 3, "reserved": 197, "speed": 480, "from": moment(85), "to": None},
                   {"bus": 1, "reserved": 99, "speed": 480, "from": moment(29), "to": moment(6)}],
-    "timeouts": [{"time": moment(hours), "profile": 1, "count": count} for hours, count in [(100, 1), (95, 3), (50, 1)]],
+    "timeouts": [{"time": moment(hours), "profile": 1, "camera": LONG, "count": count} for hours, count in [(100, 1), (95, 3), (50, 1)]],
 }  # fmt: skip

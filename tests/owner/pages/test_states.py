@@ -577,6 +577,42 @@ def test_a_chart_names_cameras_and_tells_the_time_of_a_mark(owner: Owner) -> Non
     assert owner.sees("Jul 29, 2026, 2:00:00 AM, Garage with a name that is rather long, unplugged")
 
 
+ROWS = "[...document.querySelectorAll('.timeline')].map((one) => [...one.querySelectorAll('.row-name')].map((row) => row.textContent))"
+
+
+def test_the_rows_of_a_chart_are_cameras_and_of_namesakes_the_ports_are_shown(owner: Owner) -> None:
+    owner.open("charts")
+    owner.sees("Missed pictures")
+    plugs, streams, missed = owner.evaluate(ROWS)
+    long = "Garage with a name that is rather long"
+    assert plugs == ["Front door", long, "Garden, port 1-1", "Garden, port 5-2"]
+    assert streams == ["Front door", long, "Garden, port 1-1", "Profile 3"]  # of which the camera is not known
+    assert missed == [long]
+
+
+def test_below_the_curves_are_the_latest_values(owner: Owner) -> None:
+    owner.open("charts")
+    legend = "[...document.querySelectorAll('.u-legend .u-series')].map((one) => [...one.children].map((part) => part.textContent))"
+    assert owner.wait(lambda: owner.evaluate(legend) == [["Time", "now"], ["USB bus 1", "0%"], ["USB bus 3", "41%"]])
+
+
+def test_a_mark_is_chosen_with_a_finger_too(owner: Owner) -> None:
+    owner.size(390, 844)
+    owner.open("charts")
+    assert owner.sees("Choose a mark to see its time here.")
+    owner.evaluate("document.querySelector('.mark.unplugged[tabindex]').click()")
+    assert owner.sees("Garage with a name that is rather long, unplugged")
+
+
+def test_times_are_written_in_one_way(owner: Owner) -> None:
+    """With two digits in German, on charts as beside events."""
+    owner.evaluate("localStorage.setItem('language', 'de')")
+    owner.open("charts")
+    owner.choose("Zeitraum", "Die letzte Stunde")
+    scale = "[...document.querySelectorAll('.scale span')].map((one) => one.textContent)"
+    assert owner.wait(lambda: owner.evaluate(scale)[:3] == ["09:00", "09:30", "jetzt"])
+
+
 def test_a_chart_is_also_a_table(owner: Owner) -> None:
     owner.open("charts")
     owner.sees("Streams")
