@@ -178,6 +178,17 @@ def test_search_the_events(door: Owner) -> None:
     assert door.sees("Rate set to", "Size set to")
 
 
+def test_see_who_has_done_what(door: Owner) -> None:
+    door.open("sharing")
+    door.turn("Share this camera")
+    door.is_told("“Door” is shared.")
+    door.open("events")
+    assert door.wait(lambda: any("Shared" in row and "by ann" in row and "Door 3-1" in row for row in rows(door)))
+    door.enter("Search for a camera, port, user or words", "signed in")
+    assert door.sees_no_more("Shared")
+    assert door.sees("Signed in", "by ann")
+
+
 def test_read_the_events_in_german(door: Owner) -> None:
     run("usbdevctl stream set 0 --fps 60")
     door.open("events")
