@@ -7,8 +7,8 @@ from __future__ import annotations
 
 import json
 import re
-from dataclasses import dataclass
 from pathlib import Path
+from typing import NamedTuple
 
 from simlib.errors import SimError
 
@@ -22,8 +22,7 @@ class Attributes(dict[str, str]):
         raise SimError(f"the walk has no {key}; the camera may have been unplugged during the capture")
 
 
-@dataclass(frozen=True)
-class CapturedNode:
+class CapturedNode(NamedTuple):
     """A video node; its walk's first blocks are the node, its interface and the camera."""
 
     number: int

@@ -6,8 +6,8 @@
 from __future__ import annotations
 
 import tomllib
-from dataclasses import dataclass, field
 from pathlib import Path
+from typing import Any, NamedTuple
 
 from simlib.errors import SimError
 
@@ -16,8 +16,7 @@ METADATA = "metadata"
 LONGEST_NAME = 31
 
 
-@dataclass(frozen=True)
-class SoundCard:
+class SoundCard(NamedTuple):
     """entry_count, channel_mode and channel_count are what the audio library reports of the card."""
 
     name: str
@@ -27,8 +26,7 @@ class SoundCard:
     channel_count: int
 
 
-@dataclass(frozen=True)
-class VideoFunction:
+class VideoFunction(NamedTuple):
     """A function with a picture: its interface, the interface's text, and the listing of each of its nodes."""
 
     first_interface: int
@@ -36,7 +34,6 @@ class VideoFunction:
     interface: str | None = None
 
 
-@dataclass(frozen=True)
 class UsbDevice:
     """What every device reports about itself; a text that the device does not have is None."""
 
@@ -52,19 +49,28 @@ class UsbDevice:
     max_packet: int = 64
     release: str = "0100"
 
+    def __init__(self, name: str, vendor_id: str, product_id: str, **others: Any) -> None:
+        self.name, self.vendor_id, self.product_id = name, vendor_id, product_id
+        self.describe(**others)
 
-@dataclass(frozen=True)
+    def describe(self, **facts: Any) -> None:
+        """Sets attributes that are not as usual."""
+        for attribute, value in facts.items():
+            if not hasattr(self, attribute):
+                raise TypeError(f"a {type(self).__name__} has no {attribute}")
+            setattr(self, attribute, value)
+
+
 class Hub(UsbDevice):
     ports: int = 4
 
 
-@dataclass(frozen=True)
 class Camera(UsbDevice):
     interface: str | None = None
     quirks: str = "0x0"
     interface_count: int = 2
     first_video_interface: int = 0
-    nodes: list[str] = field(default_factory=lambda: ["formats.txt", METADATA])
+    nodes: list[str] = ["formats.txt", METADATA]
     second_function: VideoFunction | None = None
     sound: SoundCard | None = None
     video_name: str | None = None

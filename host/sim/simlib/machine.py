@@ -6,7 +6,6 @@
 from __future__ import annotations
 
 from collections.abc import Iterable, Iterator
-from dataclasses import dataclass, field
 from itertools import islice, zip_longest
 from typing import NamedTuple
 
@@ -27,8 +26,7 @@ class Event(NamedTuple):
     name: str
 
 
-@dataclass
-class PluggedCamera:
+class PluggedCamera(NamedTuple):
     camera: Camera
     port: Port
     address: int
@@ -52,15 +50,13 @@ class PluggedCamera:
         return [event for _, event in sorted(events.items())]
 
 
-@dataclass
 class Machine:
-    topology: Topology
-    hubs: dict[str, int] = field(default_factory=dict)
-    cameras: dict[str, PluggedCamera] = field(default_factory=dict)
-    next_address: dict[int, int] = field(default_factory=dict)
-
-    def __post_init__(self) -> None:
+    def __init__(self, topology: Topology) -> None:
+        self.topology = topology
         self.hub = load_hub(HUB)
+        self.hubs: dict[str, int] = {}
+        self.cameras: dict[str, PluggedCamera] = {}
+        self.next_address: dict[int, int] = {}
 
     def plug(self, camera: Camera, port: Port) -> PluggedCamera:
         """Plugs the camera in and gives it its numbers; adds the hubs that the port needs."""

@@ -6,15 +6,14 @@
 from __future__ import annotations
 
 import re
-from dataclasses import dataclass
+from typing import NamedTuple
 
 from simlib.errors import SimError
 
 MOST_TIERS = 6
 
 
-@dataclass(frozen=True)
-class Port:
+class Port(NamedTuple):
     bus: int
     path: tuple[int, ...]
 

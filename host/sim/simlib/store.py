@@ -43,7 +43,8 @@ class Store:
     def read(self) -> Machine:
         self._check_there()
         facts = json.loads(self._file.read_text(encoding="utf-8"))
-        machine = Machine(Topology(facts["topology"]), hubs=facts["hubs"])
+        machine = Machine(Topology(facts["topology"]))
+        machine.hubs = facts["hubs"]
         machine.next_address = {int(bus): address for bus, address in facts["next_address"].items()}
         for slot, entry in facts["cameras"].items():
             camera = load_camera(entry.pop("camera"))

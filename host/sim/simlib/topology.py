@@ -6,7 +6,7 @@
 from __future__ import annotations
 
 import tomllib
-from dataclasses import dataclass
+from typing import NamedTuple
 
 from simlib.attributes import AttributeList, Values
 from simlib.catalogue import DATA
@@ -19,8 +19,7 @@ FULL_SPEED = 12
 SPEED_NAMES = {SUPERSPEED: "superspeed", HIGH_SPEED: "high-speed", FULL_SPEED: "full-speed"}
 
 
-@dataclass(frozen=True)
-class Bus:
+class Bus(NamedTuple):
     number: int
     controller: str
     speed: int

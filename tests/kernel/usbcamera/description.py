@@ -7,7 +7,7 @@ from __future__ import annotations
 
 import sys
 import tomllib
-from dataclasses import dataclass, replace
+from dataclasses import dataclass
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[3] / "host/sim"))
@@ -61,7 +61,9 @@ class VideoPart:
 
 def described(name: str, changes: list[str]) -> Camera:
     """Returns a camera of the catalogue; each change is a line of its camera.toml."""
-    return replace(load_camera(name), **tomllib.loads("\n".join(changes)))
+    camera = load_camera(name)
+    camera.describe(**tomllib.loads("\n".join(changes)))
+    return camera
 
 
 def functions_of(camera: Camera) -> list[VideoPart]:
