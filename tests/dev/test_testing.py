@@ -38,7 +38,9 @@ def test_the_sanitizers_do_not_wait_for_the_plain_build_s_tests(machine: Machine
 
 def test_an_interrupt_ends_the_sanitizers_too(machine: Machine) -> None:
     machine.script("ctest", ": >\"$2.begun\"; exec sleep 100")
-    process = subprocess.Popen([machine.tree / "dev", "test"], env={"PATH": str(machine.programs)}, stdin=subprocess.DEVNULL,
+    # Whoever starts the tests in the background of a script ignores interrupts, and with it all that it starts.
+    process = subprocess.Popen(["env", "--default-signal=INT", machine.tree / "dev", "test"],
+                               env={"PATH": str(machine.programs)}, stdin=subprocess.DEVNULL,
                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, start_new_session=True)
     while not all((machine.tree / f"build/{preset}.begun").exists() for preset in ("release", "asan")):
         time.sleep(0.1)
