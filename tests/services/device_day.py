@@ -11,10 +11,12 @@ from __future__ import annotations
 import os
 import signal
 import subprocess
+import sys
 
 from mocked_udev import MockedUdev
 
 NAME = "HD Pro Webcam C920"
+FULL = [f"1-{port}" for port in range(1, 11)]
 ON_THE_HOST = {name: value for name, value in os.environ.items() if not name.startswith(("LD_PRELOAD", "UMOCKDEV"))}
 
 
@@ -41,7 +43,7 @@ class Manager:
         print(f"{rest}ended with {self._process.returncode}", flush=True)
 
 
-def main() -> None:
+def a_day() -> None:
     mocked = MockedUdev()
     with Manager() as manager:
         manager.prints(1)
@@ -57,4 +59,17 @@ def main() -> None:
         manager.prints(2)
 
 
-main()
+def a_full_host() -> None:
+    """All channels are taken when a camera comes, and then one that it can have becomes free."""
+    mocked = MockedUdev()
+    with Manager() as manager:
+        manager.prints(1)
+        for slot in FULL:
+            on_the_host("usbdevctl", "plug", "--type", "camera", "--node", "0", "--slot", slot, "--name", NAME)
+        mocked.node(mocked.plug("3-1", product=NAME), 0, name=NAME)
+        manager.prints(1)
+        on_the_host("usbdevctl", "unplug", "--type", "camera", "--slot", FULL[4])
+        manager.prints(1)
+
+
+{"day": a_day, "full": a_full_host}[sys.argv[1]]()

@@ -68,6 +68,11 @@ class TestACameraThatIsPluggedIn:
         assert library.sees({"3-1": UsbDevice((), (MICROPHONE,))}) == []
         assert library.sees({"3-1": WEBCAM}) == ["plug 3-1 camera 0", "plug 3-1 card 1"]
 
+    def test_is_reported_again_when_there_is_a_channel_for_it_and_no_other_one_is(self) -> None:
+        library = Library({"1-1": WEBCAM, "3-1": WEBCAM})
+        library.history = decision.without_cameras(library.history, {"3-1", "5-1"})
+        assert library.sees({"1-1": WEBCAM, "3-1": WEBCAM}) == ["plug 3-1 camera 0"]
+
     def test_gets_its_turn_by_age(self) -> None:
         old, new = UsbDevice((replace(CAMERA, number=8, born=1),)), UsbDevice((replace(CAMERA, born=2),))
         assert Library().sees({"1-1": new, "3-1": old}) == ["plug 3-1 camera 8", "plug 1-1 camera 0"]

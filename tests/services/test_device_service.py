@@ -14,7 +14,7 @@ NOTIFIED = "until_true grep -q removed /var/log/vl/manager-service.log; grep ^ev
 
 
 def test_it_reports_what_comes_and_goes_to_the_library_which_notifies_the_manager(on_host: RunOnHost) -> None:
-    done = on_host(f"{A_DAY}; {NOTIFIED}", "--services")
+    done = on_host(f"{A_DAY} day; {NOTIFIED}", "--services")
     assert done.stdout.splitlines() == [
         "synchronised",
         f"plugged 3-1 camera 0 '{NAME}': channel 0",
@@ -27,3 +27,12 @@ def test_it_reports_what_comes_and_goes_to_the_library_which_notifies_the_manage
         "event 7 (removed)  profile 0  video none  audio none  flag 0  target none  request none",
     ]
     assert "device-service: following udev\n" in done.stderr
+
+
+def test_a_camera_for_which_all_channels_are_taken_gets_the_first_that_becomes_free(on_host: RunOnHost) -> None:
+    assert on_host(f"{A_DAY} full").stdout.splitlines() == [
+        "synchronised",
+        f"plugged 3-1 camera 0 '{NAME}': no channel",
+        f"plugged 3-1 camera 0 '{NAME}': channel 4",
+        "ended with 0",
+    ]

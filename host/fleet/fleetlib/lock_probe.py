@@ -12,7 +12,7 @@ import time
 from fcntl import LOCK_EX, LOCK_NB, flock
 
 from servicelib.counts import counts
-from statelib.sources import CONFIGURATION
+from servicelib.places import CONFIGURATION
 
 PAUSE_SECONDS = 0.002
 LONGEST_SECONDS = 5.0  # less than a scrape may take

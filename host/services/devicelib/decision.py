@@ -6,7 +6,7 @@ with what is plugged in. So of a storm of events only the last state counts."""
 
 from __future__ import annotations
 
-from collections.abc import Iterable, Iterator, Mapping, Sequence
+from collections.abc import Iterable, Iterator, Mapping, Sequence, Set
 from dataclasses import dataclass, replace
 from enum import Enum
 from typing import TypeVar
@@ -65,6 +65,11 @@ def after(history: History, call: Call) -> History:
     else:
         known = replace(known, cards=tuple(it for it in known.cards if it != call.device))
     return {**history, call.slot: known}
+
+
+def without_cameras(history: History, slots: Set[str]) -> History:
+    """Returns the history in which the cameras of these ports are to be plugged in once more."""
+    return {slot: replace(known, camera=None) if slot in slots else known for slot, known in history.items()}
 
 
 def _calls(history: History, world: World) -> Iterator[Call]:

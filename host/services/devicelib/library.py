@@ -11,6 +11,7 @@ from contextlib import suppress
 from servicelib.counts import counts
 from usbdev import Device, Notification, UsbdevError, core, hotplug, profiles
 from usbdev.notification import HEADER_SIZE
+from usbdev.records import CHANNELS
 
 from devicelib.decision import Call, Kind
 
@@ -38,6 +39,9 @@ class Library:
             if entry.exists == ATTACHED:
                 found.setdefault(entry.usbslot, []).append(entry.devname)
         return found
+
+    def has_free_channel(self) -> bool:
+        return len(profiles.channels()) < CHANNELS
 
     def call(self, call: Call) -> bool:
         """Calls the hotplug handler, and returns whether a channel had to do with it. It is normal that no channel takes a sound

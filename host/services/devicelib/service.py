@@ -8,8 +8,9 @@ from __future__ import annotations
 import argparse
 import asyncio
 
-from servicelib import lifecycle, reasons
+from servicelib import changes, lifecycle, reasons
 from servicelib.counts import counts
+from servicelib.places import CONFIGURATION
 from usbdev import core
 
 from devicelib import decision
@@ -28,6 +29,7 @@ class DeviceManager:
         self._changed = asyncio.Event()
         self._logging: set[asyncio.Task[None]] = set()
         self._missing = MissingNodes(self._log_reason)
+        self._waiting: set[str] = set()  # ports whose cameras wait for a free channel
 
     def start(self) -> None:
         """Synchronises. Whatever comes or goes meanwhile is reported by follow()."""
@@ -39,7 +41,7 @@ class DeviceManager:
             self._library.notify_manager()
         for slot in world.keys() - self._library.attached().keys():
             if world[slot].camera() is not None:
-                self._log_reason(slot)
+                self._has_no_channel(slot)
         self._history = decision.all_of(world)
         self._changed.set()
 
@@ -47,6 +49,7 @@ class DeviceManager:
         """Reports what comes and goes, until it is cancelled."""
         loop = asyncio.get_running_loop()
         loop.add_reader(self._udev.fileno(), self._take_events)
+        changes.follow(str(CONFIGURATION.parent), changes.RENAMED, self._configuration_changed)
         while True:
             await self._changed.wait()
             self._changed.clear()
@@ -57,6 +60,13 @@ class DeviceManager:
         self._udev.take_events()
         self._changed.set()
 
+    def _configuration_changed(self, names: set[str]) -> None:
+        """Plugs cameras in once more that wait for a free channel, because the library gives one at a plug only."""
+        if self._waiting and names & {CONFIGURATION.name, ""} and self._library.has_free_channel():
+            self._history = decision.without_cameras(self._history, self._waiting - self._library.attached().keys())
+            self._waiting.clear()
+            self._changed.set()
+
     async def _report_one(self) -> bool:
         """Looks again before each call, because a call takes long enough for the next event."""
         with lifecycle.watched():
@@ -66,11 +76,18 @@ class DeviceManager:
             if call is None:
                 return False
             taken = self._library.call(call)
-        if not taken and call.plugged and call.kind is Kind.CAMERA:
-            self._log_reason(call.slot)
+        if call.kind is Kind.CAMERA:
+            self._waiting.discard(call.slot)
+            if call.plugged and not taken:
+                self._has_no_channel(call.slot)
         self._history = decision.after(self._history, call)
         await asyncio.sleep(0)  # lets a signal end the service between two calls
         return True
+
+    def _has_no_channel(self, slot: str) -> None:
+        self._log_reason(slot)
+        if not self._library.has_free_channel():
+            self._waiting.add(slot)
 
     def _log_reason(self, slot: str) -> None:
         """Has it logged why the camera got no channel, or no node, while other devices come and go."""

@@ -12,11 +12,10 @@ from collections.abc import Callable
 from pathlib import Path
 
 from servicelib import changes
-from servicelib.places import STREAMS
+from servicelib.places import CONFIGURATION, STREAMS
 
 from statelib import event_log
 
-CONFIGURATION = Path("/etc/config/usbdev.conf")
 HUB = Path("/var/lock/usbdev-notifications")
 BEGIN = "live.mp4"  # in a stream's folder: as long as the stream runs
 FAILURE = "failure"  # in a stream's folder: why it fails, see docs/services.md

@@ -185,7 +185,7 @@ def test_commands_calls_and_lock_waits_are_measured(streaming: Prometheus) -> No
 
 def test_what_comes_and_goes_is_counted_by_the_device_manager(streaming: Prometheus) -> None:
     """Last of those with the camera."""
-    run(f"sim unplug 3-1; usbdevctl forget 0; LD_PRELOAD=libumockdev-preload.so.0 /usr/bin/python3 -B {DAY}")
+    run(f"sim unplug 3-1; usbdevctl forget 0; LD_PRELOAD=libumockdev-preload.so.0 /usr/bin/python3 -B {DAY} day")
     for device, action in ((device, action) for device in ("camera", "sound_card") for action in ("plugged", "removed")):
         until(lambda: grows(streaming, f'usbdev_plug_events_total{{device="{device}",action="{action}"}}', 0))
     until(lambda: streaming.value('usbdev_service_up{service="devices"}') == 0)  # the day is over
