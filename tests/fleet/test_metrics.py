@@ -16,7 +16,7 @@ from typing import Any
 
 import pytest
 from conftest import REPOSITORY, VERSIONS, channel, free_port, made_up
-from fleetlib import counted, metrics, udp_drops
+from fleetlib import counted, metrics, udp_drops, units
 from fleetlib.counted import Counted
 from prometheus_client import CollectorRegistry, exposition
 from prometheus_client.openmetrics import exposition as openmetrics
@@ -169,6 +169,18 @@ def test_a_file_that_no_service_wrote_changes_nothing(folder: Path, content: str
     before = openmetrics.generate_latest(registry(made_up()))
     (folder / "streams").write_text(content, encoding="latin-1")
     assert openmetrics.generate_latest(registry(made_up())) == before
+
+
+@pytest.mark.parametrize(("events", "expected"), [("populated 1\nfrozen 0\n", 1), ("populated 0\nfrozen 0\n", 0), (None, 0)])
+def test_the_login_service_is_up_as_long_as_its_unit_has_a_process(
+    tmp_path: Path, monkeypatch: pytest.MonkeyPatch, events: str | None, expected: int
+) -> None:
+    monkeypatch.setattr(units, "GROUPS", tmp_path / "system.slice")
+    assert ("login",) not in values(None, "usbdev_service_up", "service")  # without a service manager
+    (units.GROUPS / metrics.LOGIN).mkdir(parents=True)
+    if events is not None:
+        (units.GROUPS / metrics.LOGIN / "cgroup.events").write_text(events)
+    assert values(None, "usbdev_service_up", "service")["login",] == expected
 
 
 def test_a_pipe_in_the_place_of_a_file_keeps_nobody_waiting(folder: Path) -> None:

@@ -17,7 +17,7 @@ from prometheus_client.registry import Collector
 from servicelib.counts import BOUNDS
 from usbdev.records import CHANNELS, PROFILES
 
-from fleetlib import counted, udp_drops
+from fleetlib import counted, udp_drops, units
 from fleetlib.counted import Counted, Times
 
 # Why a camera that is plugged in does not stream, in the words of "usbdevctl explain".
@@ -42,6 +42,7 @@ TIMES = {
     "library_calls": ("library_call_duration", "call", "Time that a call of the library took in a service"),
 }
 LOCK_WAITS = ("lock_waits",)
+LOGIN = "usbdev-login.service"
 
 State = dict[str, Any]
 
@@ -65,6 +66,8 @@ class Host(Collector):
             yield from _of_state(self._state)
         services = self._count()
         running = {(service,): found.is_running for service, found in services.items()}
+        if (login := units.runs(LOGIN)) is not None:
+            running["login",] = login
         yield _gauges("service_up", "Whether a service of the host runs", ["service"], running)
         yield from _numbers(services.values())
         yield CounterMetricFamily("usbdev_notifications_lost", "Notifications that came faster than the manager took them",
