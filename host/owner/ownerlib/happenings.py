@@ -9,6 +9,7 @@ from __future__ import annotations
 import heapq
 import re
 import sqlite3
+from bisect import bisect_left, bisect_right
 from dataclasses import dataclass
 from datetime import datetime
 from typing import Any
@@ -67,9 +68,11 @@ class Cameras:
     def _streamed(self, profile: int, time: str) -> Value | None:
         """Returns the camera that streamed with the profile before and after the time, or at it."""
         streams = self._streams.get(profile, [])
-        before = next((one for one in reversed(streams) if one.begin <= time), None)
-        after = next((one for one in streams if one.end >= time), None)
-        return before.camera if before and after and before.camera == after.camera else None
+        before = bisect_right(streams, time, key=lambda one: one.begin) - 1
+        after = bisect_left(streams, time, key=lambda one: one.end)
+        if before < 0 or after == len(streams):
+            return None
+        return streams[before].camera if streams[before].camera == streams[after].camera else None
 
 
 def _given(created: str | None) -> str:

@@ -85,7 +85,7 @@ def _for_rows(fits: Callable[[str, str], bool]) -> Callable[[bytes, int], bool]:
 
 def time_text(time: int) -> str:
     """Of two of them the later one is the greater text."""
-    return datetime.fromtimestamp(time, timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")
+    return datetime.fromtimestamp(time, timezone.utc).isoformat()[:19] + "Z"
 
 
 def _event(number: int, time: int, level: int, text: bytes) -> Event:
