@@ -72,7 +72,7 @@ function Event({ event, isFresh, withLines }) {
     <${Icon} name=${severity === "information" ? kIcons[kind] : "alert"} />
     <div><p><span class="unseen">${t(`severity.${severity}`)}: </span>${textOf(event)}</p>
       ${withLines && line && line !== text && html`<p class="quiet">${hostsWords(line)}</p>`}
-      <p class="quiet"><time datetime=${time}>${moment(time)}</time>${user && html` <span class="user">${t("events.by", { user: plain(user) })}</span>`}</p></div>
+      <p class="quiet"><time datetime=${time}>${moment(time)}</time>${user && ` ${t("events.by", { user: plain(user) })}`}</p></div>
     ${camera && html`<p class="about"><span class="unseen">${t("camera")}: </span><bdi>${plain(camera.name)}</bdi> <span class="quiet port">${camera.port}</span></p>`}
   </li>`;
 }

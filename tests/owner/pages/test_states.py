@@ -244,7 +244,9 @@ def test_an_event_names_the_camera_that_it_is_about(owner: Owner) -> None:
     assert ["Front door" in one for one in events[:6]] == [True, True, False, False, False, False]
 
 
-def test_an_event_names_the_user_who_did_it(owner: Owner) -> None:
+@pytest.mark.parametrize("width", [390, 1280])
+def test_an_event_names_the_user_who_did_it(owner: Owner, width: int) -> None:
+    owner.size(width, 800)
     owner.open("events")
     owner.sees("Password for guests set; the link is a new one")
     events = owner.evaluate("[...document.querySelectorAll('.event')].map((one) => one.innerText)")
