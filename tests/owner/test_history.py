@@ -247,6 +247,16 @@ def test_there_is_a_largest_number_of_rows(kept: Kept, monkeypatch: pytest.Monke
     assert kept.history.since(1)["up"][-1]["to"] is None
 
 
+def test_only_the_server_reads_who_did_what(kept: Kept) -> None:
+    kept.note({0}, {1})
+    assert oct(kept.file.stat().st_mode & 0o777) == "0o600"
+
+
+def test_a_folder_that_is_not_there_is_a_problem_of_the_database(tmp_path: Path) -> None:
+    with pytest.raises(sqlite3.OperationalError):
+        History(tmp_path / "none/history.db").happened()
+
+
 def test_a_file_that_was_removed_is_made_again(kept: Kept) -> None:
     kept.note({0}, {0})
     kept.file.unlink()

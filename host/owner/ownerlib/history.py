@@ -11,7 +11,7 @@ import json
 import sqlite3
 import time
 from collections.abc import Callable, Iterator
-from contextlib import closing, contextmanager
+from contextlib import closing, contextmanager, suppress
 from dataclasses import dataclass, field
 from itertools import islice
 from pathlib import Path
@@ -229,7 +229,10 @@ class History:
 
     @contextmanager
     def _database(self) -> Iterator[sqlite3.Connection]:
-        """Commits at the end. The file may be removed at any time."""
+        """Commits at the end. The file may be removed at any time. Who has signed in is not for every user of the host."""
+        if not self._file.exists():
+            with suppress(OSError):  # of which the database tells, too
+                self._file.touch(0o600)
         with closing(sqlite3.connect(self._file, timeout=BUSY_SECONDS)) as database, database:
             for table, columns in TABLES.items():
                 database.execute(f"CREATE TABLE IF NOT EXISTS {table}({columns})")
