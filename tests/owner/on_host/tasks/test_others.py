@@ -226,7 +226,7 @@ def test_see_when_a_camera_came_and_went(door: Owner) -> None:
 
 def test_ask_for_help_with_a_report(door: Owner) -> None:
     door.press("Help")
-    assert door.sees("Something does not work?", "to whoever looks after this machine", "Technical facts")
+    assert door.sees("Something does not work?", "to whoever looks after this host", "Technical facts")
     door.press("Make the report")
     assert door.sees("The report is made.", "USB 2.0 Camera: USB Camera")
     report = door.browser.find_element(By.TAG_NAME, "pre")
