@@ -125,6 +125,13 @@ const asOption = (channel) => ({
   text: t("camera_in_port", { name: ownName(channel), port: channel.port }),
 });
 
+// A camera that waits for the one whose profile it gets has not to wait then.
+function asTarget(channel, from, state) {
+  const option = asOption(channel);
+  const other = state.channels[channel.waits_for];
+  return other && other !== from ? { ...option, text: t("move.waits", { camera: option.text, other: nameOf(other) }) } : option;
+}
+
 async function moveTo(from, to) {
   const answer = await attempt(() => call("POST", `/profiles/${from.profile}/move`, { channel: to.channel }));
   if (answer) notice(t("done.moved", { name: nameOf(from), camera: nameOf(to) }), answer.differences.map(differenceText).filter(Boolean).join(" "));
@@ -134,7 +141,7 @@ const kConsequences = () => [t("move.stream"), t("move.settings"), t("move.link"
 
 // Moves the profile of this channel to a camera that is chosen.
 export async function move(channel, state) {
-  const options = attachedWithoutProfile(state).map(asOption);
+  const options = attachedWithoutProfile(state).map((one) => asTarget(one, channel, state));
   if (options.length === 0) return notice(t("move.nowhere"), t("move.nowhere_cure"), true);
   const choices = { label: t("move.to"), options };
   const title = t("move.title", { name: nameOf(channel) });

@@ -424,12 +424,15 @@ def test_a_refused_change_is_taken_back_with_its_reason(owner: Owner, standin: S
     assert owner.complaints() != []  # the browser tells of every refusal
 
 
-def test_a_camera_that_would_have_to_wait_is_offered_last(owner: Owner, standin: StandIn) -> None:
+@pytest.mark.parametrize(("profile", "said"), [(0, ""), (2, " – waits for “Front door”")])
+def test_a_camera_that_would_have_to_wait_is_offered_last(owner: Owner, standin: StandIn, profile: int, said: str) -> None:
+    """It waits for the camera of profile 0, which it does not if it gets that one's profile."""
     standin.state["channels"][1] |= {"profile": None, "profile_name": None}
     standin.state["profiles"][1] |= {"channel": None}
     owner.open("profile/0")
     owner.press("Move to another camera")
-    assert owner.field("To the camera").text.split("\n") == ["Port 1-2: Night camera", "Port 3-1.2: USB 2.0 Camera: HD USB Camera"]
+    offered = owner.field("To the camera").text.split("\n")
+    assert offered == ["Port 1-2: Night camera", f"Port 3-1.2: USB 2.0 Camera: HD USB Camera{said}"]
     owner.press("Cancel")
 
 
@@ -445,7 +448,7 @@ def test_a_refusal_is_not_said_on_the_next_page(owner: Owner, standin: StandIn) 
 
 def test_a_refused_move_is_said_in_the_language_of_the_page(owner: Owner, standin: StandIn) -> None:
     standin.refusal = {"reason": "port_off", "text": "Its port is off.", "other_channel": None, "collision": None}
-    owner.open("profile/0")
+    owner.open(f"profile/{profile}")
     owner.choose("Language", "Deutsch")
     owner.press("Auf eine andere Kamera verschieben")
     owner.press("Verschieben")
