@@ -12,6 +12,9 @@ export const ownName = (channel) =>
 export const nameOf = (channel) =>
   channel.hasNamesake ? t("name_in_port", { name: ownName(channel), port: channel.port }) : ownName(channel);
 
+// The page of a camera, which is that of its profile if it has one.
+export const addressOf = (channel) => (channel.profile === null ? `#/camera/${channel.channel}` : `#/profile/${channel.profile}`);
+
 export function withNamesakes(state) {
   const cameras = state.channels.filter((one) => one.state !== "free");
   const isNamesake = (one, other) => one.channel !== other.channel && ownName(one) === ownName(other);

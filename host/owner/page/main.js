@@ -4,7 +4,8 @@
 // Begins the page, and shows the part of it that the address names.
 
 import { html, render } from "/libraries/preact.js";
-import { profileName } from "/page/channels.js";
+import { CameraWithoutProfile } from "/page/camera.js";
+import { nameOf, profileName } from "/page/channels.js";
 import { Charts } from "/page/charts.js";
 import { Events } from "/page/events.js";
 import { Host } from "/page/host.js";
@@ -21,12 +22,17 @@ const kPages = { "": Overview, sharing: Sharing, events: Events, charts: Charts,
 
 const NoPage = () => html`<p><a class="button plain" href="#/">${t("overview")}</a></p>`;
 
+const cameraPart = (channel, state) =>
+  channel.profile === null ? { Part: CameraWithoutProfile, channel } : { Part: Profile, profile: state.profiles[channel.profile] };
+
 // The page of the address: its part of the navigation, its title, and what is shown.
 function route(state) {
   const [, name = "", number = ""] = location.hash.split("/");
   const profile = name === "profile" && state?.profiles.find((one) => String(one.profile) === number);
   if (profile) return { page: "overview", title: profileName(state, profile), Part: Profile, profile };
-  if (name === "profile" && !state) return { page: "overview", title: t("profile"), Part: Profile };
+  const channel = name === "camera" && state?.channels.find((one) => String(one.channel) === number && one.state !== "free");
+  if (channel) return { page: "overview", title: nameOf(channel), ...cameraPart(channel, state) };
+  if (["profile", "camera"].includes(name) && !state) return { page: "overview", title: t("profile"), Part: Profile };
   if (!(name in kPages)) return { page: null, title: t("no_page"), Part: NoPage };
   const page = name || "overview";
   return { page, title: t(page), Part: kPages[name] };
@@ -38,9 +44,9 @@ function App() {
   const now = view();
   if (now.session === undefined) return html`<main class="alone">${now.away ? html`<${Busy} text=${t("away")} />` : html`<${Loading} />`}</main>`;
   if (now.session === null) return html`<${Login} />`;
-  const { page, title, Part, profile } = route(now.state);
+  const { page, title, Part, profile, channel } = route(now.state);
   return html`<${Shell} view=${now} page=${page} address=${location.hash} title=${title}>
-    ${now.state ? html`<${Part} key=${location.hash} state=${now.state} profile=${profile} arrived=${now.arrived} />` : html`<${Loading} />`}
+    ${now.state ? html`<${Part} key=${location.hash} state=${now.state} profile=${profile} channel=${channel} arrived=${now.arrived} />` : html`<${Loading} />`}
   <//>`;
 }
 

@@ -4,7 +4,7 @@
 // The ten channels as cards, and how they hang together.
 
 import { html, useEffect, useState } from "/libraries/preact.js";
-import { nameOf, standing, tone } from "/page/channels.js";
+import { addressOf, nameOf, standing, tone } from "/page/channels.js";
 import { Icon } from "/page/icons.js";
 import { Empty } from "/page/parts.js";
 import { Reasons } from "/page/reasons.js";
@@ -55,7 +55,7 @@ function CameraCard({ channel, state, isNew }) {
   const name = html`<bdi>${nameOf(channel)}</bdi>`;
   return html`<li class=${isNew ? "card camera new" : "card camera"} data-channel=${channel.channel} data-standing=${word}>
     ${channel.streams ? html`<${Picture} profile=${channel.profile} word=${word} isThere=${hasPicture} setThere=${setHasPicture} />` : html`<div class="picture"><${NoPicture} word=${word} /></div>`}
-    <h2>${channel.profile === null ? name : html`<a href=${`#/profile/${channel.profile}`}>${name}</a>`}</h2>
+    <h2><a href=${addressOf(channel)}>${name}</a></h2>
     <${Standing} word=${word} />
     <p class="quiet device">${t("channel_number", { number: channel.channel })}${channel.profile_name && html` · <bdi>${channel.device}</bdi>`}</p>
     <${Facts} channel=${channel} />

@@ -5,7 +5,7 @@
 // room. On a phone each thing has a line; elsewhere the tree grows to the right.
 
 import { html, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
-import { ownName, standing, tone } from "/page/channels.js";
+import { addressOf, ownName, standing, tone } from "/page/channels.js";
 import { t } from "/page/texts.js";
 import { roomFor } from "/page/usb.js";
 
@@ -26,7 +26,7 @@ function portNode(port, channels) {
   if (!channel) return empty;
   const word = standing(channel);
   const text = `${port.port} · ${t(`state.${word}`)}`;
-  return { ...empty, channel: port.channel, isAway: channel.state !== "plugged", title: ownName(channel), text, kind: tone(word) };
+  return { ...empty, channel: port.channel, address: addressOf(channel), isAway: channel.state !== "plugged", title: ownName(channel), text, kind: tone(word) };
 }
 
 function controllerNode(controller, channels) {
@@ -118,10 +118,13 @@ function line(spot, isWide) {
 
 const Box = ({ spot, pairs }) => html`<g class=${`usb ${spot.kind} ${pairs.some((one) => isShared(spot, one)) ? "shared" : ""}`} transform=${`translate(${spot.x} ${spot.y})`}>
   <title>${spot.title}, ${spot.text}</title>
+  ${spot.address ? html`<a href=${spot.address} tabindex="-1"><${Inside} spot=${spot} /></a>` : html`<${Inside} spot=${spot} />`}
+</g>`;
+
+const Inside = ({ spot }) => html`
   <rect width=${spot.w} height=${spot.h} rx="8" />
   ${spot.lines.map((one, index) => html`<text x="12" y=${19 + kLine * index}>${one}</text>`)}
-  <text x="12" y=${18 + kLine * spot.lines.length} class="under">${cut(spot.text, most(spot.w, kLetter))}</text>
-</g>`;
+  <text x="12" y=${18 + kLine * spot.lines.length} class="under">${cut(spot.text, most(spot.w, kLetter))}</text>`;
 
 function Line({ spot, pairs, isWide }) {
   const kinds = { away: spot.isAway, shared: pairs.some((one) => isBelowShared(spot, one)) };

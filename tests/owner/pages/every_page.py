@@ -24,7 +24,7 @@ PAGES = {
     "share-playing": (LINK + SHARED(1), "Front door"),
 }
 # Of which no picture is kept.
-OTHERS = {"profile-mjpeg": ("/#/profile/2", "Save")}
+OTHERS = {"profile-mjpeg": ("/#/profile/2", "Save"), "camera": ("/#/camera/3", "Use another camera.")}
 IS_DRAWN = """[...document.images].every((one) => one.complete) && document.fonts.status === 'loaded'
   && !document.querySelector('[data-state="loading"], [data-shows="waits"]')"""
 

@@ -346,6 +346,23 @@ def test_the_picture_of_usb_has_controllers_without_a_camera_and_says_where_ther
     assert controllers == [f"USB controller, bus {one}" for one in ("3", "5 · has room", "1 · has room", "7, 8 · has room", "9 · no camera")]
 
 
+def test_a_camera_of_the_picture_leads_to_its_page(owner: Owner) -> None:
+    owner.open()
+    owner.sees("USB connections")
+    links = "[...document.querySelectorAll('.usb-tree a')].map((one) => [one.querySelector('text').textContent, one.getAttribute('href')])"
+    assert {"Front door": "#/profile/0", "Old camera": "#/camera/3"}.items() <= dict(owner.evaluate(links)).items()
+
+
+def test_a_camera_without_a_profile_has_a_page_until_it_gets_one(owner: Owner, standin: StandIn) -> None:
+    owner.open()
+    owner.press("Old camera")
+    assert owner.sees("Not supported", "This host cannot use its picture format", "Channel 3")
+    assert owner.heading() == "Old camera"
+    standin.state["channels"][3]["profile"] = 3
+    standin.tell("channels", standin.state["channels"])
+    assert owner.sees("End this stream")
+
+
 def test_a_box_of_the_picture_is_as_high_as_its_name(owner: Owner) -> None:
     for width, height in ((390, 844), (1280, 800)):
         owner.size(width, height)
@@ -429,7 +446,7 @@ def test_a_camera_that_would_have_to_wait_is_offered_last(owner: Owner, standin:
     """It waits for the camera of profile 0, which it does not if it gets that one's profile."""
     standin.state["channels"][1] |= {"profile": None, "profile_name": None}
     standin.state["profiles"][1] |= {"channel": None}
-    owner.open("profile/0")
+    owner.open(f"profile/{profile}")
     owner.press("Move to another camera")
     offered = owner.field("To the camera").text.split("\n")
     assert offered == ["Port 1-2: Night camera", f"Port 3-1.2: USB 2.0 Camera: HD USB Camera{said}"]
@@ -448,7 +465,7 @@ def test_a_refusal_is_not_said_on_the_next_page(owner: Owner, standin: StandIn) 
 
 def test_a_refused_move_is_said_in_the_language_of_the_page(owner: Owner, standin: StandIn) -> None:
     standin.refusal = {"reason": "port_off", "text": "Its port is off.", "other_channel": None, "collision": None}
-    owner.open(f"profile/{profile}")
+    owner.open("profile/0")
     owner.choose("Language", "Deutsch")
     owner.press("Auf eine andere Kamera verschieben")
     owner.press("Verschieben")

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+// SPDX-License-Identifier: Apache-2.0
+
+// A camera that has no profile: why, and what to do about it.
+
+import { html } from "/libraries/preact.js";
+import { standing } from "/page/channels.js";
+import { Icon } from "/page/icons.js";
+import { Standing } from "/page/overview.js";
+import { Reasons } from "/page/reasons.js";
+import { plain, t } from "/page/texts.js";
+
+export const CameraWithoutProfile = ({ channel, state }) => html`
+  <p class="lead"><${Standing} word=${standing(channel)} />
+    <a class="beside" href="#/"><${Icon} name="back" />${t("overview")}</a></p>
+  <p class="quiet"><bdi>${plain(channel.device)}</bdi> · ${t("channel_number", { number: channel.channel })} · ${t("port")} <span class="port">${channel.port}</span></p>
+  <${Reasons} channel=${channel} state=${state} />`;
