@@ -73,8 +73,9 @@ def test_a_question_for_events_that_makes_no_sense_is_refused(owner: Client, que
 
 
 def test_events_are_told_in_the_language_that_is_asked_for(owner: Client) -> None:
-    words = {language: owner.get(f"/events?language={language}&search=channel+name:+Garten")["events"][0]["text"] for language in ("en", "de")}
-    assert words == {"en": "Profile 0: Called “Garten” now", "de": "Profil 0: Heißt jetzt „Garten“"}
+    for language, words in (("en", "Called “Garten” now"), ("de", "Heißt jetzt „Garten“")):
+        told = owner.get(f"/events?language={language}&search=channel+name:+Garten")["events"][0]["text"]
+        assert told.endswith(words)  # after its profile, if the camera streamed too shortly to be known
 
 
 def test_a_host_without_a_log_has_no_events_of_it(owner: Client) -> None:
