@@ -18,7 +18,7 @@ BUILD = Path(os.environ["USBDEV_BUILD_DIR"])
 STATED = re.search(r"VERSION (\d+\.\d+\.\d+) ", (REPOSITORY / "CMakeLists.txt").read_text())
 assert STATED is not None
 VERSION = STATED[1]
-PROGRAMS = "sh cmake ninja gcc g++ clang clang++ musl-gcc as ld ar nm ranlib objcopy objdump readelf strip"
+PROGRAMS = "sh cmake ninja cc c++ gcc g++ clang clang++ musl-gcc as ld ar nm ranlib objcopy objdump readelf strip"
 # With ccache, if the other builds use it, nothing is compiled again in the next run.
 CACHE = {name: value for name, value in os.environ.items() if re.fullmatch("HOME|CCACHE_.*|CMAKE_.*_COMPILER_LAUNCHER", name)}
 
@@ -41,6 +41,11 @@ class BareMachine:
     def configure(self, build: Path, *options: str) -> subprocess.CompletedProcess[str]:
         return self.run("cmake", "-S", REPOSITORY, "-B", build, "-G", "Ninja", "-DCMAKE_FIND_USE_CMAKE_SYSTEM_PATH=OFF",
                         "-DUSBDEV_LIBRARY_ONLY=ON", *options)
+
+    def build(self, folder: Path, *options: str) -> None:
+        """Builds the library, by default as the presets do: ccache then knows what they have compiled."""
+        assert passed(self.configure(folder, "-DCMAKE_COMPILE_WARNING_AS_ERROR=ON", *options))
+        assert passed(self.run("cmake", "--build", folder))
 
 
 @pytest.fixture(scope="session")

@@ -62,8 +62,7 @@ PLACES = {
 def build(bare_machine: BareMachine, tmp_path_factory: pytest.TempPathFactory) -> Path:
     """A build folder with the library."""
     folder = tmp_path_factory.mktemp("build")
-    assert passed(bare_machine.configure(folder))
-    assert passed(bare_machine.run("cmake", "--build", folder))
+    bare_machine.build(folder)
     return folder
 
 
