@@ -103,6 +103,9 @@ class Ports:
     def attached(self) -> dict[str, list[str]]:
         return {"3-1": ["Webcam"]}
 
+    def has_free_channel(self) -> bool:
+        return True
+
     def call(self, call: Call) -> bool:
         return call.slot == "3-1"
 
