@@ -51,6 +51,10 @@ export function Switch({ label, on, disabled, change }) {
 export const Button = ({ act, icon, kind = "plain", children, ...more }) => html`
   <button type="button" class=${kind} onClick=${act} ...${more}>${icon && html`<${Icon} name=${icon} />`}${children}</button>`;
 
+// A text in which no line ends within the name of a port.
+const kPort = /(\b\d+-\d+(?:\.\d+)*\b)/;
+export const withPorts = (text) => text.split(kPort).map((part, index) => (index % 2 ? html`<span class="port">${part}</span>` : part));
+
 export function Choice({ id, label, value, options, change, ...more }) {
   return html`<div class="field">
     <label for=${id}>${label}</label>

@@ -8,7 +8,7 @@ import * as actions from "/page/actions.js";
 import { freeProfiles, nameOf } from "/page/channels.js";
 import { hostsWords } from "/page/hosts_words.js";
 import { Icon } from "/page/icons.js";
-import { Button } from "/page/parts.js";
+import { Button, withPorts } from "/page/parts.js";
 import { hasText, list, plain, t } from "/page/texts.js";
 import { rivalOf, roomFor, rootPort } from "/page/usb.js";
 
@@ -24,9 +24,6 @@ function values(channel, reason, state) {
 // What the host lacks to encode a picture is a cause of its own.
 const lack = ({ lack_cause: cause, ...named }) =>
   hasText(`reason.${cause}`) && { lack: t(`reason.${cause}`, named), lack_cure: t(`cure.${cause}`, named) };
-
-const kPort = /(\b\d+-\d+(?:\.\d+)*\b)/;
-const withPorts = (text) => text.split(kPort).map((part, index) => (index % 2 ? html`<span class="port">${part}</span>` : part));
 
 // What the cure depends on, besides the cause.
 function caseOf(channel, { cause, collision }, state) {

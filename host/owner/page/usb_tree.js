@@ -6,6 +6,7 @@
 
 import { html, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
 import { addressOf, ownName, standing, tone } from "/page/channels.js";
+import { withPorts } from "/page/parts.js";
 import { t } from "/page/texts.js";
 import { roomFor } from "/page/usb.js";
 
@@ -16,7 +17,7 @@ const kBox = 46;
 const kLine = 18;
 const kIndent = 22;
 const kBold = 8.8; // a letter
-const kLetter = 7.4;
+const kLetter = 7;
 
 function portNode(port, channels) {
   const channel = channels[port.channel];
@@ -156,7 +157,7 @@ export function UsbTree({ state }) {
   return html`<section aria-labelledby="usb">
     <h2 id="usb">${t("usb.title")}</h2>
     <p class="quiet">${pairs.length > 0 ? t("usb.shared") : t("usb.explained")}</p>
-    <p class="quiet">${ports ? t("usb.room", { ports }) : t("usb.no_room")}</p>
+    <p class="quiet">${ports ? withPorts(t("usb.room", { ports })) : t("usb.no_room")}</p>
     <div class="card usb-tree" ref=${frame}>
       <svg width=${width} height=${height} aria-hidden="true" focusable="false">
         ${placed.filter((one) => one.parent).map((one) => html`<${Line} spot=${one} pairs=${pairs} isWide=${isWide} />`)}
