@@ -93,7 +93,9 @@ function viewersText(count) {
   return count === 1 ? t("share.one_watches") : t("share.many_watch", { count: number(count) });
 }
 
-const Viewers = ({ count }) => html`<p role="status" class=${`standing ${count > 0 ? "good" : "calm"}`}>${viewersText(count)}</p>`;
+// A browser that plays the playlist, as that of an iPhone does, is not seen to come and go.
+const Viewers = ({ count }) => html`<p role="status" class=${`standing ${count > 0 ? "good" : "calm"}`}>${viewersText(count)}</p>
+  <p class="quiet">${t("share.uncounted")}</p>`;
 
 // What the host tells of each profile that a camera has: null until it has told of all of them, so that no card moves
 // another one away, and undefined if it did not.
