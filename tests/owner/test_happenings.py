@@ -53,6 +53,8 @@ DOOR, HD = {"name": "Door", "port": "3-1"}, {"name": "HD Camera", "port": "3-1.2
         ("Modified Channel 1 FPS: 24.00", None),
         ("USB slot [5-1] has been disabled.", None),
         ("Somebody writes on Channel 2", None),
+        ("Camera[3-1.2 HD Camera]: it has no channel. Forget one.", HD),
+        ("Camera[5-1]: it has no channel. Forget one.", None),
         ("Modified Channel 1 USB device name: Gone (5-1)", {"name": "Gone", "port": "5-1"}),
         ("Camera[5-1 Gone] has image size over 60 fps. It may cause decode error.", {"name": "Gone", "port": "5-1"}),
     ],

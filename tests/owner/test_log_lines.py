@@ -47,8 +47,8 @@ def test_each_pattern_of_the_library_is_tried() -> None:
 @pytest.mark.parametrize("language", LANGUAGES)
 def test_each_line_of_the_library_has_words_in_each_language(line: str, language: str) -> None:
     known = parse(line)
-    assert known
-    assert not re.search(r"Channel \d|FPS|[{}]", known.words(texts(language)).replace("Audio on\nChannel 1", ""))
+    words = known and known.words(texts(language))
+    assert words and not re.search(r"Channel \d|FPS|[{}]", words.replace("Audio on\nChannel 1", ""))
 
 
 def test_no_words_are_left_over() -> None:
@@ -74,6 +74,12 @@ def test_a_setting_is_called_as_on_its_switch() -> None:
     assert known and [known.words(texts(one)) for one in LANGUAGES] == [
         texts("de").text("flip") + ": an", texts("en").text("flip") + ": on"
     ]  # fmt: skip
+
+
+@pytest.mark.parametrize(("head", "device"), [("Camera[3-1 Cam [2]]: ", "Cam [2]"), ("Camera[3-1]: ", None)])
+def test_a_reason_keeps_its_words_and_is_about_its_camera(head: str, device: str | None) -> None:
+    known = parse(f"{head}it lists NV12, and the library uses MJPG and YUYV only. Use another camera.")
+    assert known and (known.port, known.device, known.words(texts("de"))) == ("3-1", device, None)
 
 
 @pytest.mark.parametrize("line", ["", "Somebody writes on Channel 2", "Modified Channel 2", "Modified Channel 2 FPS: 24.00 x", "Enabled x on Channel 1"])

@@ -100,7 +100,7 @@ class Teller:
     def log(self, text: str, time: str, cameras: Cameras) -> Value:
         line = log_lines.parse(text)
         camera = cameras.of(line, time)
-        words = line.words(self._texts) if line else text
+        words = (line and line.words(self._texts)) or text
         if line and line.profile is not None and camera is None:
             words = self._texts.text("log.of_profile", profile=str(line.profile), words=words)
         return {"kind": "log", "text": words, "line": text, "user": None, "camera": camera}

@@ -30,20 +30,24 @@ LINES = {
     "log.port_off": re.compile(rf"USB slot \[{PORT}\] has been disabled\."),
     "log.fast_camera": re.compile(rf"Camera\[{PORT} (?P<device>.*)\] has image size over 60 fps\. It may cause decode error\.", re.DOTALL),
 }
+# Why a camera does not stream, as usbdevctl logs it: in its own words, which name the camera.
+REASON = re.compile(rf"Camera\[{PORT}(?: (?P<device>.*?))?\]: .*", re.DOTALL)
 
 
 @dataclass(frozen=True)
 class Line:
-    """A line of the library; what it does not have is None."""
+    """A line that is known; what it does not have is None."""
 
-    key: str
+    key: str | None
     values: dict[str, str]
     profile: int | None
     port: str | None
     device: str | None
 
-    def words(self, texts: Texts) -> str:
-        """Returns what the pages call it."""
+    def words(self, texts: Texts) -> str | None:
+        """Returns what the pages call it; None if they have no words of their own."""
+        if self.key is None:
+            return None
         shown = dict(self.values)
         if self.profile is not None:
             shown["profile"] = str(self.profile)
@@ -55,8 +59,8 @@ class Line:
 
 
 def parse(text: str) -> Line | None:
-    """Returns the line; None if it is not one of the library."""
-    for key, pattern in LINES.items():
+    """Returns the line; None if it is not known what it is about."""
+    for key, pattern in [*LINES.items(), (None, REASON)]:
         found = pattern.fullmatch(text)
         if found:
             values = found.groupdict()
