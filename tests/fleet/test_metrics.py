@@ -11,8 +11,9 @@ import os
 import re
 import socket
 import subprocess
+from fcntl import flock
 from pathlib import Path
-from typing import Any
+from typing import IO, Any
 
 import pytest
 from conftest import REPOSITORY, VERSIONS, channel, free_port, made_up
@@ -32,6 +33,7 @@ NOTHING = {service: Counted() for service in counted.SERVICES}
 def folder(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> Path:
     """Of the files of the services, instead of the host's."""
     monkeypatch.setattr(counts, "FOLDER", tmp_path / "counts")
+    monkeypatch.setattr(units, "GROUPS", tmp_path / "groups")
     counts.FOLDER.mkdir()
     return counts.FOLDER
 
@@ -153,6 +155,19 @@ def test_a_service_is_up_as_long_as_it_has_its_file(folder: Path) -> None:
     atexit.unregister(made.write)
     del made
     assert values(None, "usbdev_service_up", "service")[("streams",)] == 0
+
+
+def test_a_service_that_replaces_its_file_while_it_is_read_is_up(folder: Path, monkeypatch: pytest.MonkeyPatch) -> None:
+    made = Counts()
+    made.begin("streams")
+
+    def replaced_before(file: IO[bytes], kind: int) -> None:
+        made.write()
+        flock(file, kind)
+
+    monkeypatch.setattr(counted, "flock", replaced_before)
+    assert values(None, "usbdev_service_up", "service")["streams",] == 1
+    atexit.unregister(made.write)
 
 
 @pytest.mark.parametrize("content", [

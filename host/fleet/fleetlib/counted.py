@@ -57,13 +57,15 @@ def _read(file: Path) -> Counted:
 
 
 def _content(file: Path) -> tuple[bytes, bool]:
-    """Returns also whether a service has the file locked. Does not wait for a pipe in its place."""
+    """Returns also whether a service has the file locked; one that was replaced meanwhile is locked no more, because the service
+    has the new one. Does not wait for a pipe in its place."""
     with open(os.open(file, os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as opened:
         try:
             flock(opened, LOCK_SH | LOCK_NB)
-            return opened.read(LARGEST_FILE), False
+            is_running = not os.path.samestat(os.fstat(opened.fileno()), os.stat(file))
         except BlockingIOError:
-            return opened.read(LARGEST_FILE), True
+            is_running = True
+        return opened.read(LARGEST_FILE), is_running
 
 
 def _is_name(words: Any) -> bool:
