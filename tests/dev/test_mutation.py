@@ -145,6 +145,18 @@ def test_a_mutant_that_no_case_minds_survives(judged: Judged) -> None:
     assert judged.judge.judge(1, [careless]) == "survived"
 
 
+@pytest.mark.parametrize(
+    ("whole_suites", "names"), [(False, ["Text.IsCut", "Text.IsKept", "All/Port.IsOff/1"]), (True, ["Text.*", "All/Port.*"])]
+)
+def test_a_sample_is_judged_by_whole_suites(tmp_path: Path, whole_suites: bool, names: list[str]) -> None:
+    program = tmp_path / "contract_text"
+    program.touch(0o755)
+    cases = ("Text.IsCut", "Text.IsKept", "All/Port.IsOff/1")
+    tests = (f"add_test({number} {program} --gtest_filter={case})\n" for number, case in enumerate(cases))
+    (tmp_path / "CTestTestfile.cmake").write_text("".join(tests))
+    assert [case.name for case in Judge(tmp_path, tmp_path).cases(whole_suites)] == names
+
+
 @pytest.mark.parametrize(("least", "killed", "status"), [(LEAST, 95, 0), (LEAST, 94, 1), (LEAST_OF_SAMPLE, 90, 0), (LEAST_OF_SAMPLE, 89, 1)])
 def test_95_of_100_have_to_be_killed_and_90_of_a_sample(
     tmp_path: Path, capsys: pytest.CaptureFixture[str], least: int, killed: int, status: int) -> None:

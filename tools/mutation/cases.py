@@ -15,6 +15,7 @@ from pathlib import Path
 from programs import run
 
 SLOW = 0.2  # seconds
+LONGEST = 600  # seconds that a case may take without a mutant
 ROOMS = ("contract_", "unit_", "host_", "torture_host_calls_")  # how the names of the programs begin
 
 
@@ -32,14 +33,18 @@ class Judge:
     mutated: Path  # the build folder of the mutated tree
     patience: float = 2  # how many seconds of a processor more than usual, and times as many, a mutant may need
 
-    def cases(self) -> list[Case]:
+    def cases(self, whole_suites: bool) -> list[Case]:
+        """Finds out what there is to run. A suite as one case is recorded sooner, but takes longer for each mutant."""
         listed = subprocess.run(["ctest", "--test-dir", self.release, "--show-only=json-v1"], check=True, capture_output=True).stdout
         commands = [test["command"] for test in json.loads(listed)["tests"] if "command" in test]
-        return [
-            Case(self.program(command[0]), command[1].removeprefix("--gtest_filter="))
+        found = [
+            (self.program(command[0]), command[1].removeprefix("--gtest_filter="))
             for command in commands
             if Path(command[0]).name.startswith(ROOMS) and command[1].startswith("--gtest_filter=")
         ]
+        if whole_suites:
+            found = list(dict.fromkeys((program, name.partition(".")[0] + ".*") for program, name in found))
+        return [Case(program, name) for program, name in found]
 
     def program(self, built: str) -> str:
         """Unit tests contain the library, so they are built with its mutants; the others load it."""
@@ -52,7 +57,7 @@ class Judge:
         noticed.parent.mkdir(exist_ok=True)
         noticed.write_bytes(bytes(mutants + 1))
         start = time.monotonic()
-        passed = run([case.program, f"--gtest_filter={case.name}"], 60, self.mutated, noticed=noticed)
+        passed = run([case.program, f"--gtest_filter={case.name}"], LONGEST, self.mutated, noticed=noticed)
         case.seconds = time.monotonic() - start
         case.noticed = {number for number, byte in enumerate(noticed.read_bytes()) if byte}
         noticed.unlink()
