@@ -17,6 +17,7 @@ from conftest import REPOSITORY
 
 DEBIAN = REPOSITORY / "packaging/debian"
 HOST = "/usr/share/usbdev-host"
+LOGIN_SOCKET = "usbdev-login.socket"
 NAMES = sorted(path.name.removeprefix("usbdev-host.") for path in DEBIAN.glob("usbdev-host.*.service"))
 MOST_EXPOSED = 1.6  # the best device managers of Debian are at 2.6
 
@@ -29,7 +30,7 @@ def units(tmp_path_factory: pytest.TempPathFactory) -> Path:
     for_all.mkdir()
     for path in (REPOSITORY / "host/view/view.conf", DEBIAN / "hardening.conf"):
         shutil.copy(path, for_all)
-    for name in NAMES:
+    for name in [*NAMES, LOGIN_SOCKET]:
         text = (DEBIAN / f"usbdev-host.{name}").read_text()
         (folder / name).write_text(text.replace(f"ExecStart={HOST}", f"ExecStart={REPOSITORY}/host"))
     return folder
@@ -60,10 +61,10 @@ def test_it_is_not_exposed(units: Path, name: str) -> None:
     assert done.returncode == 0, exposing
 
 
-@pytest.mark.parametrize("name", NAMES)
+@pytest.mark.parametrize("name", [*NAMES, LOGIN_SOCKET])
 def test_systemd_understands_every_line(units: Path, name: str) -> None:
     done = analyze(units, "verify", "--man=no", f"{units}/{name}")
-    about_it = [line for line in done.stderr.splitlines() if name.removesuffix(".service") in line or "usbdev-.service.d" in line]
+    about_it = [line for line in done.stderr.splitlines() if name.partition(".")[0] in line or "usbdev-.service.d" in line]
     assert about_it == []
 
 
@@ -131,8 +132,18 @@ def test_only_the_service_for_many_hosts_sees_its_settings_and_without_them_is_n
     assert settings("usbdev-fleet.service", "RestartPreventExitStatus") == ["78"]
 
 
-def test_an_upgrade_starts_all_again_but_the_streams() -> None:
+def test_the_port_of_the_logins_is_held_for_them_from_the_machines_start() -> None:
+    port = re.findall(r"^InnerWebAccessPort = (\d+)$", (REPOSITORY / "host/view/etc/Tundrel.conf").read_text(), re.MULTILINE)
+    assert settings(LOGIN_SOCKET, "ListenStream") == [f"127.0.0.1:{port[0]}"]
+    assert settings("usbdev-login.service", "Requires") == [LOGIN_SOCKET]
+    assert "sockets.target" in settings(LOGIN_SOCKET, "WantedBy")
+
+
+def test_an_upgrade_starts_all_again_but_the_streams_and_the_port_of_the_logins() -> None:
     rules = (DEBIAN / "rules").read_text()
-    options = dict(re.findall(r"^\tdh_installsystemd .*--name=(\S+)(.*)$", rules, re.MULTILINE))
-    assert options == {name.removesuffix(".service"): "" for name in NAMES} | {
-        "usbdev-streams": " --no-stop-on-upgrade", "usbdev-fleet": " --no-enable"}
+    options = re.findall(r"^\tdh_installsystemd .*--name=(\S+)(.*)$", rules, re.MULTILINE)
+    assert options == [
+        ("usbdev-devices", ""), ("usbdev-streams", " --no-stop-on-upgrade"),
+        ("usbdev-login", f" --no-stop-on-upgrade {LOGIN_SOCKET}"), ("usbdev-login", " usbdev-login.service"),
+        ("usbdev-pages", ""), ("usbdev-fleet", " --no-enable"),
+    ]  # fmt: skip

@@ -102,3 +102,16 @@ def test_a_body_in_chunks_is_refused_whatever_their_size(with_services: RunOnHos
     done = with_services(f"for size in 2 -1; do printf '{head}%s\\r\\n{{}}' $size {send} done\n" + GET + "get authLogin.cgi")
     assert done.stdout.count("HTTP/1.1 400 Bad Request\n") == 2
     assert "<authPassed><![CDATA[0]]></authPassed>" in done.stdout
+
+
+def test_who_asks_while_the_service_manager_holds_the_port_is_answered_when_the_service_runs(on_host: RunOnHost) -> None:
+    held = "systemd-socket-activate --listen=127.0.0.1:58080 /usr/bin/env login-service 2>/tmp/log & until_true grep -q Listening /tmp/log\n"
+    done = on_host(held + LOG_IN + 'call vl_sid_auth "$session"; call vl_sid_auth another; kill $!; wait $!; cat /tmp/log >&2')
+    assert done.stdout == "0\n-1\n"
+    assert "login-service: listening on 127.0.0.1:58080" in done.stderr
+
+
+def test_with_another_port_in_the_settings_than_the_held_one_the_service_listens_there_itself(on_host: RunOnHost) -> None:
+    held = "systemd-socket-activate --listen=127.0.0.1:58081 /usr/bin/env login-service 2>/tmp/log & until_true grep -q Listening /tmp/log\n"
+    start = "curl --silent --max-time 1 http://127.0.0.1:58081; until_true grep -q 58080 /tmp/log\n"
+    assert on_host(held + start + LOG_IN + 'call vl_sid_auth "$session"; kill $!').stdout == "0\n"

@@ -9,9 +9,11 @@ import argparse
 import asyncio
 import subprocess
 from pathlib import Path
+from socket import socket
 
 from servicelib import lifecycle
 from servicelib.http import Server
+from systemd import daemon
 from tornado.web import Application, RequestHandler
 
 from loginlib import answer, query, request_log, users
@@ -99,14 +101,27 @@ def port() -> int:
         return DEFAULT_PORT
 
 
+def listen(server: Server) -> str:
+    """Takes the socket of the service manager, which holds the port while no service runs, unless the host's settings have another
+    port since; returns where it listens."""
+    where = (ADDRESS, port())
+    given = [socket(fileno=number) for number in daemon.listen_fds()]
+    held = [it for it in given if it.getsockname() == where]
+    for it in held:
+        it.setblocking(False)
+    server.add_sockets(held)
+    if not held:
+        server.listen(where[1], ADDRESS)
+    return "{}:{}".format(*where)
+
+
 async def serve(users_file: Path, log_file: Path) -> None:
     known_users = Users(users_file)
     server = Server(application(known_users, RequestLog(log_file)), idle_connection_timeout=30)
-    chosen = port()
-    server.listen(chosen, ADDRESS)
+    where = listen(server)
     if not known_users.names():
         lifecycle.say(NOBODY)
-    await lifecycle.serve_until_stopped(f"listening on {ADDRESS}:{chosen}")
+    await lifecycle.serve_until_stopped(f"listening on {where}")
     server.stop()
 
 

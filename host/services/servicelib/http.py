@@ -8,7 +8,8 @@ from __future__ import annotations
 import re
 import resource
 from collections import deque
-from collections.abc import Awaitable
+from collections.abc import Awaitable, Iterable
+from socket import socket
 from typing import Any
 
 from tornado.http1connection import HTTP1ServerConnection
@@ -48,9 +49,12 @@ class Server(HTTPServer):
         self._upgraded = _Latest()
 
     def listen(self, port: int, address: str) -> None:  # type: ignore[override]
+        super().listen(port, address, backlog=MOST_WAITING)
+
+    def add_sockets(self, sockets: Iterable[socket]) -> None:
         now, most = resource.getrlimit(resource.RLIMIT_NOFILE)
         resource.setrlimit(resource.RLIMIT_NOFILE, (max(now, min(DESCRIPTORS, most)), most))
-        super().listen(port, address, backlog=MOST_WAITING)
+        super().add_sockets(sockets)
 
     def handle_stream(self, stream: IOStream, address: tuple[Any, ...]) -> None:
         self._with_requests.add(stream)

@@ -90,6 +90,14 @@ def test_a_guest_sees_them_with_the_link_and_nothing_else(guest: Guest, owner: V
     assert visitor.ask("GET", f"{API}/state").status == 401
 
 
+def test_nobody_gets_the_port_of_the_logins_while_they_do_not_run_and_who_signs_in_starts_them(guest: Guest, owner: Visitor) -> None:
+    guest.run("systemctl", "stop", LOGINS)
+    taken = guest.shell("""python3 -c 'import socket; socket.create_server(("127.0.0.1", 58080))' 2>&1 || true""")
+    assert "Address already in use" in taken
+    owner.sign_in("ann", "secret")
+    guest.run("systemctl", "is-active", LOGINS)
+
+
 def test_a_restart_of_pages_and_logins_takes_their_settings_and_leaves_the_streams_alone(
     guest: Guest, owner: Visitor, shared: str
 ) -> None:
