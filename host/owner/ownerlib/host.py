@@ -37,7 +37,7 @@ class Host:
     async def follow(self) -> None:
         """Follows what changes, until cancelled."""
         sources.follow(self.picture.change, self.picture.log)
-        await asyncio.gather(self.picture.follow(), self.recorder.follow())
+        await asyncio.gather(self.picture.follow(), self.recorder.follow(), self.live.show_life())
 
     async def state(self) -> Value:
         """Returns the whole picture, with what the server itself knows. Raises Problem if it cannot be read."""

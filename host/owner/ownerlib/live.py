@@ -5,10 +5,15 @@
 
 from __future__ import annotations
 
+import asyncio
 import json
+from collections.abc import Awaitable, Callable
 from typing import Any, Protocol
 
 from ownerlib.sessions import Sessions
+
+SIGN_SECONDS = 10  # between two signs of life
+
 
 class OpenPage(Protocol):
     session_id: str
@@ -39,11 +44,22 @@ class Live:
             else:
                 page.drop()
 
+    async def show_life(self, pause: Callable[[float], Awaitable[None]] = asyncio.sleep) -> None:
+        """Sends each page a sign of life again and again, until cancelled: browsers hide pings from pages."""
+        while True:
+            await pause(SIGN_SECONDS)
+            self.tell(*sign())
+
     def drop(self, session: str) -> None:
         """Drops the pages of a session that has ended."""
         for page in list(self._pages):
             if page.session_id == session:
                 page.drop()
+
+
+def sign() -> tuple[str, int]:
+    """Returns the section and the value of a sign of life."""
+    return "alive", SIGN_SECONDS
 
 
 def message(section: str, value: Any) -> str:

@@ -11,7 +11,7 @@ from tornado.iostream import IOStream, StreamBufferFullError
 from tornado.websocket import WebSocketClosedError, WebSocketHandler
 
 from ownerlib.answers import SignedInSocket
-from ownerlib.live import message
+from ownerlib.live import message, sign
 
 MOST_WAITING = 1 << 19  # bytes that a page has not taken yet; more than twice the largest message
 
@@ -29,6 +29,7 @@ class LiveAnswer(SignedInSocket, WebSocketHandler):
         if not self._stream.closed():
             self.host.live.add(self)
             self.send(first)
+            self.send(message(*sign()))
 
     def on_message(self, text: str | bytes) -> None:
         """A page has nothing to say here."""

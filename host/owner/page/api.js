@@ -20,10 +20,10 @@ class Refusal extends Error {
   }
 }
 
-async function answerTo(method, path, body) {
+async function answerTo(method, path, body, atMost) {
   const headers = method === "GET" ? {} : { "X-CSRF-Token": token };
   if (body !== undefined) headers["Content-Type"] = "application/json";
-  const options = { method, headers, cache: "no-store", signal: AbortSignal.timeout(kAtMost) };
+  const options = { method, headers, cache: "no-store", signal: AbortSignal.timeout(atMost) };
   try {
     return await fetch(`/api/v1${path}`, { ...options, body: body && JSON.stringify(body) });
   } catch {
@@ -36,11 +36,11 @@ async function refusal(answer) {
   return new Refusal(values.error ?? "host_away", values);
 }
 
-export async function call(method, path, body) {
-  const answer = await answerTo(method, path, body);
+export async function call(method, path, body, atMost = kAtMost) {
+  const answer = await answerTo(method, path, body, atMost);
   if (!answer.ok) throw await refusal(answer);
   const text = await answer.text();
   return answer.headers.get("Content-Type")?.startsWith("application/json") ? JSON.parse(text) : text;
 }
 
-export const read = (path) => call("GET", path);
+export const read = (path, atMost) => call("GET", path, undefined, atMost);

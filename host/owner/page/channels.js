@@ -33,7 +33,10 @@ export function profileName(state, { profile }) {
 const hindrances = (channel) => channel.reasons.filter((one) => one.hinders);
 
 // One word for how a channel is doing: the name of a text, and of its colour.
-export function standing(channel) {
+export const standing = (channel) => (channel.isUnknown ? "unknown" : lastStanding(channel));
+
+// As far as is known.
+export function lastStanding(channel) {
   if (channel.state === "free") return "free";
   if (channel.streams) return "streams";
   if (channel.switched_on === false) return "switched_off";
@@ -42,7 +45,7 @@ export function standing(channel) {
   return hasText(`state.${first.reason}`) ? first.reason : "fails";
 }
 
-const kCalm = ["free", "unbound", "switched_off", "unplugged", "displaced"];
+const kCalm = ["unknown", "free", "unbound", "switched_off", "unplugged", "displaced"];
 
 export const tone = (word) => {
   if (word === "streams") return "good";

@@ -4,7 +4,7 @@
 // How the last hours or days went: as a picture, and as a table.
 
 import { html, useState } from "/libraries/preact.js";
-import { Busy, Choice, Empty, Failed, useAnswer } from "/page/parts.js";
+import { Choice, Empty, Failed, Loading, useAnswer } from "/page/parts.js";
 import { Plot } from "/page/plot.js";
 import { moment, number, percent, plain, t } from "/page/texts.js";
 import { Timeline } from "/page/timeline.js";
@@ -124,7 +124,7 @@ function Filled({ charts }) {
 
 export function Charts() {
   const [charts, again] = useAnswer("/charts?days=30");
-  return html`${charts === null && html`<${Busy} text=${t("loading")} />`}
+  return html`${charts === null && html`<${Loading} />`}
     ${charts === undefined && html`<${Failed} again=${again} />`}
     ${charts && html`<${Filled} charts=${charts} />`}`;
 }

@@ -8,8 +8,9 @@ import { attempt, explainReading } from "/page/actions.js";
 import { read } from "/page/api.js";
 import { hostsWords } from "/page/hosts_words.js";
 import { Icon } from "/page/icons.js";
-import { Busy, Button, Choice, Empty, Switch } from "/page/parts.js";
+import { Button, Choice, Empty, Failed, Loading, Switch } from "/page/parts.js";
 import { saveFile } from "/page/save_file.js";
+import { timesBack } from "/page/store.js";
 import { currentLanguage, moment, plain, t } from "/page/texts.js";
 
 const kPage = 50;
@@ -24,27 +25,27 @@ function query(wishes) {
 // The host puts events into words, because it searches and exports them too.
 const asked = (filter) => ({ ...filter, language: currentLanguage() });
 
+// Undefined if the host did not answer.
 const load = (filter, more) =>
-  read(`/events?${query({ limit: kPage, ...asked(filter), ...more })}`).catch((problem) => {
-    explainReading(problem);
-    return { events: [] };
-  });
+  read(`/events?${query({ limit: kPage, ...asked(filter), ...more })}`).then(({ events }) => events, explainReading);
 
 const keyOf = ({ kind, id }) => `${kind} ${id}`;
 const oldest = (events, kinds) => events.findLast(({ kind }) => kinds.includes(kind))?.id;
 const known = (events) => ({ before: oldest(events, ["log"]), before_plug: oldest(events, ["plugged", "unplugged"]), before_act: oldest(events, ["act"]) });
 
-// The events that fit the filter; asked for again when there are new ones, which are marked then.
+// The events that fit the filter, as useAnswer() gives them; asked for again when there are new ones, which are marked then.
 function useEvents(filter, newest) {
   const [events, setEvents] = useState(null);
   const [isAll, setAll] = useState(false);
   const [fresh, setFresh] = useState([]);
+  const [count, setCount] = useState(0);
   const seen = useRef({});
   useEffect(() => {
     let isLate = false;
     const timer = setTimeout(async () => {
-      const { events: found } = await load(filter);
+      const found = await load(filter);
       if (isLate) return;
+      if (!found) return setEvents((before) => before ?? undefined);
       const keys = found.map(keyOf);
       setFresh(seen.current.filter === filter ? keys.filter((one) => !seen.current.keys.includes(one)) : []);
       seen.current = { filter, keys };
@@ -55,13 +56,14 @@ function useEvents(filter, newest) {
       isLate = true;
       clearTimeout(timer);
     };
-  }, [filter, newest, currentLanguage()]);
+  }, [filter, newest, currentLanguage(), count, timesBack()]);
   const older = async () => {
-    const { events: found } = await load(filter, known(events));
+    const found = await load(filter, known(events));
+    if (!found) return;
     setEvents([...events, ...found]);
     setAll(found.length < kPage);
   };
-  return { events, fresh, isAll, older };
+  return { events, fresh, isAll, older, again: () => setCount(count + 1) };
 }
 
 const textOf = ({ text, line }) => (text === line ? hostsWords(text) : plain(text));
@@ -116,7 +118,7 @@ function countOf({ length }) {
 export function Events({ state }) {
   const [filter, setFilter] = useState(kEverything);
   const [withLines, setLines] = useState(false);
-  const { events, ...rest } = useEvents(filter, `${state.events[0]?.id} ${state.happened}`);
+  const { events, again, ...rest } = useEvents(filter, `${state.events[0]?.id} ${state.happened}`);
   const isFiltered = Boolean(filter.search || filter.severity);
   const clear = () => {
     setFilter(kEverything);
@@ -126,7 +128,8 @@ export function Events({ state }) {
     <${Filter} filter=${filter} setFilter=${setFilter} isFiltered=${isFiltered} isEmpty=${events?.length === 0} />
     <${Switch} label=${t("events.lines")} on=${withLines} change=${setLines} />
     ${isFiltered && events && html`<p class="unseen" role="status">${countOf(events)}</p>`}
-    ${!events && html`<${Busy} text=${t("loading")} />`}
+    ${events === null && html`<${Loading} />`}
+    ${events === undefined && html`<${Failed} again=${again} />`}
     ${events?.length === 0 && html`<${Nothing} isFiltered=${isFiltered} clear=${clear} />`}
     ${events?.length > 0 && html`<${Found} events=${events} withLines=${withLines} ...${rest} />`}`;
 }

@@ -7,7 +7,7 @@ import { html, useEffect, useRef, useState } from "/libraries/preact.js";
 import { attempt } from "/page/actions.js";
 import { read } from "/page/api.js";
 import { copy } from "/page/clipboard.js";
-import { Busy, Button, Failed, useAnswer } from "/page/parts.js";
+import { Busy, Button, Failed, Loading, useAnswer } from "/page/parts.js";
 import { saveFile } from "/page/save_file.js";
 import { hasText, plain, t } from "/page/texts.js";
 
@@ -80,7 +80,7 @@ function Report() {
 export function Host() {
   const [host, again] = useAnswer("/host");
   return html`<${Report} />
-    ${host === null && html`<${Busy} text=${t("loading")} />`}
+    ${host === null && html`<${Loading} />`}
     ${host === undefined && html`<${Failed} again=${again} />`}
     ${host && html`<${Groups} host=${host} />`}`;
 }

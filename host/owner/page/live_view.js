@@ -4,11 +4,14 @@
 // The live picture of a profile.
 
 import { html, useEffect, useRef, useState } from "/libraries/preact.js";
+import { read } from "/page/api.js";
 import { LivePlayer } from "/page/live-player.js";
 import { Busy } from "/page/parts.js";
+import { hostIsAway, timesBack } from "/page/store.js";
 import { t } from "/page/texts.js";
 
-const kAgain = 2000; // milliseconds
+const kAgain = 2000; // milliseconds, as all of these
+const kStillWatched = 600000;
 
 // Plays until it is told to stop; after the end of a stream it begins again.
 function playing(video, playlist, show) {
@@ -26,8 +29,8 @@ function playing(video, playlist, show) {
     if (answer?.status !== 200) return again();
     player = new LivePlayer(video, playlist, again);
   };
+  show(LivePlayer.isSupported(video) ? "waits" : "cannot");
   if (LivePlayer.isSupported(video)) start();
-  else show("cannot");
   return () => {
     isOver = true;
     clearTimeout(timer);
@@ -35,14 +38,30 @@ function playing(video, playlist, show) {
   };
 }
 
-export function LiveView({ profile, name }) {
+// A session ends if nothing is asked for long, but not that of somebody who watches.
+function useSession() {
+  useEffect(() => {
+    const timer = setInterval(() => document.hidden || read("/session").catch(() => {}), kStillWatched);
+    return () => clearInterval(timer);
+  }, []);
+}
+
+const kOver = {
+  waits: () => html`<${Busy} text=${t("live_view.waits")} />`,
+  cannot: () => html`<p role="status">${t("live_view.cannot")}</p>`,
+  away: () => html`<p>${t("live_view.away")}</p>`,
+};
+
+// After the host was away the stream is asked for anew: a connection that was cut off may not have ended.
+export function LiveView({ profile, name, hasControls }) {
   const video = useRef(null);
-  const [shows, setShows] = useState("waits");
-  useEffect(() => playing(video.current, `/api/v1/profiles/${profile}/playlist.m3u8`, setShows), [profile]);
+  const [plays, setPlays] = useState("waits");
+  const shows = hostIsAway() ? "away" : plays;
+  useEffect(() => playing(video.current, `/api/v1/profiles/${profile}/playlist.m3u8`, setPlays), [profile, timesBack()]);
+  useSession();
   return html`<div class="live" data-shows=${shows}>
-    <video ref=${video} controls=${shows === "plays"} muted autoplay playsinline aria-label=${t("live_view.of", { name })}
-      onPlaying=${() => setShows("plays")}></video>
-    ${shows === "waits" && html`<div class="over"><${Busy} text=${t("live_view.waits")} /></div>`}
-    ${shows === "cannot" && html`<div class="over"><p role="status">${t("live_view.cannot")}</p></div>`}
+    <video ref=${video} controls=${hasControls && shows === "plays"} muted autoplay playsinline aria-label=${t("live_view.of", { name })}
+      onPlaying=${() => setPlays("plays")}></video>
+    ${kOver[shows] && html`<div class="over">${kOver[shows]()}</div>`}
   </div>`;
 }

@@ -26,7 +26,7 @@ function useAttempt() {
   return { problem, isAsking, send, forgive: () => setProblem("") };
 }
 
-export function Login() {
+export function Login({ hasEnded }) {
   const { problem, isAsking, send, forgive } = useAttempt();
   const password = useRef(null);
   useEffect(() => {
@@ -43,6 +43,7 @@ export function Login() {
       <img src="/page/favicon.svg" alt="" width="48" height="48" />
       <h1>${t("sign_in")}</h1>
       <p class="quiet">${t("sign_in.explained")}</p>
+      ${hasEnded && html`<p class="care-box">${t("error.signed_out")}</p>`}
       <p class="problem" role="alert" hidden=${!problem}>${problem}</p>
       <div class="field"><label for="user">${t("user")}</label>
         <input id="user" name="user" autocomplete="username" autocapitalize="none" spellcheck="false" required maxlength="64" /></div>

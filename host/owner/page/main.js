@@ -11,7 +11,7 @@ import { Events } from "/page/events.js";
 import { Host } from "/page/host.js";
 import { Login } from "/page/login.js";
 import { Overview } from "/page/overview.js";
-import { Busy } from "/page/parts.js";
+import { Busy, Loading } from "/page/parts.js";
 import { Profile } from "/page/profile.js";
 import { Sharing } from "/page/sharing.js";
 import { Shell } from "/page/shell.js";
@@ -38,12 +38,10 @@ function route(state) {
   return { page, title: t(page), Part: kPages[name] };
 }
 
-const Loading = () => html`<${Busy} text=${t("loading")} />`;
-
 function App() {
   const now = view();
   if (now.session === undefined) return html`<main class="alone">${now.away ? html`<${Busy} text=${t("away")} />` : html`<${Loading} />`}</main>`;
-  if (now.session === null) return html`<${Login} />`;
+  if (now.session === null) return html`<${Login} hasEnded=${now.hasEnded} />`;
   const { page, title, Part, profile, channel } = route(now.state);
   return html`<${Shell} view=${now} page=${page} address=${location.hash} title=${title}>
     ${now.state ? html`<${Part} key=${location.hash} state=${now.state} profile=${profile} channel=${channel} arrived=${now.arrived} />` : html`<${Loading} />`}

@@ -4,11 +4,12 @@
 // The ten channels as cards, and how they hang together.
 
 import { html, useEffect, useState } from "/libraries/preact.js";
-import { addressOf, nameOf, standing, tone } from "/page/channels.js";
+import { addressOf, lastStanding, nameOf, standing, tone } from "/page/channels.js";
 import { Icon } from "/page/icons.js";
-import { Empty } from "/page/parts.js";
+import { Empty, useReturn } from "/page/parts.js";
 import { Reasons } from "/page/reasons.js";
 import { rateText } from "/page/settings.js";
+import { hostIsAway } from "/page/store.js";
 import { t } from "/page/texts.js";
 import { UsbTree } from "/page/usb_tree.js";
 
@@ -17,17 +18,19 @@ const kNoPictureYet = 5000;
 
 const kIcons = { streams: "camera", begins: "camera", switched_off: "off", unplugged: "plug", displaced: "plug", waits: "wait" };
 
-const NoPicture = ({ word }) => html`<div class="no-picture"><${Icon} name=${kIcons[word] ?? "camera"} /></div>`;
+const NoPicture = ({ word, text }) => html`
+  <div class="no-picture"><${Icon} name=${kIcons[word] ?? "camera"} />${text && html`<p>${text}</p>`}</div>`;
 
 // The latest picture again and again, as long as somebody looks.
 function Picture({ profile, word, isThere, setThere }) {
   const [at, setAt] = useState(0);
   useEffect(() => {
-    const timer = setInterval(() => document.hidden || setAt((count) => count + 1), isThere ? kNewPicture : kNoPictureYet);
+    const timer = setInterval(() => document.hidden || hostIsAway() || setAt((count) => count + 1), isThere ? kNewPicture : kNoPictureYet);
     return () => clearInterval(timer);
   }, [isThere]);
+  useReturn(() => setAt((count) => count + 1));
   return html`<div class="picture">
-    ${!isThere && html`<${NoPicture} word=${word} />`}
+    ${!isThere && html`<${NoPicture} word=${word} text=${word === "begins" && t("live_view.waits")} />`}
     <img src=${`/api/v1/profiles/${profile}/picture.jpg?${at}`} alt="" hidden=${!isThere}
       onLoad=${() => setThere(true)} onError=${() => setThere(false)} />
   </div>`;
@@ -50,17 +53,16 @@ function Facts({ channel }) {
 
 function CameraCard({ channel, state, isNew }) {
   const [hasPicture, setHasPicture] = useState(false);
-  const waitsForPicture = channel.streams && !hasPicture;
-  const word = waitsForPicture ? "begins" : standing(channel);
+  const last = channel.streams && !hasPicture ? "begins" : lastStanding(channel);
+  const word = channel.isUnknown ? "unknown" : last;
   const name = html`<bdi>${nameOf(channel)}</bdi>`;
-  return html`<li class=${isNew ? "card camera new" : "card camera"} data-channel=${channel.channel} data-standing=${word}>
-    ${channel.streams ? html`<${Picture} profile=${channel.profile} word=${word} isThere=${hasPicture} setThere=${setHasPicture} />` : html`<div class="picture"><${NoPicture} word=${word} /></div>`}
+  return html`<li class=${isNew ? "card camera new" : "card camera"} data-channel=${channel.channel} data-standing=${last}>
+    ${channel.streams ? html`<${Picture} profile=${channel.profile} word=${word} isThere=${hasPicture} setThere=${setHasPicture} />` : html`<div class="picture"><${NoPicture} word=${word} text=${word === "begins" && t("begins.explained")} /></div>`}
     <h2><a href=${addressOf(channel)}>${name}</a></h2>
     <${Standing} word=${word} />
     <p class="quiet device">${t("channel_number", { number: channel.channel })}${channel.profile_name && html` · <bdi>${channel.device}</bdi>`}</p>
     <${Facts} channel=${channel} />
     <${Reasons} channel=${channel} state=${state} />
-    ${word === "begins" && html`<p class="quiet">${t(waitsForPicture ? "live_view.waits" : "begins.explained")}</p>`}
   </li>`;
 }
 
@@ -70,6 +72,7 @@ function FreeChannels({ channels }) {
 }
 
 function summary(cameras) {
+  if (hostIsAway()) return t("overview.unknown");
   const streaming = cameras.filter((one) => one.streams).length;
   if (streaming === cameras.length) return t("overview.all_stream");
   const some = streaming === 1 ? "overview.one_streams" : "overview.some_stream";

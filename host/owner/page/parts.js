@@ -7,10 +7,22 @@ import { html, useEffect, useRef, useState } from "/libraries/preact.js";
 import { explainReading } from "/page/actions.js";
 import { read } from "/page/api.js";
 import { Icon } from "/page/icons.js";
-import { closeNotice } from "/page/store.js";
+import { closeNotice, hostIsAway, timesBack } from "/page/store.js";
 import { plain, t } from "/page/texts.js";
 
 export const Busy = ({ text }) => html`<p class="progress" role="status"><span class="busy"></span>${text}</p>`;
+
+export const Loading = () => html`<${Busy} text=${t(hostIsAway() ? "loading.away" : "loading")} />`;
+
+// Acts when the host is back.
+export function useReturn(act) {
+  const count = timesBack();
+  const before = useRef(count);
+  useEffect(() => {
+    if (before.current !== count) act();
+    before.current = count;
+  }, [count]);
+}
 
 // What the host answers to a request: null until then, and undefined if it fails. Without a path nothing is asked.
 export function useAnswer(path) {
@@ -28,10 +40,13 @@ export function useAnswer(path) {
       isLate = true;
     };
   }, [path, count]);
-  return [answer, () => setCount(count + 1)];
+  const again = () => setCount(count + 1);
+  useReturn(() => answer || again());
+  return [answer, again];
 }
 
-export const Failed = ({ again }) => html`
+// What the host did not answer because it was away is asked for again when it is back.
+export const Failed = ({ again }) => hostIsAway() ? html`<${Loading} />` : html`
   <${Empty} icon="alert" title=${t("failed")}><div class="buttons"><${Button} act=${again}>${t("again")}<//></div><//>`;
 
 export const Empty = ({ icon, title, children }) => html`

@@ -102,8 +102,8 @@ function NoCamera({ profile, state }) {
 }
 
 function NotLive({ channel }) {
-  const word = standing(channel);
-  return html`<div class="live"><div class="over"><${Icon} name="camera" /><p>${t(`live_view.${word === "begins" ? "begins" : "stopped"}`)}</p></div></div>`;
+  const texts = { begins: "live_view.begins", unknown: "live_view.away" };
+  return html`<div class="live"><div class="over"><${Icon} name="camera" /><p>${t(texts[standing(channel)] ?? "live_view.stopped")}</p></div></div>`;
 }
 
 export function Profile({ profile, state }) {
@@ -120,7 +120,7 @@ function Camera({ channel, profile, state }) {
       <a class="beside" href="#/"><${Icon} name="back" />${t("overview")}</a></p>
     <div class="columns">
       <div>
-        ${channel.streams ? html`<${LiveView} profile=${profile.profile} name=${name} />` : html`<${NotLive} channel=${channel} />`}
+        ${channel.streams ? html`<${LiveView} profile=${profile.profile} name=${name} hasControls />` : html`<${NotLive} channel=${channel} />`}
         <${Reasons} channel=${channel} state=${state} />
         <${CameraSettings} channel=${channel} state=${state} />
       </div>

@@ -10,8 +10,8 @@ import { call, read } from "/page/api.js";
 import { channelOf, profileName } from "/page/channels.js";
 import { copy } from "/page/clipboard.js";
 import { Icon } from "/page/icons.js";
-import { Busy, Button, Empty, Failed, Switch } from "/page/parts.js";
-import { ask, notice } from "/page/store.js";
+import { Button, Empty, Failed, Loading, Switch } from "/page/parts.js";
+import { ask, notice, timesBack } from "/page/store.js";
 import { number, plain, t } from "/page/texts.js";
 
 const kLongestPassword = 31;
@@ -112,7 +112,7 @@ function useShares(channels) {
   };
   useEffect(() => {
     load();
-  }, [channels.map((one) => `${one.profile} ${one.shared}`).join()]);
+  }, [channels.map((one) => `${one.profile} ${one.shared}`).join(), timesBack()]);
   return [shares, load];
 }
 
@@ -154,7 +154,7 @@ export function Sharing({ state }) {
   const [shares, load] = useShares(bound.map((one) => channelOf(state, one.profile)));
   if (bound.length === 0) return html`<${Empty} icon="sharing" title=${t("share.empty")}><p>${t("share.empty_cure")}</p><//>`;
   return html`<p class="lead">${t("share.explained")}</p>
-    ${shares === null && html`<${Busy} text=${t("loading")} />`}
+    ${shares === null && html`<${Loading} />`}
     ${shares === undefined && html`<${Failed} again=${load} />`}
     ${shares && html`<ul class="shares">${bound.filter((one) => shares[one.profile]).map((one) => html`
       <${SharedProfile} key=${one.profile} profile=${one} share=${shares[one.profile]} load=${load} state=${state} />`)}</ul>`}`;

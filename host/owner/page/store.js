@@ -9,16 +9,21 @@ import { t } from "/page/texts.js";
 
 const kRetryAtFirst = 500; // milliseconds, as all of these
 const kRetryAtMost = 8000;
+const kAnswerAtMost = 10000; // to the question whether the host is back
 const kGuessAfterAnswer = 1500;
 const kMostEvents = 500;
 const kNewTime = 5000;
+const kPatience = 2.5; // times as long as the host lets pass between two signs of life
 
-// "session" is undefined until the host has answered, and null for somebody who is not signed in. "arrived" has the channels
-// whose cameras were plugged in just now.
-const known = { session: undefined, state: null, away: false, notices: [], question: null, arrived: [] };
+// "session" is undefined until the host has answered, and null for somebody who is not signed in; "hasEnded" is whether the
+// last one ended by itself. "timesBack" is how often the host has answered again after it was away, and "arrived" has the
+// channels whose cameras were plugged in just now.
+const known = { session: undefined, hasEnded: false, state: null, away: false, timesBack: 0, notices: [], question: null, arrived: [] };
 let guesses = [];
 let painter = () => {};
 let socket = null;
+let patience = 25000; // until the host has said how often it gives a sign of life
+let silence = 0; // the timer that ends the patience
 let pause = kRetryAtFirst;
 
 export function onChange(paint) {
@@ -30,10 +35,16 @@ export function set(values) {
   painter();
 }
 
+export const hostIsAway = () => known.away;
+export const timesBack = () => known.timesBack;
+
+// Nobody knows how the cameras of a host are doing that does not answer.
+const asUnknown = (state) => ({ ...state, channels: state.channels.map((one) => ({ ...one, isUnknown: true })) });
+
 // The host's state as it will be when the changes that are on their way have been made.
 export function view() {
-  const state = known.state && guesses.reduce((one, guess) => guess.expected(one), known.state);
-  return { ...known, state: state && withNamesakes(state) };
+  const state = known.state && withNamesakes(guesses.reduce((one, guess) => guess.expected(one), known.state));
+  return { ...known, state: state && known.away ? asUnknown(state) : state };
 }
 
 function drop(guess) {
@@ -80,19 +91,46 @@ function welcome(before, channels) {
 
 function take({ section, value }) {
   if (section === "host_away") return set({ away: true });
+  if (section === "alive") return expectNext(1000 * kPatience * value);
   if (section === "channels" && known.state) welcome(known.state.channels, value);
   const merge = follow[section] ?? ((part, state) => ({ ...state, [section]: part }));
-  if (known.away) notice(t("back"));
+  if (known.away) welcomeBack();
   if (section === "state" || known.state) set({ away: false, state: merge(value, known.state) });
 }
 
+function welcomeBack() {
+  known.timesBack += 1;
+  notice(t("back"));
+}
+
+// A host that hangs, or is cut off, does not end the connection.
+function expectNext(within = patience) {
+  patience = within;
+  clearTimeout(silence);
+  silence = setTimeout(lose, patience);
+}
+
+function disconnect() {
+  clearTimeout(silence);
+  if (socket) socket.onmessage = socket.onclose = null;
+  socket?.close();
+}
+
+function lose() {
+  disconnect();
+  comeBack();
+}
+
 function connect() {
+  disconnect();
   socket = new WebSocket(`${location.protocol === "https:" ? "wss" : "ws"}://${location.host}/api/v1/live`);
   socket.onmessage = (message) => {
     pause = kRetryAtFirst;
+    expectNext();
     take(JSON.parse(message.data));
   };
-  socket.onclose = () => known.session && comeBack();
+  socket.onclose = lose;
+  expectNext();
 }
 
 // The connection does not tell whether the host is gone or the session has ended; a request does.
@@ -101,7 +139,7 @@ async function comeBack() {
   setTimeout(async () => {
     pause = Math.min(2 * pause, kRetryAtMost);
     try {
-      keepSession(await read("/session"));
+      keepSession(await read("/session", kAnswerAtMost));
     } catch (problem) {
       if (problem.name === "signed_out") signedOut();
       else if (known.session) comeBack();
@@ -119,16 +157,16 @@ function keepSession(session) {
   connect();
 }
 
-export function signedOut() {
+export function signedOut(hasEnded = true) {
   localStorage.removeItem(kMayBeSignedIn);
-  set({ session: null, state: null, away: false, question: null });
-  socket?.close();
+  disconnect();
+  set({ session: null, hasEnded, state: null, away: false, question: null });
 }
 
 export async function begin() {
-  if (!localStorage.getItem(kMayBeSignedIn)) return signedOut();
+  if (!localStorage.getItem(kMayBeSignedIn)) return signedOut(false);
   try {
-    keepSession(await read("/session"));
+    keepSession(await read("/session", kAnswerAtMost));
   } catch (problem) {
     if (problem.name === "signed_out") return signedOut();
     set({ away: true });
@@ -141,13 +179,13 @@ export async function signIn(user, password) {
 }
 
 export async function signOut() {
-  socket.onclose = null; // the host closes it before it answers
+  disconnect(); // the host would do it before it answers
   try {
     await call("DELETE", "/session");
   } catch (problem) {
     if (problem.name !== "signed_out") return comeBack();
   }
-  signedOut();
+  signedOut(false);
 }
 
 let noticed = 0;

@@ -29,6 +29,9 @@ from sharelib import streams
 from sharelib.library import Link
 
 PASSWORD = "secret"
+MOMENT = 0.02  # seconds, as all of these
+SOON = 0.2  # until the next sign of life, which a page hopes for two and a half times as long
+NEVER = 3600
 PAINT = "ffmpeg -v error -f lavfi -i smptehdbars=size=640x360:rate=5 {} {}"
 PICTURE = "-frames:v 1"
 FILM = "-t 60 -c:v libx264 -preset ultrafast -g 25 -pix_fmt yuv420p -movflags empty_moov+default_base_moof+frag_keyframe"
@@ -76,6 +79,7 @@ class StandIn:
         self.has_picture = True
         self.away = self.signed_in = self.missing = False
         self.slow = 0.0  # seconds that every answer takes
+        self.hangs = False
         self.events = list(EVENTS)
         self.asked: list[tuple[str, str, Any]] = []
 
@@ -105,6 +109,17 @@ class StandIn:
         """Sends a message to all pages."""
         self._loop.call_soon_threadsafe(lambda: [one.tell(section, value) for one in self._viewers])
 
+    async def take_time(self) -> None:
+        """What is asked of a host that hangs is answered when it goes on."""
+        await asyncio.sleep(self.slow)
+        while self.hangs:
+            await asyncio.sleep(MOMENT)
+
+    def hang(self) -> None:
+        """The host keeps all connections, and says and answers nothing, which the pages will notice soon."""
+        self.hangs = True
+        self.tell("alive", SOON)
+
     def leave(self) -> None:
         """The host goes: it closes all connections, and answers nothing."""
         self.away = True
@@ -120,7 +135,7 @@ class Live(WebSocketHandler):
         self.standin = standin
 
     async def prepare(self) -> None:
-        await asyncio.sleep(self.standin.slow)
+        await self.standin.take_time()
         if self.standin.away or not self.standin.signed_in:
             self.send_error(503)
 
@@ -128,6 +143,7 @@ class Live(WebSocketHandler):
         self.standin._viewers.add(self)
         if self.standin.state:
             self.tell("state", self.standin.state)
+        self.tell("alive", NEVER)
 
     def on_close(self) -> None:
         self.standin._viewers.discard(self)
@@ -143,7 +159,7 @@ class Film(WebSocketHandler):
         self.standin = standin
 
     async def prepare(self) -> None:
-        await asyncio.sleep(self.standin.slow)
+        await self.standin.take_time()
 
     def open(self, *_: str) -> None:
         self.write_message(FILM_TYPE)
@@ -156,7 +172,7 @@ class File(StaticFileHandler):
         self.standin = standin
 
     async def prepare(self) -> None:
-        await asyncio.sleep(self.standin.slow)
+        await self.standin.take_time()
 
 
 class Picture(File):
@@ -173,7 +189,7 @@ class Api(RequestHandler):
         self.standin = standin
 
     async def prepare(self) -> None:
-        await asyncio.sleep(self.standin.slow)
+        await self.standin.take_time()
         path = self.request.path
         if self.standin.away:
             self.refuse(503, "host_away")

@@ -18,6 +18,7 @@ from selenium.webdriver.common.by import By
 from standin import PASSWORD, StandIn
 
 AWAY = "The host does not answer; the page tries again."
+ENDED = "Your session has ended; sign in again."
 
 
 def test_a_host_without_cameras_says_what_to_do(owner: Owner, standin: StandIn) -> None:
@@ -64,7 +65,7 @@ def test_a_camera_that_is_asked_for_its_formats_takes_its_time(owner: Owner, sta
     assert owner.sees("Save")
 
 
-@pytest.mark.parametrize("page", ["charts", "host", "profile/1"])
+@pytest.mark.parametrize("page", ["charts", "events", "host", "profile/1"])
 def test_a_page_that_is_not_answered_can_be_asked_for_again(owner: Owner, standin: StandIn, page: str) -> None:
     standin.missing = True
     owner.open(page)
@@ -139,6 +140,9 @@ COVERED = """(() => {
 })()"""
 
 
+HEIGHT = "document.querySelector('[data-channel=\"0\"]').offsetHeight"
+
+
 def test_a_stream_without_a_picture_has_only_begun(owner: Owner, standin: StandIn) -> None:
     standin.has_picture = False
     owner.size(390, 844)
@@ -149,6 +153,24 @@ def test_a_stream_without_a_picture_has_only_begun(owner: Owner, standin: StandI
     standin.has_picture = True
     assert owner.sees_on_card(0, "Streams")
     assert owner.evaluate(height) == before
+
+
+def test_a_card_stays_as_high_as_it_is_when_its_stream_begins_and_has_a_picture(owner: Owner, standin: StandIn) -> None:
+    standin.has_picture = False
+    camera = standin.state["channels"][0]
+    camera["streams"] = False
+    for width, height in ((1280, 800), (390, 844)):
+        owner.size(width, height)
+        owner.open()
+        owner.sees_on_card(0, "The stream has not begun yet")
+        heights = [owner.evaluate(HEIGHT)]
+        standin.tell("channels", [{**camera, "streams": True}, *standin.state["channels"][1:]])
+        owner.sees_on_card(0, "Waiting for the picture …")
+        heights.append(owner.evaluate(HEIGHT))
+        standin.has_picture = True
+        owner.sees_on_card(0, "Streams")
+        assert [*heights, owner.evaluate(HEIGHT)] == 3 * [heights[0]]
+        standin.has_picture = False
 
 
 def test_a_camera_that_waits_is_offered_one_thing_to_do(owner: Owner, standin: StandIn) -> None:
@@ -506,15 +528,48 @@ def test_a_host_that_is_gone_is_waited_for(owner: Owner, standin: StandIn) -> No
     owner.complaints()
 
 
-def test_what_is_read_while_the_host_is_away_makes_no_message_of_its_own(owner: Owner, standin: StandIn) -> None:
+def test_a_host_that_hangs_is_away_and_nothing_streams_until_it_answers_again(owner: Owner, standin: StandIn) -> None:
+    owner.open()
+    owner.sees_on_card(0, "Streams")
+    owner.sees("1 of 6 cameras streams")
+    standin.hang()
+    assert owner.sees(AWAY, "Which cameras stream now is not known.")
+    assert owner.sees_on_card(0, "Not known now")
+    assert "Streams" not in owner.text()
+    standin.hangs = False
+    assert owner.sees_no_more(AWAY)
+    assert owner.sees_on_card(0, "Streams")
+
+
+def test_a_live_picture_of_a_host_that_hangs_is_not_shown_as_one(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    playing = "document.querySelector('.live')?.dataset.shows === 'plays'"
+    owner.wait(lambda: owner.evaluate(playing))
+    standin.hang()
+    assert owner.sees("No picture: the host does not answer.", "Not known now")
+    standin.hangs = False
+    assert owner.wait(lambda: owner.evaluate(playing))
+
+
+@pytest.mark.parametrize("hangs", [True, False])
+@pytest.mark.parametrize(
+    ("page", "text"), [("Charts", "Missed pictures"), ("Help", "6.1.0-27-amd64"), ("Sharing", "Copy link"), ("Events", "has ended")]
+)
+def test_what_is_asked_for_while_the_host_is_away_comes_when_it_is_back(
+    owner: Owner, standin: StandIn, page: str, text: str, hangs: bool
+) -> None:
     owner.open()
     owner.sees("Front door")
-    standin.leave()
+    if hangs:
+        standin.hang()
+    else:
+        standin.leave()
     owner.sees(AWAY)
-    owner.press("Charts")
-    assert owner.sees("The host did not answer this")
+    owner.press(page)
+    assert owner.sees("The host does not answer; this comes as soon as it does.")
     assert owner.evaluate("document.querySelectorAll('.notice.refusal').length") == 0
-    standin.away = False
+    standin.hangs = standin.away = False
+    assert owner.sees(text)
     assert owner.is_told("The host answers again.")
     owner.complaints()
 
@@ -525,10 +580,13 @@ def test_a_session_that_has_ended_leads_to_the_login_and_back_to_the_page(owner:
     standin.signed_in = False
     standin.leave()
     standin.away = False
-    assert owner.sees("with the account that you have on their host.")
+    assert owner.sees("with the account that you have on their host.", ENDED)
     owner.sign_in("ann", PASSWORD)
     assert owner.sees("Front door")
     assert owner.heading() == "Sharing"
+    owner.press("Sign out")
+    owner.sees("with the account that you have on their host.")
+    assert ENDED not in owner.text()
     owner.complaints()
 
 
