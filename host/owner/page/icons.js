@@ -23,6 +23,7 @@ const kPaths = {
   lock: "M6 11h12v9H6zM8.5 11V8a3.5 3.5 0 0 1 7 0v3",
   close: "M6 6l12 12M18 6 6 18",
   open: "M13 5h6v6M19 5l-9 9M10 6H5v13h13v-5",
+  play: "M8 5v14l11-7z",
   back: "M15 5l-7 7 7 7",
   edit: "M4 20h4L19 9l-4-4L4 16z",
   signOut: "M10 4H5v16h5M9 12h11M16 8l4 4-4 4",

@@ -12,13 +12,14 @@ import { Host } from "/page/host.js";
 import { Login } from "/page/login.js";
 import { Overview } from "/page/overview.js";
 import { Busy, Loading } from "/page/parts.js";
+import { Pictures } from "/page/pictures.js";
 import { Profile } from "/page/profile.js";
 import { Sharing } from "/page/sharing.js";
 import { Shell } from "/page/shell.js";
 import { begin, leaveRefusals, onChange, set, view } from "/page/store.js";
 import { awaitTexts, t } from "/page/texts.js";
 
-const kPages = { "": Overview, sharing: Sharing, events: Events, charts: Charts, host: Host };
+const kPages = { "": Overview, pictures: Pictures, sharing: Sharing, events: Events, charts: Charts, host: Host };
 
 const NoPage = () => html`<p><a class="button plain" href="#/">${t("overview")}</a></p>`;
 

@@ -31,6 +31,7 @@ function Picture({ profile, word, isThere, setThere }) {
   useReturn(() => setAt((count) => count + 1));
   return html`<div class="picture">
     ${!isThere && html`<${NoPicture} word=${word} text=${word === "begins" && t("live_view.waits")} />`}
+    ${isThere && html`<span class="watch" aria-hidden="true"><${Icon} name="play" />${t("do.watch")}</span>`}
     <img src=${`/api/v1/profiles/${profile}/picture.jpg?${at}`} alt="" hidden=${!isThere}
       onLoad=${() => setThere(true)} onError=${() => setThere(false)} />
   </div>`;
@@ -86,7 +87,8 @@ export function Overview({ state, arrived }) {
     return html`<${Empty} icon="plug" title=${t("overview.empty")}><p>${t("overview.empty_cure")}</p><//>
       <${FreeChannels} channels=${free} />`;
   }
-  return html`<p class="lead">${summary(cameras)}</p>
+  return html`<p class="lead">${summary(cameras)}
+      ${cameras.some((one) => one.streams) && html`<a class="button plain" href="#/pictures"><${Icon} name="overview" />${t("pictures")}</a>`}</p>
     <ul class="cards">${cameras.map((one) => html`<${CameraCard} key=${one.channel} channel=${one} state=${state} isNew=${arrived.includes(one.channel)} />`)}</ul>
     <${UsbTree} state=${state} />
     <${FreeChannels} channels=${free} />`;

@@ -50,8 +50,9 @@ function useEntering(address, title) {
 
 export function Shell({ view, page, address, title, children }) {
   const heading = useEntering(address, title);
+  const isBare = page === "pictures";
   return html`
-    <a class="skip" href="#content" onClick=${(event) => {
+    ${!isBare && html`<a class="skip" href="#content" onClick=${(event) => {
       event.preventDefault();
       heading.current.focus();
     }}>${t("skip")}</a>
@@ -63,9 +64,9 @@ export function Shell({ view, page, address, title, children }) {
       <button type="button" class="bare sign-out" onClick=${signOut} aria-label=${t("sign_out")} title=${t("sign_out.who", { user: plain(view.session.user) })}>
         <${Icon} name="signOut" /><span>${t("sign_out")}</span></button>
     </header>
-    <${Navigation} page=${page} />
-    <main id="content" class=${view.away ? "stale" : ""}>
-      <h1 tabindex="-1" ref=${heading}><bdi>${title}</bdi></h1>
+    <${Navigation} page=${page} />`}
+    <main id="content" class=${[isBare && "only-pictures", view.away && "stale"].filter(Boolean).join(" ")}>
+      <h1 class=${isBare ? "unseen" : ""} tabindex="-1" ref=${heading}><bdi>${title}</bdi></h1>
       ${children}
     </main>
     <${Notices} notices=${view.notices} away=${view.away} />

@@ -15,6 +15,7 @@ LINK = "/share?ssid=39202766&token="
 PAGES = {
     "sign-in": ("/#/", "with the account that you have on their host."),
     "overview": ("/#/", "Free channels"),
+    "pictures": ("/#/pictures", "Front door"),
     "profile": ("/#/profile/0", "Save"),
     "sharing": ("/#/sharing", "Copy link"),
     "events": ("/#/events", "has ended"),

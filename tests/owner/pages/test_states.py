@@ -13,7 +13,7 @@ from typing import Any
 import pytest
 from browser import Owner
 from made_up import EMPTY, STATE, came_or_went, done
-from selenium.webdriver import Keys
+from selenium.webdriver import ActionChains, Keys
 from selenium.webdriver.common.by import By
 from standin import PASSWORD, StandIn
 
@@ -320,6 +320,58 @@ def test_how_many_events_are_found_is_told_to_who_cannot_see_them(owner: Owner, 
     assert owner.wait(lambda: owner.evaluate("document.querySelector('main p[role=status]')?.textContent") == told)
 
 
+def test_a_picture_says_that_it_leads_to_the_live_one(owner: Owner) -> None:
+    owner.open()
+    assert owner.sees_on_card(0, "Watch")
+    ActionChains(owner.browser).click(owner.browser.find_element(By.CSS_SELECTOR, ".watch")).perform()
+    assert owner.wait(lambda: owner.heading() == "Front door")
+
+
+def four_streams(standin: StandIn) -> None:
+    for channel, profile in ((1, 1), (2, 2), (4, 3)):
+        standin.state["channels"][channel] |= {"streams": True, "profile": profile, "reasons": [], "switched_on": True}
+    standin.state["channels"][5]["profile"] = None
+
+
+@pytest.mark.parametrize(("streams", "columns"), [(1, [1, 1, 1]), (4, [2, 2, 1])])
+def test_only_pictures_has_all_that_stream_as_large_as_fits(owner: Owner, standin: StandIn, streams: int, columns: list[int]) -> None:
+    if streams == 4:
+        four_streams(standin)
+    owner.open("pictures")
+    owner.sees("Front door")
+    boxes = "[...document.querySelectorAll('.tiles .live')].map((one) => one.getBoundingClientRect())"
+    cells = "[...document.querySelectorAll('.tiles li')].map((one) => one.getBoundingClientRect())"
+    fills = "cells.every((cell, index) => boxes[index].width > cell.width - 1 || boxes[index].height > cell.height - 33)"
+    for (width, height), count in zip([(1280, 800), (844, 390), (390, 844)], columns, strict=True):
+        owner.size(width, height)
+        assert owner.wait(lambda: owner.evaluate(f"new Set({cells}.map(({{ x }}) => x)).size") == count), width
+        assert owner.evaluate(f"{boxes}.every(({{ bottom, right }}) => bottom <= innerHeight && right <= innerWidth)"), width
+        assert owner.evaluate("document.documentElement.scrollHeight <= innerHeight"), width
+        assert owner.evaluate(f"(([boxes, cells]) => {fills})([{boxes}, {cells}])"), width
+
+
+def test_each_of_the_pictures_leads_to_its_camera(owner: Owner, standin: StandIn) -> None:
+    four_streams(standin)
+    owner.open()
+    owner.press("Only pictures")
+    owner.sees("Front door", "Garage with a name that is rather long", "Night camera")
+    owner.browser.find_elements(By.CSS_SELECTOR, ".tiles a")[1].click()
+    assert owner.wait(lambda: owner.heading() == "Garage with a name that is rather long")
+
+
+def test_only_pictures_is_the_address_of_a_screen_that_waits_for_streams(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][0]["streams"] = False
+    owner.open("pictures")
+    assert owner.sees("No camera streams now")
+    standin.state = copy.deepcopy(STATE)
+    standin.tell("state", STATE)
+    assert owner.wait(lambda: owner.evaluate("document.querySelector('.live')?.dataset.shows === 'plays'"))
+    standin.hang()
+    assert owner.sees("No picture: the host does not answer.", AWAY)
+    standin.hangs = False
+    assert owner.wait(lambda: owner.evaluate("document.querySelector('.live')?.dataset.shows === 'plays'"))
+
+
 def test_what_somebody_types_stays_when_news_come(owner: Owner, standin: StandIn) -> None:
     owner.open("profile/0")
     owner.enter("Name", "Back d")
@@ -431,6 +483,16 @@ def test_formats_are_listed_in_the_language_of_the_page(owner: Owner) -> None:
     owner.choose("Language", "Deutsch")
     assert owner.sees_on_card(3, "(NV12 und H264)")
     owner.choose("Sprache", "English")
+
+
+def test_the_way_in_has_nothing_to_scroll(owner: Owner, standin: StandIn) -> None:
+    standin.signed_in = False
+    owner.evaluate("localStorage.clear()")
+    owner.size(1280, 900)
+    owner.open()
+    owner.sees("Sign in")
+    assert owner.evaluate("getComputedStyle(document.documentElement).overflowY") == "auto"
+    assert owner.evaluate("document.documentElement.scrollHeight <= innerHeight")
 
 
 def test_a_wrong_password_is_forgiven_when_one_types_again(owner: Owner, standin: StandIn) -> None:

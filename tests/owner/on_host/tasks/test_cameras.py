@@ -134,9 +134,12 @@ def test_watch_a_camera(door: Owner, manager: Service) -> None:
 
 
 def test_see_all_pictures_beside_each_other(door: Owner, manager: Service) -> None:
-    run("usbdevctl stream set 0 --size 640x480")
-    picture = "[...document.querySelectorAll('[data-channel=\"0\"] img')].some((one) => !one.hidden && one.naturalWidth > 0)"
-    assert door.wait(lambda: door.evaluate(picture))
+    run("sim plug usb2-camera 5-1; usbdevctl assign 5-1 1; usbdevctl stream set 0 --size 640x480")
+    door.sees_on_card(1, "Streams")
+    door.press("Only pictures")
+    moving = "[...document.querySelectorAll('video')].filter((one) => one.currentTime > 0.5).length"
+    assert door.wait(lambda: door.evaluate(moving) == 2)
+    assert door.sees("Door", "USB 2.0 Camera: USB Camera")
 
 
 def test_rename_a_camera(door: Owner) -> None:
