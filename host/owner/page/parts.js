@@ -7,7 +7,7 @@ import { html, useEffect, useRef, useState } from "/libraries/preact.js";
 import { explainReading } from "/page/actions.js";
 import { read } from "/page/api.js";
 import { Icon } from "/page/icons.js";
-import { closeNotice, hostIsAway, timesBack } from "/page/store.js";
+import { closeNotice, hostIsAway, leaveNews, timesBack } from "/page/store.js";
 import { plain, t } from "/page/texts.js";
 
 export const Busy = ({ text }) => html`<p class="progress" role="status"><span class="busy"></span>${text}</p>`;
@@ -79,15 +79,41 @@ export function Choice({ id, label, value, options, change, ...more }) {
   </div>`;
 }
 
-export const Notices = ({ notices, away }) => html`
-  <div class="notices" role="status" aria-live="polite">
-    ${away && html`<div class="notice away"><span class="busy"></span><p>${t("away")}</p></div>`}
-    ${notices.map((one) => html`<div key=${one.id} class=${one.isRefusal ? "notice refusal" : "notice"}>
-      <${Icon} name=${one.isRefusal ? "alert" : "info"} />
-      <div><p>${one.text}</p>${one.cure && html`<p class="quiet">${one.cure}</p>`}</div>
-      <button type="button" class="bare" aria-label=${t("close")} onClick=${() => closeNotice(one.id)}><${Icon} name="close" /></button>
-    </div>`)}
+// As parts.css has it: there messages lie over the page.
+const kNarrow = matchMedia("not (min-width: 60rem)");
+
+// Whoever goes on with the page there has seen them; refusals are closed one by one.
+function useLeaving() {
+  useEffect(() => {
+    const leave = (event) => kNarrow.matches && !event.target.closest?.(".notice") && leaveNews();
+    for (const kind of ["click", "touchmove"]) addEventListener(kind, leave);
+    return () => ["click", "touchmove"].forEach((kind) => removeEventListener(kind, leave));
+  }, []);
+}
+
+// The keyboard goes back to where it was, when a message with it disappears.
+function Notice({ id, text, cure, isRefusal, goBack }) {
+  const box = useRef(null);
+  useEffect(() => () => box.current.contains(document.activeElement) && goBack(), []);
+  return html`<div class=${isRefusal ? "notice refusal" : "notice"} ref=${box}>
+    <${Icon} name=${isRefusal ? "alert" : "info"} />
+    <div><p>${text}</p>${cure && html`<p class="quiet">${cure}</p>`}</div>
+    <button type="button" class="bare" aria-label=${t("close")} onClick=${() => closeNotice(id)}><${Icon} name="close" /></button>
   </div>`;
+}
+
+export function Notices({ notices, away }) {
+  const before = useRef(null);
+  const note = ({ currentTarget, relatedTarget }) => {
+    if (!currentTarget.contains(relatedTarget)) before.current = relatedTarget;
+  };
+  const goBack = () => (before.current?.isConnected ? before.current : document.querySelector("h1")).focus();
+  useLeaving();
+  return html`<div class="notices" role="status" aria-live="polite" onFocusCapture=${note}>
+    ${away && html`<div class="notice away"><span class="busy"></span><p>${t("away")}</p></div>`}
+    ${notices.map((one) => html`<${Notice} key=${one.id} goBack=${goBack} ...${one} />`)}
+  </div>`;
+}
 
 function Choices({ choices }) {
   return html`<div class="field"><label for="choice">${choices.label}</label>

@@ -197,6 +197,8 @@ export function closeNotice(id) {
 
 const withoutRefusals = () => known.notices.filter((one) => !one.isRefusal);
 
+export const leaveNews = () => set({ notices: known.notices.filter((one) => one.isRefusal) });
+
 // On another page it would seem to be about that one.
 export const leaveRefusals = () => set({ notices: withoutRefusals() });
 

@@ -131,6 +131,35 @@ def test_a_message_lies_over_nothing_that_can_be_pressed(owner: Owner, standin: 
         assert owner.evaluate("window.covered") == [], width
 
 
+def test_a_touch_takes_a_message_away_from_what_it_lies_over_but_not_a_refusal(owner: Owner, standin: StandIn) -> None:
+    channels = plugged_in(standin, 1)
+    standin.refusal = {"reason": "not_attached", "text": "It is not attached.", "cure": None}
+    owner.open()
+    owner.press("Switch the port on")
+    assert owner.sees("The camera is not plugged in.")
+    owner.size(390, 844)
+    owner.evaluate("document.querySelector('h1').click()")
+    assert "The camera is not plugged in." in owner.text()
+    left = "document.querySelector('h1').click(); window.left ??= document.querySelectorAll('.notice').length"
+    owner.evaluate(WATCH % f"if (document.querySelector('.notice:not(.refusal)')) {{ {left} }}")
+    standin.tell("channels", channels)
+    assert owner.is_told("“Garage with a name that is rather long” is plugged in.")
+    assert owner.wait(lambda: owner.evaluate("window.left === 0"))
+    owner.complaints()  # of the refusal
+
+
+def test_the_keyboard_goes_back_to_where_it_was_when_a_message_is_closed(owner: Owner, standin: StandIn) -> None:
+    standin.refusal = {"reason": "not_attached", "text": "It is not attached.", "cure": None}
+    owner.open("profile/0")
+    owner.turn("Time in the picture")
+    owner.sees("The camera is not plugged in.")
+    owner.evaluate("document.querySelector('.notice .bare').focus()")
+    owner.press_keys(Keys.ENTER)
+    assert owner.sees_no_more("The camera is not plugged in.")
+    assert owner.evaluate("document.activeElement.closest('.switch')?.innerText") == "Time in the picture"
+    owner.complaints()  # of the refusal
+
+
 # What can be pressed and is at least partly under a message.
 COVERED = """(() => {
   const messages = [...document.querySelectorAll('.notice')].map((one) => one.getBoundingClientRect());
