@@ -100,9 +100,10 @@ export async function streamInstead(channel, other, state) {
   notice(t("done.instead", names));
 }
 
-export async function unbind(channel) {
+export async function unbind(channel, runs) {
   const consequences = [t("unbind.stream"), channel.shared ? t("unbind.link") : "", t("unbind.settings"), t("unbind.camera")];
-  const question = { title: t("unbind.title", { name: nameOf(channel) }), yes: t("do.unbind"), isLoss: true };
+  const [title, yes] = runs ? ["unbind.title", "do.unbind"] : ["unbind.title_idle", "do.give_up"];
+  const question = { title: t(title, { name: nameOf(channel) }), yes: t(yes), isLoss: true };
   if (!(await ask({ ...question, consequences: consequences.filter(Boolean) }))) return;
   if (await attempt(() => call("DELETE", `/channels/${channel.channel}/profile`))) {
     notice(t("done.unbound", { name: nameOf(channel) }));
@@ -175,4 +176,9 @@ export function setStream(channel, settings) {
   const certain = Object.fromEntries(Object.entries(rest).filter(([name]) => !kTakenByCamera.includes(name)));
   const expected = withChannel(channel.channel, { ...certain, sound: channel.sound && { ...channel.sound, on: sound, codec, volume } });
   return attempt(() => change(expected, () => call("PATCH", `/profiles/${channel.profile}/stream`, settings)));
+}
+
+// What takes effect with H.264 only, which is set with it.
+export async function encode(channel, settings, consequences) {
+  if (await ask({ title: t("encode.title", { name: nameOf(channel) }), consequences, yes: t("do.encode") })) setStream(channel, settings);
 }

@@ -5,7 +5,7 @@
 
 import { html, useState } from "/libraries/preact.js";
 import * as actions from "/page/actions.js";
-import { attachedWithoutProfile, channelOf, ownName, profileName, standing } from "/page/channels.js";
+import { attachedWithoutProfile, channelOf, lastStanding, ownName, profileName, standing } from "/page/channels.js";
 import { Icon } from "/page/icons.js";
 import { LiveView } from "/page/live_view.js";
 import { Standing } from "/page/overview.js";
@@ -18,27 +18,46 @@ import { plain, t } from "/page/texts.js";
 const kLongestName = 63;
 const kSoundCodecs = ["aac", "ulaw"];
 
-// Only H.264 can be changed, and what that costs is said before.
-function Encode({ channel, formats }) {
-  if (!formats) return html`<p class="quiet">${t("picture.mjpeg")}</p><div class="buttons"><${Button} disabled>${t("do.encode")}<//></div>`;
-  const wish = inCodec(formats, channel, "h264");
-  if (!wish) return html`<p class="quiet">${t("picture.never")}</p>`;
-  const { width, height, rate } = wish;
-  const cost = { rate: rateText(rate), before: rateText(channel.rate), size: kValueTexts.size(`${width}x${height}`) };
-  const isSame = rate === channel.rate && width === channel.width && height === channel.height;
-  return html`<p class="quiet">${t("picture.mjpeg")} ${t(isSame ? "picture.same" : "picture.cost", cost)}</p>
-    <div class="buttons"><${Button} act=${() => actions.setStream(channel, wish)}>${t("do.encode")}<//></div>`;
+const kTurns = [
+  { name: "turn.none", values: { flip: false, mirror: false } },
+  { name: "turn.half", values: { flip: true, mirror: true } },
+  { name: "mirror", values: { flip: false, mirror: true } },
+  { name: "flip", values: { flip: true, mirror: false } },
+];
+const turnOf = ({ flip, mirror }) => kTurns.find(({ values }) => values.flip === Boolean(flip) && values.mirror === Boolean(mirror)).name;
+
+// With which settings the picture takes its own: those of the stream, or with H.264; undefined if it never does.
+function inEffect(channel, formats) {
+  if (channel.codec === "h264") return {};
+  return formats ? inCodec(formats, channel, "h264") : undefined;
+}
+
+function costOf(channel, { width, height, rate }) {
+  if (rate === channel.rate && width === channel.width && height === channel.height) return t("picture.same");
+  return t("picture.cost", { rate: rateText(rate), before: rateText(channel.rate), size: kValueTexts.size(`${width}x${height}`) });
+}
+
+function WhenInEffect({ channel, formats, wish }) {
+  if (formats && !wish) return html`<p class="quiet">${t("picture.never")}</p>`;
+  return html`<p class="quiet cost">${t("picture.mjpeg")} ${wish && costOf(channel, wish)}</p>`;
 }
 
 function PictureSettings({ channel, formats }) {
   const isEncoded = channel.codec === "h264";
-  const one = (name) => html`<${Switch} key=${name} label=${t(name)} on=${isEncoded && channel[name]} disabled=${!isEncoded}
-    change=${(on) => actions.setStream(channel, { [name]: on })} />`;
+  const wish = inEffect(channel, formats);
+  const set = (values) => {
+    if (isEncoded) return actions.setStream(channel, values);
+    const after = { ...channel, ...values };
+    const picture = `${t("turn")}: ${t(turnOf(after))}. ${t("overlay")}: ${t(after.overlay ? "yes" : "no")}.`;
+    return actions.encode(channel, { ...wish, ...values }, [costOf(channel, wish), picture]);
+  };
   return html`<section class="card" aria-labelledby="picture">
     <h2 id="picture">${t("picture")}</h2>
-    ${["flip", "mirror", "overlay"].map(one)}
-    <p class="quiet">${t("picture.both")}</p>
-    ${isEncoded ? html`<p class="quiet">${t("picture.explained")}</p>` : html`<${Encode} channel=${channel} formats=${formats} />`}
+    ${!isEncoded && html`<${WhenInEffect} channel=${channel} formats=${formats} wish=${wish} />`}
+    <${Choice} id="turn" label=${t("turn")} value=${turnOf(channel)} disabled=${!wish} change=${(name) => set(kTurns.find((one) => one.name === name).values)}
+      options=${kTurns.map(({ name }) => ({ value: name, text: t(name) }))} />
+    <${Switch} label=${t("overlay")} on=${Boolean(channel.overlay)} disabled=${!wish} change=${(on) => set({ overlay: on })} />
+    ${isEncoded && html`<p class="quiet">${t("picture.explained")}</p>`}
   </section>`;
 }
 
@@ -75,8 +94,11 @@ function Rename({ channel }) {
   </form>`;
 }
 
+const kRuns = ["streams", "begins"];
+
 function CameraSettings({ channel, state }) {
   const isAway = actions.isAway(channel);
+  const runs = kRuns.includes(lastStanding(channel));
   return html`<section class="card" aria-labelledby="camera">
     <h2 id="camera">${t("camera")}</h2>
     <p class="quiet"><bdi>${plain(channel.device)}</bdi> · ${t("channel_number", { number: channel.channel })} · ${t("port")} <span class="port">${channel.port}</span></p>
@@ -87,7 +109,7 @@ function CameraSettings({ channel, state }) {
       <${Button} act=${() => actions.move(channel, state)}>${t("do.move_on")}<//>
       ${isAway
         ? html`<${Button} kind="danger" act=${() => actions.forget(channel)}>${t("do.forget")}<//>`
-        : html`<${Button} kind="danger" act=${() => actions.unbind(channel)}>${t("do.unbind")}<//>`}
+        : html`<${Button} kind="danger" act=${() => actions.unbind(channel, runs)}>${t(runs ? "do.unbind" : "do.give_up")}<//>`}
     </div>
   </section>`;
 }

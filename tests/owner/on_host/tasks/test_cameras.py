@@ -108,7 +108,7 @@ def test_set_15_frames_a_second_and_see_what_was_taken(ann: Owner) -> None:
     ann.choose("Size", "640 × 480")
     ann.choose("Rate", "15 pictures a second")
     ann.press("Save")
-    assert ann.sees("Taken as asked:", "640 × 480, 15 pictures a second.")
+    assert ann.sees("Saved:", "640 × 480, 15 pictures a second.")
     assert "15" in run("usbdevctl stream show 0")
     ann.open()
     assert ann.sees_on_card(0, "640 × 480", "15 pictures a second")
@@ -116,12 +116,12 @@ def test_set_15_frames_a_second_and_see_what_was_taken(ann: Owner) -> None:
 
 def test_turn_the_picture_around(door: Owner) -> None:
     door.open("profile/0")
-    assert door.sees("Only streams in the format H.264 can be changed.", "This camera then sends")
-    door.press("Set H.264")
-    for name in ("Flip top and bottom", "Mirror left and right"):
-        door.wait(lambda: door.field(name).is_enabled())
-        door.turn(name)
-        assert door.wait(lambda: door.is_on(name))
+    assert door.sees("These take effect with the format H.264 only", "This camera then sends")
+    door.wait(lambda: door.field("Turn the picture").is_enabled())
+    door.choose("Turn the picture", "Upside down, for a camera that hangs")
+    assert door.sees("Change “Door” to the format H.264?", "Turn the picture: Upside down, for a camera that hangs.")
+    door.press("Change to H.264")
+    assert door.wait(lambda: door.field("Turn the picture").get_attribute("value") == "turn.half")
     assert door.wait(lambda: all(json.loads(run("usbdevctl stream show 0 --json"))[name] for name in ("flip", "mirror")))
 
 
