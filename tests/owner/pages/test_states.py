@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""What the pages show when there is nothing yet, while they wait, when the host refuses, and when it is gone."""
+"""What the pages show when there is nothing yet, while they wait, and when the host refuses."""
 
 from __future__ import annotations
 
@@ -13,12 +13,9 @@ from typing import Any
 import pytest
 from browser import Owner
 from made_up import EMPTY, STATE, came_or_went, done
-from selenium.webdriver import ActionChains, Keys
+from selenium.webdriver import Keys
 from selenium.webdriver.common.by import By
-from standin import PASSWORD, StandIn
-
-AWAY = "The host does not answer; the page tries again."
-ENDED = "Your session has ended; sign in again."
+from standin import StandIn
 
 
 def test_a_host_without_cameras_says_what_to_do(owner: Owner, standin: StandIn) -> None:
@@ -169,39 +166,6 @@ COVERED = """(() => {
 })()"""
 
 
-HEIGHT = "document.querySelector('[data-channel=\"0\"]').offsetHeight"
-
-
-def test_a_stream_without_a_picture_has_only_begun(owner: Owner, standin: StandIn) -> None:
-    standin.has_picture = False
-    owner.size(390, 844)
-    owner.open()
-    height = "document.querySelector('[data-channel=\"0\"] .picture').offsetHeight"
-    assert owner.sees_on_card(0, "Begins", "Waiting for the picture …")
-    before = owner.evaluate(height)
-    standin.has_picture = True
-    assert owner.sees_on_card(0, "Streams")
-    assert owner.evaluate(height) == before
-
-
-def test_a_card_stays_as_high_as_it_is_when_its_stream_begins_and_has_a_picture(owner: Owner, standin: StandIn) -> None:
-    standin.has_picture = False
-    camera = standin.state["channels"][0]
-    camera["streams"] = False
-    for width, height in ((1280, 800), (390, 844)):
-        owner.size(width, height)
-        owner.open()
-        owner.sees_on_card(0, "The stream has not begun yet")
-        heights = [owner.evaluate(HEIGHT)]
-        standin.tell("channels", [{**camera, "streams": True}, *standin.state["channels"][1:]])
-        owner.sees_on_card(0, "Waiting for the picture …")
-        heights.append(owner.evaluate(HEIGHT))
-        standin.has_picture = True
-        owner.sees_on_card(0, "Streams")
-        assert [*heights, owner.evaluate(HEIGHT)] == 3 * [heights[0]]
-        standin.has_picture = False
-
-
 def test_a_camera_that_waits_is_offered_one_thing_to_do(owner: Owner, standin: StandIn) -> None:
     """It has no profile either, and its port is off, in this order."""
     camera = standin.state["channels"][1]
@@ -347,124 +311,6 @@ def test_how_many_events_are_found_is_told_to_who_cannot_see_them(owner: Owner, 
     owner.open("events")
     owner.enter("Search for a camera, port, user or words", search)
     assert owner.wait(lambda: owner.evaluate("document.querySelector('main p[role=status]')?.textContent") == told)
-
-
-def test_a_picture_says_that_it_leads_to_the_live_one(owner: Owner) -> None:
-    owner.open()
-    assert owner.sees_on_card(0, "Watch")
-    ActionChains(owner.browser).click(owner.browser.find_element(By.CSS_SELECTOR, ".watch")).perform()
-    assert owner.wait(lambda: owner.heading() == "Front door")
-
-
-def four_streams(standin: StandIn) -> None:
-    for channel, profile in ((1, 1), (2, 2), (4, 3)):
-        standin.state["channels"][channel] |= {"streams": True, "profile": profile, "reasons": [], "switched_on": True}
-    standin.state["channels"][5]["profile"] = None
-
-
-@pytest.mark.parametrize(("streams", "columns"), [(1, [1, 1, 1]), (4, [2, 2, 1])])
-def test_only_pictures_has_all_that_stream_as_large_as_fits(owner: Owner, standin: StandIn, streams: int, columns: list[int]) -> None:
-    if streams == 4:
-        four_streams(standin)
-    owner.open("pictures")
-    owner.sees("Front door")
-    boxes = "[...document.querySelectorAll('.tiles .live')].map((one) => one.getBoundingClientRect())"
-    cells = "[...document.querySelectorAll('.tiles li')].map((one) => one.getBoundingClientRect())"
-    fills = "cells.every((cell, index) => boxes[index].width > cell.width - 1 || boxes[index].height > cell.height - 33)"
-    for (width, height), count in zip([(1280, 800), (844, 390), (390, 844)], columns, strict=True):
-        owner.size(width, height)
-        assert owner.wait(lambda: owner.evaluate(f"new Set({cells}.map(({{ x }}) => x)).size") == count), width
-        assert owner.evaluate(f"{boxes}.every(({{ bottom, right }}) => bottom <= innerHeight && right <= innerWidth)"), width
-        assert owner.evaluate("document.documentElement.scrollHeight <= innerHeight"), width
-        assert owner.evaluate(f"(([boxes, cells]) => {fills})([{boxes}, {cells}])"), width
-
-
-def test_each_of_the_pictures_leads_to_its_camera(owner: Owner, standin: StandIn) -> None:
-    four_streams(standin)
-    owner.open()
-    owner.press("Only pictures")
-    owner.sees("Front door", "Garage with a name that is rather long", "Night camera")
-    owner.browser.find_elements(By.CSS_SELECTOR, ".tiles a")[1].click()
-    assert owner.wait(lambda: owner.heading() == "Garage with a name that is rather long")
-
-
-def test_only_pictures_is_the_address_of_a_screen_that_waits_for_streams(owner: Owner, standin: StandIn) -> None:
-    standin.state["channels"][0]["streams"] = False
-    owner.open("pictures")
-    assert owner.sees("No camera streams now")
-    standin.state = copy.deepcopy(STATE)
-    standin.tell("state", STATE)
-    assert owner.wait(lambda: owner.evaluate("document.querySelector('.live')?.dataset.shows === 'plays'"))
-    standin.hang()
-    assert owner.sees("No picture: the host does not answer.", AWAY)
-    standin.hangs = False
-    assert owner.wait(lambda: owner.evaluate("document.querySelector('.live')?.dataset.shows === 'plays'"))
-
-
-def test_what_somebody_types_stays_when_news_come(owner: Owner, standin: StandIn) -> None:
-    owner.open("profile/0")
-    owner.enter("Name", "Back d")
-    standin.tell("channels", [{**one, "switched_on": False} for one in standin.state["channels"]])
-    assert owner.wait(lambda: not owner.is_on("Use its USB port"))
-    assert owner.field("Name").get_attribute("value") == "Back d"
-
-
-COST = "This camera then sends 1280 × 720 and 10 pictures a second, now 30 pictures a second."
-UPSIDE_DOWN = "Upside down, for a camera that hangs"
-IN_H264 = {"codec": "h264", "width": 1280, "height": 720, "rate": 10}
-
-
-def streams_changed(standin: StandIn) -> list[dict[str, Any]]:
-    return [body for method, _, body in standin.asked if method == "PATCH"]
-
-
-def test_what_takes_effect_with_h264_only_sets_it_after_saying_what_that_costs(owner: Owner, standin: StandIn) -> None:
-    standin.state["channels"][0] |= {"codec": "mjpeg", "rate": 30, "overlay": True, "mirror": False}
-    owner.open("profile/0")
-    assert owner.sees("These take effect with the format H.264 only", COST)
-    assert owner.is_on("Time in the picture")  # as it is stored
-    owner.wait(lambda: owner.field("Turn the picture").is_enabled())
-    owner.choose("Turn the picture", UPSIDE_DOWN)
-    assert owner.sees("Change “Front door” to the format H.264?")
-    assert owner.text("dialog").count(COST) == 1
-    assert f"Turn the picture: {UPSIDE_DOWN}. Time in the picture: yes." in owner.text("dialog")
-    owner.press("Cancel")
-    assert owner.wait(lambda: owner.field("Turn the picture").get_attribute("value") == "turn.none")
-    assert streams_changed(standin) == []
-    owner.choose("Turn the picture", UPSIDE_DOWN)
-    owner.press("Change to H.264")
-    assert owner.wait(lambda: streams_changed(standin) == [{**IN_H264, "flip": True, "mirror": True}])
-
-
-def test_a_picture_that_the_host_encodes_is_turned_at_once(owner: Owner, standin: StandIn) -> None:
-    owner.open("profile/0")
-    assert owner.field("Turn the picture").get_attribute("value") == "mirror"
-    owner.choose("Turn the picture", UPSIDE_DOWN)
-    assert owner.wait(lambda: streams_changed(standin) == [{"flip": True, "mirror": True}])
-
-
-def test_a_camera_that_does_not_stream_gives_up_its_profile_not_its_stream(owner: Owner) -> None:
-    owner.open("profile/2")
-    owner.press("Take its profile away")
-    assert owner.sees("Take the profile of “Cam <img src=x onerror=alert(1)>” away?", "Its profile becomes free for another camera.")
-    owner.open("profile/0")
-    assert owner.sees("End this stream")
-
-
-def test_a_name_is_readable_on_a_phone(owner: Owner) -> None:
-    """It has a line of its own."""
-    owner.size(390, 844)
-    owner.open("profile/0")
-    owner.sees("Rename")
-    assert owner.evaluate("document.getElementById('name').getBoundingClientRect().width") > 300
-
-
-def test_only_rates_that_can_be_had_are_offered_and_the_highest_is_first(owner: Owner, standin: StandIn) -> None:
-    """Of the rates in the camera's order, 10, 0.133 and 5, the host takes the first that is not above the wish."""
-    owner.open("profile/0")
-    owner.choose("Format", "Encoded by this host (H.264)")
-    rates = "[...document.querySelectorAll('#stream-rate option')].map((one) => one.text)"
-    assert owner.wait(lambda: owner.evaluate(rates) == ["10 pictures a second", "1 picture every 8 seconds"])
 
 
 def test_in_the_picture_of_usb_only_what_is_shared_is_blue(owner: Owner) -> None:
@@ -637,89 +483,6 @@ def test_a_refusal_names_the_camera_that_is_in_the_way(owner: Owner, standin: St
     owner.press("Move")
     assert owner.sees(f"The port is kept for {named}; forget that one first.")
     owner.complaints()  # of the refusal
-
-
-def test_a_change_is_shown_before_the_host_has_answered(owner: Owner, standin: StandIn) -> None:
-    owner.open("profile/0")
-    owner.wait(lambda: owner.is_on("Time in the picture"))
-    standin.slow = 3
-    owner.turn("Time in the picture")
-    assert owner.wait(lambda: not owner.is_on("Time in the picture"))
-    assert streams_changed(standin) == []
-    standin.slow = 0
-
-
-def test_a_host_that_is_gone_is_waited_for(owner: Owner, standin: StandIn) -> None:
-    owner.open("events")
-    owner.sees("The encoder of profile 1 has ended")
-    standin.leave()
-    assert owner.sees(AWAY, "The encoder of profile 1 has ended")
-    standin.away = False
-    assert owner.sees_no_more(AWAY)
-    assert owner.is_told("The host answers again.")
-    owner.complaints()
-
-
-def test_a_host_that_hangs_is_away_and_nothing_streams_until_it_answers_again(owner: Owner, standin: StandIn) -> None:
-    owner.open()
-    owner.sees_on_card(0, "Streams")
-    owner.sees("1 of 6 cameras streams")
-    standin.hang()
-    assert owner.sees(AWAY, "Which cameras stream now is not known.")
-    assert owner.sees_on_card(0, "Not known now")
-    assert "Streams" not in owner.text()
-    standin.hangs = False
-    assert owner.sees_no_more(AWAY)
-    assert owner.sees_on_card(0, "Streams")
-
-
-def test_a_live_picture_of_a_host_that_hangs_is_not_shown_as_one(owner: Owner, standin: StandIn) -> None:
-    owner.open("profile/0")
-    playing = "document.querySelector('.live')?.dataset.shows === 'plays'"
-    owner.wait(lambda: owner.evaluate(playing))
-    standin.hang()
-    assert owner.sees("No picture: the host does not answer.", "Not known now")
-    standin.hangs = False
-    assert owner.wait(lambda: owner.evaluate(playing))
-
-
-@pytest.mark.parametrize("hangs", [True, False])
-@pytest.mark.parametrize(
-    ("page", "text"), [("Charts", "Missed pictures"), ("Help", "6.1.0-27-amd64"), ("Sharing", "Copy link"), ("Events", "has ended")]
-)
-def test_what_is_asked_for_while_the_host_is_away_comes_when_it_is_back(
-    owner: Owner, standin: StandIn, page: str, text: str, hangs: bool
-) -> None:
-    owner.open()
-    owner.sees("Front door")
-    if hangs:
-        standin.hang()
-    else:
-        standin.leave()
-    owner.sees(AWAY)
-    owner.press(page)
-    assert owner.sees("The host does not answer; this comes as soon as it does.")
-    assert owner.evaluate("document.querySelectorAll('.notice.refusal').length") == 0
-    standin.hangs = standin.away = False
-    assert owner.sees(text)
-    assert owner.is_told("The host answers again.")
-    owner.complaints()
-
-
-def test_a_session_that_has_ended_leads_to_the_login_and_back_to_the_page(owner: Owner, standin: StandIn) -> None:
-    owner.open("sharing")
-    owner.sees("Front door")
-    standin.signed_in = False
-    standin.leave()
-    standin.away = False
-    assert owner.sees("with the account that you have on their host.", ENDED)
-    owner.sign_in("ann", PASSWORD)
-    assert owner.sees("Front door")
-    assert owner.heading() == "Sharing"
-    owner.press("Sign out")
-    owner.sees("with the account that you have on their host.")
-    assert ENDED not in owner.text()
-    owner.complaints()
 
 
 def test_a_name_from_outside_is_only_text(owner: Owner) -> None:

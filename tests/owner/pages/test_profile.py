@@ -1,0 +1,86 @@
+# SPDX-FileCopyrightText: 2026 The libusbdevlib authors
+# SPDX-License-Identifier: Apache-2.0
+
+"""The page of one camera: what can be set, and what that costs."""
+
+from __future__ import annotations
+
+from typing import Any
+
+from browser import Owner
+from standin import StandIn
+
+def test_what_somebody_types_stays_when_news_come(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.enter("Name", "Back d")
+    standin.tell("channels", [{**one, "switched_on": False} for one in standin.state["channels"]])
+    assert owner.wait(lambda: not owner.is_on("Use its USB port"))
+    assert owner.field("Name").get_attribute("value") == "Back d"
+
+
+COST = "This camera then sends 1280 × 720 and 10 pictures a second, now 30 pictures a second."
+UPSIDE_DOWN = "Upside down, for a camera that hangs"
+IN_H264 = {"codec": "h264", "width": 1280, "height": 720, "rate": 10}
+
+
+def streams_changed(standin: StandIn) -> list[dict[str, Any]]:
+    return [body for method, _, body in standin.asked if method == "PATCH"]
+
+
+def test_what_takes_effect_with_h264_only_sets_it_after_saying_what_that_costs(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][0] |= {"codec": "mjpeg", "rate": 30, "overlay": True, "mirror": False}
+    owner.open("profile/0")
+    assert owner.sees("These take effect with the format H.264 only", COST)
+    assert owner.is_on("Time in the picture")  # as it is stored
+    owner.wait(lambda: owner.field("Turn the picture").is_enabled())
+    owner.choose("Turn the picture", UPSIDE_DOWN)
+    assert owner.sees("Change “Front door” to the format H.264?")
+    assert owner.text("dialog").count(COST) == 1
+    assert f"Turn the picture: {UPSIDE_DOWN}. Time in the picture: yes." in owner.text("dialog")
+    owner.press("Cancel")
+    assert owner.wait(lambda: owner.field("Turn the picture").get_attribute("value") == "turn.none")
+    assert streams_changed(standin) == []
+    owner.choose("Turn the picture", UPSIDE_DOWN)
+    owner.press("Change to H.264")
+    assert owner.wait(lambda: streams_changed(standin) == [{**IN_H264, "flip": True, "mirror": True}])
+
+
+def test_a_picture_that_the_host_encodes_is_turned_at_once(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    assert owner.field("Turn the picture").get_attribute("value") == "mirror"
+    owner.choose("Turn the picture", UPSIDE_DOWN)
+    assert owner.wait(lambda: streams_changed(standin) == [{"flip": True, "mirror": True}])
+
+
+def test_a_camera_that_does_not_stream_gives_up_its_profile_not_its_stream(owner: Owner) -> None:
+    owner.open("profile/2")
+    owner.press("Take its profile away")
+    assert owner.sees("Take the profile of “Cam <img src=x onerror=alert(1)>” away?", "Its profile becomes free for another camera.")
+    owner.open("profile/0")
+    assert owner.sees("End this stream")
+
+
+def test_a_name_is_readable_on_a_phone(owner: Owner) -> None:
+    """It has a line of its own."""
+    owner.size(390, 844)
+    owner.open("profile/0")
+    owner.sees("Rename")
+    assert owner.evaluate("document.getElementById('name').getBoundingClientRect().width") > 300
+
+
+def test_only_rates_that_can_be_had_are_offered_and_the_highest_is_first(owner: Owner, standin: StandIn) -> None:
+    """Of the rates in the camera's order, 10, 0.133 and 5, the host takes the first that is not above the wish."""
+    owner.open("profile/0")
+    owner.choose("Format", "Encoded by this host (H.264)")
+    rates = "[...document.querySelectorAll('#stream-rate option')].map((one) => one.text)"
+    assert owner.wait(lambda: owner.evaluate(rates) == ["10 pictures a second", "1 picture every 8 seconds"])
+
+
+def test_a_change_is_shown_before_the_host_has_answered(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.wait(lambda: owner.is_on("Time in the picture"))
+    standin.slow = 3
+    owner.turn("Time in the picture")
+    assert owner.wait(lambda: not owner.is_on("Time in the picture"))
+    assert streams_changed(standin) == []
+    standin.slow = 0
