@@ -24,16 +24,22 @@ const NoPicture = ({ word, text }) => html`
 // The latest picture again and again, as long as somebody looks.
 function Picture({ profile, word, isThere, setThere }) {
   const [at, setAt] = useState(0);
+  const [cameAt, setCameAt] = useState(-1);
   useEffect(() => {
-    const timer = setInterval(() => document.hidden || hostIsAway() || setAt((count) => count + 1), isThere ? kNewPicture : kNoPictureYet);
+    if (cameAt !== at) return undefined; // another one would stop the one that is on its way
+    const timer = setInterval(() => document.hidden || hostIsAway() || setAt(at + 1), isThere ? kNewPicture : kNoPictureYet);
     return () => clearInterval(timer);
-  }, [isThere]);
+  }, [isThere, at, cameAt]);
+  const come = (isPicture) => {
+    setThere(isPicture);
+    setCameAt(at);
+  };
   useReturn(() => setAt((count) => count + 1));
   return html`<div class="picture">
     ${!isThere && html`<${NoPicture} word=${word} text=${word === "begins" && t("live_view.waits")} />`}
     ${isThere && html`<span class="watch" aria-hidden="true"><${Icon} name="play" />${t("do.watch")}</span>`}
     <img src=${`/api/v1/profiles/${profile}/picture.jpg?${at}`} alt="" hidden=${!isThere}
-      onLoad=${() => setThere(true)} onError=${() => setThere(false)} />
+      onLoad=${() => come(true)} onError=${() => come(false)} />
   </div>`;
 }
 

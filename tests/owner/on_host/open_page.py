@@ -24,11 +24,11 @@ class OpenPage:
 
     async def message(self) -> dict[str, Any] | None:
         """The next message, which is one that the document describes; None at the end. Signs of life come at any time."""
-        while (found := await self._any_message()) and found["section"] == "alive":
+        while (found := await self.any_message()) and found["section"] == "alive":
             pass
         return found
 
-    async def _any_message(self) -> dict[str, Any] | None:
+    async def any_message(self) -> dict[str, Any] | None:
         text = await asyncio.wait_for(self._connection.read_message(), PATIENCE_SECONDS)
         if text is None:
             return None

@@ -9,12 +9,9 @@ import json
 import socket
 from collections.abc import Iterator
 from contextlib import contextmanager
-from pathlib import Path
-from signal import SIGCONT, SIGSTOP
 
-import pytest
 from browser import Owner
-from client import HOST, ORIGIN, PASSWORD, USER
+from client import ORIGIN, PASSWORD, USER
 from conftest import Service, run
 from selenium.webdriver.common.by import By
 
@@ -255,46 +252,3 @@ def test_look_in_the_dark(door: Owner) -> None:
     background = "getComputedStyle(document.body).backgroundColor"
     assert door.wait(lambda: door.evaluate(background) == "rgb(16, 19, 23)")
     assert door.barriers() == []
-
-
-def test_wait_for_a_host_that_is_gone(door: Owner, server: Service) -> None:
-    server.end()
-    assert door.sees("The host does not answer; the page tries again.", "Door")
-    server.start()
-    assert door.sees("Your session has ended; sign in again.")  # a host that begins anew knows no session
-    door.complaints()
-
-
-# The server, with a sign of life each second.
-LIVELY = f"""#!/usr/bin/python3 -B
-import sys
-
-sys.path[:0] = {[str(HOST / folder) for folder in ("owner", "share", "services")]}
-from ownerlib import live, service
-
-live.SIGN_SECONDS = 1
-sys.exit(service.main([]))
-"""
-
-
-@pytest.fixture
-def lively(server: Service, tmp_path: Path) -> Iterator[Service]:
-    server.end()
-    program = tmp_path / "lively"
-    program.write_text(LIVELY)
-    program.chmod(0o700)
-    service = Service(str(program), tmp_path)
-    service.start()
-    yield service
-    service.end()
-    server.start()
-
-
-def test_wait_for_a_host_that_hangs(lively: Service, door: Owner) -> None:
-    assert door.sees_on_card(0, "Begins")
-    lively.send(SIGSTOP)
-    assert door.sees("The host does not answer; the page tries again.", "Which cameras stream now is not known.")
-    assert door.sees_on_card(0, "Door", "Not known now")
-    lively.send(SIGCONT)
-    assert door.sees_no_more("The host does not answer; the page tries again.")
-    assert door.sees_on_card(0, "Begins")
