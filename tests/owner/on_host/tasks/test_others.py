@@ -12,7 +12,7 @@ from contextlib import contextmanager
 
 from browser import Owner
 from client import ORIGIN, PASSWORD, USER
-from conftest import Service, run
+from conftest import run
 from selenium.webdriver.common.by import By
 
 
