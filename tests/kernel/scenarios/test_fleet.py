@@ -18,6 +18,7 @@ from ground.ground import PAUSE, Port
 from ground.grounds import RealGround
 from ground.guest import Guest
 from ground.streams import SMALL, wait_for_playlist
+from ground.visitor import Visitor
 
 PORT = Port("xhci", "1")
 FLEET, STREAMS = "usbdev-fleet", "usbdev-streams"
@@ -38,6 +39,8 @@ name = garden
 on = yes
 user = garden-commands
 password_file = {SECRET}
+[metrics]
+on = yes
 """,
 }
 PASSWORDS = "/etc/mosquitto/passwords"
@@ -122,6 +125,16 @@ def test_requests_change_the_stream_and_share_it_and_what_is_stored_stays_the_gr
     assert row["rate"] == 10.0
     assert guest.run("stat", "--format=%a %G", "/var/lib/usbdev/config/usbdev.conf") == "660 video\n"
     ground.usbdevctl("share", "off", "0")
+
+
+def test_metrics_count_what_services_of_another_user_have_counted(guest: Guest, ground: RealGround) -> None:
+    answer = Visitor(guest, "http://127.0.0.1:10172").ask("GET", "/metrics")
+    assert answer.status == 200
+    found = dict(line.rsplit(" ", 1) for line in answer.content.decode().splitlines() if not line.startswith("#"))
+    for service, runs in {"devices": "1.0", "streams": "1.0", "pages": "0.0", "fleet": "1.0", "login": "0.0"}.items():
+        assert found[f'usbdev_service_up{{service="{service}"}}'] == runs
+    assert (found["usbdev_up"], found['usbdev_stream_wanted{channel="0"}']) == ("1.0", "1.0")
+    assert float(found['usbdev_plug_events_total{action="plugged",device="camera"}']) >= 1
 
 
 def test_the_broker_says_offline_when_the_service_is_stopped_and_when_it_is_killed(guest: Guest, ground: RealGround) -> None:
