@@ -13,7 +13,7 @@ import { hasText, t } from "/page/texts.js";
 // The camera that is in the way of a change.
 function other(number) {
   const channel = view().state?.channels[number];
-  return channel ? t("other_camera", { number, name: nameOf(channel) }) : t("another_camera");
+  return channel ? t("other_camera", { name: nameOf(channel) }) : t("another_camera");
 }
 
 export function explain(problem) {
@@ -126,11 +126,12 @@ const asOption = (channel) => ({
   text: t("camera_in_port", { name: ownName(channel), port: channel.port }),
 });
 
-// A camera that waits for the one whose profile it gets has not to wait then.
-function asTarget(channel, from, state) {
-  const option = asOption(channel);
+// Why a camera cannot take a profile now. One that waits for the camera whose profile it gets has not to wait then.
+function hindrance(channel, from, state) {
+  const camera = nameOf(channel);
+  if (channel.switched_on === false) return t("move.off", { camera });
   const other = state.channels[channel.waits_for];
-  return other && other !== from ? { ...option, text: t("move.waits", { camera: option.text, other: nameOf(other) }) } : option;
+  return other && other !== from ? t("move.waits", { camera, other: nameOf(other) }) : "";
 }
 
 async function moveTo(from, to) {
@@ -142,11 +143,13 @@ const kConsequences = () => [t("move.stream"), t("move.settings"), t("move.link"
 
 // Moves the profile of this channel to a camera that is chosen.
 export async function move(channel, state) {
-  const options = attachedWithoutProfile(state).map((one) => asTarget(one, channel, state));
-  if (options.length === 0) return notice(t("move.nowhere"), t("move.nowhere_cure"), true);
-  const choices = { label: t("move.to"), options };
+  const cameras = attachedWithoutProfile(state).map((one) => ({ option: asOption(one), why: hindrance(one, channel, state) }));
+  const options = cameras.filter((one) => !one.why).map((one) => one.option);
+  const others = cameras.map((one) => one.why).filter(Boolean);
   const title = t("move.title", { name: nameOf(channel) });
-  const chosen = await ask({ title, consequences: kConsequences(), choices, yes: t("do.move") });
+  if (options.length === 0) return ask({ title, consequences: [t("move.nowhere"), ...others, t("move.nowhere_cure")] });
+  const choices = { label: t("move.to"), options };
+  const chosen = await ask({ title, consequences: [...kConsequences(), ...others], choices, yes: t("do.move") });
   if (chosen !== null) await moveTo(channel, state.channels[chosen]);
 }
 

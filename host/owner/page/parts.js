@@ -145,8 +145,8 @@ export function Question({ question }) {
       <ul id="consequences">${question.consequences.map((one) => html`<li>${one}</li>`)}</ul>
       ${question.choices && html`<${Choices} choices=${question.choices} />`}
       <div class="buttons">
-        <button type="button" class="plain" onClick=${leave}>${t("cancel")}</button>
-        <button class=${question.isLoss ? "danger" : ""}>${question.yes}</button>
+        <button type="button" class="plain" onClick=${leave}>${t(question.yes ? "cancel" : "close")}</button>
+        ${question.yes && html`<button class=${question.isLoss ? "danger" : ""}>${question.yes}</button>`}
       </div>
     </form>
   </dialog>`;
