@@ -32,9 +32,13 @@ function inEffect(channel, formats) {
   return formats ? inCodec(formats, channel, "h264") : undefined;
 }
 
-function costOf(channel, { width, height, rate }) {
-  if (rate === channel.rate && width === channel.width && height === channel.height) return t("picture.same");
-  return t("picture.cost", { rate: rateText(rate), before: rateText(channel.rate), size: kValueTexts.size(`${width}x${height}`) });
+const sizeText = ({ width, height }) => kValueTexts.size(`${width}x${height}`);
+
+function costOf(channel, wish) {
+  const [rate, before] = [rateText(wish.rate), rateText(channel.rate)];
+  const [size, sizeBefore] = [sizeText(wish), sizeText(channel)];
+  if (size !== sizeBefore) return t("picture.cost_size", { rate, before, size, size_before: sizeBefore });
+  return rate === before ? t("picture.same") : t("picture.cost", { rate, before });
 }
 
 function WhenInEffect({ channel, formats, wish }) {
@@ -48,8 +52,8 @@ function PictureSettings({ channel, formats }) {
   const set = (values) => {
     if (isEncoded) return actions.setStream(channel, values);
     const after = { ...channel, ...values };
-    const picture = `${t("turn")}: ${t(turnOf(after))}. ${t("overlay")}: ${t(after.overlay ? "yes" : "no")}.`;
-    return actions.encode(channel, { ...wish, ...values }, [costOf(channel, wish), picture]);
+    const consequences = [costOf(channel, wish), `${t("turn")}: ${t(turnOf(after))}.`, t(after.overlay ? "picture.with_time" : "picture.without_time")];
+    return actions.encode(channel, { ...wish, ...values }, consequences);
   };
   return html`<section class="card" aria-labelledby="picture">
     <h2 id="picture">${t("picture")}</h2>

@@ -72,6 +72,14 @@ function Choices({ codecs, wish, setWish, disabled }) {
     options=${options[name]} disabled=${disabled} change=${(value) => setWish({ ...values, [name]: value })} />`);
 }
 
+// What there is to know about the lists; that there is but one rate needs a reason.
+function explanation(codecs, wish) {
+  const { codec, size } = offered(codecs, wish);
+  if (size.rates.length > 1) return t("stream.explained");
+  const allowsMore = (one) => pixels(one) < pixels(size) && one.rates[0] > size.rates[0];
+  return t(codec.sizes.some(allowsMore) ? "stream.one_rate_smaller" : "stream.one_rate");
+}
+
 // Until the camera has answered, what is set is in the place of what can be.
 const asSet = ({ codec, width, height, rate }) => ({ codecs: [{ codec, sizes: [{ width, height, rates: [rate] }] }] });
 
@@ -97,6 +105,7 @@ function Form({ channel, formats }) {
   };
   return html`<form class="stream-form" onSubmit=${submit}>
     <div class="fields"><${Choices} codecs=${codecs} wish=${wish} setWish=${choose} disabled=${!formats} /></div>
+    <p class="quiet about-lists">${formats && explanation(codecs, wish)}</p>
     ${formats ? html`<button disabled=${isAsking}>${t(isAsking ? "storing" : "store")}</button>` : html`<${Busy} text=${t("formats.asking")} />`}
     ${outcome && html`<${Taken} outcome=${outcome} />`}
   </form>`;
@@ -107,7 +116,6 @@ export function StreamForm({ channel, formats, again }) {
   const hasChoices = formats ? !isEmpty : formats === null && channel.width > 0;
   return html`<section class="card" aria-labelledby="stream">
     <h2 id="stream">${t("stream")}</h2>
-    <p class="quiet">${t("stream.explained")}</p>
     ${formats === null && !hasChoices && html`<${Busy} text=${t("formats.asking")} />`}
     ${formats === undefined && html`<${Failed} again=${again} />`}
     ${isEmpty && html`<p>${t("formats.none")}</p><${Button} act=${again}>${t("again")}<//>`}

@@ -7,8 +7,11 @@ from __future__ import annotations
 
 from typing import Any
 
+import pytest
 from browser import Owner
+from made_up import FORMATS, SIZES
 from standin import StandIn
+
 
 def test_what_somebody_types_stays_when_news_come(owner: Owner, standin: StandIn) -> None:
     owner.open("profile/0")
@@ -18,8 +21,8 @@ def test_what_somebody_types_stays_when_news_come(owner: Owner, standin: StandIn
     assert owner.field("Name").get_attribute("value") == "Back d"
 
 
-COST = "This camera then sends 1280 × 720 and 10 pictures a second, now 30 pictures a second."
-UPSIDE_DOWN = "Upside down, for a camera that hangs"
+COST = "With H.264 this camera sends 10 pictures a second at this size, instead of 30 pictures a second."
+UPSIDE_DOWN = "Upside down (the camera hangs)"
 IN_H264 = {"codec": "h264", "width": 1280, "height": 720, "rate": 10}
 
 
@@ -36,7 +39,7 @@ def test_what_takes_effect_with_h264_only_sets_it_after_saying_what_that_costs(o
     owner.choose("Turn the picture", UPSIDE_DOWN)
     assert owner.sees("Change “Front door” to the format H.264?")
     assert owner.text("dialog").count(COST) == 1
-    assert f"Turn the picture: {UPSIDE_DOWN}. Time in the picture: yes." in owner.text("dialog")
+    assert all(one in owner.text("dialog") for one in (f"Turn the picture: {UPSIDE_DOWN}.", "The time is shown in the picture."))
     owner.press("Cancel")
     assert owner.wait(lambda: owner.field("Turn the picture").get_attribute("value") == "turn.none")
     assert streams_changed(standin) == []
@@ -74,6 +77,26 @@ def test_only_rates_that_can_be_had_are_offered_and_the_highest_is_first(owner: 
     owner.choose("Format", "Encoded by this host (H.264)")
     rates = "[...document.querySelectorAll('#stream-rate option')].map((one) => one.text)"
     assert owner.wait(lambda: owner.evaluate(rates) == ["10 pictures a second", "1 picture every 8 seconds"])
+
+
+def test_another_size_that_h264_needs_is_said(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][0] |= {"codec": "mjpeg", "rate": 10, "width": 800, "height": 600}
+    owner.open("profile/0")
+    assert owner.sees("With H.264 this camera sends 1920 × 1080 and 10 pictures a second, instead of 800 × 600 and 10 pictures a second.")
+
+
+@pytest.mark.parametrize(
+    ("smallest", "said"),
+    [(30, "At this size the camera offers no other rate; a smaller picture allows more."), (9, "At this size the camera offers no other rate.")],
+)
+def test_why_there_is_only_one_rate_is_said(owner: Owner, standin: StandIn, monkeypatch: pytest.MonkeyPatch, smallest: int, said: str) -> None:
+    sizes = [{"width": width, "height": height, "rates": [rate]} for width, height, rate in ((1280, 720, 9), (640, 480, smallest))]
+    monkeypatch.setitem(FORMATS, "codecs", [{"codec": "h264", "sizes": sizes}, {"codec": "mjpeg", "sizes": SIZES}])
+    standin.state["channels"][0] |= {"codec": "h264", "rate": 9}
+    owner.open("profile/0")
+    assert owner.wait(lambda: owner.text(".about-lists") == said)
+    owner.choose("Format", "As the camera sends it (MJPEG)")
+    assert owner.wait(lambda: owner.text(".about-lists") == "The lists have what this camera offers.")
 
 
 def test_a_change_is_shown_before_the_host_has_answered(owner: Owner, standin: StandIn) -> None:

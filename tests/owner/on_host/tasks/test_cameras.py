@@ -116,10 +116,10 @@ def test_set_15_frames_a_second_and_see_what_was_taken(ann: Owner) -> None:
 
 def test_turn_the_picture_around(door: Owner) -> None:
     door.open("profile/0")
-    assert door.sees("These take effect with the format H.264 only", "This camera then sends")
+    assert door.sees("These take effect with the format H.264 only", "With H.264 this camera ")
     door.wait(lambda: door.field("Turn the picture").is_enabled())
-    door.choose("Turn the picture", "Upside down, for a camera that hangs")
-    assert door.sees("Change “Door” to the format H.264?", "Turn the picture: Upside down, for a camera that hangs.")
+    door.choose("Turn the picture", "Upside down (the camera hangs)")
+    assert door.sees("Change “Door” to the format H.264?", "Turn the picture: Upside down (the camera hangs).")
     door.press("Change to H.264")
     assert door.wait(lambda: door.field("Turn the picture").get_attribute("value") == "turn.half")
     assert door.wait(lambda: all(json.loads(run("usbdevctl stream show 0 --json"))[name] for name in ("flip", "mirror")))
