@@ -84,7 +84,15 @@ export async function assign(channel, profile, state) {
   notice(t("done.assigned", { name, number: profile }));
 }
 
-// Ends the stream of the other camera, for which this one waits; gives this one a profile if it has none.
+// Switches the camera on and gives it a profile, if it needs that.
+async function makeReady(channel, profile) {
+  const switched = withChannel(channel.channel, { switched_on: true });
+  if (channel.switched_on === false && !(await attempt(() => change(switched, switching(channel, true))))) return false;
+  if (channel.profile !== null) return true;
+  return attempt(() => change(withChannel(channel.channel, { profile }), assigning(channel, profile)));
+}
+
+// Ends the stream of the other camera, for which this one waits or would wait.
 export async function streamInstead(channel, other, state) {
   const names = { name: nameOf(channel), other: nameOf(other) };
   const [free] = freeProfiles(state);
@@ -94,7 +102,7 @@ export async function streamInstead(channel, other, state) {
   if (channel.profile === null) consequences.push(t("instead.profile", names));
   if (!(await ask({ title: t("instead.title", names), consequences, yes: t("do.instead") }))) return;
   if (!(await attempt(() => change(switchedOff(other), switching(other, false))))) return;
-  if (channel.profile === null && !(await attempt(() => change(withChannel(channel.channel, { profile: free.profile }), assigning(channel, free.profile))))) {
+  if (!(await makeReady(channel, free?.profile))) {
     return notice(t("instead.half", names), "", true);
   }
   notice(t("done.instead", names));

@@ -43,8 +43,14 @@ export function words(channel, reason, state) {
   return { why: text("reason", reason.collision, reason.text), cure: text("cure", caseOf(channel, reason, state), reason.cure) };
 }
 
+const instead = (channel, other, state) => ({ text: t("do.instead"), act: () => actions.streamInstead(channel, other, state) });
+
 const kCures = {
-  switched_off: (channel, state) => [{ text: t("do.switch_on"), act: () => actions.switchPort(channel, true, state) }],
+  switched_off: (channel, state) => {
+    const switchOn = { text: t("do.switch_on"), act: () => actions.switchPort(channel, true, state) };
+    const rival = rivalOf(channel, state);
+    return rival && channel.profile !== null ? [instead(channel, rival, state), switchOn] : [switchOn];
+  },
   unplugged: (channel) => [{ text: t("do.forget"), act: () => actions.forget(channel) }],
   displaced: (channel) => [{ text: t("do.forget"), act: () => actions.forget(channel) }],
   unbound: (channel, state) => {
@@ -52,8 +58,7 @@ const kCures = {
     if (!free) return [{ text: t("do.move_here"), act: () => actions.moveHere(channel, state) }];
     return [{ text: t("do.start"), act: () => actions.assign(channel, free.profile, state) }];
   },
-  waits: (channel, state, other) =>
-    other ? [{ text: t("do.instead"), act: () => actions.streamInstead(channel, other, state) }] : [],
+  waits: (channel, state, other) => (other ? [instead(channel, other, state)] : []),
 };
 
 // One step after the other: a camera whose port is off does not wait, and one that waits needs no profile yet.

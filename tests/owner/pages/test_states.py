@@ -180,6 +180,18 @@ def test_a_camera_that_waits_is_offered_one_thing_to_do(owner: Owner, standin: S
     assert "instead" not in owner.card(1)
 
 
+def test_a_camera_that_was_switched_off_for_another_one_can_stream_instead_of_it_again(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][1] |= {"switched_on": False, "reasons": [{**standin.state["channels"][2]["reasons"][0]}]}
+    owner.open()
+    owner.sees_on_card(1, "Switched off", "Stream this one instead", "Switch the port on")
+    assert "instead" not in owner.card(2)  # in whose place none streams
+    owner.press("Stream this one instead")
+    assert owner.sees("its USB port is switched off, so that “Garage with a name that is rather long” gets the room.")
+    owner.press("Stream this one instead")
+    switched = [("PUT", "/channels/0/switch", {"on": False}), ("PUT", "/channels/1/switch", {"on": True})]
+    assert owner.wait(lambda: [one for one in standin.asked if one[0] == "PUT"] == switched)
+
+
 def test_a_second_step_that_is_refused_is_said_with_the_first(owner: Owner, standin: StandIn) -> None:
     camera = standin.state["channels"][1]
     camera["profile"] = None
