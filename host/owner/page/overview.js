@@ -83,7 +83,9 @@ function summary(cameras) {
   const streaming = cameras.filter((one) => one.streams).length;
   if (streaming === cameras.length) return t("overview.all_stream");
   const some = streaming === 1 ? "overview.one_streams" : "overview.some_stream";
-  return t(streaming === 0 ? "overview.none_streams" : some, { streaming, cameras: cameras.length });
+  const [one, several] = streaming === 0 ? ["overview.why_only", "overview.why_all"] : ["overview.why_one", "overview.why_each"];
+  const why = t(cameras.length - streaming === 1 ? one : several);
+  return t(streaming === 0 ? "overview.none_streams" : some, { streaming, cameras: cameras.length, why });
 }
 
 export function Overview({ state, arrived }) {
@@ -95,6 +97,7 @@ export function Overview({ state, arrived }) {
   }
   return html`<p class="lead">${summary(cameras)}
       ${cameras.some((one) => one.streams) && html`<a class="button plain" href="#/pictures"><${Icon} name="overview" />${t("pictures")}</a>`}</p>
+    <p class="quiet">${t("overview.words")}</p>
     <ul class="cards">${cameras.map((one) => html`<${CameraCard} key=${one.channel} channel=${one} state=${state} isNew=${arrived.includes(one.channel)} />`)}</ul>
     <${UsbTree} state=${state} />
     <${FreeChannels} channels=${free} />`;

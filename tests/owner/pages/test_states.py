@@ -192,6 +192,24 @@ def test_a_camera_that_was_switched_off_for_another_one_can_stream_instead_of_it
     assert owner.wait(lambda: [one for one in standin.asked if one[0] == "PUT"] == switched)
 
 
+@pytest.mark.parametrize(
+    ("channels", "said"),
+    [
+        ([0], "Every camera streams."),
+        ([1], "No camera streams now; its card says why."),
+        ([1, 2], "No camera streams now; their cards say why."),
+        ([0, 1], "1 of 2 cameras streams; the card of the one that does not says why."),
+        ([0, 1, 2], "1 of 3 cameras streams; the card of each that does not says why."),
+    ],
+)
+def test_how_many_cameras_stream_is_said_in_the_right_number(owner: Owner, standin: StandIn, channels: list[int], said: str) -> None:
+    for one in standin.state["channels"]:
+        if one["channel"] not in channels:
+            one["state"] = "free"
+    owner.open()
+    assert owner.sees(said)
+
+
 def test_a_second_step_that_is_refused_is_said_with_the_first(owner: Owner, standin: StandIn) -> None:
     camera = standin.state["channels"][1]
     camera["profile"] = None
