@@ -82,10 +82,10 @@ export function Choice({ id, label, value, options, change, ...more }) {
 // As parts.css has it: there messages lie over the page.
 const kNarrow = matchMedia("not (min-width: 60rem)");
 
-// Whoever goes on with the page there has seen them; refusals are closed one by one.
+// Whoever touches the page or them there has seen them; refusals are closed one by one.
 function useLeaving() {
   useEffect(() => {
-    const leave = (event) => kNarrow.matches && !event.target.closest?.(".notice") && leaveNews();
+    const leave = () => kNarrow.matches && leaveNews();
     for (const kind of ["click", "touchmove"]) addEventListener(kind, leave);
     return () => ["click", "touchmove"].forEach((kind) => removeEventListener(kind, leave));
   }, []);

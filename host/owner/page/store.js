@@ -84,7 +84,8 @@ function welcome(before, channels) {
   const isNew = (one) => one.state === "plugged" && before[one.channel].state !== "plugged";
   const arrived = channels.filter(isNew).map((one) => one.channel);
   if (arrived.length === 0) return;
-  for (const number of arrived) notice(t("arrived", { name: nameOf(channels[number]) }));
+  const named = withNamesakes({ channels }).channels;
+  for (const number of arrived) notice(t(channels[number].supported ? "arrived" : "arrived.unusable", { name: nameOf(named[number]) }));
   set({ arrived: [...known.arrived, ...arrived] });
   setTimeout(() => set({ arrived: known.arrived.filter((one) => !arrived.includes(one)) }), kNewTime);
 }

@@ -128,7 +128,8 @@ def test_a_message_lies_over_nothing_that_can_be_pressed(owner: Owner, standin: 
         assert owner.evaluate("window.covered") == [], width
 
 
-def test_a_touch_takes_a_message_away_from_what_it_lies_over_but_not_a_refusal(owner: Owner, standin: StandIn) -> None:
+@pytest.mark.parametrize("touched", ["h1", ".notice:not(.refusal)"])
+def test_a_touch_takes_a_message_away_from_what_it_lies_over_but_not_a_refusal(owner: Owner, standin: StandIn, touched: str) -> None:
     channels = plugged_in(standin, 1)
     standin.refusal = {"reason": "not_attached", "text": "It is not attached.", "cure": None}
     owner.open()
@@ -137,7 +138,7 @@ def test_a_touch_takes_a_message_away_from_what_it_lies_over_but_not_a_refusal(o
     owner.size(390, 844)
     owner.evaluate("document.querySelector('h1').click()")
     assert "The camera is not plugged in." in owner.text()
-    left = "document.querySelector('h1').click(); window.left ??= document.querySelectorAll('.notice').length"
+    left = f"document.querySelector('{touched}').click(); window.left ??= document.querySelectorAll('.notice').length"
     owner.evaluate(WATCH % f"if (document.querySelector('.notice:not(.refusal)')) {{ {left} }}")
     standin.tell("channels", channels)
     assert owner.is_told("“Garage with a name that is rather long” is plugged in.")
@@ -208,6 +209,14 @@ def test_how_many_cameras_stream_is_said_in_the_right_number(owner: Owner, stand
             one["state"] = "free"
     owner.open()
     assert owner.sees(said)
+
+
+def test_a_camera_that_cannot_be_used_is_announced_as_such(owner: Owner, standin: StandIn) -> None:
+    channels = plugged_in(standin, 3)
+    owner.open()
+    owner.sees_on_card(3, "Old camera")
+    standin.tell("channels", channels)
+    assert owner.is_told("“Old camera” is plugged in, but cannot be used: see its card.")
 
 
 def test_a_second_step_that_is_refused_is_said_with_the_first(owner: Owner, standin: StandIn) -> None:
