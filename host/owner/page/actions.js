@@ -109,7 +109,7 @@ export async function streamInstead(channel, other, state) {
 }
 
 export async function unbind(channel, runs) {
-  const consequences = [t("unbind.stream"), channel.shared ? t("unbind.link") : "", t("unbind.settings"), t("unbind.camera")];
+  const consequences = [t("unbind.stream"), channel.shared ? t("unbind.link") : "", channel.profile_name ? t("unbind.settings") : "", t("unbind.camera")];
   const [title, yes] = runs ? ["unbind.title", "do.unbind"] : ["unbind.title_idle", "do.give_up"];
   const question = { title: t(title, { name: nameOf(channel) }), yes: t(yes), isLoss: true };
   if (!(await ask({ ...question, consequences: consequences.filter(Boolean) }))) return;

@@ -3,7 +3,7 @@
 
 // Why a camera does not stream, and what to do about it, in words and as buttons.
 
-import { html } from "/libraries/preact.js";
+import { html, useEffect, useRef } from "/libraries/preact.js";
 import * as actions from "/page/actions.js";
 import { freeProfiles, nameOf } from "/page/channels.js";
 import { hostsWords } from "/page/hosts_words.js";
@@ -56,7 +56,7 @@ const kCures = {
   unbound: (channel, state) => {
     const [free] = freeProfiles(state);
     if (!free) return [{ text: t("do.move_here"), act: () => actions.moveHere(channel, state) }];
-    return [{ text: t("do.start"), act: () => actions.assign(channel, free.profile, state) }];
+    return [{ text: t("do.start"), kind: "", act: () => actions.assign(channel, free.profile, state) }];
   },
   waits: (channel, state, other) => (other ? [instead(channel, other, state)] : []),
 };
@@ -72,17 +72,29 @@ function due(reasons) {
 // What its owner wants so, or has not wanted otherwise yet.
 const kWanted = ["unbound", "switched_off"];
 
+// The keyboard goes to the camera's name when the button that it is on disappears.
+function useName() {
+  const box = useRef(null);
+  useEffect(() => () => {
+    if (!box.current.contains(document.activeElement)) return;
+    const name = box.current.closest(".camera")?.querySelector("h2 a");
+    setTimeout(() => (name?.isConnected ? name : document.querySelector("h1")).focus()); // when the page is drawn
+  }, []);
+  return box;
+}
+
 function Reason({ channel, reason, state }) {
+  const box = useName();
   const { why, cure } = words(channel, reason, state);
   const cures = kCures[reason.reason]?.(channel, state, state.channels[reason.other_channel]) ?? [];
   const isTrouble = reason.hinders && !kWanted.includes(reason.reason);
-  return html`<li class=${isTrouble ? "reason" : "reason known"}>
+  return html`<li class=${isTrouble ? "reason" : "reason known"} ref=${box}>
     <${Icon} name=${isTrouble ? "alert" : "info"} />
     <div>
       <p>${why}</p>
       ${cure && html`<p class="quiet">${cure}</p>`}
       ${cures.length > 0 && html`<div class="buttons">
-        ${cures.map((one) => html`<${Button} key=${one.text} act=${one.act}>${one.text}<//>`)}
+        ${cures.map((one) => html`<${Button} key=${one.text} kind=${one.kind} act=${one.act}>${one.text}<//>`)}
       </div>`}
     </div>
   </li>`;

@@ -181,6 +181,16 @@ def test_a_camera_that_waits_is_offered_one_thing_to_do(owner: Owner, standin: S
     assert "instead" not in owner.card(1)
 
 
+def test_the_keyboard_goes_to_the_camera_when_what_was_pressed_disappears(owner: Owner, standin: StandIn) -> None:
+    owner.open()
+    owner.sees_on_card(2, "Switch the port on")
+    owner.evaluate("document.querySelector('[data-channel=\"2\"] button').focus()")
+    owner.press_keys(Keys.ENTER)
+    standin.state["channels"][2] |= {"switched_on": True, "reasons": []}
+    standin.tell("channels", standin.state["channels"])
+    assert owner.wait(lambda: owner.focused() == "Cam <img src=x onerror=alert(1)>")
+
+
 def test_a_camera_that_was_switched_off_for_another_one_can_stream_instead_of_it_again(owner: Owner, standin: StandIn) -> None:
     standin.state["channels"][1] |= {"switched_on": False, "reasons": [{**standin.state["channels"][2]["reasons"][0]}]}
     owner.open()
@@ -509,6 +519,16 @@ def test_if_no_camera_can_take_a_profile_it_is_said_why_and_nothing_can_be_moved
     buttons = "[...document.querySelectorAll('dialog button')].map((one) => one.textContent)"
     assert owner.evaluate(buttons) == ["Close"]
     owner.press("Close")
+
+
+@pytest.mark.parametrize("name", ["Front door", ""])
+def test_only_a_name_that_somebody_gave_is_lost_with_a_profile(owner: Owner, standin: StandIn, name: str) -> None:
+    standin.state["channels"][0]["profile_name"] = name
+    owner.open("profile/0")
+    owner.press("End this stream")
+    owner.sees("Its profile becomes free for another camera.")
+    assert ("Its name is lost." in owner.text("dialog")) == bool(name)
+    owner.press("Cancel")
 
 
 def test_a_refusal_is_not_said_on_the_next_page(owner: Owner, standin: StandIn) -> None:
