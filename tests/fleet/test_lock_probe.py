@@ -46,6 +46,8 @@ def test_the_wait_lasts_as_long_as_somebody_has_the_lock(file: Path, waits: list
         with file.open() as other:
             flock(other, LOCK_SH)  # for which a change waits, too
             measuring = asyncio.create_task(LockProbe().measure())
+            for _ in range(2):  # until its own task has begun, and with it the wait
+                await asyncio.sleep(0)
             await asyncio.sleep(0.05)
             assert not measuring.done() and not waits
             flock(other, LOCK_UN)
