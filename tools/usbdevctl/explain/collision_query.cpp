@@ -20,8 +20,8 @@ bool isLimitedToOneChannel() {
   return limited;
 }
 
-/// The camera whose collisions are asked for. Behind a bridge, another port of its controller is no way out for one on its
-/// root port either, so the controller is what both share.
+/// The camera whose collisions are asked for. Behind a bridge, another port of its controller is no way out for one on
+/// its root port either, so the controller is what both share.
 class Tested {
  public:
   explicit Tested(const ChannelRow &row) : row_(row) {}
@@ -29,7 +29,8 @@ class Tested {
   Collision against(const ChannelRow &other) {
     if (isLimitedToOneChannel()) return Collision::host;
     findController();
-    if (rootPort(other.slot) == rootPort(row_.slot)) return *behind_bridge_ ? Collision::controller : Collision::root_port;
+    if (rootPort(other.slot) == rootPort(row_.slot))
+      return *behind_bridge_ ? Collision::controller : Collision::root_port;
     char port[sizeof(_usbdev_des::usbslot)] = {};  // the library cuts it
     other.slot.copy(port, sizeof port - 1);
     const bool conflicts = chkconflict(port, row_.slot.c_str(), *behind_bridge_, *other.video_node, path_) != 0;
