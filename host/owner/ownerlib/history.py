@@ -231,7 +231,7 @@ class History:
     def _database(self) -> Iterator[sqlite3.Connection]:
         """Commits at the end. The file may be removed at any time. Who has signed in is not for every user of the host."""
         if not self._file.exists():
-            with suppress(OSError):  # of which the database tells, too
+            with suppress(OSError):  # the database fails then, too, and says why
                 self._file.touch(0o600)
         with closing(sqlite3.connect(self._file, timeout=BUSY_SECONDS)) as database, database:
             for table, columns in TABLES.items():

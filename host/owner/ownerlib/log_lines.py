@@ -45,7 +45,7 @@ class Line:
     device: str | None
 
     def words(self, texts: Texts) -> str | None:
-        """Returns what the pages call it; None if they have no words of their own."""
+        """Returns the line in the words of the pages; None if they have none for it."""
         if self.key is None:
             return None
         shown = dict(self.values)

@@ -22,7 +22,7 @@ SECONDS = 600
 
 class Recorder:
     def __init__(self, happened: Callable[[int], None]) -> None:
-        """`happened` is called with a number, which is another one each time, when the history has something new to tell."""
+        """Calls `happened` with a new number whenever the history has something new."""
         self._tell_happened = happened
         self.happened = 0
         self.history = History()

@@ -23,13 +23,14 @@ const endOf = (one) => (one.to === null ? t("charts.now") : moment(one.to));
 
 // What the rows are called: of cameras with the same name the ports differ. Who had a profile may not be known.
 function rowNames(charts) {
-  const cameras = new Map(Object.values(charts).flat().filter((one) => one.camera).map(({ camera }) => [JSON.stringify(camera), camera]));
-  const isNamesake = (one, other) => one !== other && one.name === other.name;
-  const hasNamesake = (one) => [...cameras.values()].some((other) => isNamesake(one, other));
+  const ports = new Map(); // by name
+  for (const { camera } of Object.values(charts).flat()) {
+    if (camera) ports.set(camera.name, (ports.get(camera.name) ?? new Set()).add(camera.port));
+  }
   return ({ camera, profile }) => {
     if (!camera) return t("profile_number", { number: profile });
-    const known = cameras.get(JSON.stringify(camera));
-    return hasNamesake(known) ? t("name_in_port", { name: plain(known.name), port: known.port }) : plain(known.name);
+    const name = plain(camera.name);
+    return ports.get(camera.name).size > 1 ? t("name_in_port", { name, port: camera.port }) : name;
   };
 }
 
