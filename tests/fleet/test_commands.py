@@ -13,7 +13,7 @@ from pathlib import Path
 from typing import Any
 
 import pytest
-from conftest import FLEET, Broker, Consumer, settings, soon
+from conftest import FLEET, PATIENCE, Broker, Consumer, settings, soon
 from fleetlib import commands, keeping
 from fleetlib.commands import Commands, carry_out
 from fleetlib.requests import Requests
@@ -186,7 +186,7 @@ def test_many_that_are_ignored_are_printed_once(broker: Broker, ann: Requester, 
 def test_a_request_that_the_broker_kept_is_ignored(broker: Broker, ann: Requester, tmp_path: Path) -> None:
     async def scenario() -> None:
         host = Host()
-        ann.publish(SWITCH, ON, retain=True, ResponseTopic=ANSWERS, CorrelationData=b"1")
+        ann.publish(SWITCH, ON, retain=True, ResponseTopic=ANSWERS, CorrelationData=b"1").wait_for_publish(PATIENCE)
         async with taking_requests(broker.port, tmp_path, host):
             await ann.answer(b"2")
         assert len(host.asked) == 1
