@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -29,10 +30,18 @@ std::vector<std::string> calls;
 std::vector<uid_t> owners;             // that files were to have
 bool of_a_foreign_owner = false;       // whether every file is
 std::size_t largest_piece = SIZE_MAX;  // of what is read or written at once
+bool locked_at_flush = false;          // whether others had to wait when something was flushed last
 std::string appended;                  // to the file after its first piece is read
 
 std::string pathOf(int descriptor) {
   return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor));
+}
+
+bool isLocked(const std::string &path) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const bool locked = file >= 0 && flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  close(file);
+  return locked;
 }
 
 }  // namespace
@@ -41,6 +50,7 @@ std::string pathOf(int descriptor) {
 
 int fsync(int descriptor) {
   calls.push_back("flush " + pathOf(descriptor));
+  locked_at_flush = isLocked(kConfigFile);
   return static_cast<int>(syscall(SYS_fsync, descriptor));
 }
 
@@ -139,6 +149,15 @@ TEST_F(AStoredConfiguration, IsOnTheDiskBeforeItHasItsNameAtFirstToo) {
   const std::string first = kConfigFolder + "/.usbdev.conf.first";
   EXPECT_THAT(calls, testing::ElementsAre("flush " + first, "rename " + first + " to " + kConfigFile,
                                           "flush " + kConfigFolder));
+}
+
+TEST_F(AStoredConfiguration, IsWrittenByNobodyElseBeforeItsNameIsOnTheDisk) {
+  Configuration writer(kWrite, kConfigFile);
+  EXPECT_TRUE(locked_at_flush);  // of the folder, after the file was created
+  writer.setNumber("ch0", "exists", 1);
+  locked_at_flush = false;
+  ASSERT_EQ(writer.close(), xmlcfg::kDone);
+  EXPECT_TRUE(locked_at_flush);
 }
 
 TEST_F(AStoredConfiguration, IsOnTheDiskBeforeItReplacesTheOldOneAndSoIsTheReplacement) {

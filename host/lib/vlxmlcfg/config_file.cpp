@@ -112,17 +112,20 @@ bool fill(const Descriptor &file, const std::string &content, const struct stat 
 }
 
 /// Writes a new file, flushes it to the disk and gives it the name. What somebody put into its place meanwhile is not
-/// given the name.
-bool put(const Place &place, const std::string &new_name, const std::string &content, const struct stat *like) {
+/// given the name. Returns the file, locked: until the caller has flushed the folder too, nobody may write on top of
+/// what a power cut could still undo. Without success, there is no file.
+Descriptor put(const Place &place, const std::string &new_name, const std::string &content, const struct stat *like) {
   int folder = place.folder.get();
   unlinkat(folder, new_name.c_str(), 0);
   Descriptor file = openUninterrupted(folder, new_name, O_WRONLY | O_CREAT | O_EXCL, kOwnersOnly);
-  if (!file) return false;
+  if (!file) return file;
   bool still_there = false;
-  bool done = fill(file, content, like) && askStillThere(place.folder, new_name, file, still_there) == kDone &&
-              still_there && renameat(folder, new_name.c_str(), folder, place.name.c_str()) == 0;
-  if (!done) unlinkat(folder, new_name.c_str(), 0);
-  return done;
+  bool done = lockExclusively(file) && fill(file, content, like) &&
+              askStillThere(place.folder, new_name, file, still_there) == kDone && still_there &&
+              renameat(folder, new_name.c_str(), folder, place.name.c_str()) == 0;
+  if (done) return file;
+  unlinkat(folder, new_name.c_str(), 0);
+  return Descriptor();
 }
 
 /// Creates the missing file with all of its content at once; with the folder's lock, one process at a time does so.
@@ -130,7 +133,9 @@ int create(const Place &place, const std::string &content) {
   Descriptor own_folder = openFolder(place.folder.get(), ".");
   if (!lockExclusively(own_folder)) return kNotWritable;  // also if it is not open
   if (faccessat(own_folder.get(), place.name.c_str(), F_OK, 0) == 0) return kDone;
-  if (errno != ENOENT || !put(place, neighbourOf(place.name, ".first"), content, nullptr)) return kNotWritable;
+  if (errno != ENOENT) return kNotWritable;
+  Descriptor locked = put(place, neighbourOf(place.name, ".first"), content, nullptr);
+  if (!locked) return kNotWritable;
   flush(place.folder);
   return kDone;
 }
@@ -202,7 +207,8 @@ int readAll(const Descriptor &file, std::vector<char> &bytes) {
 int replace(const Place &place, const Descriptor &old_file, const std::string &content) {
   struct stat old {};
   if (content.size() > kLargestFile || fstat(old_file.get(), &old) != 0) return kNotStored;
-  if (!put(place, neighbourOf(place.name, ".new"), content, &old)) return kNotStored;
+  Descriptor locked = put(place, neighbourOf(place.name, ".new"), content, &old);
+  if (!locked) return kNotStored;
   return flush(place.folder) ? kDone : kNotFlushed;
 }
 
