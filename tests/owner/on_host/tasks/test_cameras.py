@@ -79,6 +79,7 @@ def test_let_a_camera_stream_instead_when_no_profile_is_free(ann: Owner) -> None
     run("usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door; sim plug usb2-camera 3-1.2")
     run("usbdevctl assign 1-1 1; usbdevctl assign 1-2 2; usbdevctl assign 5-1 3")
     ann.sees_on_card(4, "It waits for “Door”")
+    ann.wait(lambda: "Not started" not in ann.card(3))  # the last one has its profile
     ann.press("Stream this one instead")
     assert ann.sees("Move a profile to “USB 2.0 Camera: USB Camera, port 3-1.2”?")
     ann.press("Move")
