@@ -102,7 +102,7 @@ def test_a_quick_run_leaves_out_whole_hosts_torture_and_the_sanitizers(machine: 
     outcome = machine.dev("test", "--quick")
     assert outcome.status == 0 and last_line(outcome.output) == "7 passed, 0 failed"
     (call,) = machine.called("ctest")
-    assert call.endswith("--label-exclude system|torture|kernel|pages") and "build/release" in call
+    assert call.endswith("--label-exclude system|torture|kernel|pages|^case$") and "build/release" in call
     assert machine.called("ninja") == ["-C build/release"]
 
 
@@ -113,7 +113,7 @@ def test_the_guest_runs_only_when_it_is_asked_for(machine: Machine) -> None:
     assert "--label-regex ^kernel$" in call and "build/release" in call
     assert machine.dev("test").status == 0
     (call,) = (call for call in machine.called("ctest")[1:] if "build/release" in call)
-    assert "--label-exclude ^(packages|kernel|kernel_short|pages)$" in call
+    assert "--label-exclude ^(packages|kernel|kernel_short|pages|case)$" in call
 
 
 def test_the_pages_are_looked_at_when_that_is_asked_for(machine: Machine) -> None:

@@ -69,7 +69,7 @@ run_all_tests() {
   trap 'kill 0' INT
   test_with_sanitizers >build/sanitizers.log 2>&1 &
   sanitizers=$!
-  run_tests release --label-exclude '^(packages|kernel|kernel_short|pages)$'
+  run_tests release --label-exclude '^(packages|kernel|kernel_short|pages|case)$'
   tail --lines=+1 --follow --pid="$sanitizers" build/sanitizers.log
   wait "$sanitizers" || true
   add_sums build/sanitizers.sums
@@ -79,7 +79,7 @@ run_all_tests() {
 # Runs the tests of the release build that take moments.
 run_quick_tests() {
   build release
-  run_tests release --label-exclude 'system|torture|kernel|pages'
+  run_tests release --label-exclude 'system|torture|kernel|pages|^case$'
   sum_up
 }
 
@@ -97,7 +97,7 @@ run_pages_tests() {
   sum_up
 }
 
-# Runs those tests of the release build whose names match.
+# Runs those tests of the release build whose names match; the cases of GoogleTest's programs have names too.
 run_matching_tests() {
   build release
   ctest --test-dir build/release --show-only --tests-regex "$1" | grep -q 'Test *#' ||
