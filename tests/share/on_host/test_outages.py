@@ -6,6 +6,7 @@
 from __future__ import annotations
 
 from collections.abc import Iterator
+from signal import SIGCONT, SIGSTOP
 
 import pytest
 from encoder import Encoder
@@ -44,6 +45,19 @@ def test_a_host_that_does_not_answer_at_first_is_asked_until_it_does(viewer: Vie
     viewer.open(link["page"])
     viewer.await_sentence(AWAY)
     viewer.tell_browser("Network.setBlockedURLs", urls=[])
+    viewer.await_playing()
+
+
+@pytest.mark.usefixtures("encoder")
+def test_a_host_that_hangs_is_said_to_be_away_and_taken_up_again(viewer: Viewer, page: Service, link: Link) -> None:
+    """Its connections stay."""
+    viewer.open(link["page"])
+    viewer.await_playing()
+    page.send(SIGSTOP)
+    try:
+        viewer.await_sentence(AWAY)
+    finally:
+        page.send(SIGCONT)
     viewer.await_playing()
 
 
