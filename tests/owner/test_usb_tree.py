@@ -35,10 +35,11 @@ def add_bus(machine: Path, number: int, controller: str) -> None:
     link(machine, root_hub)
 
 
-def plug(machine: Path, port: str) -> None:
-    """Whatever it is."""
+def plug(machine: Path, port: str, ports: int = 0) -> None:
+    """Whatever it is; a hub has ports."""
     device = next(machine.glob(f"devices/**/usb{port.partition('-')[0]}")) / port
     device.mkdir()
+    (device / "maxchild").write_text(f"{ports}\n")
     link(machine, device)
 
 
@@ -53,14 +54,16 @@ def camera(channel: int, port: str, **more: Any) -> dict[str, Any]:
     return {**attached, "profile": channel, "parked_behind": None, **more}
 
 
-def controllers(machine: Path, *rows: dict[str, Any], is_limited: bool = False) -> list[dict[str, Any]]:
-    found = usb_tree.tree(list(rows), usb_tree.buses(machine / "bus/usb/devices"), is_limited)["controllers"]
+def controllers(machine: Path, *rows: dict[str, Any], is_limited: bool = False, reserved: int = 0) -> list[dict[str, Any]]:
+    """With so much reserved of the 480 Mbit/s of bus 1."""
+    full = usb_tree.full([{"bus": 1, "speed": 480, "reserved": reserved}])
+    found = usb_tree.tree(list(rows), usb_tree.buses(machine / "bus/usb/devices"), is_limited, full)["controllers"]
     assert isinstance(found, list)
     return found
 
 
-def free_ports(machine: Path, *rows: dict[str, Any], is_limited: bool = False) -> list[str]:
-    return [port for one in controllers(machine, *rows, is_limited=is_limited) for port in one["free_ports"]]
+def free_ports(machine: Path, *rows: dict[str, Any], is_limited: bool = False, reserved: int = 0) -> list[str]:
+    return [port for one in controllers(machine, *rows, is_limited=is_limited, reserved=reserved) for port in one["free_ports"]]
 
 
 def test_a_controller_without_a_camera_is_told(machine: Path) -> None:
@@ -94,6 +97,20 @@ def test_a_port_without_a_socket_is_not_free(machine: Path, kind: str, is_free: 
     port.mkdir(parents=True)
     (port / "connect_type").write_text(f"{kind}\n")
     assert ("1-2" in free_ports(machine)) == is_free
+
+
+def test_the_free_ports_of_a_hub_have_room_until_a_camera_on_it_streams(machine: Path) -> None:
+    plug(machine, "1-2", ports=3)
+    plug(machine, "1-2.1")
+    assert free_ports(machine)[:5] == ["1-1", "1-3", "1-4", "1-2.2", "1-2.3"]
+    assert free_ports(machine, camera(0, "1-2.1"))[:4] == ["1-1", "1-3", "1-4", "3-1"]
+
+
+@pytest.mark.parametrize(("reserved", "has_room"), [(0, True), (383, True), (384, False), (394, False)])
+def test_a_bus_of_which_four_fifths_are_reserved_has_no_room(machine: Path, reserved: int, has_room: bool) -> None:
+    free = free_ports(machine, reserved=reserved)
+    assert ("1-1" in free) == has_room
+    assert "3-1" in free
 
 
 def test_a_controller_behind_a_bridge_has_room_for_one_camera(machine: Path) -> None:

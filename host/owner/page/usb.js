@@ -31,10 +31,11 @@ export const rivalOf = (channel, { channels, usb }) =>
 
 // "1-1 to 1-3, 1-5"
 function portsText(ports) {
-  const numbers = ports.map((port) => Number(port.split("-")[1]));
+  const parts = ports.map((port) => port.match(/(.*[-.])(\d+)$/).slice(1));
   const runs = [];
   ports.forEach((port, index) => {
-    const follows = index > 0 && busOf(port) === busOf(ports[index - 1]) && numbers[index] === numbers[index - 1] + 1;
+    const [[hub, number], [hubBefore, before]] = [parts[index], parts[index - 1] ?? []];
+    const follows = hub === hubBefore && Number(number) === Number(before) + 1;
     if (follows) runs.at(-1).last = port;
     else runs.push({ first: port, last: port });
   });

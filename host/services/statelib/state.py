@@ -39,7 +39,8 @@ class Reader:
         rows: list[Row] = explained["channels"]
         if self._is_limited is None:
             self._is_limited = await aio.call(core.is_limited_to_one_channel)
-        usb = usb_tree.tree(rows, await asyncio.to_thread(usb_tree.buses), self._is_limited)
+        known = await asyncio.to_thread(usb_tree.buses)
+        usb = usb_tree.tree(rows, known, self._is_limited, usb_tree.full(explained["buses"]))
         return {
             "channels": [channel(row, *bound.get(row["profile"], (None, None))) for row in rows],
             "profiles": [profile(number, rows) for number in range(PROFILES)],
