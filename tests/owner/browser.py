@@ -147,5 +147,5 @@ class Owner:
             self.browser.switch_to.active_element.send_keys(key)
 
     def sign_in(self, user: str, password: str) -> None:
-        self.enter("User", user)
+        self.enter("User name", user)
         self.enter("Password", password + Keys.ENTER)

@@ -12,6 +12,7 @@ from usbdev import UsbdevError, aio, web
 
 from ownerlib.answers import SignedIn
 
+SHORTEST_PASSWORD = 6  # characters; whoever tries shorter ones soon has one
 LONGEST_PASSWORD = 31  # bytes
 
 
@@ -43,8 +44,8 @@ class Renewal(SignedIn):
 
 
 async def _protect(profile: str, password: str) -> None:
-    if not 0 < len(password.encode()) <= LONGEST_PASSWORD or "\n" in password:
-        raise problems.invalid(f"A password is one line of 1 to {LONGEST_PASSWORD} bytes.")
+    if len(password) < SHORTEST_PASSWORD or len(password.encode()) > LONGEST_PASSWORD or "\n" in password:
+        raise problems.invalid(f"A password is one line of {SHORTEST_PASSWORD} characters to {LONGEST_PASSWORD} bytes.")
     done = await program.run("share", "on", f"pf{profile}", "--password-stdin", "--json", secret=password)
     program.answer_of(done)
 

@@ -38,7 +38,7 @@ export const standing = (channel) => (channel.isUnknown ? "unknown" : lastStandi
 // As far as is known.
 export function lastStanding(channel) {
   if (channel.state === "free") return "free";
-  if (channel.streams) return "streams";
+  if (channel.streams) return channel.awaitsPicture ? "begins" : "streams";
   if (channel.switched_on === false) return "switched_off";
   const [first] = hindrances(channel);
   if (!first) return channel.profile === null ? "unbound" : "begins";
@@ -51,6 +51,9 @@ export const tone = (word) => {
   if (word === "streams") return "good";
   return kCalm.includes(word) ? "calm" : "care";
 };
+
+// The channel of a stream of which nobody has seen a picture yet has only begun.
+export const withPicture = (channel, isSeen) => (channel.streams && !isSeen ? { ...channel, awaitsPicture: true } : channel);
 
 // The profiles that no camera has.
 export const freeProfiles = (state) => state.profiles.filter((one) => one.channel === null);

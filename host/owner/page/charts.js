@@ -125,7 +125,8 @@ function Filled({ charts }) {
 
 export function Charts() {
   const [charts, again] = useAnswer("/charts?days=30");
-  return html`${charts === null && html`<${Loading} />`}
+  return html`<p class="lead">${t("charts.explained")}</p>
+    ${charts === null && html`<${Loading} />`}
     ${charts === undefined && html`<${Failed} again=${again} />`}
     ${charts && html`<${Filled} charts=${charts} />`}`;
 }

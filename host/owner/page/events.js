@@ -124,7 +124,7 @@ export function Events({ state }) {
     setFilter(kEverything);
     document.getElementById("search").focus(); // the button disappears
   };
-  return html`<p class="quiet">${t("events.explained")}</p>
+  return html`<p class="quiet">${t("events.explained")} <a href="#/charts">${t("events.charts")}</a></p>
     <${Filter} filter=${filter} setFilter=${setFilter} isFiltered=${isFiltered} isEmpty=${events?.length === 0} />
     <${Switch} label=${t("events.lines")} on=${withLines} change=${setLines} />
     ${isFiltered && events && html`<p class="unseen" role="status">${countOf(events)}</p>`}

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-// Help: the report for whoever looks after the host, what the host can do, and its technical facts.
+// Help: the words of the pages, what to do without a picture, the report for whoever looks after the host, what the host can
+// do, and its technical facts.
 
 import { html, useEffect, useRef, useState } from "/libraries/preact.js";
 import { attempt } from "/page/actions.js";
@@ -10,6 +11,18 @@ import { copy } from "/page/clipboard.js";
 import { Busy, Button, Failed, Loading, useAnswer } from "/page/parts.js";
 import { saveFile } from "/page/save_file.js";
 import { hasText, plain, t } from "/page/texts.js";
+
+const kWords = ["host", "stream", "channel", "profile", "guest", "controller", "port", "hub", "waits", "mjpeg", "h264"];
+const kSteps = ["card", "wait", "replug", "direct", "report"];
+
+const Unfolded = ({ title: words, children }) => html`<details class="card"><summary><h2>${words}</h2></summary>${children}</details>`;
+
+const FirstHelp = () => html`<${Unfolded} title=${t("no_picture")}>
+    <ol>${kSteps.map((one) => html`<li key=${one}>${t(`no_picture.${one}`)}</li>`)}</ol>
+  <//>
+  <${Unfolded} title=${t("words")}>
+    <dl class="words">${kWords.map((one) => html`<div key=${one}><dt>${t(`words.${one}`)}</dt><dd>${t(`words.${one}.means`)}</dd></div>`)}</dl>
+  <//>`;
 
 // A value as text; what the host does not report is said to be unknown.
 function shown(value) {
@@ -79,7 +92,8 @@ function Report() {
 
 export function Host() {
   const [host, again] = useAnswer("/host");
-  return html`<${Report} />
+  return html`<div class="first-help"><${FirstHelp} /></div>
+    <${Report} />
     ${host === null && html`<${Loading} />`}
     ${host === undefined && html`<${Failed} again=${again} />`}
     ${host && html`<${Groups} host=${host} />`}`;

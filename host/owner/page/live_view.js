@@ -6,7 +6,9 @@
 import { html, useEffect, useRef, useState } from "/libraries/preact.js";
 import { read } from "/page/api.js";
 import { LivePlayer } from "/page/live-player.js";
-import { Busy } from "/page/parts.js";
+import { Icon } from "/page/icons.js";
+import { Busy, Button } from "/page/parts.js";
+import { isSlow, secondsEach } from "/page/settings.js";
 import { hostIsAway, timesBack } from "/page/store.js";
 import { t } from "/page/texts.js";
 
@@ -46,22 +48,36 @@ function useSession() {
   }, []);
 }
 
+const waitText = (rate) => (isSlow(rate) ? t("live_view.waits_slow", { seconds: secondsEach(rate) }) : t("live_view.waits"));
+
 const kOver = {
-  waits: () => html`<${Busy} text=${t("live_view.waits")} />`,
+  waits: (rate) => html`<${Busy} text=${waitText(rate)} />`,
   cannot: () => html`<p role="status">${t("live_view.cannot")}</p>`,
   away: () => html`<p>${t("live_view.away")}</p>`,
 };
 
+// It has no time to go back to, and is not stopped: it is what the camera sees now.
+function Controls({ video, hasSound }) {
+  const [isMuted, mute] = useState(video.current.muted);
+  const turn = () => mute((video.current.muted = !isMuted));
+  const enlarge = () => (video.current.requestFullscreen ? video.current.requestFullscreen() : video.current.webkitEnterFullscreen());
+  return html`<div class="controls"><span class="now">${t("live_view.now")}</span>
+    ${hasSound && html`<${Button} icon=${isMuted ? "silent" : "loud"} kind="on-picture" act=${turn}>${t(isMuted ? "live_view.sound_on" : "live_view.sound_off")}<//>`}
+    <${Button} icon="large" kind="on-picture" act=${enlarge}>${t("live_view.large")}<//></div>`;
+}
+
 // After the host was away the stream is asked for anew: a connection that was cut off may not have ended.
-export function LiveView({ profile, name, hasControls }) {
+export function LiveView({ profile, name, rate, hasSound, hasControls, setSeen = () => {} }) {
   const video = useRef(null);
   const [plays, setPlays] = useState("waits");
   const shows = hostIsAway() ? "away" : plays;
   useEffect(() => playing(video.current, `/api/v1/profiles/${profile}/playlist.m3u8`, setPlays), [profile, timesBack()]);
+  useEffect(() => setSeen(plays === "plays"), [plays]);
   useSession();
   return html`<div class="live" data-shows=${shows}>
-    <video ref=${video} controls=${hasControls && shows === "plays"} muted autoplay playsinline aria-label=${t("live_view.of", { name })}
+    <video ref=${video} muted autoplay playsinline aria-label=${t("live_view.of", { name })}
       onPlaying=${() => setPlays("plays")}></video>
-    ${kOver[shows] && html`<div class="over">${kOver[shows]()}</div>`}
+    ${kOver[shows] && html`<div class="over">${kOver[shows](rate)}</div>`}
+    ${hasControls && shows === "plays" && html`<${Controls} video=${video} hasSound=${hasSound} />`}
   </div>`;
 }

@@ -4,9 +4,11 @@
 // The way in.
 
 import { html, useEffect, useRef, useState } from "/libraries/preact.js";
+import { Icon } from "/page/icons.js";
+import { PasswordField } from "/page/parts.js";
+import { LanguageChoice } from "/page/shell.js";
 import { signIn } from "/page/store.js";
 import { t } from "/page/texts.js";
-import { LanguageChoice } from "/page/shell.js";
 
 function useAttempt() {
   const [problem, setProblem] = useState("");
@@ -38,18 +40,17 @@ export function Login({ hasEnded }) {
     const fields = event.target.elements;
     if (!(await send(fields.user.value, fields.password.value))) password.current?.select();
   };
-  return html`<main class="alone">
+  return html`<main class="alone way-in">
     <form class="card login" onSubmit=${submit} onInput=${forgive}>
       <img src="/page/favicon.svg" alt="" width="48" height="48" />
       <h1>${t("sign_in")}</h1>
       <p class="quiet">${t("sign_in.explained")}</p>
       ${hasEnded && html`<p class="care-box">${t("error.signed_out")}</p>`}
-      <p class="problem" role="alert" hidden=${!problem}>${problem}</p>
       <div class="field"><label for="user">${t("user")}</label>
         <input id="user" name="user" autocomplete="username" autocapitalize="none" spellcheck="false" required maxlength="64" /></div>
-      <div class="field"><label for="password">${t("password")}</label>
-        <input id="password" name="password" type="password" autocomplete="current-password" required maxlength="64"
-          ref=${password} aria-invalid=${Boolean(problem)} /></div>
+      <${PasswordField} id="password" label=${t("password")} field=${password} autocomplete="current-password" maxlength="64"
+        aria-invalid=${Boolean(problem)} />
+      <p class="problem" role="alert" hidden=${!problem}><${Icon} name="alert" />${problem}</p>
       <button disabled=${isAsking}>${t(isAsking ? "signing_in" : "sign_in")}</button>
       <p class="quiet small">${t("sign_in.administrators")} <code>usbdev-login-users add NAME</code></p>
       <${LanguageChoice} />

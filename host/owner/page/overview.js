@@ -3,8 +3,8 @@
 
 // The ten channels as cards, and how they hang together.
 
-import { html, useEffect, useState } from "/libraries/preact.js";
-import { addressOf, lastStanding, nameOf, standing, tone } from "/page/channels.js";
+import { html, useEffect, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
+import { addressOf, lastStanding, nameOf, standing, tone, withPicture } from "/page/channels.js";
 import { Icon } from "/page/icons.js";
 import { Empty, useReturn } from "/page/parts.js";
 import { Reasons } from "/page/reasons.js";
@@ -35,6 +35,7 @@ function Picture({ profile, word, isThere, setThere }) {
     setCameAt(at);
   };
   useReturn(() => setAt((count) => count + 1));
+  useEffect(() => () => setThere(false), []);
   return html`<div class="picture">
     ${!isThere && html`<${NoPicture} word=${word} text=${word === "begins" && t("live_view.waits")} />`}
     ${isThere && html`<span class="watch" aria-hidden="true"><${Icon} name="play" />${t("do.watch")}</span>`}
@@ -47,9 +48,11 @@ export const Standing = ({ word }) => html`<span class=${`standing ${tone(word)}
 
 const Fact = ({ name, children }) => html`<div><dt>${name}</dt><dd>${children}</dd></div>`;
 
+const kSendsNothing = ["unplugged", "displaced", "switched_off", "waits"];
+
 function Facts({ channel }) {
   const { port, profile, width, height, rate } = channel;
-  const hasStream = profile !== null && width > 0;
+  const hasStream = profile !== null && width > 0 && !kSendsNothing.includes(lastStanding(channel));
   return html`<dl class="facts">
     <${Fact} name=${t("port")}><span class="port">${port}</span><//>
     <${Fact} name=${t("profile")}>${profile ?? t("none")}<//>
@@ -58,13 +61,29 @@ function Facts({ channel }) {
   </dl>`;
 }
 
-function CameraCard({ channel, state, isNew }) {
-  const [hasPicture, setHasPicture] = useState(false);
-  const last = channel.streams && !hasPicture ? "begins" : lastStanding(channel);
-  const word = channel.isUnknown ? "unknown" : last;
+// What is below does not move up when something on a card is pressed: in the same window it becomes no lower.
+function useHeight() {
+  const card = useRef(null);
+  useLayoutEffect(() => {
+    card.current.style.minHeight = `${card.current.offsetHeight}px`;
+  });
+  useEffect(() => {
+    const forget = () => {
+      card.current.style.minHeight = "";
+    };
+    addEventListener("resize", forget);
+    return () => removeEventListener("resize", forget);
+  }, []);
+  return card;
+}
+
+function CameraCard({ channel, state, isNew, setSeen }) {
+  const card = useHeight();
+  const last = lastStanding(channel);
+  const word = standing(channel);
   const name = html`<bdi>${nameOf(channel)}</bdi>`;
-  return html`<li class=${isNew ? "card camera new" : "card camera"} data-channel=${channel.channel} data-standing=${last}>
-    ${channel.streams ? html`<${Picture} profile=${channel.profile} word=${word} isThere=${hasPicture} setThere=${setHasPicture} />` : html`<div class="picture"><${NoPicture} word=${word} text=${word === "begins" && t("begins.explained")} /></div>`}
+  return html`<li class=${isNew ? "card camera new" : "card camera"} data-channel=${channel.channel} data-standing=${last} ref=${card}>
+    ${channel.streams ? html`<${Picture} profile=${channel.profile} word=${word} isThere=${!channel.awaitsPicture} setThere=${setSeen} />` : html`<div class="picture"><${NoPicture} word=${word} text=${word === "begins" && t("begins.explained")} /></div>`}
     <h2><a href=${addressOf(channel)}>${name}</a></h2>
     <${Standing} word=${word} />
     <p class="quiet device">${t("channel_number", { number: channel.channel })}${channel.profile_name && html` · <bdi>${channel.device}</bdi>`}</p>
@@ -88,7 +107,9 @@ function summary(cameras) {
   return t(streaming === 0 ? "overview.none_streams" : some, { streaming, cameras: cameras.length, why });
 }
 
-export function Overview({ state, arrived }) {
+export function Overview({ state: told, arrived }) {
+  const [seen, setSeen] = useState({}); // the channels whose pictures are shown
+  const state = { ...told, channels: told.channels.map((one) => withPicture(one, seen[one.channel])) };
   const cameras = state.channels.filter((one) => one.state !== "free");
   const free = state.channels.filter((one) => one.state === "free");
   if (cameras.length === 0) {
@@ -98,7 +119,8 @@ export function Overview({ state, arrived }) {
   return html`<p class="lead">${summary(cameras)}
       ${cameras.some((one) => one.streams) && html`<a class="button plain" href="#/pictures"><${Icon} name="overview" />${t("pictures")}</a>`}</p>
     <p class="quiet">${t("overview.words")}</p>
-    <ul class="cards">${cameras.map((one) => html`<${CameraCard} key=${one.channel} channel=${one} state=${state} isNew=${arrived.includes(one.channel)} />`)}</ul>
+    <ul class="cards">${cameras.map((one) => html`<${CameraCard} key=${one.channel} channel=${one} state=${state} isNew=${arrived.includes(one.channel)}
+      setSeen=${(isSeen) => setSeen((before) => ({ ...before, [one.channel]: isSeen }))} />`)}</ul>
     <${UsbTree} state=${state} />
     <${FreeChannels} channels=${free} />`;
 }

@@ -79,6 +79,43 @@ export function Choice({ id, label, value, options, change, ...more }) {
   </div>`;
 }
 
+// What is typed is shown on demand. The properties are those of the field.
+export function PasswordField({ id, label, field, ...more }) {
+  const [isSeen, setSeen] = useState(false);
+  return html`<div class="field"><label for=${id}>${label}</label><div class="password">
+    <input id=${id} name="password" type=${isSeen ? "text" : "password"} required ref=${field} autocapitalize="none" spellcheck="false" ...${more} />
+    <${Button} icon="seen" kind="bare" act=${() => setSeen(!isSeen)} aria-pressed=${isSeen} aria-label=${t("password.show")} title=${t("password.show")} />
+  </div></div>`;
+}
+
+// The only thing that there is to choose.
+export const Fact = ({ label, children }) => html`<dl class="field fact"><dt>${label}</dt><dd>${children}</dd></dl>`;
+
+const kRest = 1000; // milliseconds
+
+// A choice that has its price: with the keyboard it is made when it rests, or is left. With a pointer there are no steps.
+export function CarefulChoice({ value, change, ...more }) {
+  const [chosen, choose] = useState(null);
+  const hasKey = useRef(false);
+  const make = (choice = chosen) => {
+    choose(null);
+    if (choice !== null && choice !== value) change(choice);
+  };
+  useEffect(() => {
+    if (chosen === null) return undefined;
+    const timer = setTimeout(make, kRest, chosen);
+    return () => clearTimeout(timer);
+  }, [chosen]);
+  const press = (event) => {
+    hasKey.current = true;
+    if (event.key !== "Enter" || chosen === null) return;
+    event.preventDefault(); // it would open the list
+    make();
+  };
+  return html`<${Choice} ...${more} value=${chosen ?? value} change=${(one) => (hasKey.current ? choose(one) : make(one))}
+    onKeyDown=${press} onPointerDown=${() => (hasKey.current = false)} onBlur=${() => make()} />`;
+}
+
 // As parts.css has it: there messages lie over the page.
 const kNarrow = matchMedia("not (min-width: 60rem)");
 

@@ -3,13 +3,14 @@
 
 // Amounts over time, as lines.
 
-import { html, useLayoutEffect, useRef } from "/libraries/preact.js";
+import { html, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
 import uPlot from "/libraries/uplot.js";
 import { timeFormat } from "/page/timeline.js";
 import { moment, percent, t } from "/page/texts.js";
 
 const kHeight = 220; // pixels
 const kColours = ["--accent", "--good", "--care", "--bad"];
+const colourOf = (place) => kColours[place % kColours.length];
 
 // A plot asks for it whenever it is drawn, because the browser's user may have chosen light or dark since.
 const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
@@ -24,14 +25,14 @@ function axes(from) {
 // Parts of a whole, as steps; "lines" has the name of each. Below are the values at the pointer, or else the latest.
 export function Plot({ title, data, lines, from, to }) {
   const frame = useRef(null);
+  const [pointed, point] = useState(null); // the place of a step in the data
   const series = lines.map((label, place) => ({
     label,
-    stroke: () => colour(kColours[place % kColours.length]),
-    fill: () => colour(kColours[place % kColours.length]) + "33",
+    stroke: () => colour(colourOf(place)),
+    fill: () => colour(colourOf(place)) + "33",
     width: 2,
     paths: uPlot.paths.stepped({ align: 1 }),
     points: { show: false },
-    value: (plot, part, place) => percent(part ?? plot.data[place].at(-1)),
   }));
   // Before the page is shown, because what is below is moved by it.
   useLayoutEffect(() => {
@@ -39,9 +40,11 @@ export function Plot({ title, data, lines, from, to }) {
       width: frame.current.clientWidth,
       height: kHeight,
       cursor: { drag: { x: false, y: false } },
+      legend: { show: false },
+      hooks: { setCursor: [({ cursor }) => point(cursor.idx ?? null)] },
       scales: { x: { range: [from, to] }, y: { range: [0, 1] } },
       axes: axes(from),
-      series: [{ label: t("time"), value: (_, time) => (time ? moment(time * 1000) : t("charts.now")) }, ...series],
+      series: [{}, ...series],
     }, data, frame.current);
     let plot = draw();
     const again = () => {
@@ -57,5 +60,10 @@ export function Plot({ title, data, lines, from, to }) {
       plot.destroy();
     };
   }, [data]);
-  return html`<div ref=${frame} role="img" aria-label=${t("charts.described", { title })}></div>`;
+  const [times, ...parts] = data;
+  const time = pointed === null ? t("charts.now") : moment(times[pointed] * 1000);
+  return html`<div ref=${frame} role="img" aria-label=${t("charts.described", { title })}></div>
+    <ul class="legend quiet"><li>${t("charts.value", { name: t("time"), value: time })}</li>
+      ${lines.map((name, place) => html`<li key=${name}><span class="line-colour" style=${{ background: `var(${colourOf(place)})` }}></span>
+        ${t("charts.value", { name, value: percent(parts[place][pointed ?? parts[place].length - 1]) })}</li>`)}</ul>`;
 }

@@ -3,15 +3,15 @@
 
 // One camera with its profile: what it shows, and all that can be set.
 
-import { html, useState } from "/libraries/preact.js";
+import { html, useEffect, useState } from "/libraries/preact.js";
 import * as actions from "/page/actions.js";
-import { attachedWithoutProfile, channelOf, lastStanding, ownName, profileName, standing } from "/page/channels.js";
+import { attachedWithoutProfile, channelOf, lastStanding, ownName, profileName, standing, withPicture } from "/page/channels.js";
 import { Icon } from "/page/icons.js";
 import { LiveView } from "/page/live_view.js";
 import { Standing } from "/page/overview.js";
-import { Button, Choice, Empty, Switch, useAnswer } from "/page/parts.js";
+import { Button, CarefulChoice, Choice, Empty, Switch, useAnswer } from "/page/parts.js";
 import { Reasons } from "/page/reasons.js";
-import { inCodec, StreamForm } from "/page/stream_form.js";
+import { asOf, inCodec, StreamForm } from "/page/stream_form.js";
 import { kValueTexts, rateText } from "/page/settings.js";
 import { plain, t } from "/page/texts.js";
 
@@ -26,10 +26,11 @@ const kTurns = [
 ];
 const turnOf = ({ flip, mirror }) => kTurns.find(({ values }) => values.flip === Boolean(flip) && values.mirror === Boolean(mirror)).name;
 
-// With which settings the picture takes its own: those of the stream, or with H.264; undefined if it never does.
-function inEffect(channel, formats) {
+// With which settings the picture takes its own: those of the stream, or with H.264 what is chosen in the lists, saved or
+// not; undefined if it never does.
+function inEffect(channel, formats, chosen) {
   if (channel.codec === "h264") return {};
-  return formats ? inCodec(formats, channel, "h264") : undefined;
+  return formats ? inCodec(formats, chosen, "h264") : undefined;
 }
 
 const sizeText = ({ width, height }) => kValueTexts.size(`${width}x${height}`);
@@ -46,9 +47,9 @@ function WhenInEffect({ channel, formats, wish }) {
   return html`<p class="quiet cost">${t("picture.mjpeg")} ${wish && costOf(channel, wish)}</p>`;
 }
 
-function PictureSettings({ channel, formats }) {
+function PictureSettings({ channel, formats, chosen }) {
   const isEncoded = channel.codec === "h264";
-  const wish = inEffect(channel, formats);
+  const wish = inEffect(channel, formats, chosen);
   const set = (values) => {
     if (isEncoded) return actions.setStream(channel, values);
     const after = { ...channel, ...values };
@@ -58,7 +59,7 @@ function PictureSettings({ channel, formats }) {
   return html`<section class="card" aria-labelledby="picture">
     <h2 id="picture">${t("picture")}</h2>
     ${!isEncoded && html`<${WhenInEffect} channel=${channel} formats=${formats} wish=${wish} />`}
-    <${Choice} id="turn" label=${t("turn")} value=${turnOf(channel)} disabled=${!wish} change=${(name) => set(kTurns.find((one) => one.name === name).values)}
+    <${CarefulChoice} id="turn" label=${t("turn")} value=${turnOf(channel)} disabled=${!wish} change=${(name) => set(kTurns.find((one) => one.name === name).values)}
       options=${kTurns.map(({ name }) => ({ value: name, text: t(name) }))} />
     <${Switch} label=${t("overlay")} on=${Boolean(channel.overlay)} disabled=${!wish} change=${(on) => set({ overlay: on })} />
     ${isEncoded && html`<p class="quiet">${t("picture.explained")}</p>`}
@@ -110,6 +111,7 @@ function CameraSettings({ channel, state }) {
     ${!isAway && html`<${Switch} label=${t("port.on")} on=${channel.switched_on !== false} change=${(on) => actions.switchPort(channel, on, state)} />`}
     <div class="buttons">
       <a class="button plain" href="#/sharing"><${Icon} name="sharing" />${t("do.share")}</a>
+      <a class="button plain" href="#/charts"><${Icon} name="charts" />${t("charts.when")}</a>
       <${Button} act=${() => actions.move(channel, state)}>${t("do.move_on")}<//>
       ${isAway
         ? html`<${Button} kind="danger" act=${() => actions.forget(channel)}>${t("do.forget")}<//>`
@@ -141,18 +143,21 @@ export function Profile({ profile, state }) {
 function Camera({ channel, profile, state }) {
   const isAway = actions.isAway(channel);
   const [formats, again] = useAnswer(isAway ? null : `/channels/${channel.channel}/formats`);
+  const [chosen, choose] = useState(asOf(channel));
+  useEffect(() => choose(asOf(channel)), [channel.codec, channel.width, channel.height, channel.rate]); // what is stored now
+  const [isSeen, setSeen] = useState(false);
   const name = profileName(state, profile);
-  return html`<p class="lead"><${Standing} word=${standing(channel)} />
+  return html`<p class="lead"><${Standing} word=${standing(withPicture(channel, isSeen))} />
       <a class="beside" href="#/"><${Icon} name="back" />${t("overview")}</a></p>
     <div class="columns">
       <div>
-        ${channel.streams ? html`<${LiveView} profile=${profile.profile} name=${name} hasControls />` : html`<${NotLive} channel=${channel} />`}
+        ${channel.streams ? html`<${LiveView} profile=${profile.profile} name=${name} rate=${channel.rate} hasSound=${channel.sound?.on} setSeen=${setSeen} hasControls />` : html`<${NotLive} channel=${channel} />`}
         <${Reasons} channel=${channel} state=${state} />
         <${CameraSettings} channel=${channel} state=${state} />
       </div>
       <div>
-        ${!isAway && html`<${StreamForm} channel=${channel} formats=${formats} again=${again} />`}
-        <${PictureSettings} channel=${channel} formats=${formats} />
+        ${!isAway && html`<${StreamForm} channel=${channel} formats=${formats} again=${again} wish=${chosen} setWish=${choose} />`}
+        <${PictureSettings} channel=${channel} formats=${formats} chosen=${chosen} />
         <${Sound} channel=${channel} />
       </div>
     </div>`;

@@ -40,7 +40,10 @@ export function words(channel, reason, state) {
     const key = [`${kind}.${reason.cause}.${of}`, `${kind}.${reason.cause}`].find(hasText);
     return key ? withPorts(t(key, given)) : hostsWords(otherwise);
   };
-  return { why: text("reason", reason.collision, reason.text), cure: text("cure", caseOf(channel, reason, state), reason.cure) };
+  const cure = [text("cure", caseOf(channel, reason, state), reason.cure)].flat();
+  // Who looks for a profile to give it finds here what happens with that.
+  if (reason.cause === "waits" && channel.profile === null && given.other_name) cure.push(" ", t("waits.no_profile", { button: t("do.instead") }));
+  return { why: text("reason", reason.collision, reason.text), cure: cure.some(Boolean) && cure };
 }
 
 const instead = (channel, other, state) => ({ text: t("do.instead"), act: () => actions.streamInstead(channel, other, state) });

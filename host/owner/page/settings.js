@@ -6,8 +6,9 @@
 import { number, t } from "/page/texts.js";
 
 // A rate below one a second is a time.
-export const rateText = (rate) =>
-  rate < 1 ? t("seconds_each", { seconds: number(Math.round(1 / rate)) }) : t("per_second", { rate: number(rate) });
+export const isSlow = (rate) => rate > 0 && rate < 1;
+export const secondsEach = (rate) => number(Math.round(1 / rate));
+export const rateText = (rate) => (isSlow(rate) ? t("seconds_each", { seconds: secondsEach(rate) }) : t("per_second", { rate: number(rate) }));
 
 export const kValueTexts = {
   codec: (codec) => t(`codec.${codec}`),

@@ -10,11 +10,12 @@ import { call, read } from "/page/api.js";
 import { channelOf, profileName } from "/page/channels.js";
 import { copy } from "/page/clipboard.js";
 import { Icon } from "/page/icons.js";
-import { Button, Empty, Failed, Loading, Switch } from "/page/parts.js";
+import { Button, Empty, Failed, Loading, PasswordField, Switch } from "/page/parts.js";
 import { ask, notice, timesBack } from "/page/store.js";
 import { number, plain, t } from "/page/texts.js";
 
 const kLongestPassword = 31;
+const kShortestPassword = 6;
 const kQuiet = 4; // modules around the code
 const kThisMachine = /^(localhost|127\.\d+\.\d+\.\d+|\[::1\])$/;
 
@@ -46,10 +47,11 @@ function QrCode({ text }) {
 const isForAll = !kThisMachine.test(location.hostname);
 const originOf = (host) => (isForAll ? location.origin : host.origin ?? location.origin);
 
-// Names how others may reach the page, if only this machine can open its links.
+// How others may reach the page, if only this machine can open its links.
 function ThisMachine({ host }) {
-  const names = [host.name, host.address].filter(Boolean).join(", ");
-  return html`<p class="care-box">${t("share.this_machine", { opened: location.hostname, names })}</p>`;
+  const page = Object.assign(new URL(location.href), { hostname: host.address ?? host.name });
+  const [before, after] = t("share.this_machine", { page: "\n" }).split("\n");
+  return html`<p class="care-box">${before}<a href=${page.href}>${page.origin}</a>${after}</p>`;
 }
 
 // A code for a phone is behind a button, because it is of no use on the phone itself.
@@ -73,16 +75,21 @@ function Link({ profile, share, renew, host }) {
 
 function Password({ profile, share, protect, name }) {
   const id = `password-${profile}`;
+  const [isShort, setShort] = useState(false);
   const submit = async (event) => {
     event.preventDefault();
     const field = event.target.elements.password;
+    setShort([...field.value].length < kShortestPassword);
+    if ([...field.value].length < kShortestPassword) return field.focus();
     if (await protect(share.password ? "change_password" : "set_password", field.value)) field.value = "";
   };
   return html`<p class="protection"><${Icon} name=${share.password ? "lock" : "info"} />
       <span><strong>${t(share.password ? "share.has_password" : "share.has_none")}</strong> ${t(name ? "share.guest_named" : "share.guest", { name })}</span></p>
-    <form class="line-form" onSubmit=${submit}>
-      <div class="field"><label for=${id}>${t(share.password ? "share.new_password" : "share.password")}</label>
-        <input id=${id} name="password" type="password" maxlength=${kLongestPassword} required autocomplete="new-password" /></div>
+    <form class="line-form" onSubmit=${submit} onInput=${() => setShort(false)}>
+      <${PasswordField} id=${id} label=${t(share.password ? "share.new_password" : "share.password")} maxlength=${kLongestPassword}
+        autocomplete="new-password" aria-invalid=${isShort} aria-describedby=${`${id}-rule`} />
+      <p id=${`${id}-rule`} class=${isShort ? "problem" : "quiet"} role="status">
+        ${isShort && html`<${Icon} name="alert" />`}${t(isShort ? "share.password_short" : "share.password_rule", { least: kShortestPassword })}</p>
       <button class="plain">${t(share.password ? "do.change_password" : "do.set_password")}</button>
       ${share.password && html`<${Button} act=${() => protect("remove_password", null)}>${t("do.remove_password")}<//>`}
     </form>`;
@@ -116,16 +123,22 @@ function useShares(channels) {
   return [shares, load];
 }
 
-// What becomes of the link and of the password is said before.
-const sure = (kind, name, share) => ask({
+function losing(guests) {
+  if (guests === 0) return t("share.nobody_watches");
+  return guests === 1 ? t("guests.one_loses") : t("guests.many_lose", { count: number(guests) });
+}
+
+// What becomes of guests, of the link and of the password is said before.
+const sure = (kind, name, share, guests) => ask({
   title: t(`${kind}.title`, { name }),
-  consequences: [t(`${kind}.guests`), t(`${kind}.link`), share.password && `${kind}.password`].filter(Boolean).map(t),
+  consequences: [losing(guests), t(`${kind}.link`), share.password && t(`${kind}.password`)].filter(Boolean),
   yes: t(`do.${kind}`),
   isLoss: true,
 });
 
 function SharedProfile({ profile, share, load, state }) {
   const name = profileName(state, profile);
+  const isSure = (kind) => sure(kind, name, share, state.viewers[profile.profile]);
   const send = async (method, path, body, done) => {
     const worked = await attempt(() => call(method, `/profiles/${profile.profile}${path}`, body));
     await load();
@@ -134,11 +147,11 @@ function SharedProfile({ profile, share, load, state }) {
   };
   const turn = async (on) => {
     if (on) await send("PUT", "/share", { on }, "shared");
-    else if (await sure("revoke", name, share)) await send("PUT", "/share", { on }, "revoked");
+    else if (await isSure("revoke")) await send("PUT", "/share", { on }, "revoked");
   };
-  const renew = async () => (await sure("renew", name, share)) && send("POST", "/share/renewal", {}, "renewed");
+  const renew = async () => (await isSure("renew")) && send("POST", "/share/renewal", {}, "renewed");
   const protect = async (kind, password) =>
-    (await sure(kind, name, share)) && send("PUT", "/share", { on: true, password }, kind);
+    (await isSure(kind)) && send("PUT", "/share", { on: true, password }, kind);
   return html`<li class="card share" data-profile=${profile.profile}>
     <h2><bdi>${name}</bdi></h2>
     <${Switch} label=${t("share.on")} on=${share.on} change=${turn} />

@@ -3,10 +3,11 @@
 
 // A form that offers only what the camera can do, and then shows what was asked for and what was taken.
 
-import { html, useEffect, useState } from "/libraries/preact.js";
+import { html, useState } from "/libraries/preact.js";
 import { setStream } from "/page/actions.js";
-import { Busy, Button, Choice, Failed } from "/page/parts.js";
-import { kValueTexts, settingName } from "/page/settings.js";
+import { Icon } from "/page/icons.js";
+import { Busy, Button, Choice, Fact, Failed } from "/page/parts.js";
+import { isSlow, kValueTexts, secondsEach, settingName } from "/page/settings.js";
 import { t } from "/page/texts.js";
 
 const sizeKey = ({ width, height }) => `${width}x${height}`;
@@ -36,23 +37,24 @@ function offered(codecs, wish) {
   return { codec, size, rate };
 }
 
-// The settings with which this stream has another format, or undefined if the camera does not offer it.
-export function inCodec(formats, channel, name) {
+// The settings that are wished, with another format, or undefined if the camera does not offer it.
+export function inCodec(formats, wish, name) {
   const codecs = inOrder(formats).filter((one) => one.codec === name);
   if (codecs.length === 0) return undefined;
-  const { size, rate } = offered(codecs, asOf(channel));
+  const { size, rate } = offered(codecs, wish);
   return { codec: name, width: size.width, height: size.height, rate };
 }
 
-const asOf = (channel) => ({ codec: channel.codec, size: sizeKey(channel), rate: String(channel.rate) });
+// What is chosen in the lists, at first.
+export const asOf = (channel) => ({ codec: channel.codec, size: sizeKey(channel), rate: String(channel.rate) });
 
 function Taken({ outcome }) {
   const { asked, taken, not_stored: notStored = [] } = outcome;
   const [before, after] = [asked, { ...asked, ...taken }].map((one) => ({ ...one, size: sizeKey(one) }));
   const rows = Object.entries(kValueTexts).map(([name, text]) => ({ name, asked: text(before[name]), taken: text(after[name]) }));
   const isAll = rows.every((one) => one.asked === one.taken);
-  return html`<div class="taken" role="status">
-    <p>${isAll ? t("taken.all", { settings: rows.map((one) => one.taken).join(", ") }) : t("taken.other")}</p>
+  return html`<div class=${isAll ? "taken all" : "taken"} role="status">
+    <p>${isAll && html`<${Icon} name="tick" />`}${isAll ? t("taken.all", { settings: rows.map((one) => one.taken).join(", ") }) : t("taken.other")}</p>
     ${!isAll && html`<table><thead><tr><td></td><th scope="col">${t("asked")}</th><th scope="col">${t("taken")}</th></tr></thead>
       <tbody>${rows.map((one) => html`<tr key=${one.name} class=${one.asked === one.taken ? "" : "differs"}>
         <th scope="row">${t(one.name)}</th><td>${one.asked}</td><td>${one.taken}</td></tr>`)}</tbody></table>`}
@@ -68,13 +70,17 @@ function Choices({ codecs, wish, setWish, disabled }) {
     rate: size.rates.map((one) => ({ value: String(one), text: kValueTexts.rate(one) })),
   };
   const values = { codec: codec.codec, size: sizeKey(size), rate: String(rate) };
-  return Object.keys(options).map((name) => html`<${Choice} key=${name} id=${`stream-${name}`} label=${t(name)} value=${values[name]}
-    options=${options[name]} disabled=${disabled} change=${(value) => setWish({ ...values, [name]: value })} />`);
+  const isFact = (name) => options[name].length === 1 && !disabled;
+  return Object.keys(options).map((name) => isFact(name)
+    ? html`<${Fact} key=${name} label=${t(name)}>${options[name][0].text}<//>`
+    : html`<${Choice} key=${name} id=${`stream-${name}`} label=${t(name)} value=${values[name]}
+        options=${options[name]} disabled=${disabled} change=${(value) => setWish({ ...values, [name]: value })} />`);
 }
 
 // What there is to know about the lists; that there is but one rate needs a reason.
 function explanation(codecs, wish) {
-  const { codec, size } = offered(codecs, wish);
+  const { codec, size, rate } = offered(codecs, wish);
+  if (isSlow(rate)) return t("stream.slow", { seconds: secondsEach(rate) });
   if (size.rates.length > 1) return t("stream.explained");
   const allowsMore = (one) => pixels(one) < pixels(size) && one.rates[0] > size.rates[0];
   return t(codec.sizes.some(allowsMore) ? "stream.one_rate_smaller" : "stream.one_rate");
@@ -83,12 +89,10 @@ function explanation(codecs, wish) {
 // Until the camera has answered, what is set is in the place of what can be.
 const asSet = ({ codec, width, height, rate }) => ({ codecs: [{ codec, sizes: [{ width, height, rates: [rate] }] }] });
 
-function Form({ channel, formats }) {
+function Form({ channel, formats, wish, setWish }) {
   const codecs = inOrder(formats ?? asSet(channel));
-  const [wish, setWish] = useState(asOf(channel));
   const [outcome, setOutcome] = useState(null);
   const [isAsking, setAsking] = useState(false);
-  useEffect(() => setWish(asOf(channel)), [channel.codec, sizeKey(channel), channel.rate]); // what is stored now
   const submit = async (event) => {
     event.preventDefault();
     const { codec, size, rate } = offered(codecs, wish);
@@ -111,7 +115,7 @@ function Form({ channel, formats }) {
   </form>`;
 }
 
-export function StreamForm({ channel, formats, again }) {
+export function StreamForm({ channel, formats, again, wish, setWish }) {
   const isEmpty = formats?.codecs.length === 0;
   const hasChoices = formats ? !isEmpty : formats === null && channel.width > 0;
   return html`<section class="card" aria-labelledby="stream">
@@ -119,6 +123,6 @@ export function StreamForm({ channel, formats, again }) {
     ${formats === null && !hasChoices && html`<${Busy} text=${t("formats.asking")} />`}
     ${formats === undefined && html`<${Failed} again=${again} />`}
     ${isEmpty && html`<p>${t("formats.none")}</p><${Button} act=${again}>${t("again")}<//>`}
-    ${hasChoices && html`<${Form} channel=${channel} formats=${formats} />`}
+    ${hasChoices && html`<${Form} channel=${channel} formats=${formats} wish=${wish} setWish=${setWish} />`}
   </section>`;
 }

@@ -40,6 +40,6 @@ export function Timeline({ marks, kinds, from, to }) {
         <${Mark} key=${`${one.kind} ${one.from}`} mark=${one} from=${from} to=${to} point=${point} />`)}</div></div>`)}
     <${Scale} from=${from} to=${to} />
   </div>
-  ${legend.length > 0 && html`<p class="legend quiet">${legend.map(([kind, words]) => html`<span key=${kind}><span class=${`mark ${kind}`}></span>${words}</span>`)}</p>`}
+  ${legend.length > 0 && html`<ul class="legend quiet">${legend.map(([kind, words]) => html`<li key=${kind}><span class=${`mark ${kind}`}></span>${words}</li>`)}</ul>`}
   <p class="pointed" aria-hidden="true">${pointed || t("charts.point")}</p>`;
 }

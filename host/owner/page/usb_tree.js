@@ -19,11 +19,14 @@ const kIndent = 22;
 const kBold = 8.8; // a letter
 const kLetter = 7;
 
-function portNode(port, channels) {
+function portNode(port, channels, free) {
   const channel = channels[port.channel];
-  const below = port.ports.map((one) => portNode(one, channels));
+  const below = port.ports.map((one) => portNode(one, channels, free));
   const empty = { title: port.port, text: t("usb.empty"), kind: "empty", isPort: true, below };
-  if (port.hub) return { ...empty, title: t("usb.hub"), text: port.port, kind: "hub" };
+  if (port.hub) {
+    const room = free.some((one) => one.startsWith(`${port.port}.`)) ? "usb.has_room" : "usb.full";
+    return { ...empty, title: t("usb.hub"), text: `${port.port} · ${t(room)}`, kind: "hub" };
+  }
   if (!channel) return empty;
   const word = standing(channel);
   const text = `${port.port} · ${t(`state.${word}`)}`;
@@ -31,7 +34,7 @@ function portNode(port, channels) {
 }
 
 function controllerNode(controller, channels) {
-  const below = controller.ports.map((one) => portNode(one, channels));
+  const below = controller.ports.map((one) => portNode(one, channels, controller.free_ports));
   const hasRoom = controller.free_ports.length > 0;
   const note = hasRoom ? t("usb.has_room") : below.length === 0 && t("usb.no_camera");
   const text = [t("usb.buses", { buses: controller.buses.join(", ") }), note].filter(Boolean).join(" · ");

@@ -76,7 +76,7 @@ class StandIn:
         self.shares = {0: {"on": True, "password": True, "page": "/share?ssid=39202766&token=" + 32 * "a"}}
         self.refusal: dict[str, Any] | None = None  # of every change, or of those at a path
         self.refused_path = ""
-        self.has_picture = True
+        self.has_picture = self.has_stream = True
         self.away = self.signed_in = self.missing = False
         self.slow = 0.0  # seconds that every answer takes
         self.hangs = False
@@ -173,6 +173,8 @@ class File(StaticFileHandler):
 
     async def prepare(self) -> None:
         await self.standin.take_time()
+        if not self.standin.has_stream:
+            self.send_error(503)
 
 
 class Picture(File):

@@ -20,6 +20,8 @@ def test_a_stream_without_a_picture_has_only_begun(owner: Owner, standin: StandI
     owner.open()
     height = "document.querySelector('[data-channel=\"0\"] .picture').offsetHeight"
     assert owner.sees_on_card(0, "Begins", "Waiting for the picture …")
+    drawn = "[...document.querySelectorAll('.usb-tree title')].map((one) => one.textContent)"
+    assert "Front door, 3-1.1 · Begins" in owner.evaluate(drawn)
     before = owner.evaluate(height)
     standin.has_picture = True
     assert owner.sees_on_card(0, "Streams")

@@ -10,6 +10,7 @@ from typing import Any
 import pytest
 from browser import Owner
 from made_up import FORMATS, SIZES
+from selenium.webdriver import Keys
 from standin import StandIn
 
 
@@ -53,6 +54,54 @@ def test_a_picture_that_the_host_encodes_is_turned_at_once(owner: Owner, standin
     assert owner.field("Turn the picture").get_attribute("value") == "mirror"
     owner.choose("Turn the picture", UPSIDE_DOWN)
     assert owner.wait(lambda: streams_changed(standin) == [{"flip": True, "mirror": True}])
+
+
+def test_with_the_keyboard_a_choice_is_made_when_it_rests_or_with_enter(owner: Owner, standin: StandIn) -> None:
+    """Each of the steps on the way would begin the stream anew."""
+    owner.open("profile/0")
+    owner.sees("Save")
+    owner.evaluate("void (window.later = setTimeout, window.setTimeout = (act, time) => time !== 1000 && later(act, time))")  # no rest
+    owner.evaluate("document.getElementById('turn').focus()")
+    owner.press_keys(Keys.ARROW_UP, Keys.ARROW_UP)
+    assert owner.wait(lambda: owner.field("Turn the picture").get_attribute("value") == "turn.none")
+    assert streams_changed(standin) == []
+    owner.press_keys(Keys.ENTER)
+    assert owner.wait(lambda: streams_changed(standin) == [{"flip": False, "mirror": False}])
+    owner.evaluate("void (window.setTimeout = later)")
+    owner.press_keys(Keys.ARROW_DOWN)
+    assert owner.wait(lambda: streams_changed(standin)[1:] == [{"flip": True, "mirror": True}])
+
+
+def test_a_choice_that_is_not_saved_is_kept_when_the_format_changes(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][0] |= {"codec": "mjpeg", "rate": 30, "overlay": True, "mirror": False}
+    owner.open("profile/0")
+    owner.choose("Size", "640 × 480")
+    owner.choose("Turn the picture", UPSIDE_DOWN)
+    owner.press("Change to H.264")
+    assert owner.wait(lambda: streams_changed(standin) == [{**IN_H264, "width": 640, "height": 480, "flip": True, "mirror": True}])
+
+
+def test_what_there_is_to_choose_from_is_a_list_and_what_not_a_fact(owner: Owner, monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setitem(FORMATS, "codecs", [{"codec": "h264", "sizes": [{"width": 1280, "height": 720, "rates": [0.125]}, SIZES[2]]}])
+    owner.open("profile/0")
+    assert owner.wait(lambda: owner.evaluate("[...document.querySelectorAll('.stream-form select')].map((one) => one.id)") == ["stream-size"])
+    assert owner.text(".stream-form").count("1 picture every 8 seconds") == 1
+    assert owner.sees("The first picture then takes up to 8 seconds.")
+
+
+def test_who_waits_for_a_slow_picture_hears_how_long(owner: Owner, standin: StandIn) -> None:
+    """What plays is live, and can be enlarged."""
+    owner.open("profile/0")
+    assert owner.wait(lambda: owner.text(".live") == "Live\nSound on\nFull view")
+    standin.hang()
+    owner.sees("No picture: the host does not answer.")
+    standin.state["channels"][0]["rate"] = 0.125
+    standin.has_stream = False
+    standin.hangs = False
+    assert owner.sees("Waiting for the picture … One comes every 8 seconds.")
+    assert owner.wait(lambda: owner.text(".lead .standing") == "Begins")
+    standin.has_stream = True
+    owner.complaints()  # of the stream that is not there
 
 
 def test_a_camera_that_does_not_stream_gives_up_its_profile_not_its_stream(owner: Owner) -> None:

@@ -78,8 +78,15 @@ def test_an_owner_sees_how_many_guests_watch(owner: Owner, standin: StandIn) -> 
     assert owner.sees("2 guests are watching now.", "Guests who watch on an iPhone are not counted.")
     standin.tell("viewers", [1, 0, 0, 0])
     assert owner.sees("One guest is watching now.")
+    owner.press("Make a new link")
+    assert owner.sees("One guest is watching now, and sees no picture any more.")
+    owner.press("Cancel")
     standin.tell("viewers", [0, 0, 0, 0])
     assert owner.sees("No guest is watching now.")
+    owner.press("Make a new link")
+    assert owner.wait(lambda: "No guest is watching now." in owner.text("dialog"))
+    assert "any more" not in owner.text("dialog")
+    owner.press("Cancel")
 
 
 def test_a_camera_that_is_plugged_in_appears_at_once(owner: Owner, standin: StandIn) -> None:
@@ -174,11 +181,33 @@ def test_a_camera_that_waits_is_offered_one_thing_to_do(owner: Owner, standin: S
     camera["reasons"].append({**camera["reasons"][0], "reason": "unbound", "cause": "unbound"})
     owner.open()
     assert owner.sees_on_card(1, "It waits for “Front door”", "Stream this one instead")
+    assert owner.sees_on_card(1, "It has no profile as long as it waits; “Stream this one instead” gives it one.")
     assert "Start its stream" not in owner.card(1)
     camera["reasons"].append({**camera["reasons"][0], "reason": "switched_off", "cause": "switched_off"})
     standin.tell("channels", standin.state["channels"])
     assert owner.sees_on_card(1, "Switch the port on")
     assert "instead" not in owner.card(1)
+
+
+@pytest.mark.parametrize(
+    ("channel", "is_said"), [(0, True), (1, False), (2, False), (5, False)], ids=["streams", "waits", "switched_off", "unplugged"]
+)
+def test_only_of_a_camera_that_sends_pictures_size_and_rate_are_said(owner: Owner, channel: int, is_said: bool) -> None:
+    owner.open()
+    owner.sees_on_card(channel, "Profile")
+    assert ("Rate" in owner.card(channel), "Size" in owner.card(channel)) == (is_said, is_said)
+
+
+def test_a_card_stays_as_high_as_it_is_when_something_on_it_is_pressed(owner: Owner, standin: StandIn) -> None:
+    owner.open()
+    owner.sees_on_card(2, "Switch the port on")
+    height = "document.querySelector('[data-channel=\"2\"]').offsetHeight"
+    before = owner.evaluate(height)
+    standin.state["channels"][2] |= {"switched_on": True, "reasons": []}
+    owner.press("Switch the port on")
+    standin.tell("channels", standin.state["channels"])
+    assert owner.sees_on_card(2, "Begins")
+    assert owner.evaluate(height) == before
 
 
 def test_the_keyboard_goes_to_the_camera_when_what_was_pressed_disappears(owner: Owner, standin: StandIn) -> None:
@@ -250,8 +279,22 @@ def test_it_is_said_that_a_password_is_lost_with_the_link(owner: Owner) -> None:
     owner.turn("Share this camera")
     assert owner.sees("Its password is lost too: sharing again begins without one.")
     owner.press("Cancel")
-    owner.press("Replace the link")
+    owner.press("Make a new link")
     assert owner.sees("The password stays.")
+
+
+def test_a_password_of_guests_that_is_too_short_is_not_sent(owner: Owner, standin: StandIn) -> None:
+    owner.open("sharing")
+    owner.sees("At least 6 characters.")
+    owner.enter("New password for guests", "short")
+    owner.press("Change password")
+    assert owner.sees("This password is too short: it needs at least 6 characters.")
+    assert owner.evaluate("document.activeElement.id") == "password-0"
+    owner.enter("New password for guests", "longer")
+    owner.press("Change password")
+    assert owner.sees("The link changes: the one that you gave away stops working")
+    owner.press("Cancel")
+    assert standin.asked == []
 
 
 def test_a_link_that_only_the_host_can_open_is_not_shown_to_a_phone(owner: Owner, standin: StandIn) -> None:
@@ -260,7 +303,9 @@ def test_a_link_that_only_the_host_can_open_is_not_shown_to_a_phone(owner: Owner
     owner.sees("Copy link", "Show to a phone")
     assert "Only this host itself" not in owner.text()
     with local(owner, standin) as here:
-        assert here.sees("because you opened the page as 127.0.0.1", "(Attic, 192.168.1.5)", f"http://127.0.0.1:{standin.port}/share?")
+        assert here.sees(f"http://127.0.0.1:{standin.port}/share?", "Only this host itself can open this link.")
+        page = here.browser.find_element(By.CSS_SELECTOR, ".care-box a").get_attribute("href")
+        assert page == f"http://192.168.1.5:{standin.port}/#/sharing"
         assert "Show to a phone" not in here.text()
 
 
@@ -381,8 +426,16 @@ def test_the_picture_of_usb_has_controllers_without_a_camera_and_says_where_ther
     standin.state["usb"]["controllers"].append({"path": "/x", "bridge": None, "buses": [9], "ports": [], "free_ports": []})
     owner.open()
     assert owner.sees("There is room for one more camera in the USB ports 1-3, 1-5 to 1-7, 5-3 to 5-4, and 7-1 to 7-2.")
+    assert "Hub, 3-1 · no room" in titles(owner)
     controllers = [title for title in titles(owner) if title.startswith("USB controller")]
     assert controllers == [f"USB controller, bus {one}" for one in ("3", "5 · has room", "1 · has room", "7, 8 · has room", "9 · no camera")]
+
+
+def test_free_ports_of_a_hub_are_said_to_have_room(owner: Owner, standin: StandIn) -> None:
+    standin.state["usb"]["controllers"][1]["free_ports"] = ["3-2", "3-1.3", "3-1.4"]
+    owner.open()
+    assert owner.sees("3-2, 3-1.3 to 3-1.4, 5-3 to 5-4")
+    assert "Hub, 3-1 · has room" in titles(owner)
 
 
 def test_a_camera_of_the_picture_leads_to_its_page(owner: Owner) -> None:
@@ -464,10 +517,17 @@ def test_a_wrong_password_is_forgiven_when_one_types_again(owner: Owner, standin
     standin.signed_in = False
     owner.evaluate("localStorage.clear()")
     owner.open()
-    owner.sign_in("ann", "wrong")
-    assert owner.sees("User or password is wrong.")
+    owner.enter("User name", "ann")
+    owner.enter("Password", "wrong")
+    owner.press("Show the password")
+    assert owner.field("Password").get_attribute("type") == "text"
+    place = "document.getElementById('password').getBoundingClientRect().top"
+    before = owner.evaluate(place)
+    owner.press("Sign in")
+    assert owner.sees("The user name or the password is wrong.")
+    assert owner.evaluate(place) == before
     owner.enter("Password", "s")
-    assert "User or password is wrong." not in owner.text()
+    assert "The user name or the password is wrong." not in owner.text()
     owner.complaints()  # of the refusal
 
 
@@ -613,6 +673,16 @@ def test_the_page_does_not_move_sideways_when_a_list_gets_short(owner: Owner) ->
     assert "stable" in owner.evaluate("getComputedStyle(document.documentElement).scrollbarGutter")
 
 
+def test_help_begins_with_what_to_do_and_with_the_words(owner: Owner) -> None:
+    owner.open("host")
+    owner.sees("Something does not work?")
+    headings = "[...document.querySelectorAll('main h2')].map((one) => one.textContent)"
+    assert owner.evaluate(headings)[:2] == ["What to do when there is no picture", "The words on these pages"]
+    assert "Somebody without an account" not in owner.text()
+    owner.evaluate("document.querySelectorAll('summary')[1].click()")
+    assert owner.sees("Somebody without an account who watches one camera", "The host compresses the pictures")
+
+
 def test_a_report_is_made_where_somebody_looks(owner: Owner) -> None:
     owner.size(390, 600)
     owner.open("host")
@@ -645,14 +715,14 @@ def test_the_rows_of_a_chart_are_cameras_and_of_namesakes_the_ports_are_shown(ow
 
 def test_below_the_curves_are_the_latest_values(owner: Owner) -> None:
     owner.open("charts")
-    legend = "[...document.querySelectorAll('.u-legend .u-series')].map((one) => [...one.children].map((part) => part.textContent))"
-    assert owner.wait(lambda: owner.evaluate(legend) == [["Time", "now"], ["USB bus 1", "0%"], ["USB bus 3", "41%"]])
+    legend = "[...document.querySelectorAll('ul.legend:last-of-type li')].map((one) => one.textContent.trim()).filter((one) => one.includes(':'))"
+    assert owner.wait(lambda: owner.evaluate(legend) == ["Time: now", "USB bus 1: 0%", "USB bus 3: 41%"])
 
 
 def test_a_mark_is_chosen_with_a_finger_too(owner: Owner) -> None:
     owner.size(390, 844)
     owner.open("charts")
-    assert owner.sees("Choose a mark to see its time here.")
+    assert owner.sees("Point at a mark, or choose it: here is its time.")
     owner.evaluate("document.querySelector('.mark.unplugged[tabindex]').click()")
     assert owner.sees("Garage with a name that is rather long, unplugged")
 

@@ -28,7 +28,7 @@ def test_sign_in_and_see_the_cameras(ann: Owner) -> None:
 def test_mistype_the_password(ann: Owner) -> None:
     ann.press("Sign out")
     ann.sign_in("ann", "correct house")
-    assert ann.sees("User or password is wrong.")
+    assert ann.sees("The user name or the password is wrong.")
     ann.enter("Password", "correct horse" + Keys.ENTER)
     assert ann.sees("Overview")
     assert len(ann.complaints()) == 1  # the refusal
@@ -37,7 +37,7 @@ def test_mistype_the_password(ann: Owner) -> None:
 def test_plug_a_camera_in_and_see_it_appear(ann: Owner) -> None:
     assert ann.sees("No camera is plugged in")
     run("sim plug usb2-camera 3-1")
-    assert ann.sees_on_card(0, "USB 2.0 Camera: USB Camera", "3-1", "Not started")
+    assert ann.sees_on_card(0, "USB 2.0 Camera: USB Camera", "3-1", "No stream")
 
 
 def test_give_a_camera_a_profile(ann: Owner) -> None:
@@ -193,7 +193,7 @@ def test_take_the_profile_away_knowing_what_is_lost(door: Owner) -> None:
     assert door.sees("Its profile becomes free for another camera.", "Its name is lost.")
     door.press("End this stream")
     assert door.is_told("The stream of “Door” has ended, and its profile is free.")
-    assert door.sees_on_card(0, "Not started")
+    assert door.sees_on_card(0, "No stream")
     assert "Door" not in run("usbdevctl profiles")
 
 
