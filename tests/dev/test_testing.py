@@ -19,6 +19,33 @@ expected 1, found 2
 71% tests passed, 2 tests failed out of 7
 """
 
+# What ctest keeps of programs that say how many cases they ran, each between its title and its result.
+ENDS = """\
+1/7 Testing: of GoogleTest
+[==========] 42 tests from 3 test suites ran. (8 ms total)
+[  PASSED  ] 42 tests.
+Test Passed.
+2/7 Testing: of pytest
+.....                                                                [100%]
+5 passed, 20 deselected in 96.51s (0:01:36)
+Test Passed.
+3/7 Testing: of GoogleTest that fails
+[  PASSED  ] 3 tests.
+[  FAILED  ] 2 tests, listed below:
+[  FAILED  ] Suite.Case
+Test Failed.
+4/7 Testing: of pytest that fails
+1 failed, 4 passed, 2 errors in 3.20s
+Test Failed.
+5/7 Testing: that ends early
+Test Failed.
+6/7 Testing: another
+Test Passed.
+7/7 Testing: of GoogleTest that leaks
+[  PASSED  ] 2 tests.
+Test Failed.
+"""
+
 
 def last_line(output: str) -> str:
     return output.splitlines()[-1]
@@ -62,6 +89,14 @@ def test_failed_tests_are_counted_and_shown(machine: Machine) -> None:
     outcome = machine.dev("test")
     assert outcome.status == 1 and last_line(outcome.output) == "15 passed, 6 failed"
     assert outcome.output.count("expected 1, found 2") == 3
+
+
+def test_a_program_counts_as_the_cases_that_it_ran(machine: Machine) -> None:
+    kept = machine.tree / "build/release/Testing/Temporary/LastTest.log"
+    kept.parent.mkdir(parents=True)
+    kept.write_text(ENDS)
+    machine.tests_end_with("43% tests passed, 4 tests failed out of 7\n", status=8)
+    assert last_line(machine.dev("test", "Name").output) == "57 passed, 7 failed"
 
 
 def test_a_test_program_that_fails_without_a_failed_test_counts_as_one(machine: Machine) -> None:

@@ -15,6 +15,24 @@ without_randomised_addresses() {
   if setarch "$(uname -m)" -R true 2>/dev/null; then setarch "$(uname -m)" -R "$@"; else "$@"; fi
 }
 
+# Prints how many more cases than tests passed and failed: GoogleTest and pytest end with how many cases they ran.
+more_cases() {
+  awk '
+    /^[0-9]+\/[0-9]+ Testing: / { passed = failed = 0 }
+    /^\[  PASSED  \] [0-9]+ test/ { passed = $4 }
+    /^\[  FAILED  \] [0-9]+ test/ { failed = $4 }
+    /^[0-9]+ (passed|failed|error).* in [0-9.]+s/ {
+      passed = failed = 0
+      for (word = 2; word <= NF; word++) {
+        if ($word ~ /^passed,?$/) passed = $(word - 1)
+        if ($word ~ /^(failed|errors?),?$/) failed += $(word - 1)
+      }
+    }
+    /^Test Passed\.$/ && passed { more_passed += passed - 1 }
+    /^Test Failed\.$/ { more_passed += passed; more_failed += failed ? failed - 1 : 0 }
+    END { print more_passed + 0, more_failed + 0 }'
+}
+
 # run_tests PRESET OPTIONS...: runs the tests of a preset and adds its result to the sums. Many tests only wait, so it runs
 # four at a time for each processor, or as many as tests_at_a_time says.
 run_tests() {
@@ -30,9 +48,14 @@ run_tests() {
   if [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; then bad=$((${bad:-0} + 1)); fi
   failed=$((failed + ${bad:-0}))
   passed=$((passed + ${ran:-0} - ${bad:-0}))
+  outputs=build/$preset/Testing/Temporary/LastTest.log
+  if [ -e "$outputs" ]; then
+    more_cases <"$outputs" >"build/$preset/cases.sums"
+    add_sums "build/$preset/cases.sums"
+  fi
 }
 
-# Adds the sums of another process.
+# Adds the sums in a file.
 add_sums() {
   read -r other_passed other_failed <"$1"
   passed=$((passed + other_passed))
