@@ -3,12 +3,12 @@
 
 // What an owner can do with a camera. What loses something is asked about first; what the host refuses is taken back.
 
-import { call } from "/page/api.js";
-import { attachedWithoutProfile, freeProfiles, nameOf, ownName } from "/page/channels.js";
-import { hostsWords } from "/page/hosts_words.js";
-import { differenceText } from "/page/settings.js";
-import { ask, change, notice, signedOut, view, withChannel } from "/page/store.js";
-import { hasText, t } from "/page/texts.js";
+import { call } from "./api.js";
+import { attachedWithoutProfile, freeProfiles, nameOf, ownName } from "./channels.js";
+import { hostsWords } from "./hosts_words.js";
+import { differenceText } from "./settings.js";
+import { ask, change, notice, signedOut, view, withChannel } from "./store.js";
+import { hasText, t } from "./texts.js";
 
 // The camera that is in the way of a change.
 function other(number) {

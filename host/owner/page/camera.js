@@ -3,12 +3,12 @@
 
 // A camera that has no profile: why, and what to do about it.
 
-import { html } from "/libraries/preact.js";
-import { standing } from "/page/channels.js";
-import { Icon } from "/page/icons.js";
-import { Standing } from "/page/overview.js";
-import { Reasons } from "/page/reasons.js";
-import { plain, t } from "/page/texts.js";
+import { html } from "../libraries/preact.js";
+import { standing } from "./channels.js";
+import { Icon } from "./icons.js";
+import { Standing } from "./overview.js";
+import { Reasons } from "./reasons.js";
+import { plain, t } from "./texts.js";
 
 export const CameraWithoutProfile = ({ channel, state }) => html`
   <p class="lead"><${Standing} word=${standing(channel)} />

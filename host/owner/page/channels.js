@@ -3,7 +3,7 @@
 
 // What a channel is called and how it is doing.
 
-import { hasText, plain, t } from "/page/texts.js";
+import { hasText, plain, t } from "./texts.js";
 
 export const ownName = (channel) =>
   plain(channel.profile_name || channel.device) || t("channel_number", { number: channel.channel });

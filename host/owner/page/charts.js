@@ -3,11 +3,11 @@
 
 // How the last hours or days went: as a picture, and as a table.
 
-import { html, useState } from "/libraries/preact.js";
-import { Choice, Empty, Failed, Loading, useAnswer } from "/page/parts.js";
-import { Plot } from "/page/plot.js";
-import { moment, number, percent, plain, t } from "/page/texts.js";
-import { Timeline } from "/page/timeline.js";
+import { html, useState } from "../libraries/preact.js";
+import { Choice, Empty, Failed, Loading, useAnswer } from "./parts.js";
+import { Plot } from "./plot.js";
+import { moment, number, percent, plain, t } from "./texts.js";
+import { Timeline } from "./timeline.js";
 
 const kSpans = { hour: 3600, day: 86400, week: 7 * 86400, month: 30 * 86400 }; // seconds
 const kMost = 200; // marks of a chart, and lines of its table

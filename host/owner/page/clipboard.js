@@ -3,8 +3,8 @@
 
 // Copies a text that the page shows.
 
-import { notice } from "/page/store.js";
-import { t } from "/page/texts.js";
+import { notice } from "./store.js";
+import { t } from "./texts.js";
 
 // Without a secure connection browsers let no page write to the clipboard; the text is then marked where it is shown.
 export async function copy(text, done, shown) {

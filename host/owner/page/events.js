@@ -3,15 +3,15 @@
 
 // What has happened, as it happens: the event log, the cameras that came and went, and what users did.
 
-import { html, useEffect, useRef, useState } from "/libraries/preact.js";
-import { attempt, explainReading } from "/page/actions.js";
-import { read } from "/page/api.js";
-import { hostsWords } from "/page/hosts_words.js";
-import { Icon } from "/page/icons.js";
-import { Button, Choice, Empty, Failed, Loading, Switch } from "/page/parts.js";
-import { saveFile } from "/page/save_file.js";
-import { timesBack } from "/page/store.js";
-import { currentLanguage, moment, plain, t } from "/page/texts.js";
+import { html, useEffect, useRef, useState } from "../libraries/preact.js";
+import { attempt, explainReading } from "./actions.js";
+import { read } from "./api.js";
+import { hostsWords } from "./hosts_words.js";
+import { Icon } from "./icons.js";
+import { Button, Choice, Empty, Failed, Loading, Switch } from "./parts.js";
+import { saveFile } from "./save_file.js";
+import { timesBack } from "./store.js";
+import { currentLanguage, moment, plain, t } from "./texts.js";
 
 const kPage = 50;
 const kTyping = 250; // milliseconds without a key before the host is asked

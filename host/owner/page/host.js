@@ -4,13 +4,13 @@
 // Help: the words of the pages, what to do without a picture, the report for whoever looks after the host, what the host can
 // do, and its technical facts.
 
-import { html, useEffect, useRef, useState } from "/libraries/preact.js";
-import { attempt } from "/page/actions.js";
-import { read } from "/page/api.js";
-import { copy } from "/page/clipboard.js";
-import { Busy, Button, Failed, Loading, useAnswer } from "/page/parts.js";
-import { saveFile } from "/page/save_file.js";
-import { hasText, plain, t } from "/page/texts.js";
+import { html, useEffect, useRef, useState } from "../libraries/preact.js";
+import { attempt } from "./actions.js";
+import { read } from "./api.js";
+import { copy } from "./clipboard.js";
+import { Busy, Button, Failed, Loading, useAnswer } from "./parts.js";
+import { saveFile } from "./save_file.js";
+import { hasText, plain, t } from "./texts.js";
 
 const kWords = ["host", "stream", "channel", "profile", "guest", "controller", "port", "hub", "waits", "mjpeg", "h264"];
 const kSteps = ["card", "wait", "replug", "direct", "report"];

@@ -3,7 +3,7 @@
 
 // What the host itself says, which is English in every language of the page.
 
-import { html } from "/libraries/preact.js";
-import { plain } from "/page/texts.js";
+import { html } from "../libraries/preact.js";
+import { plain } from "./texts.js";
 
 export const hostsWords = (text) => text && html`<span lang="en">${plain(text)}</span>`;

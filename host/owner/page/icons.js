@@ -3,7 +3,9 @@
 
 // Small pictures for buttons and states; they are never the only name of a thing.
 
-import { html } from "/libraries/preact.js";
+import { html } from "../libraries/preact.js";
+
+export const kEmblem = new URL("favicon.svg", import.meta.url).pathname;
 
 const kPaths = {
   overview: "M4 4h7v7H4zM13 4h7v7h-7zM4 13h7v7H4zM13 13h7v7h-7z",

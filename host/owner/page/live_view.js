@@ -3,14 +3,14 @@
 
 // The live picture of a profile.
 
-import { html, useEffect, useRef, useState } from "/libraries/preact.js";
-import { read } from "/page/api.js";
-import { LivePlayer } from "/page/live-player.js";
-import { Icon } from "/page/icons.js";
-import { Busy, Button } from "/page/parts.js";
-import { isSlow, secondsEach } from "/page/settings.js";
-import { hostIsAway, timesBack } from "/page/store.js";
-import { t } from "/page/texts.js";
+import { html, useEffect, useRef, useState } from "../libraries/preact.js";
+import { read } from "./api.js";
+import { LivePlayer } from "./live-player.js";
+import { Icon } from "./icons.js";
+import { Busy, Button } from "./parts.js";
+import { isSlow, secondsEach } from "./settings.js";
+import { hostIsAway, timesBack } from "./store.js";
+import { t } from "./texts.js";
 
 const kAgain = 2000; // milliseconds, as all of these
 const kStillWatched = 600000;

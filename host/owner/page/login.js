@@ -3,12 +3,12 @@
 
 // The way in.
 
-import { html, useEffect, useRef, useState } from "/libraries/preact.js";
-import { Icon } from "/page/icons.js";
-import { PasswordField } from "/page/parts.js";
-import { LanguageChoice } from "/page/shell.js";
-import { signIn } from "/page/store.js";
-import { t } from "/page/texts.js";
+import { html, useEffect, useRef, useState } from "../libraries/preact.js";
+import { Icon, kEmblem } from "./icons.js";
+import { PasswordField } from "./parts.js";
+import { LanguageChoice } from "./shell.js";
+import { signIn } from "./store.js";
+import { t } from "./texts.js";
 
 function useAttempt() {
   const [problem, setProblem] = useState("");
@@ -42,7 +42,7 @@ export function Login({ hasEnded }) {
   };
   return html`<main class="alone way-in">
     <form class="card login" onSubmit=${submit} onInput=${forgive}>
-      <img src="/page/favicon.svg" alt="" width="48" height="48" />
+      <img src=${kEmblem} alt="" width="48" height="48" />
       <h1>${t("sign_in")}</h1>
       <p class="quiet">${t("sign_in.explained")}</p>
       ${hasEnded && html`<p class="care-box">${t("error.signed_out")}</p>`}

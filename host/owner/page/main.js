@@ -3,21 +3,21 @@
 
 // Begins the page, and shows the part of it that the address names.
 
-import { html, render } from "/libraries/preact.js";
-import { CameraWithoutProfile } from "/page/camera.js";
-import { nameOf, profileName } from "/page/channels.js";
-import { Charts } from "/page/charts.js";
-import { Events } from "/page/events.js";
-import { Host } from "/page/host.js";
-import { Login } from "/page/login.js";
-import { Overview } from "/page/overview.js";
-import { Busy, Loading } from "/page/parts.js";
-import { Pictures } from "/page/pictures.js";
-import { Profile } from "/page/profile.js";
-import { Sharing } from "/page/sharing.js";
-import { Shell } from "/page/shell.js";
-import { begin, leaveRefusals, onChange, set, view } from "/page/store.js";
-import { awaitTexts, t } from "/page/texts.js";
+import { html, render } from "../libraries/preact.js";
+import { CameraWithoutProfile } from "./camera.js";
+import { nameOf, profileName } from "./channels.js";
+import { Charts } from "./charts.js";
+import { Events } from "./events.js";
+import { Host } from "./host.js";
+import { Login } from "./login.js";
+import { Overview } from "./overview.js";
+import { Busy, Loading } from "./parts.js";
+import { Pictures } from "./pictures.js";
+import { Profile } from "./profile.js";
+import { Sharing } from "./sharing.js";
+import { Shell } from "./shell.js";
+import { begin, leaveRefusals, onChange, set, view } from "./store.js";
+import { awaitTexts, t } from "./texts.js";
 
 const kPages = { "": Overview, pictures: Pictures, sharing: Sharing, events: Events, charts: Charts, host: Host };
 

@@ -3,15 +3,15 @@
 
 // The ten channels as cards, and how they hang together.
 
-import { html, useEffect, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
-import { addressOf, lastStanding, nameOf, standing, tone, withPicture } from "/page/channels.js";
-import { Icon } from "/page/icons.js";
-import { Empty, useReturn } from "/page/parts.js";
-import { Reasons } from "/page/reasons.js";
-import { rateText } from "/page/settings.js";
-import { hostIsAway } from "/page/store.js";
-import { t } from "/page/texts.js";
-import { UsbTree } from "/page/usb_tree.js";
+import { html, useEffect, useLayoutEffect, useRef, useState } from "../libraries/preact.js";
+import { addressOf, lastStanding, nameOf, standing, tone, withPicture } from "./channels.js";
+import { Icon } from "./icons.js";
+import { Empty, useReturn } from "./parts.js";
+import { Reasons } from "./reasons.js";
+import { rateText } from "./settings.js";
+import { hostIsAway } from "./store.js";
+import { t } from "./texts.js";
+import { UsbTree } from "./usb_tree.js";
 
 const kNewPicture = 1000; // milliseconds; the host writes one a second
 const kNoPictureYet = 5000;

@@ -3,12 +3,12 @@
 
 // Parts that several pages are made of.
 
-import { html, useEffect, useRef, useState } from "/libraries/preact.js";
-import { explainReading } from "/page/actions.js";
-import { read } from "/page/api.js";
-import { Icon } from "/page/icons.js";
-import { closeNotice, hostIsAway, leaveNews, timesBack } from "/page/store.js";
-import { plain, t } from "/page/texts.js";
+import { html, useEffect, useRef, useState } from "../libraries/preact.js";
+import { explainReading } from "./actions.js";
+import { read } from "./api.js";
+import { Icon } from "./icons.js";
+import { closeNotice, hostIsAway, leaveNews, timesBack } from "./store.js";
+import { plain, t } from "./texts.js";
 
 export const Busy = ({ text }) => html`<p class="progress" role="status"><span class="busy"></span>${text}</p>`;
 

@@ -3,12 +3,12 @@
 
 // Only the live pictures of the cameras that stream, beside each other and as large as fits, also for a screen on a wall.
 
-import { html } from "/libraries/preact.js";
-import { nameOf } from "/page/channels.js";
-import { Icon } from "/page/icons.js";
-import { LiveView } from "/page/live_view.js";
-import { Empty } from "/page/parts.js";
-import { t } from "/page/texts.js";
+import { html } from "../libraries/preact.js";
+import { nameOf } from "./channels.js";
+import { Icon } from "./icons.js";
+import { LiveView } from "./live_view.js";
+import { Empty } from "./parts.js";
+import { t } from "./texts.js";
 
 const Tile = ({ channel }) => html`<li><a href=${`#/profile/${channel.profile}`}>
   <${LiveView} profile=${channel.profile} name=${nameOf(channel)} /><bdi>${nameOf(channel)}</bdi></a></li>`;

@@ -3,10 +3,10 @@
 
 // Amounts over time, as lines.
 
-import { html, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
-import uPlot from "/libraries/uplot.js";
-import { timeFormat } from "/page/timeline.js";
-import { moment, percent, t } from "/page/texts.js";
+import { html, useLayoutEffect, useRef, useState } from "../libraries/preact.js";
+import uPlot from "../libraries/uplot.js";
+import { timeFormat } from "./timeline.js";
+import { moment, percent, t } from "./texts.js";
 
 const kHeight = 220; // pixels
 const kColours = ["--accent", "--good", "--care", "--bad"];

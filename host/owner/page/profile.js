@@ -3,17 +3,17 @@
 
 // One camera with its profile: what it shows, and all that can be set.
 
-import { html, useEffect, useState } from "/libraries/preact.js";
-import * as actions from "/page/actions.js";
-import { attachedWithoutProfile, channelOf, lastStanding, ownName, profileName, standing, withPicture } from "/page/channels.js";
-import { Icon } from "/page/icons.js";
-import { LiveView } from "/page/live_view.js";
-import { Standing } from "/page/overview.js";
-import { Button, CarefulChoice, Choice, Empty, Switch, useAnswer } from "/page/parts.js";
-import { Reasons } from "/page/reasons.js";
-import { asOf, inCodec, StreamForm } from "/page/stream_form.js";
-import { kValueTexts, rateText } from "/page/settings.js";
-import { plain, t } from "/page/texts.js";
+import { html, useEffect, useState } from "../libraries/preact.js";
+import * as actions from "./actions.js";
+import { attachedWithoutProfile, channelOf, lastStanding, ownName, profileName, standing, withPicture } from "./channels.js";
+import { Icon } from "./icons.js";
+import { LiveView } from "./live_view.js";
+import { Standing } from "./overview.js";
+import { Button, CarefulChoice, Choice, Empty, Switch, useAnswer } from "./parts.js";
+import { Reasons } from "./reasons.js";
+import { asOf, inCodec, StreamForm } from "./stream_form.js";
+import { kValueTexts, rateText } from "./settings.js";
+import { plain, t } from "./texts.js";
 
 const kLongestName = 63;
 const kSoundCodecs = ["aac", "ulaw"];

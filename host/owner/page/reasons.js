@@ -3,14 +3,14 @@
 
 // Why a camera does not stream, and what to do about it, in words and as buttons.
 
-import { html, useEffect, useRef } from "/libraries/preact.js";
-import * as actions from "/page/actions.js";
-import { freeProfiles, nameOf } from "/page/channels.js";
-import { hostsWords } from "/page/hosts_words.js";
-import { Icon } from "/page/icons.js";
-import { Button, withPorts } from "/page/parts.js";
-import { hasText, list, plain, t } from "/page/texts.js";
-import { rivalOf, roomFor, rootPort } from "/page/usb.js";
+import { html, useEffect, useRef } from "../libraries/preact.js";
+import * as actions from "./actions.js";
+import { freeProfiles, nameOf } from "./channels.js";
+import { hostsWords } from "./hosts_words.js";
+import { Icon } from "./icons.js";
+import { Button, withPorts } from "./parts.js";
+import { hasText, list, plain, t } from "./texts.js";
+import { rivalOf, roomFor, rootPort } from "./usb.js";
 
 function values(channel, reason, state) {
   const other = state.channels[reason.other_channel] ?? (reason.cause === "switched_off" ? rivalOf(channel, state) : undefined);

@@ -3,8 +3,8 @@
 
 // Saves a text as a file, where the browser keeps what it downloads.
 
-import { notice } from "/page/store.js";
-import { t } from "/page/texts.js";
+import { notice } from "./store.js";
+import { t } from "./texts.js";
 
 export function saveFile(text, type, file) {
   const link = document.createElement("a");

@@ -3,7 +3,7 @@
 
 // The settings of a stream, and their values, in words.
 
-import { number, t } from "/page/texts.js";
+import { number, t } from "./texts.js";
 
 // A rate below one a second is a time.
 export const isSlow = (rate) => rate > 0 && rate < 1;

@@ -3,16 +3,16 @@
 
 // The links with which people without an account watch a camera.
 
-import { html, useEffect, useMemo, useState } from "/libraries/preact.js";
-import qrcode from "/libraries/qrcode.js";
-import { attempt, explainReading } from "/page/actions.js";
-import { call, read } from "/page/api.js";
-import { channelOf, profileName } from "/page/channels.js";
-import { copy } from "/page/clipboard.js";
-import { Icon } from "/page/icons.js";
-import { Button, Empty, Failed, Loading, PasswordField, Switch } from "/page/parts.js";
-import { ask, notice, timesBack } from "/page/store.js";
-import { number, plain, t } from "/page/texts.js";
+import { html, useEffect, useMemo, useState } from "../libraries/preact.js";
+import qrcode from "../libraries/qrcode.js";
+import { attempt, explainReading } from "./actions.js";
+import { call, read } from "./api.js";
+import { channelOf, profileName } from "./channels.js";
+import { copy } from "./clipboard.js";
+import { Icon } from "./icons.js";
+import { Button, Empty, Failed, Loading, PasswordField, Switch } from "./parts.js";
+import { ask, notice, timesBack } from "./store.js";
+import { number, plain, t } from "./texts.js";
 
 const kLongestPassword = 31;
 const kShortestPassword = 6;

@@ -3,11 +3,11 @@
 
 // What is around every page: its name, the ways to the others, and whether the host answers.
 
-import { html, useEffect, useRef } from "/libraries/preact.js";
-import { Icon } from "/page/icons.js";
-import { Notices, Question } from "/page/parts.js";
-import { set, signOut } from "/page/store.js";
-import { changeLanguage, currentLanguage, kLanguages, plain, t } from "/page/texts.js";
+import { html, useEffect, useRef } from "../libraries/preact.js";
+import { Icon, kEmblem } from "./icons.js";
+import { Notices, Question } from "./parts.js";
+import { set, signOut } from "./store.js";
+import { changeLanguage, currentLanguage, kLanguages, plain, t } from "./texts.js";
 
 const kPages = [["overview", "#/"], ["sharing", "#/sharing"], ["events", "#/events"], ["charts", "#/charts"], ["host", "#/host"]];
 
@@ -57,7 +57,7 @@ export function Shell({ view, page, address, title, children }) {
       heading.current.focus();
     }}>${t("skip")}</a>
     <header>
-      <img src="/page/favicon.svg" alt="" width="28" height="28" />
+      <img src=${kEmblem} alt="" width="28" height="28" />
       <span class="host-name"><bdi>${plain(view.state?.host.name) || t("cameras")}</bdi></span>
       <${LanguageChoice} />
       <bdi class="user">${plain(view.session.user)}</bdi>

@@ -3,9 +3,9 @@
 
 // What the page knows, and the live connection that tells it. Everything that is shown is made of it.
 
-import { call, keepToken, read } from "/page/api.js";
-import { nameOf, withNamesakes } from "/page/channels.js";
-import { t } from "/page/texts.js";
+import { call, keepToken, read } from "./api.js";
+import { nameOf, withNamesakes } from "./channels.js";
+import { t } from "./texts.js";
 
 const kRetryAtFirst = 500; // milliseconds, as all of these
 const kRetryAtMost = 8000;

@@ -3,12 +3,12 @@
 
 // A form that offers only what the camera can do, and then shows what was asked for and what was taken.
 
-import { html, useState } from "/libraries/preact.js";
-import { setStream } from "/page/actions.js";
-import { Icon } from "/page/icons.js";
-import { Busy, Button, Choice, Fact, Failed } from "/page/parts.js";
-import { isSlow, kValueTexts, secondsEach, settingName } from "/page/settings.js";
-import { t } from "/page/texts.js";
+import { html, useState } from "../libraries/preact.js";
+import { setStream } from "./actions.js";
+import { Icon } from "./icons.js";
+import { Busy, Button, Choice, Fact, Failed } from "./parts.js";
+import { isSlow, kValueTexts, secondsEach, settingName } from "./settings.js";
+import { t } from "./texts.js";
 
 const sizeKey = ({ width, height }) => `${width}x${height}`;
 

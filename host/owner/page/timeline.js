@@ -3,8 +3,8 @@
 
 // What happened to each camera and when: a line for each, with marks for moments and bars for what lasted.
 
-import { html, useState } from "/libraries/preact.js";
-import { currentLanguage, t } from "/page/texts.js";
+import { html, useState } from "../libraries/preact.js";
+import { currentLanguage, t } from "./texts.js";
 
 const kDay = 86400; // seconds
 

@@ -3,7 +3,7 @@
 
 // Which cameras cannot stream at the same time, and where there is room for one more.
 
-import { list, t } from "/page/texts.js";
+import { list, t } from "./texts.js";
 
 const kHighSpeed = 480; // Mbit/s, as this
 const kSuperSpeed = 5000; // a socket has two ports then, of which the camera's speed decides

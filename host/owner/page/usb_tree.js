@@ -4,11 +4,11 @@
 // The USB controllers with what hangs on them, as a picture: who shares a port or a controller with whom, and where there is
 // room. On a phone each thing has a line; elsewhere the tree grows to the right.
 
-import { html, useLayoutEffect, useRef, useState } from "/libraries/preact.js";
-import { addressOf, ownName, standing, tone } from "/page/channels.js";
-import { withPorts } from "/page/parts.js";
-import { t } from "/page/texts.js";
-import { roomFor } from "/page/usb.js";
+import { html, useLayoutEffect, useRef, useState } from "../libraries/preact.js";
+import { addressOf, ownName, standing, tone } from "./channels.js";
+import { withPorts } from "./parts.js";
+import { t } from "./texts.js";
+import { roomFor } from "./usb.js";
 
 const kNarrow = 900; // pixels, as all of these
 const kBetween = 12; // rows

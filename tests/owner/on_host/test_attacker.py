@@ -117,7 +117,7 @@ def test_no_answer_lets_a_foreign_or_inline_script_run(path: str) -> None:
     assert not [part for part in policy if "unsafe" in part or "*" in part or "http" in part]
 
 
-@pytest.mark.parametrize("inside", ["/page/{}", "/libraries/{}", "/{}", f"{API}/profiles/0/{{}}", f"/{32 * '0'}/{{}}"])
+@pytest.mark.parametrize("inside", ["/page/{}", "/libraries/{}", "/files/0/page/{}", "/{}", f"{API}/profiles/0/{{}}", f"/{32 * '0'}/{{}}"])
 @pytest.mark.parametrize(
     "to", ["../ownerlib/host.py", "..%2fownerlib%2fhost.py", "%2e%2e/ownerlib/host.py", "....//host.py", "/etc/passwd",
            "%2fetc%2fpasswd", "..\\host.py", "main.js%00.css", "../api/openapi.yaml", ".gitignore", "package-lock.json"]

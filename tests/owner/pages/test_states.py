@@ -34,6 +34,15 @@ def test_a_page_with_nothing_to_show_says_so(owner: Owner, standin: StandIn, pag
     assert owner.sees(text)
 
 
+def test_a_page_that_is_opened_again_asks_for_none_of_its_files_again(owner: Owner) -> None:
+    owner.open()
+    owner.sees("Front door")
+    owner.open()
+    owner.sees("Front door")
+    asked = "performance.getEntriesByType('resource').filter((one) => /page|libraries/.test(one.name) && one.transferSize > 0)"
+    assert owner.evaluate(f"{asked}.map((one) => one.name)") == []
+
+
 def test_of_two_cameras_with_the_same_name_the_ports_are_said(owner: Owner, standin: StandIn) -> None:
     for channel in (0, 1):
         standin.state["channels"][channel]["profile_name"] = "Barn"
