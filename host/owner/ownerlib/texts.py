@@ -24,8 +24,11 @@ class Texts:
     def rate(self, rate: float) -> str:
         """A rate below one a second is a time, as on the pages."""
         if 0 < rate < 1:
-            return self.text("seconds_each", seconds=str(round(1 / rate)))
-        return self.text("per_second", rate=f"{rate:g}".replace(".", self.text("decimal_sign")))
+            return self.text("seconds_each", seconds=self._number(round(1 / rate, 1)))
+        return self.text("per_second", rate=self._number(rate))
+
+    def _number(self, value: float) -> str:
+        return f"{value:g}".replace(".", self.text("decimal_sign"))
 
 
 @cache

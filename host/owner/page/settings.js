@@ -7,7 +7,7 @@ import { number, t } from "./texts.js";
 
 // A rate below one a second is a time.
 export const isSlow = (rate) => rate > 0 && rate < 1;
-export const secondsEach = (rate) => number(Math.round(1 / rate));
+export const secondsEach = (rate) => number(Math.round(10 / rate) / 10);
 export const rateText = (rate) => (isSlow(rate) ? t("seconds_each", { seconds: secondsEach(rate) }) : t("per_second", { rate: number(rate) }));
 
 export const kValueTexts = {

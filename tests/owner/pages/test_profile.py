@@ -125,7 +125,7 @@ def test_only_rates_that_can_be_had_are_offered_and_the_highest_is_first(owner: 
     owner.open("profile/0")
     owner.choose("Format", "Encoded by this host (H.264)")
     rates = "[...document.querySelectorAll('#stream-rate option')].map((one) => one.text)"
-    assert owner.wait(lambda: owner.evaluate(rates) == ["10 pictures a second", "1 picture every 8 seconds"])
+    assert owner.wait(lambda: owner.evaluate(rates) == ["10 pictures a second", "1 picture every 7.5 seconds"])
 
 
 def test_another_size_that_h264_needs_is_said(owner: Owner, standin: StandIn) -> None:

@@ -534,6 +534,7 @@ def test_a_wrong_password_is_forgiven_when_one_types_again(owner: Owner, standin
     before = owner.evaluate(place)
     owner.press("Sign in")
     assert owner.sees("The user name or the password is wrong.")
+    assert owner.evaluate("document.querySelector('.problem .icon').getBoundingClientRect().width") > 0
     assert owner.evaluate(place) == before
     owner.enter("Password", "s")
     assert "The user name or the password is wrong." not in owner.text()
@@ -750,6 +751,7 @@ def test_a_chart_is_also_a_table(owner: Owner) -> None:
     owner.sees("Streams")
     owner.evaluate("[...document.querySelectorAll('.as-table summary')][1].click()")
     assert owner.sees("From", "Until", "Garden", "Aug 1, 2026, 4:00:00 AM", "now")
+    assert set(owner.evaluate("[...document.querySelectorAll('td:first-child bdi')].map((one) => one.getClientRects().length)")) <= {0, 1}
 
 
 def test_a_span_in_which_nothing_happened_says_so(owner: Owner) -> None:

@@ -10,6 +10,7 @@ import json
 from browser import Owner
 from conftest import Service, run
 from selenium.webdriver import Keys
+from selenium.webdriver.common.by import By
 
 
 def streams(channel: int) -> bool:
@@ -110,6 +111,7 @@ def test_set_15_frames_a_second_and_see_what_was_taken(ann: Owner) -> None:
     ann.choose("Rate", "15 pictures a second")
     ann.press("Save")
     assert ann.sees("Saved:", "640 × 480, 15 pictures a second.")
+    assert ann.browser.find_element(By.CSS_SELECTOR, ".taken .icon").is_displayed()
     assert "15" in run("usbdevctl stream show 0")
     ann.open()
     assert ann.sees_on_card(0, "640 × 480", "15 pictures a second")
