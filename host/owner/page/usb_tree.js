@@ -76,7 +76,7 @@ function waiting(state, nodes) {
 
 const depth = (node) => 1 + Math.max(0, ...node.below.map(depth));
 
-const most = (width, letter) => Math.floor((width - 20) / letter);
+const most = (width, letter) => Math.floor((width - 28) / letter);
 const cut = (text, count) => (text.length > count ? `${text.slice(0, Math.max(1, count - 1))}…` : text);
 
 // A name has two lines before it is cut.
