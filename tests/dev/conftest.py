@@ -16,7 +16,7 @@ from typing import NamedTuple
 import pytest
 
 REPOSITORY = Path(__file__).resolve().parent.parent.parent
-TOOLS = "sh awk cat dirname env find grep head mkdir mv nproc rm sed sleep sort stat tail tee tr uname"
+TOOLS = "sh awk cat chmod dirname env find grep head mkdir mktemp mv nproc rm sed sleep sort stat tail tee tr uname"
 
 APT_PLAN = """\
 0 upgraded, 212 newly installed, 0 to remove and 3 not upgraded.
@@ -48,6 +48,7 @@ class Machine:
         self.answers("id", ("*", "0\n", 0))
         self.answers("setarch", ("*", "", 1))
         self.answers("apt-get", ("*--assume-no*", APT_PLAN, 0), ("*", "", 0))
+        self.answers("df", ("*", "Avail\n  123\n", 0))
         self.script("cmake", 'mkdir -p "build/$2" && : >"build/$2/build.ninja"')
         self.answers("ninja", ("*", "", 0))
         self.tests_end_with("100% tests passed, 0 tests failed out of 7\n")

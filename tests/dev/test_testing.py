@@ -6,9 +6,11 @@
 from __future__ import annotations
 
 import os
+import re
 import signal
 import subprocess
 import time
+from pathlib import Path
 
 from conftest import Machine
 
@@ -63,8 +65,19 @@ def test_the_sanitizers_do_not_wait_for_the_plain_build_s_tests(machine: Machine
     assert last_line(machine.dev("test").output) == "21 passed, 0 failed"
 
 
-def test_an_interrupt_ends_the_sanitizers_too(machine: Machine) -> None:
-    machine.script("ctest", ": >\"$2.begun\"; exec sleep 100")
+def test_temporary_files_are_in_memory_during_the_tests_if_there_is_enough(machine: Machine) -> None:
+    for free, folder in (2048, r"/dev/shm/usbdev-tests\.\w+"), (2047, "unset"):
+        machine.answers("df", ("*/dev/shm", f"Avail\n  {free}\n", 0))
+        machine.tests_end_with(PASSED, first='echo "${TMPDIR-unset}" >>folders')
+        assert machine.dev("test").status == 0
+        seen = set((machine.tree / "folders").read_text().splitlines())
+        assert len(seen) == 1 and all(re.fullmatch(folder, path) and not Path(path).exists() for path in seen)
+        (machine.tree / "folders").unlink()
+
+
+def test_an_interrupt_ends_the_sanitizers_too_and_leaves_no_files_in_memory(machine: Machine) -> None:
+    machine.answers("df", ("*", "Avail\n  2048\n", 0))
+    machine.script("ctest", 'echo "$TMPDIR" >"$2.new"; mv "$2.new" "$2.begun"; exec sleep 100')
     # Whoever starts the tests in the background of a script ignores interrupts, and with it all that it starts.
     process = subprocess.Popen(["env", "--default-signal=INT", machine.tree / "dev", "test"],
                                env={"PATH": str(machine.programs)}, stdin=subprocess.DEVNULL,
@@ -74,6 +87,7 @@ def test_an_interrupt_ends_the_sanitizers_too(machine: Machine) -> None:
     os.killpg(process.pid, signal.SIGINT)
     process.communicate(timeout=30)  # every process of it has closed the output
     assert process.returncode != 0
+    assert not Path((machine.tree / "build/release.begun").read_text().strip()).exists()
 
 
 def test_sanitizers_that_end_without_their_sums_are_a_failure(machine: Machine) -> None:

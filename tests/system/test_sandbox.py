@@ -51,6 +51,10 @@ def test_the_host_has_its_files(sandbox):
     assert (done.returncode, done.stdout) == (0, "")
 
 
+def test_the_host_s_temporary_files_are_in_its_own_folder(sandbox, temporary):
+    assert sandbox("mktemp").stdout.startswith("/tmp/")
+
+
 PROGRAMS = "/sbin/udevadm /usr/bin/v4l2-ctl /bin/ps /bin/cat /bin/grep /bin/ls /bin/awk /bin/ln /bin/rm"
 
 

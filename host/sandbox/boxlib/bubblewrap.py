@@ -64,7 +64,7 @@ def arguments(state: Path, build: Path, programs: Programs) -> list[str]:
         *_python_package(build),
         *_figures_file(),
         *["--proc", "/proc", "--ro-bind", str(state / "cpuinfo"), "/proc/cpuinfo"],
-        *["--setenv", "PATH", PATH, "--setenv", "HOME", "/tmp", "--setenv", "LD_LIBRARY_PATH", str(build)],
+        *["--setenv", "PATH", PATH, "--setenv", "HOME", "/tmp", "--setenv", "LD_LIBRARY_PATH", str(build), "--unsetenv", "TMPDIR"],
         *["--chdir", _folder_to_start_in(build)],
     ]
 
