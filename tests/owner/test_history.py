@@ -31,8 +31,8 @@ def camera(number: int) -> dict[str, str]:
 def channel(number: int, plugged: set[int], known: Set[int]) -> dict[str, Any]:
     """The first four have the profile of their number."""
     if number not in plugged | known:
-        return {"channel": number, "state": "free", "port": None, "device": None, "profile": None, "profile_name": None}
-    return {"channel": number, "state": "plugged" if number in plugged else "unplugged", "port": f"{number}-1", "device": f"Camera {number}",
+        return {"channel": number, "state": "free", "port": None, "device": None, "profile": None, "profile_name": None, "waits_for": None}
+    return {"channel": number, "waits_for": None, "switched_on": True, "reasons": [], "state": "plugged" if number in plugged else "unplugged", "port": f"{number}-1", "device": f"Camera {number}",
             "profile": number if number < 4 else None, "profile_name": "Door" if number == 3 else None}  # fmt: skip
 
 
@@ -104,7 +104,7 @@ def test_a_camera_that_is_renamed_stays_one_and_has_its_last_name(kept: Kept) ->
     assert [(one["camera"], one["to"]) for one in kept.history.since(1)["up"]] == [(barn, None)]
     kept.note(set(), set())
     assert [one["camera"] for one in kept.history.since(1)["plugs"]] == [barn, barn]
-    assert [one["camera"]["name"] for one in kept.history.past(10, Known(), lambda _: True).plugs] == ["Barn", "Door"]  # as it was called then
+    assert [one["camera"]["name"] for one in kept.history.past(10, Known(), lambda _: True).turns] == ["Barn", "Barn"]
 
 
 def test_a_stream_is_of_the_camera_that_had_the_profile(kept: Kept) -> None:
@@ -123,7 +123,7 @@ def test_cameras_that_came_and_went_are_found_by_number_and_by_what_fits(kept: K
         kept.note(plugged, set())
 
     def found(limit: int = 10, before: int | None = None, fits: Callable[[dict[str, Any]], bool] = lambda _: True) -> list[dict[str, Any]]:
-        return kept.history.past(limit, Known(before), fits).plugs
+        return kept.history.past(limit, Known(before), fits).turns
 
     newest = found()
     assert [(one["kind"], one["camera"]["name"], one["camera"]["port"]) for one in newest] == [
@@ -189,16 +189,76 @@ def test_only_the_asked_days_are_shown_and_a_stream_begins_with_them(kept: Kept)
     assert len(kept.history.since(1)["plugs"]) == 1
 
 
+def note_wait(kept: Kept, waits_for: int | None, of: int = 1, **values: Any) -> None:
+    """Of the cameras 0, 1 and 3 this one waits, for one with which it shares a controller."""
+    kept.now += 60
+    now = state({0, 1, 3}, set(), 0, set())
+    reasons = [{"reason": "waits", "collision": "controller"}] if waits_for is not None else []
+    now["channels"][of] |= {"waits_for": waits_for, "reasons": reasons, **values}
+    kept.history.note(now, None)
+
+
+def waits(kept: Kept) -> list[tuple[str, str, str]]:
+    """Which camera waited for which, or waited no more."""
+    turns = kept.history.past(100, Known(), lambda _: True).turns[::-1]
+    return [(one["kind"], one["camera"]["name"], one["wait"]["name"]) for one in turns if one["wait"]]
+
+
+def test_a_camera_that_waits_is_kept_with_the_other_one_and_why_until_it_need_not(kept: Kept) -> None:
+    for waits_for in (None, 3, 3, None):
+        note_wait(kept, waits_for)
+    assert waits(kept) == [("waits", "Camera 1", "Door"), ("waits_no_more", "Camera 1", "Door")]
+    first = kept.history.past(1, Known(), lambda one: one["kind"] == "waits").turns[0]
+    assert (first["wait"], first["time"]) == ({**camera(3), "collision": "controller"}, time_text(BEGIN + 120))
+    assert len(kept.history.since(1)["plugs"]) == 3  # which are what charts show
+
+
+def test_a_camera_that_waits_for_another_one_than_before_begins_to(kept: Kept) -> None:
+    for waits_for in (3, 0):
+        note_wait(kept, waits_for)
+    assert waits(kept) == [("waits", "Camera 1", "Door"), ("waits", "Camera 1", "Camera 0")]
+
+
+def test_a_camera_that_is_away_or_off_does_not_wait(kept: Kept) -> None:
+    note_wait(kept, 3, state="unplugged")
+    note_wait(kept, 3, switched_on=False)
+    assert waits(kept) == []
+
+
+def test_a_camera_that_was_unplugged_did_not_get_its_turn(kept: Kept) -> None:
+    note_wait(kept, 3)
+    note_wait(kept, None, state="unplugged")
+    assert waits(kept) == [("waits", "Camera 1", "Door")]
+
+
+def test_a_camera_waits_on_when_the_server_starts_again(kept: Kept) -> None:
+    note_wait(kept, 3)
+    kept.start()
+    note_wait(kept, 3)
+    kept.now += (MOST_DAYS - 1) * DAY
+    note_wait(kept, 3)
+    assert waits(kept) == [("waits", "Camera 1", "Door")]
+
+
+def test_what_was_logged_meanwhile_is_kept_with_what_users_did(kept: Kept) -> None:
+    line = {"id": 7, "time": time_text(BEGIN), "severity": "information", "text": "USB slot [3-1] has been disabled."}
+    kept.history.add(BEGIN, Act("switched_off", "ann", ("Camera 3", "3-1"), lines=[line]))
+    past = kept.history.past(10, Known(), lambda _: True)
+    assert past.acts[0]["lines"] == ["USB slot [3-1] has been disabled."]
+    assert past.lines_of_acts == {(7, time_text(BEGIN))}
+
+
 def acts(kept: Kept) -> list[str]:
     return [one["name"] for one in kept.history.past(100, Known(), lambda _: True).acts]
 
 
 def test_what_users_did_is_kept_with_who_and_where(kept: Kept) -> None:
-    kept.history.add(BEGIN, Act("moved", "ann", {"name": "Door", "port": "3-1"}, {"camera": "Barn"}))
+    kept.history.add(BEGIN, Act("moved", "ann", ("Camera 3", "3-1"), {"camera": "Barn"}))
+    kept.note({3}, set())
     kept.history.add(BEGIN + 1, Act("signed_out", "ann"))
     out, moved = kept.history.past(10, Known(), lambda _: True).acts
     assert moved == {"id": 1, "time": time_text(BEGIN), "kind": "act", "name": "moved", "user": "ann", "values": {"camera": "Barn"},
-                     "camera": {"name": "Door", "port": "3-1"}}  # fmt: skip
+                     "camera": {"name": "Door", "port": "3-1"}, "lines": []}  # fmt: skip
     assert (out["name"], out["camera"], out["values"]) == ("signed_out", None, {})
 
 
@@ -229,9 +289,9 @@ def test_what_is_too_old_is_removed_and_what_goes_on_is_not(kept: Kept) -> None:
     kept.note({0, 1}, {1, 2}, (0, 0, 0, 0))
     kept.history.add(kept.now, Act("signed_in", "ann"))
     kept.note({1}, {1}, (1, 0, 0, 0))
-    assert rows(kept) == {"camera": 2, "plugging": 3, "act": 1, "stream": 2, "bandwidth": 0, "missed": 1}
+    assert rows(kept) == {"camera": 2, "waiting": 0, "turn": 3, "act": 1, "logged": 0, "stream": 2, "bandwidth": 0, "missed": 1}
     kept.note({1}, {1}, (1, 0, 0, 0), after=(MOST_DAYS + 1) * DAY)
-    assert rows(kept) == {"camera": 1, "plugging": 0, "act": 0, "stream": 1, "bandwidth": 0, "missed": 0}
+    assert rows(kept) == {"camera": 1, "waiting": 0, "turn": 0, "act": 0, "logged": 0, "stream": 1, "bandwidth": 0, "missed": 0}
     assert kept.history.since(MOST_DAYS)["up"][0]["to"] is None
     kept.start()
     kept.note({1}, {1})
@@ -250,6 +310,14 @@ def test_there_is_a_largest_number_of_rows(kept: Kept, monkeypatch: pytest.Monke
 def test_only_the_server_reads_who_did_what(kept: Kept) -> None:
     kept.note({0}, {1})
     assert oct(kept.file.stat().st_mode & 0o777) == "0o600"
+
+
+def test_a_file_of_another_version_begins_anew(kept: Kept) -> None:
+    with closing(sqlite3.connect(kept.file)) as database, database:
+        database.execute("CREATE TABLE act(other TEXT)")
+    kept.history.add(BEGIN, Act("signed_in", "ann"))
+    kept.start()
+    assert acts(kept) == ["signed_in"]
 
 
 def test_a_folder_that_is_not_there_is_a_problem_of_the_database(tmp_path: Path) -> None:

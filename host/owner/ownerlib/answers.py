@@ -5,17 +5,20 @@
 
 from __future__ import annotations
 
+import asyncio
 import hmac
 from types import TracebackType
 from typing import Any
 from urllib.parse import urlsplit
 
 from sharelib.answers import HEADERS, Answer
-from statelib import problems
+from statelib import event_log, problems
 from statelib.members import Kinds, members
 from statelib.problems import Problem
 
-from ownerlib.history import Act, camera_of
+from ownerlib import log_lines
+from ownerlib.cameras import channel_of, identity, name_of
+from ownerlib.history import Act
 from ownerlib.host import Host
 from ownerlib.sessions import Session
 
@@ -95,7 +98,7 @@ class SignedIn(OpenAnswer):
     session_id: str
     session: Session
 
-    def prepare(self) -> None:
+    async def prepare(self) -> None:  # type: ignore[override]
         super().prepare()
         self.session_id = self.get_cookie(COOKIE, "") or ""
         session = self.host.sessions.find(self.session_id)
@@ -103,25 +106,39 @@ class SignedIn(OpenAnswer):
             raise problems.signed_out()
         self.session = session
         given = self.request.headers.get(TOKEN, "")
-        if self.request.method not in HARMLESS and not hmac.compare_digest(given.encode(), session.csrf.encode()):
+        if self.request.method in HARMLESS:
+            return
+        if not hmac.compare_digest(given.encode(), session.csrf.encode()):
             raise problems.forged()
         self._before = self.host.picture.known  # what is changed may have another name afterwards, or none
+        self._logged_before = await asyncio.to_thread(event_log.newest_id)
 
-    def did(self, act: str, where: dict[str, int] | None = None, **values: str) -> None:
-        """Keeps for the list of events what the user did, and of which channel or profile. Every change leaves one."""
-        camera = self.camera(**where) if where else None
-        self.host.recorder.did(Act(act, self.session.user, camera, values))
+    async def did(self, act: str, where: dict[str, int], switched: dict[str, int] | None = None, **values: Any) -> None:
+        """Keeps for the list of events what the user did, and of which channel or profile; `switched` is where else something
+        has changed for it. Every change leaves one."""
+        channel, changed = (channel_of(self._before, **one) for one in (where, switched or where))
+        profile = where.get("profile", values.get("profile", changed and changed["profile"]))
+        lines = await asyncio.to_thread(self._logged, changed["port"] if changed else None, profile)
+        self.host.recorder.did(Act(act, self.session.user, identity(channel) if channel else None, values, lines))
 
     def camera(self, **where: int) -> dict[str, str] | None:
-        """Returns the camera of a channel or of a profile, as it was called before the request."""
-        return camera_of(self._before, **where)
+        """Returns what the camera of a channel or of a profile was called before the request, and its port."""
+        channel = channel_of(self._before, **where)
+        return channel and {"name": name_of(channel), "port": channel["port"]}
+
+    def _logged(self, port: str | None, profile: int | None) -> list[dict[str, Any]]:
+        """Returns what the library has logged of the camera since the request came. A warning stays an event of its own."""
+        if self._logged_before is None:
+            return []
+        found = event_log.following(self._logged_before, event_log.MOST_EVENTS)
+        return [one for one in found if one["severity"] == "information" and log_lines.is_about(one["text"], port, profile)]
 
 
 class SignedInSocket(SignedIn):
     """A WebSocket for a user who is signed in."""
 
-    def prepare(self) -> None:
-        super().prepare()
+    async def prepare(self) -> None:  # type: ignore[override]
+        await super().prepare()
         if self.request.headers.get("Upgrade", "").lower() != "websocket":
             raise problems.invalid("This is for a WebSocket.")
 

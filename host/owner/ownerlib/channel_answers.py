@@ -45,27 +45,32 @@ class ChannelProfile(SignedIn):
         if done.status == program.REFUSED:
             raise await _refusal(channel, profile, done)
         assigned = program.answer_of(done)
-        self.did("started", {"channel": int(channel)}, profile=profile)
+        await self.did("started", {"channel": int(channel)}, profile=given["profile"])
         self.finish({"now_waiting": assigned["now_waiting"]})
 
     async def delete(self, channel: str) -> None:
         await program.ask("clear", f"ch{channel}")
-        self.did("ended", {"channel": int(channel)})
+        await self.did("ended", {"channel": int(channel)})
         self.finish_empty()
 
 
 class Switch(SignedIn):
     async def put(self, channel: str) -> None:
-        given = self.members({"on": bool})
+        given = self.members({"on": bool}, {"for": int})
         switched = await actions.switch(int(channel), given["on"])
-        self.did("switched_on" if given["on"] else "switched_off", {"channel": int(channel)})
+        where = {"channel": int(channel)}
+        other = self.camera(**where)
+        if "for" in given and other:
+            await self.did("instead", {"channel": given["for"]}, switched=where, **other)
+        else:
+            await self.did("switched_on" if given["on"] else "switched_off", where)
         self.finish(switched)
 
 
 class Channel(SignedIn):
     async def delete(self, channel: str) -> None:
         await program.ask("forget", f"ch{channel}")
-        self.did("forgotten", {"channel": int(channel)})
+        await self.did("forgotten", {"channel": int(channel)})
         self.finish_empty()
 
 

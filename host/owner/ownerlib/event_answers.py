@@ -28,9 +28,9 @@ MOST_EXPORTED = 100_000
 
 class Events(SignedIn):
     async def get(self) -> None:
-        before, plug, act = (self._number(name, None, LARGEST_ID) for name in ("before", "before_plug", "before_act"))
+        before, turn, act = (self._number(name, None, LARGEST_ID) for name in ("before", "before_turn", "before_act"))
         limit = self._number("limit", USUAL, event_log.MOST_EVENTS) or USUAL
-        self.finish({"events": await self.found(Wish(limit, before, Known(plug, act)))})
+        self.finish({"events": await self.found(Wish(limit, before, Known(turn, act)))})
 
     async def found(self, wish: Wish) -> list[dict[str, Any]]:
         severity = self.get_query_argument("severity", None)
@@ -40,7 +40,8 @@ class Events(SignedIn):
         if language not in LANGUAGES:
             raise problems.invalid("The request has no proper language.")
         search = self.get_query_argument("search", "") or ""
-        wish = replace(wish, search=search, severity=severity, language=language)
+        zone = self.get_query_argument("zone", "UTC") or ""
+        wish = replace(wish, search=search, severity=severity, language=language, zone=zone)
         return await asyncio.to_thread(happenings.newest, self.host.recorder.history, self.host.picture.known, wish)
 
     def _number(self, name: str, usual: int | None, most: int) -> int | None:
@@ -67,7 +68,7 @@ def table(events: list[dict[str, Any]]) -> str:
     for event in events:
         camera = event["camera"] or {"name": "", "port": ""}
         number = event["id"] if event["kind"] == "log" else ""
-        values = {**event, "camera": camera["name"], "port": camera["port"], "id": number}
+        values = {**event, "camera": camera["name"], "port": camera["port"], "id": number, "line": "\n".join(event["lines"])}
         cells = [str(values[name] or "") for name in COLUMNS]
         lines.writerow([f"'{cell}" if cell.startswith(FORMULA) else cell for cell in cells])
     return file.getvalue()

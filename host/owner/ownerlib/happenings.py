@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""What has happened, newest first: the lines of the event log, with the camera that each is about, the cameras that came
-and went, and what the users of the pages did."""
+"""What has happened, newest first: what the users of the pages did, with the lines that the library logged of it, the other
+lines of the event log, with the camera that each is about, and the cameras that came, went and waited."""
 
 from __future__ import annotations
 
@@ -17,15 +17,15 @@ from typing import Any
 from statelib import event_log
 
 from ownerlib import log_lines
-from ownerlib.history import REFUSED, History, Known, Past, Stream, name_of
+from ownerlib.cameras import Value, name_of
+from ownerlib.days import Days
+from ownerlib.history import REFUSED, History, Known, Past, Stream
 from ownerlib.log_lines import Line
+from ownerlib.stream_words import stream_words
 from ownerlib.texts import texts
 
-Value = dict[str, Any]
 NEVER = "9999"
 NOBODY: tuple[str, Value | None] = (NEVER, None)
-# What the settings of a stream are called.
-SETTINGS = {"width": "size", "height": "size", "sound": "sound.on", "sound_codec": "sound.codec"}
 
 
 @dataclass(frozen=True)
@@ -38,6 +38,7 @@ class Wish:
     search: str = ""
     severity: str | None = None
     language: str = "en"
+    zone: str = "UTC"
 
 
 class Cameras:
@@ -47,6 +48,7 @@ class Cameras:
         channels = [it for it in state["channels"] if it["port"]] if state else []
         self._of_profiles = {it["profile"]: (_given(it["created"]), it) for it in channels if it["profile"] is not None}
         self._of_ports = {it["port"]: (past.last_changes.get(it["port"], ""), it) for it in channels}
+        self._names = past.names
         self._streams: dict[int, list[Stream]] = {}
         for stream in past.streams:
             self._streams.setdefault(stream.profile, []).append(stream)
@@ -62,7 +64,7 @@ class Cameras:
         if channel and since <= time:
             return {"name": name_of(channel), "port": channel["port"]}
         if line.device:
-            return {"name": line.device, "port": line.port}
+            return {"name": self._names.get((line.device, line.port or ""), line.device), "port": line.port}
         return self._streamed(line.profile, time) if line.profile is not None else None
 
     def _streamed(self, profile: int, time: str) -> Value | None:
@@ -88,34 +90,49 @@ class Teller:
 
     def __init__(self, wish: Wish) -> None:
         self._texts = texts(wish.language)
-        self._wanted = wish.search.casefold()
-        self._logged = re.compile(rf"\b{re.escape(self._wanted)}" if self._wanted[:1].isalnum() else re.escape(self._wanted))
+        self._days = Days(self._texts, wish.zone)
+        self._words = [(word, _beginning(word)) for word in wish.search.casefold().split()]
 
     def fits(self, told: Value) -> bool:
-        """Checks for the text that is searched for, in what is shown, and as the begin of a word in the log's line, which is not."""
+        """Checks for each word that is searched for: in what is shown, or as the begin of a word in the lines of the log or in the day."""
         camera = told["camera"] or {"name": "", "port": ""}
-        shown = (told["text"], told["user"] or "", camera["name"], camera["port"])
-        return self._wanted in "\n".join(shown).casefold() or bool(self._logged.search((told["line"] or "").casefold()))
+        shown = "\n".join((told["text"], told["user"] or "", camera["name"], camera["port"])).casefold()
+        others = "\n".join((*told["lines"], self._days.words(told["time"]))).casefold()
+        return all(word in shown or begin.search(others) for word, begin in self._words)
 
-    def log(self, text: str, time: str, cameras: Cameras) -> Value:
+    def log(self, event: event_log.Event, cameras: Cameras) -> Value:
+        text = event["text"]
         line = log_lines.parse(text)
-        camera = cameras.of(line, time)
+        camera = cameras.of(line, event["time"])
         words = (line and line.words(self._texts)) or text
         if line and line.profile is not None and camera is None:
             words = self._texts.text("log.of_profile", profile=str(line.profile), words=words)
-        return {"kind": "log", "text": words, "line": text, "user": None, "camera": camera}
+        return {**event, "kind": "log", "text": words, "lines": [text], "user": None, "camera": camera}
 
     def kept(self, one: Value) -> Value:
         """Puts what the history has into words."""
         if one["kind"] == "act":
             return self._act(**one)
-        return {**one, "severity": "information", "text": self._texts.text(f"events.{one['kind']}"), "line": None, "user": None}
+        return self._turn(**one)
 
-    def _act(self, name: str, values: dict[str, str], **rest: Any) -> Value:
-        settings = dict.fromkeys(SETTINGS.get(one, one) for one in values.get("settings", "").split())
-        shown = {**values, "settings": ", ".join(self._texts.text(one) for one in settings)}
+    def _turn(self, wait: Value | None, **rest: Any) -> Value:
+        """A camera that waits does so for another one, and because of what they share."""
+        key = f"events.{rest['kind']}" + (f".{wait['collision']}" if wait and wait["collision"] and rest["kind"] == "waits" else "")
+        text = self._texts.text(key, **(wait or {}), root=rest["camera"]["port"].split(".")[0])
+        return {**rest, "severity": "information", "text": text, "lines": [], "user": None}
+
+    def _act(self, name: str, values: Value, **rest: Any) -> Value:
+        if name == "changed":
+            values = {"settings": stream_words(values["settings"], self._texts)}
+        shown = {one: str(value) for one, value in values.items()}
         severity = "warning" if name == REFUSED else "information"
-        return {**rest, "severity": severity, "text": self._texts.text(f"act.{name}", **shown), "line": None}
+        text = self._texts.text(f"act.{name}", **shown, button=self._texts.text("do.instead"))
+        return {**rest, "severity": severity, "text": text}
+
+
+def _beginning(word: str) -> re.Pattern[str]:
+    """Returns what finds the begin of a word; a number has to be a whole one."""
+    return re.compile((r"\b" if word[:1].isalnum() else "") + re.escape(word) + (r"\b" if word.isdigit() else ""))
 
 
 def newest(history: History, state: Value | None, wish: Wish) -> list[Value]:
@@ -124,12 +141,11 @@ def newest(history: History, state: Value | None, wish: Wish) -> list[Value]:
     past = _past(history, wish, teller)
     cameras = Cameras(state, past)
 
-    def fits(text: str, time: str) -> bool:
-        return teller.fits(teller.log(text, time, cameras))
+    def fits(event: event_log.Event) -> bool:
+        return (event["id"], event["time"]) not in past.lines_of_acts and teller.fits(teller.log(event, cameras))
 
-    lines = event_log.newest(wish.limit, wish.before, wish.severity, fits if wish.search else None)
-    logged = [{**line, **teller.log(line["text"], line["time"], cameras)} for line in lines]
-    kinds = (logged, map(teller.kept, past.plugs), map(teller.kept, past.acts))
+    lines = event_log.newest(wish.limit, wish.before, wish.severity, fits)
+    kinds = ([teller.log(line, cameras) for line in lines], map(teller.kept, past.turns), map(teller.kept, past.acts))
     return list(heapq.merge(*kinds, key=lambda one: str(one["time"]), reverse=True))[: wish.limit]
 
 

@@ -58,6 +58,14 @@ class Line:
         return texts.text(self.key, **shown)
 
 
+def is_about(text: str, port: str | None, profile: int | None) -> bool:
+    """Checks whether a line names the port or the profile."""
+    line = parse(text)
+    if line is None:
+        return False
+    return (line.port is not None and line.port == port) or (line.profile is not None and line.profile == profile)
+
+
 def parse(text: str) -> Line | None:
     """Returns the line; None if it is not known what it is about."""
     for key, pattern in [*LINES.items(), (None, REASON)]:

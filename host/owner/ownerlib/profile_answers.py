@@ -20,7 +20,8 @@ class Name(SignedIn):
         if len(name.encode()) > LONGEST_NAME:
             raise problems.invalid(f"The name has more than {LONGEST_NAME} bytes.")
         renamed = await program.ask("rename", f"pf{profile}", "--", name)
-        self.did("renamed", {"profile": int(profile)}, name=renamed["profile_name"])
+        before = self.camera(profile=int(profile)) or {"name": ""}
+        await self.did("renamed", {"profile": int(profile)}, name=renamed["profile_name"], before=before["name"])
         self.finish({"name": renamed["profile_name"]})
 
 
@@ -31,12 +32,13 @@ class Move(SignedIn):
             raise problems.invalid("The request has no proper channel.")
         moved = await program.ask("move", profile, f"ch{channel}", seconds=program.SECONDS_WITH_CAMERA)
         to = self.camera(channel=channel) or {"name": "", "port": ""}
-        self.did("moved", {"profile": int(profile)}, camera=to["name"], port=to["port"])
+        await self.did("moved", {"profile": int(profile)}, camera=to["name"], port=to["port"])
         self.finish({"differences": differences(moved), "page": moved["page"]})
 
 
 class Stream(SignedIn):
     async def patch(self, profile: str) -> None:
         stored = await actions.set_stream(int(profile), self.members({}, KINDS))
-        self.did("changed", {"profile": int(profile)}, settings=" ".join(stored["asked"]))
+        taken = {name: value for name, value in stored["taken"].items() if name not in stored["not_stored"] and value is not None}
+        await self.did("changed", {"profile": int(profile)}, settings=taken)
         self.finish(stored)

@@ -13,11 +13,11 @@ from ownerlib.sessions import Session
 
 
 class SessionAnswer(SignedIn):
-    def prepare(self) -> None:
+    async def prepare(self) -> None:  # type: ignore[override]
         if self.request.method == "POST":  # nobody has a session before
             OpenAnswer.prepare(self)
         else:
-            super().prepare()
+            await super().prepare()
 
     def get(self) -> None:
         self._tell(self.session)
@@ -33,7 +33,7 @@ class SessionAnswer(SignedIn):
 
     def delete(self) -> None:
         self.host.end_session(self.session_id)
-        self.did("signed_out")
+        self.host.recorder.did(Act("signed_out", self.session.user))
         self.clear_cookie(COOKIE, path="/")
         self.finish_empty()
 

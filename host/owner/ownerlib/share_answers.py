@@ -24,22 +24,22 @@ class Share(SignedIn):
         given = self.members({"on": bool}, {"password": str | None})
         if not given["on"]:
             await program.ask("share", "off", f"pf{profile}")
-            self.did("unshared", {"profile": int(profile)})
+            await self.did("unshared", {"profile": int(profile)})
         elif given.get("password") is not None:
             await _protect(profile, given["password"])
-            self.did("password_set", {"profile": int(profile)})
+            await self.did("password_set", {"profile": int(profile)})
         else:
             await program.ask("share", "on", f"pf{profile}")
             if "password" in given:
                 await _open(int(profile))
-            self.did("password_removed" if "password" in given else "shared", {"profile": int(profile)})
+            await self.did("password_removed" if "password" in given else "shared", {"profile": int(profile)})
         self.finish(await actions.share(int(profile), "show"))
 
 
 class Renewal(SignedIn):
     async def post(self, profile: str) -> None:
         renewed = await actions.share(int(profile), "renew")
-        self.did("link_replaced", {"profile": int(profile)})
+        await self.did("link_replaced", {"profile": int(profile)})
         self.finish(renewed)
 
 

@@ -101,7 +101,8 @@ export async function streamInstead(channel, other, state) {
   if (other.switched_on) consequences.unshift(t("instead.stream", names));
   if (channel.profile === null) consequences.push(t("instead.profile", names));
   if (!(await ask({ title: t("instead.title", names), consequences, yes: t("do.instead") }))) return;
-  if (!(await attempt(() => change(switchedOff(other), switching(other, false))))) return;
+  const switchOther = () => call("PUT", `/channels/${other.channel}/switch`, { on: false, for: channel.channel });
+  if (!(await attempt(() => change(switchedOff(other), switchOther)))) return;
   if (!(await makeReady(channel, free?.profile))) {
     return notice(t("instead.half", names), "", true);
   }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-// What has happened, as it happens: the event log, the cameras that came and went, and what users did.
+// What has happened, as it happens: what users did, the event log, and the cameras that came, went and waited.
 
 import { html, useEffect, useRef, useState } from "../libraries/preact.js";
 import { attempt, explainReading } from "./actions.js";
@@ -16,22 +16,23 @@ import { currentLanguage, moment, plain, t } from "./texts.js";
 const kPage = 50;
 const kTyping = 250; // milliseconds without a key before the host is asked
 const kSeverities = ["", "information", "warning"];
-const kIcons = { log: "info", plugged: "plug", unplugged: "unplug", act: "user" };
+const kIcons = { log: "info", plugged: "plug", unplugged: "unplug", waits: "wait", waits_no_more: "wait", act: "user" };
 
 function query(wishes) {
   return new URLSearchParams(Object.entries(wishes).filter(([, value]) => value)).toString();
 }
 
 // The host puts events into words, because it searches and exports them too.
-const asked = (filter) => ({ ...filter, language: currentLanguage() });
+const asked = (filter) => ({ ...filter, language: currentLanguage(), zone: Intl.DateTimeFormat().resolvedOptions().timeZone });
 
 // Undefined if the host did not answer.
 const load = (filter, more) =>
   read(`/events?${query({ limit: kPage, ...asked(filter), ...more })}`).then(({ events }) => events, explainReading);
 
+const kTurns = ["plugged", "unplugged", "waits", "waits_no_more"];
 const keyOf = ({ kind, id }) => `${kind} ${id}`;
 const oldest = (events, kinds) => events.findLast(({ kind }) => kinds.includes(kind))?.id;
-const known = (events) => ({ before: oldest(events, ["log"]), before_plug: oldest(events, ["plugged", "unplugged"]), before_act: oldest(events, ["act"]) });
+const known = (events) => ({ before: oldest(events, ["log"]), before_turn: oldest(events, kTurns), before_act: oldest(events, ["act"]) });
 
 // The events that fit the filter, as useAnswer() gives them; asked for again when there are new ones, which are marked then.
 function useEvents(filter, newest) {
@@ -66,14 +67,14 @@ function useEvents(filter, newest) {
   return { events, fresh, isAll, older, again: () => setCount(count + 1) };
 }
 
-const textOf = ({ text, line }) => (text === line ? hostsWords(text) : plain(text));
+const textOf = ({ text, lines }) => (text === lines[0] ? hostsWords(text) : plain(text));
 
 function Event({ event, isFresh, withLines }) {
-  const { camera, kind, line, severity, text, time, user } = event;
+  const { camera, kind, lines, severity, text, time, user } = event;
   return html`<li class=${`event ${severity}${isFresh ? " fresh" : ""}`} data-severity=${severity}>
     <${Icon} name=${severity === "information" ? kIcons[kind] : "alert"} />
     <div><p><span class="unseen">${t(`severity.${severity}`)}: </span>${textOf(event)}</p>
-      ${withLines && line && line !== text && html`<p class="quiet">${hostsWords(line)}</p>`}
+      ${withLines && lines.filter((line) => line !== text).map((line) => html`<p class="quiet line">${hostsWords(line)}</p>`)}
       <p class="quiet"><time datetime=${time}>${moment(time)}</time>${user && ` ${t("events.by", { user: plain(user) })}`}</p></div>
     ${camera && html`<p class="about"><span class="unseen">${t("camera")}: </span><bdi>${plain(camera.name)}</bdi> <span class="quiet port">${camera.port}</span></p>`}
   </li>`;
@@ -89,8 +90,8 @@ const kEverything = { search: "", severity: "" };
 function Filter({ filter, setFilter, isFiltered, isEmpty }) {
   const options = kSeverities.map((one) => ({ value: one, text: t(`events.show.${one || "all"}`) }));
   return html`<search class="filter"><form onSubmit=${(event) => event.preventDefault()}>
-    <div class="field"><label for="search">${t("events.search")}</label>
-      <input id="search" type="search" value=${filter.search} maxlength="100" onInput=${(event) => setFilter({ ...filter, search: event.target.value })} /></div>
+    <div class="field search"><label for="search">${t("events.search")}</label>
+      <input id="search" type="search" value=${filter.search} maxlength="100" placeholder=${t("events.search_hint")} onInput=${(event) => setFilter({ ...filter, search: event.target.value })} /></div>
     <${Choice} id="severity" label=${t("events.severity")} value=${filter.severity} options=${options} change=${(severity) => setFilter({ ...filter, severity })} />
     <${Button} act=${() => save(filter)} disabled=${isEmpty} aria-describedby=${isEmpty ? "nothing" : null}>
       ${t(isFiltered ? "events.export_found" : "events.export")}<//>
@@ -110,8 +111,9 @@ function Found({ events, fresh, isAll, older, withLines }) {
     ${!isAll && html`<div class="buttons"><${Button} act=${older}>${t("events.older")}<//></div>`}`;
 }
 
-function countOf({ length }) {
+function countOf({ length }, isAll) {
   if (length === 0) return t("events.none_found");
+  if (!isAll) return t("events.newest", { count: length });
   return length === 1 ? t("events.found_one") : t("events.found", { count: length });
 }
 
@@ -127,7 +129,7 @@ export function Events({ state }) {
   return html`<p class="quiet">${t("events.explained")} <a href="#/charts">${t("events.charts")}</a></p>
     <${Filter} filter=${filter} setFilter=${setFilter} isFiltered=${isFiltered} isEmpty=${events?.length === 0} />
     <${Switch} label=${t("events.lines")} on=${withLines} change=${setLines} />
-    ${isFiltered && events && html`<p class="unseen" role="status">${countOf(events)}</p>`}
+    <p class=${events?.length > 0 ? "quiet" : "unseen"} role="status">${events && countOf(events, rest.isAll)}</p>
     ${events === null && html`<${Loading} />`}
     ${events === undefined && html`<${Failed} again=${again} />`}
     ${events?.length === 0 && html`<${Nothing} isFiltered=${isFiltered} clear=${clear} />`}

@@ -33,16 +33,16 @@ def newest(
     limit: int,
     before: int | None = None,
     severity: str | None = None,
-    fits: Callable[[str, str], bool] | None = None,
+    fits: Callable[[Event], bool] | None = None,
 ) -> list[Event]:
-    """Returns the newest events, newest first; only those before an id, of a severity, and whose text and time fit."""
+    """Returns the newest events, newest first; only those before an id, of a severity, and that fit."""
     wanted, values = ["1"], list[Any]()
     if before is not None:
         wanted, values = [*wanted, "id < ?"], [*values, before]
     if severity is not None:
         wanted, values = [*wanted, "level = ?"], [*values, SEVERITIES.index(severity)]
     if fits:
-        wanted = [*wanted, f"fits({TEXT}, time)"]
+        wanted = [*wanted, f"fits(id, time, level, {TEXT})"]
     return _select(f"{COLUMNS} WHERE {' AND '.join(wanted)} ORDER BY id DESC LIMIT ?", *values, limit, fits=fits)
 
 
@@ -67,20 +67,20 @@ def newest_id() -> int | None:
         return None
 
 
-def _select(question: str, *values: Any, fits: Callable[[str, str], bool] | None = None) -> list[Event]:
+def _select(question: str, *values: Any, fits: Callable[[Event], bool] | None = None) -> list[Event]:
     if not FILE.exists():  # nothing has happened yet
         return []
     try:
         with _database() as database:
             if fits:
-                database.create_function("fits", 2, _for_rows(fits))
+                database.create_function("fits", 4, _for_rows(fits))
             return [_event(*row) for row in database.execute(question, values)]
     except sqlite3.OperationalError:  # it is being made
         return []
 
 
-def _for_rows(fits: Callable[[str, str], bool]) -> Callable[[bytes, int], bool]:
-    return lambda text, time: fits(_decoded(text), time_text(time))
+def _for_rows(fits: Callable[[Event], bool]) -> Callable[..., bool]:
+    return lambda *row: fits(_event(*row))
 
 
 def time_text(time: int) -> str:
@@ -90,8 +90,4 @@ def time_text(time: int) -> str:
 
 def _event(number: int, time: int, level: int, text: bytes) -> Event:
     severity = SEVERITIES[level] if level in (0, 1) else "information"
-    return {"id": number, "time": time_text(time), "severity": severity, "text": _decoded(text)}
-
-
-def _decoded(text: bytes) -> str:
-    return text.decode(errors="replace")
+    return {"id": number, "time": time_text(time), "severity": severity, "text": text.decode(errors="replace")}

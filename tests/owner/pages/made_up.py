@@ -80,7 +80,7 @@ TEXTS = [("information", "Rate set to 24 pictures a second", "Modified Channel 1
 def logged(number: int) -> dict[str, Any]:
     severity, text, line, about = TEXTS[number % len(TEXTS)]
     time = moment(number * 7)
-    return {"kind": "log", "id": 40 - number, "time": time, "severity": severity, "text": text, "line": line, "user": None, "camera": about}
+    return {"kind": "log", "id": 40 - number, "time": time, "severity": severity, "text": text, "lines": [line], "user": None, "camera": about}
 
 
 LINES = [logged(number) for number in range(20)]
@@ -89,18 +89,20 @@ LINES = [logged(number) for number in range(20)]
 def came_or_went(number: int, hours: float, kind: str) -> dict[str, Any]:
     """The night camera did."""
     text = {"plugged": "Plugged in", "unplugged": "Unplugged"}[kind]
-    return {"kind": kind, "id": number, "time": moment(hours), "severity": "information", "text": text, "line": None, "user": None,
+    return {"kind": kind, "id": number, "time": moment(hours), "severity": "information", "text": text, "lines": [], "user": None,
             "camera": {"name": "Night camera", "port": "1-1"}}  # fmt: skip
 
 
-def done(number: int, hours: float, text: str, user: str | None = "ann", about: dict[str, str] | None = None) -> dict[str, Any]:
+def done(
+    number: int, hours: float, text: str, user: str | None = "ann", about: dict[str, str] | None = None, lines: list[str] | None = None
+) -> dict[str, Any]:
     """Somebody did it on the pages."""
     return {"kind": "act", "id": number, "time": moment(hours), "severity": "information" if user else "warning", "text": text,
-            "line": None, "user": user, "camera": about}  # fmt: skip
+            "lines": lines or [], "user": user, "camera": about}  # fmt: skip
 
 
 EVENTS = [
-    done(3, 0, "Password for guests set; the link is a new one", about=FRONT), LINES[0], done(2, 1, "Signed in"),
+    done(3, 0, "Password for guests set, with a new link", about=FRONT), LINES[0], done(2, 1, "Signed in"),
     done(1, 2, "A sign-in from 192.0.2.7 was refused: user or password was wrong", None),
     came_or_went(2, 6, "unplugged"), *LINES[1:5], came_or_went(1, 30, "plugged"), *LINES[5:],
 ]  # fmt: skip

@@ -237,7 +237,7 @@ def test_a_camera_that_was_switched_off_for_another_one_can_stream_instead_of_it
     owner.press("Stream this one instead")
     assert owner.sees("its USB port is switched off, so that “Garage with a name that is rather long” gets the room.")
     owner.press("Stream this one instead")
-    switched = [("PUT", "/channels/0/switch", {"on": False}), ("PUT", "/channels/1/switch", {"on": True})]
+    switched = [("PUT", "/channels/0/switch", {"on": False, "for": 1}), ("PUT", "/channels/1/switch", {"on": True})]
     assert owner.wait(lambda: [one for one in standin.asked if one[0] == "PUT"] == switched)
 
 
@@ -279,7 +279,7 @@ def test_a_second_step_that_is_refused_is_said_with_the_first(owner: Owner, stan
     assert owner.sees("“Front door” is switched off, but “Garage with a name that is rather long” could not be started.")
     assert owner.sees("The camera offers nothing that this host can use.")
     changes = [one for one in standin.asked if one[0] == "PUT"]
-    assert changes == [("PUT", "/channels/0/switch", {"on": False}), ("PUT", "/channels/1/profile", {"profile": 1, "anyway": False})]
+    assert changes == [("PUT", "/channels/0/switch", {"on": False, "for": 1}), ("PUT", "/channels/1/profile", {"profile": 1, "anyway": False})]
     owner.complaints()  # of the refusal
 
 
@@ -366,7 +366,7 @@ def test_an_event_names_the_camera_that_it_is_about(owner: Owner) -> None:
 def test_an_event_names_the_user_who_did_it(owner: Owner, width: int) -> None:
     owner.size(width, 800)
     owner.open("events")
-    owner.sees("Password for guests set; the link is a new one")
+    owner.sees("Password for guests set, with a new link")
     events = owner.evaluate("[...document.querySelectorAll('.event')].map((one) => one.innerText)")
     assert ["by ann" in one for one in events[:4]] == [True, False, True, False]
 
@@ -375,7 +375,7 @@ def test_older_events_are_those_before_what_is_known_of_each_kind(owner: Owner, 
     standin.events = [*standin.events, *(done(-number, 200 + number, "Signed in") for number in range(30))]
     owner.open("events")
     owner.press("Older events")
-    known = {"before": "21", "before_plug": "1", "before_act": "-29"}
+    known = {"before": "21", "before_turn": "1", "before_act": "-29"}
     assert owner.wait(lambda: [query for _, path, query in standin.asked if path == "/events" and known.items() <= query.items()])
 
 
@@ -393,26 +393,26 @@ def test_how_the_host_has_logged_it_is_shown_on_demand(owner: Owner) -> None:
 def test_events_are_asked_for_in_the_language_of_the_page(owner: Owner, standin: StandIn) -> None:
     owner.open("events")
     owner.choose("Language", "Deutsch")
-    owner.press("Alle exportieren")
-    assert owner.wait(lambda: ("GET", "/events.csv", {"language": "de"}) in standin.asked)
+    owner.press("Alle als CSV exportieren")
+    assert owner.wait(lambda: ("GET", "/events.csv", {"language": "de", "zone": "UTC"}) in standin.asked)
     assert owner.wait(lambda: [query["language"] for _, path, query in standin.asked if path == "/events"][-1] == "de")
 
 
 def test_a_search_that_finds_nothing_is_cleared_with_a_button(owner: Owner) -> None:
     owner.open("events")
-    owner.enter("Search for a camera, port, user or words", "nothing like it")
+    owner.enter("Search", "nothing like it")
     assert owner.sees("No event fits", "So there is nothing to export.")
-    export = owner.wait(lambda: owner.browser.find_element(By.XPATH, "//button[normalize-space()='Export these']"))
+    export = owner.wait(lambda: owner.browser.find_element(By.XPATH, "//button[normalize-space()='Export these as CSV']"))
     assert not export.is_enabled() and export.get_attribute("aria-describedby") == "nothing"
     owner.press("Show all events")
-    assert owner.sees("Rate set to 24 pictures a second", "Export all")
+    assert owner.sees("Rate set to 24 pictures a second", "Export all as CSV")
     assert owner.evaluate("document.activeElement.id + document.activeElement.value") == "search"
 
 
-@pytest.mark.parametrize(("search", "told"), [("no such", "No event fits"), ("Got profile", "4 events"), ("Unplugged", "One event")])
-def test_how_many_events_are_found_is_told_to_who_cannot_see_them(owner: Owner, search: str, told: str) -> None:
+@pytest.mark.parametrize(("search", "told"), [("no such", "No event fits"), ("Got profile", "4 events"), ("Unplugged", "One event"), ("", "25 events")])
+def test_how_many_events_are_found_is_said(owner: Owner, search: str, told: str) -> None:
     owner.open("events")
-    owner.enter("Search for a camera, port, user or words", search)
+    owner.enter("Search", search)
     assert owner.wait(lambda: owner.evaluate("document.querySelector('main p[role=status]')?.textContent") == told)
 
 
@@ -670,11 +670,11 @@ def test_a_camera_that_comes_or_goes_is_an_event_and_marked_as_new(owner: Owner,
 
 def test_what_is_found_is_exported_and_the_file_is_named(owner: Owner, standin: StandIn) -> None:
     owner.open("events")
-    owner.press("Export all")
+    owner.press("Export all as CSV")
     assert owner.is_told("Saved as events-2026-08-01.csv, where the browser keeps downloads.")
-    owner.enter("Search for a camera, port, user or words", "Night")
-    owner.press("Export these")
-    assert owner.wait(lambda: ("GET", "/events.csv", {"search": "Night", "language": "en"}) in standin.asked)
+    owner.enter("Search", "Night")
+    owner.press("Export these as CSV")
+    assert owner.wait(lambda: ("GET", "/events.csv", {"search": "Night", "language": "en", "zone": "UTC"}) in standin.asked)
 
 
 def test_the_page_does_not_move_sideways_when_a_list_gets_short(owner: Owner) -> None:

@@ -52,7 +52,7 @@ def test_a_camera_that_came_is_an_event_with_its_name_and_port(owner: Client) ->
         while len(found := plugs()) == len(before) or found[0]["kind"] != "plugged":
             time.sleep(0.05)
         assert found[0]["camera"] == {"name": "USB 2.0 Camera: USB Camera", "port": "1-1"}
-        assert plugs(f"&before_plug={found[0]['id']}") == found[1:]
+        assert plugs(f"&before_turn={found[0]['id']}") == found[1:]
     finally:
         run("sim unplug 1-1; usbdevctl forget 1-1")
 
@@ -61,12 +61,12 @@ def test_events_are_found_by_text_and_severity(owner: Client) -> None:
     warnings = owner.get("/events?severity=warning")["events"]
     assert warnings and {event["severity"] for event in warnings} == {"warning"}
     found = owner.get("/events?search=GARTEN")["events"]
-    assert found and all("Garten" in f"{event['text']} {event['line']} {event['camera']}" for event in found)
+    assert found and all("Garten" in f"{event['text']} {event['lines']} {event['camera']}" for event in found)
     assert owner.get("/events?search=%25")["events"] == []
     assert owner.get("/events?search=%27%20OR%201%3D1--")["events"] == []
 
 
-@pytest.mark.parametrize("query", ["limit=0", "limit=201", "limit=x", "before=-1", "before_plug=x", "severity=error", "language=xx", "language=..%2Fen", "limit=%FF",
+@pytest.mark.parametrize("query", ["limit=0", "limit=201", "limit=x", "before=-1", "before_turn=x", "severity=error", "language=xx", "language=..%2Fen", "limit=%FF",
                                    f"before={10**30}", "limit=%D9%A3"])  # fmt: skip
 def test_a_question_for_events_that_makes_no_sense_is_refused(owner: Client, query: str) -> None:
     assert owner.ask("GET", f"/events?{query}").error == "invalid"
@@ -92,7 +92,7 @@ def test_all_events_are_a_table(owner: Client) -> None:
     header, *rows = csv.reader(io.StringIO(content))
     assert header == ["id", "time", "severity", "text", "camera", "port", "line", "user"]
     shown = owner.get(f"/events?limit={MOST_EVENTS}")["events"]
-    assert [(row[3], row[6]) for row in rows] == [(event["text"], event["line"] or "") for event in shown]
+    assert [(row[3], row[6]) for row in rows] == [(event["text"], "\n".join(event["lines"])) for event in shown]
     assert [int(row[0]) for row in rows if row[0]] == [event["id"] for event in shown if event["kind"] == "log"]
     found = list(csv.reader(io.StringIO(owner.ask("GET", "/events.csv?search=GARTEN").content.decode())))[1:]
     assert found and all("garten" in " ".join(row).lower() for row in found)
@@ -100,7 +100,7 @@ def test_all_events_are_a_table(owner: Client) -> None:
 
 @pytest.mark.parametrize("begin", ["=", "+", "-", "@", "\t", "\r"])
 def test_no_text_of_the_table_is_a_formula(begin: str) -> None:
-    event = {"id": 1, "time": "2026", "severity": "warning", "text": f"{begin}HYPERLINK(1)", "line": f"{begin}1", "kind": "log", "user": None, "camera": None}
+    event = {"id": 1, "time": "2026", "severity": "warning", "text": f"{begin}HYPERLINK(1)", "lines": [f"{begin}1"], "kind": "log", "user": None, "camera": None}
     assert list(csv.reader(io.StringIO(table([event]))))[1][3::3] == [f"'{begin}HYPERLINK(1)", f"'{begin}1"]
 
 
