@@ -14,7 +14,8 @@ import pytest
 
 ROOT = Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "host" / folder) for folder in ("owner", "services")]
-from ownerlib.log_lines import LINES, SETTINGS, parse
+from ownerlib.log_lines import LINES, SETTINGS, TOLD_AS, parse
+from ownerlib.logged_reasons import WORDS
 from ownerlib.texts import LANGUAGES, texts
 
 SOURCES = "".join(file.read_text(encoding="utf-8") for file in (ROOT / "src").rglob("*.cpp"))
@@ -60,6 +61,11 @@ def test_no_words_are_left_over() -> None:
     [
         ("Modified Channel 1 FPS: 15.00", "Rate set to 15 pictures a second", "Bildrate auf 15 Bilder pro Sekunde gesetzt"),
         ("Modified Channel 1 FPS: 7.50", "Rate set to 7.5 pictures a second", "Bildrate auf 7,5 Bilder pro Sekunde gesetzt"),
+        ("Camera[3-1 Cam]: Another program uses it: vlc (12). End that program.",
+         "The camera does not stream. Another program uses it: vlc (12).", "Die Kamera sendet nicht. Ein anderes Programm verwendet sie: vlc (12)."),
+        ("Camera[3-1]: Another program uses it: one that has ended since. End that program.",
+         "The camera does not stream. Another program used it, which has ended since.",
+         "Die Kamera sendet nicht. Ein anderes Programm hat sie verwendet und ist inzwischen beendet."),
         ("Modified Channel 3 USB device name: Cam (3-1)", "Got profile 2", "Hat Profil 2 bekommen"),
         ("Modified Channel 3 channel name: {rate}", "Called “{rate}” now", "Heißt jetzt „{rate}“"),
     ],
@@ -80,6 +86,27 @@ def test_a_setting_is_called_as_on_its_switch() -> None:
 def test_a_reason_keeps_its_words_and_is_about_its_camera(head: str, device: str | None) -> None:
     known = parse(f"{head}it lists NV12, and the library uses MJPG and YUYV only. Use another camera.")
     assert known and (known.port, known.device, known.words(texts("de"))) == ("3-1", device, None)
+
+
+@pytest.mark.parametrize("language", LANGUAGES)
+@pytest.mark.parametrize("cause", WORDS)
+def test_each_logged_reason_has_the_words_of_the_pages(cause: str, language: str) -> None:
+    why = re.sub(r"\{(\w+)\}", r"/\1: 1.2", WORDS[cause])
+    known = parse(f"Camera[3-1 Cam]: {why[:1].upper()}{why[1:]}. Do something. And more.")
+    words = known and known.words(texts(language))
+    begin = texts(language).text("log.reason", why="")
+    assert words and words.startswith(begin) and len(words) > len(begin) and "{" not in words
+
+
+def test_the_words_of_logged_reasons_are_those_of_usbdevctl() -> None:
+    """All that the machine has against a camera."""
+    reasons = (ROOT / "tools/usbdevctl/reason/reasons.def").read_text()
+    words = {cause: "".join(re.findall(r'"([^"]*)"', parts)) for cause, parts in re.findall(REASON_LINE, reasons)}
+    of_machine = re.findall(r"^USBDEVCTL_REASON\((\w+),", reasons[reasons.index("// The machine:") :], re.M)
+    assert WORDS == {cause: words[cause] for cause in ("no_channel", *of_machine)}
+
+
+REASON_LINE = r'USBDEVCTL_REASON\((\w+), "\w+", "[^"]*",\s*((?:"[^"]*"\s*)+),'
 
 
 @pytest.mark.parametrize("line", ["", "Somebody writes on Channel 2", "Modified Channel 2", "Modified Channel 2 FPS: 24.00 x", "Enabled x on Channel 1"])

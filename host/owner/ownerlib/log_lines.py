@@ -1,13 +1,14 @@
 # SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""What the library's lines of the event log mean, in the words of the pages."""
+"""What the lines of the library and of usbdevctl in the event log mean, in the words of the pages."""
 
 from __future__ import annotations
 
 import re
 from dataclasses import dataclass
 
+from ownerlib.logged_reasons import cause_of
 from ownerlib.texts import Texts
 
 MODIFIED = r"Modified Channel (?P<number>\d) "  # the log counts profiles from one, and calls them channels
@@ -30,8 +31,10 @@ LINES = {
     "log.port_off": re.compile(rf"USB slot \[{PORT}\] has been disabled\."),
     "log.fast_camera": re.compile(rf"Camera\[{PORT} (?P<device>.*)\] has image size over 60 fps\. It may cause decode error\.", re.DOTALL),
 }
-# Why a camera does not stream, as usbdevctl logs it: in its own words, which name the camera.
-REASON = re.compile(rf"Camera\[{PORT}(?: (?P<device>.*?))?\]: .*", re.DOTALL)
+# Why a camera does not stream, as usbdevctl logs it.
+REASON = re.compile(rf"Camera\[{PORT}(?: (?P<device>.*?))?\]: (?P<why>.*)", re.DOTALL)
+
+TOLD_AS = {"bandwidth": "bandwidth_alone"}  # without those who have it, whom usbdevctl names in English
 
 
 @dataclass(frozen=True)
@@ -47,7 +50,7 @@ class Line:
     def words(self, texts: Texts) -> str | None:
         """Returns the line in the words of the pages; None if they have none for it."""
         if self.key is None:
-            return None
+            return self._reason(texts)
         shown = dict(self.values)
         if self.profile is not None:
             shown["profile"] = str(self.profile)
@@ -56,6 +59,14 @@ class Line:
         if "what" in shown:
             shown["setting"] = texts.text(SETTINGS[shown["what"]])
         return texts.text(self.key, **shown)
+
+
+    def _reason(self, texts: Texts) -> str | None:
+        found = cause_of(self.values["why"])
+        if found is None:
+            return None
+        cause, values = found
+        return texts.text("log.reason", why=texts.text(f"reason.{TOLD_AS.get(cause, cause)}", **values))
 
 
 def is_about(text: str, port: str | None, profile: int | None) -> bool:

@@ -21,6 +21,7 @@ export function explain(problem) {
   const { reason, text, cure, ...values } = problem.values ?? {};
   const known = [`refusal.${reason}`, problem.name !== "refused" && `error.${problem.name}`].find(hasText);
   if (known) notice(t(known, { ...values, other: other(values.other_channel) }), "", true);
+  else if (reason === "failed") notice(t("error.failed"), "", true);
   else notice(t("error.refused"), hostsWords([text, cure].filter(Boolean).join(" ")), true);
 }
 
