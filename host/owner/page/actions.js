@@ -7,7 +7,7 @@ import { call } from "./api.js";
 import { attachedWithoutProfile, freeProfiles, nameOf, ownName } from "./channels.js";
 import { hostsWords } from "./hosts_words.js";
 import { differenceText } from "./settings.js";
-import { ask, change, notice, signedOut, view, withChannel } from "./store.js";
+import { ask, change, leaveRefusals, notice, signedOut, view, withChannel } from "./store.js";
 import { hasText, t } from "./texts.js";
 
 // The camera that is in the way of a change.
@@ -33,7 +33,9 @@ export function explainReading(problem) {
 // The answer, or true if there is none; false if it did not work.
 export async function attempt(request) {
   try {
-    return (await request()) || true;
+    const answer = await request();
+    leaveRefusals();
+    return answer || true;
   } catch (problem) {
     explain(problem);
     return false;
@@ -146,10 +148,11 @@ function hindrance(channel, from, state) {
 
 async function moveTo(from, to) {
   const answer = await attempt(() => call("POST", `/profiles/${from.profile}/move`, { channel: to.channel }));
-  if (answer) notice(t("done.moved", { name: nameOf(from), camera: nameOf(to) }), answer.differences.map(differenceText).filter(Boolean).join(" "));
+  const moved = from.profile_name ? "done.moved" : "done.moved_unnamed";
+  if (answer) notice(t(moved, { name: nameOf(from), camera: nameOf(to) }), answer.differences.map(differenceText).filter(Boolean).join(" "));
 }
 
-const kConsequences = () => [t("move.stream"), t("move.settings"), t("move.link")];
+const consequencesOf = (settings) => [t("move.stream"), t(settings), t("move.link")];
 
 // Moves the profile of this channel to a camera that is chosen.
 export async function move(channel, state) {
@@ -157,9 +160,10 @@ export async function move(channel, state) {
   const options = cameras.filter((one) => !one.why).map((one) => one.option);
   const others = cameras.map((one) => one.why).filter(Boolean);
   const title = t("move.title", { name: nameOf(channel) });
+  const settings = channel.profile_name ? "move.settings" : "move.settings_unnamed";
   if (options.length === 0) return ask({ title, consequences: [t("move.nowhere"), ...others, t("move.nowhere_cure")] });
   const choices = { label: t("move.to"), options };
-  const chosen = await ask({ title, consequences: [...kConsequences(), ...others], choices, yes: t("do.move") });
+  const chosen = await ask({ title, consequences: [...consequencesOf(settings), ...others], choices, yes: t("do.move") });
   if (chosen !== null) await moveTo(channel, state.channels[chosen]);
 }
 
@@ -170,7 +174,7 @@ export async function moveHere(channel, state, owners = withProfile(state)) {
   const options = owners.map(asOption);
   const title = t("move.here_title", { name: nameOf(channel) });
   const choices = { label: t("move.from"), options };
-  const chosen = await ask({ title, consequences: kConsequences(), choices, yes: t("do.move") });
+  const chosen = await ask({ title, consequences: consequencesOf("move.settings"), choices, yes: t("do.move") });
   if (chosen !== null) await moveTo(state.channels[chosen], channel);
 }
 

@@ -45,6 +45,9 @@ export function lastStanding(channel) {
   return hasText(`state.${first.reason}`) ? first.reason : "fails";
 }
 
+// Its stream begins, or goes on, when the camera is there.
+export const isMeantToStream = (channel) => channel.profile !== null && channel.switched_on !== false && channel.waits_for === null;
+
 const kCalm = ["unknown", "free", "unbound", "switched_off", "unplugged", "displaced"];
 
 export const tone = (word) => {

@@ -7,7 +7,7 @@ import { html, useEffect, useMemo, useState } from "../libraries/preact.js";
 import qrcode from "../libraries/qrcode.js";
 import { attempt, explainReading } from "./actions.js";
 import { call, read } from "./api.js";
-import { channelOf, profileName } from "./channels.js";
+import { channelOf, lastStanding, profileName } from "./channels.js";
 import { copy } from "./clipboard.js";
 import { Icon } from "./icons.js";
 import { Button, Empty, Failed, Loading, PasswordField, Switch } from "./parts.js";
@@ -95,6 +95,14 @@ function Password({ profile, share, protect, name }) {
     </form>`;
 }
 
+// What guests see of a camera that does not stream, and when that changes.
+const kGuestsSee = ["unplugged", "displaced", "switched_off", "waits"];
+
+function GuestsSee({ channel }) {
+  const word = lastStanding(channel);
+  return kGuestsSee.includes(word) && html`<p class="care-box">${t(`share.now.${word}`)}</p>`;
+}
+
 function viewersText(count) {
   if (count === 0) return t("share.nobody_watches");
   return count === 1 ? t("share.one_watches") : t("share.many_watch", { count: number(count) });
@@ -155,7 +163,8 @@ function SharedProfile({ profile, share, load, state }) {
   return html`<li class="card share" data-profile=${profile.profile}>
     <h2><bdi>${name}</bdi></h2>
     <${Switch} label=${t("share.on")} on=${share.on} change=${turn} />
-    ${share.on && html`<${Viewers} count=${state.viewers[profile.profile]} />
+    ${share.on && html`<${GuestsSee} channel=${channelOf(state, profile.profile)} />
+      <${Viewers} count=${state.viewers[profile.profile]} />
       <${Link} profile=${profile.profile} share=${share} renew=${renew} host=${state.host} />
       <${Password} profile=${profile.profile} share=${share} protect=${protect} name=${plain(profile.name)} />`}
     ${!share.on && html`<p class="quiet">${t("share.off")}</p>`}

@@ -4,7 +4,7 @@
 // What the page knows, and the live connection that tells it. Everything that is shown is made of it.
 
 import { call, keepToken, read } from "./api.js";
-import { nameOf, withNamesakes } from "./channels.js";
+import { isMeantToStream, nameOf, withNamesakes } from "./channels.js";
 import { t } from "./texts.js";
 
 const kRetryAtFirst = 500; // milliseconds, as all of these
@@ -79,13 +79,23 @@ const follow = {
   events: (news, state) => ({ ...state, events: [...news, ...state.events].slice(0, kMostEvents) }),
 };
 
+const isPlugged = (channel) => channel.state === "plugged";
+
+// A camera that was unplugged while somebody looks is announced. What one streams goes on with it.
+function sayGoodbye(before, channels) {
+  for (const one of withNamesakes({ channels: before }).channels.filter((one) => isPlugged(one) && !isPlugged(channels[one.channel]))) {
+    notice(t(isMeantToStream(one) ? "gone.streamed" : "gone", { name: nameOf(one) }), "", false, one.channel);
+  }
+}
+
 // A camera that is plugged in while somebody looks is announced and marked.
 function welcome(before, channels) {
-  const isNew = (one) => one.state === "plugged" && before[one.channel].state !== "plugged";
-  const arrived = channels.filter(isNew).map((one) => one.channel);
+  const arrived = channels.filter((one) => isPlugged(one) && !isPlugged(before[one.channel])).map((one) => one.channel);
   if (arrived.length === 0) return;
   const named = withNamesakes({ channels }).channels;
-  for (const number of arrived) notice(t(channels[number].supported ? "arrived" : "arrived.unusable", { name: nameOf(named[number]) }));
+  for (const number of arrived) {
+    notice(t(channels[number].supported ? "arrived" : "arrived.unusable", { name: nameOf(named[number]) }), "", false, number);
+  }
   set({ arrived: [...known.arrived, ...arrived] });
   setTimeout(() => set({ arrived: known.arrived.filter((one) => !arrived.includes(one)) }), kNewTime);
 }
@@ -93,7 +103,10 @@ function welcome(before, channels) {
 function take({ section, value }) {
   if (section === "host_away") return set({ away: true });
   if (section === "alive") return expectNext(1000 * kPatience * value);
-  if (section === "channels" && known.state) welcome(known.state.channels, value);
+  if (section === "channels" && known.state) {
+    sayGoodbye(known.state.channels, value);
+    welcome(known.state.channels, value);
+  }
   const merge = follow[section] ?? ((part, state) => ({ ...state, [section]: part }));
   if (known.away) welcomeBack();
   if (section === "state" || known.state) set({ away: false, state: merge(value, known.state) });
@@ -198,16 +211,21 @@ export function closeNotice(id) {
 
 const withoutRefusals = () => known.notices.filter((one) => !one.isRefusal);
 
+export const leaveNotices = () => set({ notices: [] });
+
 export const leaveNews = () => set({ notices: known.notices.filter((one) => one.isRefusal) });
 
 // On another page it would seem to be about that one.
 export const leaveRefusals = () => set({ notices: withoutRefusals() });
 
-// A refusal stays until it is closed or something else went well, which disappears.
-export function notice(text, cure = "", isRefusal = false) {
+const kDone = "done";
+
+// A refusal stays until it is closed or something else went well, which disappears. What went well, and what happened to a
+// camera, is said in place of what was said of it before.
+export function notice(text, cure = "", isRefusal = false, about = kDone) {
   const id = (noticed += 1);
-  const earlier = isRefusal ? known.notices : withoutRefusals();
-  set({ notices: [...earlier.slice(-2), { id, text, cure, isRefusal }] });
+  const earlier = (isRefusal ? known.notices : withoutRefusals()).filter((one) => one.isRefusal || one.about !== about);
+  set({ notices: [...earlier.slice(-2), { id, text, cure, isRefusal, about, isNews: about !== kDone }] });
   if (!isRefusal) setTimeout(closeNotice, kNoticeTime, id);
 }
 

@@ -238,7 +238,7 @@ class Api(RequestHandler):
         if self.standin.refusal and path.startswith(self.standin.refused_path):
             return self.refuse(409, "refused", **self.standin.refusal)
         taken = {**body, "rate": 24} if path.endswith("/stream") else {}
-        return self.finish({"asked": body, "taken": taken, "not_stored": []})
+        return self.finish({"asked": body, "taken": taken, "not_stored": [], "differences": []})
 
     def _sign(self, body: dict[str, str] | None) -> None:
         if body and body["password"] != PASSWORD:

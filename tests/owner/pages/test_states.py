@@ -127,13 +127,31 @@ def test_a_camera_that_is_plugged_in_is_announced_and_marked(owner: Owner, stand
     assert owner.is_told("“Garage with a name that is rather long” is plugged in.")
     assert owner.evaluate("document.querySelector('.notices').getAttribute('role')") == "status"
     assert owner.wait(lambda: set(owner.evaluate("window.marked")) == {"1"})
+    standin.state["channels"][1] = {**channels[1], "state": "unplugged", "waits_for": None}
+    standin.tell("channels", standin.state["channels"])
+    assert owner.is_told("“Garage with a name that is rather long” was unplugged.")
+    assert owner.evaluate("document.querySelectorAll('.notice').length") == 1  # not beside the contrary
     assert owner.wait(lambda: owner.evaluate("document.querySelectorAll('.camera.new, .notice').length") == 0)
 
 
+def test_it_is_announced_on_every_page_that_a_stream_goes_on_when_its_camera_is_back(owner: Owner, standin: StandIn) -> None:
+    owner.open("sharing")
+    owner.sees("Copy link")
+    assert "instead of a picture" not in owner.text()
+    away, off, waits = (STATE["channels"][number]["reasons"] for number in (5, 2, 1))
+    for values, guests in (({"state": "unplugged", "reasons": away}, "Their picture comes back by itself as soon as the camera is plugged in again."),
+                           ({"state": "plugged", "switched_on": False, "reasons": off}, "The USB port of the camera is switched off: guests see this"),
+                           ({"switched_on": True, "reasons": waits}, "The camera waits for another one: guests")):
+        standin.state["channels"][0] |= {"streams": False, **values}
+        standin.tell("channels", standin.state["channels"])
+        assert owner.sees(guests)
+    assert owner.is_told("“Front door” was unplugged; its stream goes on when it is back.")
+
+
 def test_a_message_lies_over_nothing_that_can_be_pressed(owner: Owner, standin: StandIn) -> None:
-    """On a phone the end of the page, where all can be pressed that the message lay over before."""
+    """On a phone it lies over the page, until that is touched."""
     channels = plugged_in(standin, 0, 1, 2)
-    for width, height in ((390, 844), (844, 390), (1280, 800), (2560, 1440)):
+    for width, height in ((1280, 800), (2560, 1440)):
         owner.size(width, height)
         owner.open()
         owner.sees_on_card(1, "Garage")
@@ -162,6 +180,25 @@ def test_a_touch_takes_a_message_away_from_what_it_lies_over_but_not_a_refusal(o
     owner.complaints()  # of the refusal
 
 
+def test_a_refusal_is_next_to_the_keyboard_and_closed_with_a_key(owner: Owner, standin: StandIn) -> None:
+    standin.refusal = {"reason": "not_attached", "text": "It is not attached.", "cure": None}
+    owner.open("profile/0")
+    owner.turn("Time in the picture")
+    owner.sees("The camera is not plugged in.")
+    owner.press_keys(Keys.TAB)
+    assert owner.focused() == "Close"
+    owner.press_keys(Keys.TAB)
+    assert owner.focused() != "Close"
+    owner.press_keys(Keys.SHIFT + Keys.TAB)
+    assert owner.evaluate(FOCUSED_SWITCH) == "Time in the picture"
+    owner.press_keys(Keys.ESCAPE)
+    assert owner.sees_no_more("The camera is not plugged in.")
+    owner.complaints()  # of the refusal
+
+
+FOCUSED_SWITCH = "document.activeElement.closest('.switch')?.innerText"
+
+
 def test_the_keyboard_goes_back_to_where_it_was_when_a_message_is_closed(owner: Owner, standin: StandIn) -> None:
     standin.refusal = {"reason": "not_attached", "text": "It is not attached.", "cure": None}
     owner.open("profile/0")
@@ -170,7 +207,28 @@ def test_the_keyboard_goes_back_to_where_it_was_when_a_message_is_closed(owner: 
     owner.evaluate("document.querySelector('.notice .bare').focus()")
     owner.press_keys(Keys.ENTER)
     assert owner.sees_no_more("The camera is not plugged in.")
-    assert owner.evaluate("document.activeElement.closest('.switch')?.innerText") == "Time in the picture"
+    assert owner.evaluate(FOCUSED_SWITCH) == "Time in the picture"
+    owner.turn("Time in the picture")
+    owner.sees("The camera is not plugged in.")
+    standin.refusal = None
+    owner.turn("Time in the picture")  # which says nothing when it is done
+    assert owner.sees_no_more("The camera is not plugged in.")
+    owner.complaints()  # of the refusal
+
+
+@pytest.mark.parametrize(("scroll", "is_above"), [("start", False), ("end", True)])
+def test_on_a_phone_a_message_is_away_from_what_was_pressed(owner: Owner, standin: StandIn, scroll: str, is_above: bool) -> None:
+    standin.refusal = {"reason": "not_attached", "text": "It is not attached.", "cure": None}
+    owner.size(390, 844)
+    owner.open()
+    owner.sees_on_card(2, "Switch the port on")
+    button = "document.querySelector('[data-channel=\"2\"] button')"
+    owner.evaluate(f"{button}.scrollIntoView({{ block: '{scroll}' }})")
+    owner.evaluate(f"{button}.click()")
+    owner.sees("The camera is not plugged in.")
+    assert owner.evaluate("document.querySelector('.notice').getBoundingClientRect().top < innerHeight / 2") == is_above
+    owner.evaluate(f"scrollTo(0, {0 if is_above else 'document.documentElement.scrollHeight'})")
+    assert owner.evaluate(COVERED) == []
     owner.complaints()  # of the refusal
 
 
@@ -589,6 +647,20 @@ def test_if_no_camera_can_take_a_profile_it_is_said_why_and_nothing_can_be_moved
     buttons = "[...document.querySelectorAll('dialog button')].map((one) => one.textContent)"
     assert owner.evaluate(buttons) == ["Close"]
     owner.press("Close")
+
+
+@pytest.mark.parametrize(
+    ("name", "promise", "told"),
+    [("Front door", "and the name that you gave it", "“Front door” now shows the picture of “Night camera”."),
+     ("", "The stream is then called as the other camera.", "The stream comes from “Night camera” now; “HD Pro Webcam C920” has no profile any more.")],
+)  # fmt: skip
+def test_only_a_name_that_somebody_gave_moves_with_a_profile(owner: Owner, standin: StandIn, name: str, promise: str, told: str) -> None:
+    standin.state["channels"][0]["profile_name"] = name
+    owner.open("profile/0")
+    owner.press("Move to another camera")
+    assert owner.sees(promise)
+    owner.press("Move")
+    assert owner.is_told(told)
 
 
 @pytest.mark.parametrize("name", ["Front door", ""])

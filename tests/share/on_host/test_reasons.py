@@ -17,11 +17,11 @@ pytestmark = pytest.mark.usefixtures("page")
 
 
 PASSING = [
-    ({"slot_switch": 0}, "The camera’s port is switched off."),
-    ({"exists": 0}, "The camera is not plugged in."),
+    ({"slot_switch": 0}, "The camera’s port is switched off; its picture comes back by itself as soon as it is switched on."),
+    ({"exists": 0}, "The camera is not plugged in; its picture comes back by itself as soon as it is."),
     ({"video.vnode": -1}, "The camera gives no picture at the moment."),
     ({"video.vnode": -1, "audio.anode": 1}, "There is sound here, but no picture to show."),
-    ({"conflictch": 3}, "The camera has to wait for another one, or cannot be used on this host."),
+    ({"conflictch": 3}, "The camera has to wait for another one, or cannot be used on this host; its picture comes by itself as soon as it can."),
     ({"sharelink.shrenable": 0}, "This camera is not shared at the moment."),
 ]
 
@@ -48,7 +48,7 @@ def test_a_password_is_not_asked_for_again_when_the_camera_is_back(
     viewer.await_playing()
     encoder.end()
     shared(protected, exists=0, **password)
-    viewer.await_sentence("The camera is not plugged in.")
+    viewer.await_sentence("The camera is not plugged in; its picture comes back by itself as soon as it is.")
     shared(protected, **password)
     encoder.start()
     viewer.await_playing()

@@ -75,7 +75,8 @@ def test_there_were_too_many_attempts(viewer: Viewer, page: Service, link: Link,
 def test_the_camera_is_unplugged(viewer: Viewer, link: Link, check: Check) -> None:
     shared(link, exists=0)
     viewer.open(link["page"])
-    check("The camera is not plugged in.", "Die Kamera ist nicht angeschlossen.")
+    check("The camera is not plugged in; its picture comes back by itself as soon as it is.",
+          "Die Kamera ist nicht angeschlossen; ihr Bild kommt von selbst zurück, sobald sie wieder angeschlossen ist.")  # fmt: skip
     assert viewer.complaints() == []
 
 

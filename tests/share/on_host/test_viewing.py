@@ -53,7 +53,7 @@ def test_the_page_reports_that_the_camera_was_unplugged(viewer: Viewer, encoder:
     viewer.await_playing()
     encoder.send(SIGSTOP)
     shared(link, exists=0)
-    viewer.await_sentence("The camera is not plugged in.")
+    viewer.await_sentence("The camera is not plugged in; its picture comes back by itself as soon as it is.")
     assert not viewer.sees_video()
 
 
