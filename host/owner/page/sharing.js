@@ -7,12 +7,12 @@ import { html, useEffect, useMemo, useState } from "../libraries/preact.js";
 import qrcode from "../libraries/qrcode.js";
 import { attempt, explainReading } from "./actions.js";
 import { call, read } from "./api.js";
-import { channelOf, lastStanding, profileName } from "./channels.js";
+import { attachedWithoutProfile, channelOf, lastStanding, nameOf, profileName } from "./channels.js";
 import { copy } from "./clipboard.js";
 import { Icon } from "./icons.js";
 import { Button, Empty, Failed, Loading, PasswordField, Switch } from "./parts.js";
 import { ask, notice, timesBack } from "./store.js";
-import { number, plain, t } from "./texts.js";
+import { list, number, plain, t } from "./texts.js";
 
 const kLongestPassword = 31;
 const kShortestPassword = 6;
@@ -172,6 +172,7 @@ function SharedProfile({ profile, share, load, state }) {
 }
 
 export function Sharing({ state }) {
+  const others = attachedWithoutProfile(state);
   const bound = state.profiles.filter((one) => channelOf(state, one.profile));
   const [shares, load] = useShares(bound.map((one) => channelOf(state, one.profile)));
   if (bound.length === 0) return html`<${Empty} icon="sharing" title=${t("share.empty")}><p>${t("share.empty_cure")}</p><//>`;
@@ -179,5 +180,6 @@ export function Sharing({ state }) {
     ${shares === null && html`<${Loading} />`}
     ${shares === undefined && html`<${Failed} again=${load} />`}
     ${shares && html`<ul class="shares">${bound.filter((one) => shares[one.profile]).map((one) => html`
-      <${SharedProfile} key=${one.profile} profile=${one} share=${shares[one.profile]} load=${load} state=${state} />`)}</ul>`}`;
+      <${SharedProfile} key=${one.profile} profile=${one} share=${shares[one.profile]} load=${load} state=${state} />`)}</ul>
+      ${others.length > 0 && html`<p class="quiet">${t("share.others", { names: list(others.map(nameOf)) })}</p>`}`}`;
 }

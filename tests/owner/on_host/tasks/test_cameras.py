@@ -201,7 +201,7 @@ def test_take_the_profile_away_knowing_what_is_lost(door: Owner) -> None:
 
 def test_forget_a_camera_that_will_not_come_back(door: Owner) -> None:
     run("sim unplug 3-1")
-    assert door.sees_on_card(0, "Unplugged", "Plug it in again, into the same USB port (3-1).")
+    assert door.sees_on_card(0, "Unplugged", "Plug it in again, into the same USB port (3-1); in another one it is a new camera.")
     door.press("Forget this camera")
     assert door.sees("Profile 0 becomes free")
     door.press("Forget this camera")

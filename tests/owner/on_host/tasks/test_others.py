@@ -57,7 +57,7 @@ def test_show_a_link_to_a_phone(door: Owner) -> None:
     door.sign_in(USER, PASSWORD)
     door.sees("Copy link")
     assert door.browser.find_elements(By.CSS_SELECTOR, ".qr") == []
-    door.press("Show to a phone")
+    door.press("Show a code for a phone")
     code = door.wait(lambda: door.browser.find_element(By.CSS_SELECTOR, ".qr svg"))
     assert code.get_attribute("aria-label") == "QR code of the link"
     assert code.is_displayed()
@@ -69,7 +69,7 @@ def test_hear_that_only_the_host_can_open_a_link(door: Owner) -> None:
     assert door.sees("Only this host can open this link. For others, share at")
     page = door.browser.find_element(By.CSS_SELECTOR, ".care-box a").get_attribute("href")
     assert page is not None and page.endswith(":8080/#/sharing") and "127.0.0.1" not in page
-    assert "Show to a phone" not in door.text()
+    assert "Show a code for a phone" not in door.text()
 
 
 def test_share_with_a_password(door: Owner) -> None:
