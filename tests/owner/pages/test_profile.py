@@ -57,16 +57,19 @@ def test_a_picture_that_the_host_encodes_is_turned_at_once(owner: Owner, standin
 
 
 def test_with_the_keyboard_a_choice_is_made_when_it_rests_or_with_enter(owner: Owner, standin: StandIn) -> None:
-    """Each of the steps on the way would begin the stream anew."""
+    """Each of the steps on the way would begin the stream anew. Here nothing rests long enough at first."""
     owner.open("profile/0")
     owner.sees("Save")
-    owner.evaluate("void (window.later = setTimeout, window.setTimeout = (act, time) => time !== 1000 && later(act, time))")  # no rest
+    owner.evaluate("void (window.later = setTimeout, window.setTimeout = (act, time, ...given) => time !== 1000 && later(act, time, ...given))")
     owner.evaluate("document.getElementById('turn').focus()")
     owner.press_keys(Keys.ARROW_UP, Keys.ARROW_UP)
     assert owner.wait(lambda: owner.field("Turn the picture").get_attribute("value") == "turn.none")
     assert streams_changed(standin) == []
     owner.press_keys(Keys.ENTER)
     assert owner.wait(lambda: streams_changed(standin) == [{"flip": False, "mirror": False}])
+    standin.state["channels"][0] |= {"mirror": False, "profile_name": "Back door"}
+    standin.tell("channels", standin.state["channels"])
+    owner.wait(lambda: owner.heading() == "Back door")
     owner.evaluate("void (window.setTimeout = later)")
     owner.press_keys(Keys.ARROW_DOWN)
     assert owner.wait(lambda: streams_changed(standin)[1:] == [{"flip": True, "mirror": True}])
@@ -118,6 +121,13 @@ def test_a_name_is_readable_on_a_phone(owner: Owner) -> None:
     owner.open("profile/0")
     owner.sees("Rename")
     assert owner.evaluate("document.getElementById('name').getBoundingClientRect().width") > 300
+
+
+def test_a_camera_leads_to_when_it_came_and_went(owner: Owner) -> None:
+    owner.open("profile/0")
+    owner.press("When it came and went")
+    assert owner.wait(lambda: owner.heading() == "Charts")
+    assert owner.sees("When each camera was plugged in and out")
 
 
 def test_only_rates_that_can_be_had_are_offered_and_the_highest_is_first(owner: Owner, standin: StandIn) -> None:

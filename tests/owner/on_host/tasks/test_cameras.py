@@ -43,6 +43,8 @@ def test_plug_a_camera_in_and_see_it_appear(ann: Owner) -> None:
 
 def test_give_a_camera_a_profile(ann: Owner) -> None:
     run("sim plug usb2-camera 3-1")
+    ann.sees("Start its stream")
+    assert ann.evaluate("document.querySelector('.reasons button').className") == ""  # the one that stands out
     ann.press("Start its stream")
     assert ann.is_told("The stream of “USB 2.0 Camera: USB Camera” begins, with profile 0.")
     assert "3-1" in run("usbdevctl profiles")
