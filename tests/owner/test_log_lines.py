@@ -62,12 +62,12 @@ def test_no_words_are_left_over() -> None:
         ("Modified Channel 1 FPS: 15.00", "Rate set to 15 pictures a second", "Bildrate auf 15 Bilder pro Sekunde gesetzt"),
         ("Modified Channel 1 FPS: 7.50", "Rate set to 7.5 pictures a second", "Bildrate auf 7,5 Bilder pro Sekunde gesetzt"),
         ("Camera[3-1 Cam]: Another program uses it: vlc (12). End that program.",
-         "The camera does not stream. Another program uses it: vlc (12).", "Die Kamera sendet nicht. Ein anderes Programm verwendet sie: vlc (12)."),
+         "Does not stream. Another program uses it: vlc (12).", "Sendet nicht. Ein anderes Programm verwendet sie: vlc (12)."),
         ("Camera[3-1]: Another program uses it: one that has ended since. End that program.",
-         "The camera does not stream. Another program used it, which has ended since.",
-         "Die Kamera sendet nicht. Ein anderes Programm hat sie verwendet und ist inzwischen beendet."),
-        ("Modified Channel 3 USB device name: Cam (3-1)", "Got profile 2", "Hat Profil 2 bekommen"),
-        ("Modified Channel 3 channel name: {rate}", "Called “{rate}” now", "Heißt jetzt „{rate}“"),
+         "Does not stream. Another program used it, which has ended since.",
+         "Sendet nicht. Ein anderes Programm hat sie verwendet und ist inzwischen beendet."),
+        ("Modified Channel 3 USB device name: Cam (3-1)", "Got profile 2", "Profil 2 erhalten"),
+        ("Modified Channel 3 channel name: {rate}", "Renamed to “{rate}”", "Umbenannt in „{rate}“"),
     ],
 )  # fmt: skip
 def test_a_line_has_the_words_of_the_pages(line: str, english: str, german: str) -> None:

@@ -101,6 +101,13 @@ def test_each_reason_of_a_guest_has_its_text_and_no_other_has() -> None:
     assert {named(key, "reason") for key in ENGLISH["share"]} - {""} == set(GUESTS_REASONS)
 
 
+def test_in_german_no_camera_is_called_as_the_reader_is() -> None:
+    """"Sie" and "Ihr" at the begin of a sentence are the reader."""
+    about_cameras = ("reason.", "switch_off.", "unbind.", "forget.", "log.", "act.", "events.")
+    german = texts("owner")["de"]
+    assert [key for key in german if key.startswith(about_cameras) and re.match(r"(Sie|Ihre?) ", german[key])] == []
+
+
 @pytest.mark.parametrize("page", ENGLISH)
 def test_each_text_of_a_script_exists(page: str) -> None:
     used = re.findall(r"\bt\(\"([\w.]+)\"|data-text=\"(\w+)\"|show\(\"\w+\", \"(\w+)\"", scripts(page))

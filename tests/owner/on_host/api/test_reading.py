@@ -73,7 +73,7 @@ def test_a_question_for_events_that_makes_no_sense_is_refused(owner: Client, que
 
 
 def test_events_are_told_in_the_language_that_is_asked_for(owner: Client) -> None:
-    for language, words in (("en", "Called “Garten” now"), ("de", "Heißt jetzt „Garten“")):
+    for language, words in (("en", "Renamed to “Garten”"), ("de", "Umbenannt in „Garten“")):
         told = owner.get(f"/events?language={language}&search=channel+name:+Garten")["events"][0]["text"]
         assert told.endswith(words)  # after its profile, if the camera streamed too shortly to be known
 

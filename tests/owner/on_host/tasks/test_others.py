@@ -248,7 +248,7 @@ def test_read_the_page_in_german(door: Owner) -> None:
     door.choose("Language", "Deutsch")
     assert door.sees("Übersicht", "Beginnt")
     run("sim unplug 3-1")
-    assert door.sees_on_card(0, "Sie ist nicht angeschlossen.", "Kamera vergessen")
+    assert door.sees_on_card(0, "Die Kamera ist nicht angeschlossen.", "Kamera vergessen")
     door.open()
     assert door.sees("Freie Kanäle")
 
