@@ -5,7 +5,8 @@
 
 import { html, useEffect, useRef } from "../libraries/preact.js";
 import { Icon, kEmblem } from "./icons.js";
-import { Notices, Question } from "./parts.js";
+import { Notices } from "./notices.js";
+import { Question } from "./parts.js";
 import { set, signOut } from "./store.js";
 import { changeLanguage, currentLanguage, kLanguages, plain, t } from "./texts.js";
 

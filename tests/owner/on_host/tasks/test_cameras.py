@@ -75,6 +75,10 @@ def test_let_a_camera_that_waits_and_has_a_profile_stream_instead(ann: Owner) ->
     ann.press("Stream this one instead")
     assert ann.sees_on_card(1, "Switched off")
     assert ann.wait(lambda: streams(0))
+    ann.open("events")
+    ann.enter("Search", "wait 3-1.1")
+    assert ann.sees("Waits for “Garage”, port 3-1.2: both are on one USB controller", "No longer waits for “Garage”, port 3-1.2",
+                    "“Stream this one instead”: the USB port 3-1.2 of “Garage” was switched off")  # fmt: skip
 
 
 def test_let_a_camera_stream_instead_when_no_profile_is_free(ann: Owner) -> None:
@@ -128,6 +132,11 @@ def test_turn_the_picture_around(door: Owner) -> None:
     door.press("Change to H.264")
     assert door.wait(lambda: door.field("Turn the picture").get_attribute("value") == "turn.half")
     assert door.wait(lambda: all(json.loads(run("usbdevctl stream show 0 --json"))[name] for name in ("flip", "mirror")))
+    door.open("events")
+    assert door.sees("Turned: upside down")
+    assert "Mirror left and right" not in door.text()
+    door.turn("Show how the host has logged it")
+    assert door.sees("Enabled image mirror on Channel 1")
 
 
 def test_watch_a_camera(door: Owner, manager: Service) -> None:
@@ -203,6 +212,7 @@ def test_take_the_profile_away_knowing_what_is_lost(door: Owner) -> None:
 
 def test_forget_a_camera_that_will_not_come_back(door: Owner) -> None:
     run("sim unplug 3-1")
+    assert door.is_told("“Door” was unplugged; its stream goes on when it is back.")
     assert door.sees_on_card(0, "Unplugged", "Plug it in again, into the same USB port (3-1); in another one it is a new camera.")
     door.press("Forget this camera")
     assert door.sees("Profile 0 becomes free")
