@@ -11,7 +11,7 @@
 namespace {
 
 /// Runs one of the host's commands; what it prints on standard error is not looked at.
-Answer tool(const std::string &command) { return runCommand(HOST_TOOLS "/" + command + " 2>/dev/null"); }
+Answer tool(const std::string &command) { return runCommand("PATH=" HOST_TOOLS ":$PATH " + command + " 2>/dev/null"); }
 
 void expect(const std::string &command, const std::string &output, int status) {
   const Answer answer = tool(command);

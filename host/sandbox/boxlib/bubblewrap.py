@@ -8,7 +8,7 @@ from __future__ import annotations
 import os
 import shutil
 import subprocess
-import sysconfig
+import sys
 from pathlib import Path
 
 from boxlib.errors import SandboxError
@@ -97,9 +97,11 @@ def _read_only(path: Path) -> list[str]:
 
 
 def _python_package(build: Path) -> list[str]:
-    """The build's Python package, where Python looks for what a machine's administrator installs."""
+    """The build's Python package, where Python looks for what a machine's administrator installs. Asking Python itself for
+    the folder takes as long as all else that is decided here."""
     folder = (build / "python").resolve()
-    return ["--ro-bind", str(folder), sysconfig.get_path("purelib", "posix_local")] if folder.is_dir() else []
+    packages = f"/usr/local/lib/python{sys.version_info.major}.{sys.version_info.minor}/dist-packages"
+    return ["--ro-bind", str(folder), packages] if folder.is_dir() else []
 
 
 def _figures_file() -> list[str]:
