@@ -246,6 +246,8 @@ def test_what_was_logged_meanwhile_is_kept_with_what_users_did(kept: Kept) -> No
     past = kept.history.past(10, Known(), lambda _: True)
     assert past.acts[0]["lines"] == ["USB slot [3-1] has been disabled."]
     assert past.lines_of_acts == {(7, time_text(BEGIN))}
+    kept.history.add(BEGIN, Act("switched_on", "bob", ("Camera 3", "3-1"), lines=[line]))  # at the same time
+    assert [one["lines"] for one in kept.history.past(10, Known(), lambda _: True).acts] == [[], past.acts[0]["lines"]]
 
 
 def acts(kept: Kept) -> list[str]:

@@ -142,7 +142,9 @@ def newest(history: History, state: Value | None, wish: Wish) -> list[Value]:
     cameras = Cameras(state, past)
 
     def fits(event: event_log.Event) -> bool:
-        return (event["id"], event["time"]) not in past.lines_of_acts and teller.fits(teller.log(event, cameras))
+        if (event["id"], event["time"]) in past.lines_of_acts:
+            return False
+        return not wish.search or teller.fits(teller.log(event, cameras))
 
     lines = event_log.newest(wish.limit, wish.before, wish.severity, fits)
     kinds = ([teller.log(line, cameras) for line in lines], map(teller.kept, past.turns), map(teller.kept, past.acts))

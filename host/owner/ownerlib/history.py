@@ -39,8 +39,8 @@ TABLES = {
     "waiting": "time INTEGER NOT NULL, device TEXT NOT NULL, port TEXT NOT NULL, other TEXT NOT NULL, PRIMARY KEY(device, port)",
     "turn": "time INTEGER NOT NULL, kind TEXT NOT NULL, device TEXT NOT NULL, port TEXT NOT NULL, given TEXT NOT NULL",
     "act": "time INTEGER NOT NULL, name TEXT NOT NULL, user TEXT, given TEXT NOT NULL, device TEXT, port TEXT",
-    # Which lines the library logged while it did what a user asked for.
-    "logged": "time INTEGER NOT NULL, act INTEGER NOT NULL, line INTEGER NOT NULL, at TEXT NOT NULL, text TEXT NOT NULL",
+    # Which lines the library logged while it did what a user asked for; each stands once, also if two did so together.
+    "logged": "time INTEGER NOT NULL, act INTEGER NOT NULL, line INTEGER NOT NULL, at TEXT NOT NULL, text TEXT NOT NULL, UNIQUE(line, at)",
     "stream": "time INTEGER NOT NULL, profile INTEGER NOT NULL, device TEXT NOT NULL, port TEXT NOT NULL, ended INTEGER NOT NULL",
     "bandwidth": "time INTEGER NOT NULL, bus INTEGER NOT NULL, reserved INTEGER NOT NULL, speed INTEGER NOT NULL,"
     " ended INTEGER NOT NULL",
@@ -143,7 +143,7 @@ class History:
         with self._database() as database:
             number = database.execute("INSERT INTO act VALUES(?, ?, ?, ?, ?, ?)", row).lastrowid
             lines = [(moment, number, line["id"], line["time"], line["text"]) for line in act.lines]
-            database.executemany("INSERT INTO logged VALUES(?, ?, ?, ?, ?)", lines)
+            database.executemany("INSERT OR IGNORE INTO logged VALUES(?, ?, ?, ?, ?)", lines)
             self._limit(database)
 
     def happened(self) -> int:

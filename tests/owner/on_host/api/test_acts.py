@@ -101,6 +101,17 @@ def test_each_change_is_an_event(owner: Client) -> None:
     assert newest_line(owner) == logged_before  # nothing stands twice
 
 
+def test_a_warning_about_a_change_stays_an_event_of_its_own(owner: Client) -> None:
+    before = acts(owner)
+    assert owner.ask("PATCH", "/profiles/0/stream", {"codec": "mjpeg", "width": 640, "height": 480, "rate": 120}).status == 200
+    told = next_act(owner, before)
+    assert "Modified Channel 1 FPS: 120.00" in told["lines"]
+    assert not [line for line in told["lines"] if "Decode error" in line]
+    assert owner.get("/events?severity=warning&limit=1")["events"][0]["lines"] == [
+        "Modified Channel 1 frame rate to over 60 FPS. Decode error may occur."
+    ]
+
+
 def test_what_is_refused_is_no_event(owner: Client) -> None:
     before = acts(owner)
     assert owner.ask("PUT", "/channels/0/profile", {"profile": 9}).error == "invalid"
