@@ -172,11 +172,12 @@ def test_a_touch_takes_a_message_away_from_what_it_lies_over_but_not_a_refusal(o
     owner.size(390, 844)
     owner.evaluate("document.querySelector('h1').click()")
     assert "The camera is not plugged in." in owner.text()
-    left = f"document.querySelector('{touched}').click(); window.left ??= document.querySelectorAll('.notice').length"
+    left = f"window.place ??= document.querySelector('.notices').className; document.querySelector('{touched}').click(); window.left ??= document.querySelectorAll('.notice').length"
     owner.evaluate(WATCH % f"if (document.querySelector('.notice:not(.refusal)')) {{ {left} }}")
     standin.tell("channels", channels)
     assert owner.is_told("“Garage with a name that is rather long” is plugged in.")
     assert owner.wait(lambda: owner.evaluate("window.left === 0"))
+    assert owner.evaluate("window.place") == "notices above"  # wherever was touched before
     owner.complaints()  # of the refusal
 
 
@@ -692,6 +693,11 @@ def test_a_refused_move_is_said_in_the_language_of_the_page(owner: Owner, standi
     owner.press("Verschieben")
     assert owner.sees("Der USB-Anschluss der Kamera ist ausgeschaltet; schalten Sie ihn zuerst ein.")
     assert "Its port is off." not in owner.text()
+    standin.refusal = {"reason": "failed", "text": "It could not be stored.", "cure": None}
+    owner.press("Auf eine andere Kamera verschieben")
+    owner.press("Verschieben")
+    assert owner.sees("Der Host konnte das nicht ausführen.")
+    assert "It could not be stored." not in owner.text()
     owner.choose("Sprache", "English")
     owner.complaints()  # of the refusal
 
