@@ -30,7 +30,8 @@ def test_mistype_the_password(ann: Owner) -> None:
     ann.press("Sign out")
     ann.sign_in("ann", "correct house")
     assert ann.sees("The user name or the password is wrong.")
-    ann.enter("Password", "correct horse" + Keys.ENTER)
+    ann.enter("Password", "correct horse")
+    ann.press_keys(Keys.ENTER)
     assert ann.sees("Overview")
     assert len(ann.complaints()) == 1  # the refusal
 
@@ -75,7 +76,7 @@ def test_let_a_camera_that_waits_and_has_a_profile_stream_instead(ann: Owner) ->
     ann.press("Stream this one instead")
     assert ann.sees_on_card(1, "Switched off")
     assert ann.wait(lambda: streams(0))
-    ann.open("events")
+    ann.turn_to("events")
     ann.enter("Search", "wait 3-1.1")
     assert ann.sees("Waits for “Garage”, port 3-1.2: both are on one USB controller", "No longer waits for “Garage”, port 3-1.2",
                     "“Stream this one instead”: the USB port 3-1.2 of “Garage” was switched off")  # fmt: skip
@@ -86,7 +87,7 @@ def test_let_a_camera_stream_instead_when_no_profile_is_free(ann: Owner) -> None
     run("usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door; sim plug usb2-camera 3-1.2")
     run("usbdevctl assign 1-1 1; usbdevctl assign 1-2 2; usbdevctl assign 5-1 3")
     ann.sees_on_card(4, "It waits for “Door”")
-    ann.wait(lambda: "Not started" not in ann.card(3))  # the last one has its profile
+    ann.sees_on_card(3, "Begins")  # the last one has its profile
     ann.press("Stream this one instead")
     assert ann.sees("Move a profile to “USB 2.0 Camera: USB Camera, port 3-1.2”?")
     ann.press("Move")
@@ -101,7 +102,7 @@ def test_find_out_that_a_camera_cannot_be_used(ann: Owner) -> None:
 
 def test_give_a_profile_to_a_camera_that_waits_and_be_warned(ann: Owner) -> None:
     run("sim plug usb2-camera 3-1.1; usbdevctl assign 3-1.1 0; sim plug usb2-camera 3-1.2")
-    ann.open("profile/1")
+    ann.turn_to("profile/1")
     ann.press("Port 3-1.2: USB 2.0 Camera: USB Camera")
     assert ann.sees("Stream “USB 2.0 Camera: USB Camera, port 3-1.2” instead of “USB 2.0 Camera: USB Camera, port 3-1.1”?")
     assert ann.sees("for guests too")
@@ -112,19 +113,19 @@ def test_give_a_profile_to_a_camera_that_waits_and_be_warned(ann: Owner) -> None
 
 def test_set_15_frames_a_second_and_see_what_was_taken(ann: Owner) -> None:
     run("sim plug hd-pro-webcam 1-1; usbdevctl assign 1-1 0")
-    ann.open("profile/0")
+    ann.turn_to("profile/0")
     ann.choose("Size", "640 × 480")
     ann.choose("Rate", "15 pictures a second")
     ann.press("Save")
     assert ann.sees("Saved:", "640 × 480, 15 pictures a second.")
     assert ann.browser.find_element(By.CSS_SELECTOR, ".taken .icon").is_displayed()
     assert "15" in run("usbdevctl stream show 0")
-    ann.open()
+    ann.turn_to()
     assert ann.sees_on_card(0, "640 × 480", "15 pictures a second")
 
 
 def test_turn_the_picture_around(door: Owner) -> None:
-    door.open("profile/0")
+    door.turn_to("profile/0")
     assert door.sees("These take effect with the format H.264 only", "With H.264 this camera ")
     door.wait(lambda: door.field("Turn the picture").is_enabled())
     door.choose("Turn the picture", "Upside down (the camera hangs)")
@@ -132,7 +133,7 @@ def test_turn_the_picture_around(door: Owner) -> None:
     door.press("Change to H.264")
     assert door.wait(lambda: door.field("Turn the picture").get_attribute("value") == "turn.half")
     assert door.wait(lambda: all(json.loads(run("usbdevctl stream show 0 --json"))[name] for name in ("flip", "mirror")))
-    door.open("events")
+    door.turn_to("events")
     assert door.sees("Turned: upside down")
     assert "Mirror left and right" not in door.text()
     door.turn("Show how the host has logged it")
@@ -141,7 +142,7 @@ def test_turn_the_picture_around(door: Owner) -> None:
 
 def test_watch_a_camera(door: Owner, manager: Service) -> None:
     run("usbdevctl stream set 0 --size 640x480")
-    door.open("profile/0")
+    door.turn_to("profile/0")
     moves = "document.querySelector('video')?.currentTime > 0.5"
     assert door.wait(lambda: door.evaluate(moves))
     assert door.sees_no_more("Waiting for the picture …")
@@ -157,7 +158,7 @@ def test_see_all_pictures_beside_each_other(door: Owner, manager: Service) -> No
 
 
 def test_rename_a_camera(door: Owner) -> None:
-    door.open("profile/0")
+    door.turn_to("profile/0")
     assert door.field("Name").get_attribute("value") == "Door"
     door.enter("Name", "Gärtchen")
     door.press("Rename")
@@ -167,7 +168,7 @@ def test_rename_a_camera(door: Owner) -> None:
 
 
 def test_switch_a_port_off_and_on_again(door: Owner) -> None:
-    door.open("profile/0")
+    door.turn_to("profile/0")
     door.turn("Use its USB port")
     door.press("Switch off")
     assert door.sees("Its USB port is switched off.")
@@ -180,7 +181,7 @@ def test_be_told_which_camera_streams_after_a_port_is_switched(ann: Owner) -> No
     run("sim plug usb2-camera 3-1.1; usbdevctl assign 3-1.1 0; usbdevctl rename 0 Door; sim plug usb2-camera 3-1.2")
     run("usbdevctl slot off 3-1.1; usbdevctl assign 3-1.2 1; usbdevctl rename 1 Garage; usbdevctl slot on 3-1.1")
     ann.sees_on_card(0, "Waits")
-    ann.open("profile/1")
+    ann.turn_to("profile/1")
     ann.turn("Use its USB port")
     assert ann.sees("“Door” streams in its place. If you then switch this one on, it waits for “Door”.")
     ann.press("Switch off")
@@ -190,7 +191,7 @@ def test_be_told_which_camera_streams_after_a_port_is_switched(ann: Owner) -> No
 
 def test_move_to_another_camera(door: Owner) -> None:
     run("sim plug hd-pro-webcam 5-1")
-    door.open("profile/0")
+    door.turn_to("profile/0")
     door.press("Move to another camera")
     assert door.sees("A shared link gets a new address; the old one stops working.")
     door.choose("To the camera", "Port 5-1: HD Pro Webcam C920")
@@ -201,7 +202,7 @@ def test_move_to_another_camera(door: Owner) -> None:
 
 
 def test_take_the_profile_away_knowing_what_is_lost(door: Owner) -> None:
-    door.open("profile/0")
+    door.turn_to("profile/0")
     door.press("End this stream")
     assert door.sees("Its profile becomes free for another camera.", "Its name is lost.")
     door.press("End this stream")

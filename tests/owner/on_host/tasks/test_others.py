@@ -32,7 +32,7 @@ def guest(owner: Owner) -> Iterator[Owner]:
 
 
 def share(owner: Owner) -> None:
-    owner.open("sharing")
+    owner.turn_to("sharing")
     owner.turn("Share this camera")
     owner.is_told("“Door” is shared.")
 
@@ -53,7 +53,7 @@ def test_show_a_link_to_a_phone(door: Owner) -> None:
     """The page was opened by a name that others could know too."""
     share(door)
     door = Owner(door.browser, ORIGIN.replace("127.0.0.1", "host.localhost"))
-    door.open("sharing")
+    door.turn_to("sharing")
     door.sign_in(USER, PASSWORD)
     door.sees("Copy link")
     assert door.browser.find_elements(By.CSS_SELECTOR, ".qr") == []
@@ -157,7 +157,7 @@ def rows(owner: Owner) -> list[str]:
 
 
 def test_see_an_event_when_it_happens(door: Owner) -> None:
-    door.open("events")
+    door.turn_to("events")
     door.sees("Search")
     run("usbdevctl stream set 0 --fps 60")
     assert door.sees("Rate set to 60 pictures a second")
@@ -167,7 +167,7 @@ def test_see_an_event_when_it_happens(door: Owner) -> None:
 
 def test_search_the_events(door: Owner) -> None:
     run("usbdevctl stream set 0 --fps 60; usbdevctl stream set 0 --size 640x480")
-    door.open("events")
+    door.turn_to("events")
     door.sees("Size set to")
     search = "Search"
     door.enter(search, "pictures a second")
@@ -183,10 +183,10 @@ def test_search_the_events(door: Owner) -> None:
 
 
 def test_see_who_has_done_what(door: Owner) -> None:
-    door.open("sharing")
+    door.turn_to("sharing")
     door.turn("Share this camera")
     door.is_told("“Door” is shared.")
-    door.open("events")
+    door.turn_to("events")
     assert door.wait(lambda: any("Shared" in row and "by ann" in row and "Door 3-1" in row for row in rows(door)))
     door.enter("Search", "signed in")
     assert door.sees_no_more("Shared")
@@ -195,7 +195,7 @@ def test_see_who_has_done_what(door: Owner) -> None:
 
 def test_read_the_events_in_german(door: Owner) -> None:
     run("usbdevctl stream set 0 --fps 60")
-    door.open("events")
+    door.turn_to("events")
     door.sees("Rate set to 60 pictures a second")
     door.choose("Language", "Deutsch")
     assert door.sees("Bildrate auf 60 Bilder pro Sekunde gesetzt", "Angeschlossen")
@@ -207,7 +207,7 @@ def test_read_the_events_in_german(door: Owner) -> None:
 
 def test_export_the_events(door: Owner) -> None:
     run("usbdevctl stream set 0 --fps 60")
-    door.open("events")
+    door.turn_to("events")
     door.press("Export all as CSV")
     assert door.is_told("Saved as events-")
     door.enter("Search", "60 pictures")
@@ -249,7 +249,7 @@ def test_read_the_page_in_german(door: Owner) -> None:
     assert door.sees("Übersicht", "Beginnt")
     run("sim unplug 3-1")
     assert door.sees_on_card(0, "Die Kamera ist nicht angeschlossen.", "Kamera vergessen")
-    door.open()
+    door.turn_to()
     assert door.sees("Freie Kanäle")
 
 
