@@ -14,7 +14,7 @@ import pytest
 
 ROOT = Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "host" / folder) for folder in ("owner", "services")]
-from ownerlib.log_lines import LINES, SETTINGS, TOLD_AS, parse
+from ownerlib.log_lines import LINES, SETTINGS, TOLD_AS, is_about, parse
 from ownerlib.logged_reasons import WORDS
 from ownerlib.texts import LANGUAGES, texts
 
@@ -86,6 +86,18 @@ def test_a_setting_is_called_as_on_its_switch() -> None:
 def test_a_reason_keeps_its_words_and_is_about_its_camera(head: str, device: str | None) -> None:
     known = parse(f"{head}it lists NV12, and the library uses MJPG and YUYV only. Use another camera.")
     assert known and (known.port, known.device, known.words(texts("de"))) == ("3-1", device, None)
+
+
+@pytest.mark.parametrize(
+    ("line", "is_it"),
+    [
+        ("USB slot [3-1] has been disabled.", True), ("USB slot [3-1.2] has been disabled.", False), ("Modified Channel 2 FPS: 15.00", True),
+        ("Modified Channel 1 FPS: 15.00", False), ("Modified Channel 4 USB device name: Cam (3-1)", True), ("Somebody writes on Channel 2", False),
+    ],
+)  # fmt: skip
+def test_a_line_is_about_what_it_names(line: str, is_it: bool) -> None:
+    assert is_about(line, "3-1", 1) == is_it
+    assert not is_about(line, None, None)
 
 
 @pytest.mark.parametrize("language", LANGUAGES)
