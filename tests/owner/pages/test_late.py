@@ -20,7 +20,11 @@ const place = ({ x, y, width, height }) => `${Math.round(x)},${Math.round(y)} ${
 const moved = ({ node, previousRect, currentRect }) =>
   `${(node?.outerHTML ?? node?.data ?? '').slice(0, 80)}: ${place(previousRect)} -> ${place(currentRect)}`;
 new PerformanceObserver((list) => moves.push(...list.getEntries().map((one) => ({ value: one.value, what: one.sources.map(moved) }))))
-  .observe({ type: 'layout-shift', buffered: true });"""
+  .observe({ type: 'layout-shift', buffered: true });
+// What turns takes no other place, but is drawn 60 times a second.
+const still = new CSSStyleSheet();
+still.replaceSync('* { animation: none !important; }');
+document.adoptedStyleSheets = [still];"""
 # The browser tells of what it has drawn after the next picture.
 DRAW = "new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(() => setTimeout(done, 0))))"
 
