@@ -95,7 +95,7 @@ def test_a_session_that_has_ended_leads_to_the_login_and_back_to_the_page(owner:
     assert owner.sees("with the account that you have on their host.", ENDED)
     owner.sign_in("ann", PASSWORD)
     assert owner.sees("Front door")
-    assert owner.heading() == "Sharing"
+    assert owner.wait(lambda: owner.heading() == "Sharing")
     owner.press("Sign out")
     owner.sees("with the account that you have on their host.")
     assert ENDED not in owner.text()

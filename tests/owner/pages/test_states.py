@@ -188,9 +188,9 @@ def test_a_refusal_is_next_to_the_keyboard_and_closed_with_a_key(owner: Owner, s
     owner.turn("Time in the picture")
     owner.sees("The camera is not plugged in.")
     owner.press_keys(Keys.TAB)
-    assert owner.focused() == "Close"
+    assert owner.wait(lambda: owner.focused() == "Close")
     owner.press_keys(Keys.TAB)
-    assert owner.focused() != "Close"
+    assert owner.wait(lambda: owner.focused() != "Close")
     owner.press_keys(Keys.SHIFT + Keys.TAB)
     assert owner.evaluate(FOCUSED_SWITCH) == "Time in the picture"
     owner.press_keys(Keys.ESCAPE)
@@ -519,7 +519,7 @@ def test_a_camera_without_a_profile_has_a_page_until_it_gets_one(owner: Owner, s
     owner.open()
     owner.press("Old camera")
     assert owner.sees("Not supported", "This host cannot use its picture format", "Channel 3")
-    assert owner.heading() == "Old camera"
+    assert owner.wait(lambda: owner.heading() == "Old camera")
     standin.state["channels"][3]["profile"] = 3
     standin.tell("channels", standin.state["channels"])
     assert owner.sees("Take its profile away")
@@ -723,10 +723,10 @@ def test_the_way_out_of_a_question_is_first_and_changes_nothing(owner: Owner, st
     owner.open("profile/0")
     owner.press("End this stream")
     assert owner.sees("End the stream of “Front door”?", "The shared link stops working, for good.")
-    assert owner.focused() == "Cancel"
+    assert owner.wait(lambda: owner.focused() == "Cancel")
     owner.press_keys(Keys.ESCAPE)
     assert owner.sees_no_more("End the stream of “Front door”?")
-    assert owner.focused() == "End this stream"
+    assert owner.wait(lambda: owner.focused() == "End this stream")
     assert [one for one in standin.asked if one[0] == "DELETE"] == []
 
 

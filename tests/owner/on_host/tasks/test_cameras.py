@@ -198,7 +198,7 @@ def test_move_to_another_camera(door: Owner) -> None:
     door.press("Move")
     assert door.is_told("“Door” now shows the picture of “HD Pro Webcam C920”.")
     assert door.sees("HD Pro Webcam C920 · Channel 1")
-    assert door.heading() == "Door"
+    assert door.wait(lambda: door.heading() == "Door")
 
 
 def test_take_the_profile_away_knowing_what_is_lost(door: Owner) -> None:
