@@ -101,10 +101,10 @@ function summary(cameras) {
   if (hostIsAway()) return t("overview.unknown");
   const streaming = cameras.filter((one) => one.streams).length;
   if (streaming === cameras.length) return t("overview.all_stream");
-  const some = streaming === 1 ? "overview.one_streams" : "overview.some_stream";
-  const [one, several] = streaming === 0 ? ["overview.why_only", "overview.why_all"] : ["overview.why_one", "overview.why_each"];
-  const why = t(cameras.length - streaming === 1 ? one : several);
-  return t(streaming === 0 ? "overview.none_streams" : some, { streaming, cameras: cameras.length, why });
+  if (cameras.length === 1) return t("overview.only_one");
+  if (streaming === 0) return t("overview.none_streams");
+  const what = t(cameras.length - streaming === 1 ? "overview.why_one" : "overview.why_each");
+  return t(streaming === 1 ? "overview.one_streams" : "overview.some_stream", { streaming, cameras: cameras.length, what });
 }
 
 export function Overview({ state: told, arrived }) {

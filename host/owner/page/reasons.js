@@ -18,7 +18,7 @@ function values(channel, reason, state) {
   const sharer = other && { other_name: nameOf(other), other_channel: other.channel, root: rootPort(channel) };
   const formats = named.formats && { formats: list(named.formats.split(/, | and /)) };
   const given = { port: channel.port, ...named, ...formats, channel: channel.channel };
-  return { ...given, ...sharer, room: roomFor(channel.port, state.usb), ...lack(named) };
+  return { ...given, ...sharer, button: t("do.start"), room: roomFor(channel.port, state.usb), ...lack(named) };
 }
 
 // What the host lacks to encode a picture is a cause of its own.

@@ -305,10 +305,10 @@ def test_a_camera_that_was_switched_off_for_another_one_can_stream_instead_of_it
     ("channels", "said"),
     [
         ([0], "Every camera streams."),
-        ([1], "No camera streams now; its card says why."),
-        ([1, 2], "No camera streams now; their cards say why."),
-        ([0, 1], "1 of 2 cameras streams; the card of the one that does not says why."),
-        ([0, 1, 2], "1 of 3 cameras streams; the card of each that does not says why."),
+        ([1], "The camera does not stream now. Its card says why."),
+        ([1, 2], "No camera streams now. Each card says why."),
+        ([0, 1], "1 of 2 cameras streams. The card of the other one says why it does not."),
+        ([0, 1, 2], "1 of 3 cameras streams. The cards of the others say why they do not."),
     ],
 )
 def test_how_many_cameras_stream_is_said_in_the_right_number(owner: Owner, standin: StandIn, channels: list[int], said: str) -> None:

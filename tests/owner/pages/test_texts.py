@@ -31,7 +31,7 @@ ENGLISH = {page: texts(page)["en"] for page in ("owner", "share")}
 # Each cause with the words of the host.
 CAUSES = dict(re.findall(r"^USBDEVCTL_(?:REASON|NOTICE)\((\w+),(.*?)\)\n(?=\n|USB|$)", (TOOL / "reason/reasons.def").read_text(), re.M | re.S))
 # What the page itself puts into words, besides what the host does.
-OWN_VALUES = {"port", "channel", "other_name", "other_channel", "root", "lack_cure", "reserved", "room"}
+OWN_VALUES = {"port", "channel", "other_name", "other_channel", "root", "lack_cure", "reserved", "room", "button"}
 # Of an assignment, and of what else is refused for a reason that has a name.
 REFUSALS = {
     *re.findall(r"\"(\w+)\"", re.findall(r"kReasons\[\] = \{(.*?)\}", (TOOL / "profile/assignment.cpp").read_text(), re.S)[0]),
