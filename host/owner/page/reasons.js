@@ -27,7 +27,7 @@ const lack = ({ lack_cause: cause, ...named }) =>
 
 // What the cure depends on, besides the cause.
 function caseOf(channel, { cause, collision }, state) {
-  if (cause === "switched_off") return rivalOf(channel, state) && "rival";
+  if (cause === "switched_off") return rivalOf(channel, state) ? "rival" : channel.profile === null && "no_profile";
   if (cause !== "waits" || collision === "host") return collision;
   if (!roomFor(channel.port, state.usb)) return "no_room";
   return channel.profile === null ? "room" : "room_with_profile";
@@ -42,7 +42,9 @@ export function words(channel, reason, state) {
   };
   const cure = [text("cure", caseOf(channel, reason, state), reason.cure)].flat();
   // Who looks for a profile to give it finds here what happens with that.
-  if (reason.cause === "waits" && channel.profile === null && given.other_name) cure.push(" ", t("waits.no_profile", { button: t("do.instead") }));
+  if (reason.cause === "waits" && channel.profile === null && given.other_name) {
+    cure.push(" ", t(freeProfiles(state).length > 0 ? "waits.no_profile" : "waits.no_profile_free", { ...given, button: t("do.instead") }));
+  }
   return { why: text("reason", reason.collision, reason.text), cure: cure.some(Boolean) && cure };
 }
 

@@ -42,11 +42,13 @@ function portsText(ports) {
   return list(runs.map(({ first, last }) => (first === last ? first : t("usb.ports", { first, last }))));
 }
 
-// The ports in which one more camera streams, of those that are like the given one; empty if there are none.
+// The ports in which one more camera streams, of those that are like the given one; empty if there are none. A camera in a
+// port that is not fast can only be in such ports.
 export function roomFor(port, usb) {
   const speedOf = (one) => usb.buses.find((bus) => bus.bus === busOf(one))?.speed ?? 0;
   const isSuper = (one) => speedOf(one) >= kSuperSpeed;
   const free = usb.controllers.flatMap((one) => one.free_ports);
   const alike = free.filter((one) => isSuper(one) === isSuper(port) && speedOf(one) >= kHighSpeed);
-  return portsText(alike.length > 0 ? alike : free);
+  const possible = port === null || isSuper(port) ? free : free.filter((one) => !isSuper(one));
+  return portsText(alike.length > 0 ? alike : possible);
 }

@@ -33,11 +33,17 @@ function portNode(port, channels, free) {
   return { ...empty, channel: port.channel, address: addressOf(channel), isAway: channel.state !== "plugged", title: ownName(channel), text, kind: tone(word) };
 }
 
+// Of two buses of a controller one can be full.
+function room({ buses, ports, free_ports: free }) {
+  if (free.length === 0) return t(ports.length > 0 ? "usb.full" : "usb.no_camera");
+  const roomy = buses.filter((bus) => free.some((one) => one.startsWith(`${bus}-`)));
+  return roomy.length < buses.length ? t("usb.bus_has_room", { buses: roomy.join(", ") }) : t("usb.has_room");
+}
+
 function controllerNode(controller, channels) {
   const below = controller.ports.map((one) => portNode(one, channels, controller.free_ports));
+  const text = `${t("usb.buses", { buses: controller.buses.join(", ") })} · ${room(controller)}`;
   const hasRoom = controller.free_ports.length > 0;
-  const note = hasRoom ? t("usb.has_room") : below.length === 0 && t("usb.no_camera");
-  const text = [t("usb.buses", { buses: controller.buses.join(", ") }), note].filter(Boolean).join(" · ");
   return { title: t("usb.controller"), text, kind: hasRoom ? "room" : "", isController: true, below, bridge: controller.bridge };
 }
 

@@ -250,6 +250,9 @@ def test_a_camera_that_waits_is_offered_one_thing_to_do(owner: Owner, standin: S
     camera["reasons"].append({**camera["reasons"][0], "reason": "unbound", "cause": "unbound"})
     owner.open()
     assert owner.sees_on_card(1, "It waits for “Front door”", "Stream this one instead")
+    assert owner.sees_on_card(1, "other cameras have all four; “Stream this one instead” moves that of “Front door” to it.")
+    standin.state["profiles"][1] |= {"channel": None}
+    standin.tell("profiles", standin.state["profiles"])
     assert owner.sees_on_card(1, "It has no profile as long as it waits; “Stream this one instead” gives it one.")
     assert "Start its stream" not in owner.card(1)
     camera["reasons"].append({**camera["reasons"][0], "reason": "switched_off", "cause": "switched_off"})
@@ -498,7 +501,14 @@ def test_the_picture_of_usb_has_controllers_without_a_camera_and_says_where_ther
     assert owner.sees("There is room for one more camera in the USB ports 1-3, 1-5 to 1-7, 5-3 to 5-4, and 7-1 to 7-2.")
     assert "Hub, 3-1 · no room" in titles(owner)
     controllers = [title for title in titles(owner) if title.startswith("USB controller")]
-    assert controllers == [f"USB controller, bus {one}" for one in ("3", "5 · has room", "1 · has room", "7, 8 · has room", "9 · no camera")]
+    assert controllers == [f"USB controller, bus {one}" for one in ("3 · no room", "5 · has room", "1 · has room", "7, 8 · has room", "9 · no camera")]
+
+
+def test_of_two_buses_of_a_controller_the_one_that_has_room_is_named(owner: Owner, standin: StandIn) -> None:
+    standin.state["usb"]["controllers"][3]["free_ports"] = ["8-1", "8-2"]
+    owner.open()
+    owner.sees("USB connections")
+    assert "USB controller, bus 7, 8 · bus 8 has room" in titles(owner)
 
 
 def test_free_ports_of_a_hub_are_said_to_have_room(owner: Owner, standin: StandIn) -> None:
@@ -556,6 +566,13 @@ def test_if_no_port_has_room_a_camera_that_waits_is_sent_nowhere(owner: Owner, s
     assert owner.sees_on_card(1, f"To have both does not work here: {no_room}", "Stream this one instead")
 
 
+def test_a_camera_that_waits_is_not_sent_to_a_port_that_is_too_fast_for_it(owner: Owner, standin: StandIn) -> None:
+    for controller in standin.state["usb"]["controllers"]:
+        controller["free_ports"] = [port for port in controller["free_ports"] if port.startswith("8-")]
+    owner.open()
+    assert owner.sees_on_card(1, "To have both does not work here")
+
+
 @pytest.mark.parametrize(("port", "is_said"), [("5-1", False), ("3-2", True)])
 def test_it_is_said_before_whom_a_camera_waits_for_when_it_is_switched_on(owner: Owner, standin: StandIn, port: str, is_said: bool) -> None:
     standin.state["channels"][2]["port"] = port
@@ -563,6 +580,13 @@ def test_it_is_said_before_whom_a_camera_waits_for_when_it_is_switched_on(owner:
     assert owner.sees_on_card(2, "Switch the port on")
     assert ("If you switch it on now, it waits for “Front door”." in owner.card(2)) == is_said
     assert ("Switch it on; the camera has kept its settings." in owner.card(2)) != is_said
+
+
+def test_a_camera_without_a_profile_is_not_said_to_have_kept_its_settings(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][2] |= {"profile": None}
+    owner.open()
+    assert owner.sees_on_card(2, "Switch it on; then it can get a profile, which it needs to stream.")
+    assert "kept its settings" not in owner.card(2)
 
 
 def test_formats_are_listed_in_the_language_of_the_page(owner: Owner) -> None:
