@@ -152,18 +152,22 @@ async function moveTo(from, to) {
   if (answer) notice(t(moved, { name: nameOf(from), camera: nameOf(to) }), answer.differences.map(differenceText).filter(Boolean).join(" "));
 }
 
-const consequencesOf = (settings) => [t("move.stream"), t(settings), t("move.link")];
+function consequencesOf(settings, to, owners) {
+  const said = { to: to ? t("other_camera", { name: nameOf(to) }) : t("move.chosen") };
+  return [t("move.stream", said), t(settings, said), owners.some((one) => one.shared) && t("move.link")].filter(Boolean);
+}
 
 // Moves the profile of this channel to a camera that is chosen.
 export async function move(channel, state) {
-  const cameras = attachedWithoutProfile(state).map((one) => ({ option: asOption(one), why: hindrance(one, channel, state) }));
-  const options = cameras.filter((one) => !one.why).map((one) => one.option);
+  const cameras = attachedWithoutProfile(state).map((camera) => ({ camera, why: hindrance(camera, channel, state) }));
+  const able = cameras.filter((one) => !one.why).map((one) => one.camera);
   const others = cameras.map((one) => one.why).filter(Boolean);
   const title = t("move.title", { name: nameOf(channel) });
   const settings = channel.profile_name ? "move.settings" : "move.settings_unnamed";
-  if (options.length === 0) return ask({ title, consequences: [t("move.nowhere"), ...others, t("move.nowhere_cure")] });
-  const choices = { label: t("move.to"), options };
-  const chosen = await ask({ title, consequences: [...consequencesOf(settings), ...others], choices, yes: t("do.move") });
+  if (able.length === 0) return ask({ title, consequences: [t("move.nowhere"), ...others, t("move.nowhere_cure")] });
+  const choices = { label: t("move.to"), options: able.map(asOption) };
+  const consequences = [...consequencesOf(settings, able.length === 1 && able[0], [channel]), ...others];
+  const chosen = await ask({ title, consequences, choices, yes: t("do.move") });
   if (chosen !== null) await moveTo(channel, state.channels[chosen]);
 }
 
@@ -171,10 +175,9 @@ const withProfile = (state) => state.channels.filter((one) => one.profile !== nu
 
 // Moves a profile that is chosen to this channel.
 export async function moveHere(channel, state, owners = withProfile(state)) {
-  const options = owners.map(asOption);
   const title = t("move.here_title", { name: nameOf(channel) });
-  const choices = { label: t("move.from"), options };
-  const chosen = await ask({ title, consequences: consequencesOf("move.settings"), choices, yes: t("do.move") });
+  const choices = { label: t("move.from"), options: owners.map(asOption) };
+  const chosen = await ask({ title, consequences: consequencesOf("move.settings", channel, owners), choices, yes: t("do.move") });
   if (chosen !== null) await moveTo(state.channels[chosen], channel);
 }
 

@@ -19,9 +19,11 @@ export const kValueTexts = {
 const kNames = { sound: "sound.on", sound_codec: "sound.codec", display: "picture.display" };
 export const settingName = (name) => t(kNames[name] ?? name);
 
+const kShortTexts = { ...kValueTexts, codec: (codec) => t(`words.${codec}`) };
+
 // What a camera took instead of what was wanted; that it cannot do what nobody wanted is not worth a word.
 export function differenceText({ setting, wanted, taken }) {
   if (taken === null) return wanted === "on" ? t("difference.none", { setting: settingName(setting) }) : "";
-  const text = kValueTexts[setting];
+  const text = kShortTexts[setting];
   return t("difference", { setting: settingName(setting), wanted: text(wanted), taken: text(taken) });
 }

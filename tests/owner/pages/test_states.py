@@ -88,7 +88,7 @@ def test_an_owner_sees_how_many_guests_watch(owner: Owner, standin: StandIn) -> 
     standin.tell("viewers", [1, 0, 0, 0])
     assert owner.sees("One guest is watching now.")
     owner.press("Make a new link")
-    assert owner.sees("One guest is watching now, and sees no picture any more.")
+    assert owner.sees("One guest is watching now, and will then see no picture any more.")
     owner.press("Cancel")
     standin.tell("viewers", [0, 0, 0, 0])
     assert owner.sees("No guest is watching now.")
@@ -659,6 +659,8 @@ def test_a_camera_that_would_have_to_wait_is_not_offered_a_profile(
     owner.open(f"profile/{profile}")
     owner.press("Move to another camera")
     assert owner.field("To the camera").text.split("\n") == offered
+    assert ("The stream then comes from the camera that you choose." in owner.text("dialog")) == (len(offered) > 1)
+    assert ("A shared link" in owner.text("dialog")) == (profile == 0)  # the only one that is shared
     assert [one for one in owner.text("dialog").split("\n") if "cannot take it now" in one] == others
     owner.press("Cancel")
 
@@ -679,13 +681,13 @@ def test_if_no_camera_can_take_a_profile_it_is_said_why_and_nothing_can_be_moved
 @pytest.mark.parametrize(
     ("name", "promise", "told"),
     [("Front door", "and the name that you gave it", "“Front door” now shows the picture of “Night camera”."),
-     ("", "The stream is then called as the other camera.", "The stream comes from “Night camera” now; “HD Pro Webcam C920” has no profile any more.")],
+     ("", "The stream is then called as “Night camera”.", "The stream comes from “Night camera” now; “HD Pro Webcam C920” has no profile any more.")],
 )  # fmt: skip
 def test_only_a_name_that_somebody_gave_moves_with_a_profile(owner: Owner, standin: StandIn, name: str, promise: str, told: str) -> None:
     standin.state["channels"][0]["profile_name"] = name
     owner.open("profile/0")
     owner.press("Move to another camera")
-    assert owner.sees(promise)
+    assert owner.sees("The stream then comes from “Night camera”.", promise, "A shared link gets a new address; the old one stops working.")
     owner.press("Move")
     assert owner.is_told(told)
 

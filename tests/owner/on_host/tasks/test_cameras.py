@@ -193,7 +193,7 @@ def test_move_to_another_camera(door: Owner) -> None:
     run("sim plug hd-pro-webcam 5-1")
     door.turn_to("profile/0")
     door.press("Move to another camera")
-    assert door.sees("A shared link gets a new address; the old one stops working.")
+    assert door.sees("The stream then comes from “HD Pro Webcam C920”.")
     door.choose("To the camera", "Port 5-1: HD Pro Webcam C920")
     door.press("Move")
     assert door.is_told("“Door” now shows the picture of “HD Pro Webcam C920”.")

@@ -66,7 +66,7 @@ def test_show_a_link_to_a_phone(door: Owner) -> None:
 
 def test_hear_that_only_the_host_can_open_a_link(door: Owner) -> None:
     share(door)
-    assert door.sees("Only this host can open this link. For others, share at")
+    assert door.sees("Only this host can open this link. For others, and for a code for a phone, share at")
     page = door.browser.find_element(By.CSS_SELECTOR, ".care-box a").get_attribute("href")
     assert page is not None and page.endswith(":8080/#/sharing") and "127.0.0.1" not in page
     assert "Show a code for a phone" not in door.text()
