@@ -54,5 +54,11 @@ await awaitTexts();
 root.replaceChildren();
 onChange(() => render(html`<${App} />`, root));
 addEventListener("hashchange", leaveRefusals);
+// What looks like a button is pressed as one.
+addEventListener("keydown", (event) => {
+  if (event.key !== " " || !event.target.matches("a.button")) return;
+  event.preventDefault(); // it would scroll
+  event.target.click();
+});
 set({});
 begin();

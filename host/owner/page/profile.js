@@ -3,7 +3,7 @@
 
 // One camera with its profile: what it shows, and all that can be set.
 
-import { html, useEffect, useState } from "../libraries/preact.js";
+import { html, useEffect, useRef, useState } from "../libraries/preact.js";
 import * as actions from "./actions.js";
 import { attachedWithoutProfile, channelOf, lastStanding, ownName, profileName, standing, withPicture } from "./channels.js";
 import { Icon } from "./icons.js";
@@ -11,8 +11,8 @@ import { LiveView } from "./live_view.js";
 import { Standing } from "./overview.js";
 import { Button, CarefulChoice, Choice, Empty, Switch, useAnswer } from "./parts.js";
 import { Reasons } from "./reasons.js";
-import { asOf, inCodec, StreamForm } from "./stream_form.js";
 import { kValueTexts, rateText } from "./settings.js";
+import { inCodec, StreamForm, useWish } from "./stream_form.js";
 import { plain, t } from "./texts.js";
 
 const kLongestName = 63;
@@ -38,7 +38,7 @@ const sizeText = ({ width, height }) => kValueTexts.size(`${width}x${height}`);
 function costOf(channel, wish) {
   const [rate, before] = [rateText(wish.rate), rateText(channel.rate)];
   const [size, sizeBefore] = [sizeText(wish), sizeText(channel)];
-  if (size !== sizeBefore) return t("picture.cost_size", { rate, before, size, size_before: sizeBefore });
+  if (size !== sizeBefore) return t(rate === before ? "picture.cost_only_size" : "picture.cost_size", { rate, before, size, size_before: sizeBefore });
   return rate === before ? t("picture.same") : t("picture.cost", { rate, before });
 }
 
@@ -88,13 +88,18 @@ function Sound({ channel }) {
 }
 
 function Rename({ channel }) {
+  const field = useRef(null);
+  const name = ownName(channel);
+  useEffect(() => {
+    field.current.value = name;
+  }, [name]);
   const submit = (event) => {
     event.preventDefault();
     actions.rename(channel, event.target.elements.name.value.trim());
   };
   return html`<form class="line-form" onSubmit=${submit}>
     <div class="field"><label for="name">${t("name")}</label>
-      <input id="name" name="name" defaultValue=${ownName(channel)} maxlength=${kLongestName} required autocomplete="off" /></div>
+      <input id="name" name="name" ref=${field} maxlength=${kLongestName} required autocomplete="off" /></div>
     <button class="plain">${t("do.rename")}</button>
   </form>`;
 }
@@ -107,7 +112,7 @@ function CameraSettings({ channel, state }) {
   return html`<section class="card" aria-labelledby="camera">
     <h2 id="camera">${t("camera")}</h2>
     <p class="quiet"><bdi>${plain(channel.device)}</bdi> · ${t("channel_number", { number: channel.channel })} · ${t("port")} <span class="port">${channel.port}</span></p>
-    <${Rename} key=${channel.profile_name} channel=${channel} />
+    <${Rename} channel=${channel} />
     ${!isAway && html`<${Switch} label=${t("port.on")} on=${channel.switched_on !== false} change=${(on) => actions.switchPort(channel, on, state)} />`}
     <div class="buttons">
       <a class="button plain" href="#/sharing"><${Icon} name="sharing" />${t("do.share")}</a>
@@ -143,8 +148,7 @@ export function Profile({ profile, state }) {
 function Camera({ channel, profile, state }) {
   const isAway = actions.isAway(channel);
   const [formats, again] = useAnswer(isAway ? null : `/channels/${channel.channel}/formats`);
-  const [chosen, choose] = useState(asOf(channel));
-  useEffect(() => choose(asOf(channel)), [channel.codec, channel.width, channel.height, channel.rate]); // what is stored now
+  const wish = useWish(channel);
   const [isSeen, setSeen] = useState(false);
   const name = profileName(state, profile);
   return html`<p class="lead"><${Standing} word=${standing(withPicture(channel, isSeen))} />
@@ -156,8 +160,8 @@ function Camera({ channel, profile, state }) {
         <${CameraSettings} channel=${channel} state=${state} />
       </div>
       <div>
-        ${!isAway && html`<${StreamForm} channel=${channel} formats=${formats} again=${again} wish=${chosen} setWish=${choose} />`}
-        <${PictureSettings} channel=${channel} formats=${formats} chosen=${chosen} />
+        ${!isAway && html`<${StreamForm} channel=${channel} formats=${formats} again=${again} ...${wish} />`}
+        <${PictureSettings} channel=${channel} formats=${formats} chosen=${wish.wish} />
         <${Sound} channel=${channel} />
       </div>
     </div>`;

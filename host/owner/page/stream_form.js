@@ -3,11 +3,13 @@
 
 // A form that offers only what the camera can do, and then shows what was asked for and what was taken.
 
-import { html, useState } from "../libraries/preact.js";
+import { html, useEffect, useRef, useState } from "../libraries/preact.js";
 import { setStream } from "./actions.js";
+import { nameOf } from "./channels.js";
 import { Icon } from "./icons.js";
 import { Busy, Button, Choice, Fact, Failed } from "./parts.js";
 import { isSlow, kValueTexts, secondsEach, settingName } from "./settings.js";
+import { notice } from "./store.js";
 import { t } from "./texts.js";
 
 const sizeKey = ({ width, height }) => `${width}x${height}`;
@@ -45,8 +47,21 @@ export function inCodec(formats, wish, name) {
   return { codec: name, width: size.width, height: size.height, rate };
 }
 
-// What is chosen in the lists, at first.
-export const asOf = (channel) => ({ codec: channel.codec, size: sizeKey(channel), rate: String(channel.rate) });
+const asOf = (channel) => ({ codec: channel.codec, size: sizeKey(channel), rate: String(channel.rate) });
+
+// What is chosen in the lists: at first, and when it changes, what is stored. Whoever leaves the page before it was sent to
+// the host is told that it was not saved.
+export function useWish(channel) {
+  const stored = asOf(channel);
+  const [wish, setWish] = useState(stored);
+  const [sent, setSent] = useState(null);
+  const lost = useRef("");
+  useEffect(() => setWish(stored), Object.values(stored));
+  const isUnsaved = wish !== sent && Object.keys(stored).some((name) => wish[name] !== stored[name]);
+  lost.current = isUnsaved && t("stream.lost", { name: nameOf(channel) });
+  useEffect(() => () => lost.current && setTimeout(notice, 0, lost.current), []); // when the page is drawn
+  return { wish, setWish, isUnsaved, setSent };
+}
 
 function Taken({ outcome }) {
   const { asked, taken, not_stored: notStored = [] } = outcome;
@@ -89,7 +104,7 @@ function explanation(codecs, wish) {
 // Until the camera has answered, what is set is in the place of what can be.
 const asSet = ({ codec, width, height, rate }) => ({ codecs: [{ codec, sizes: [{ width, height, rates: [rate] }] }] });
 
-function Form({ channel, formats, wish, setWish }) {
+function Form({ channel, formats, wish, setWish, isUnsaved, setSent }) {
   const codecs = inOrder(formats ?? asSet(channel));
   const [outcome, setOutcome] = useState(null);
   const [isAsking, setAsking] = useState(false);
@@ -97,6 +112,7 @@ function Form({ channel, formats, wish, setWish }) {
     event.preventDefault();
     const { codec, size, rate } = offered(codecs, wish);
     setAsking(true);
+    setSent(wish);
     setOutcome(null);
     const answer = await setStream(channel, { codec: codec.codec, width: size.width, height: size.height, rate });
     setAsking(false);
@@ -110,12 +126,13 @@ function Form({ channel, formats, wish, setWish }) {
   return html`<form class="stream-form" onSubmit=${submit}>
     <div class="fields"><${Choices} codecs=${codecs} wish=${wish} setWish=${choose} disabled=${!formats} /></div>
     <p class="quiet about-lists">${formats && explanation(codecs, wish)}</p>
-    ${formats ? html`<button disabled=${isAsking}>${t(isAsking ? "storing" : "store")}</button>` : html`<${Busy} text=${t("formats.asking")} />`}
+    ${formats ? html`<button class=${isUnsaved ? "" : "plain"} disabled=${isAsking}>${t(isAsking ? "storing" : "store")}</button>
+      <span class="unsaved" role="status">${isUnsaved && t("stream.unsaved")}</span>` : html`<${Busy} text=${t("formats.asking")} />`}
     ${outcome && html`<${Taken} outcome=${outcome} />`}
   </form>`;
 }
 
-export function StreamForm({ channel, formats, again, wish, setWish }) {
+export function StreamForm({ channel, formats, again, ...wish }) {
   const isEmpty = formats?.codecs.length === 0;
   const hasChoices = formats ? !isEmpty : formats === null && channel.width > 0;
   return html`<section class="card" aria-labelledby="stream">
@@ -123,6 +140,6 @@ export function StreamForm({ channel, formats, again, wish, setWish }) {
     ${formats === null && !hasChoices && html`<${Busy} text=${t("formats.asking")} />`}
     ${formats === undefined && html`<${Failed} again=${again} />`}
     ${isEmpty && html`<p>${t("formats.none")}</p><${Button} act=${again}>${t("again")}<//>`}
-    ${hasChoices && html`<${Form} channel=${channel} formats=${formats} wish=${wish} setWish=${setWish} />`}
+    ${hasChoices && html`<${Form} channel=${channel} formats=${formats} ...${wish} />`}
   </section>`;
 }

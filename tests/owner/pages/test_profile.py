@@ -141,12 +141,16 @@ def test_only_rates_that_can_be_had_are_offered_and_the_highest_is_first(owner: 
 def test_another_size_that_h264_needs_is_said(owner: Owner, standin: StandIn) -> None:
     standin.state["channels"][0] |= {"codec": "mjpeg", "rate": 10, "width": 800, "height": 600}
     owner.open("profile/0")
-    assert owner.sees("With H.264 this camera sends 1920 × 1080 and 10 pictures a second, instead of 800 × 600 and 10 pictures a second.")
+    assert owner.sees("With H.264 this camera sends 1920 × 1080 instead of 800 × 600, at the same rate.")
+    standin.state["channels"][0]["rate"] = 15
+    standin.tell("channels", standin.state["channels"])
+    assert owner.sees("With H.264 this camera sends 1920 × 1080 and 10 pictures a second, instead of 800 × 600 and 15 pictures a second.")
 
 
 @pytest.mark.parametrize(
     ("smallest", "said"),
-    [(30, "At this size the camera offers no other rate; a smaller picture allows more."), (9, "At this size the camera offers no other rate.")],
+    [(30, "With this format and size there is no other rate; a smaller size has a higher one."),
+     (9, "With this format and size there is no other rate.")],
 )
 def test_why_there_is_only_one_rate_is_said(owner: Owner, standin: StandIn, monkeypatch: pytest.MonkeyPatch, smallest: int, said: str) -> None:
     sizes = [{"width": width, "height": height, "rates": [rate]} for width, height, rate in ((1280, 720, 9), (640, 480, smallest))]
@@ -166,3 +170,49 @@ def test_a_change_is_shown_before_the_host_has_answered(owner: Owner, standin: S
     assert owner.wait(lambda: not owner.is_on("Time in the picture"))
     assert streams_changed(standin) == []
     standin.slow = 0
+
+
+LOST = "What you chose for the stream of “Front door” was not saved."
+
+
+def test_a_choice_that_is_not_saved_is_marked_and_whoever_leaves_it_is_told(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][0]["rate"] = 10
+    owner.open("profile/0")
+    owner.choose("Size", "640 × 480")
+    assert owner.sees("Not saved yet.")
+    owner.choose("Size", "1280 × 720")
+    assert owner.sees_no_more("Not saved yet.")
+    owner.choose("Size", "640 × 480")
+    owner.press("Overview")
+    assert owner.is_told(LOST)
+
+
+def test_whoever_leaves_after_saving_is_told_nothing(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.choose("Size", "640 × 480")
+    owner.press("Save")
+    assert owner.sees("The camera took something else:")
+    assert "Not saved yet." not in owner.text()
+    owner.press("Overview")
+    owner.press("Sharing")
+    owner.press("Make a new link")
+    owner.press("Make a new link")
+    assert owner.is_told("“Front door” has a new link")
+    assert not any(LOST in one for one in owner.evaluate("window.told"))
+
+
+def test_the_keyboard_stays_in_the_name_when_it_was_stored(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.enter("Name", "Back door" + Keys.ENTER)
+    standin.state["channels"][0]["profile_name"] = "Back door"
+    standin.tell("channels", standin.state["channels"])
+    assert owner.wait(lambda: owner.heading() == "Back door")
+    assert owner.evaluate("document.activeElement.id") == "name"
+
+
+def test_a_link_that_looks_like_a_button_is_pressed_like_one(owner: Owner) -> None:
+    owner.open("profile/0")
+    owner.sees("Save")
+    owner.evaluate("[...document.querySelectorAll('a.button')].find((one) => one.innerText === 'Share').focus()")
+    owner.press_keys(Keys.SPACE)
+    assert owner.wait(lambda: owner.heading() == "Sharing")
