@@ -126,7 +126,8 @@ export async function unbind(channel, runs) {
 export async function forget(channel) {
   const name = nameOf(channel);
   const consequences = [t("forget.channel", { number: channel.channel })];
-  if (channel.profile !== null) consequences.push(t("forget.profile", { number: channel.profile }));
+  const profile = channel.profile_name ? "forget.profile_named" : "forget.profile";
+  if (channel.profile !== null) consequences.push(t(profile, { number: channel.profile, name }));
   if (channel.shared) consequences.push(t("unbind.link"));
   consequences.push(t("forget.back"));
   if (!(await ask({ title: t("forget.title", { name }), consequences, yes: t("do.forget"), isLoss: true }))) return;
@@ -154,7 +155,8 @@ async function moveTo(from, to) {
 
 function consequencesOf(settings, to, owners) {
   const said = { to: to ? t("other_camera", { name: nameOf(to) }) : t("move.chosen") };
-  return [t("move.stream", said), t(settings, said), owners.some((one) => one.shared) && t("move.link")].filter(Boolean);
+  const ends = owners.length === 1 && t("move.ends", { name: nameOf(owners[0]) });
+  return [t("move.stream", said), ends, t(settings, said), owners.some((one) => one.shared) && t("move.link")].filter(Boolean);
 }
 
 // Moves the profile of this channel to a camera that is chosen.
@@ -200,5 +202,6 @@ export function setStream(channel, settings) {
 
 // What takes effect with H.264 only, which is set with it.
 export async function encode(channel, settings, consequences) {
-  if (await ask({ title: t("encode.title", { name: nameOf(channel) }), consequences, yes: t("do.encode") })) setStream(channel, settings);
+  const question = { title: t("encode.title", { name: nameOf(channel) }), yes: t("do.encode") };
+  if (await ask({ ...question, consequences: [t("encode.why"), ...consequences, t("encode.pause")] })) setStream(channel, settings);
 }

@@ -8,10 +8,10 @@ import { standing } from "./channels.js";
 import { Icon } from "./icons.js";
 import { Standing } from "./overview.js";
 import { Reasons } from "./reasons.js";
-import { plain, t } from "./texts.js";
+import { t } from "./texts.js";
 
 export const CameraWithoutProfile = ({ channel, state }) => html`
   <p class="lead"><${Standing} word=${standing(channel)} />
     <a class="beside" href="#/"><${Icon} name="back" />${t("overview")}</a></p>
-  <p class="quiet"><bdi>${plain(channel.device)}</bdi> · ${t("channel_number", { number: channel.channel })} · ${t("port")} <span class="port">${channel.port}</span></p>
+  <p class="quiet">${t("channel_number", { number: channel.channel })} · ${t("port")} <span class="port">${channel.port}</span></p>
   <${Reasons} channel=${channel} state=${state} />`;

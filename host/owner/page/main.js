@@ -36,7 +36,7 @@ function route(state) {
   if (["profile", "camera"].includes(name) && !state) return { page: "overview", title: t("profile"), Part: Profile };
   if (!(name in kPages)) return { page: null, title: t("no_page"), Part: NoPage };
   const page = name || "overview";
-  return { page, title: t(page), Part: kPages[name] };
+  return { page, title: t(page), Part: kPages[name], profile: state?.profiles.find((one) => String(one.profile) === number) };
 }
 
 function App() {

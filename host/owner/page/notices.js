@@ -5,6 +5,7 @@
 
 import { html, useEffect, useMemo, useRef } from "../libraries/preact.js";
 import { Icon } from "./icons.js";
+import { withPorts } from "./parts.js";
 import { closeNotice, leaveNews, leaveNotices } from "./store.js";
 import { t } from "./texts.js";
 
@@ -57,7 +58,7 @@ function Notice({ id, text, cure, isRefusal, goBack }) {
   useEffect(() => () => box.current.contains(document.activeElement) && goBack(), []);
   return html`<div class=${isRefusal ? "notice refusal" : "notice"} data-id=${id} ref=${box}>
     <${Icon} name=${isRefusal ? "alert" : "info"} />
-    <div><p>${text}</p>${cure && html`<p class="quiet">${cure}</p>`}</div>
+    <div><p>${withPorts(text)}</p>${cure && html`<p class="quiet">${cure}</p>`}</div>
     <button type="button" class="bare" aria-label=${t("close")} onClick=${() => closeNotice(id)}><${Icon} name="close" /></button>
   </div>`;
 }

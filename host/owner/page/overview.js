@@ -118,9 +118,9 @@ export function Overview({ state: told, arrived }) {
   }
   return html`<p class="lead">${summary(cameras)}
       ${cameras.some((one) => one.streams) && html`<a class="button plain" href="#/pictures"><${Icon} name="overview" />${t("pictures")}</a>`}</p>
-    <p class="quiet">${t("overview.words")}</p>
     <ul class="cards">${cameras.map((one) => html`<${CameraCard} key=${one.channel} channel=${one} state=${state} isNew=${arrived.includes(one.channel)}
       setSeen=${(isSeen) => setSeen((before) => ({ ...before, [one.channel]: isSeen }))} />`)}</ul>
     <${UsbTree} state=${state} />
+    <p class="quiet">${t("overview.words")}</p>
     <${FreeChannels} channels=${free} />`;
 }

@@ -142,8 +142,8 @@ export function Question({ question }) {
   };
   return html`<dialog ref=${dialog} onCancel=${leave} aria-labelledby="question" aria-describedby="consequences">
     <form onSubmit=${choose}>
-      <h2 id="question">${question.title}</h2>
-      <ul id="consequences">${question.consequences.map((one) => html`<li>${one}</li>`)}</ul>
+      <h2 id="question">${withPorts(question.title)}</h2>
+      <ul id="consequences">${question.consequences.map((one) => html`<li>${withPorts(one)}</li>`)}</ul>
       ${question.choices && html`<${Choices} choices=${question.choices} />`}
       <div class="buttons">
         <button type="button" class="plain" onClick=${leave}>${t(question.yes ? "cancel" : "close")}</button>

@@ -115,7 +115,7 @@ function CameraSettings({ channel, state }) {
     <${Rename} channel=${channel} />
     ${!isAway && html`<${Switch} label=${t("port.on")} on=${channel.switched_on !== false} change=${(on) => actions.switchPort(channel, on, state)} />`}
     <div class="buttons">
-      <a class="button plain" href="#/sharing"><${Icon} name="sharing" />${t("do.share")}</a>
+      <a class="button plain" href=${`#/sharing/${channel.profile}`}><${Icon} name="sharing" />${t("do.share")}</a>
       <a class="button plain" href="#/charts"><${Icon} name="charts" />${t("charts.when")}</a>
       <${Button} act=${() => actions.move(channel, state)}>${t("do.move_on")}<//>
       ${isAway

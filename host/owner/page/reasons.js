@@ -43,7 +43,7 @@ export function words(channel, reason, state) {
   const cure = [text("cure", caseOf(channel, reason, state), reason.cure)].flat();
   // Who looks for a profile to give it finds here what happens with that.
   if (reason.cause === "waits" && channel.profile === null && given.other_name) {
-    cure.push(" ", t(freeProfiles(state).length > 0 ? "waits.no_profile" : "waits.no_profile_free", { ...given, button: t("do.instead") }));
+    cure.push(" ", t(freeProfiles(state).length > 0 ? "waits.no_profile" : "waits.no_profile_free", { button: t("do.instead") }));
   }
   return { why: text("reason", reason.collision, reason.text), cure: cure.some(Boolean) && cure };
 }
@@ -63,7 +63,11 @@ const kCures = {
     if (!free) return [{ text: t("do.move_here"), act: () => actions.moveHere(channel, state) }];
     return [{ text: t("do.start"), kind: "", act: () => actions.assign(channel, free.profile, state) }];
   },
-  waits: (channel, state, other) => (other ? [instead(channel, other, state)] : []),
+  waits: (channel, state, other) => {
+    if (!other) return [];
+    if (channel.profile !== null || freeProfiles(state).length > 0) return [instead(channel, other, state)];
+    return [{ text: t("do.move_here"), act: () => actions.moveHere(channel, state, [other]) }];
+  },
 };
 
 // One step after the other: a camera whose port is off does not wait, and one that waits needs no profile yet.

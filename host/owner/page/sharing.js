@@ -171,9 +171,10 @@ function SharedProfile({ profile, share, load, state }) {
   </li>`;
 }
 
-export function Sharing({ state }) {
+// The camera from whose page one comes is the first.
+export function Sharing({ state, profile: first }) {
   const others = attachedWithoutProfile(state);
-  const bound = state.profiles.filter((one) => channelOf(state, one.profile));
+  const bound = state.profiles.filter((one) => channelOf(state, one.profile)).sort((one, other) => (other === first) - (one === first));
   const [shares, load] = useShares(bound.map((one) => channelOf(state, one.profile)));
   if (bound.length === 0) return html`<${Empty} icon="sharing" title=${t("share.empty")}><p>${t("share.empty_cure")}</p><//>`;
   return html`<p class="lead">${t("share.explained")}</p>

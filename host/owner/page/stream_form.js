@@ -7,9 +7,9 @@ import { html, useEffect, useRef, useState } from "../libraries/preact.js";
 import { setStream } from "./actions.js";
 import { nameOf } from "./channels.js";
 import { Icon } from "./icons.js";
-import { Busy, Button, Choice, Fact, Failed } from "./parts.js";
+import { Busy, Button, Choice, Fact, Failed, Loading } from "./parts.js";
 import { isSlow, kValueTexts, secondsEach, settingName } from "./settings.js";
-import { notice } from "./store.js";
+import { hostIsAway, notice } from "./store.js";
 import { t } from "./texts.js";
 
 const sizeKey = ({ width, height }) => `${width}x${height}`;
@@ -104,6 +104,8 @@ function explanation(codecs, wish) {
 // Until the camera has answered, what is set is in the place of what can be.
 const asSet = ({ codec, width, height, rate }) => ({ codecs: [{ codec, sizes: [{ width, height, rates: [rate] }] }] });
 
+const Asking = () => hostIsAway() ? html`<${Loading} />` : html`<${Busy} text=${t("formats.asking")} />`;
+
 function Form({ channel, formats, wish, setWish, isUnsaved, setSent }) {
   const codecs = inOrder(formats ?? asSet(channel));
   const [outcome, setOutcome] = useState(null);
@@ -127,7 +129,7 @@ function Form({ channel, formats, wish, setWish, isUnsaved, setSent }) {
     <div class="fields"><${Choices} codecs=${codecs} wish=${wish} setWish=${choose} disabled=${!formats} /></div>
     <p class="quiet about-lists">${formats && explanation(codecs, wish)}</p>
     ${formats ? html`<button class=${isUnsaved ? "" : "plain"} disabled=${isAsking}>${t(isAsking ? "storing" : "store")}</button>
-      <span class="unsaved" role="status">${isUnsaved && t("stream.unsaved")}</span>` : html`<${Busy} text=${t("formats.asking")} />`}
+      <span class="unsaved" role="status">${isUnsaved && t("stream.unsaved")}</span>` : html`<${Asking} />`}
     ${outcome && html`<${Taken} outcome=${outcome} />`}
   </form>`;
 }
@@ -137,7 +139,7 @@ export function StreamForm({ channel, formats, again, ...wish }) {
   const hasChoices = formats ? !isEmpty : formats === null && channel.width > 0;
   return html`<section class="card" aria-labelledby="stream">
     <h2 id="stream">${t("stream")}</h2>
-    ${formats === null && !hasChoices && html`<${Busy} text=${t("formats.asking")} />`}
+    ${formats === null && !hasChoices && html`<${Asking} />`}
     ${formats === undefined && html`<${Failed} again=${again} />`}
     ${isEmpty && html`<p>${t("formats.none")}</p><${Button} act=${again}>${t("again")}<//>`}
     ${hasChoices && html`<${Form} channel=${channel} formats=${formats} ...${wish} />`}

@@ -78,7 +78,7 @@ def test_what_is_asked_for_while_the_host_is_away_comes_when_it_is_back(
         standin.leave()
     owner.sees(AWAY)
     owner.press(page)
-    assert owner.sees("The host does not answer; this comes as soon as it does.")
+    assert owner.sees("The host does not answer; what belongs here comes as soon as it does.")
     assert owner.evaluate("document.querySelectorAll('.notice.refusal').length") == 0
     standin.hangs = standin.away = False
     assert owner.sees(text)

@@ -38,7 +38,7 @@ def test_what_takes_effect_with_h264_only_sets_it_after_saying_what_that_costs(o
     assert owner.is_on("Time in the picture")  # as it is stored
     owner.wait(lambda: owner.field("Turn the picture").is_enabled())
     owner.choose("Turn the picture", UPSIDE_DOWN)
-    assert owner.sees("Change “Front door” to the format H.264?")
+    assert owner.sees("Change “Front door” to the format H.264?", "This host turns pictures", "The picture is interrupted for some seconds")
     assert owner.text("dialog").count(COST) == 1
     assert all(one in owner.text("dialog") for one in (f"Turn the picture: {UPSIDE_DOWN}.", "The time is shown in the picture."))
     owner.press("Cancel")
@@ -159,7 +159,7 @@ def test_why_there_is_only_one_rate_is_said(owner: Owner, standin: StandIn, monk
     owner.open("profile/0")
     assert owner.wait(lambda: owner.text(".about-lists") == said)
     owner.choose("Format", "As the camera sends it (MJPEG)")
-    assert owner.wait(lambda: owner.text(".about-lists") == "The lists have what this camera offers.")
+    assert owner.wait(lambda: owner.text(".about-lists") == "Saving interrupts the picture for some seconds, for guests too.")
 
 
 def test_a_change_is_shown_before_the_host_has_answered(owner: Owner, standin: StandIn) -> None:
@@ -216,3 +216,11 @@ def test_a_link_that_looks_like_a_button_is_pressed_like_one(owner: Owner) -> No
     owner.evaluate("[...document.querySelectorAll('a.button')].find((one) => one.innerText === 'Share').focus()")
     owner.press_keys(Keys.SPACE)
     assert owner.wait(lambda: owner.heading() == "Sharing")
+
+
+def test_the_camera_from_which_one_comes_is_the_first_to_share(owner: Owner) -> None:
+    owner.open("profile/2")
+    owner.press("Share")
+    assert owner.wait(lambda: owner.text(".shares h2") == "Cam <img src=x onerror=alert(1)>")
+    owner.press("Sharing")
+    assert owner.wait(lambda: owner.text(".shares h2") == "Front door")

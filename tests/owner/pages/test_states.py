@@ -249,11 +249,11 @@ def test_a_camera_that_waits_is_offered_one_thing_to_do(owner: Owner, standin: S
     camera["profile"] = None
     camera["reasons"].append({**camera["reasons"][0], "reason": "unbound", "cause": "unbound"})
     owner.open()
-    assert owner.sees_on_card(1, "It waits for “Front door”", "Stream this one instead")
-    assert owner.sees_on_card(1, "other cameras have all four; “Stream this one instead” moves that of “Front door” to it.")
+    assert owner.sees_on_card(1, "It waits for “Front door”", "It has no profile, and other cameras have all four.", "Move a profile here")
+    assert "instead" not in owner.card(1)
     standin.state["profiles"][1] |= {"channel": None}
     standin.tell("profiles", standin.state["profiles"])
-    assert owner.sees_on_card(1, "It has no profile as long as it waits; “Stream this one instead” gives it one.")
+    assert owner.sees_on_card(1, "It has no profile as long as it waits; “Stream this one instead” gives it one.", "Stream this one instead")
     assert "Start its stream" not in owner.card(1)
     camera["reasons"].append({**camera["reasons"][0], "reason": "switched_off", "cause": "switched_off"})
     standin.tell("channels", standin.state["channels"])
@@ -327,7 +327,7 @@ def test_a_camera_that_cannot_be_used_is_announced_as_such(owner: Owner, standin
     owner.open()
     owner.sees_on_card(3, "Old camera")
     standin.tell("channels", channels)
-    assert owner.is_told("“Old camera” is plugged in, but cannot be used: see its card.")
+    assert owner.is_told("“Old camera” is plugged in, but cannot be used. Its card on the overview says why.")
 
 
 def test_a_second_step_that_is_refused_is_said_with_the_first(owner: Owner, standin: StandIn) -> None:
@@ -687,7 +687,7 @@ def test_only_a_name_that_somebody_gave_moves_with_a_profile(owner: Owner, stand
     standin.state["channels"][0]["profile_name"] = name
     owner.open("profile/0")
     owner.press("Move to another camera")
-    assert owner.sees("The stream then comes from “Night camera”.", promise, "A shared link gets a new address; the old one stops working.")
+    assert owner.sees("The stream then comes from “Night camera”.", "then has no profile, and does not stream.", promise, "A shared link gets a new address; the old one stops working.")
     owner.press("Move")
     assert owner.is_told(told)
 
