@@ -33,7 +33,7 @@ def on_host() -> RunOnHost:
     def run(script: str, *options: str) -> subprocess.CompletedProcess[str]:
         sandbox = [str(REPOSITORY / "host/sandbox/sandbox"), "run", "--build", os.environ["USBDEV_BUILD_DIR"]]
         command = [*sandbox, *options, "--", "sh", "-c", SHELL + script]
-        return subprocess.run(command, check=False, capture_output=True, text=True, timeout=60)
+        return subprocess.run(command, check=False, capture_output=True, text=True, timeout=300)
 
     return run
 

@@ -38,7 +38,7 @@ def sandbox() -> RunInSandbox:
 
     def run(script: str, *options: str) -> subprocess.CompletedProcess[str]:
         return subprocess.run(
-            sandbox_command(script, *options), check=False, capture_output=True, text=True, timeout=60
+            sandbox_command(script, *options), check=False, capture_output=True, text=True, timeout=300
         )
 
     return run
