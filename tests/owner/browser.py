@@ -42,13 +42,19 @@ CONTAINS = """const [selector, texts] = given, shown = document.querySelector(se
 return shown !== undefined && texts.every((text) => shown.includes(text));"""
 LACKS = "return !document.body.innerText.includes(given[0]);"
 IS_TOLD = "return window.told.some((one) => one.includes(given[0]));"
-FIND = """const found = document.evaluate(given[0], document, null, XPathResult.ORDERED_NODE_SNAPSHOT_TYPE, null);
-const all = Array.from({ length: found.snapshotLength }, (_, index) => found.snapshotItem(index));
-const seen = all.find((one) => one.checkVisibility({ opacityProperty: true, visibilityProperty: true }) && one.getClientRects().length > 0);"""
-# Where it can be touched, which is not under anything else.
+FIND = """const find = () => {
+  const found = document.evaluate(given[0], document, null, XPathResult.ORDERED_NODE_SNAPSHOT_TYPE, null);
+  const all = Array.from({ length: found.snapshotLength }, (_, index) => found.snapshotItem(index));
+  return all.find((one) => one.checkVisibility({ opacityProperty: true, visibilityProperty: true }) && one.getClientRects().length > 0);
+};
+const seen = find();"""
+# Where it can be touched, which is not under anything else. The page notes whether it is, because it may move meanwhile.
 PLACE = """seen?.scrollIntoViewIfNeeded();
 const box = seen?.getClientRects()[0], x = box?.x + box?.width / 2, y = box?.y + box?.height / 2;
-return seen?.contains(document.elementFromPoint(x, y)) && { x, y };"""
+if (!seen?.contains(document.elementFromPoint(x, y))) return null;
+window.touched = false;
+document.addEventListener('click', ({ target }) => { window.touched ||= find()?.contains(target); }, { capture: true, once: true });
+return { x, y };"""
 
 
 def _quoted(text: str) -> str:
@@ -148,9 +154,14 @@ class Owner:
 
     def _touch(self, path: str) -> None:
         """As the driver's click does, which asks the browser for ten times as much."""
-        place = {**self._await(FIND + PLACE, path), "button": "left", "clickCount": 1}
-        for what in ("mousePressed", "mouseReleased"):
-            self.tell_browser("Input.dispatchMouseEvent", type=what, **place)
+
+        def is_touched() -> bool:
+            place = {**self._await(FIND + PLACE, path), "button": "left", "clickCount": 1}
+            for what in ("mousePressed", "mouseReleased"):
+                self.tell_browser("Input.dispatchMouseEvent", type=what, **place)
+            return bool(self.evaluate("window.touched !== false"))
+
+        self.wait(is_touched)
 
     def press(self, name: str) -> None:
         """A button or a link; in a dialog, if there is one."""

@@ -54,7 +54,8 @@ const kCures = {
   switched_off: (channel, state) => {
     const switchOn = { text: t("do.switch_on"), act: () => actions.switchPort(channel, true, state) };
     const rival = rivalOf(channel, state);
-    return rival && channel.profile !== null ? [instead(channel, rival, state), switchOn] : [switchOn];
+    // The rival becomes known a moment later: what may be pressed by then must not move.
+    return rival && channel.profile !== null ? [switchOn, instead(channel, rival, state)] : [switchOn];
   },
   unplugged: (channel) => [{ text: t("do.forget"), act: () => actions.forget(channel) }],
   displaced: (channel) => [{ text: t("do.forget"), act: () => actions.forget(channel) }],
