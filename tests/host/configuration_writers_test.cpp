@@ -132,11 +132,11 @@ class AKilledWriter : public ConcurrentWriters {
     close(begun_[1]);
   }
 
-  void killAtRandomMoment(int generation) {
+  void killAtRandomMoment(int generation, int patience = 1) {
     const pid_t child = startChild([&] { return writeForEver(begun_[1], generation); });
     char begun = 0;
     ASSERT_EQ(read(begun_[0], &begun, 1), 1);
-    std::this_thread::sleep_for(std::chrono::microseconds(moment_(random_)));
+    std::this_thread::sleep_for(std::chrono::microseconds(moment_(random_)) * patience);
     kill(child, SIGKILL);
     EXPECT_EQ(waitForChild(child), -1) << "it was to end by the signal";
   }
@@ -149,9 +149,9 @@ class AKilledWriter : public ConcurrentWriters {
 
 TEST_F(AKilledWriter, LeavesTheOldOrTheNewFile) {
   int generation = 0;
-  // On a busy machine it takes more of them until a writer comes to its first replacement.
+  // On a busy machine it takes more of them, or more time, until a writer comes to its first replacement.
   for (int kills = 0; kills < kKills || (generation == 0 && kills < 20000); ++kills) {
-    killAtRandomMoment(generation);
+    killAtRandomMoment(generation, generation == 0 ? 1 + kills / kKills : 1);
     const int found = readGeneration();
     ASSERT_GE(found, generation) << "after " << kills << " kills";
     generation = found;

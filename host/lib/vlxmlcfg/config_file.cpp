@@ -113,7 +113,7 @@ bool fill(const Descriptor &file, const std::string &content, const struct stat 
 
 /// Writes a new file, flushes it to the disk and gives it the name. What somebody put into its place meanwhile is not
 /// given the name. Returns the file, locked: until the caller has flushed the folder too, nobody may write on top of
-/// what a power cut could still undo. Without success, there is no file.
+/// what a power cut could still undo. If it fails, no file is left.
 Descriptor put(const Place &place, const std::string &new_name, const std::string &content, const struct stat *like) {
   int folder = place.folder.get();
   unlinkat(folder, new_name.c_str(), 0);
