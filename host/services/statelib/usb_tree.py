@@ -79,7 +79,7 @@ def _bus(devices: Path, number: int, taken: set[str]) -> Bus:
 
 
 def _sockets(hub: Path, interface: str, begin: str) -> list[str]:
-    """Returns the ports of a hub that have a socket; none of a device that is no hub."""
+    """Returns the ports of a hub that have a socket; for other devices, none."""
     kinds = {port: hub / interface / f"{hub.name}-port{port}/connect_type" for port in range(1, int(_text(hub / "maxchild") or 0) + 1)}
     return [f"{begin}{port}" for port, kind in kinds.items() if _text(kind) not in NO_SOCKET]
 
