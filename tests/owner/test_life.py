@@ -53,9 +53,9 @@ class Page:
 def open_for(seconds: float) -> Page:
     """A page that nobody uses, and on whose host nothing happens."""
     clock = Clock(seconds)
-    sessions = Sessions(clock.time)
+    sessions = Sessions(clock=clock.time)
     live = Live(sessions)
-    page = Page(sessions.begin("ann")[0], clock)
+    page = Page(sessions.begin("ann", None), clock)
     live.add(page)
     with pytest.raises(asyncio.CancelledError):
         asyncio.run(live.show_life(clock.pause))

@@ -113,6 +113,19 @@ def test_the_logins_command_has_the_user_and_the_file_of_their_service() -> None
     assert set(re.findall(r"--re[ug]id=(\S+)", command)) == {user}
 
 
+def test_nobody_else_may_read_or_replace_who_is_signed_in_to_the_pages() -> None:
+    (started,), (folder,) = settings("usbdev-pages.service", "ExecStart"), settings("usbdev-pages.service", "StateDirectory")
+    assert f" --sessions /var/lib/{folder}/sessions " in started
+    assert settings("usbdev-pages.service", "StateDirectoryMode") == ["0700"]
+
+
+def test_the_pages_notice_when_the_logins_command_has_changed_the_users() -> None:
+    """The folder that is seen to change is that of the file, in which they see nothing."""
+    (logins,), (pages,) = (settings(f"usbdev-{name}.service", "ExecStart") for name in ("login", "pages"))
+    (file,), (seen,) = (re.findall(r"--users (\S+)", started) for started in (logins, pages))
+    assert Path(file).parent == Path(seen)
+
+
 def test_the_pages_are_served_to_this_machine_unless_a_drop_in_says_otherwise() -> None:
     (started,) = settings("usbdev-pages.service", "ExecStart")
     assert started.endswith(" --address ${ADDRESS} $OPTIONS")

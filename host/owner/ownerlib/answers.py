@@ -20,7 +20,7 @@ from ownerlib import log_lines
 from ownerlib.cameras import channel_of, identity, name_of
 from ownerlib.history import Act
 from ownerlib.host import Host
-from ownerlib.sessions import Session
+from ownerlib.sessions import Session, token
 
 COOKIE = "usbdev_session"
 TOKEN = "X-CSRF-Token"
@@ -108,7 +108,7 @@ class SignedIn(OpenAnswer):
         given = self.request.headers.get(TOKEN, "")
         if self.request.method in HARMLESS:
             return
-        if not hmac.compare_digest(given.encode(), session.csrf.encode()):
+        if not hmac.compare_digest(given.encode(), token(self.session_id).encode()):
             raise problems.forged()
         self._before = self.host.picture.known  # what is changed may have another name afterwards, or none
         self._logged_before = await asyncio.to_thread(event_log.newest_id)

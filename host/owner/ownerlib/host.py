@@ -23,10 +23,10 @@ Value = dict[str, Any]
 
 
 class Host:
-    def __init__(self, address: str, port: int) -> None:
+    def __init__(self, address: str, port: int, sessions: Sessions) -> None:
         """The address and the port at which the pages are served."""
         self._served = address, port
-        self.sessions = Sessions()
+        self.sessions = sessions
         self.logins = Logins()
         self.live = Live(self.sessions)
         self.recorder = Recorder(lambda number: self.live.tell("happened", number))
@@ -37,7 +37,7 @@ class Host:
     async def follow(self) -> None:
         """Follows what changes, until cancelled."""
         sources.follow(self.picture.change, self.picture.log)
-        await asyncio.gather(self.picture.follow(), self.recorder.follow(), self.live.show_life())
+        await asyncio.gather(self.picture.follow(), self.recorder.follow(), self.live.show_life(), self.sessions.keep_often())
 
     async def state(self) -> Value:
         """Returns the whole picture, with what the server itself knows. Raises Problem if it cannot be read."""

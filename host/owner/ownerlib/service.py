@@ -7,6 +7,7 @@ from __future__ import annotations
 
 import argparse
 import asyncio
+from pathlib import Path
 from typing import Any
 
 import sharelib.routes
@@ -31,9 +32,13 @@ from ownerlib.answers import NothingHere
 from ownerlib.host import Host
 from ownerlib.live_answers import LiveAnswer
 from ownerlib.session_answers import SessionAnswer
+from ownerlib.sessions import Sessions, stamp
+from ownerlib.sessions_file import SessionsFile
 from ownerlib.state_answers import StateAnswer
 
 API = "/api/v1"
+USERS = Path("/etc/config/login-users")  # of the login service
+SESSIONS = Path("/etc/config/owner-sessions")
 PING_SECONDS = 20  # a page that does not answer three of them has gone
 CHANNEL = "([0-9])"
 PROFILE = "([0-3])"
@@ -83,7 +88,8 @@ async def _serve(options: argparse.Namespace) -> None:
     counts.begin("pages")
     library = Library()
     port = library.web_port()
-    host = Host(options.address, port)
+    sessions = Sessions(SessionsFile(options.sessions), lambda: stamp(options.users))
+    host = Host(options.address, port, sessions)
     following = asyncio.create_task(host.follow())
     serving = asyncio.create_task(serve(application(host, library), port, options))
     await asyncio.wait((following, serving), return_when=asyncio.FIRST_COMPLETED)
@@ -91,9 +97,13 @@ async def _serve(options: argparse.Namespace) -> None:
         following.result()  # which is the reason why it has failed; pages would show what was
     following.cancel()
     await asyncio.wait([following])
+    await sessions.keep()
     serving.result()
 
 
 def main(arguments: list[str]) -> int:
     parser = argparse.ArgumentParser(prog="owner-page", description="Shows the owner of the cameras what the library knows.")
+    parser.add_argument("--sessions", metavar="FILE", type=Path, default=SESSIONS, help="who is signed in (default: %(default)s)")
+    parser.add_argument("--users", metavar="FILE", type=Path, default=USERS,
+                        help="what the login service changes with its users (default: %(default)s)")
     return lifecycle.run(_serve(parse(parser, arguments)))

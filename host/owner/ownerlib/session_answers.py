@@ -9,7 +9,7 @@ from statelib.problems import Problem
 
 from ownerlib.answers import COOKIE, OpenAnswer, SignedIn
 from ownerlib.history import REFUSED, Act
-from ownerlib.sessions import Session
+from ownerlib.sessions import token
 
 
 class SessionAnswer(SignedIn):
@@ -20,19 +20,22 @@ class SessionAnswer(SignedIn):
             await super().prepare()
 
     def get(self) -> None:
-        self._tell(self.session)
+        self._tell(self.session_id, self.session.user)
 
     async def post(self) -> None:
         given = self.members({"user": str, "password": str})
+        users = self.host.sessions.users()
         await self._check(given["user"], given["password"])
         self.host.end_session(self.get_cookie(COOKIE, "") or "")
-        name, session = self.host.sessions.begin(given["user"])
-        self.host.recorder.did(Act("signed_in", session.user))
+        name = self.host.sessions.begin(given["user"], users)
+        await self.host.sessions.keep()
+        self.host.recorder.did(Act("signed_in", given["user"]))
         self.set_cookie(COOKIE, name, path="/", httponly=True, samesite="Strict")
-        self._tell(session)
+        self._tell(name, given["user"])
 
-    def delete(self) -> None:
+    async def delete(self) -> None:
         self.host.end_session(self.session_id)
+        await self.host.sessions.keep()  # before the user is told so
         self.host.recorder.did(Act("signed_out", self.session.user))
         self.clear_cookie(COOKIE, path="/")
         self.finish_empty()
@@ -46,5 +49,5 @@ class SessionAnswer(SignedIn):
                 self.host.recorder.did(Act(REFUSED, None, values={"address": address}))
             raise
 
-    def _tell(self, session: Session) -> None:
-        self.finish({"user": session.user, "csrf": session.csrf})
+    def _tell(self, name: str, user: str) -> None:
+        self.finish({"user": user, "csrf": token(name)})

@@ -19,6 +19,7 @@ from conftest import Service, run
 from sharelib.answers import LONGEST_BODY
 
 FOLDER = Path("/mnt/ext/opt/apps/Velmora2/hls/channel1")
+SESSIONS = Path("/etc/config/owner-sessions")
 SCRIPT = "</script><script>alert(1)</script>"
 GUESSES = (f"127.0.3.{number}" for number in count(1))
 
@@ -99,6 +100,27 @@ def test_who_signs_in_again_ends_the_session_before() -> None:
     client.sign_in()
     assert before.ask("GET", "/session").error == "signed_out"
     assert client.ask("GET", "/session").status == 200
+
+
+def test_what_is_stored_of_a_session_is_for_the_server_alone_and_opens_none() -> None:
+    client = Client()
+    client.sign_in()
+    content = SESSIONS.read_text()
+    assert SESSIONS.stat().st_mode & 0o777 == 0o600
+    assert client.cookie.partition("=")[2] not in content and client.csrf not in content
+    for kept in json.loads(content)["sessions"]:
+        for guess in kept.values():
+            stranger = Client()
+            stranger.cookie, stranger.csrf = f"usbdev_session={guess}", str(guess)
+            assert stranger.ask("GET", "/session").error == "signed_out"
+
+
+def test_a_session_that_somebody_else_stored_is_not_taken_by_a_server_that_runs() -> None:
+    content = SESSIONS.read_text()
+    Client().sign_in()
+    SESSIONS.write_text(content.replace('"hash": "', '"hash": "' + 64 * "0", 1))
+    assert Client().sign_in().status == 200
+    assert 64 * "0" not in SESSIONS.read_text()
 
 
 def test_names_are_texts_and_never_pages(owner: Client) -> None:

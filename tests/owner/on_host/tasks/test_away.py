@@ -12,17 +12,32 @@ from signal import SIGCONT, SIGSTOP
 
 import pytest
 from browser import Owner
-from client import HOST, Client
-from conftest import Service
+from client import HOST, PASSWORD, USER, Client
+from conftest import Service, run
 from open_page import open_page
 
 
-def test_wait_for_a_host_that_is_gone(door: Owner, server: Service) -> None:
+def test_go_on_where_one_was_when_the_host_is_back(door: Owner, server: Service) -> None:
+    """With what was chosen and not saved, and in a dialog."""
+    door.press("Door")
+    door.choose("Size", "640 × 480")
+    door.turn("Use its USB port")
     server.end()
-    assert door.sees("The host does not answer; the page tries again.", "Door")
+    assert door.sees("The host does not answer; the page tries again.")
     server.start()
-    assert door.sees("Your session has ended; sign in again.")  # a host that begins anew knows no session
+    assert door.is_told("The host answers again.")
+    assert door.sees("Not saved yet.", "Switch the port of “Door” off?")
+    door.press("Switch off")
+    assert door.sees("Its USB port is switched off.", "Not saved yet.")
     door.complaints()
+
+
+def test_sign_in_again_when_the_hosts_users_have_changed(door: Owner, server: Service) -> None:
+    run(f"echo '{PASSWORD}' | login-users add {USER}")
+    assert door.sees("Your session has ended; sign in again.")
+    door.complaints()
+    door.sign_in(USER, PASSWORD)
+    assert door.sees_on_card(0, "Door")
 
 
 # The server, with a sign of life each second.
