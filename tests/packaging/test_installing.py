@@ -7,6 +7,7 @@ from __future__ import annotations
 
 import os
 import shlex
+import shutil
 import subprocess
 from pathlib import Path
 from typing import NamedTuple
@@ -122,13 +123,16 @@ def test_cmake_finds_it(bare_machine: BareMachine, installed: tuple[Path, Path],
     assert f"{libraries}/" in (project / "build/build.ninja").read_text().replace("$ ", " ")
 
 
-def test_the_examples_build_against_it(bare_machine: BareMachine, build: Path, tmp_path: Path) -> None:
+def test_the_examples_build_against_it(bare_machine: BareMachine, build: Path) -> None:
+    # The same folder every time, so that ccache knows it.
+    folder = BUILD / "tests/packaging/examples"
+    shutil.rmtree(folder, ignore_errors=True)
     assert passed(bare_machine.configure(build, "-DCMAKE_INSTALL_LIBDIR=lib", "-DCMAKE_INSTALL_INCLUDEDIR=include"))
-    assert passed(bare_machine.run("cmake", "--install", build, "--prefix", tmp_path / "prefix"))
-    assert passed(bare_machine.run("cmake", "-S", REPOSITORY / "examples", "-B", tmp_path / "build", "-G", "Ninja",
-                                   f"-DCMAKE_PREFIX_PATH={tmp_path}/prefix"))
-    assert passed(bare_machine.run("cmake", "--build", tmp_path / "build"))
-    built = {str(path.relative_to(tmp_path / "build")) for path in tmp_path.glob("build/c*/*") if path.name in EXAMPLES}
+    assert passed(bare_machine.run("cmake", "--install", build, "--prefix", folder / "prefix"))
+    assert passed(bare_machine.run("cmake", "-S", REPOSITORY / "examples", "-B", folder / "build", "-G", "Ninja",
+                                   f"-DCMAKE_PREFIX_PATH={folder}/prefix"))
+    assert passed(bare_machine.run("cmake", "--build", folder / "build"))
+    built = {str(path.relative_to(folder / "build")) for path in folder.glob("build/c*/*") if path.name in EXAMPLES}
     assert built == {f"{language}/{example}" for language in COMPILERS for example in EXAMPLES}
 
 
