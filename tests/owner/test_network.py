@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import socket
 import sys
 from pathlib import Path
 
@@ -27,10 +28,34 @@ def test_pages_that_are_served_at_one_address_have_that(served: str, origin: str
     assert network.origin(served, 8080) == origin
 
 
+OWN = {"0.0.0.0": ("192.168.1.5", "http://192.168.1.5:8080"), "::": ("fd00::5", "http://[fd00::5]:8080")}
+
+
 @pytest.mark.parametrize("served", network.EVERYWHERE)
-@pytest.mark.parametrize(("address", "origin"), [("192.168.1.5", "http://192.168.1.5:8080"), (None, None)])
-def test_pages_that_are_served_everywhere_have_the_address_in_the_network(
-    monkeypatch: pytest.MonkeyPatch, served: str, address: str | None, origin: str | None
-) -> None:
-    monkeypatch.setattr(network, "address", lambda: address)
+def test_pages_that_are_served_everywhere_have_the_address_in_the_network(monkeypatch: pytest.MonkeyPatch, served: str) -> None:
+    own, origin = OWN[served]
+    monkeypatch.setattr(network, "address", {served: own}.get)
     assert network.origin(served, 8080) == origin
+
+
+@pytest.mark.parametrize("served", network.EVERYWHERE)
+def test_pages_that_are_served_everywhere_on_a_machine_in_no_network_have_no_address(
+    monkeypatch: pytest.MonkeyPatch, served: str
+) -> None:
+    monkeypatch.setattr(network, "address", lambda _: None)
+    assert network.origin(served, 8080) is None
+
+
+@pytest.mark.parametrize(("served", "family"), [("0.0.0.0", socket.AF_INET), ("192.168.1.5", socket.AF_INET), ("::", socket.AF_INET6)])
+def test_the_address_is_of_the_kind_that_is_served(
+    monkeypatch: pytest.MonkeyPatch, served: str, family: socket.AddressFamily
+) -> None:
+    """A server of one kind answers at no address of the other."""
+    asked = []
+
+    def refuse(kind: socket.AddressFamily, _: int) -> socket.socket:
+        asked.append(kind)
+        raise OSError
+
+    monkeypatch.setattr(socket, "socket", refuse)
+    assert (network.address(served), asked) == (None, [family])

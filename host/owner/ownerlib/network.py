@@ -10,22 +10,24 @@ import socket
 from sharelib.service import is_loopback
 
 EVERYWHERE = ("0.0.0.0", "::")
-SOMEWHERE = ("192.0.2.1", 9)  # an address that nobody has
+SOMEWHERE = {socket.AF_INET: "192.0.2.1", socket.AF_INET6: "2001:db8::1"}  # addresses that nobody has
+ANY_PORT = 9
 
 
-def address() -> str | None:
-    """Returns the address that this machine has in its network; None if it is in none."""
-    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as probe:
-        try:
-            probe.connect(SOMEWHERE)  # which sends nothing
-        except OSError:
-            return None
-        return str(probe.getsockname()[0])
+def address(served: str) -> str | None:
+    """Returns the address of the same kind that this machine has in its network; None if it is in none."""
+    family = socket.AF_INET6 if ":" in served else socket.AF_INET
+    try:
+        with socket.socket(family, socket.SOCK_DGRAM) as probe:
+            probe.connect((SOMEWHERE[family], ANY_PORT))  # which sends nothing
+            return str(probe.getsockname()[0])
+    except OSError:
+        return None
 
 
 def origin(served: str, port: int) -> str | None:
     """Returns the beginning of the pages' addresses for other machines; None if the pages are served to this one only."""
-    host = address() if served in EVERYWHERE else served
+    host = address(served) if served in EVERYWHERE else served
     if host is None or is_loopback(host):
         return None
     return f"http://[{host}]:{port}" if ":" in host else f"http://{host}:{port}"

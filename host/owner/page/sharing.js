@@ -47,13 +47,6 @@ function QrCode({ text }) {
 const isForAll = !kThisMachine.test(location.hostname);
 const originOf = (host) => (isForAll ? location.origin : host.origin ?? location.origin);
 
-// How others may reach the page, if only this machine can open its links.
-function ThisMachine({ host }) {
-  const page = Object.assign(new URL(location.href), { hostname: host.address ?? host.name });
-  const [before, after] = t("share.this_machine", { page: "\n" }).split("\n");
-  return html`<p class="care-box">${before}<a href=${page.href}>${page.origin}</a>${after}</p>`;
-}
-
 // A code for a phone is behind a button, because it is of no use on the phone itself.
 function Link({ profile, share, renew, host }) {
   const [hasCode, setCode] = useState(false);
@@ -61,7 +54,7 @@ function Link({ profile, share, renew, host }) {
   const canBeOpened = isForAll || host.origin !== null;
   const id = `link-${profile}`;
   return html`<div class="share-link">
-    ${!canBeOpened && html`<${ThisMachine} host=${host} />`}
+    ${!canBeOpened && html`<p class="care-box">${t(host.address === null ? "share.no_network" : "share.this_machine")}</p>`}
     <div class="field"><label for=${id}>${t("share.link")}</label><output id=${id} class="link">${link}</output></div>
     <div class="buttons">
       <${Button} icon="copy" kind="" act=${() => copy(link, "share.copied", document.getElementById(id))}>${t("do.copy")}<//>

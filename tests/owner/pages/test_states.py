@@ -370,15 +370,17 @@ def test_a_password_of_guests_that_is_too_short_is_not_sent(owner: Owner, standi
 
 
 def test_a_link_that_only_the_host_can_open_is_not_shown_to_a_phone(owner: Owner, standin: StandIn) -> None:
-    """It says how others may reach the host."""
+    """It says who changes that."""
     owner.open("sharing")
     owner.sees("Copy link", "Show a code for a phone")
     assert "Not here: Night camera. Only a camera with a profile can be shared" in owner.text()
-    assert "Only this host" not in owner.text()
+    assert "Only this machine" not in owner.text()
     with local(owner, standin) as here:
-        assert here.sees(f"http://127.0.0.1:{standin.port}/share?", "Only this host can open this link.")
-        page = here.browser.find_element(By.CSS_SELECTOR, ".care-box a").get_attribute("href")
-        assert page == f"http://192.168.1.5:{standin.port}/#/sharing"
+        assert here.sees(f"http://127.0.0.1:{standin.port}/share?", "Only this machine can open this link", "“man usbdev-pages”")
+        assert "Show a code for a phone" not in here.text()
+        standin.state["host"]["address"] = None
+        standin.tell("state", standin.state)
+        assert here.sees("Only this machine can open this link, and no phone: the machine is in no network now.")
         assert "Show a code for a phone" not in here.text()
 
 
@@ -386,7 +388,7 @@ def test_on_the_host_itself_a_link_begins_as_others_reach_the_pages(owner: Owner
     standin.state["host"]["origin"] = "http://192.168.1.5:8080"
     with local(owner, standin) as here:
         assert here.sees("http://192.168.1.5:8080/share?", "Show a code for a phone")
-        assert "Only this host" not in here.text()
+        assert "Only this machine" not in here.text()
 
 
 @contextmanager
