@@ -57,3 +57,9 @@ export const percent = (part) => new Intl.NumberFormat(language, { style: "perce
 
 const kTime = { dateStyle: "medium", timeStyle: "medium" };
 export const moment = (text) => new Intl.DateTimeFormat(language, kTime).format(new Date(text));
+
+// With the day only if that was another one.
+export function recently(time) {
+  const isToday = new Date(time).toDateString() === new Date().toDateString();
+  return new Intl.DateTimeFormat(language, { ...kTime, dateStyle: isToday ? undefined : kTime.dateStyle }).format(new Date(time));
+}

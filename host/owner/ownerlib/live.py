@@ -12,7 +12,7 @@ from typing import Any, Protocol
 
 from ownerlib.sessions import Sessions
 
-SIGN_SECONDS = 10  # between two signs of life
+SIGN_SECONDS = 4  # between two signs of life
 
 
 class OpenPage(Protocol):

@@ -5,7 +5,15 @@
 
 const kAtMost = 30000; // milliseconds; a camera that is asked for its formats takes seconds
 
+const kSoon = 3000; // after which a change that is not answered may never be
+
 let token = "";
+let wait = () => {};
+
+// Calls it whenever a change is not answered soon.
+export const onWaiting = (act) => {
+  wait = act;
+};
 
 export const keepToken = (csrf) => {
   token = csrf;
@@ -24,10 +32,13 @@ async function answerTo(method, path, body, atMost) {
   const headers = method === "GET" ? {} : { "X-CSRF-Token": token };
   if (body !== undefined) headers["Content-Type"] = "application/json";
   const options = { method, headers, cache: "no-store", signal: AbortSignal.timeout(atMost) };
+  const timer = method === "GET" ? 0 : setTimeout(wait, kSoon);
   try {
     return await fetch(`/api/v1${path}`, { ...options, body: body && JSON.stringify(body) });
   } catch {
     throw new Refusal("host_away");
+  } finally {
+    clearTimeout(timer);
   }
 }
 

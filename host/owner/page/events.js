@@ -6,6 +6,7 @@
 import { html, useEffect, useRef, useState } from "../libraries/preact.js";
 import { attempt, explainReading } from "./actions.js";
 import { read } from "./api.js";
+import { needsHost } from "./away.js";
 import { hostsWords } from "./hosts_words.js";
 import { Icon } from "./icons.js";
 import { Button, Choice, Empty, Failed, Loading, Switch } from "./parts.js";
@@ -93,7 +94,7 @@ function Filter({ filter, setFilter, isFiltered, isEmpty }) {
     <div class="field search"><label for="search">${t("events.search")}</label>
       <input id="search" type="search" value=${filter.search} maxlength="100" placeholder=${t("events.search_hint")} onInput=${(event) => setFilter({ ...filter, search: event.target.value })} /></div>
     <${Choice} id="severity" label=${t("events.severity")} value=${filter.severity} options=${options} change=${(severity) => setFilter({ ...filter, severity })} />
-    <${Button} act=${() => save(filter)} disabled=${isEmpty} aria-describedby=${isEmpty ? "nothing" : null}>
+    <${Button} act=${() => save(filter)} disabled=${isEmpty} aria-describedby=${isEmpty ? "nothing" : null} ...${needsHost()}>
       ${t(isFiltered ? "events.export_found" : "events.export")}<//>
   </form></search>`;
 }
@@ -108,7 +109,7 @@ function Nothing({ isFiltered, clear }) {
 function Found({ events, fresh, isAll, older, withLines }) {
   return html`<ul class="card events">
       ${events.map((one) => html`<${Event} key=${keyOf(one)} event=${one} isFresh=${fresh.includes(keyOf(one))} withLines=${withLines} />`)}</ul>
-    ${!isAll && html`<div class="buttons"><${Button} act=${older}>${t("events.older")}<//></div>`}`;
+    ${!isAll && html`<div class="buttons"><${Button} act=${older} ...${needsHost()}>${t("events.older")}<//></div>`}`;
 }
 
 function countOf({ length }, isAll) {

@@ -7,6 +7,7 @@
 import { html, useEffect, useRef, useState } from "../libraries/preact.js";
 import { attempt } from "./actions.js";
 import { read } from "./api.js";
+import { needsHost } from "./away.js";
 import { copy } from "./clipboard.js";
 import { Busy, Button, Failed, Loading, useAnswer } from "./parts.js";
 import { saveFile } from "./save_file.js";
@@ -84,7 +85,7 @@ function Report() {
   return html`<section class="card" aria-labelledby="report">
     <h2 id="report">${t("report")}</h2>
     <p class="quiet">${t("report.explained")}</p>
-    <div class="buttons"><${Button} act=${make} kind=${report ? "plain" : ""} disabled=${isAsking}>${t("report.make")}<//></div>
+    <div class="buttons"><${Button} act=${make} kind=${report ? "plain" : ""} disabled=${isAsking} ...${needsHost()}>${t("report.make")}<//></div>
     ${isAsking && html`<${Busy} text=${t("report.making")} />`}
     ${report && html`<${Text} report=${report} />`}
   </section>`;

@@ -11,7 +11,7 @@ import { Events } from "./events.js";
 import { Host } from "./host.js";
 import { Login } from "./login.js";
 import { Overview } from "./overview.js";
-import { Busy, Loading } from "./parts.js";
+import { Loading } from "./parts.js";
 import { Pictures } from "./pictures.js";
 import { Profile } from "./profile.js";
 import { Sharing } from "./sharing.js";
@@ -41,7 +41,7 @@ function route(state) {
 
 function App() {
   const now = view();
-  if (now.session === undefined) return html`<main class="alone">${now.away ? html`<${Busy} text=${t("away")} />` : html`<${Loading} />`}</main>`;
+  if (now.session === undefined) return html`<main class="alone"><${Loading} /></main>`;
   if (now.session === null) return html`<${Login} hasEnded=${now.hasEnded} />`;
   const { page, title, Part, profile, channel } = route(now.state);
   return html`<${Shell} view=${now} page=${page} address=${location.hash} title=${title}>

@@ -4,6 +4,7 @@
 // The messages: what went well, what was refused, and what happened to cameras meanwhile.
 
 import { html, useEffect, useMemo, useRef } from "../libraries/preact.js";
+import { Away } from "./away.js";
 import { Icon } from "./icons.js";
 import { withPorts } from "./parts.js";
 import { closeNotice, leaveNews, leaveNotices } from "./store.js";
@@ -63,7 +64,7 @@ function Notice({ id, text, cure, isRefusal, goBack }) {
   </div>`;
 }
 
-export function Notices({ notices, away }) {
+export function Notices({ notices, away, since }) {
   const [before, box, pressed] = [useRef(null), useRef(null), useRef(null)];
   useWindow(["click"], ({ target }) => {
     if (!box.current.contains(target)) pressed.current = target;
@@ -75,7 +76,7 @@ export function Notices({ notices, away }) {
   const goBack = () => (before.current?.isConnected ? before.current : document.querySelector("h1")).focus();
   useLeaving();
   return html`<div class=${`notices ${usePlace(notices.at(-1), pressed)}`} role="status" aria-live="polite" onFocusCapture=${note} ref=${box}>
-    ${away && html`<div class="notice away"><span class="busy"></span><p>${t("away")}</p></div>`}
+    ${away && html`<div class="notice away"><${Icon} name="alert" /><${Away} since=${since} /></div>`}
     ${notices.map((one) => html`<${Notice} key=${one.id} goBack=${goBack} ...${one} />`)}
   </div>`;
 }

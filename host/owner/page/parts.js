@@ -6,13 +6,16 @@
 import { html, useEffect, useRef, useState } from "../libraries/preact.js";
 import { explainReading } from "./actions.js";
 import { read } from "./api.js";
+import { Away, needsHost } from "./away.js";
 import { Icon } from "./icons.js";
 import { hostIsAway, timesBack } from "./store.js";
 import { plain, t } from "./texts.js";
 
-export const Busy = ({ text }) => html`<p class="progress" role="status"><span class="busy"></span>${text}</p>`;
+// Nothing is on its way while the host is away.
+export const Busy = ({ text }) => html`<p class="progress" role="status">
+  ${hostIsAway() ? t("loading.away") : html`<span class="busy"></span>${text}`}</p>`;
 
-export const Loading = () => html`<${Busy} text=${t(hostIsAway() ? "loading.away" : "loading")} />`;
+export const Loading = () => html`<${Busy} text=${t("loading")} />`;
 
 // Acts when the host is back.
 export function useReturn(act) {
@@ -52,9 +55,9 @@ export const Failed = ({ again }) => hostIsAway() ? html`<${Loading} />` : html`
 export const Empty = ({ icon, title, children }) => html`
   <div class="empty"><${Icon} name=${icon} /><p class="empty-title">${title}</p>${children}</div>`;
 
-export function Switch({ label, on, disabled, change }) {
+export function Switch({ label, on, disabled, change, ...more }) {
   return html`<label class="switch">
-    <input type="checkbox" role="switch" checked=${on} disabled=${disabled}
+    <input type="checkbox" role="switch" checked=${on} disabled=${disabled} ...${more}
       onChange=${(event) => {
         event.target.checked = on; // it turns when the state does
         change(!on);
@@ -124,7 +127,7 @@ function Choices({ choices }) {
 }
 
 // Says what will happen before it happens. The keyboard starts on the way out, except where there is something to choose.
-export function Question({ question }) {
+export function Question({ question, since }) {
   const dialog = useRef(null);
   useEffect(() => {
     dialog.current.showModal();
@@ -147,8 +150,9 @@ export function Question({ question }) {
       ${question.choices && html`<${Choices} choices=${question.choices} />`}
       <div class="buttons">
         <button type="button" class="plain" onClick=${leave}>${t(question.yes ? "cancel" : "close")}</button>
-        ${question.yes && html`<button class=${question.isLoss ? "danger" : ""}>${question.yes}</button>`}
+        ${question.yes && html`<button class=${question.isLoss ? "danger" : ""} ...${needsHost("away-here")}>${question.yes}</button>`}
       </div>
+      ${hostIsAway() && html`<div class="notice away" role="status"><${Icon} name="alert" /><${Away} id="away-here" since=${since} /></div>`}
     </form>
   </dialog>`;
 }

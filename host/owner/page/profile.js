@@ -5,6 +5,7 @@
 
 import { html, useEffect, useRef, useState } from "../libraries/preact.js";
 import * as actions from "./actions.js";
+import { needsHost } from "./away.js";
 import { attachedWithoutProfile, channelOf, lastStanding, ownName, profileName, standing, withPicture } from "./channels.js";
 import { Icon } from "./icons.js";
 import { LiveView } from "./live_view.js";
@@ -59,9 +60,9 @@ function PictureSettings({ channel, formats, chosen }) {
   return html`<section class="card" aria-labelledby="picture">
     <h2 id="picture">${t("picture")}</h2>
     ${!isEncoded && html`<${WhenInEffect} channel=${channel} formats=${formats} wish=${wish} />`}
-    <${CarefulChoice} id="turn" label=${t("turn")} value=${turnOf(channel)} disabled=${!wish} change=${(name) => set(kTurns.find((one) => one.name === name).values)}
+    <${CarefulChoice} id="turn" label=${t("turn")} value=${turnOf(channel)} disabled=${!wish} ...${needsHost()} change=${(name) => set(kTurns.find((one) => one.name === name).values)}
       options=${kTurns.map(({ name }) => ({ value: name, text: t(name) }))} />
-    <${Switch} label=${t("overlay")} on=${Boolean(channel.overlay)} disabled=${!wish} change=${(on) => set({ overlay: on })} />
+    <${Switch} label=${t("overlay")} on=${Boolean(channel.overlay)} disabled=${!wish} ...${needsHost()} change=${(on) => set({ overlay: on })} />
     ${isEncoded && html`<p class="quiet">${t("picture.explained")}</p>`}
   </section>`;
 }
@@ -69,7 +70,7 @@ function PictureSettings({ channel, formats, chosen }) {
 function Volume({ channel }) {
   const [volume, setVolume] = useState(channel.sound.volume);
   return html`<div class="field"><label for="volume">${t("volume.percent", { percent: volume })}</label>
-    <input id="volume" type="range" min="0" max="100" value=${volume} onInput=${(event) => setVolume(Number(event.target.value))}
+    <input id="volume" type="range" min="0" max="100" value=${volume} ...${needsHost()} onInput=${(event) => setVolume(Number(event.target.value))}
       onChange=${() => actions.setStream(channel, { volume })} /></div>`;
 }
 
@@ -80,9 +81,9 @@ function Sound({ channel }) {
   }
   return html`<section class="card" aria-labelledby="sound">
     <h2 id="sound">${t("sound")}</h2>
-    <${Switch} label=${t("sound.on")} on=${sound.on} change=${(on) => actions.setStream(channel, { sound: on })} />
+    <${Switch} label=${t("sound.on")} on=${sound.on} ...${needsHost()} change=${(on) => actions.setStream(channel, { sound: on })} />
     ${sound.on && html`<${Choice} id="sound-codec" label=${t("sound.codec")} value=${sound.codec} options=${kSoundCodecs.map((one) => ({ value: one, text: t(`sound.${one}`) }))}
-        change=${(codec) => actions.setStream(channel, { sound_codec: codec })} />
+        ...${needsHost()} change=${(codec) => actions.setStream(channel, { sound_codec: codec })} />
       <${Volume} key=${sound.volume} channel=${channel} />`}
   </section>`;
 }
@@ -100,7 +101,7 @@ function Rename({ channel }) {
   return html`<form class="line-form" onSubmit=${submit}>
     <div class="field"><label for="name">${t("name")}</label>
       <input id="name" name="name" ref=${field} maxlength=${kLongestName} required autocomplete="off" /></div>
-    <button class="plain">${t("do.rename")}</button>
+    <button class="plain" ...${needsHost()}>${t("do.rename")}</button>
   </form>`;
 }
 
@@ -113,14 +114,14 @@ function CameraSettings({ channel, state }) {
     <h2 id="camera">${t("camera")}</h2>
     <p class="quiet"><bdi>${plain(channel.device)}</bdi> · ${t("channel_number", { number: channel.channel })} · ${t("port")} <span class="port">${channel.port}</span></p>
     <${Rename} channel=${channel} />
-    ${!isAway && html`<${Switch} label=${t("port.on")} on=${channel.switched_on !== false} change=${(on) => actions.switchPort(channel, on, state)} />`}
+    ${!isAway && html`<${Switch} label=${t("port.on")} on=${channel.switched_on !== false} ...${needsHost()} change=${(on) => actions.switchPort(channel, on, state)} />`}
     <div class="buttons">
       <a class="button plain" href=${`#/sharing/${channel.profile}`}><${Icon} name="sharing" />${t("do.share")}</a>
       <a class="button plain" href="#/charts"><${Icon} name="charts" />${t("charts.when")}</a>
-      <${Button} act=${() => actions.move(channel, state)}>${t("do.move_on")}<//>
+      <${Button} act=${() => actions.move(channel, state)} ...${needsHost()}>${t("do.move_on")}<//>
       ${isAway
-        ? html`<${Button} kind="danger" act=${() => actions.forget(channel)}>${t("do.forget")}<//>`
-        : html`<${Button} kind="danger" act=${() => actions.unbind(channel, runs)}>${t(runs ? "do.unbind" : "do.give_up")}<//>`}
+        ? html`<${Button} kind="danger" act=${() => actions.forget(channel)} ...${needsHost()}>${t("do.forget")}<//>`
+        : html`<${Button} kind="danger" act=${() => actions.unbind(channel, runs)} ...${needsHost()}>${t(runs ? "do.unbind" : "do.give_up")}<//>`}
     </div>
   </section>`;
 }
@@ -129,7 +130,7 @@ function NoCamera({ profile, state }) {
   const cameras = attachedWithoutProfile(state);
   return html`<${Empty} icon="camera" title=${t("profile.empty")}>
     <p>${t(cameras.length > 0 ? "profile.empty_choose" : "profile.empty_cure")}</p>
-    <div class="buttons">${cameras.map((one) => html`<${Button} key=${one.channel} act=${() => actions.assign(one, profile.profile, state)}>
+    <div class="buttons">${cameras.map((one) => html`<${Button} key=${one.channel} act=${() => actions.assign(one, profile.profile, state)} ...${needsHost()}>
       ${t("camera_in_port", { name: ownName(one), port: one.port })}<//>`)}</div>
   <//>`;
 }

@@ -5,6 +5,7 @@
 
 import { html, useEffect, useRef } from "../libraries/preact.js";
 import * as actions from "./actions.js";
+import { needsHost } from "./away.js";
 import { freeProfiles, nameOf } from "./channels.js";
 import { hostsWords } from "./hosts_words.js";
 import { Icon } from "./icons.js";
@@ -104,7 +105,7 @@ function Reason({ channel, reason, state }) {
       <p>${why}</p>
       ${cure && html`<p class="quiet">${cure}</p>`}
       ${cures.length > 0 && html`<div class="buttons">
-        ${cures.map((one) => html`<${Button} key=${one.text} kind=${one.kind} act=${one.act}>${one.text}<//>`)}
+        ${cures.map((one) => html`<${Button} key=${one.text} kind=${one.kind} act=${one.act} ...${needsHost()}>${one.text}<//>`)}
       </div>`}
     </div>
   </li>`;

@@ -7,6 +7,7 @@ import { html, useEffect, useMemo, useState } from "../libraries/preact.js";
 import qrcode from "../libraries/qrcode.js";
 import { attempt, explainReading } from "./actions.js";
 import { call, read } from "./api.js";
+import { needsHost } from "./away.js";
 import { attachedWithoutProfile, channelOf, lastStanding, nameOf, profileName } from "./channels.js";
 import { copy } from "./clipboard.js";
 import { Icon } from "./icons.js";
@@ -60,7 +61,7 @@ function Link({ profile, share, renew, host }) {
       <${Button} icon="copy" kind="" act=${() => copy(link, "share.copied", document.getElementById(id))}>${t("do.copy")}<//>
       ${canBeOpened && html`<${Button} act=${() => setCode(!hasCode)} aria-expanded=${hasCode}>${t(hasCode ? "do.hide_code" : "do.show_code")}<//>`}
       <a class="button plain" href=${share.page} target="_blank" rel="noopener"><${Icon} name="open" />${t("share.as_guest")}</a>
-      <${Button} act=${renew}>${t("do.renew")}<//>
+      <${Button} act=${renew} ...${needsHost()}>${t("do.renew")}<//>
     </div>
     ${hasCode && html`<${QrCode} text=${link} />`}
   </div>`;
@@ -83,8 +84,8 @@ function Password({ profile, share, protect, name }) {
         autocomplete="new-password" aria-invalid=${isShort} aria-describedby=${`${id}-rule`} />
       <p id=${`${id}-rule`} class=${isShort ? "problem" : "quiet"} role="status">
         ${isShort && html`<${Icon} name="alert" />`}${t(isShort ? "share.password_short" : "share.password_rule", { least: kShortestPassword })}</p>
-      <button class="plain">${t(share.password ? "do.change_password" : "do.set_password")}</button>
-      ${share.password && html`<${Button} act=${() => protect("remove_password", null)}>${t("do.remove_password")}<//>`}
+      <button class="plain" ...${needsHost()}>${t(share.password ? "do.change_password" : "do.set_password")}</button>
+      ${share.password && html`<${Button} act=${() => protect("remove_password", null)} ...${needsHost()}>${t("do.remove_password")}<//>`}
     </form>`;
 }
 
@@ -155,7 +156,7 @@ function SharedProfile({ profile, share, load, state }) {
     (await isSure(kind)) && send("PUT", "/share", { on: true, password }, kind);
   return html`<li class="card share" data-profile=${profile.profile}>
     <h2><bdi>${name}</bdi></h2>
-    <${Switch} label=${t("share.on")} on=${share.on} change=${turn} />
+    <${Switch} label=${t("share.on")} on=${share.on} ...${needsHost()} change=${turn} />
     ${share.on && html`<${GuestsSee} channel=${channelOf(state, profile.profile)} />
       <${Viewers} count=${state.viewers[profile.profile]} />
       <${Link} profile=${profile.profile} share=${share} renew=${renew} host=${state.host} />

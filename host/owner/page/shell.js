@@ -4,6 +4,7 @@
 // What is around every page: its name, the ways to the others, and whether the host answers.
 
 import { html, useEffect, useRef } from "../libraries/preact.js";
+import { needsHost } from "./away.js";
 import { Icon, kEmblem } from "./icons.js";
 import { Notices } from "./notices.js";
 import { Question } from "./parts.js";
@@ -62,7 +63,7 @@ export function Shell({ view, page, address, title, children }) {
       <span class="host-name"><bdi>${plain(view.state?.host.name) || t("cameras")}</bdi></span>
       <${LanguageChoice} />
       <bdi class="user">${plain(view.session.user)}</bdi>
-      <button type="button" class="bare sign-out" onClick=${signOut} aria-label=${t("sign_out")} title=${t("sign_out.who", { user: plain(view.session.user) })}>
+      <button type="button" class="bare sign-out" onClick=${signOut} aria-label=${t("sign_out")} title=${t("sign_out.who", { user: plain(view.session.user) })} ...${needsHost()}>
         <${Icon} name="signOut" /><span>${t("sign_out")}</span></button>
     </header>
     <${Navigation} page=${page} />`}
@@ -70,6 +71,6 @@ export function Shell({ view, page, address, title, children }) {
       <h1 class=${isBare ? "unseen" : ""} tabindex="-1" ref=${heading}><bdi>${title}</bdi></h1>
       ${children}
     </main>
-    <${Notices} notices=${view.notices} away=${view.away} />
-    ${view.question && html`<${Question} question=${view.question} />`}`;
+    <${Notices} notices=${view.notices} away=${view.away} since=${view.since} />
+    ${view.question && html`<${Question} question=${view.question} since=${view.since} />`}`;
 }

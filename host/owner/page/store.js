@@ -3,7 +3,7 @@
 
 // What the page knows, and the live connection that tells it. Everything that is shown is made of it.
 
-import { call, keepToken, read } from "./api.js";
+import { call, keepToken, onWaiting, read } from "./api.js";
 import { isMeantToStream, nameOf, withNamesakes } from "./channels.js";
 import { t } from "./texts.js";
 
@@ -14,15 +14,17 @@ const kGuessAfterAnswer = 1500;
 const kMostEvents = 500;
 const kNewTime = 5000;
 const kPatience = 2.5; // times as long as the host lets pass between two signs of life
+const kAnswerOfPressed = 3000; // to the question whether it lives, when it does not answer what was pressed
 
 // "session" is undefined until the host has answered, and null for somebody who is not signed in; "hasEnded" is whether the
-// last one ended by itself. "timesBack" is how often the host has answered again after it was away, and "arrived" has the
+// last one ended by itself. "since" is when a host that is away said something last, if it did. "timesBack" is how often the host has answered again after it was away, and "arrived" has the
 // channels whose cameras were plugged in just now.
-const known = { session: undefined, hasEnded: false, state: null, away: false, timesBack: 0, notices: [], question: null, arrived: [] };
+const known = { session: undefined, hasEnded: false, state: null, away: false, since: null, timesBack: 0, notices: [], question: null, arrived: [] };
 let guesses = [];
 let painter = () => {};
 let socket = null;
-let patience = 25000; // until the host has said how often it gives a sign of life
+let patience = 10000; // until the host has said how often it gives a sign of life
+let heard = null; // when it said something last
 let silence = 0; // the timer that ends the patience
 let pause = kRetryAtFirst;
 
@@ -101,7 +103,7 @@ function welcome(before, channels) {
 }
 
 function take({ section, value }) {
-  if (section === "host_away") return set({ away: true });
+  if (section === "host_away") return goneAway();
   if (section === "alive") return expectNext(1000 * kPatience * value);
   if (section === "channels" && known.state) {
     sayGoodbye(known.state.channels, value);
@@ -111,6 +113,8 @@ function take({ section, value }) {
   if (known.away) welcomeBack();
   if (section === "state" || known.state) set({ away: false, state: merge(value, known.state) });
 }
+
+const goneAway = () => known.away || set({ away: true, since: heard });
 
 function welcomeBack() {
   known.timesBack += 1;
@@ -140,6 +144,7 @@ function connect() {
   socket = new WebSocket(`${location.protocol === "https:" ? "wss" : "ws"}://${location.host}/api/v1/live`);
   socket.onmessage = (message) => {
     pause = kRetryAtFirst;
+    heard = Date.now();
     expectNext();
     take(JSON.parse(message.data));
   };
@@ -149,7 +154,7 @@ function connect() {
 
 // The connection does not tell whether the host is gone or the session has ended; a request does.
 async function comeBack() {
-  set({ away: true });
+  goneAway();
   setTimeout(async () => {
     pause = Math.min(2 * pause, kRetryAtMost);
     try {
@@ -160,6 +165,17 @@ async function comeBack() {
     }
   }, pause);
 }
+
+// What was pressed may take long, or the host hangs: then it does not answer the simplest question either, and says nothing.
+onWaiting(async () => {
+  if (known.away || !known.session) return;
+  const before = heard;
+  try {
+    await read("/session", kAnswerOfPressed);
+  } catch (problem) {
+    if (problem.name === "host_away" && heard === before) lose();
+  }
+});
 
 // Whether there may be a session; its cookie is not for scripts. Who has none is not asked for.
 const kMayBeSignedIn = "signedIn";

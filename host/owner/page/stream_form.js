@@ -5,9 +5,10 @@
 
 import { html, useEffect, useRef, useState } from "../libraries/preact.js";
 import { setStream } from "./actions.js";
+import { needsHost } from "./away.js";
 import { nameOf } from "./channels.js";
 import { Icon } from "./icons.js";
-import { Busy, Button, Choice, Fact, Failed, Loading } from "./parts.js";
+import { Busy, Button, Choice, Fact, Failed } from "./parts.js";
 import { isSlow, kValueTexts, secondsEach, settingName } from "./settings.js";
 import { hostIsAway, notice } from "./store.js";
 import { t } from "./texts.js";
@@ -89,7 +90,7 @@ function Choices({ codecs, wish, setWish, disabled }) {
   return Object.keys(options).map((name) => isFact(name)
     ? html`<${Fact} key=${name} label=${t(name)}>${options[name][0].text}<//>`
     : html`<${Choice} key=${name} id=${`stream-${name}`} label=${t(name)} value=${values[name]}
-        options=${options[name]} disabled=${disabled} change=${(value) => setWish({ ...values, [name]: value })} />`);
+        options=${options[name]} disabled=${disabled} ...${needsHost()} change=${(value) => setWish({ ...values, [name]: value })} />`);
 }
 
 // What there is to know about the lists; that there is but one rate needs a reason.
@@ -104,7 +105,7 @@ function explanation(codecs, wish) {
 // Until the camera has answered, what is set is in the place of what can be.
 const asSet = ({ codec, width, height, rate }) => ({ codecs: [{ codec, sizes: [{ width, height, rates: [rate] }] }] });
 
-const Asking = () => hostIsAway() ? html`<${Loading} />` : html`<${Busy} text=${t("formats.asking")} />`;
+const Asking = () => html`<${Busy} text=${t("formats.asking")} />`;
 
 function Form({ channel, formats, wish, setWish, isUnsaved, setSent }) {
   const codecs = inOrder(formats ?? asSet(channel));
@@ -128,7 +129,7 @@ function Form({ channel, formats, wish, setWish, isUnsaved, setSent }) {
   return html`<form class="stream-form" onSubmit=${submit}>
     <div class="fields"><${Choices} codecs=${codecs} wish=${wish} setWish=${choose} disabled=${!formats} /></div>
     <p class="quiet about-lists">${formats && explanation(codecs, wish)}</p>
-    ${formats ? html`<button class=${isUnsaved ? "" : "plain"} disabled=${isAsking}>${t(isAsking ? "storing" : "store")}</button>
+    ${formats ? html`<button class=${isUnsaved ? "" : "plain"} disabled=${isAsking} ...${needsHost()}>${t(isAsking && !hostIsAway() ? "storing" : "store")}</button>
       <span class="unsaved" role="status">${isUnsaved && t("stream.unsaved")}</span>` : html`<${Asking} />`}
     ${outcome && html`<${Taken} outcome=${outcome} />`}
   </form>`;
@@ -141,7 +142,7 @@ export function StreamForm({ channel, formats, again, ...wish }) {
     <h2 id="stream">${t("stream")}</h2>
     ${formats === null && !hasChoices && html`<${Asking} />`}
     ${formats === undefined && html`<${Failed} again=${again} />`}
-    ${isEmpty && html`<p>${t("formats.none")}</p><${Button} act=${again}>${t("again")}<//>`}
+    ${isEmpty && html`<p>${t("formats.none")}</p><${Button} act=${again} ...${needsHost()}>${t("again")}<//>`}
     ${hasChoices && html`<${Form} channel=${channel} formats=${formats} ...${wish} />`}
   </section>`;
 }

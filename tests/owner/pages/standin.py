@@ -79,6 +79,7 @@ class StandIn:
         self.has_picture = self.has_stream = True
         self.away = self.signed_in = self.missing = False
         self.slow = 0.0  # seconds that every answer takes
+        self.slow_change = 0.0  # seconds that a change takes
         self.hangs = False
         self.events = list(EVENTS)
         self.asked: list[tuple[str, str, Any]] = []
@@ -230,7 +231,8 @@ class Api(RequestHandler):
         search, severity = self.get_argument("search", ""), self.get_argument("severity", "")
         return [one for one in self.standin.events if search in str(one) and severity in ("", one["severity"])]
 
-    def change(self, path: str) -> None:
+    async def change(self, path: str) -> None:
+        await asyncio.sleep(self.standin.slow_change)
         body = json.loads(self.request.body or "null")
         self.standin.asked.append((self.request.method or "", path, body))
         if path == "/session":

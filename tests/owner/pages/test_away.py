@@ -10,6 +10,7 @@ import copy
 import pytest
 from browser import Owner
 from made_up import STATE
+from selenium.webdriver import Keys
 from standin import PASSWORD, StandIn
 
 AWAY = "The host does not answer; the page tries again."
@@ -51,6 +52,97 @@ def test_a_host_that_hangs_is_away_and_nothing_streams_until_it_answers_again(ow
     standin.hangs = False
     assert owner.sees_no_more(AWAY)
     assert owner.sees_on_card(0, "Streams")
+
+
+# What would change something, and is pressed or chosen on this page.
+INACTIVE = """[...document.querySelectorAll('main :is(button, select, input[type=checkbox], input[type=range])')]
+  .filter((one) => one.checkVisibility() && !one.matches('[aria-disabled=true]')).map((one) => one.innerText || one.id)"""
+REASON = "document.getElementById(document.activeElement.getAttribute('aria-describedby')).innerText"
+PLACES = "JSON.stringify([...document.querySelectorAll('main .card :is(button, select, input, h2)')].map((one) => one.getBoundingClientRect()))"
+
+
+def test_nothing_can_be_changed_while_the_host_is_away_and_the_keyboard_stays_where_it_is(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.sees("Saving interrupts")
+    owner.wait(lambda: owner.evaluate("document.querySelector('.live')?.dataset.shows === 'plays'"))
+    owner.choose("Size", "640 × 480")
+    owner.evaluate("document.querySelector('.stream-form button').focus()")
+    places = owner.evaluate(PLACES)
+    standin.hang()
+    assert owner.sees(AWAY)
+    assert owner.evaluate(INACTIVE) == []
+    assert (owner.focused(), owner.evaluate(REASON)) == ("Save", f"{AWAY} Its last answer: 10:00:00 AM.")
+    assert owner.evaluate(PLACES) == places
+    owner.press_keys(Keys.ENTER, Keys.SPACE)
+    for label in ("Use its USB port", "Time in the picture"):
+        owner.turn(label)
+    owner.evaluate("document.getElementById('turn').focus()")
+    owner.press_keys(Keys.ARROW_DOWN)
+    assert owner.is_on("Use its USB port") and not owner.evaluate("document.querySelector('dialog')")
+    assert owner.evaluate("document.querySelectorAll('.busy').length") == 0
+    assert owner.barriers() == []
+    standin.hangs = False
+    assert owner.is_told("The host answers again.")
+    assert standin.asked == []
+    assert owner.evaluate("document.querySelectorAll('[aria-disabled=true]').length") == 0
+    assert owner.sees("Not saved yet.")
+
+
+def test_a_dialog_waits_for_the_host_too_and_then_does_what_it_says(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.turn("Use its USB port")
+    owner.sees("Switch the port of “Front door” off?")
+    places = "JSON.stringify([...document.querySelectorAll('dialog button')].map((one) => one.getBoundingClientRect()))"
+    before = owner.evaluate(places)
+    standin.leave()
+    assert owner.wait(lambda: AWAY in owner.text("dialog"))
+    assert owner.evaluate(places) == before
+    owner.press("Switch off")
+    assert owner.sees("Switch the port of “Front door” off?")
+    standin.away = False
+    assert owner.wait(lambda: AWAY not in owner.text("dialog"))
+    assert standin.asked == []
+    owner.press("Switch off")
+    assert owner.is_told("“Front door” is switched off.")
+    owner.complaints()
+
+
+def test_a_host_that_hangs_is_noticed_when_something_is_pressed(owner: Owner, standin: StandIn) -> None:
+    """The next sign of life is long to come."""
+    owner.open("profile/0")
+    owner.sees("Saving interrupts")
+    standin.hangs = True
+    owner.enter("Name", "Gate")
+    owner.press("Rename")
+    assert owner.sees(AWAY)
+    standin.hangs = False
+    assert owner.sees_no_more(AWAY)
+    assert owner.is_told("It is called “Gate” now.")
+
+
+def test_what_takes_long_on_a_host_that_lives_is_waited_for(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.sees("Saving interrupts")
+    standin.slow_change = 4.0
+    owner.enter("Name", "Gate")
+    owner.press("Rename")
+    assert owner.is_told("It is called “Gate” now.")
+    assert not owner.evaluate(f"window.told.some((one) => one.includes('{AWAY}'))")
+
+
+def test_a_camera_that_waits_does_not_stand_out_while_the_host_is_away(owner: Owner, standin: StandIn) -> None:
+    def colours() -> set[str]:
+        return set(owner.evaluate("[...document.querySelectorAll('.reason')].map((one) => getComputedStyle(one).backgroundColor)"))
+
+    owner.open()
+    owner.sees_on_card(1, "Waits")
+    assert len(colours()) == 2
+    standin.leave()
+    assert owner.sees(AWAY)
+    assert len(colours()) == 1
+    standin.away = False
+    assert owner.sees_no_more(AWAY)
+    owner.complaints()
 
 
 def test_a_live_picture_of_a_host_that_hangs_is_not_shown_as_one(owner: Owner, standin: StandIn) -> None:
