@@ -8,7 +8,8 @@ from __future__ import annotations
 import os
 import subprocess
 import sys
-from collections.abc import Callable
+from collections.abc import Callable, Iterator
+from contextlib import ExitStack
 from pathlib import Path
 
 import pytest
@@ -16,8 +17,9 @@ import pytest
 sys.dont_write_bytecode = True
 REPOSITORY = Path(__file__).resolve().parent.parent.parent
 SANDBOX = REPOSITORY / "host/sandbox/sandbox"
-sys.path[:0] = [str(REPOSITORY / "host/sim"), str(Path(__file__).resolve().parent)]
+sys.path[:0] = [str(REPOSITORY / "host/sim"), str(REPOSITORY / "tests"), str(Path(__file__).resolve().parent)]
 
+from renewed_host import RenewedHost  # noqa: E402
 from simlib.host import SimulatedHost  # noqa: E402
 
 RunInSandbox = Callable[..., "subprocess.CompletedProcess[str]"]
@@ -33,8 +35,8 @@ def files_below(root: Path) -> set[str]:
 
 
 @pytest.fixture
-def sandbox() -> RunInSandbox:
-    """Runs a shell script on a fresh host; further arguments are options of the sandbox."""
+def new_sandbox() -> RunInSandbox:
+    """Runs a shell script in a sandbox of its own; further arguments are options of the sandbox."""
 
     def run(script: str, *options: str) -> subprocess.CompletedProcess[str]:
         return subprocess.run(
@@ -42,6 +44,20 @@ def sandbox() -> RunInSandbox:
         )
 
     return run
+
+
+@pytest.fixture(scope="module")
+def sandbox() -> Iterator[RunInSandbox]:
+    """Runs a shell script on a fresh host; further arguments are options of the sandbox."""
+    hosts: dict[tuple[str, ...], RenewedHost] = {}
+    with ExitStack() as started:
+
+        def run(script: str, *options: str) -> subprocess.CompletedProcess[str]:
+            if options not in hosts:
+                hosts[options] = started.enter_context(RenewedHost(Path(os.environ["USBDEV_BUILD_DIR"]), *options))
+            return hosts[options].run(script)
+
+        yield run
 
 
 @pytest.fixture

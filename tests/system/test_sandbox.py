@@ -20,6 +20,12 @@ AS_ROOT = os.geteuid() == 0
 NOBODY = ["setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups"]
 
 
+@pytest.fixture
+def sandbox(new_sandbox):
+    """Each of these scripts has a sandbox of its own, because its start and end are judged."""
+    return new_sandbox
+
+
 def run(command: list[str], **options) -> subprocess.CompletedProcess[str]:
     return subprocess.run(command, check=False, capture_output=True, text=True, timeout=60, **options)
 

@@ -61,14 +61,14 @@ def test_a_reboot_ends_as_the_start_up_ended(sandbox):
     assert sandbox("ENDING='exit 4'\n" + SHOW_CALLS + "sandbox reboot").returncode == 4
 
 
-def test_a_kept_host_is_rebooted_from_outside(sandbox, tmp_path):
+def test_a_kept_host_is_rebooted_from_outside(new_sandbox, tmp_path):
     state = str(tmp_path / "state")
-    sandbox("sim plug usb2-camera 3-1 && usbdevctl assign 3-1 1", "--state", state)
+    new_sandbox("sim plug usb2-camera 3-1 && usbdevctl assign 3-1 1", "--state", state)
     build = os.environ["USBDEV_BUILD_DIR"]
     reboot = [SANDBOX, "reboot", "--state", state, "--build", build, "--plug", "pc-camera", "1-1"]
     assert subprocess.run(reboot, check=False, capture_output=True, timeout=60).returncode == 0
     look = "usbdevctl channels | sed -n 2,3p"
-    nodes = [line.split()[-6:-4] for line in sandbox(look, "--state", state).stdout.splitlines()]
+    nodes = [line.split()[-6:-4] for line in new_sandbox(look, "--state", state).stdout.splitlines()]
     assert nodes[0] == ["2", "1"]
 
 

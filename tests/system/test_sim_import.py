@@ -238,10 +238,10 @@ def test_the_command_prints_the_new_folder_and_the_list_shows_the_camera(simulat
     assert f"{'i' * 64} 0c45:6366  Imported from a capture." in listed
 
 
-def test_the_documented_commands_make_a_capture_of_a_camera(simulator, sandbox, tmp_path):
+def test_the_documented_commands_make_a_capture_of_a_camera(simulator, new_sandbox, tmp_path):
     commands = re.search(r"```sh\n(mkdir capture .*?)```", (REPOSITORY / "docs/simulator.md").read_text(), re.S)[1]
     state = tmp_path / "state"
-    sandbox(f"sim plug usb2-camera 3-1 --hardware-only; cd /tmp; {commands}", "--state", str(state))
+    new_sandbox(f"sim plug usb2-camera 3-1 --hardware-only; cd /tmp; {commands}", "--state", str(state))
     importer.import_camera(state / "tmp/capture", "imported")
     likeness = facts(load_camera("usb2-camera"), name="imported", comment="Imported from a capture.", serial=None)
     assert facts(load_camera("imported")) == likeness

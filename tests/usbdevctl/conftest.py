@@ -5,12 +5,12 @@
 
 from __future__ import annotations
 
-import base64
 import json
 import os
 import re
 import subprocess
-from collections.abc import Callable
+import sys
+from collections.abc import Callable, Iterator
 from dataclasses import dataclass
 from functools import cache
 from pathlib import Path
@@ -18,23 +18,28 @@ from typing import Any
 
 import pytest
 
+sys.dont_write_bytecode = True
 REPOSITORY = Path(__file__).resolve().parent.parent.parent
-SANDBOX = REPOSITORY / "host/sandbox/sandbox"
+sys.path.insert(0, str(REPOSITORY / "tests"))
+
+from renewed_host import RenewedHost  # noqa: E402
+
 BUILD = Path(os.environ.get("USBDEV_BUILD_DIR", REPOSITORY / "build/release"))
 USBDEVCTL = BUILD / "usbdevctl"
 
 RunOnHost = Callable[[str], "subprocess.CompletedProcess[str]"]
 
 
+@pytest.fixture(scope="module")
+def host() -> Iterator[RenewedHost]:
+    with RenewedHost(BUILD) as started:
+        yield started
+
+
 @pytest.fixture
-def on_host() -> RunOnHost:
-    """Runs a script on a host of its own that nothing is plugged into."""
-
-    def run(script: str) -> subprocess.CompletedProcess[str]:
-        command = [str(SANDBOX), "run", "--build", str(BUILD), "--", "sh", "-c", script]
-        return subprocess.run(command, check=False, capture_output=True, text=True, timeout=240)
-
-    return run
+def on_host(host: RenewedHost) -> RunOnHost:
+    """Runs a script on a fresh host that nothing is plugged into."""
+    return host.run
 
 
 @dataclass
@@ -50,15 +55,9 @@ class Done:
         return json.loads(self.out)
 
 
-def run_all(on_host: RunOnHost, *lines: str) -> list[Done]:
-    """Runs the shell's lines on one host; the result of each."""
-    script = "".join(
-        f"{{ {line}; }} >/tmp/out 2>/tmp/err; echo $? >/tmp/status\n"
-        "for file in status out err; do base64 -w0 /tmp/$file; echo; done\n"
-        for line in lines
-    )
-    texts = [base64.b64decode(line).decode() for line in on_host(script).stdout.splitlines()]
-    return [Done(int(texts[at]), texts[at + 1], texts[at + 2]) for at in range(0, len(texts), 3)]
+def run_all(host: RenewedHost, *lines: str) -> list[Done]:
+    """Runs the shell's lines on one fresh host; the result of each."""
+    return [Done(done.returncode, done.stdout, done.stderr) for done in host.run_each(*lines)]
 
 
 @cache

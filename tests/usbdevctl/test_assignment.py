@@ -5,7 +5,7 @@
 
 from __future__ import annotations
 
-from conftest import Done, RunOnHost, run_all
+from conftest import Done, RenewedHost, run_all
 
 TWO_AT_ONE_ROOT_PORT = "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2"
 FIRST = 'channel 0  3-1.1  "USB 2.0 Camera: USB Camera"'
@@ -18,9 +18,9 @@ def waiting_for(channels: Done) -> list[int | None]:
     return [row["parked_behind"] for row in channels.json["channels"][:3]]
 
 
-def test_assign_prints_which_camera_waits_now(on_host: RunOnHost) -> None:
+def test_assign_prints_which_camera_waits_now(host: RenewedHost) -> None:
     _, text, again, json = run_all(
-        on_host,
+        host,
         TWO_AT_ONE_ROOT_PORT,
         "usbdevctl assign 3-1.1 0",
         "usbdevctl assign ch0 0",
@@ -32,9 +32,9 @@ def test_assign_prints_which_camera_waits_now(on_host: RunOnHost) -> None:
     assert [(done.err, done.status) for done in (text, again, json)] == 3 * [("", 0)]
 
 
-def test_a_camera_that_waits_gets_no_profile_and_stops_no_other(on_host: RunOnHost) -> None:
+def test_a_camera_that_waits_gets_no_profile_and_stops_no_other(host: RenewedHost) -> None:
     _, refused, check, channels = run_all(
-        on_host,
+        host,
         f"{TWO_AT_ONE_ROOT_PORT}; usbdevctl assign 3-1.1 0",
         "usbdevctl assign 3-1.2 1",
         "usbdevctl check 3-1.2 1 --json",
@@ -61,10 +61,10 @@ def test_a_camera_that_waits_gets_no_profile_and_stops_no_other(on_host: RunOnHo
     assert waiting_for(channels) == [None, 0, None]
 
 
-def test_another_root_port_is_advised_only_if_a_camera_can_stream_there(on_host: RunOnHost) -> None:
+def test_another_root_port_is_advised_only_if_a_camera_can_stream_there(host: RenewedHost) -> None:
     """Not behind a bridge: a camera streams in each root port of such a controller."""
     _, check = run_all(
-        on_host,
+        host,
         "sim plug usb2-camera 1-1.1; sim plug hd-usb-camera 1-1.2; usbdevctl assign 1-1.1 0",
         "usbdevctl check 1-1.2 1 --json",
     )
@@ -72,9 +72,9 @@ def test_another_root_port_is_advised_only_if_a_camera_can_stream_there(on_host:
     assert check.json["advice"].startswith("plug it into a port of another root port, or")
 
 
-def test_a_camera_that_waits_gets_its_profile_anyway(on_host: RunOnHost) -> None:
+def test_a_camera_that_waits_gets_its_profile_anyway(host: RenewedHost) -> None:
     _, anyway, channels = run_all(
-        on_host,
+        host,
         f"{TWO_AT_ONE_ROOT_PORT}; usbdevctl assign 3-1.1 0",
         "usbdevctl assign 3-1.2 1 --anyway",
         CONFLICTS,
@@ -84,17 +84,17 @@ def test_a_camera_that_waits_gets_its_profile_anyway(on_host: RunOnHost) -> None
     assert waiting_for(channels) == [1, 0, None]
 
 
-def test_a_camera_gets_its_profile_after_the_advised_change(on_host: RunOnHost) -> None:
+def test_a_camera_gets_its_profile_after_the_advised_change(host: RenewedHost) -> None:
     for remedy in ("usbdevctl clear pf0", "usbdevctl slot off 3-1.1"):
         _, assigned = run_all(
-            on_host, f"{TWO_AT_ONE_ROOT_PORT}; usbdevctl assign 3-1.1 0; {remedy}", "usbdevctl assign 3-1.2 1"
+            host, f"{TWO_AT_ONE_ROOT_PORT}; usbdevctl assign 3-1.1 0; {remedy}", "usbdevctl assign 3-1.2 1"
         )
         assert (assigned.err, assigned.status) == ("", 0), remedy
 
 
-def test_an_unsupported_camera_takes_no_profile(on_host: RunOnHost) -> None:
+def test_an_unsupported_camera_takes_no_profile(host: RenewedHost) -> None:
     _, refused, free, anyway = run_all(
-        on_host,
+        host,
         "echo 'USB 2.0 Camera: USB Camera' >/etc/config/.usbnosupportlist.dat; sim plug usb2-camera 3-1",
         "usbdevctl assign 3-1 0",
         "usbdevctl free --json",
@@ -106,10 +106,10 @@ def test_an_unsupported_camera_takes_no_profile(on_host: RunOnHost) -> None:
     assert (anyway.err, anyway.status) == ("usbdevctl: it does not stream: it is not supported\n", 0)
 
 
-def test_a_profile_for_the_camera_in_a_displaced_ones_port_is_not_lost(on_host: RunOnHost) -> None:
+def test_a_profile_for_the_camera_in_a_displaced_ones_port_is_not_lost(host: RenewedHost) -> None:
     """The library would assign it to the channel of the displaced camera, and do nothing where that has the profile."""
     _, other, same = run_all(
-        on_host,
+        host,
         "sim plug usb2-camera 3-1; usbdevctl assign 3-1 0; usbdevctl plug --type camera --node 0 --slot 3-1 --name B",
         "usbdevctl assign 3-1 1 --anyway",
         "usbdevctl assign 3-1 0 --anyway",
@@ -120,22 +120,22 @@ def test_a_profile_for_the_camera_in_a_displaced_ones_port_is_not_lost(on_host: 
         assert "'usbdevctl forget ch0' frees the channel that keeps the port, its profile with it" in done.err
 
 
-def test_an_unplugged_camera_is_distinguished_from_no_camera(on_host: RunOnHost) -> None:
+def test_an_unplugged_camera_is_distinguished_from_no_camera(host: RenewedHost) -> None:
     _, away, none = run_all(
-        on_host, "sim plug usb2-camera 3-1; sim unplug 3-1", "usbdevctl assign 3-1 0", "usbdevctl assign 9-9 0"
+        host, "sim plug usb2-camera 3-1; sim unplug 3-1", "usbdevctl assign 3-1 0", "usbdevctl assign 9-9 0"
     )
     assert (away.out, away.status, none.status) == ("", 1, 3)
     assert "it is not attached\nusbdevctl: attach the camera, or name another one\n" in away.err
 
 
-def test_a_camera_whose_port_is_off_gets_the_profile_and_is_reported_not_to_stream(on_host: RunOnHost) -> None:
-    _, assigned = run_all(on_host, "sim plug usb2-camera 3-1; usbdevctl slot off 3-1", "usbdevctl assign 3-1 0")
+def test_a_camera_whose_port_is_off_gets_the_profile_and_is_reported_not_to_stream(host: RenewedHost) -> None:
+    _, assigned = run_all(host, "sim plug usb2-camera 3-1; usbdevctl slot off 3-1", "usbdevctl assign 3-1 0")
     assert (assigned.err, assigned.status) == ("usbdevctl: it does not stream: its port is switched off\n", 0)
 
 
-def test_a_check_allows_what_is_harmless(on_host: RunOnHost) -> None:
+def test_a_check_allows_what_is_harmless(host: RenewedHost) -> None:
     _, allowed, _, bound, taken = run_all(
-        on_host,
+        host,
         "sim plug usb2-camera 3-1",
         "usbdevctl check 3-1 0",
         "usbdevctl assign 3-1 0",
@@ -149,10 +149,10 @@ def test_a_check_allows_what_is_harmless(on_host: RunOnHost) -> None:
     assert taken.status == 3
 
 
-def test_an_assignment_that_is_not_stored_is_a_failure(on_host: RunOnHost) -> None:
+def test_an_assignment_that_is_not_stored_is_a_failure(host: RenewedHost) -> None:
     """As on a full disk, no file can grow."""
     no_growth = "trap '' XFSZ; ulimit -f 0"
-    done = on_host(f"sim plug usb2-camera 3-1 >/dev/null; ({no_growth}; usbdevctl assign 3-1 0; echo $?) 2>&1 | cat")
+    done = host.run(f"sim plug usb2-camera 3-1 >/dev/null; ({no_growth}; usbdevctl assign 3-1 0; echo $?) 2>&1 | cat")
     assert done.stdout.splitlines()[1:] == [
         'usbdevctl: profile 0 could not be assigned to channel 0  3-1  "USB 2.0 Camera: USB Camera"  no profile',
         "1",

@@ -9,7 +9,7 @@ import json
 import re
 from typing import Any
 
-from conftest import RunOnHost, run_all
+from conftest import RenewedHost, RunOnHost, run_all
 
 CONFIGURATION = """<velmora>
   <ch0><exists>1</exists><profile>2</profile><usbslot>3-1</usbslot><devname>Cam</devname><slot_switch>0</slot_switch>
@@ -100,8 +100,8 @@ TWO_CAMERAS = "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 5-1; usbdevctl
 APPLICATION = "/mnt/ext/opt/apps/Velmora2"
 
 
-def test_the_devices_are_listed_with_what_they_are_set_to(on_host: RunOnHost) -> None:
-    _, document, text = run_all(on_host, TWO_CAMERAS, "usbdevctl devices --json", "usbdevctl devices")
+def test_the_devices_are_listed_with_what_they_are_set_to(host: RenewedHost) -> None:
+    _, document, text = run_all(host, TWO_CAMERAS, "usbdevctl devices --json", "usbdevctl devices")
     keys = ("channel", "state", "slot", "stream", "audio", "shared", "profile", "profile_name", "slot_switch")
     assert [tuple(device[key] for key in keys) for device in document.json["devices"]] == [
         (0, "plugged", "3-1.1", "video", False, False, 0, "Door", True),
@@ -113,8 +113,8 @@ def test_the_devices_are_listed_with_what_they_are_set_to(on_host: RunOnHost) ->
     )
 
 
-def test_a_host_without_devices_has_none_to_list_or_to_assign(on_host: RunOnHost) -> None:
-    devices, free = run_all(on_host, "usbdevctl devices --json", "usbdevctl free --json")
+def test_a_host_without_devices_has_none_to_list_or_to_assign(host: RenewedHost) -> None:
+    devices, free = run_all(host, "usbdevctl devices --json", "usbdevctl free --json")
     assert (devices.json, devices.err, devices.status) == (
         {"schema": 1, "devices": []},
         "usbdevctl: no channel has a device\n",
@@ -127,13 +127,13 @@ def test_a_host_without_devices_has_none_to_list_or_to_assign(on_host: RunOnHost
     )
 
 
-def test_free_profiles_are_listed_until_all_are_assigned(on_host: RunOnHost) -> None:
+def test_free_profiles_are_listed_until_all_are_assigned(host: RenewedHost) -> None:
     configuration = "".join(
         f"<ch{channel}><exists>1</exists><profile>{channel}</profile><usbslot>3-{channel}</usbslot></ch{channel}>"
         for channel in range(4)
     )
     _, free, _, bound = run_all(
-        on_host,
+        host,
         TWO_CAMERAS,
         "usbdevctl free --json",
         f"echo '<velmora>{configuration}</velmora>' >/etc/config/usbdev.conf",
@@ -146,9 +146,9 @@ def test_free_profiles_are_listed_until_all_are_assigned(on_host: RunOnHost) -> 
     assert bound.err == "usbdevctl: every profile has a camera\n"
 
 
-def test_the_profiles_follow_their_live_view_links(on_host: RunOnHost) -> None:
+def test_the_profiles_follow_their_live_view_links(host: RenewedHost) -> None:
     _, good, _, nowhere, _, missing = run_all(
-        on_host,
+        host,
         TWO_CAMERAS,
         "usbdevctl profiles --json",
         f"rmdir {APPLICATION}/hls/channel1",
@@ -167,8 +167,8 @@ def test_the_profiles_follow_their_live_view_links(on_host: RunOnHost) -> None:
     assert [done.status for done in (good, nowhere, missing)] == [0, 0, 0]
 
 
-def test_the_ports_are_listed_with_what_their_cameras_offer(on_host: RunOnHost) -> None:
-    _, slots = run_all(on_host, TWO_CAMERAS, "usbdevctl slot list --json")
+def test_the_ports_are_listed_with_what_their_cameras_offer(host: RenewedHost) -> None:
+    _, slots = run_all(host, TWO_CAMERAS, "usbdevctl slot list --json")
     keys = ("slot", "channel", "slot_switch", "stream", "codecs", "profile")
     assert [tuple(slot[key] for key in keys) for slot in slots.json["slots"]] == [
         ("3-1.1", 0, True, "video", ["mjpeg", "h264"], 0),
@@ -176,13 +176,13 @@ def test_the_ports_are_listed_with_what_their_cameras_offer(on_host: RunOnHost) 
     ]
 
 
-def test_a_port_that_two_channels_hold_is_listed_once(on_host: RunOnHost) -> None:
+def test_a_port_that_two_channels_hold_is_listed_once(host: RenewedHost) -> None:
     configuration = "".join(
         f"<ch{channel}><exists>{exists}</exists><usbslot>3-1</usbslot></ch{channel}>"
         for channel, exists in enumerate((-1, 1))
     )
     _, slots = run_all(
-        on_host,
+        host,
         f"echo '<velmora>{configuration}</velmora>' >/etc/config/usbdev.conf",
         "usbdevctl slot list --json",
     )

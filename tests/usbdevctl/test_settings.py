@@ -7,7 +7,7 @@ from __future__ import annotations
 
 import json
 
-from conftest import RunOnHost, run_all
+from conftest import RenewedHost, run_all
 
 # A camera with both codecs in a port of its own; it has profile 0.
 CAMERA = "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 0"
@@ -17,8 +17,8 @@ NAMED = f'channel 0  3-1  "{NAME}: USB Camera"  profile 0'
 UNREADABLE = "echo '<vel' >/etc/config/usbdev.conf"
 
 
-def test_the_stream_of_a_new_profile_is_shown(on_host: RunOnHost) -> None:
-    _, shown, text = run_all(on_host, CAMERA, "usbdevctl stream show 0 --json", "usbdevctl stream show 0")
+def test_the_stream_of_a_new_profile_is_shown(host: RenewedHost) -> None:
+    _, shown, text = run_all(host, CAMERA, "usbdevctl stream show 0 --json", "usbdevctl stream show 0")
     record = shown.json
     assert len(record.pop("tag")) == 8
     assert record == {
@@ -47,9 +47,9 @@ def test_the_stream_of_a_new_profile_is_shown(on_host: RunOnHost) -> None:
     assert text.out.startswith("stream          video\nvideo node      0\nsize            1280x720\n")
 
 
-def test_a_change_shows_the_chosen_rate_and_what_was_logged(on_host: RunOnHost) -> None:
+def test_a_change_shows_the_chosen_rate_and_what_was_logged(host: RenewedHost) -> None:
     _, changed, shown = run_all(
-        on_host, CAMERA, "usbdevctl stream set 0 --size 640x480 --fps 100", "usbdevctl stream show 0 --json"
+        host, CAMERA, "usbdevctl stream set 0 --size 640x480 --fps 100", "usbdevctl stream show 0 --json"
     )
     assert changed.out == (
         f"camera      {NAMED}\n"
@@ -61,8 +61,8 @@ def test_a_change_shows_the_chosen_rate_and_what_was_logged(on_host: RunOnHost) 
     assert [shown.json[key] for key in ("width", "height", "fps")] == [640, 480, 60]
 
 
-def test_a_change_in_json_contains_the_events(on_host: RunOnHost) -> None:
-    _, changed = run_all(on_host, CAMERA, "usbdevctl stream set 0 --codec h264 --flip on --json")
+def test_a_change_in_json_contains_the_events(host: RenewedHost) -> None:
+    _, changed = run_all(host, CAMERA, "usbdevctl stream set 0 --codec h264 --flip on --json")
     texts = [event["text"] for event in changed.json["events"]]
     assert texts == [
         "Modified Channel 1 video format: H.264",
@@ -72,8 +72,8 @@ def test_a_change_in_json_contains_the_events(on_host: RunOnHost) -> None:
     assert (changed.json["asked_fps"], changed.json["not_stored"], changed.status) == (None, [], 0)
 
 
-def test_a_change_that_does_not_fit_the_stream_is_named(on_host: RunOnHost) -> None:
-    _, changed = run_all(on_host, CAMERA, "usbdevctl stream set 0 --overlay off --volume 7 --json")
+def test_a_change_that_does_not_fit_the_stream_is_named(host: RenewedHost) -> None:
+    _, changed = run_all(host, CAMERA, "usbdevctl stream set 0 --overlay off --volume 7 --json")
     assert changed.json["not_stored"] == ["overlay", "volume"]
     assert changed.err == (
         "usbdevctl: overlay does not apply to this stream and was not stored\n"
@@ -82,9 +82,9 @@ def test_a_change_that_does_not_fit_the_stream_is_named(on_host: RunOnHost) -> N
     assert changed.status == 3
 
 
-def test_a_size_that_the_camera_does_not_offer_changes_nothing(on_host: RunOnHost) -> None:
+def test_a_size_that_the_camera_does_not_offer_changes_nothing(host: RenewedHost) -> None:
     _, before, refused, for_programs, after = run_all(
-        on_host,
+        host,
         CAMERA,
         "cat /etc/config/usbdev.conf",
         "usbdevctl stream set 0 --size 641x480 --fps 5",
@@ -96,16 +96,16 @@ def test_a_size_that_the_camera_does_not_offer_changes_nothing(on_host: RunOnHos
     assert [one["reason"] for one in json.loads(for_programs.out)["refusals"]] == ["not_offered"]
 
 
-def test_a_damaged_event_log_does_not_hide_that_the_change_was_stored(on_host: RunOnHost) -> None:
+def test_a_damaged_event_log_does_not_hide_that_the_change_was_stored(host: RenewedHost) -> None:
     damage = "mkdir -p /var/log/vl; yes | head -c 2000 >/var/log/vl/event.db"
-    _, changed = run_all(on_host, f"{CAMERA}; {damage}", "usbdevctl stream set 0 --fps 60")
+    _, changed = run_all(host, f"{CAMERA}; {damage}", "usbdevctl stream set 0 --fps 60")
     assert (changed.out, changed.status) == (f"camera      {NAMED}\nfps         60\nlogged      none\n", 0)
     assert "usbdevctl: cannot read the event log /var/log/vl/event.db: file is not a database\n" in changed.err
 
 
-def test_stream_prints_why_a_profile_cannot_stream(on_host: RunOnHost) -> None:
+def test_stream_prints_why_a_profile_cannot_stream(host: RenewedHost) -> None:
     results = run_all(
-        on_host,
+        host,
         "usbdevctl stream show 0",
         "usbdevctl stream set 0 --fps 5",
         "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2; usbdevctl assign 3-1.2 1; "
@@ -125,13 +125,13 @@ def test_stream_prints_why_a_profile_cannot_stream(on_host: RunOnHost) -> None:
     ]
 
 
-def test_a_profile_with_sound_only_has_no_stream_to_set(on_host: RunOnHost) -> None:
+def test_a_profile_with_sound_only_has_no_stream_to_set(host: RenewedHost) -> None:
     configuration = (
         "<velmora><ch0><exists>1</exists><profile>0</profile><usbslot>3-1</usbslot>"
         "<audio><anode>0</anode><aenable>1</aenable><acap>0 1</acap></audio></ch0></velmora>"
     )
     _, changed, caps, listed = run_all(
-        on_host,
+        host,
         f"echo '{configuration}' >/etc/config/usbdev.conf",
         "usbdevctl stream set 0 --volume 7",
         "usbdevctl caps 0 --json",
@@ -144,13 +144,13 @@ def test_a_profile_with_sound_only_has_no_stream_to_set(on_host: RunOnHost) -> N
     assert [(slot["stream"], slot["codecs"]) for slot in listed.json["slots"]] == [("audio", [])]
 
 
-def test_the_volume_that_was_set_is_printed(on_host: RunOnHost) -> None:
+def test_the_volume_that_was_set_is_printed(host: RenewedHost) -> None:
     configuration = (
         "<velmora><ch0><exists>1</exists><profile>0</profile><usbslot>3-1</usbslot><devname>Cam</devname>"
         "<audio><anode>0</anode><volume>30</volume></audio></ch0></velmora>"
     )
     _, text, document = run_all(
-        on_host,
+        host,
         f"sim plug --hardware-only hd-pro-webcam 3-1; echo '{configuration}' >/etc/config/usbdev.conf",
         "usbdevctl volume 0",
         "usbdevctl volume ch0 --json",
@@ -159,22 +159,22 @@ def test_the_volume_that_was_set_is_printed(on_host: RunOnHost) -> None:
     assert (document.json["volume"], document.json["channel"], document.status) == (30, 0, 0)
 
 
-def test_the_capabilities_of_a_profile_are_codecs_and_formats(on_host: RunOnHost) -> None:
-    _, text, document = run_all(on_host, CAMERA, "usbdevctl caps 0", "usbdevctl caps 0 --json")
+def test_the_capabilities_of_a_profile_are_codecs_and_formats(host: RenewedHost) -> None:
+    _, text, document = run_all(host, CAMERA, "usbdevctl caps 0", "usbdevctl caps 0 --json")
     assert text.out.startswith("video       mjpeg, h264\naudio       none\n\nFormat 0: MJPEG, as the camera sends it;")
     assert (document.json["video"], document.json["audio"]) == (["mjpeg", "h264"], [])
     assert [entry["codec"] for entry in document.json["formats"]] == ["mjpeg", "h264"]
 
 
-def test_a_profile_whose_port_is_off_has_no_capabilities(on_host: RunOnHost) -> None:
+def test_a_profile_whose_port_is_off_has_no_capabilities(host: RenewedHost) -> None:
     none = "usbdevctl: no device is attached for profile 0 in a port that is switched on\n"
-    unbound, _, _, off = run_all(on_host, "usbdevctl caps 0", CAMERA, "usbdevctl slot off 3-1", "usbdevctl caps 0")
+    unbound, _, _, off = run_all(host, "usbdevctl caps 0", CAMERA, "usbdevctl slot off 3-1", "usbdevctl caps 0")
     assert [(caps.out, caps.err, caps.status) for caps in (unbound, off)] == 2 * [("", none, 3)]
 
 
-def test_a_port_is_switched_off_and_on_again(on_host: RunOnHost) -> None:
+def test_a_port_is_switched_off_and_on_again(host: RenewedHost) -> None:
     _, off, listed, on, log = run_all(
-        on_host,
+        host,
         CAMERA,
         "usbdevctl slot off 3-1 --json",
         "usbdevctl slot list --json",
@@ -199,9 +199,9 @@ def test_a_port_is_switched_off_and_on_again(on_host: RunOnHost) -> None:
     ]
 
 
-def test_a_port_that_is_switched_on_waits_for_a_camera_that_streams(on_host: RunOnHost) -> None:
+def test_a_port_that_is_switched_on_waits_for_a_camera_that_streams(host: RenewedHost) -> None:
     results = run_all(
-        on_host,
+        host,
         "sim plug usb2-camera 3-1.1; sim plug hd-usb-camera 3-1.2; usbdevctl assign 3-1.1 0",
         "usbdevctl slot off 3-1.2",
         "usbdevctl slot on 3-1.2",
@@ -211,8 +211,8 @@ def test_a_port_that_is_switched_on_waits_for_a_camera_that_streams(on_host: Run
     assert results[3].json["parked_behind"] == 0
 
 
-def test_without_devices_no_port_is_listed_or_switched(on_host: RunOnHost) -> None:
-    listed, on, off = run_all(on_host, "usbdevctl slot list --json", "usbdevctl slot on 9-9", "usbdevctl slot off 9-9")
+def test_without_devices_no_port_is_listed_or_switched(host: RenewedHost) -> None:
+    listed, on, off = run_all(host, "usbdevctl slot list --json", "usbdevctl slot on 9-9", "usbdevctl slot off 9-9")
     assert (listed.json, listed.status) == ({"schema": 1, "slots": []}, 3)
     assert listed.err == "usbdevctl: no USB port has a device\n"
     assert [(done.out, done.err, done.status) for done in (on, off)] == 2 * [
@@ -220,9 +220,9 @@ def test_without_devices_no_port_is_listed_or_switched(on_host: RunOnHost) -> No
     ]
 
 
-def test_the_host_reports_about_itself(on_host: RunOnHost) -> None:
+def test_the_host_reports_about_itself(host: RenewedHost) -> None:
     model, codec, port, text = run_all(
-        on_host,
+        host,
         "usbdevctl host model --json",
         "usbdevctl host codec --json",
         "usbdevctl host port 3-1 --json",
@@ -235,9 +235,9 @@ def test_the_host_reports_about_itself(on_host: RunOnHost) -> None:
     assert [done.status for done in (model, codec, port)] == [0, 0, 0]
 
 
-def test_a_host_without_picture_codec_and_numbers_is_reported(on_host: RunOnHost) -> None:
+def test_a_host_without_picture_codec_and_numbers_is_reported(host: RenewedHost) -> None:
     _, model, codec, port, _, unknown = run_all(
-        on_host,
+        host,
         "rm /home/httpd/v3_menu/layout/model_0.svg; echo support=0 >/tmp/gpuinfo.type",
         "usbdevctl host model --json",
         "usbdevctl host codec --json",
@@ -255,8 +255,8 @@ def test_a_host_without_picture_codec_and_numbers_is_reported(on_host: RunOnHost
 READING = ["stream show 0", "stream set 0 --fps 5", "caps 0", "devices", "profiles", "free", "slot list", "slot on 3-1"]
 
 
-def test_a_damaged_configuration_is_a_failure(on_host: RunOnHost) -> None:
-    _, *results = run_all(on_host, UNREADABLE, *[f"usbdevctl {command}" for command in READING])
+def test_a_damaged_configuration_is_a_failure(host: RenewedHost) -> None:
+    _, *results = run_all(host, UNREADABLE, *[f"usbdevctl {command}" for command in READING])
     for command, result in zip(READING, results):
         assert (result.out, result.status) == ("", 1), command
         assert result.err.endswith("usbdevctl: the channel configuration cannot be read\n"), command
