@@ -192,6 +192,12 @@ element("password-form").addEventListener("submit", (event) => {
   look();
 });
 
+element("see").addEventListener("click", () => {
+  const isSeen = element("password").type === "text";
+  element("password").type = isSeen ? "password" : "text";
+  element("see").ariaPressed = String(!isSeen);
+});
+
 choice.append(...Object.entries(kLanguages).map(([code, own]) => new Option(own, code)));
 choice.addEventListener("change", async () => {
   await changeLanguage(choice.value);

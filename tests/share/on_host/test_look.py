@@ -56,7 +56,9 @@ def test_the_password_can_be_entered_with_a_finger(
     viewer.wait(viewer.sees_form)
     touched = "[...document.querySelectorAll('input, button')].map((one) => one.offsetHeight)"
     assert in_every_window(FITS) == EVERYWHERE
-    assert in_every_window(f"{touched}.length === 2 && Math.min(...{touched}) >= {SMALLEST_TOUCH}") == EVERYWHERE
+    assert in_every_window(f"{touched}.length === 3 && Math.min(...{touched}) >= {SMALLEST_TOUCH}") == EVERYWHERE
+    look, kind = "document.getElementById('see').click()", "document.getElementById('password').type"
+    assert [(viewer.evaluate(look), viewer.evaluate(kind)) for _ in range(2)] == [(None, "text"), (None, "password")]
 
 
 def test_a_wrong_password_looks_like_a_mistake(viewer: Viewer, link: Link) -> None:
