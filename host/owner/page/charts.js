@@ -61,11 +61,15 @@ const kHeads = {
   timeouts: ["time", "camera", "charts.what"],
 };
 
+const kMoments = ["time", "charts.begin", "charts.end"];
+
+// On a phone it is laid out as a list, which takes these roles away unless they are named.
 function Table({ name, lines }) {
   return html`<details class="as-table"><summary>${t("charts.as_table")}</summary>
-    <div class="scrolls" tabindex="0" role="region" aria-label=${t("charts.as_table")}><table>
-      <thead><tr>${kHeads[name].map((one) => html`<th key=${one} scope="col">${t(one)}</th>`)}</tr></thead>
-      <tbody>${lines.toReversed().map(({ cells }) => html`<tr>${cells.map((one) => html`<td><bdi>${one}</bdi></td>`)}</tr>`)}</tbody>
+    <div class="scrolls" tabindex="0" role="region" aria-label=${t("charts.as_table")}><table role="table">
+      <thead role="rowgroup"><tr role="row">${kHeads[name].map((one) => html`<th key=${one} role="columnheader" scope="col">${t(one)}</th>`)}</tr></thead>
+      <tbody role="rowgroup">${lines.toReversed().map(({ cells }) => html`<tr role="row">${cells.map((one, column) => html`
+        <td role="cell" class=${kMoments.includes(kHeads[name][column]) ? "moment" : ""}><bdi>${one}</bdi></td>`)}</tr>`)}</tbody>
     </table></div></details>`;
 }
 

@@ -859,7 +859,14 @@ def test_a_chart_is_also_a_table(owner: Owner) -> None:
     owner.sees("Streams")
     owner.evaluate("[...document.querySelectorAll('.as-table summary')][1].click()")
     assert owner.sees("From", "Until", "Garden", "Aug 1, 2026, 4:00:00 AM", "now")
-    assert set(owner.evaluate("[...document.querySelectorAll('td:first-child bdi')].map((one) => one.getClientRects().length)")) <= {0, 1}
+    whole = "document.querySelector('.plot:has([open])').offsetWidth === document.querySelector('.plots').offsetWidth"
+    lines = "[...document.querySelectorAll('[open] td bdi')].map((one) => one.getClientRects().length)"
+    assert (owner.evaluate(whole), set(owner.evaluate(lines))) == (True, {1})
+    assert owner.barriers() == []
+    owner.size(390, 844)
+    table = "document.querySelector('[open] .scrolls')"
+    assert owner.evaluate(f"{table}.scrollWidth === {table}.clientWidth")
+    assert set(owner.evaluate(lines.replace("td", "td.moment"))) == {1}
 
 
 def test_a_span_in_which_nothing_happened_says_so(owner: Owner) -> None:
