@@ -130,6 +130,7 @@ export function Events({ state }) {
   return html`<p class="quiet">${t("events.explained")} <a href="#/charts">${t("events.charts")}</a></p>
     <${Filter} filter=${filter} setFilter=${setFilter} isFiltered=${isFiltered} isEmpty=${events?.length === 0} />
     <${Switch} label=${t("events.lines")} on=${withLines} change=${setLines} />
+    ${withLines && html`<p class="quiet">${t("hosts_lines")}</p>`}
     <p class=${events?.length > 0 ? "quiet" : "unseen"} role="status">${events && countOf(events, rest.isAll)}</p>
     ${events === null && html`<${Loading} />`}
     ${events === undefined && html`<${Failed} again=${again} />`}

@@ -65,7 +65,7 @@ function Text({ report }) {
     shown.current.scrollIntoView({ block: "nearest" });
   }, [report]);
   return html`<div class="report" ref=${shown} tabindex="-1" role="group" aria-label=${t("report.is_made")}>
-    <p><strong>${t("report.is_made")}</strong> ${t("report.send")}</p>
+    <p><strong>${t("report.is_made")}</strong> ${t("report.send")} ${t("hosts_lines")}</p>
     <div class="buttons">
       <${Button} icon="copy" kind="" act=${() => copy(report, "report.copied", shown.current.querySelector("pre"))}>${t("report.copy")}<//>
       <${Button} act=${() => saveFile(report, "text/plain", "report.txt")}>${t("report.save")}<//>

@@ -450,7 +450,7 @@ def test_how_the_host_has_logged_it_is_shown_on_demand(owner: Owner) -> None:
     assert owner.sees("Rate set to 24 pictures a second", "The encoder of profile 1 has ended")
     assert "Modified Channel 1" not in owner.text()
     owner.turn("Show how the host has logged it")
-    assert owner.sees("Rate set to 24 pictures a second", "Modified Channel 1 FPS: 24.00")
+    assert owner.sees("Rate set to 24 pictures a second", "Modified Channel 1 FPS: 24.00", "their “Channel 1” is profile 0 here")
     assert owner.text().count("The encoder of profile 1 has ended") == 4  # which has no other words
     owner.turn("Show how the host has logged it")
     assert owner.sees_no_more("Modified Channel 1")
@@ -805,7 +805,7 @@ def test_a_report_is_made_where_somebody_looks(owner: Owner) -> None:
     owner.size(390, 600)
     owner.open("host")
     owner.press("Make the report")
-    owner.sees("The report is made.", "the report")
+    owner.sees("The report is made.", "the report", "their “Channel 1” is profile 0 here")
     assert owner.wait(lambda: owner.focused().startswith("The report is made."))
     assert owner.wait(lambda: owner.evaluate("document.querySelector('pre').getBoundingClientRect().top < innerHeight"))
 
