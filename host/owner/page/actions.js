@@ -155,7 +155,7 @@ async function moveTo(from, to) {
 
 function consequencesOf(settings, to, owners) {
   const said = { to: to ? t("other_camera", { name: nameOf(to) }) : t("move.chosen") };
-  const ends = owners.length === 1 && t("move.ends", { name: nameOf(owners[0]) });
+  const ends = owners.length === 1 ? t("move.ends", { name: nameOf(owners[0]) }) : t("move.ends_chosen");
   return [t("move.stream", said), ends, t(settings, said), owners.some((one) => one.shared) && t("move.link")].filter(Boolean);
 }
 
@@ -177,7 +177,7 @@ const withProfile = (state) => state.channels.filter((one) => one.profile !== nu
 
 // Moves a profile that is chosen to this channel.
 export async function moveHere(channel, state, owners = withProfile(state)) {
-  const title = t("move.here_title", { name: nameOf(channel) });
+  const title = t(owners.length === 1 ? "move.here_from" : "move.here_title", { name: nameOf(channel), other: nameOf(owners[0]) });
   const choices = { label: t("move.from"), options: owners.map(asOption) };
   const chosen = await ask({ title, consequences: consequencesOf("move.settings", channel, owners), choices, yes: t("do.move") });
   if (chosen !== null) await moveTo(state.channels[chosen], channel);

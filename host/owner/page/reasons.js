@@ -44,7 +44,8 @@ export function words(channel, reason, state) {
   const cure = [text("cure", caseOf(channel, reason, state), reason.cure)].flat();
   // Who looks for a profile to give it finds here what happens with that.
   if (reason.cause === "waits" && channel.profile === null && given.other_name) {
-    cure.push(" ", t(freeProfiles(state).length > 0 ? "waits.no_profile" : "waits.no_profile_free", { button: t("do.instead") }));
+    const [kind, button] = freeProfiles(state).length > 0 ? ["waits.no_profile", "do.instead"] : ["waits.no_profile_free", "do.move_here"];
+    cure.push(" ", t(kind, { button: t(button), other: given.other_name }));
   }
   return { why: text("reason", reason.collision, reason.text), cure: cure.some(Boolean) && cure };
 }

@@ -249,7 +249,7 @@ def test_a_camera_that_waits_is_offered_one_thing_to_do(owner: Owner, standin: S
     camera["profile"] = None
     camera["reasons"].append({**camera["reasons"][0], "reason": "unbound", "cause": "unbound"})
     owner.open()
-    assert owner.sees_on_card(1, "It waits for “Front door”", "It has no profile, and other cameras have all four.", "Move a profile here")
+    assert owner.sees_on_card(1, "It waits for “Front door”", "It has no profile, and other cameras have all four; “Move a profile here” takes that of “Front door”, which then has none")
     assert "instead" not in owner.card(1)
     standin.state["profiles"][1] |= {"channel": None}
     standin.tell("profiles", standin.state["profiles"])
