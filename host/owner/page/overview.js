@@ -61,7 +61,9 @@ function Facts({ channel }) {
   </dl>`;
 }
 
-// What is below does not move up when something on a card is pressed: in the same window it becomes no lower.
+// What is below does not move up when something on a card is pressed: it becomes no lower until all moves anyway.
+const kMoving = ["resize", "scroll"];
+
 function useHeight() {
   const card = useRef(null);
   useLayoutEffect(() => {
@@ -71,8 +73,8 @@ function useHeight() {
     const forget = () => {
       card.current.style.minHeight = "";
     };
-    addEventListener("resize", forget);
-    return () => removeEventListener("resize", forget);
+    for (const kind of kMoving) addEventListener(kind, forget);
+    return () => kMoving.forEach((kind) => removeEventListener(kind, forget));
   }, []);
   return card;
 }

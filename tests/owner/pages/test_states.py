@@ -280,6 +280,8 @@ def test_a_card_stays_as_high_as_it_is_when_something_on_it_is_pressed(owner: Ow
     standin.tell("channels", standin.state["channels"])
     assert owner.sees_on_card(2, "Begins")
     assert owner.evaluate(height) == before
+    owner.evaluate("scrollBy(0, 50)")
+    assert owner.wait(lambda: owner.evaluate(height) < before)
 
 
 def test_the_keyboard_goes_to_the_camera_when_what_was_pressed_disappears(owner: Owner, standin: StandIn) -> None:
