@@ -34,7 +34,7 @@ const Navigation = ({ page }) => html`<nav aria-label=${t("pages")}><ul>
 </ul></nav>`;
 
 // The page is entered at its heading, so that a screen reader says where it is. Not when it is the first.
-function useEntering(address, title) {
+function useEntering(address, title, host) {
   const heading = useRef(null);
   const before = useRef(null);
   useEffect(() => {
@@ -45,13 +45,14 @@ function useEntering(address, title) {
     before.current = address;
   }, [address]);
   useEffect(() => {
-    document.title = title;
-  }, [title]);
+    document.title = [title, host].filter(Boolean).join(" – ");
+  }, [title, host]);
   return heading;
 }
 
 export function Shell({ view, page, address, title, children }) {
-  const heading = useEntering(address, title);
+  const host = plain(view.state?.host.name);
+  const heading = useEntering(address, title, host);
   const isBare = page === "pictures";
   return html`
     ${!isBare && html`<a class="skip" href="#content" onClick=${(event) => {
@@ -60,7 +61,7 @@ export function Shell({ view, page, address, title, children }) {
     }}>${t("skip")}</a>
     <header>
       <img src=${kEmblem} alt="" width="28" height="28" />
-      <span class="host-name"><bdi>${plain(view.state?.host.name) || t("cameras")}</bdi></span>
+      <span class="host-name"><bdi>${host || t("cameras")}</bdi></span>
       <${LanguageChoice} />
       <bdi class="user">${plain(view.session.user)}</bdi>
       <button type="button" class="bare sign-out" onClick=${signOut} aria-label=${t("sign_out")} title=${t("sign_out.who", { user: plain(view.session.user) })} ...${needsHost()}>

@@ -107,7 +107,7 @@ def test_a_question_has_no_barrier(owner: Owner) -> None:
 def test_a_page_is_entered_at_its_heading(owner: Owner) -> None:
     owner.open()
     owner.press("Events")
-    assert owner.wait(lambda: owner.evaluate("document.activeElement.tagName + document.title") == "H1Events")
+    assert owner.wait(lambda: owner.evaluate("document.activeElement.tagName + document.title") == "H1Events – Attic")
 
 
 def test_whoever_wants_no_motion_gets_none(owner: Owner) -> None:
