@@ -28,12 +28,12 @@ function useAttempt() {
   return { problem, isAsking, send, forgive: () => setProblem("") };
 }
 
-export function Login({ hasEnded }) {
+export function Login({ hasEnded, user }) {
   const { problem, isAsking, send, forgive } = useAttempt();
   const password = useRef(null);
   useEffect(() => {
     document.title = t("sign_in");
-    document.getElementById("user").focus();
+    document.getElementById(user ? "password" : "user").focus();
   }, []);
   const submit = async (event) => {
     event.preventDefault();
@@ -47,7 +47,7 @@ export function Login({ hasEnded }) {
       <p class="quiet">${t("sign_in.explained")}</p>
       ${hasEnded && html`<p class="care-box">${t("error.signed_out")}</p>`}
       <div class="field"><label for="user">${t("user")}</label>
-        <input id="user" name="user" autocomplete="username" autocapitalize="none" spellcheck="false" required maxlength="64" /></div>
+        <input id="user" name="user" defaultValue=${user ?? ""} autocomplete="username" autocapitalize="none" spellcheck="false" required maxlength="64" /></div>
       <${PasswordField} id="password" label=${t("password")} field=${password} autocomplete="current-password" maxlength="64"
         aria-invalid=${Boolean(problem)} />
       <p class="problem" role="alert" hidden=${!problem}><${Icon} name="alert" />${problem}</p>

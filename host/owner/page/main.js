@@ -42,7 +42,7 @@ function route(state) {
 function App() {
   const now = view();
   if (now.session === undefined) return html`<main class="alone"><${Loading} /></main>`;
-  if (now.session === null) return html`<${Login} hasEnded=${now.hasEnded} />`;
+  if (now.session === null) return html`<${Login} hasEnded=${now.hasEnded} user=${now.user} />`;
   const { page, title, Part, profile, channel } = route(now.state);
   return html`<${Shell} view=${now} page=${page} address=${location.hash} title=${title}>
     ${now.state ? html`<${Part} key=${location.hash} state=${now.state} profile=${profile} channel=${channel} arrived=${now.arrived} />` : html`<${Loading} />`}

@@ -17,7 +17,7 @@ const kPatience = 2.5; // times as long as the host lets pass between two signs 
 const kAnswerOfPressed = 3000; // to the question whether it lives, when it does not answer what was pressed
 
 // "session" is undefined until the host has answered, and null for somebody who is not signed in; "hasEnded" is whether the
-// last one ended by itself. "since" is when a host that is away said something last, if it did. "timesBack" is how often the host has answered again after it was away, and "arrived" has the
+// last one ended by itself, and "user" whose it was then. "since" is when a host that is away said something last, if it did. "timesBack" is how often the host has answered again after it was away, and "arrived" has the
 // channels whose cameras were plugged in just now.
 const known = { session: undefined, hasEnded: false, state: null, away: false, since: null, timesBack: 0, notices: [], question: null, arrived: [] };
 let guesses = [];
@@ -190,7 +190,7 @@ function keepSession(session) {
 export function signedOut(hasEnded = true) {
   localStorage.removeItem(kMayBeSignedIn);
   disconnect();
-  set({ session: null, hasEnded, state: null, away: false, question: null });
+  set({ session: null, hasEnded, user: hasEnded ? known.session?.user : undefined, state: null, away: false, question: null });
 }
 
 export async function begin() {

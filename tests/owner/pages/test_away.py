@@ -171,6 +171,7 @@ def test_what_is_asked_for_while_the_host_is_away_comes_when_it_is_back(
     owner.sees(AWAY)
     owner.press(page)
     assert owner.sees("The host does not answer; what belongs here comes as soon as it does.")
+    assert owner.evaluate("document.querySelectorAll('.busy').length") == 0
     assert owner.evaluate("document.querySelectorAll('.notice.refusal').length") == 0
     standin.hangs = standin.away = False
     assert owner.sees(text)
@@ -185,10 +186,12 @@ def test_a_session_that_has_ended_leads_to_the_login_and_back_to_the_page(owner:
     standin.leave()
     standin.away = False
     assert owner.sees("with the account that you have on their host.", ENDED)
+    assert (owner.field("User name").get_attribute("value"), owner.evaluate("document.activeElement.id")) == ("ann", "password")
     owner.sign_in("ann", PASSWORD)
     assert owner.sees("Front door")
     assert owner.wait(lambda: owner.heading() == "Sharing")
     owner.press("Sign out")
     owner.sees("with the account that you have on their host.")
     assert ENDED not in owner.text()
+    assert owner.field("User name").get_attribute("value") == ""
     owner.complaints()
