@@ -61,17 +61,22 @@ function Facts({ channel }) {
   </dl>`;
 }
 
-// What is below does not move up when something on a card is pressed: it becomes no lower until all moves anyway.
+// What is below does not move up when something on a card is pressed: a card that gets lower keeps its room, as a gap below it,
+// until all moves anyway.
 const kMoving = ["resize", "scroll"];
 
-function useHeight() {
+function useRoom() {
   const card = useRef(null);
+  const room = useRef(0);
   useLayoutEffect(() => {
-    card.current.style.minHeight = `${card.current.offsetHeight}px`;
+    const height = card.current.offsetHeight;
+    room.current = Math.max(room.current, height);
+    card.current.style.marginBottom = `${room.current - height}px`;
   });
   useEffect(() => {
     const forget = () => {
-      card.current.style.minHeight = "";
+      room.current = 0;
+      card.current.style.marginBottom = "";
     };
     for (const kind of kMoving) addEventListener(kind, forget);
     return () => kMoving.forEach((kind) => removeEventListener(kind, forget));
@@ -80,7 +85,7 @@ function useHeight() {
 }
 
 function CameraCard({ channel, state, isNew, setSeen }) {
-  const card = useHeight();
+  const card = useRoom();
   const last = lastStanding(channel);
   const word = standing(channel);
   const name = html`<bdi>${nameOf(channel)}</bdi>`;

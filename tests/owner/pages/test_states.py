@@ -270,18 +270,19 @@ def test_only_of_a_camera_that_sends_pictures_size_and_rate_are_said(owner: Owne
     assert ("Rate" in owner.card(channel), "Size" in owner.card(channel)) == (is_said, is_said)
 
 
-def test_a_card_stays_as_high_as_it_is_when_something_on_it_is_pressed(owner: Owner, standin: StandIn) -> None:
+def test_a_card_keeps_its_room_when_something_on_it_is_pressed_but_no_hole(owner: Owner, standin: StandIn) -> None:
     owner.open()
     owner.sees_on_card(2, "Switch the port on")
-    height = "document.querySelector('[data-channel=\"2\"]').offsetHeight"
+    card = "document.querySelector('[data-channel=\"2\"]')"
+    height, gap = f"{card}.offsetHeight", f"parseFloat(getComputedStyle({card}).marginBottom)"
     before = owner.evaluate(height)
     standin.state["channels"][2] |= {"switched_on": True, "reasons": []}
     owner.press("Switch the port on")
     standin.tell("channels", standin.state["channels"])
     assert owner.sees_on_card(2, "Begins")
-    assert owner.evaluate(height) == before
+    assert owner.evaluate(height) < before == owner.evaluate(f"{height} + {gap}")
     owner.evaluate("scrollBy(0, 50)")
-    assert owner.wait(lambda: owner.evaluate(height) < before)
+    assert owner.wait(lambda: owner.evaluate(gap) == 0)
 
 
 def test_the_keyboard_goes_to_the_camera_when_what_was_pressed_disappears(owner: Owner, standin: StandIn) -> None:
