@@ -40,6 +40,12 @@ function offered(codecs, wish) {
   return { codec, size, rate };
 }
 
+// What is set need not be in the camera's lists: a new stream has the same settings with every camera.
+function isOffered(codecs, wish) {
+  const { codec, size, rate } = offered(codecs, wish);
+  return codec.codec === wish.codec && sizeKey(size) === wish.size && String(rate) === wish.rate;
+}
+
 // The settings that are wished, with another format, or undefined if the camera does not offer it.
 export function inCodec(formats, wish, name) {
   const codecs = inOrder(formats).filter((one) => one.codec === name);
@@ -102,6 +108,11 @@ function explanation(codecs, wish) {
   return t(codec.sizes.some(allowsMore) ? "stream.one_rate_smaller" : "stream.one_rate");
 }
 
+function NotOffered({ stored }) {
+  const settings = Object.entries(kValueTexts).map(([name, text]) => text(stored[name])).join(", ");
+  return html`<p class="care-box">${t("stream.not_offered", { settings })}</p>`;
+}
+
 // Until the camera has answered, what is set is in the place of what can be.
 const asSet = ({ codec, width, height, rate }) => ({ codecs: [{ codec, sizes: [{ width, height, rates: [rate] }] }] });
 
@@ -109,6 +120,8 @@ const Asking = () => html`<${Busy} text=${t("formats.asking")} />`;
 
 function Form({ channel, formats, wish, setWish, isUnsaved, setSent }) {
   const codecs = inOrder(formats ?? asSet(channel));
+  const stored = asOf(channel);
+  const isOther = isUnsaved || !isOffered(codecs, stored);
   const [outcome, setOutcome] = useState(null);
   const [isAsking, setAsking] = useState(false);
   const submit = async (event) => {
@@ -120,17 +133,18 @@ function Form({ channel, formats, wish, setWish, isUnsaved, setSent }) {
     const answer = await setStream(channel, { codec: codec.codec, width: size.width, height: size.height, rate });
     setAsking(false);
     if (answer) setOutcome(answer);
-    else setWish(asOf(channel));
+    else setWish(stored);
   };
   const choose = (value) => {
     setOutcome(null);
     setWish(value);
   };
   return html`<form class="stream-form" onSubmit=${submit}>
+    ${!isOffered(codecs, stored) && html`<${NotOffered} stored=${stored} />`}
     <div class="fields"><${Choices} codecs=${codecs} wish=${wish} setWish=${choose} disabled=${!formats} /></div>
     <p class="quiet about-lists">${formats && explanation(codecs, wish)}</p>
-    ${formats ? html`<button class=${isUnsaved ? "" : "plain"} disabled=${isAsking} ...${needsHost()}>${t(isAsking && !hostIsAway() ? "storing" : "store")}</button>
-      <span class="unsaved" role="status">${isUnsaved && t("stream.unsaved")}</span>` : html`<${Asking} />`}
+    ${formats ? html`<button class=${isOther ? "" : "plain"} disabled=${isAsking} ...${needsHost()}>${t(isAsking && !hostIsAway() ? "storing" : "store")}</button>
+      <span class="unsaved" role="status">${isOther && t("stream.unsaved")}</span>` : html`<${Asking} />`}
     ${outcome && html`<${Taken} outcome=${outcome} />`}
   </form>`;
 }

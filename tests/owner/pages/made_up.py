@@ -124,7 +124,7 @@ EMPTY = {
     "events": [],
 }
 SIZES = [{"width": width, "height": height, "rates": [30, 24, 15, 10, 5]} for width, height in [(1920, 1080), (1280, 720), (640, 480)]]
-RAW_SIZES = [{**size, "rates": [10, 0.133, 5]} for size in SIZES]  # in the camera's order
+RAW_SIZES = [{**size, "rates": [15, 0.133, 5]} for size in SIZES]  # in the camera's order
 FORMATS = {"codecs": [{"codec": "h264", "sizes": RAW_SIZES}, {"codec": "mjpeg", "sizes": SIZES}]}
 HOST = {
     "version": "5.1.2", "web_port": 8080, "model_picture": True, "encodes": True, "encoding_add_on": None,

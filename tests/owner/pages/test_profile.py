@@ -22,9 +22,9 @@ def test_what_somebody_types_stays_when_news_come(owner: Owner, standin: StandIn
     assert owner.field("Name").get_attribute("value") == "Back d"
 
 
-COST = "With H.264 this camera sends 10 pictures a second at this size, instead of 30 pictures a second."
+COST = "With H.264 this camera sends 15 pictures a second at this size, instead of 30 pictures a second."
 UPSIDE_DOWN = "Upside down (the camera hangs)"
-IN_H264 = {"codec": "h264", "width": 1280, "height": 720, "rate": 10}
+IN_H264 = {"codec": "h264", "width": 1280, "height": 720, "rate": 15}
 
 
 def streams_changed(standin: StandIn) -> list[dict[str, Any]]:
@@ -92,6 +92,20 @@ def test_what_there_is_to_choose_from_is_a_list_and_what_not_a_fact(owner: Owner
     assert owner.sees("The first picture then takes up to 8 seconds.")
 
 
+def test_settings_that_the_camera_does_not_offer_are_told_and_what_stands_in_the_lists_is_not_saved(
+    owner: Owner, standin: StandIn, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    monkeypatch.setitem(FORMATS, "codecs", [{"codec": "mjpeg", "sizes": [{"width": 3840, "height": 2160, "rates": [30]}]}])
+    standin.state["channels"][0] |= {"codec": "mjpeg", "width": 1280, "height": 720, "rate": 30}
+    owner.open("profile/0")
+    assert owner.sees("Now set: As the camera sends it (MJPEG), 1280 × 720, 30 pictures a second.", "3840 × 2160", "Not saved yet.")
+    owner.press("Save")
+    assert owner.wait(lambda: streams_changed(standin) == [{"codec": "mjpeg", "width": 3840, "height": 2160, "rate": 30}])
+    standin.state["channels"][0] |= {"width": 3840, "height": 2160}
+    standin.tell("channels", standin.state["channels"])
+    assert owner.wait(lambda: "Now set" not in owner.text(".stream-form") and "Not saved yet" not in owner.text(".stream-form"))
+
+
 def test_who_waits_for_a_slow_picture_hears_how_long(owner: Owner, standin: StandIn) -> None:
     """What plays is live, and can be enlarged."""
     owner.open("profile/0")
@@ -131,20 +145,20 @@ def test_a_camera_leads_to_when_it_came_and_went(owner: Owner) -> None:
 
 
 def test_only_rates_that_can_be_had_are_offered_and_the_highest_is_first(owner: Owner, standin: StandIn) -> None:
-    """Of the rates in the camera's order, 10, 0.133 and 5, the host takes the first that is not above the wish."""
+    """Of the rates in the camera's order, 15, 0.133 and 5, the host takes the first that is not above the wish."""
     owner.open("profile/0")
     owner.choose("Format", "Encoded by this host (H.264)")
     rates = "[...document.querySelectorAll('#stream-rate option')].map((one) => one.text)"
-    assert owner.wait(lambda: owner.evaluate(rates) == ["10 pictures a second", "1 picture every 7.5 seconds"])
+    assert owner.wait(lambda: owner.evaluate(rates) == ["15 pictures a second", "1 picture every 7.5 seconds"])
 
 
 def test_another_size_that_h264_needs_is_said(owner: Owner, standin: StandIn) -> None:
-    standin.state["channels"][0] |= {"codec": "mjpeg", "rate": 10, "width": 800, "height": 600}
+    standin.state["channels"][0] |= {"codec": "mjpeg", "rate": 15, "width": 800, "height": 600}
     owner.open("profile/0")
     assert owner.sees("With H.264 this camera sends 1920 × 1080 instead of 800 × 600, at the same rate.")
-    standin.state["channels"][0]["rate"] = 15
+    standin.state["channels"][0]["rate"] = 25
     standin.tell("channels", standin.state["channels"])
-    assert owner.sees("With H.264 this camera sends 1920 × 1080 and 10 pictures a second, instead of 800 × 600 and 15 pictures a second.")
+    assert owner.sees("With H.264 this camera sends 1920 × 1080 and 15 pictures a second, instead of 800 × 600 and 25 pictures a second.")
 
 
 @pytest.mark.parametrize(
@@ -176,7 +190,6 @@ LOST = "What you chose for the stream of “Front door” was not saved."
 
 
 def test_a_choice_that_is_not_saved_is_marked_and_whoever_leaves_it_is_told(owner: Owner, standin: StandIn) -> None:
-    standin.state["channels"][0]["rate"] = 10
     owner.open("profile/0")
     owner.choose("Size", "640 × 480")
     assert owner.sees("Not saved yet.")
