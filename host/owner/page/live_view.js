@@ -56,28 +56,44 @@ const kOver = {
   away: () => html`<p>${t("live_view.away")}</p>`,
 };
 
-// It has no time to go back to, and is not stopped: it is what the camera sees now.
-function Controls({ video, hasSound }) {
+function useFullView() {
+  const [isFull, setFull] = useState(Boolean(document.fullscreenElement));
+  useEffect(() => {
+    const look = () => setFull(Boolean(document.fullscreenElement));
+    document.addEventListener("fullscreenchange", look);
+    return () => document.removeEventListener("fullscreenchange", look);
+  }, []);
+  return isFull;
+}
+
+// It has no time to go back to, and is not stopped: it is what the camera sees now. So the full view has these controls, and
+// not the browser's; only an iPhone enlarges nothing but the video alone.
+function Controls({ frame, video, hasSound }) {
   const [isMuted, mute] = useState(video.current.muted);
+  const isFull = useFullView();
   const turn = () => mute((video.current.muted = !isMuted));
-  const enlarge = () => (video.current.requestFullscreen ? video.current.requestFullscreen() : video.current.webkitEnterFullscreen());
+  const enlarge = () => (frame.current.requestFullscreen ? frame.current.requestFullscreen() : video.current.webkitEnterFullscreen());
   return html`<div class="controls"><span class="now">${t("live_view.now")}</span>
     ${hasSound && html`<${Button} icon=${isMuted ? "silent" : "loud"} kind="on-picture" act=${turn}>${t(isMuted ? "live_view.sound_on" : "live_view.sound_off")}<//>`}
-    <${Button} icon="large" kind="on-picture" act=${enlarge}>${t("live_view.large")}<//></div>`;
+    <${Button} icon=${isFull ? "small" : "large"} kind="on-picture" act=${isFull ? () => document.exitFullscreen() : enlarge}>
+      ${t(isFull ? "live_view.small" : "live_view.large")}<//></div>`;
 }
+
+// The browser's own controls and keys for media can stop it, and it would stand still and be called live.
+const goOn = ({ target }) => target.ended || target.play().catch(() => {});
 
 // After the host was away the stream is asked for anew: a connection that was cut off may not have ended.
 export function LiveView({ profile, name, rate, hasSound, hasControls, setSeen = () => {} }) {
-  const video = useRef(null);
+  const [frame, video] = [useRef(null), useRef(null)];
   const [plays, setPlays] = useState("waits");
   const shows = hostIsAway() ? "away" : plays;
   useEffect(() => playing(video.current, `/api/v1/profiles/${profile}/playlist.m3u8`, setPlays), [profile, timesBack()]);
   useEffect(() => setSeen(plays === "plays"), [plays]);
   useSession();
-  return html`<div class="live" data-shows=${shows}>
+  return html`<div class="live" ref=${frame} data-shows=${shows}>
     <video ref=${video} muted autoplay playsinline aria-label=${t("live_view.of", { name })}
-      onPlaying=${() => setPlays("plays")}></video>
+      onPlaying=${() => setPlays("plays")} onPause=${goOn}></video>
     ${kOver[shows] && html`<div class="over">${kOver[shows](rate)}</div>`}
-    ${hasControls && shows === "plays" && html`<${Controls} video=${video} hasSound=${hasSound} />`}
+    ${hasControls && shows === "plays" && html`<${Controls} frame=${frame} video=${video} hasSound=${hasSound} />`}
   </div>`;
 }

@@ -70,6 +70,9 @@ export function useWish(channel) {
   return { wish, setWish, isUnsaved, setSent };
 }
 
+const isTaken = ({ asked, taken }, stored) =>
+  Object.entries(asOf({ ...asked, ...taken })).every(([name, value]) => value === stored[name]);
+
 function Taken({ outcome }) {
   const { asked, taken, not_stored: notStored = [] } = outcome;
   const [before, after] = [asked, { ...asked, ...taken }].map((one) => ({ ...one, size: sizeKey(one) }));
@@ -124,6 +127,7 @@ function Form({ channel, formats, wish, setWish, isUnsaved, setSent }) {
   const isOther = isUnsaved || !isOffered(codecs, stored);
   const [outcome, setOutcome] = useState(null);
   const [isAsking, setAsking] = useState(false);
+  useEffect(() => outcome && !isTaken(outcome, stored) && setOutcome(null), Object.values(stored)); // changed since, elsewhere
   const submit = async (event) => {
     event.preventDefault();
     const { codec, size, rate } = offered(codecs, wish);

@@ -121,6 +121,37 @@ def test_who_waits_for_a_slow_picture_hears_how_long(owner: Owner, standin: Stan
     owner.complaints()  # of the stream that is not there
 
 
+def test_the_full_view_has_the_pages_own_buttons(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.press("Full view")
+    assert owner.wait(lambda: owner.evaluate("document.fullscreenElement?.className") == "live")
+    assert owner.sees("Live", "Sound on", "Leave full view")
+    owner.press("Leave full view")
+    assert owner.wait(lambda: owner.evaluate("document.fullscreenElement") is None)
+    assert owner.sees("Full view")
+
+
+def test_a_live_picture_that_something_stops_goes_on(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.sees("Full view")
+    owner.evaluate("void document.querySelector('video').pause()")
+    assert owner.wait(lambda: not owner.evaluate("document.querySelector('video').paused"))
+
+
+def test_what_was_saved_is_no_longer_told_when_it_was_changed_elsewhere(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.choose("Size", "640 × 480")
+    owner.press("Save")
+    assert owner.sees("The camera took something else:")
+    standin.state["channels"][0] |= {"width": 640, "height": 480, "rate": 24}  # as it was taken
+    standin.tell("channels", standin.state["channels"])
+    assert owner.wait(lambda: "24 pictures" in owner.text(".facts, .stream-form"))
+    assert "The camera took something else:" in owner.text()
+    standin.state["channels"][0] |= {"codec": "mjpeg"}
+    standin.tell("channels", standin.state["channels"])
+    assert owner.sees_no_more("The camera took something else:")
+
+
 def test_a_camera_that_does_not_stream_gives_up_its_profile_not_its_stream(owner: Owner) -> None:
     owner.open("profile/2")
     owner.press("Take its profile away")
