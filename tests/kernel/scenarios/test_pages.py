@@ -98,16 +98,15 @@ def test_nobody_gets_the_port_of_the_logins_while_they_do_not_run_and_who_signs_
     guest.run("systemctl", "is-active", LOGINS)
 
 
-def test_a_restart_of_pages_and_logins_takes_their_settings_and_leaves_the_streams_alone(
+def test_a_restart_of_pages_and_logins_takes_their_settings_and_leaves_the_streams_and_sessions_alone(
     guest: Guest, owner: Visitor, shared: str
 ) -> None:
     running = guest.run("cat", f"/sys/fs/cgroup/system.slice/{STREAMS}.service/cgroup.procs")
     guest.run("sed", "-i", "s/^InnerWebAccessPort = .*/InnerWebAccessPort = 58099/", "/var/lib/usbdev/config/Tundrel.conf")
     guest.run("systemctl", "restart", LOGINS, PAGES)
-    assert owner.ask("GET", f"{API}/state").status == 401
+    assert owner.ask("GET", f"{API}/state").object["channels"][0]["profile"] == 0
     assert "127.0.0.1:58099" in guest.run("journalctl", f"--unit={LOGINS}")
     owner.sign_in("ann", "secret")
-    assert owner.ask("GET", f"{API}/state").object["channels"][0]["profile"] == 0
     assert guest.run("cat", f"/sys/fs/cgroup/system.slice/{STREAMS}.service/cgroup.procs") == running
 
 
@@ -139,8 +138,16 @@ def test_pages_and_logins_that_are_killed_or_hang_serve_again_and_the_streams_go
     assert guest.run("cat", f"/sys/fs/cgroup/system.slice/{STREAMS}.service/cgroup.procs") == running
 
 
+def test_a_new_password_ends_all_sessions(guest: Guest, owner: Visitor) -> None:
+    assert owner.ask("GET", f"{API}/state").status == 200
+    guest.shell("echo secret | usbdev-login-users add ann")
+    assert owner.ask("GET", f"{API}/state").status == 401
+    owner.sign_in("ann", "secret")
+
+
 def test_hashes_of_passwords_are_the_login_services_and_pictures_the_groups(guest: Guest, owner: Visitor, shared: str) -> None:
     assert guest.run("stat", "--format=%a %U", "/var/lib/usbdev/login/users") == "600 usbdev-login\n"
+    assert guest.run("stat", "--format=%a %U", "/var/lib/usbdev/pages", "/var/lib/usbdev/pages/sessions") == "700 usbdev\n600 usbdev\n"
     outsider = "setpriv --reuid=4711 --regid=4711 --clear-groups"
     guest.wait(f"test -e {LINKS}/hls/channel1/playlist.m3u8")
     for user in (outsider, "setpriv --reuid=usbdev-login --regid=usbdev-login --clear-groups"):
