@@ -18,7 +18,7 @@ from ownerlib import network
 
 @pytest.mark.parametrize("served", ["127.0.0.1", "127.0.0.2", "::1"])
 def test_pages_that_are_served_to_this_machine_have_no_address_for_others(served: str) -> None:
-    assert network.origin(served, 8080) is None
+    assert (network.is_open(served), network.origin(served, 8080)) == (False, None)
 
 
 @pytest.mark.parametrize(
@@ -43,7 +43,7 @@ def test_pages_that_are_served_everywhere_on_a_machine_in_no_network_have_no_add
     monkeypatch: pytest.MonkeyPatch, served: str
 ) -> None:
     monkeypatch.setattr(network, "address", lambda _: None)
-    assert network.origin(served, 8080) is None
+    assert (network.is_open(served), network.origin(served, 8080)) == (True, None)
 
 
 @pytest.mark.parametrize(("served", "family"), [("0.0.0.0", socket.AF_INET), ("192.168.1.5", socket.AF_INET), ("::", socket.AF_INET6)])

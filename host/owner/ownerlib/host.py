@@ -48,7 +48,7 @@ class Host:
 
     def _whole(self, state: Value) -> Value:
         """Adds how others reach the host, the guests, and the number of what happened last."""
-        host = {**state["host"], "address": network.address(self._served[0]), "origin": network.origin(*self._served)}
+        host = {**state["host"], "open": network.is_open(self._served[0]), "origin": network.origin(*self._served)}
         return {**state, "host": host, "viewers": self.guests.counts(), "happened": self.recorder.happened}
 
     def end_session(self, session: str) -> None:

@@ -25,9 +25,14 @@ def address(served: str) -> str | None:
         return None
 
 
+def is_open(served: str) -> bool:
+    """Checks whether the pages are served to other machines, if there are any."""
+    return not is_loopback(served)
+
+
 def origin(served: str, port: int) -> str | None:
-    """Returns the beginning of the pages' addresses for other machines; None if the pages are served to this one only."""
+    """Returns the beginning of the pages' addresses for other machines; None if none can open them."""
     host = address(served) if served in EVERYWHERE else served
-    if host is None or is_loopback(host):
+    if host is None or not is_open(host):
         return None
     return f"http://[{host}]:{port}" if ":" in host else f"http://{host}:{port}"

@@ -55,10 +55,10 @@ function Link({ profile, share, renew, host }) {
   const canBeOpened = isForAll || host.origin !== null;
   const id = `link-${profile}`;
   return html`<div class="share-link">
-    ${!canBeOpened && html`<p class="care-box">${t(host.address === null ? "share.no_network" : "share.this_machine")}</p>`}
+    ${!canBeOpened && html`<p class="care-box">${t(host.open ? "share.no_network" : "share.not_open", { host: plain(host.name) })}</p>`}
     <div class="field"><label for=${id}>${t("share.link")}</label><output id=${id} class="link">${link}</output></div>
     <div class="buttons">
-      <${Button} icon="copy" kind="" act=${() => copy(link, "share.copied", document.getElementById(id))}>${t("do.copy")}<//>
+      <${Button} icon="copy" kind=${canBeOpened ? "" : "plain"} act=${() => copy(link, "share.copied", document.getElementById(id))}>${t("do.copy")}<//>
       ${canBeOpened && html`<${Button} act=${() => setCode(!hasCode)} aria-expanded=${hasCode}>${t(hasCode ? "do.hide_code" : "do.show_code")}<//>`}
       <a class="button plain" href=${share.page} target="_blank" rel="noopener"><${Icon} name="open" />${t("share.as_guest")}</a>
       <${Button} act=${renew} ...${needsHost()}>${t("do.renew")}<//>

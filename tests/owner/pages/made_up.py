@@ -107,7 +107,7 @@ EVENTS = [
     came_or_went(2, 6, "unplugged"), *LINES[1:5], came_or_went(1, 30, "plugged"), *LINES[5:],
 ]  # fmt: skip
 STATE = {
-    "host": {"name": "Attic", "address": "192.168.1.5", "origin": None},
+    "host": {"name": "Attic", "open": False, "origin": None},
     "channels": [*CHANNELS, *({**NOTHING, "channel": number} for number in range(6, 10))],
     "profiles": [{"profile": number, "channel": channel, "name": name, "streams": number == 0}
                  for number, channel, name in [(0, 0, "Front door"), (1, 1, CHANNELS[1]["profile_name"]), (2, 2, ""), (3, 5, "Garden")]],

@@ -377,13 +377,13 @@ def test_a_link_that_only_the_host_can_open_is_not_shown_to_a_phone(owner: Owner
     owner.open("sharing")
     owner.sees("Copy link", "Show a code for a phone")
     assert "Not here: Night camera. Only a camera with a profile can be shared" in owner.text()
-    assert "Only this machine" not in owner.text()
+    assert "Only a browser on the host" not in owner.text()
     with local(owner, standin) as here:
-        assert here.sees(f"http://127.0.0.1:{standin.port}/share?", "Only this machine can open this link", "“man usbdev-pages”")
+        assert here.sees(f"http://127.0.0.1:{standin.port}/share?", "Only a browser on the host “Attic” itself can open this link", "“man usbdev-pages”")
         assert "Show a code for a phone" not in here.text()
-        standin.state["host"]["address"] = None
+        standin.state["host"]["open"] = True
         standin.tell("state", standin.state)
-        assert here.sees("Only this machine can open this link, and no phone: the machine is in no network now.")
+        assert here.sees("Only a browser on the host “Attic” itself can open this link, and no phone: the host is in no network now.")
         assert "Show a code for a phone" not in here.text()
 
 
@@ -391,7 +391,7 @@ def test_on_the_host_itself_a_link_begins_as_others_reach_the_pages(owner: Owner
     standin.state["host"]["origin"] = "http://192.168.1.5:8080"
     with local(owner, standin) as here:
         assert here.sees("http://192.168.1.5:8080/share?", "Show a code for a phone")
-        assert "Only this machine" not in here.text()
+        assert "Only a browser on the host" not in here.text()
 
 
 @contextmanager

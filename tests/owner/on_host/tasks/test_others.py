@@ -65,9 +65,8 @@ def test_show_a_link_to_a_phone(door: Owner) -> None:
 
 
 def test_hear_that_only_the_host_can_open_a_link(door: Owner) -> None:
-    """The host of these tests is in no network."""
     share(door)
-    assert door.sees("Only this machine can open this link, and no phone: the machine is in no network now.")
+    assert door.sees("itself can open this link, and no phone: these pages are not open to the network.")
     assert "Show a code for a phone" not in door.text()
 
 
