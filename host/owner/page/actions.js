@@ -102,7 +102,7 @@ export async function streamInstead(channel, other, state) {
   if (channel.profile === null && !free) return moveHere(channel, state, [other]);
   const consequences = [t("instead.kept", names)];
   if (other.switched_on) consequences.unshift(t("instead.stream", names));
-  if (channel.profile === null) consequences.push(t("instead.profile", names));
+  if (channel.profile === null) consequences.push(t("instead.profile", { ...names, number: free.profile }));
   if (!(await ask({ title: t("instead.title", names), consequences, yes: t("do.instead") }))) return;
   const switchOther = () => call("PUT", `/channels/${other.channel}/switch`, { on: false, for: channel.channel });
   if (!(await attempt(() => change(switchedOff(other), switchOther)))) return;
@@ -113,7 +113,7 @@ export async function streamInstead(channel, other, state) {
 }
 
 export async function unbind(channel, runs) {
-  const consequences = [t("unbind.stream"), channel.shared ? t("unbind.link") : "", channel.profile_name ? t("unbind.settings") : "", t("unbind.camera")];
+  const consequences = [channel.profile_name ? t("unbind.settings") : "", channel.shared ? t("unbind.link") : "", t("unbind.stream"), t("unbind.camera")];
   const [title, yes] = runs ? ["unbind.title", "do.unbind"] : ["unbind.title_idle", "do.give_up"];
   const question = { title: t(title, { name: nameOf(channel) }), yes: t(yes), isLoss: true };
   if (!(await ask({ ...question, consequences: consequences.filter(Boolean) }))) return;

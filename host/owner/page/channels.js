@@ -39,6 +39,7 @@ export const standing = (channel) => (channel.isUnknown ? "unknown" : lastStandi
 export function lastStanding(channel) {
   if (channel.state === "free") return "free";
   if (channel.streams) return channel.awaitsPicture ? "begins" : "streams";
+  if (channel.state === "unplugged") return "unplugged";
   if (channel.switched_on === false) return "switched_off";
   const [first] = hindrances(channel);
   if (!first) return channel.profile === null ? "unbound" : "begins";

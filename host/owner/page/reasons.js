@@ -73,8 +73,9 @@ const kCures = {
   },
 };
 
-// One step after the other: a camera whose port is off does not wait, and one that waits needs no profile yet.
-const kSteps = ["switched_off", "waits", "unbound"];
+// One step after the other: a camera that is not there needs no port, one whose port is off does not wait, and one that waits
+// needs no profile yet.
+const kSteps = ["unplugged", "switched_off", "waits", "unbound"];
 
 function due(reasons) {
   const step = kSteps.find((word) => reasons.some((one) => one.reason === word));

@@ -219,7 +219,8 @@ export async function signOut() {
 }
 
 let noticed = 0;
-const kNoticeTime = 5000;
+const kNoticeTime = 5000; // milliseconds
+const kReadingTime = 70; // of a letter
 
 export function closeNotice(id) {
   set({ notices: known.notices.filter((one) => one.id !== id) });
@@ -242,7 +243,7 @@ export function notice(text, cure = "", isRefusal = false, about = kDone) {
   const id = (noticed += 1);
   const earlier = (isRefusal ? known.notices : withoutRefusals()).filter((one) => one.isRefusal || one.about !== about);
   set({ notices: [...earlier.slice(-2), { id, text, cure, isRefusal, about, isNews: about !== kDone }] });
-  if (!isRefusal) setTimeout(closeNotice, kNoticeTime, id);
+  if (!isRefusal) setTimeout(closeNotice, Math.max(kNoticeTime, kReadingTime * (text + cure).length), id);
 }
 
 // Asks before something is lost; the answer is whether to do it, or what was chosen.

@@ -15,7 +15,7 @@ const busOf = (port) => Number((port ?? "").split("-")[0]);
 const controllerOf = (channel, usb) => usb.controllers.find((one) => one.buses.includes(busOf(channel.port)));
 
 // Also if its stream fails: others have to wait for it.
-const isActive = (one) =>
+export const isActive = (one) =>
   one.state === "plugged" && one.supported && one.profile !== null && one.waits_for === null && one.switched_on !== false;
 
 // Behind a bridge one camera of a controller can stream, elsewhere one in each of its ports.

@@ -8,7 +8,7 @@ import { html, useLayoutEffect, useRef, useState } from "../libraries/preact.js"
 import { addressOf, ownName, standing, tone } from "./channels.js";
 import { withPorts } from "./parts.js";
 import { t } from "./texts.js";
-import { roomFor } from "./usb.js";
+import { isActive, roomFor } from "./usb.js";
 
 const kNarrow = 900; // pixels, as all of these
 const kBetween = 12; // rows
@@ -19,14 +19,18 @@ const kIndent = 22;
 const kBold = 8.8; // a letter
 const kLetter = 7;
 
+// One camera of a hub streams; which of its sockets are empty the host may not know.
+function roomOfHub(hub, channels, free) {
+  const isBelow = (port) => port?.startsWith(`${hub}.`);
+  if (free.some(isBelow)) return t("usb.has_room");
+  return channels.some((one) => isActive(one) && isBelow(one.port)) ? t("usb.full") : "";
+}
+
 function portNode(port, channels, free) {
   const channel = channels[port.channel];
   const below = port.ports.map((one) => portNode(one, channels, free));
   const empty = { title: port.port, text: t("usb.empty"), kind: "empty", isPort: true, below };
-  if (port.hub) {
-    const room = free.some((one) => one.startsWith(`${port.port}.`)) ? "usb.has_room" : "usb.full";
-    return { ...empty, title: t("usb.hub"), text: `${port.port} · ${t(room)}`, kind: "hub" };
-  }
+  if (port.hub) return { ...empty, title: t("usb.hub"), text: [port.port, roomOfHub(port.port, channels, free)].filter(Boolean).join(" · "), kind: "hub" };
   if (!channel) return empty;
   const word = standing(channel);
   const text = `${port.port} · ${t(`state.${word}`)}`;

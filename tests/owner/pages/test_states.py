@@ -503,10 +503,25 @@ def titles(owner: Owner) -> list[str]:
 def test_the_picture_of_usb_has_controllers_without_a_camera_and_says_where_there_is_room(owner: Owner, standin: StandIn) -> None:
     standin.state["usb"]["controllers"].append({"path": "/x", "bridge": None, "buses": [9], "ports": [], "free_ports": []})
     owner.open()
-    assert owner.sees("There is room for one more camera in the USB ports 1-3, 1-5 to 1-7, 5-3 to 5-4, and 7-1 to 7-2.")
+    assert owner.sees("One more camera can stream in any of the USB ports 1-3, 1-5 to 1-7, 5-3 to 5-4, and 7-1 to 7-2.")
     assert "Hub, 3-1 · no room" in titles(owner)
     controllers = [title for title in titles(owner) if title.startswith("USB controller")]
     assert controllers == [f"USB controller, bus {one}" for one in ("3 · no room", "5 · has room", "1 · has room", "7, 8 · has room", "9 · no camera")]
+
+
+def test_a_hub_of_which_the_sockets_are_not_known_is_not_called_full_while_no_camera_of_it_streams(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][0] |= {"switched_on": False, "streams": False}
+    standin.state["channels"][1] |= {"profile": None, "waits_for": None}
+    owner.open()
+    assert owner.wait(lambda: "Hub, 3-1" in titles(owner))
+
+
+def test_a_camera_that_is_neither_there_nor_switched_on_has_first_to_be_there(owner: Owner, standin: StandIn) -> None:
+    reasons = standin.state["channels"][2]["reasons"] + standin.state["channels"][5]["reasons"]
+    standin.state["channels"][5] |= {"switched_on": False, "reasons": reasons}
+    owner.open("profile/3")
+    assert owner.sees("Unplugged", "Forget this camera")
+    assert "Switch the port on" not in owner.text(".reasons")
 
 
 def test_of_two_buses_of_a_controller_the_one_that_has_room_is_named(owner: Owner, standin: StandIn) -> None:
@@ -686,7 +701,7 @@ def test_if_no_camera_can_take_a_profile_it_is_said_why_and_nothing_can_be_moved
 @pytest.mark.parametrize(
     ("name", "promise", "told"),
     [("Front door", "and the name that you gave it", "“Front door” now shows the picture of “Night camera”."),
-     ("", "The stream is then called as “Night camera”.", "The stream comes from “Night camera” now; “HD Pro Webcam C920” has no profile any more.")],
+     ("", "The stream then has the name of “Night camera”.", "The stream comes from “Night camera” now; “HD Pro Webcam C920” has no profile any more.")],
 )  # fmt: skip
 def test_only_a_name_that_somebody_gave_moves_with_a_profile(owner: Owner, standin: StandIn, name: str, promise: str, told: str) -> None:
     standin.state["channels"][0]["profile_name"] = name
