@@ -858,7 +858,7 @@ def test_below_the_curves_are_the_latest_values(owner: Owner) -> None:
 def test_a_mark_is_chosen_with_a_finger_too(owner: Owner) -> None:
     owner.size(390, 844)
     owner.open("charts")
-    assert owner.sees("Point at a mark, or choose it: here is its time.")
+    assert owner.sees("Point at a mark or choose it: its time then stands here.")
     owner.evaluate("document.querySelector('.mark.unplugged[tabindex]').click()")
     assert owner.sees("Garage with a name that is rather long, unplugged")
 
