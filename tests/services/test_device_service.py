@@ -13,8 +13,8 @@ A_DAY = f"LD_PRELOAD=libumockdev-preload.so.0 /usr/bin/python3 -B {HERE}/device_
 NOTIFIED = "until_true grep -q removed /var/log/vl/manager-service.log; grep ^event /var/log/vl/manager-service.log"
 
 
-def test_it_reports_what_comes_and_goes_to_the_library_which_notifies_the_manager(on_host: RunOnHost) -> None:
-    done = on_host(f"{A_DAY} day; {NOTIFIED}", "--services")
+def test_it_reports_what_comes_and_goes_to_the_library_which_notifies_the_manager(with_manager: RunOnHost) -> None:
+    done = with_manager(f"{A_DAY} day; {NOTIFIED}")
     assert done.stdout.splitlines() == [
         "synchronised",
         f"plugged 3-1 camera 0 '{NAME}': channel 0",

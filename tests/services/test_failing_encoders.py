@@ -22,8 +22,14 @@ FAILURES = f"grep -o 'the encoder of profile 1 .*\\|the playlist of profile 1 .*
 BREAK_ENCODER = "ln -sf /usr/host-bin/false /usr/bin/ffmpeg; kill -9 $(encoder)\n"
 
 
-def test_an_encoder_that_is_killed_is_started_again(with_services: RunOnHost) -> None:
-    done = with_services(
+@pytest.fixture
+def on_host(on_new_host: RunOnHost) -> RunOnHost:
+    """The programs that these scripts put in place of the encoder go only with their host."""
+    return on_new_host
+
+
+def test_an_encoder_that_is_killed_is_started_again(with_manager: RunOnHost) -> None:
+    done = with_manager(
         SHELL + SMALL + "live; kill -9 $(encoder); said 'streams 160' 2; live; available; encoder | wc -l\n" + FAILURES
     )
     assert (done.stdout.splitlines(), done.stderr) == (
@@ -32,8 +38,8 @@ def test_an_encoder_that_is_killed_is_started_again(with_services: RunOnHost) ->
     )
 
 
-def test_an_encoder_that_hangs_is_replaced(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_an_encoder_that_hangs_is_replaced(with_manager: RunOnHost) -> None:
+    done = with_manager(
         SHELL + SMALL + "live; old=$(encoder); kill -STOP $old; said 'streams 160' 2; live; available\n"
         "[ -d /proc/$old ] || echo gone\n" + FAILURES
     )  # fmt: skip
@@ -47,32 +53,32 @@ def pauses_said(log: str) -> list[int]:
     return [int(line.split()[-2]) for line in log.splitlines() if "next start" in line]
 
 
-def test_an_encoder_that_always_fails_is_tried_less_and_less(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_an_encoder_that_always_fails_is_tried_less_and_less(with_manager: RunOnHost) -> None:
+    done = with_manager(
         SHELL + SMALL + "said 'streams 160' 1\n" + BREAK_ENCODER + "said 'next start is in 4 s' 1; available\n" + FAILURES
     )
     available, log = done.stdout.split("\n", 1)
     assert (available, pauses_said(log), done.stderr) == (AVAILABLE(0), [1, 2, 4], "")
 
 
-def test_other_settings_end_the_pause_and_begin_with_a_short_one_again(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_other_settings_end_the_pause_and_begin_with_a_short_one_again(with_manager: RunOnHost) -> None:
+    done = with_manager(
         SHELL + SMALL + "said 'streams 160' 1\n" + BREAK_ENCODER + "said 'next start is in 4 s' 1\n"
         f"store framerate=10; said 'at 10.00' 1; said 'next start is in 1 s' 2; sed 1,/at.10.00/d {LOG}\n"
     )  # fmt: skip
     assert (pauses_said(done.stdout)[0], done.stderr) == (1, "")
 
 
-def test_settings_stored_as_they_are_do_not_shorten_the_pause(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_settings_stored_as_they_are_do_not_shorten_the_pause(with_manager: RunOnHost) -> None:
+    done = with_manager(
         SHELL + SMALL + "said 'streams 160' 1\n" + BREAK_ENCODER + "said 'next start is in 2 s' 1\n"
         "store; said '^event' 2; said 'next start is in 4 s' 1\n" + FAILURES
     )  # fmt: skip
     assert (pauses_said(done.stdout), done.stderr) == ([1, 2, 4], "")
 
 
-def test_a_missing_encoder_is_reported_and_started_when_it_is_there(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_a_missing_encoder_is_reported_and_started_when_it_is_there(with_manager: RunOnHost) -> None:
+    done = with_manager(
         "rm /usr/bin/ffmpeg\n" + SHELL + SMALL + "said 'cannot be started' 1\n"
         "ln -s /usr/host-bin/ffmpeg /usr/bin/ffmpeg; said 'streams 160' 1; live; available"
     )  # fmt: skip

@@ -22,12 +22,12 @@ def change():
 """
 
 
-def test_every_reader_gets_every_notification_whole(with_services: RunOnHost) -> None:
+def test_every_reader_gets_every_notification_whole(with_manager: RunOnHost) -> None:
     script = "readers = [connected() for _ in range(3)]\nchange(); change()\nprint([len(it.recv(99)) for it in 2 * readers])'"
-    assert with_services(READER + script).stdout == f"{6 * [56]}\n"
+    assert with_manager(READER + script).stdout == f"{6 * [56]}\n"
 
 
-def test_one_that_does_not_read_is_dropped_and_the_others_go_on(with_services: RunOnHost) -> None:
+def test_one_that_does_not_read_is_dropped_and_the_others_go_on(with_manager: RunOnHost) -> None:
     script = """
 lazy, eager = connected(), connected()
 dropped = select.poll()
@@ -42,11 +42,11 @@ while lazy.recv(99):
     count += 1
 change()
 print(0 < count < sent, len(eager.recv(99)))'"""
-    done = with_services(READER + script)
+    done = with_manager(READER + script)
     assert done.stdout == "True 56\n", done.stderr
 
 
-def test_there_is_a_largest_number_of_readers(with_services: RunOnHost) -> None:
+def test_there_is_a_largest_number_of_readers(with_manager: RunOnHost) -> None:
     script = f"""
 readers = [connected() for _ in range({MOST_READERS})]
 late = connected()
@@ -60,16 +60,16 @@ while True:
     if received := late.recv(99):
         break
 print(len(received))'"""
-    assert with_services(READER + script).stdout == f"b''\n{MOST_READERS}\n56\n"
+    assert with_manager(READER + script).stdout == f"b''\n{MOST_READERS}\n56\n"
 
 
-def test_the_file_is_for_owner_and_group_and_is_replaced_after_a_manager_was_killed(with_services: RunOnHost) -> None:
+def test_the_file_is_for_owner_and_group_and_is_replaced_after_a_manager_was_killed(with_manager: RunOnHost) -> None:
     script = f"""stat -c %A {FILE}
 kill -9 {MANAGER}
 manager-service >/tmp/out 2>/tmp/log & until grep -q listening /tmp/log; do sleep 0.05; done
 {READER}reader = connected(); change(); print(len(reader.recv(99)))'
 kill $!; wait; test ! -e {FILE} && echo gone"""
-    assert with_services(script).stdout == "srw-rw----\n56\ngone\n"
+    assert with_manager(script).stdout == "srw-rw----\n56\ngone\n"
 
 
 def test_a_manager_that_cannot_make_the_file_still_runs_streams(on_host: RunOnHost) -> None:
@@ -80,11 +80,11 @@ def test_a_manager_that_cannot_make_the_file_still_runs_streams(on_host: RunOnHo
     )
 
 
-def test_watch_listens_to_the_manager_until_that_ends(with_services: RunOnHost) -> None:
+def test_watch_listens_to_the_manager_until_that_ends(with_manager: RunOnHost) -> None:
     script = f"""usbdevctl watch >/tmp/out 2>/tmp/err & watch=$!
 until_true 'grep -q "listening to the manager" /tmp/err'
 sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 0 >/dev/null; usbdevctl slot off 3-1 >/dev/null
 until_true 'grep -q "event 7" /tmp/out'
 kill {MANAGER}
 wait $watch; echo $?; tail -n 1 /tmp/err"""
-    assert with_services(script).stdout == "1\nusbdevctl: the manager has ended\n"
+    assert with_manager(script).stdout == "1\nusbdevctl: the manager has ended\n"

@@ -30,8 +30,8 @@ def requests(text: str, *fields: str) -> list[tuple[object, ...]]:
     return [tuple(entry.get(field) for field in fields) for entry in map(json.loads, text.splitlines())]
 
 
-def test_the_right_password_opens_a_session_which_the_library_closes_again(with_services: RunOnHost) -> None:
-    done = with_services(ADD + f"call vl_auth '{USER}' '{PASSWORD}' >/tmp/result\n" + logged(2) + "tail -n 1 /tmp/result >&2")
+def test_the_right_password_opens_a_session_which_the_library_closes_again(with_login: RunOnHost) -> None:
+    done = with_login(ADD + f"call vl_auth '{USER}' '{PASSWORD}' >/tmp/result\n" + logged(2) + "tail -n 1 /tmp/result >&2")
     login, logout = requests(done.stdout, "request", "user", "passed", "session", "client", "path", "status")
     assert (login[:3], logout[:3]) == (("login", USER, True), ("logout", None, True))
     assert login[3] == logout[3] and len(str(login[3])) == 8
@@ -40,8 +40,8 @@ def test_the_right_password_opens_a_session_which_the_library_closes_again(with_
     assert done.stderr == "0\n"
 
 
-def test_a_wrong_password_and_an_unknown_user_are_refused_and_logged(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_a_wrong_password_and_an_unknown_user_are_refused_and_logged(with_login: RunOnHost) -> None:
+    done = with_login(
         ADD + f"call vl_auth '{USER}' wrong-one 2>/dev/null; call vl_auth nobody '{PASSWORD}' 2>/dev/null\n" + logged(2)
     )
     first, second, *log = done.stdout.splitlines()
@@ -50,8 +50,8 @@ def test_a_wrong_password_and_an_unknown_user_are_refused_and_logged(with_servic
     assert "wrong" not in done.stdout
 
 
-def test_a_session_counts_until_it_is_logged_out(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_a_session_counts_until_it_is_logged_out(with_login: RunOnHost) -> None:
+    done = with_login(
         LOG_IN + 'call vl_sid_auth "$session"; get "authLogout.cgi?logout=1&sid=$session" >/tmp/answer\n'
         'call vl_sid_auth "$session"; cat /tmp/answer'
     )
@@ -69,14 +69,14 @@ def test_sessions_end_with_the_service(on_host: RunOnHost) -> None:
     assert done.stdout == "0\nended with 0\n-1\n"
 
 
-def test_an_invented_or_missing_session_is_not_valid(with_services: RunOnHost) -> None:
-    done = with_services(LOG_IN + "call vl_sid_auth 00000000; call vl_sid_auth ''; get authLogin.cgi; get authLogout.cgi")
+def test_an_invented_or_missing_session_is_not_valid(with_login: RunOnHost) -> None:
+    done = with_login(LOG_IN + "call vl_sid_auth 00000000; call vl_sid_auth ''; get authLogin.cgi; get authLogout.cgi")
     assert done.stdout.splitlines()[:2] == ["-1", "-1"]
     assert done.stdout.count("<authPassed><![CDATA[0]]></authPassed>") == 2
 
 
-def test_a_user_who_is_removed_cannot_log_in_any_more(with_services: RunOnHost) -> None:
-    done = with_services(LOG_IN + f"login-users remove ann\n{SESSION}" + 'echo "session: $session"; login-users list')
+def test_a_user_who_is_removed_cannot_log_in_any_more(with_login: RunOnHost) -> None:
+    done = with_login(LOG_IN + f"login-users remove ann\n{SESSION}" + 'echo "session: $session"; login-users list')
     assert done.stdout == "session: \n"
 
 
@@ -91,15 +91,15 @@ def test_the_service_listens_on_the_port_of_the_hosts_settings(on_host: RunOnHos
     assert requests(log, "request", "passed") == [("check", False)]
 
 
-def test_other_pages_and_methods_are_refused_and_logged(with_services: RunOnHost) -> None:
-    done = with_services(f"curl -s {URL}other.cgi >/dev/null; curl -s --data x=1 {URL}authLogin.cgi >/dev/null\n" + logged(2))
+def test_other_pages_and_methods_are_refused_and_logged(with_login: RunOnHost) -> None:
+    done = with_login(f"curl -s {URL}other.cgi >/dev/null; curl -s --data x=1 {URL}authLogin.cgi >/dev/null\n" + logged(2))
     assert requests(done.stdout, "path", "status") == [("/cgi-bin/other.cgi", 404), ("/cgi-bin/authLogin.cgi", 405)]
 
 
-def test_a_body_in_chunks_is_refused_whatever_their_size(with_services: RunOnHost) -> None:
+def test_a_body_in_chunks_is_refused_whatever_their_size(with_login: RunOnHost) -> None:
     head = r"POST /cgi-bin/authLogin.cgi HTTP/1.1\r\nHost: h\r\nTransfer-Encoding: chunked\r\n\r\n"
     send = "| timeout 10 socat -t 10 - tcp:127.0.0.1:58080\n"
-    done = with_services(f"for size in 2 -1; do printf '{head}%s\\r\\n{{}}' $size {send} done\n" + GET + "get authLogin.cgi")
+    done = with_login(f"for size in 2 -1; do printf '{head}%s\\r\\n{{}}' $size {send} done\n" + GET + "get authLogin.cgi")
     assert done.stdout.count("HTTP/1.1 400 Bad Request\n") == 2
     assert "<authPassed><![CDATA[0]]></authPassed>" in done.stdout
 

@@ -59,8 +59,8 @@ def test_a_signal_is_shown_byte_by_byte() -> None:
     )
 
 
-def test_the_manager_prints_what_the_library_sends(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_the_manager_prints_what_the_library_sends(with_manager: RunOnHost) -> None:
+    done = with_manager(
         "sim plug usb2-camera 3-1 >/dev/null; usbdevctl assign 3-1 1 >/dev/null; usbdevctl clear 1 >/dev/null\n"
         f"until_true 'grep -q \"event 4\" {MANAGER_LOG}'; grep event {MANAGER_LOG}"
     )
@@ -70,9 +70,9 @@ def test_the_manager_prints_what_the_library_sends(with_services: RunOnHost) -> 
     ]
 
 
-def test_the_manager_refuses_other_datagrams_and_continues(with_services: RunOnHost) -> None:
+def test_the_manager_refuses_other_datagrams_and_continues(with_manager: RunOnHost) -> None:
     send = PYTHON + "for data in (b'hello', bytes(56), b'ORDA_VLM2_CFCG_N' + bytes(40)):\n"
-    done = with_services(
+    done = with_manager(
         send + " socket.socket(2, 2).sendto(data, ('127.0.0.1', 10171))\"\n"
         f"until_true grep -q event {MANAGER_LOG}; tail -n +2 {MANAGER_LOG}"
     )
@@ -83,8 +83,8 @@ def test_the_manager_refuses_other_datagrams_and_continues(with_services: RunOnH
     ]
 
 
-def test_the_streaming_service_prints_the_librarys_signals(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_the_streaming_service_prints_the_librarys_signals(with_streaming_service: RunOnHost) -> None:
+    done = with_streaming_service(
         f"call vl_StreamNotify 'profile 2 has a new camera, now!'; until_true grep -q signal {STREAMING_LOG}\n"
         f"grep signal {STREAMING_LOG}"
     )
@@ -92,9 +92,9 @@ def test_the_streaming_service_prints_the_librarys_signals(with_services: RunOnH
     assert done.stdout.splitlines()[1].endswith("|profile 2 has a new camera, now!|")
 
 
-def test_the_streaming_service_refuses_signals_of_another_size_and_continues(with_services: RunOnHost) -> None:
+def test_the_streaming_service_refuses_signals_of_another_size_and_continues(with_streaming_service: RunOnHost) -> None:
     send = PYTHON + "for size in (0, 31, 33, 32):\n with socket.create_connection(('127.0.0.1', 10170)) as out:\n"
-    done = with_services(
+    done = with_streaming_service(
         send + "  out.sendall(b'x' * size); out.shutdown(socket.SHUT_WR); out.recv(1)\"\n"
         f"until_true grep -q 'xxxx' {STREAMING_LOG}; tail -n +2 {STREAMING_LOG}"
     )

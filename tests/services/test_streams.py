@@ -13,8 +13,8 @@ PROBE = f"""probe() {{ ffprobe -v error -select_streams v:0 -show_entries stream
 """
 
 
-def test_a_profile_streams_with_its_size_and_rate_until_its_port_is_off(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_a_profile_streams_with_its_size_and_rate_until_its_port_is_off(with_manager: RunOnHost) -> None:
+    done = with_manager(
         SHELL + PROBE + SMALL + "live; probe\n" + STATUS
         + "store framerate=10 vcodec=0; said 'at 10.00' 1; live; probe\n" + STATUS
         + "switch off; said 'no more' 2\n" + STATUS + f"ls {STREAM} | wc -l"
@@ -25,8 +25,8 @@ def test_a_profile_streams_with_its_size_and_rate_until_its_port_is_off(with_ser
     )
 
 
-def test_a_stream_begins_with_its_assignment_whatever_was_stored_before(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_a_stream_begins_with_its_assignment_whatever_was_stored_before(with_manager: RunOnHost) -> None:
+    done = with_manager(
         SHELL + "usbdevctl assign 3-1 1 >/dev/null; said 'profile 1 streams' 1; live; switch off; said 'no more' 1; switch enable\n"
         "said 'profile 1 streams' 2; usbdevctl clear 1 >/dev/null; said 'no more' 2\n"
         "usbdevctl assign 3-1 1 >/dev/null; said 'profile 1 streams' 3; live"
@@ -34,8 +34,8 @@ def test_a_stream_begins_with_its_assignment_whatever_was_stored_before(with_ser
     assert (done.stdout, done.stderr) == ("", "")
 
 
-def test_a_stream_has_a_small_picture_as_long_as_it_runs(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_a_stream_has_a_small_picture_as_long_as_it_runs(with_manager: RunOnHost) -> None:
+    done = with_manager(
         SHELL + SMALL + f"live; until_true 'test -s {STREAM}/picture.jpg'\n"
         f"ffprobe -v error -show_entries stream=codec_name,width,height -of csv=p=0:nk=1 {STREAM}/picture.jpg\n"
         f"switch off; said 'no more' 1; ls {STREAM}"
@@ -43,8 +43,8 @@ def test_a_stream_has_a_small_picture_as_long_as_it_runs(with_services: RunOnHos
     assert (done.stdout, done.stderr) == ("mjpeg,320,240\n", "")
 
 
-def test_a_port_that_is_switched_on_streams_again_until_the_profile_is_cleared(with_services: RunOnHost) -> None:
-    done = with_services(
+def test_a_port_that_is_switched_on_streams_again_until_the_profile_is_cleared(with_manager: RunOnHost) -> None:
+    done = with_manager(
         SHELL + SMALL + "switch off; said 'no more' 1; switch enable; said 'streams 160' 2\n"
         "usbdevctl clear 1 >/dev/null; said 'no more' 2\n" + STATUS + f"grep '^profile' {LOG}"
     )  # fmt: skip
