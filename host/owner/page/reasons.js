@@ -41,12 +41,15 @@ export function words(channel, reason, state) {
     const key = [`${kind}.${reason.cause}.${of}`, `${kind}.${reason.cause}`].find(hasText);
     return key ? withPorts(t(key, given)) : hostsWords(otherwise);
   };
+  const needsProfile = reason.cause === "waits" && channel.profile === null && given.other_name;
+  // In another port it would lack a profile all the same.
+  if (needsProfile && freeProfiles(state).length === 0) {
+    const cure = t("waits.no_profile_free", { button: t("do.move_here"), other: given.other_name });
+    return { why: text("reason", reason.collision, reason.text), cure };
+  }
   const cure = [text("cure", caseOf(channel, reason, state), reason.cure)].flat();
   // Who looks for a profile to give it finds here what happens with that.
-  if (reason.cause === "waits" && channel.profile === null && given.other_name) {
-    const [kind, button] = freeProfiles(state).length > 0 ? ["waits.no_profile", "do.instead"] : ["waits.no_profile_free", "do.move_here"];
-    cure.push(" ", t(kind, { button: t(button), other: given.other_name }));
-  }
+  if (needsProfile) cure.push(" ", t("waits.no_profile", { button: t("do.instead") }));
   return { why: text("reason", reason.collision, reason.text), cure: cure.some(Boolean) && cure };
 }
 

@@ -5,7 +5,7 @@
 // room. On a phone each thing has a line; elsewhere the tree grows to the right.
 
 import { html, useLayoutEffect, useRef, useState } from "../libraries/preact.js";
-import { addressOf, ownName, standing, tone } from "./channels.js";
+import { addressOf, freeProfiles, ownName, standing, tone } from "./channels.js";
 import { withPorts } from "./parts.js";
 import { t } from "./texts.js";
 import { isActive, roomFor } from "./usb.js";
@@ -170,7 +170,7 @@ export function UsbTree({ state }) {
   return html`<section aria-labelledby="usb">
     <h2 id="usb">${t("usb.title")}</h2>
     <p class="quiet">${pairs.length > 0 ? t("usb.shared") : t("usb.explained")}</p>
-    <p class="quiet">${ports ? withPorts(t("usb.room", { ports })) : t("usb.no_room")}</p>
+    <p class="quiet">${ports ? withPorts(t(freeProfiles(state).length > 0 ? "usb.room" : "usb.room_none_free", { ports })) : t("usb.no_room")}</p>
     <div class="card usb-tree" ref=${frame}>
       <svg width=${width} height=${height} aria-hidden="true" focusable="false">
         ${placed.filter((one) => one.parent).map((one) => html`<${Line} spot=${one} pairs=${pairs} isWide=${isWide} />`)}

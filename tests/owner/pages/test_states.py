@@ -250,7 +250,7 @@ def test_a_camera_that_waits_is_offered_one_thing_to_do(owner: Owner, standin: S
     camera["reasons"].append({**camera["reasons"][0], "reason": "unbound", "cause": "unbound"})
     owner.open()
     assert owner.sees_on_card(1, "It waits for “Front door”", "It has no profile, and other cameras have all four; “Move a profile here” takes that of “Front door”, which then has none")
-    assert "instead" not in owner.card(1)
+    assert "instead" not in owner.card(1) and "another USB port" not in owner.card(1)
     standin.state["profiles"][1] |= {"channel": None}
     standin.tell("profiles", standin.state["profiles"])
     assert owner.sees_on_card(1, "It has no profile as long as it waits; “Stream this one instead” gives it one.", "Stream this one instead")
@@ -503,7 +503,11 @@ def titles(owner: Owner) -> list[str]:
 def test_the_picture_of_usb_has_controllers_without_a_camera_and_says_where_there_is_room(owner: Owner, standin: StandIn) -> None:
     standin.state["usb"]["controllers"].append({"path": "/x", "bridge": None, "buses": [9], "ports": [], "free_ports": []})
     owner.open()
-    assert owner.sees("One more camera can stream in any of the USB ports 1-3, 1-5 to 1-7, 5-3 to 5-4, and 7-1 to 7-2.")
+    ports = "of the USB ports 1-3, 1-5 to 1-7, 5-3 to 5-4, and 7-1 to 7-2."
+    assert owner.sees(f"To stream, one more camera needs one of the four profiles, which other cameras have, and one {ports}")
+    standin.state["profiles"][3] |= {"channel": None}
+    standin.tell("profiles", standin.state["profiles"])
+    assert owner.sees(f"One more camera can stream in any {ports}")
     assert "Hub, 3-1 · no room" in titles(owner)
     controllers = [title for title in titles(owner) if title.startswith("USB controller")]
     assert controllers == [f"USB controller, bus {one}" for one in ("3 · no room", "5 · has room", "1 · has room", "7, 8 · has room", "9 · no camera")]
@@ -574,6 +578,7 @@ def test_a_box_of_the_picture_is_as_high_as_its_name(owner: Owner) -> None:
 )
 def test_a_camera_that_waits_is_sent_to_a_port_where_it_streams(owner: Owner, standin: StandIn, values: dict[str, Any], advice: str) -> None:
     standin.state["channels"][1] |= values
+    standin.state["profiles"][3] |= {"channel": None}
     owner.open()
     assert owner.sees_on_card(1, "one camera can stream, however little it sends.", advice)
 
