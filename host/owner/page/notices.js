@@ -3,7 +3,7 @@
 
 // The messages: what went well, what was refused, and what happened to cameras meanwhile.
 
-import { html, useEffect, useMemo, useRef } from "../libraries/preact.js";
+import { html, useLayoutEffect, useMemo, useRef } from "../libraries/preact.js";
 import { Away } from "./away.js";
 import { Icon } from "./icons.js";
 import { withPorts } from "./parts.js";
@@ -13,9 +13,9 @@ import { t } from "./texts.js";
 // As parts.css has it: there messages lie over the page.
 const kNarrow = matchMedia("not (min-width: 60rem)");
 
-// What the page calls when something happens to its window.
+// What the page calls when something happens to its window; it knows all that is drawn, however soon that is.
 function useWindow(kinds, act) {
-  useEffect(() => {
+  useLayoutEffect(() => {
     for (const kind of kinds) addEventListener(kind, act);
     return () => kinds.forEach((kind) => removeEventListener(kind, act));
   });
@@ -56,7 +56,7 @@ function usePlace(newest, pressed) {
 // The keyboard goes back to where it was, when a message with it disappears.
 function Notice({ id, text, cure, isRefusal, goBack }) {
   const box = useRef(null);
-  useEffect(() => () => box.current.contains(document.activeElement) && goBack(), []);
+  useLayoutEffect(() => () => box.current.contains(document.activeElement) && goBack(), []);
   return html`<div class=${isRefusal ? "notice refusal" : "notice"} data-id=${id} ref=${box}>
     <${Icon} name=${isRefusal ? "alert" : "info"} />
     <div><p>${withPorts(text)}</p>${cure && html`<p class="quiet">${cure}</p>`}</div>

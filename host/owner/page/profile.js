@@ -3,7 +3,7 @@
 
 // One camera with its profile: what it shows, and all that can be set.
 
-import { html, useEffect, useRef, useState } from "../libraries/preact.js";
+import { html, useLayoutEffect, useRef, useState } from "../libraries/preact.js";
 import * as actions from "./actions.js";
 import { needsHost } from "./away.js";
 import { attachedWithoutProfile, channelOf, lastStanding, ownName, profileName, standing, withPicture } from "./channels.js";
@@ -91,7 +91,8 @@ function Sound({ channel }) {
 function Rename({ channel }) {
   const field = useRef(null);
   const name = ownName(channel);
-  useEffect(() => {
+  // Before anybody can type.
+  useLayoutEffect(() => {
     field.current.value = name;
   }, [name]);
   const submit = (event) => {
