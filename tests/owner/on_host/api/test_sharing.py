@@ -14,12 +14,19 @@ from client import Client
 from conftest import run
 
 
-@pytest.fixture(autouse=True)
-def camera(owner: Client) -> Iterator[None]:
+@pytest.fixture(scope="module", autouse=True)
+def camera() -> Iterator[None]:
     """With profile 0."""
     run("sim plug usb2-camera 1-1; usbdevctl assign 1-1 0")
     yield
     run("sim unplug 1-1; usbdevctl forget 1-1")
+
+
+@pytest.fixture(autouse=True)
+def not_shared() -> Iterator[None]:
+    """Nothing is shared when the next test begins."""
+    yield
+    run("usbdevctl share off 0")
 
 
 def opened(page: str, password: str = "") -> str:
