@@ -33,10 +33,11 @@ Result = subprocess.CompletedProcess[str]
 
 
 class RenewedHost:
-    """Used in a "with" statement, at whose end the host ends. It is made with the given options of the sandbox."""
+    """Used in a "with" statement, at whose end the host ends. It is made with the given options of the sandbox. A script that
+    takes longer than the seconds is killed."""
 
-    def __init__(self, build: Path, *options: str) -> None:
-        command = [str(SANDBOX), "run", "--build", str(build), *options, "--", "/usr/bin/python3", "-ISB", __file__]
+    def __init__(self, build: Path, *options: str, longest: int = LONGEST) -> None:
+        command = [str(SANDBOX), "run", "--build", str(build), *options, "--", "/usr/bin/python3", "-ISB", __file__, str(longest)]
         self._process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
 
     def __enter__(self) -> RenewedHost:
@@ -137,7 +138,7 @@ def _remove_shared_memory() -> None:
             subprocess.run(["ipcrm", "--all"], check=True)
 
 
-def _run(script: str) -> tuple[int, str, str]:
+def _run(script: str, longest: int) -> tuple[int, str, str]:
     """The script is not an argument, because the library searches the process list for words that may be in it. What it
     started ends with it, and so does not keep its output open."""
     text = os.memfd_create("script")
@@ -149,7 +150,11 @@ def _run(script: str) -> tuple[int, str, str]:
     os.close(text)
     ending = threading.Thread(target=_end_after, args=(process,))
     ending.start()
-    out, err = process.communicate(timeout=LONGEST)
+    try:
+        out, err = process.communicate(timeout=longest)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        out, err = process.communicate()
     ending.join()
     return process.returncode, out, err
 
@@ -165,7 +170,7 @@ def main() -> None:
         scripts: list[Any] = json.loads(line)
         _remove_shared_memory()
         files.restore()
-        print(json.dumps([_run(script) for script in scripts]), flush=True)
+        print(json.dumps([_run(script, int(sys.argv[1])) for script in scripts]), flush=True)
 
 
 if __name__ == "__main__":

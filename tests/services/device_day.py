@@ -55,6 +55,7 @@ def a_day() -> None:
         on_the_host("usbdevctl", "assign", "3-1", "0")
         mocked.remove(card)
         mocked.remove(node)
+        mocked.change(camera)  # after the removal, as its message should have been
         on_the_host("sim", "unplug", "3-1", "--hardware-only")
         manager.prints(2)
 

@@ -48,7 +48,11 @@ class MockedUdev:
         self._testbed.set_property(device, "USEC_INITIALIZED", str(self._time))
         self._testbed.uevent(device, "add")
 
+    def change(self, device: str) -> None:
+        self._testbed.uevent(device, "change")
+
     def remove(self, *devices: str) -> None:
+        """Whoever looks between the message and the removal sees the device still; a kernel removes it first."""
         for device in devices:
             self._testbed.uevent(device, "remove")
             self._testbed.remove_device(device)

@@ -77,3 +77,10 @@ def test_a_change_that_only_a_new_sandbox_undoes_is_refused(capfd: pytest.Captur
         with pytest.raises(AssertionError, match="the host has ended"):
             host.run("true")
     assert "it needs a sandbox of its own" in capfd.readouterr().err
+
+
+def test_a_script_that_takes_too_long_is_killed_with_what_it_started_and_the_next_one_runs() -> None:
+    with RenewedHost(Path(os.environ["USBDEV_BUILD_DIR"]), longest=1) as host:
+        late, after = host.run_each("echo begun; sleep 1000", "echo next")
+    assert (late.returncode, late.stdout) == (-9, "begun\n")
+    assert (after.returncode, after.stdout) == (0, "next\n")
