@@ -21,31 +21,30 @@ expected 1, found 2
 71% tests passed, 2 tests failed out of 7
 """
 
-# What ctest keeps of programs that say how many cases they ran, each between its title and its result.
-ENDS = """\
-1/7 Testing: of GoogleTest
-[==========] 42 tests from 3 test suites ran. (8 ms total)
-[  PASSED  ] 42 tests.
-Test Passed.
-2/7 Testing: of pytest
-.....                                                                [100%]
+# What ctest keeps of programs that say how many cases they ran.
+RESULTS = """\
+<testcase name="of GoogleTest" time="1" status="run"><system-out>[==========] 42 tests from 3 test suites ran. (8 ms total)
+ERROR[  PASSED  ] 42 tests.
+</system-out></testcase>
+<testcase name="of pytest" time="1" status="run">
+<system-out>.....                                                                [100%]
 5 passed, 20 deselected in 96.51s (0:01:36)
-Test Passed.
-3/7 Testing: of GoogleTest that fails
+</system-out></testcase>
+<testcase name="of GoogleTest that fails" time="1" status="fail">
 [  PASSED  ] 3 tests.
 [  FAILED  ] 2 tests, listed below:
 [  FAILED  ] Suite.Case
-Test Failed.
-4/7 Testing: of pytest that fails
-1 failed, 4 passed, 2 errors in 3.20s
-Test Failed.
-5/7 Testing: that ends early
-Test Failed.
-6/7 Testing: another
-Test Passed.
-7/7 Testing: of GoogleTest that leaks
-[  PASSED  ] 2 tests.
-Test Failed.
+</system-out></testcase>
+<testcase name="of pytest that fails" time="1" status="fail">
+<system-out>1 failed, 4 passed, 2 errors in 3.20s
+</system-out></testcase>
+<testcase name="that ends early" time="1" status="fail">
+</testcase>
+<testcase name="another" time="1" status="run">
+</testcase>
+<testcase name="of GoogleTest that leaks" time="1" status="fail">
+<system-out>[  PASSED  ] 2 tests.
+</system-out></testcase>
 """
 
 
@@ -106,11 +105,16 @@ def test_failed_tests_are_counted_and_shown(machine: Machine) -> None:
 
 
 def test_a_program_counts_as_the_cases_that_it_ran(machine: Machine) -> None:
-    kept = machine.tree / "build/release/Testing/Temporary/LastTest.log"
-    kept.parent.mkdir(parents=True)
-    kept.write_text(ENDS)
-    machine.tests_end_with("43% tests passed, 4 tests failed out of 7\n", status=8)
+    (machine.tree / "ran.xml").write_text(RESULTS)
+    machine.tests_end_with("43% tests passed, 4 tests failed out of 7\n", status=8, first="mkdir -p build/release; cat ran.xml >build/release/results.xml")
     assert last_line(machine.dev("test", "Name").output) == "57 passed, 7 failed"
+
+
+def test_results_of_an_earlier_run_are_not_counted(machine: Machine) -> None:
+    (machine.tree / "build/release").mkdir(parents=True)
+    (machine.tree / "build/release/results.xml").write_text(RESULTS)
+    machine.tests_end_with(PASSED)
+    assert last_line(machine.dev("test", "Name").output) == "7 passed, 0 failed"
 
 
 def test_a_test_program_that_fails_without_a_failed_test_counts_as_one(machine: Machine) -> None:

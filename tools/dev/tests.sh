@@ -15,21 +15,25 @@ without_randomised_addresses() {
   if setarch "$(uname -m)" -R true 2>/dev/null; then setarch "$(uname -m)" -R "$@"; else "$@"; fi
 }
 
-# Prints how many more cases than tests passed and failed: GoogleTest and pytest end with how many cases they ran.
+# Prints how many more cases than tests passed and failed: GoogleTest and pytest end with how many cases they ran. It reads the
+# results as JUnit writes them, because any other ctest in the folder begins CTest's own log anew.
 more_cases() {
   awk '
-    /^[0-9]+\/[0-9]+ Testing: / { passed = failed = 0 }
-    /^\[  PASSED  \] [0-9]+ test/ { passed = $4 }
-    /^\[  FAILED  \] [0-9]+ test/ { failed = $4 }
-    /^[0-9]+ (passed|failed|error).* in [0-9.]+s/ {
+    /<testcase / { passed = failed = 0; is_failure = / status="fail"/ }
+    /\[  PASSED  \] [0-9]+ test/ { passed = $(NF - 1) }
+    /\[  FAILED  \] [0-9]+ test/ { failed = $4 }
+    /[0-9]+ (passed|failed|error).* in [0-9.]+s/ {
       passed = failed = 0
+      sub(/.*>/, "")
       for (word = 2; word <= NF; word++) {
         if ($word ~ /^passed,?$/) passed = $(word - 1)
         if ($word ~ /^(failed|errors?),?$/) failed += $(word - 1)
       }
     }
-    /^Test Passed\.$/ && passed { more_passed += passed - 1 }
-    /^Test Failed\.$/ { more_passed += passed; more_failed += failed ? failed - 1 : 0 }
+    /<\/testcase>/ {
+      more_passed += is_failure || !passed ? passed : passed - 1
+      more_failed += is_failure && failed ? failed - 1 : 0
+    }
     END { print more_passed + 0, more_failed + 0 }'
 }
 
@@ -39,18 +43,19 @@ run_tests() {
   preset=$1
   shift
   log=build/$preset/ctest.log
+  results=$PWD/build/$preset/results.xml
+  rm -f "$results"
   echo "== tests, $preset"
   status=0
   CLICOLOR=0 shown "tests, $preset" without_randomised_addresses ctest --test-dir "build/$preset" --output-on-failure \
-    --progress --output-log "$log" --no-tests=error --parallel "$((${tests_at_a_time:-4} * $(nproc)))" "$@" || status=$?
+    --progress --output-log "$log" --output-junit "$results" --test-output-size-passed 1000000 --no-tests=error --parallel "$((${tests_at_a_time:-4} * $(nproc)))" "$@" || status=$?
   ran=$(sed -n 's/^[0-9]*% tests passed, [0-9]* tests failed out of \([0-9]*\)$/\1/p' "$log")
   bad=$(sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests failed out of [0-9]*$/\1/p' "$log")
   if [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; then bad=$((${bad:-0} + 1)); fi
   failed=$((failed + ${bad:-0}))
   passed=$((passed + ${ran:-0} - ${bad:-0}))
-  outputs=build/$preset/Testing/Temporary/LastTest.log
-  if [ -e "$outputs" ]; then
-    more_cases <"$outputs" >"build/$preset/cases.sums"
+  if [ -e "$results" ]; then
+    more_cases <"$results" >"build/$preset/cases.sums"
     add_sums "build/$preset/cases.sums"
   fi
 }
