@@ -94,30 +94,12 @@ export function PasswordField({ id, label, field, ...more }) {
 // The only thing that there is to choose.
 export const Fact = ({ label, children }) => html`<dl class="field fact"><dt>${label}</dt><dd>${children}</dd></dl>`;
 
-const kRest = 1000; // milliseconds
-
-// A choice that has its price: with the keyboard it is made when it rests, or is left. With a pointer there are no steps.
-export function CarefulChoice({ value, change, ...more }) {
-  const [chosen, choose] = useState(null);
-  const hasKey = useRef(false);
-  const make = (choice = chosen) => {
-    choose(null);
-    if (choice !== null && choice !== value) change(choice);
-  };
-  useEffect(() => {
-    if (chosen === null) return undefined;
-    const timer = setTimeout(make, kRest, chosen);
-    return () => clearTimeout(timer);
-  }, [chosen]);
-  const press = (event) => {
-    hasKey.current = true;
-    if (event.key !== "Enter" || chosen === null) return;
-    event.preventDefault(); // it would open the list
-    make();
-  };
-  return html`<${Choice} ...${more} value=${chosen ?? value} change=${(one) => (hasKey.current ? choose(one) : make(one))}
-    onKeyDown=${press} onPointerDown=${() => (hasKey.current = false)} onBlur=${() => make()} />`;
-}
+// Each choice takes effect when its button is pressed; in a list the keyboard would make others on the way to it.
+export const PressedChoice = ({ id, label, value, options, change, ...more }) => html`<div class="field" role="group" aria-labelledby=${id}>
+  <span class="label" id=${id}>${label}</span>
+  <div class="pressed-choice">${options.map((one) => html`<${Button} key=${one.value} aria-pressed=${one.value === value}
+    icon=${one.value === value && "tick"} act=${() => one.value !== value && change(one.value)} ...${more}>${one.text}<//>`)}</div>
+</div>`;
 
 function Choices({ choices }) {
   return html`<div class="field"><label for="choice">${choices.label}</label>

@@ -3,20 +3,21 @@
 
 // One camera with its profile: what it shows, and all that can be set.
 
-import { html, useLayoutEffect, useRef, useState } from "../libraries/preact.js";
+import { html, useEffect, useLayoutEffect, useRef, useState } from "../libraries/preact.js";
 import * as actions from "./actions.js";
 import { needsHost } from "./away.js";
 import { attachedWithoutProfile, channelOf, lastStanding, ownName, profileName, standing, withPicture } from "./channels.js";
 import { Icon } from "./icons.js";
 import { LiveView } from "./live_view.js";
 import { Standing } from "./overview.js";
-import { Button, CarefulChoice, Choice, Empty, Switch, useAnswer } from "./parts.js";
+import { Button, Empty, PressedChoice, Switch, useAnswer } from "./parts.js";
 import { Reasons } from "./reasons.js";
 import { kValueTexts, rateText } from "./settings.js";
 import { inCodec, StreamForm, useWish } from "./stream_form.js";
 import { plain, t } from "./texts.js";
 
 const kLongestName = 63;
+const kRest = 1000; // milliseconds
 const kSoundCodecs = ["aac", "ulaw"];
 
 const kTurns = [
@@ -60,18 +61,26 @@ function PictureSettings({ channel, formats, chosen }) {
   return html`<section class="card" aria-labelledby="picture">
     <h2 id="picture">${t("picture")}</h2>
     ${!isEncoded && html`<${WhenInEffect} channel=${channel} formats=${formats} wish=${wish} />`}
-    <${CarefulChoice} id="turn" label=${t("turn")} value=${turnOf(channel)} disabled=${!wish} ...${needsHost()} change=${(name) => set(kTurns.find((one) => one.name === name).values)}
+    <${PressedChoice} id="turn" label=${t("turn")} value=${turnOf(channel)} disabled=${!wish} ...${needsHost()} change=${(name) => set(kTurns.find((one) => one.name === name).values)}
       options=${kTurns.map(({ name }) => ({ value: name, text: t(name) }))} />
     <${Switch} label=${t("overlay")} on=${Boolean(channel.overlay)} disabled=${!wish} ...${needsHost()} change=${(on) => set({ overlay: on })} />
     ${isEncoded && html`<p class="quiet">${t("picture.explained")}</p>`}
   </section>`;
 }
 
+// Each change begins the stream anew, and each step of the keyboard is one; so it is made when the slider rests, or is left.
 function Volume({ channel }) {
-  const [volume, setVolume] = useState(channel.sound.volume);
+  const stored = channel.sound.volume;
+  const [volume, setVolume] = useState(stored);
+  useEffect(() => setVolume(stored), [stored]);
+  const store = () => volume !== stored && actions.setStream(channel, { volume });
+  useEffect(() => {
+    const timer = setTimeout(store, kRest);
+    return () => clearTimeout(timer);
+  }, [volume]);
   return html`<div class="field"><label for="volume">${t("volume.percent", { percent: volume })}</label>
-    <input id="volume" type="range" min="0" max="100" value=${volume} ...${needsHost()} onInput=${(event) => setVolume(Number(event.target.value))}
-      onChange=${() => actions.setStream(channel, { volume })} /></div>`;
+    <input id="volume" type="range" min="0" max="100" value=${volume} ...${needsHost()}
+      onInput=${(event) => setVolume(Number(event.target.value))} onBlur=${store} /></div>`;
 }
 
 function Sound({ channel }) {
@@ -82,9 +91,9 @@ function Sound({ channel }) {
   return html`<section class="card" aria-labelledby="sound">
     <h2 id="sound">${t("sound")}</h2>
     <${Switch} label=${t("sound.on")} on=${sound.on} ...${needsHost()} change=${(on) => actions.setStream(channel, { sound: on })} />
-    ${sound.on && html`<${Choice} id="sound-codec" label=${t("sound.codec")} value=${sound.codec} options=${kSoundCodecs.map((one) => ({ value: one, text: t(`sound.${one}`) }))}
+    ${sound.on && html`<${PressedChoice} id="sound-codec" label=${t("sound.codec")} value=${sound.codec} options=${kSoundCodecs.map((one) => ({ value: one, text: t(`sound.${one}`) }))}
         ...${needsHost()} change=${(codec) => actions.setStream(channel, { sound_codec: codec })} />
-      <${Volume} key=${sound.volume} channel=${channel} />`}
+      <${Volume} channel=${channel} />`}
   </section>`;
 }
 

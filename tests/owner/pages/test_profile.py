@@ -23,8 +23,17 @@ def test_what_somebody_types_stays_when_news_come(owner: Owner, standin: StandIn
 
 
 COST = "With H.264 this camera sends 15 pictures a second at this size, instead of 30 pictures a second."
-UPSIDE_DOWN = "Upside down (the camera hangs)"
+AS_SENT, UPSIDE_DOWN, MIRRORED = "As the camera sends it", "Upside down (the camera hangs)", "Mirror left and right"
 IN_H264 = {"codec": "h264", "width": 1280, "height": 720, "rate": 15}
+
+
+# The buttons of which one is pressed, below their name.
+GROUP = "document.querySelector('[role=\"group\"][aria-labelledby=\"%s\"]')"
+
+
+def pressed(owner: Owner, name: str) -> list[str]:
+    found = f"[...{GROUP % name}.querySelectorAll('[aria-pressed=\"true\"]')].map((one) => one.innerText)"
+    return [str(one) for one in owner.evaluate(found)]
 
 
 def streams_changed(standin: StandIn) -> list[dict[str, Any]]:
@@ -36,50 +45,76 @@ def test_what_takes_effect_with_h264_only_sets_it_after_saying_what_that_costs(o
     owner.open("profile/0")
     assert owner.sees("These take effect with the format H.264 only", COST)
     assert owner.is_on("Time in the picture")  # as it is stored
-    owner.wait(lambda: owner.field("Turn the picture").is_enabled())
-    owner.choose("Turn the picture", UPSIDE_DOWN)
+    owner.press(UPSIDE_DOWN)
     assert owner.sees("Change “Front door” to the format H.264?", "This host turns pictures", "The picture is interrupted for some seconds")
     assert owner.text("dialog").count(COST) == 1
     assert all(one in owner.text("dialog") for one in (f"Turn the picture: {UPSIDE_DOWN}.", "The time is shown in the picture."))
     owner.press("Cancel")
-    assert owner.wait(lambda: owner.field("Turn the picture").get_attribute("value") == "turn.none")
+    assert pressed(owner, "turn") == [AS_SENT]
     assert streams_changed(standin) == []
-    owner.choose("Turn the picture", UPSIDE_DOWN)
+    owner.press(UPSIDE_DOWN)
     owner.press("Change to H.264")
     assert owner.wait(lambda: streams_changed(standin) == [{**IN_H264, "flip": True, "mirror": True}])
 
 
 def test_a_picture_that_the_host_encodes_is_turned_at_once(owner: Owner, standin: StandIn) -> None:
     owner.open("profile/0")
-    assert owner.field("Turn the picture").get_attribute("value") == "mirror"
-    owner.choose("Turn the picture", UPSIDE_DOWN)
+    owner.sees(UPSIDE_DOWN)
+    assert pressed(owner, "turn") == [MIRRORED]
+    owner.press(MIRRORED)  # which it is already
+    owner.press(UPSIDE_DOWN)
     assert owner.wait(lambda: streams_changed(standin) == [{"flip": True, "mirror": True}])
 
 
-def test_with_the_keyboard_a_choice_is_made_when_it_rests_or_with_enter(owner: Owner, standin: StandIn) -> None:
-    """Each of the steps on the way would begin the stream anew. Here nothing rests long enough at first."""
+def test_with_the_keyboard_nobody_turns_the_picture_on_the_way_to_another_choice(owner: Owner, standin: StandIn) -> None:
     owner.open("profile/0")
-    owner.sees("Save")
+    owner.sees(UPSIDE_DOWN)
+    owner.evaluate(f"{GROUP % 'turn'}.querySelector('button').focus()")
+    owner.press_keys(Keys.ARROW_DOWN, Keys.ARROW_UP, Keys.TAB)
+    assert owner.focused() == UPSIDE_DOWN
+    owner.press_keys(Keys.TAB, Keys.TAB)
+    assert (owner.focused(), streams_changed(standin)) == ("Flip top and bottom", [])
+    owner.press_keys(Keys.SPACE)
+    assert owner.wait(lambda: streams_changed(standin) == [{"flip": True, "mirror": False}])
+    assert owner.focused() == "Flip top and bottom"
+
+
+def test_a_choice_that_acts_when_pressed_is_a_group_with_its_name_and_large_enough_for_a_finger(owner: Owner) -> None:
+    owner.size(320, 568)
+    owner.open("profile/0")
+    owner.sees(UPSIDE_DOWN)
+    for name, label, count in (("turn", "Turn the picture", 4), ("sound-codec", "Sound format", 2)):
+        boxes = f"[...{GROUP % name}.querySelectorAll('button')].map((one) => one.getBoundingClientRect())"
+        assert owner.evaluate(f"document.getElementById('{name}').innerText") == label
+        assert owner.evaluate(f"{boxes}.filter(({{ width, height, right }}) => width >= 44 && height >= 44 && right <= innerWidth).length") == count
+
+
+def test_with_the_keyboard_the_volume_is_set_once_when_it_rests_or_is_left(owner: Owner, standin: StandIn) -> None:
+    """Each of the steps would begin the stream anew. Here nothing rests long enough at first."""
+    owner.open("profile/0")
+    owner.sees("Volume: 70 %")
     owner.evaluate("void (window.later = setTimeout, window.setTimeout = (act, time, ...given) => time !== 1000 && later(act, time, ...given))")
-    owner.evaluate("document.getElementById('turn').focus()")
-    owner.press_keys(Keys.ARROW_UP, Keys.ARROW_UP)
-    assert owner.wait(lambda: owner.field("Turn the picture").get_attribute("value") == "turn.none")
+    owner.evaluate("document.getElementById('volume').focus()")
+    owner.press_keys(Keys.ARROW_RIGHT, Keys.ARROW_RIGHT)
+    assert owner.sees("Volume: 72 %")
     assert streams_changed(standin) == []
-    owner.press_keys(Keys.ENTER)
-    assert owner.wait(lambda: streams_changed(standin) == [{"flip": False, "mirror": False}])
-    standin.state["channels"][0] |= {"mirror": False, "profile_name": "Back door"}
+    owner.press_keys(Keys.SHIFT + Keys.TAB)
+    assert owner.wait(lambda: streams_changed(standin) == [{"volume": 72}])
+    standin.state["channels"][0] |= {"sound": {**standin.state["channels"][0]["sound"], "volume": 72}, "profile_name": "Back door"}
     standin.tell("channels", standin.state["channels"])
     owner.wait(lambda: owner.heading() == "Back door")
+    owner.evaluate("document.getElementById('volume').focus()")
     owner.evaluate("void (window.setTimeout = later)")
-    owner.press_keys(Keys.ARROW_DOWN)
-    assert owner.wait(lambda: streams_changed(standin)[1:] == [{"flip": True, "mirror": True}])
+    owner.press_keys(Keys.ARROW_RIGHT)
+    assert owner.wait(lambda: streams_changed(standin)[1:] == [{"volume": 73}])
+    assert owner.evaluate("document.activeElement.id") == "volume"
 
 
 def test_a_choice_that_is_not_saved_is_kept_when_the_format_changes(owner: Owner, standin: StandIn) -> None:
     standin.state["channels"][0] |= {"codec": "mjpeg", "rate": 30, "overlay": True, "mirror": False}
     owner.open("profile/0")
     owner.choose("Size", "640 × 480")
-    owner.choose("Turn the picture", UPSIDE_DOWN)
+    owner.press(UPSIDE_DOWN)
     owner.press("Change to H.264")
     assert owner.wait(lambda: streams_changed(standin) == [{**IN_H264, "width": 640, "height": 480, "flip": True, "mirror": True}])
 

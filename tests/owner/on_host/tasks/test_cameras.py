@@ -127,11 +127,11 @@ def test_set_15_frames_a_second_and_see_what_was_taken(ann: Owner) -> None:
 def test_turn_the_picture_around(door: Owner) -> None:
     door.turn_to("profile/0")
     assert door.sees("These take effect with the format H.264 only", "With H.264 this camera ")
-    door.wait(lambda: door.field("Turn the picture").is_enabled())
-    door.choose("Turn the picture", "Upside down (the camera hangs)")
+    door.press("Upside down (the camera hangs)")
     assert door.sees("Change “Door” to the format H.264?", "Turn the picture: Upside down (the camera hangs).")
     door.press("Change to H.264")
-    assert door.wait(lambda: door.field("Turn the picture").get_attribute("value") == "turn.half")
+    pressed = "document.querySelector('[aria-labelledby=\"turn\"] [aria-pressed=\"true\"]').innerText"
+    assert door.wait(lambda: door.evaluate(pressed) == "Upside down (the camera hangs)")
     assert door.wait(lambda: all(json.loads(run("usbdevctl stream show 0 --json"))[name] for name in ("flip", "mirror")))
     door.turn_to("events")
     assert door.sees("Turned: upside down")
