@@ -159,14 +159,17 @@ function consequencesOf(settings, to, owners) {
   return [t("move.stream", said), ends, t(settings, said), owners.some((one) => one.shared) && t("move.link")].filter(Boolean);
 }
 
+// The cameras that can take the profile of this channel, and why the others cannot.
+export function movesTo(channel, state) {
+  const cameras = attachedWithoutProfile(state).map((camera) => ({ camera, why: hindrance(camera, channel, state) }));
+  return { able: cameras.filter((one) => !one.why).map((one) => one.camera), others: cameras.map((one) => one.why).filter(Boolean) };
+}
+
 // Moves the profile of this channel to a camera that is chosen.
 export async function move(channel, state) {
-  const cameras = attachedWithoutProfile(state).map((camera) => ({ camera, why: hindrance(camera, channel, state) }));
-  const able = cameras.filter((one) => !one.why).map((one) => one.camera);
-  const others = cameras.map((one) => one.why).filter(Boolean);
+  const { able, others } = movesTo(channel, state);
   const title = t("move.title", { name: nameOf(channel) });
   const settings = channel.profile_name ? "move.settings" : "move.settings_unnamed";
-  if (able.length === 0) return ask({ title, consequences: [t("move.nowhere"), ...others, t("move.nowhere_cure")] });
   const choices = { label: t("move.to"), options: able.map(asOption) };
   const consequences = [...consequencesOf(settings, able.length === 1 && able[0], [channel]), ...others];
   const chosen = await ask({ title, consequences, choices, yes: t("do.move") });

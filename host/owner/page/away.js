@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The libusbdevlib authors
 // SPDX-License-Identifier: Apache-2.0
 
-// While the host does not answer, what would change something is not active. It keeps its place and the keyboard, which what
-// is disabled does not, and a screen reader says why.
+// While the host does not answer, what would change something is not active, and nor is what cannot be done at the moment. It
+// keeps its place and the keyboard, which what is disabled does not, and a screen reader says why.
 
 import { html } from "../libraries/preact.js";
 import { hostIsAway } from "./store.js";
@@ -11,8 +11,11 @@ import { recently, t } from "./texts.js";
 const kInactive = '[aria-disabled="true"]';
 const kMovesOn = ["Tab", "Escape"];
 
-// The properties of what needs the host; "away" is the id of the message that says why it is not active.
-export const needsHost = (away = "away") => hostIsAway() && { "aria-disabled": "true", "aria-describedby": away };
+// The properties of what is not active; "why" is the id of the text that says why.
+export const inactive = (why) => ({ "aria-disabled": "true", "aria-describedby": why });
+
+// The properties of what needs the host.
+export const needsHost = (away = "away") => hostIsAway() && inactive(away);
 
 // Since when, as far as this page was told something before.
 export const Away = ({ id = "away", since }) =>

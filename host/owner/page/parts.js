@@ -131,8 +131,8 @@ export function Question({ question, since }) {
       <ul id="consequences">${question.consequences.map((one) => html`<li>${withPorts(one)}</li>`)}</ul>
       ${question.choices && html`<${Choices} choices=${question.choices} />`}
       <div class="buttons">
-        <button type="button" class="plain" onClick=${leave}>${t(question.yes ? "cancel" : "close")}</button>
-        ${question.yes && html`<button class=${question.isLoss ? "danger" : ""} ...${needsHost("away-here")}>${question.yes}</button>`}
+        <button type="button" class="plain" onClick=${leave}>${t("cancel")}</button>
+        <button class=${question.isLoss ? "danger" : ""} ...${needsHost("away-here")}>${question.yes}</button>
       </div>
       ${hostIsAway() && html`<div class="notice away" role="status"><${Icon} name="alert" /><${Away} id="away-here" since=${since} /></div>`}
     </form>

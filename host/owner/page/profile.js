@@ -5,12 +5,12 @@
 
 import { html, useEffect, useLayoutEffect, useRef, useState } from "../libraries/preact.js";
 import * as actions from "./actions.js";
-import { needsHost } from "./away.js";
+import { inactive, needsHost } from "./away.js";
 import { attachedWithoutProfile, channelOf, lastStanding, ownName, profileName, standing, withPicture } from "./channels.js";
 import { Icon } from "./icons.js";
 import { LiveView } from "./live_view.js";
 import { Standing } from "./overview.js";
-import { Button, Empty, PressedChoice, Switch, useAnswer } from "./parts.js";
+import { Button, Empty, PressedChoice, Switch, useAnswer, withPorts } from "./parts.js";
 import { Reasons } from "./reasons.js";
 import { kValueTexts, rateText } from "./settings.js";
 import { inCodec, StreamForm, useWish } from "./stream_form.js";
@@ -120,6 +120,7 @@ const kRuns = ["streams", "begins"];
 function CameraSettings({ channel, state }) {
   const isAway = actions.isAway(channel);
   const runs = kRuns.includes(lastStanding(channel));
+  const { able, others } = actions.movesTo(channel, state);
   return html`<section class="card" aria-labelledby="camera">
     <h2 id="camera">${t("camera")}</h2>
     <p class="quiet"><bdi>${plain(channel.device)}</bdi> · ${t("channel_number", { number: channel.channel })} · ${t("port")} <span class="port">${channel.port}</span></p>
@@ -128,11 +129,12 @@ function CameraSettings({ channel, state }) {
     <div class="buttons">
       <a class="button plain" href=${`#/sharing/${channel.profile}`}><${Icon} name="sharing" />${t("do.share")}</a>
       <a class="button plain" href="#/charts"><${Icon} name="charts" />${t("charts.when")}</a>
-      <${Button} act=${() => actions.move(channel, state)} ...${needsHost()}>${t("do.move_on")}<//>
+      <${Button} act=${() => actions.move(channel, state)} ...${able.length > 0 ? needsHost() : inactive("not-moved")}>${t("do.move_on")}<//>
       ${isAway
         ? html`<${Button} kind="danger" act=${() => actions.forget(channel)} ...${needsHost()}>${t("do.forget")}<//>`
         : html`<${Button} kind="danger" act=${() => actions.unbind(channel, runs)} ...${needsHost()}>${t(runs ? "do.unbind" : "do.give_up")}<//>`}
     </div>
+    ${able.length === 0 && html`<p id="not-moved" class="quiet">${withPorts([t("move.nowhere", { button: t("do.move_on") }), ...others, t("move.nowhere_cure")].join(" "))}</p>`}
   </section>`;
 }
 

@@ -690,17 +690,27 @@ def test_a_camera_that_would_have_to_wait_is_not_offered_a_profile(
     owner.press("Cancel")
 
 
-def test_if_no_camera_can_take_a_profile_it_is_said_why_and_nothing_can_be_moved(owner: Owner, standin: StandIn) -> None:
+def test_if_no_camera_can_take_a_profile_the_button_that_moves_it_is_not_active_and_says_why(owner: Owner, standin: StandIn) -> None:
     standin.state["channels"][1] |= {"profile": None, "profile_name": None}
     standin.state["channels"][4] |= {"switched_on": False}
     standin.state["profiles"][1] |= {"channel": None}
     owner.open("profile/2")
+    assert owner.sees("“Move to another camera”: there is no camera to which the profile could move now.", WOULD_WAIT)
+    assert owner.sees("“Night camera” cannot take it now: its USB port is switched off.", "Plug in a camera that can stream beside the others")
+    button = "[...document.querySelectorAll('button')].find((one) => one.innerText === 'Move to another camera')"
+    why = f"document.getElementById({button}.getAttribute('aria-describedby')).innerText"
+    assert WOULD_WAIT in owner.evaluate(why)
     owner.press("Move to another camera")
-    assert owner.sees("There is no other camera to which it could move now.", WOULD_WAIT)
-    assert owner.sees("“Night camera” cannot take it now: its USB port is switched off.")
-    buttons = "[...document.querySelectorAll('dialog button')].map((one) => one.textContent)"
-    assert owner.evaluate(buttons) == ["Close"]
-    owner.press("Close")
+    owner.evaluate(f"{button}.focus()")
+    owner.press_keys(Keys.ENTER)
+    assert owner.evaluate("document.querySelector('dialog')") is None
+    assert owner.barriers() == []
+    standin.state["channels"][4] |= {"switched_on": True}
+    standin.tell("channels", standin.state["channels"])
+    assert owner.sees_no_more("there is no camera to which the profile could move now")
+    owner.press_keys(Keys.ENTER)
+    assert owner.sees("Move the profile of")
+    owner.press("Cancel")
 
 
 @pytest.mark.parametrize(
