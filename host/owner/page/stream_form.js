@@ -56,7 +56,20 @@ export function inCodec(formats, wish, name) {
 
 const asOf = (channel) => ({ codec: channel.codec, size: sizeKey(channel), rate: String(channel.rate) });
 
-// What is chosen in the lists: at first, and when it changes, what is stored. Whoever leaves the page before it was sent to
+// Whoever closes the page, or goes to another address, is asked by the browser whether to lose something.
+function useLastQuestion(isAsked) {
+  useEffect(() => {
+    if (!isAsked) return undefined;
+    const ask = (event) => {
+      event.preventDefault();
+      event.returnValue = true; // for older browsers
+    };
+    addEventListener("beforeunload", ask);
+    return () => removeEventListener("beforeunload", ask);
+  }, [isAsked]);
+}
+
+// What is chosen in the lists: at first, and when it changes, what is stored. Whoever leaves the camera before it was sent to
 // the host is told that it was not saved.
 export function useWish(channel) {
   const stored = asOf(channel);
@@ -65,6 +78,7 @@ export function useWish(channel) {
   const lost = useRef("");
   useEffect(() => setWish(stored), Object.values(stored));
   const isUnsaved = wish !== sent && Object.keys(stored).some((name) => wish[name] !== stored[name]);
+  useLastQuestion(isUnsaved);
   lost.current = isUnsaved && t("stream.lost", { name: nameOf(channel) });
   useEffect(() => () => lost.current && setTimeout(notice, 0, lost.current), []); // when the page is drawn
   return { wish, setWish, isUnsaved, setSent };

@@ -266,6 +266,29 @@ def test_a_choice_that_is_not_saved_is_marked_and_whoever_leaves_it_is_told(owne
     assert owner.is_told(LOST)
 
 
+ASKS_BEFORE_IT_CLOSES = "!dispatchEvent(new Event('beforeunload', { cancelable: true }))"
+
+
+def test_the_browser_asks_whoever_closes_the_page_as_long_as_something_is_not_saved(owner: Owner, standin: StandIn) -> None:
+    owner.open("profile/0")
+    owner.sees("Save")
+    assert not owner.evaluate(ASKS_BEFORE_IT_CLOSES)
+    owner.choose("Size", "640 × 480")
+    owner.sees("Not saved yet.")
+    assert owner.wait(lambda: owner.evaluate(ASKS_BEFORE_IT_CLOSES))
+    owner.choose("Size", "1280 × 720")
+    assert owner.wait(lambda: not owner.evaluate(ASKS_BEFORE_IT_CLOSES))
+    owner.choose("Size", "640 × 480")
+    assert owner.wait(lambda: owner.evaluate(ASKS_BEFORE_IT_CLOSES))
+    owner.press("Save")
+    assert owner.wait(lambda: not owner.evaluate(ASKS_BEFORE_IT_CLOSES))
+    owner.choose("Size", "1920 × 1080")
+    assert owner.wait(lambda: owner.evaluate(ASKS_BEFORE_IT_CLOSES))
+    owner.press("Overview")
+    assert owner.is_told(LOST)
+    assert not owner.evaluate(ASKS_BEFORE_IT_CLOSES)
+
+
 def test_whoever_leaves_after_saving_is_told_nothing(owner: Owner, standin: StandIn) -> None:
     owner.open("profile/0")
     owner.choose("Size", "640 × 480")
