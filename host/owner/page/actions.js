@@ -5,9 +5,11 @@
 
 import { call } from "./api.js";
 import { attachedWithoutProfile, freeProfiles, nameOf, ownName } from "./channels.js";
+import { signedOut } from "./connection.js";
 import { hostsWords } from "./hosts_words.js";
+import { ask, leaveRefusals, notice } from "./messages.js";
 import { differenceText } from "./settings.js";
-import { ask, change, leaveRefusals, notice, signedOut, view, withChannel } from "./store.js";
+import { change, view, withChannel } from "./store.js";
 import { hasText, t } from "./texts.js";
 
 // The camera that is in the way of a change.

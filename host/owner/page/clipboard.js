@@ -3,7 +3,7 @@
 
 // Copies a text that the page shows.
 
-import { notice } from "./store.js";
+import { notice } from "./messages.js";
 import { t } from "./texts.js";
 
 // Without a secure connection browsers let no page write to the clipboard; the text is then marked where it is shown.

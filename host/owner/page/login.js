@@ -4,10 +4,10 @@
 // The way in.
 
 import { html, useEffect, useRef, useState } from "../libraries/preact.js";
+import { signIn } from "./connection.js";
 import { Icon, kEmblem } from "./icons.js";
 import { PasswordField } from "./parts.js";
 import { LanguageChoice } from "./shell.js";
-import { signIn } from "./store.js";
 import { t } from "./texts.js";
 
 function useAttempt() {

@@ -6,8 +6,8 @@
 import { html, useLayoutEffect, useMemo, useRef } from "../libraries/preact.js";
 import { Away } from "./away.js";
 import { Icon } from "./icons.js";
+import { closeNotice, leaveNews, leaveNotices } from "./messages.js";
 import { withPorts } from "./parts.js";
-import { closeNotice, leaveNews, leaveNotices } from "./store.js";
 import { t } from "./texts.js";
 
 // As parts.css has it: there messages lie over the page.

@@ -3,7 +3,7 @@
 
 // Saves a text as a file, where the browser keeps what it downloads.
 
-import { notice } from "./store.js";
+import { notice } from "./messages.js";
 import { t } from "./texts.js";
 
 export function saveFile(text, type, file) {

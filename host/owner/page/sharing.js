@@ -11,8 +11,9 @@ import { needsHost } from "./away.js";
 import { attachedWithoutProfile, channelOf, lastStanding, nameOf, profileName } from "./channels.js";
 import { copy } from "./clipboard.js";
 import { Icon } from "./icons.js";
+import { ask, notice } from "./messages.js";
 import { Button, Empty, Failed, Loading, PasswordField, Switch } from "./parts.js";
-import { ask, notice, timesBack } from "./store.js";
+import { timesBack } from "./store.js";
 import { list, number, plain, t } from "./texts.js";
 
 const kLongestPassword = 31;

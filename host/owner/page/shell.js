@@ -5,10 +5,11 @@
 
 import { html, useEffect, useRef } from "../libraries/preact.js";
 import { needsHost } from "./away.js";
+import { signOut } from "./connection.js";
 import { Icon, kEmblem } from "./icons.js";
 import { Notices } from "./notices.js";
 import { Question } from "./parts.js";
-import { set, signOut } from "./store.js";
+import { set } from "./store.js";
 import { changeLanguage, currentLanguage, kLanguages, plain, t } from "./texts.js";
 
 const kPages = [["overview", "#/"], ["sharing", "#/sharing"], ["events", "#/events"], ["charts", "#/charts"], ["host", "#/host"]];

@@ -8,9 +8,10 @@ import { setStream } from "./actions.js";
 import { needsHost } from "./away.js";
 import { nameOf } from "./channels.js";
 import { Icon } from "./icons.js";
+import { notice } from "./messages.js";
 import { Busy, Button, Choice, Fact, Failed } from "./parts.js";
 import { isSlow, kValueTexts, secondsEach, settingName } from "./settings.js";
-import { hostIsAway, notice } from "./store.js";
+import { hostIsAway } from "./store.js";
 import { t } from "./texts.js";
 
 const sizeKey = ({ width, height }) => `${width}x${height}`;
