@@ -18,7 +18,7 @@ from tornado.web import HTTPError
 from ownerlib.answers import OwnersAnswer
 
 PAGE = Path(__file__).resolve().parent.parent / "page"
-SHARED = ("design.css", "favicon.svg", "live-player.js", "texts.js")  # with the share page
+SHARED = ("colours.js", "design.css", "favicon.svg", "live-player.js", "texts.js")  # with the share page
 LIBRARIES = WEB / "libraries"
 TYPES = {".js": "text/javascript", ".css": "text/css", ".json": "application/json", ".svg": "image/svg+xml"}
 FOR_GOOD = "max-age=31536000, immutable"

@@ -7,7 +7,7 @@ import { html, useEffect, useRef, useState } from "../libraries/preact.js";
 import { signIn } from "./connection.js";
 import { Icon, kEmblem } from "./icons.js";
 import { PasswordField } from "./parts.js";
-import { LanguageChoice } from "./shell.js";
+import { Preferences } from "./shell.js";
 import { t } from "./texts.js";
 
 function useAttempt() {
@@ -53,7 +53,7 @@ export function Login({ hasEnded, user }) {
       <p class="problem" role="alert" hidden=${!problem}><${Icon} name="alert" />${problem}</p>
       <button disabled=${isAsking}>${t(isAsking ? "signing_in" : "sign_in")}</button>
       <p class="quiet small">${t("sign_in.administrators")} <code>usbdev-login-users add NAME</code></p>
-      <${LanguageChoice} />
+      <div class="preferences"><${Preferences} /></div>
     </form>
   </main>`;
 }

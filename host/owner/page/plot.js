@@ -12,7 +12,7 @@ const kHeight = 220; // pixels
 const kColours = ["--accent", "--good", "--care", "--bad"];
 const colourOf = (place) => kColours[place % kColours.length];
 
-// A plot asks for it whenever it is drawn, because the browser's user may have chosen light or dark since.
+// A plot asks for it whenever it is drawn, because its user may have chosen light or dark since.
 const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
 
 function axes(from) {
@@ -52,10 +52,10 @@ export function Plot({ title, data, lines, from, to }) {
       plot = draw();
     };
     const scheme = matchMedia("(prefers-color-scheme: dark)");
-    addEventListener("resize", again);
+    for (const kind of ["resize", "colours"]) addEventListener(kind, again);
     scheme.addEventListener("change", again);
     return () => {
-      removeEventListener("resize", again);
+      for (const kind of ["resize", "colours"]) removeEventListener(kind, again);
       scheme.removeEventListener("change", again);
       plot.destroy();
     };

@@ -12,9 +12,10 @@ import { Question } from "./parts.js";
 import { set } from "./store.js";
 import { changeLanguage, currentLanguage, kLanguages, plain, t } from "./texts.js";
 
+const { colours } = window;
 const kPages = [["overview", "#/"], ["sharing", "#/sharing"], ["events", "#/events"], ["charts", "#/charts"], ["host", "#/host"]];
 
-export function LanguageChoice() {
+function LanguageChoice() {
   const change = async (event) => {
     await changeLanguage(event.target.value);
     set({});
@@ -27,6 +28,16 @@ export function LanguageChoice() {
     </select>
   </div>`;
 }
+
+const ColoursChoice = () => html`<div class="colours">
+  <label class="unseen" for="colours">${t("colours")}</label>
+  <select id="colours" title=${t("colours")} onChange=${(event) => colours.choose(event.target.value)}>
+    ${colours.all.map((one) => html`<option key=${one} value=${one} selected=${one === colours.current()}>${t(`colours.${one}`)}</option>`)}
+  </select>
+</div>`;
+
+// How the pages are shown in this browser.
+export const Preferences = () => html`<${LanguageChoice} /><${ColoursChoice} />`;
 
 const Navigation = ({ page }) => html`<nav aria-label=${t("pages")}><ul>
   ${kPages.map(([name, address]) => html`<li key=${name}>
@@ -63,7 +74,7 @@ export function Shell({ view, page, address, title, children }) {
     <header>
       <img src=${kEmblem} alt="" width="28" height="28" />
       <span class="host-name"><bdi>${host || t("cameras")}</bdi></span>
-      <${LanguageChoice} />
+      <${Preferences} />
       <bdi class="user">${plain(view.session.user)}</bdi>
       <button type="button" class="bare sign-out" onClick=${signOut} aria-label=${t("sign_out")} title=${t("sign_out.who", { user: plain(view.session.user) })} ...${needsHost()}>
         <${Icon} name="signOut" /><span>${t("sign_out")}</span></button>

@@ -18,6 +18,7 @@ const kMistakes = ["reason.password_wrong", "reason.too_many"];
 const element = (id) => document.getElementById(id);
 const video = element("video");
 const choice = element("language");
+const colours = element("colours");
 const link = new URLSearchParams(location.search);
 let password = "";
 let player = null;
@@ -57,6 +58,7 @@ function showName() {
 function showTexts() {
   for (const one of document.querySelectorAll("[data-text]")) one.textContent = t(one.dataset.text);
   choice.value = currentLanguage();
+  colours.title = t("colours");
   showName();
   showSentence();
 }
@@ -203,6 +205,9 @@ choice.addEventListener("change", async () => {
   await changeLanguage(choice.value);
   showTexts();
 });
+
+colours.value = window.colours.current();
+colours.addEventListener("change", () => window.colours.choose(colours.value));
 
 await awaitTexts();
 showTexts();

@@ -85,7 +85,7 @@ def routes(library: Library, feeds: Feeds) -> list[Any]:
     return [
         (r"/share", Page),
         (r"/share/open", Question, question),
-        (r"/share/(design\.css|favicon\.svg|live-player\.js|texts\.js)", PageFile, {"path": WEB}),
+        (r"/share/(colours\.js|design\.css|favicon\.svg|live-player\.js|texts\.js)", PageFile, {"path": WEB}),
         (r"/share/(share\.(?:css|js)|texts/[a-z]+\.json)", PageFile, {"path": PAGE}),
         *live.routes(feeds),
         (streams.ROUTE, streams.StreamFile, {"path": APPLICATION}),

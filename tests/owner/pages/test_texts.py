@@ -39,7 +39,7 @@ REFUSALS = {
 }
 GUESTS_REASONS = re.findall(r"\(\"(\w+)\", \"", (HOST / "share/sharelib/verdict.py").read_text())
 # The first part of the keys that scripts put together.
-PUT_TOGETHER = ("act", "anyway", "change_password", "charts", "codec", "cure", "do", "done", "error", "events", "host", "no_picture", "reason", "refusal", "remove_password", "renew",
+PUT_TOGETHER = ("act", "anyway", "change_password", "charts", "codec", "colours", "cure", "do", "done", "error", "events", "host", "no_picture", "reason", "refusal", "remove_password", "renew",
                 "revoke", "set_password", "severity", "share", "sound", "state", "live_view", "words")  # fmt: skip
 
 
