@@ -76,8 +76,7 @@ def test_nothing_can_be_changed_while_the_host_is_away_and_the_keyboard_stays_wh
     owner.press_keys(Keys.ENTER, Keys.SPACE)
     for label in ("Use its USB port", "Time in the picture"):
         owner.turn(label)
-    owner.evaluate("document.getElementById('turn').focus()")
-    owner.press_keys(Keys.ARROW_DOWN)
+    owner.press("Upside down (the camera hangs)")
     assert owner.is_on("Use its USB port") and not owner.evaluate("document.querySelector('dialog')")
     assert owner.evaluate("document.querySelectorAll('.busy').length") == 0
     assert owner.barriers() == []
@@ -86,6 +85,30 @@ def test_nothing_can_be_changed_while_the_host_is_away_and_the_keyboard_stays_wh
     assert standin.asked == []
     assert owner.evaluate("document.querySelectorAll('[aria-disabled=true]').length") == 0
     assert owner.sees("Not saved yet.")
+
+
+# What is at least partly under the message; all of the page but what it consists of.
+COVERED = """(() => {
+  const message = document.querySelector('.notice.away').getBoundingClientRect();
+  const meets = ({ left, right, top, bottom }) => left < message.right && message.left < right && top < message.bottom && message.top < bottom;
+  return [...document.querySelectorAll('header > *, h1, .lead > *, main .card, .live, nav a')]
+    .filter((one) => meets(one.getBoundingClientRect())).map((one) => one.outerHTML.slice(0, 80));
+})()"""
+PLACE = "(({ top, bottom }) => top >= 0 && bottom < innerHeight / 2)(document.querySelector('.notice.away').getBoundingClientRect())"
+
+
+@pytest.mark.parametrize("page", ["", "profile/0", "events"])
+def test_on_a_phone_the_message_that_the_host_is_away_covers_nothing_and_stays_in_sight(owner: Owner, standin: StandIn, page: str) -> None:
+    owner.size(390, 844)
+    owner.open(page)
+    owner.sees({"": "Free channels", "profile/0": "Saving interrupts", "events": "has ended"}[page])
+    standin.hang()
+    owner.sees(AWAY)
+    assert owner.evaluate(COVERED) == []
+    owner.evaluate("scrollTo(0, document.documentElement.scrollHeight)")
+    assert owner.evaluate(PLACE)
+    standin.hangs = False
+    assert owner.sees_no_more(AWAY)
 
 
 def test_a_dialog_waits_for_the_host_too_and_then_does_what_it_says(owner: Owner, standin: StandIn) -> None:
