@@ -79,6 +79,17 @@ def test_there_is_no_barrier(page: Owner, scheme: str, rules: list[str]) -> None
     assert page.barriers(rules) == []
 
 
+@pytest.mark.parametrize("width", [320, 472])
+def test_there_is_no_barrier_on_a_phone(page: Owner, width: int) -> None:
+    """All of the page is in the window: what the navigation half covers would count as too small for a finger, until it is scrolled."""
+    page.prefer(color_scheme="light")
+    page.size(width, 700)
+    page.wait(lambda: page.evaluate("innerWidth") == width)
+    page.size(width, max(700, page.evaluate("document.documentElement.scrollHeight")))
+    assert page.barriers(RULES) == []
+    page.size(*SIZES[-1])
+
+
 def test_each_page_is_also_in_german(page: Owner) -> None:
     page.evaluate("(localStorage.setItem('language', 'de'), location.reload())")
     assert page.sees("Übersicht")
