@@ -20,18 +20,21 @@ export class LivePlayer {
     return "MediaSource" in window || video.canPlayType(kPlaylistType) !== "";
   }
 
-  // Calls `ended` once, when nothing more will come.
-  constructor(video, playlist, ended) {
+  // Calls `ended` once, when nothing more will come, and `refused` when the browser plays only after its user has said so.
+  constructor(video, playlist, ended, refused) {
     this.hasEnded = false;
+    this.hasSound = undefined; // until it is known
     this._video = video;
     this._playlist = playlist;
     this._ended = ended;
+    this._refused = refused;
     this._listeners = new AbortController();
     this._queue = [];
     this._spare = [];
     this._reserve = kReserve;
     this._listen(video, "error", () => this._end());
     this._listen(video, "waiting", () => this._keepMore());
+    this._listen(video, "pause", () => video.ended || this.goOn());
     if ("MediaSource" in window) this._connect();
     else this._playPlaylist();
   }
@@ -42,6 +45,14 @@ export class LivePlayer {
     this._socket?.close();
     this._video.removeAttribute("src");
     this._video.load();
+  }
+
+  // It is what the camera sees now. Keys for media and an iPhone's own player can stop it, and it would stand still and be
+  // called live.
+  goOn() {
+    const { seekable, currentTime } = this._video;
+    if (!this._source && currentTime > 0 && seekable.length > 0) this._video.currentTime = seekable.end(seekable.length - 1);
+    this._start();
   }
 
   _listen(target, event, handle) {
@@ -63,7 +74,11 @@ export class LivePlayer {
   _play(source) {
     this._video.src = source;
     this._video.playbackRate = 1;
-    this._video.play().catch(() => {}); // if the browser does not play by itself, it shows its controls
+    this._start();
+  }
+
+  _start() {
+    this._video.play().catch(({ name }) => name === "NotAllowedError" && !this.hasEnded && this._refused());
   }
 
   _connect() {
@@ -77,6 +92,7 @@ export class LivePlayer {
 
   _begin(type) {
     if (!MediaSource.isTypeSupported(type)) return this._end();
+    this.hasSound = type.includes("mp4a");
     this._source = new MediaSource();
     const address = URL.createObjectURL(this._source);
     this._listen(this._source, "sourceopen", () => {

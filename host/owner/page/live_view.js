@@ -15,7 +15,8 @@ import { t } from "./texts.js";
 const kAgain = 2000; // milliseconds, as all of these
 const kStillWatched = 600000;
 
-// Plays until it is told to stop; after the end of a stream it begins again.
+// Plays until it is told to stop; after the end of a stream it begins again. Returns what goes on, if the browser has refused
+// to play, and what ends it.
 function playing(video, playlist, show) {
   let [player, timer, isOver] = [null, 0, false];
   const again = () => {
@@ -29,15 +30,16 @@ function playing(video, playlist, show) {
     const answer = await fetch(playlist, { cache: "no-store" }).catch(() => null);
     if (isOver) return;
     if (answer?.status !== 200) return again();
-    player = new LivePlayer(video, playlist, again);
+    player = new LivePlayer(video, playlist, again, () => show("refused"));
   };
   show(LivePlayer.isSupported(video) ? "waits" : "cannot");
   if (LivePlayer.isSupported(video)) start();
-  return () => {
+  const end = () => {
     isOver = true;
     clearTimeout(timer);
     player?.destroy();
   };
+  return { goOn: () => player?.goOn(), end };
 }
 
 // A session ends if nothing is asked for long, but not that of somebody who watches.
@@ -54,6 +56,7 @@ const kOver = {
   waits: (rate) => html`<${Busy} text=${waitText(rate)} />`,
   cannot: () => html`<p role="status">${t("live_view.cannot")}</p>`,
   away: () => html`<p>${t("live_view.away")}</p>`,
+  refused: (rate, goOn) => html`<p role="status">${t("live_view.refused")}</p>${goOn && html`<${Button} act=${goOn}>${t("do.watch")}<//>`}`,
 };
 
 function useFullView() {
@@ -79,21 +82,21 @@ function Controls({ frame, video, hasSound }) {
       ${t(isFull ? "live_view.small" : "live_view.large")}<//></div>`;
 }
 
-// The browser's own controls and keys for media can stop it, and it would stand still and be called live.
-const goOn = ({ target }) => target.ended || target.play().catch(() => {});
-
 // After the host was away the stream is asked for anew: a connection that was cut off may not have ended.
 export function LiveView({ profile, name, rate, hasSound, hasControls, setSeen = () => {} }) {
-  const [frame, video] = [useRef(null), useRef(null)];
+  const [frame, video, stream] = [useRef(null), useRef(null), useRef(null)];
   const [plays, setPlays] = useState("waits");
   const shows = hostIsAway() ? "away" : plays;
-  useEffect(() => playing(video.current, `/api/v1/profiles/${profile}/playlist.m3u8`, setPlays), [profile, timesBack()]);
+  useEffect(() => {
+    stream.current = playing(video.current, `/api/v1/profiles/${profile}/playlist.m3u8`, setPlays);
+    return stream.current.end;
+  }, [profile, timesBack()]);
   useEffect(() => setSeen(plays === "plays"), [plays]);
   useSession();
   return html`<div class="live" ref=${frame} data-shows=${shows}>
     <video ref=${video} muted autoplay playsinline aria-label=${t("live_view.of", { name })}
-      onPlaying=${() => setPlays("plays")} onPause=${goOn}></video>
-    ${kOver[shows] && html`<div class="over">${kOver[shows](rate)}</div>`}
+      onPlaying=${() => setPlays("plays")}></video>
+    ${kOver[shows] && html`<div class="over">${kOver[shows](rate, hasControls && (() => stream.current.goOn()))}</div>`}
     ${hasControls && shows === "plays" && html`<${Controls} frame=${frame} video=${video} hasSound=${hasSound} />`}
   </div>`;
 }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 import { LivePlayer } from "/share/live-player.js";
-import { awaitTexts, changeLanguage, currentLanguage, hasText, kLanguages, plain, t } from "/share/texts.js";
+import { awaitTexts, changeLanguage, currentLanguage, hasText, kLanguages, plain, recently, t } from "/share/texts.js";
 
 // Shows the stream of the page's address, or the sentence that explains why there is none. If the reason can change, the
 // page asks until it has, even if the browser believes that it is offline, because the host may be in the same house.
@@ -16,7 +16,7 @@ const kBeginAnew = 8000;
 const kMistakes = ["reason.password_wrong", "reason.too_many"];
 
 const element = (id) => document.getElementById(id);
-const video = element("video");
+const [main, frame, video] = [document.querySelector("main"), element("frame"), element("video")];
 const choice = element("language");
 const colours = element("colours");
 const link = new URLSearchParams(location.search);
@@ -29,6 +29,7 @@ let name = ""; // of the camera, once the host has told it
 let seen = null; // when the playlist had changed at the last check
 let position = 0; // of the picture, and since when
 let since = 0;
+let heard = null; // when the host has said or sent something last
 
 function show(state, key = "", otherwise = "") {
   document.body.dataset.state = state;
@@ -38,6 +39,8 @@ function show(state, key = "", otherwise = "") {
   element("sentence").classList.toggle("problem", kMistakes.includes(key));
   element("password").ariaInvalid = String(key === "reason.password_wrong");
   element("countdown").hidden = state !== "paused";
+  element("go-on").hidden = state !== "stopped";
+  element("since").hidden = state !== "away" || heard === null;
 }
 
 const showReason = (state, { reason, sentence }) => show(state, `reason.${reason}`, sentence);
@@ -45,6 +48,7 @@ const showReason = (state, { reason, sentence }) => show(state, `reason.${reason
 function showSentence() {
   const sentence = hasText(shown.key) ? t(shown.key) : shown.otherwise;
   if (element("sentence").textContent !== sentence) element("sentence").textContent = sentence;
+  element("since").textContent = heard === null ? "" : t("away.since", { time: recently(heard) });
 }
 
 function showName() {
@@ -61,6 +65,13 @@ function showTexts() {
   colours.title = t("colours");
   showName();
   showSentence();
+  showControls();
+}
+
+function showControls() {
+  element("sound").textContent = t(video.muted ? "live_view.sound_on" : "live_view.sound_off");
+  element("sound").hidden = player?.hasSound === false;
+  element("full").textContent = t(document.fullscreenElement ? "live_view.small" : "live_view.large");
 }
 
 const isShown = (...states) => states.includes(document.body.dataset.state);
@@ -70,7 +81,10 @@ async function ask() {
   const options = { method: "POST", cache: "no-store", signal: AbortSignal.timeout(kAskAtMost) };
   try {
     const answer = await fetch("/share/open", { ...options, body: JSON.stringify(question) });
-    if (answer.ok || answer.status === 429) return await answer.json();
+    if (answer.ok || answer.status === 429) {
+      heard = Date.now();
+      return await answer.json();
+    }
   } catch {} // the host is as good as gone
   return { outcome: "away" };
 }
@@ -150,7 +164,7 @@ const isPlaying = () => player !== null && !player.hasEnded && isShown("plays");
 function stop() {
   player?.destroy();
   player = null;
-  video.hidden = true;
+  frame.hidden = true;
 }
 
 function play(playlist) {
@@ -158,20 +172,20 @@ function play(playlist) {
   if (!isShown("still")) show("loading", "loading");
   position = 0;
   since = performance.now();
-  player = new LivePlayer(video, playlist, look); // the link may have been removed, or the camera unplugged
+  // The link may have been removed, or the camera unplugged.
+  player = new LivePlayer(video, playlist, look, () => show("stopped", "stopped"));
 }
 
-// Returns whether the picture moves, or has been stopped by the viewer.
-const isWell = () => video.currentTime !== position || (video.paused && !video.ended) || document.hidden;
-
 function watch() {
-  if (!player || player.hasEnded) return;
+  if (!player || player.hasEnded || isShown("stopped")) return;
   const now = performance.now();
-  if (video.hidden) {
+  const moves = video.currentTime !== position;
+  if (frame.hidden) {
     if (now - since < kBeginAnew) return;
     stop();
     look();
-  } else if (isWell()) {
+  } else if (moves || document.hidden) {
+    if (moves) heard = Date.now();
     position = video.currentTime;
     since = now;
     show("plays");
@@ -182,10 +196,30 @@ function watch() {
 }
 
 video.addEventListener("loadeddata", () => {
-  video.hidden = false;
+  frame.hidden = false;
   since = performance.now();
-  show("plays");
+  showControls();
+  if (!isShown("stopped")) show("plays");
 });
+
+element("go-on").addEventListener("click", () => {
+  since = performance.now();
+  show(...(frame.hidden ? ["loading", "loading"] : ["plays"]));
+  player.goOn();
+});
+
+element("sound").addEventListener("click", () => {
+  video.muted = !video.muted;
+  showControls();
+});
+
+// An iPhone enlarges nothing but the video alone.
+element("full").addEventListener("click", () => {
+  if (document.fullscreenElement) document.exitFullscreen();
+  else if (main.requestFullscreen) main.requestFullscreen();
+  else video.webkitEnterFullscreen();
+});
+document.addEventListener("fullscreenchange", showControls);
 
 element("password-form").addEventListener("submit", (event) => {
   event.preventDefault();

@@ -173,6 +173,20 @@ def test_a_live_picture_that_something_stops_goes_on(owner: Owner, standin: Stan
     assert owner.wait(lambda: not owner.evaluate("document.querySelector('video').paused"))
 
 
+def test_a_live_picture_that_the_browser_stops_is_not_called_live_and_goes_on_when_that_is_pressed(owner: Owner, standin: StandIn) -> None:
+    """As an iPhone does that saves power."""
+    owner.open("profile/0")
+    owner.sees("Full view")
+    video = "document.querySelector('video')"
+    owner.evaluate(f"void ({video}.play = () => Promise.reject(new DOMException('', 'NotAllowedError')), {video}.pause())")
+    assert owner.sees("The browser has stopped the picture.")
+    assert owner.wait(lambda: owner.text(".lead .standing") == "Begins")
+    assert owner.text(".live").split() == ["The", "browser", "has", "stopped", "the", "picture.", "Watch"]
+    owner.evaluate(f"void delete {video}.play")
+    owner.press("Watch")
+    assert owner.wait(lambda: owner.text(".live") == "Live\nSound on\nFull view")
+
+
 def test_what_was_saved_is_no_longer_told_when_it_was_changed_elsewhere(owner: Owner, standin: StandIn) -> None:
     owner.open("profile/0")
     owner.choose("Size", "640 × 480")

@@ -42,16 +42,6 @@ def test_an_old_playlist_is_not_played_again_and_again(viewer: Viewer, encoder: 
     assert (viewer.position(), viewer.sentence()) == (end, STILL)
 
 
-def test_a_pause_by_the_viewer_is_not_reported(viewer: Viewer, encoder: Encoder, link: Link) -> None:
-    viewer.open(link["page"])
-    viewer.await_playing()
-    viewer.evaluate("document.getElementById('video').pause()")
-    encoder.send(SIGSTOP)
-    viewer.evaluate("void (window.later = performance.now() + 6000)")
-    viewer.wait(lambda: viewer.evaluate("performance.now() > later"))
-    assert viewer.sentence() == ""
-
-
 def test_an_encoder_that_is_started_again_is_followed(viewer: Viewer, encoder: Encoder, link: Link) -> None:
     viewer.open(link["page"])
     viewer.await_playing()

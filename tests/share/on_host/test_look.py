@@ -49,12 +49,56 @@ def test_upright_the_picture_is_below_the_name_as_wide_as_the_window(
     assert in_every_window(f"innerWidth > innerHeight || ({is_whole} && {is_on_top})") == EVERYWHERE
 
 
+def test_on_the_picture_are_the_pages_own_buttons_large_enough_for_a_finger(
+    viewer: Viewer, link: Link, in_every_window: Callable[[str], list[bool]]
+) -> None:
+    """The browser's would stop it, and it would be called live."""
+    viewer.open(link["page"])
+    viewer.await_playing()
+    box = "document.getElementById('full').getBoundingClientRect()"
+    picture = f"{VIDEO}.getBoundingClientRect()"
+    is_on_it = f"(({{ bottom, height }}, picture) => bottom <= picture.bottom && height >= {SMALLEST_TOUCH})({box}, {picture})"
+    assert in_every_window(is_on_it) == EVERYWHERE
+    assert viewer.evaluate(f"[{VIDEO}.controls, document.querySelector('.now').checkVisibility()]") == [False, True]
+
+
+def test_the_full_view_has_the_pages_own_buttons(viewer: Viewer, link: Link) -> None:
+    viewer.open(link["page"])
+    viewer.await_playing()
+    viewer.click("full")
+    viewer.wait(lambda: viewer.evaluate("document.fullscreenElement?.tagName") == "MAIN")
+    viewer.wait(lambda: viewer.text("#full") == "Leave full view")
+    viewer.click("full")
+    viewer.wait(lambda: viewer.evaluate("document.fullscreenElement") is None)
+    viewer.wait(lambda: viewer.text("#full") == "Full view")
+
+
+def test_an_iphone_that_enlarges_only_the_video_does_that(viewer: Viewer, link: Link) -> None:
+    viewer.open(link["page"])
+    viewer.await_playing()
+    viewer.evaluate("void (document.querySelector('main').requestFullscreen = undefined)")
+    viewer.evaluate(f"void ({VIDEO}.webkitEnterFullscreen = () => (window.enlarged = true))")
+    viewer.click("full")
+    assert viewer.evaluate("window.enlarged")
+
+
+def test_the_sound_of_a_stream_that_has_one_is_off_until_it_is_wanted(viewer: Viewer, link: Link) -> None:
+    """The encoder's has none."""
+    viewer.open(link["page"])
+    viewer.await_playing()
+    assert not viewer.evaluate("document.getElementById('sound').checkVisibility()")
+    viewer.evaluate("void (document.getElementById('sound').hidden = false)")
+    assert (viewer.text("#sound"), viewer.evaluate(f"{VIDEO}.muted")) == ("Sound on", True)
+    viewer.click("sound")
+    assert (viewer.text("#sound"), viewer.evaluate(f"{VIDEO}.muted")) == ("Sound off", False)
+
+
 def test_the_password_can_be_entered_with_a_finger(
     viewer: Viewer, link: Link, in_every_window: Callable[[str], list[bool]]
 ) -> None:
     viewer.open(share("on", "0", "--password-stdin", "--json", password="pass\n")["page"])
     viewer.wait(viewer.sees_form)
-    touched = "[...document.querySelectorAll('input, button')].map((one) => one.offsetHeight)"
+    touched = "[...document.querySelectorAll('form :is(input, button)')].map((one) => one.offsetHeight)"
     assert in_every_window(FITS) == EVERYWHERE
     assert in_every_window(f"{touched}.length === 3 && Math.min(...{touched}) >= {SMALLEST_TOUCH}") == EVERYWHERE
     look, kind = "document.getElementById('see').click()", "document.getElementById('password').type"

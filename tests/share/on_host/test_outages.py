@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import re
 from collections.abc import Iterator
 from signal import SIGCONT, SIGSTOP
 
@@ -15,6 +16,8 @@ from viewer import Viewer
 
 Link = dict[str, str]
 AWAY = "The host does not answer; the page tries again."
+# How the picture is drawn, and whether it is said since when the host is away.
+LOOK = """[getComputedStyle(document.getElementById('video')).filter, document.getElementById('since').checkVisibility()]"""
 
 pytestmark = pytest.mark.usefixtures("page")
 
@@ -32,10 +35,14 @@ def connection(request: pytest.FixtureRequest, viewer: Viewer) -> Iterator[None]
 def test_a_host_that_was_away_is_taken_up_again(viewer: Viewer, page: Service, link: Link) -> None:
     viewer.open(link["page"])
     viewer.await_playing()
+    assert viewer.evaluate(LOOK) == ["none", False]
     page.end()
     viewer.await_sentence(AWAY)
+    assert viewer.evaluate(LOOK) == ["grayscale(1)", True]
+    assert re.fullmatch(r"Its last answer: \d+:\d\d:\d\d\s[AP]M\.", viewer.text("#since"))
     page.start()
     viewer.await_playing()
+    assert viewer.evaluate(LOOK) == ["none", False]
 
 
 @pytest.mark.usefixtures("encoder", "connection")

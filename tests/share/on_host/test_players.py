@@ -20,6 +20,11 @@ IS_LIVE = "document.getElementById('video').src.startsWith('blob:')"
 BEHIND = "((video) => video.buffered.end(video.buffered.length - 1) - video.currentTime)(document.getElementById('video'))"
 WITHOUT_SOURCES = "delete window.MediaSource"
 WITHOUT_SOCKETS = "window.WebSocket = class extends WebSocket { constructor() { super('/nothing'); } }"
+STOPPED = "The browser has stopped the picture."
+REFUSE = "document.getElementById('video').play = () => Promise.reject(new DOMException('', 'NotAllowedError'));"
+# Whether the page calls the picture live, how it is drawn, and whether there is the button that goes on.
+LOOK = """[document.querySelector('.now').checkVisibility({ visibilityProperty: true }),
+  getComputedStyle(document.getElementById('video')).filter, document.getElementById('go-on').checkVisibility()]"""
 
 pytestmark = pytest.mark.usefixtures("page")
 
@@ -59,15 +64,49 @@ def test_a_viewer_who_fell_behind_catches_up(viewer: Viewer, encoder: Encoder, l
     viewer.wait(lambda: viewer.evaluate(BEHIND) < 0.6)
 
 
-def test_a_viewer_who_continues_after_a_pause_sees_the_present(viewer: Viewer, encoder: Encoder, link: Link) -> None:
+@pytest.mark.parametrize("script", ["", WITHOUT_SOURCES], ids=["as it comes", "as a playlist"])
+def test_a_picture_that_something_stops_goes_on_by_itself(viewer: Viewer, encoder: Encoder, link: Link, script: str) -> None:
+    """Such as a key for media; the page has no controls that do."""
+    with changed(viewer, script):
+        encoder.await_pictures()
+        viewer.open(link["page"])
+        viewer.await_playing()
+    assert not viewer.evaluate("document.getElementById('video').controls")
+    viewer.evaluate("document.getElementById('video').pause()")
+    viewer.wait(lambda: not viewer.evaluate("document.getElementById('video').paused"))
+    viewer.await_playing()
+
+
+def test_a_picture_that_the_browser_stops_is_not_called_live_and_goes_on_with_the_present(
+    viewer: Viewer, encoder: Encoder, link: Link
+) -> None:
     viewer.open(link["page"])
     viewer.await_playing()
+    viewer.wait(lambda: viewer.evaluate(LOOK) == [True, "none", False])
+    viewer.evaluate(REFUSE)
     viewer.evaluate("document.getElementById('video').pause()")
+    viewer.await_sentence(STOPPED)
+    assert viewer.evaluate(LOOK) == [False, "grayscale(1)", True]
     at = viewer.position()
     viewer.wait(lambda: viewer.evaluate(BEHIND) > 4)
-    assert viewer.position() == at
-    viewer.evaluate("void document.getElementById('video').play()")
+    assert (viewer.position(), viewer.sentence()) == (at, STOPPED)
+    viewer.click("go-on")
+    viewer.await_sentence(STOPPED)  # it refuses again
+    viewer.evaluate("delete document.getElementById('video').play")
+    viewer.click("go-on")
+    viewer.await_playing()
     viewer.wait(lambda: viewer.evaluate(BEHIND) < 0.6)
+    assert viewer.evaluate(LOOK) == [True, "none", False]
+
+
+def test_a_browser_that_does_not_play_by_itself_plays_when_it_is_told_to(viewer: Viewer, encoder: Encoder, link: Link) -> None:
+    """As an iPhone that saves power."""
+    with changed(viewer, f"addEventListener('DOMContentLoaded', () => {{ {REFUSE} }})"):
+        viewer.open(link["page"])
+        viewer.await_sentence(STOPPED)
+    viewer.evaluate("delete document.getElementById('video').play")
+    viewer.click("go-on")
+    viewer.await_playing()
 
 
 def test_what_came_while_the_server_stood_still_is_skipped(

@@ -104,6 +104,9 @@ class Viewer:
     def speak(self, language: str) -> None:
         Select(self._browser.find_element(By.ID, "language")).select_by_visible_text(language)
 
+    def click(self, name: str) -> None:
+        self._browser.find_element(By.ID, name).click()
+
     def tell_browser(self, command: str, **parameters: object) -> Any:
         """One of the commands by which its developer tools control the browser."""
         return self._browser.execute_cdp_cmd(command, parameters)
