@@ -7,14 +7,19 @@
 
 namespace contract {
 
+FakeConfig::Values &FakeConfig::SharedValues::own() {
+  if (values_.use_count() > 1) values_ = std::make_shared<Values>(*values_);
+  return *values_;
+}
+
 void FakeConfig::set(const std::string &path, const std::string &value) {
   std::lock_guard<std::mutex> guard(mutex_);
-  files_[kChannelFile][path] = value;
+  files_[kChannelFile].own()[path] = value;
 }
 
 void FakeConfig::erase(const std::string &path) {
   std::lock_guard<std::mutex> guard(mutex_);
-  files_[kChannelFile].erase(path);
+  files_[kChannelFile].own().erase(path);
 }
 
 bool FakeConfig::has(const std::string &path) const { return values().count(path) != 0; }
@@ -28,7 +33,7 @@ std::string FakeConfig::text(const std::string &path) const {
 FakeConfig::Values FakeConfig::values(const std::string &file) const {
   std::lock_guard<std::mutex> guard(mutex_);
   const auto found = files_.find(file);
-  return found == files_.end() ? Values() : found->second;
+  return found == files_.end() ? Values() : found->second.get();
 }
 
 Lines FakeConfig::writes() const {
@@ -155,7 +160,7 @@ int FakeConfig::close(void *handle, int flag) {
   const int result = closeResult(opened->writing);
   journal_.add(result < 0 ? "close failed" : "close");
   if (opened->writing && result >= 0) files_[opened->file] = opened->pending;
-  opened->pending.clear();
+  opened->pending = SharedValues();
   const auto place =
       std::find_if(handles_.begin(), handles_.end(), [opened](const auto &known) { return known.get() == opened; });
   closed_.push_back(std::move(*place));
@@ -168,8 +173,8 @@ bool FakeConfig::read(void *handle, const std::string &path, std::string &value)
   const Handle *opened = checked(handle, "read");
   if (opened == nullptr) return false;
   ++reads_;
-  const auto found = opened->pending.find(path);
-  if (found == opened->pending.end()) return false;
+  const auto found = opened->pending.get().find(path);
+  if (found == opened->pending.get().end()) return false;
   value = found->second;
   return true;
 }
@@ -179,7 +184,7 @@ int FakeConfig::write(void *handle, const std::string &path, const std::string &
   Handle *opened = checked(handle, "write");
   if (opened == nullptr || refused_.count(path) != 0) return 0;
   if (!opened->writing) journal_.violation("configuration written through a read handle: " + path);
-  opened->pending[path] = value;
+  opened->pending.own()[path] = value;
   writes_.push_back(path + "=" + value);
   return 1;
 }

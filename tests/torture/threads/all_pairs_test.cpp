@@ -71,10 +71,17 @@ constexpr int kOneOf = 8;
 #else
 constexpr int kOneOf = 1;
 #endif
+#ifdef __SANITIZE_THREAD__  // which finds with two threads in each function what it finds with four
+constexpr int kThreads = 4;
+#else
+constexpr int kThreads = 8;
+#endif
 
-TEST_F(Functions, In8ThreadsGiveWhatTheyGiveAlone) {
-  EXPECT_THAT(changedBesideOthers(8, times(kOneOf, 1)), IsEmpty());
-  report("threads: 8 threads, " + std::to_string(pairs) + " pairs of functions, every call gave what it gives alone");
+TEST_F(Functions, InAFewThreadsGiveWhatTheyGiveAlone) {
+  const int threads = times(kThreads, 8);
+  EXPECT_THAT(changedBesideOthers(threads, times(kOneOf, 1)), IsEmpty());
+  report("threads: " + std::to_string(threads) + " threads, " + std::to_string(pairs) +
+         " pairs of functions, every call gave what it gives alone");
 }
 
 TEST_F(Functions, In32ThreadsGiveWhatTheyGiveAlone) {

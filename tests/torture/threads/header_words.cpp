@@ -20,13 +20,16 @@ std::string read(const std::filesystem::path &path) {
 
 /// Without line ends and the stars at the beginning of lines.
 std::string asOneLine(const std::string &comment) {
-  return std::regex_replace(std::regex_replace(comment, std::regex("\\n \\*"), " "), std::regex("\\s+"), " ");
+  static const std::regex line_end("\\n \\*");
+  static const std::regex spaces("\\s+");
+  return std::regex_replace(std::regex_replace(comment, line_end, " "), spaces, " ");
 }
 
 /// The name in front of the first parenthesis, if the text up to there declares a function.
 std::string declaredName(const std::string &code) {
+  static const std::regex declaration("^\\s*[a-z][\\w ]*[ *](\\w+)\\(");
   std::smatch found;
-  return std::regex_search(code, found, std::regex("^\\s*[a-z][\\w ]*[ *](\\w+)\\(")) ? found[1].str() : "";
+  return std::regex_search(code, found, declaration) ? found[1].str() : "";
 }
 
 bool says(const std::string &text, const std::string &what) {
