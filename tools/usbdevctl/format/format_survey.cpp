@@ -15,11 +15,6 @@ namespace {
 
 using Layout = FormatSurvey::Layout;
 
-// Older:  Pixel Format: 'MJPG' (compressed)
-// Newer:  [0]: 'MJPG' (Motion-JPEG, compressed)
-const std::regex kOlder(R"(^\s*Pixel Format\s*:\s*'(.{4}))");
-const std::regex kNewer(R"(^\s*\[\d{1,9}\]\s*:\s*'(.{4}))");
-
 constexpr std::size_t kLongestLine = 256;
 
 }  // namespace
@@ -27,13 +22,15 @@ constexpr std::size_t kLongestLine = 256;
 const char *const kLayoutAdvice = "put the host's v4l2-ctl-front in its place, which translates what it prints";
 
 FormatSurvey surveyFormats(const std::string &listing) {
+  static const std::regex older_line(R"(^\s*Pixel Format\s*:\s*'(.{4}))");  // Pixel Format: 'MJPG' (compressed)
+  static const std::regex newer_line(R"(^\s*\[\d{1,9}\]\s*:\s*'(.{4}))");   // [0]: 'MJPG' (Motion-JPEG, compressed)
   FormatSurvey survey;
   std::istringstream lines = readerOf(listing);
   for (std::string line; std::getline(lines, line);) {
     line.resize(std::min(line.size(), kLongestLine));
     std::smatch found;
-    const bool older = std::regex_search(line, found, kOlder);
-    if (!older && !std::regex_search(line, found, kNewer)) continue;
+    const bool older = std::regex_search(line, found, older_line);
+    if (!older && !std::regex_search(line, found, newer_line)) continue;
     survey.layout = older ? Layout::older : Layout::newer;
     survey.codes.push_back(printable(found[1].str()));
   }

@@ -13,8 +13,6 @@ namespace usbdevctl {
 namespace {
 
 const std::string kDevices = "/sys/bus/usb/devices/";
-const std::regex kPort(R"(\d{1,3}-\d{1,3}(\.\d{1,3}){0,6})");
-const std::regex kRootHub(R"(usb(\d{1,3}))");
 constexpr std::size_t kMostReservations = 16;
 constexpr char kVideoClass[] = "0e";
 
@@ -22,7 +20,11 @@ std::string busOf(const std::string &port) { return port.substr(0, port.find('-'
 
 }  // namespace
 
-bool UsbTree::isPort(const std::string &port) { return port.size() < 64 && std::regex_match(port, kPort); }
+// Here and elsewhere a pattern is made when it is first needed, because most commands need none and each takes a while.
+bool UsbTree::isPort(const std::string &port) {
+  static const std::regex pattern(R"(\d{1,3}-\d{1,3}(\.\d{1,3}){0,6})");
+  return port.size() < 64 && std::regex_match(port, pattern);
+}
 
 bool UsbTree::isThere(const std::string &port) const { return files_.exists(kDevices + port); }
 
@@ -96,10 +98,11 @@ std::vector<std::string> UsbTree::portsOn(const std::string &bus) const {
 }
 
 std::vector<Bus> UsbTree::buses() const {
+  static const std::regex pattern(R"(usb(\d{1,3}))");
   std::vector<Bus> buses;
   for (const std::string &name : files_.names(kDevices)) {
     std::smatch root_hub;
-    if (!std::regex_match(name, root_hub, kRootHub)) continue;
+    if (!std::regex_match(name, root_hub, pattern)) continue;
     std::int64_t bits = 0;
     for (const std::string &port : portsOn(root_hub[1])) bits += reservedBy(port);
     buses.push_back({std::stoi(root_hub[1]), speed(name), megabits(bits)});

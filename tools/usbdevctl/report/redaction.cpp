@@ -16,14 +16,13 @@ constexpr char kReplacement[] = "[removed]";
 // A shorter serial number, such as "1", would be found in every other text.
 constexpr std::size_t kShortestTelling = 4;
 
-const std::regex kSerial(R"(^(\s*ATTRS?\{serial\}==")(.*)("\s*)$)");
-const std::regex kPciAddress(R"(^[0-9a-f]{4}:[0-9a-f]{2}:[0-9a-f]{2}\.[0-7]$)");
-
 /// Nothing for a line without a device's serial number.
 std::string serialIn(const std::string &line, std::smatch &found) {
-  if (line.find("{serial}") == std::string::npos || !std::regex_match(line, found, kSerial)) return "";
+  static const std::regex serial_line(R"(^(\s*ATTRS?\{serial\}==")(.*)("\s*)$)");
+  static const std::regex pci_address(R"(^[0-9a-f]{4}:[0-9a-f]{2}:[0-9a-f]{2}\.[0-7]$)");
+  if (line.find("{serial}") == std::string::npos || !std::regex_match(line, found, serial_line)) return "";
   const std::string serial = found[2];
-  return std::regex_match(serial, kPciAddress) ? "" : serial;
+  return std::regex_match(serial, pci_address) ? "" : serial;
 }
 
 }  // namespace
