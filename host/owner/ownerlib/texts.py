@@ -24,7 +24,7 @@ class Texts:
     def rate(self, rate: float) -> str:
         """A rate below one a second is a time, as on the pages."""
         if 0 < rate < 1:
-            return self.text("seconds_each", seconds=self._number(round(1 / rate, 1)))
+            return self.text("seconds_each", seconds=self._number(round(1 / rate, 1 if rate >= 0.2 else 0)))
         return self.text("per_second", rate=self._number(rate))
 
     def _number(self, value: float) -> str:

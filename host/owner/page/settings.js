@@ -5,9 +5,9 @@
 
 import { number, t } from "./texts.js";
 
-// A rate below one a second is a time.
+// A rate below one a second is a time. The two digits of a rate that are stored make a long time no more exact than seconds.
 export const isSlow = (rate) => rate > 0 && rate < 1;
-export const secondsEach = (rate) => number(Math.round(10 / rate) / 10);
+export const secondsEach = (rate) => number(rate < 0.2 ? Math.round(1 / rate) : Math.round(10 / rate) / 10);
 export const rateText = (rate) => (isSlow(rate) ? t("seconds_each", { seconds: secondsEach(rate) }) : t("per_second", { rate: number(rate) }));
 
 export const kValueTexts = {

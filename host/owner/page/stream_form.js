@@ -41,10 +41,14 @@ function offered(codecs, wish) {
   return { codec, size, rate };
 }
 
+// The host stores two digits of a rate, and a camera can have more.
+const isSameRate = (one, other) => Math.abs(one - other) < 0.01;
+const isSame = (one, other) => one.codec === other.codec && one.size === other.size && isSameRate(one.rate, other.rate);
+
 // What is set need not be in the camera's lists: a new stream has the same settings with every camera.
 function isOffered(codecs, wish) {
   const { codec, size, rate } = offered(codecs, wish);
-  return codec.codec === wish.codec && sizeKey(size) === wish.size && String(rate) === wish.rate;
+  return isSame({ codec: codec.codec, size: sizeKey(size), rate }, wish);
 }
 
 // The settings that are wished, with another format, or undefined if the camera does not offer it.
@@ -78,19 +82,19 @@ export function useWish(channel) {
   const [sent, setSent] = useState(null);
   const lost = useRef("");
   useEffect(() => setWish(stored), Object.values(stored));
-  const isUnsaved = wish !== sent && Object.keys(stored).some((name) => wish[name] !== stored[name]);
+  const isUnsaved = wish !== sent && !isSame(wish, stored);
   useLastQuestion(isUnsaved);
   lost.current = isUnsaved && t("stream.lost", { name: nameOf(channel) });
   useEffect(() => () => lost.current && setTimeout(notice, 0, lost.current), []); // when the page is drawn
   return { wish, setWish, isUnsaved, setSent };
 }
 
-const isTaken = ({ asked, taken }, stored) =>
-  Object.entries(asOf({ ...asked, ...taken })).every(([name, value]) => value === stored[name]);
+const isTaken = ({ asked, taken }, stored) => isSame(asOf({ ...asked, ...taken }), stored);
 
 function Taken({ outcome }) {
   const { asked, taken, not_stored: notStored = [] } = outcome;
-  const [before, after] = [asked, { ...asked, ...taken }].map((one) => ({ ...one, size: sizeKey(one) }));
+  const rate = isSameRate(asked.rate, taken.rate) ? asked.rate : taken.rate;
+  const [before, after] = [asked, { ...asked, ...taken, rate }].map((one) => ({ ...one, size: sizeKey(one) }));
   const rows = Object.entries(kValueTexts).map(([name, text]) => ({ name, asked: text(before[name]), taken: text(after[name]) }));
   const isAll = rows.every((one) => one.asked === one.taken);
   return html`<div class=${isAll ? "taken all" : "taken"} role="status">
@@ -128,7 +132,7 @@ function explanation(codecs, wish) {
 
 function NotOffered({ stored }) {
   const settings = Object.entries(kValueTexts).map(([name, text]) => text(stored[name])).join(", ");
-  return html`<p class="care-box">${t("stream.not_offered", { settings })}</p>`;
+  return html`<p class="care-box">${t("stream.not_offered", { settings, button: t("store") })}</p>`;
 }
 
 // Until the camera has answered, what is set is in the place of what can be.
@@ -139,7 +143,6 @@ const Asking = () => html`<${Busy} text=${t("formats.asking")} />`;
 function Form({ channel, formats, wish, setWish, isUnsaved, setSent }) {
   const codecs = inOrder(formats ?? asSet(channel));
   const stored = asOf(channel);
-  const isOther = isUnsaved || !isOffered(codecs, stored);
   const [outcome, setOutcome] = useState(null);
   const [isAsking, setAsking] = useState(false);
   useEffect(() => outcome && !isTaken(outcome, stored) && setOutcome(null), Object.values(stored)); // changed since, elsewhere
@@ -162,8 +165,8 @@ function Form({ channel, formats, wish, setWish, isUnsaved, setSent }) {
     ${!isOffered(codecs, stored) && html`<${NotOffered} stored=${stored} />`}
     <div class="fields"><${Choices} codecs=${codecs} wish=${wish} setWish=${choose} disabled=${!formats} /></div>
     <p class="quiet about-lists">${formats && explanation(codecs, wish)}</p>
-    ${formats ? html`<button class=${isOther ? "" : "plain"} disabled=${isAsking} ...${needsHost()}>${t(isAsking && !hostIsAway() ? "storing" : "store")}</button>
-      <span class="unsaved" role="status">${isOther && t("stream.unsaved")}</span>` : html`<${Asking} />`}
+    ${formats ? html`<button class=${isUnsaved ? "" : "plain"} disabled=${isAsking} ...${needsHost()}>${t(isAsking && !hostIsAway() ? "storing" : "store")}</button>
+      <span class="unsaved" role="status">${isUnsaved && t("stream.unsaved")}</span>` : html`<${Asking} />`}
     ${outcome && html`<${Taken} outcome=${outcome} />`}
   </form>`;
 }

@@ -81,6 +81,7 @@ class StandIn:
         self.slow = 0.0  # seconds that every answer takes
         self.slow_change = 0.0  # seconds that a change takes
         self.hangs = False
+        self.rate_taken: float = 24  # whatever is asked for
         self.events = list(EVENTS)
         self.asked: list[tuple[str, str, Any]] = []
 
@@ -239,7 +240,7 @@ class Api(RequestHandler):
             return self._sign(body)
         if self.standin.refusal and path.startswith(self.standin.refused_path):
             return self.refuse(409, "refused", **self.standin.refusal)
-        taken = {**body, "rate": 24} if path.endswith("/stream") else {}
+        taken = {**body, "rate": self.standin.rate_taken} if path.endswith("/stream") else {}
         return self.finish({"asked": body, "taken": taken, "not_stored": [], "differences": []})
 
     def _sign(self, body: dict[str, str] | None) -> None:

@@ -127,18 +127,19 @@ def test_what_there_is_to_choose_from_is_a_list_and_what_not_a_fact(owner: Owner
     assert owner.sees("The first picture then takes up to 8 seconds.")
 
 
-def test_settings_that_the_camera_does_not_offer_are_told_and_what_stands_in_the_lists_is_not_saved(
+def test_settings_that_the_camera_does_not_offer_are_told_and_what_stands_in_the_lists_is_what_save_sets(
     owner: Owner, standin: StandIn, monkeypatch: pytest.MonkeyPatch
 ) -> None:
     monkeypatch.setitem(FORMATS, "codecs", [{"codec": "mjpeg", "sizes": [{"width": 3840, "height": 2160, "rates": [30]}]}])
     standin.state["channels"][0] |= {"codec": "mjpeg", "width": 1280, "height": 720, "rate": 30}
     owner.open("profile/0")
-    assert owner.sees("Now set: As the camera sends it (MJPEG), 1280 × 720, 30 pictures a second.", "3840 × 2160", "Not saved yet.")
+    assert owner.sees("Now set: As the camera sends it (MJPEG), 1280 × 720, 30 pictures a second.", "“Save” sets what is chosen here", "3840 × 2160")
+    assert "Not saved yet" not in owner.text()
     owner.press("Save")
     assert owner.wait(lambda: streams_changed(standin) == [{"codec": "mjpeg", "width": 3840, "height": 2160, "rate": 30}])
     standin.state["channels"][0] |= {"width": 3840, "height": 2160}
     standin.tell("channels", standin.state["channels"])
-    assert owner.wait(lambda: "Now set" not in owner.text(".stream-form") and "Not saved yet" not in owner.text(".stream-form"))
+    assert owner.wait(lambda: "Now set" not in owner.text(".stream-form"))
 
 
 def test_who_waits_for_a_slow_picture_hears_how_long(owner: Owner, standin: StandIn) -> None:
@@ -229,7 +230,22 @@ def test_only_rates_that_can_be_had_are_offered_and_the_highest_is_first(owner: 
     owner.open("profile/0")
     owner.choose("Format", "Encoded by this host (H.264)")
     rates = "[...document.querySelectorAll('#stream-rate option')].map((one) => one.text)"
-    assert owner.wait(lambda: owner.evaluate(rates) == ["15 pictures a second", "1 picture every 7.5 seconds"])
+    assert owner.wait(lambda: owner.evaluate(rates) == ["15 pictures a second", "1 picture every 8 seconds"])
+
+
+def test_a_rate_is_offered_and_taken_whose_last_digit_the_host_does_not_store(owner: Owner, standin: StandIn, monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setitem(FORMATS, "codecs", [{"codec": "mjpeg", "sizes": [{"width": 1280, "height": 720, "rates": [30, 0.133]}]}])
+    standin.state["channels"][0] |= {"codec": "mjpeg", "width": 1280, "height": 720, "rate": 30}
+    standin.rate_taken = 0.13
+    owner.open("profile/0")
+    owner.choose("Rate", "1 picture every 8 seconds")
+    owner.press("Save")
+    assert owner.sees("Saved: As the camera sends it (MJPEG), 1280 × 720, 1 picture every 8 seconds.")
+    assert streams_changed(standin) == [{"codec": "mjpeg", "width": 1280, "height": 720, "rate": 0.133}]
+    standin.state["channels"][0]["rate"] = 0.13
+    standin.tell("channels", standin.state["channels"])
+    assert owner.wait(lambda: owner.evaluate("document.getElementById('stream-rate').selectedOptions[0].text") == "1 picture every 8 seconds")
+    assert "Now set" not in owner.text() and "Not saved yet" not in owner.text()
 
 
 def test_another_size_that_h264_needs_is_said(owner: Owner, standin: StandIn) -> None:
