@@ -115,7 +115,7 @@ export async function streamInstead(channel, other, state) {
 }
 
 export async function unbind(channel, runs) {
-  const consequences = [channel.profile_name ? t("unbind.settings") : "", channel.shared ? t("unbind.link") : "", t("unbind.stream"), t("unbind.camera")];
+  const consequences = [channel.profile_name ? t("unbind.settings") : "", channel.shared ? t("unbind.link") : "", t("unbind.stream"), t("unbind.camera"), runs ? t("unbind.instead") : ""];
   const [title, yes] = runs ? ["unbind.title", "do.unbind"] : ["unbind.title_idle", "do.give_up"];
   const question = { title: t(title, { name: nameOf(channel) }), yes: t(yes), isLoss: true };
   if (!(await ask({ ...question, consequences: consequences.filter(Boolean) }))) return;
@@ -157,7 +157,7 @@ async function moveTo(from, to) {
 
 function consequencesOf(settings, to, owners) {
   const said = { to: to ? t("other_camera", { name: nameOf(to) }) : t("move.chosen") };
-  const ends = owners.length === 1 ? t("move.ends", { name: nameOf(owners[0]) }) : t("move.ends_chosen");
+  const ends = t(owners.length === 1 ? "move.ends" : "move.ends_chosen");
   return [t("move.stream", said), ends, t(settings, said), owners.some((one) => one.shared) && t("move.link")].filter(Boolean);
 }
 

@@ -19,13 +19,18 @@ export function sayGoodbye(before, channels) {
   }
 }
 
+function textFor(channel) {
+  if (!channel.supported) return "arrived.unusable";
+  return channel.waits_for === null ? "arrived" : "arrived.waits";
+}
+
 // It is marked, too.
 export function welcome(before, channels) {
   const arrived = channels.filter((one) => isPlugged(one) && !isPlugged(before[one.channel])).map((one) => one.channel);
   if (arrived.length === 0) return;
   const named = withNamesakes({ channels }).channels;
   for (const number of arrived) {
-    notice(t(channels[number].supported ? "arrived" : "arrived.unusable", { name: nameOf(named[number]) }), "", false, number);
+    notice(t(textFor(channels[number]), { name: nameOf(named[number]) }), "", false, number);
   }
   set({ arrived: [...known.arrived, ...arrived] });
   setTimeout(() => set({ arrived: known.arrived.filter((one) => !arrived.includes(one)) }), kNewTime);

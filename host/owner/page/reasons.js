@@ -29,6 +29,7 @@ const lack = ({ lack_cause: cause, ...named }) =>
 // What the cure depends on, besides the cause.
 function caseOf(channel, { cause, collision }, state) {
   if (cause === "switched_off") return rivalOf(channel, state) ? "rival" : channel.profile === null && "no_profile";
+  if (cause === "unplugged") return channel.profile === null && "no_profile";
   if (cause !== "waits" || collision === "host") return collision;
   if (!roomFor(channel.port, state.usb)) return "no_room";
   return channel.profile === null ? "room" : "room_with_profile";

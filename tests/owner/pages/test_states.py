@@ -125,7 +125,7 @@ def test_a_camera_that_is_plugged_in_is_announced_and_marked(owner: Owner, stand
     owner.evaluate(WATCH % "window.most = Math.max(window.most, document.querySelectorAll('.notice').length)")
     owner.evaluate(WATCH % "window.marked.push(...[...document.querySelectorAll('.camera.new')].map((one) => one.dataset.channel))")
     standin.tell("channels", channels)
-    assert owner.is_told("“Garage with a name that is rather long” is plugged in.")
+    assert owner.is_told("“Garage with a name that is rather long” is plugged in")
     assert owner.evaluate("document.querySelector('.notices').getAttribute('role')") == "status"
     assert owner.wait(lambda: set(owner.evaluate("window.marked")) == {"1"})
     standin.state["channels"][1] = {**channels[1], "state": "unplugged", "waits_for": None}
@@ -176,7 +176,7 @@ def test_a_touch_takes_a_message_away_from_what_it_lies_over_but_not_a_refusal(o
     left = f"window.place ??= document.querySelector('.notices').className; document.querySelector('{touched}').click(); window.left ??= document.querySelectorAll('.notice').length"
     owner.evaluate(WATCH % f"if (document.querySelector('.notice:not(.refusal)')) {{ {left} }}")
     standin.tell("channels", channels)
-    assert owner.is_told("“Garage with a name that is rather long” is plugged in.")
+    assert owner.is_told("“Garage with a name that is rather long” is plugged in")
     assert owner.wait(lambda: owner.evaluate("window.left === 0"))
     assert owner.evaluate("window.place") == "notices above"  # wherever was touched before
     owner.complaints()  # of the refusal
@@ -331,6 +331,25 @@ def test_a_camera_that_cannot_be_used_is_announced_as_such(owner: Owner, standin
     owner.sees_on_card(3, "Old camera")
     standin.tell("channels", channels)
     assert owner.is_told("“Old camera” is plugged in, but cannot be used. Its card on the overview says why.")
+
+
+@pytest.mark.parametrize(
+    ("channel", "told"),
+    [(0, "“Front door” is plugged in."),
+     (1, "“Garage with a name that is rather long” is plugged in, and cannot stream beside another camera. Its card on the overview says why.")],
+)  # fmt: skip
+def test_a_camera_that_has_to_wait_is_announced_as_such(owner: Owner, standin: StandIn, channel: int, told: str) -> None:
+    channels = plugged_in(standin, channel)
+    owner.open()
+    owner.sees_on_card(channel, "USB port")
+    standin.tell("channels", channels)
+    assert owner.is_told(told)
+
+
+def test_a_camera_that_is_away_and_has_no_profile_has_none_to_make_free(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][5] |= {"profile": None, "profile_name": None}
+    owner.open()
+    assert owner.sees_on_card(5, "forget it; that makes its place free.")
 
 
 def test_a_second_step_that_is_refused_is_said_with_the_first(owner: Owner, standin: StandIn) -> None:
@@ -783,7 +802,7 @@ def test_a_name_from_outside_is_only_text(owner: Owner) -> None:
 def test_the_way_out_of_a_question_is_first_and_changes_nothing(owner: Owner, standin: StandIn) -> None:
     owner.open("profile/0")
     owner.press("End this stream")
-    assert owner.sees("End the stream of “Front door”?", "The shared link stops working, for good.")
+    assert owner.sees("End the stream of “Front door”?", "The shared link stops working, for good.", "switch the camera’s USB port off instead")
     assert owner.wait(lambda: owner.focused() == "Cancel")
     owner.press_keys(Keys.ESCAPE)
     assert owner.sees_no_more("End the stream of “Front door”?")
