@@ -59,5 +59,5 @@ def standin(server: StandIn) -> StandIn:
 def owner(window: Owner, server: StandIn) -> Iterator[Owner]:
     """No page gives the browser a reason to complain."""
     yield prepare(window, server)
-    window.evaluate("void (location.hash = '#/')")  # leaves what was not saved, of which the next page that opens would ask
     assert window.complaints() == []
+    window.evaluate("void (location.hash = '#/')")  # leaves what was not saved, of which the next page that opens would ask
