@@ -42,7 +42,7 @@ export class LivePlayer {
   destroy() {
     this.hasEnded = true;
     this._listeners.abort();
-    this._socket?.close();
+    this._disconnect();
     this._video.removeAttribute("src");
     this._video.load();
   }
@@ -62,7 +62,7 @@ export class LivePlayer {
   _end() {
     if (this.hasEnded) return;
     this.hasEnded = true;
-    this._socket?.close();
+    this._disconnect();
     this._ended();
   }
 
@@ -88,6 +88,13 @@ export class LivePlayer {
     this._socket.binaryType = "arraybuffer";
     this._listen(this._socket, "message", ({ data }) => (typeof data === "string" ? this._begin(data) : this._take(data)));
     this._listen(this._socket, "close", () => (this._source ? this._end() : this._playPlaylist()));
+  }
+
+  // A browser complains of a connection that is closed before it is there.
+  _disconnect() {
+    const socket = this._socket;
+    if (socket?.readyState === WebSocket.CONNECTING) socket.addEventListener("open", () => socket.close());
+    else socket?.close();
   }
 
   _begin(type) {

@@ -80,6 +80,8 @@ class StandIn:
         self.away = self.signed_in = self.missing = False
         self.slow = 0.0  # seconds that every answer takes
         self.slow_change = 0.0  # seconds that a change takes
+        self.slow_film = 0.0  # seconds until the connection for a stream is there
+        self.films = 0  # how many were asked for
         self.hangs = False
         self.rate_taken: float = 24  # whatever is asked for
         self.events = list(EVENTS)
@@ -161,6 +163,8 @@ class Film(WebSocketHandler):
         self.standin = standin
 
     async def prepare(self) -> None:
+        self.standin.films += 1
+        await asyncio.sleep(self.standin.slow_film)
         await self.standin.take_time()
 
     def open(self, *_: str) -> None:

@@ -53,6 +53,14 @@ def test_a_picture_says_that_it_leads_to_the_live_one(owner: Owner) -> None:
     assert owner.wait(lambda: owner.heading() == "Front door")
 
 
+def test_who_leaves_a_picture_before_it_is_connected_gives_the_browser_no_reason_to_complain(owner: Owner, standin: StandIn) -> None:
+    standin.slow_film = 1
+    owner.open("profile/0")
+    owner.wait(lambda: standin.films == 1)
+    owner.press("Overview")
+    assert owner.sees_on_card(0, "Streams")
+
+
 def four_streams(standin: StandIn) -> None:
     for channel, profile in ((1, 1), (2, 2), (4, 3)):
         standin.state["channels"][channel] |= {"streams": True, "profile": profile, "reasons": [], "switched_on": True}
