@@ -12,6 +12,7 @@ import subprocess
 import sys
 import threading
 import time
+from contextlib import suppress
 from pathlib import Path
 from typing import Any
 
@@ -19,7 +20,7 @@ from made_up import CHARTS, EVENTS, FORMATS, HOST, STATE
 from tornado.httpserver import HTTPServer
 from tornado.netutil import bind_sockets
 from tornado.web import Application, RequestHandler, StaticFileHandler
-from tornado.websocket import WebSocketHandler
+from tornado.websocket import WebSocketClosedError, WebSocketHandler
 
 ROOT = Path(__file__).resolve().parents[3] / "host"
 sys.path[:0] = [str(ROOT / folder) for folder in ("owner", "share", "services")]
@@ -153,7 +154,9 @@ class Live(WebSocketHandler):
         self.standin._viewers.discard(self)
 
     def tell(self, section: str, value: object) -> None:
-        self.write_message(json.dumps({"section": section, "value": value}))
+        """Says it to a page, unless that was left just now."""
+        with suppress(WebSocketClosedError):
+            self.write_message(json.dumps({"section": section, "value": value}))
 
 
 class Film(WebSocketHandler):
