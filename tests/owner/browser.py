@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import json
 import sys
 from collections.abc import Callable
 from pathlib import Path
@@ -12,7 +13,6 @@ from typing import Any, TypeVar
 
 from selenium.common.exceptions import WebDriverException
 from selenium.webdriver import Chrome, Keys
-from selenium.webdriver.common.by import By
 from selenium.webdriver.remote.webelement import WebElement
 from selenium.webdriver.support.select import Select
 from selenium.webdriver.support.wait import WebDriverWait
@@ -30,14 +30,16 @@ new MutationObserver(() => {
 }).observe(document, { childList: true, subtree: true, characterData: true });"""
 
 # Looks until it finds something, or for some seconds; whoever asks the browser once more has it work ten times as much.
-AWAIT = """const given = [...arguments], done = given.pop();
+AWAIT = """new Promise((done) => {
+const given = %s;
 const look = () => { %s };
 const attempt = (left) => {
   const found = look();
   if (found || left === 0) done(found || null);
   else setTimeout(attempt, 50, left - 1);
 };
-attempt(100);"""
+attempt(100);
+})"""
 CONTAINS = """const [selector, texts] = given, shown = document.querySelector(selector)?.innerText;
 return shown !== undefined && texts.every((text) => shown.includes(text));"""
 LACKS = "return !document.body.innerText.includes(given[0]);"
@@ -83,10 +85,10 @@ class Owner:
 
     def _await(self, look: str, *given: object) -> Any:
         """Returns what the page finds, which looks by itself."""
-        return self.wait(lambda: self.browser.execute_async_script(AWAIT % look, *given))
+        return self.wait(lambda: self.evaluate(AWAIT % (json.dumps(given), look)))
 
     def evaluate(self, expression: str) -> Any:
-        return self.browser.execute_script(f"return {expression}")
+        return viewer.evaluate(self.browser, expression)
 
     def tell_browser(self, command: str, **parameters: object) -> Any:
         """One of the commands by which its developer tools control the browser."""
@@ -111,7 +113,7 @@ class Owner:
 
     def text(self, selector: str = "body") -> str:
         """As the browser shows it."""
-        return str(self.browser.execute_script("return document.querySelector(arguments[0]).innerText", selector))
+        return str(self.evaluate(f"document.querySelector({json.dumps(selector)}).innerText"))
 
     def _contains(self, selector: str, texts: tuple[str, ...]) -> bool:
         return bool(self._await(CONTAINS, selector, texts))
@@ -149,8 +151,7 @@ class Owner:
 
     def _find(self, path: str) -> WebElement:
         """The first that is visible."""
-        found: WebElement = self._await(f"{FIND} return seen;", path)
-        return found
+        return self.wait(lambda: self.browser.execute_script(f"const given = arguments; {FIND} return seen;", path))
 
     def _touch(self, path: str) -> None:
         """As the driver's click does, which asks the browser for ten times as much."""

@@ -21,7 +21,7 @@ BEHIND = "((video) => video.buffered.end(video.buffered.length - 1) - video.curr
 WITHOUT_SOURCES = "delete window.MediaSource"
 WITHOUT_SOCKETS = "window.WebSocket = class extends WebSocket { constructor() { super('/nothing'); } }"
 STOPPED = "The browser has stopped the picture."
-REFUSE = "document.getElementById('video').play = () => Promise.reject(new DOMException('', 'NotAllowedError'));"
+REFUSE = "document.getElementById('video').play = () => Promise.reject(new DOMException('', 'NotAllowedError'))"
 # Whether the page calls the picture live, how it is drawn, and whether there is the button that goes on.
 LOOK = """[document.querySelector('.now').checkVisibility({ visibilityProperty: true }),
   getComputedStyle(document.getElementById('video')).filter, document.getElementById('go-on').checkVisibility()]"""
