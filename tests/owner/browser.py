@@ -67,16 +67,17 @@ class Owner:
     def __init__(self, browser: Chrome, origin: str) -> None:
         self.browser = browser
         self.origin = origin
+        self._opened = 0
         self.tell_browser("Page.addScriptToEvaluateOnNewDocument", source=LISTEN)
 
     def open(self, page: str = "") -> None:
-        """As somebody who enters the address in a new tab."""
-        self.browser.get("about:blank")
-        self.browser.get(f"{self.origin}/#/{page}")
+        """As somebody who enters the address in a new tab. It is another one each time, or the browser would load nothing."""
+        self._opened += 1
+        self.browser.get(f"{self.origin}/?{self._opened % 2}#/{page}")
 
     def turn_to(self, page: str = "") -> None:
         """As somebody who enters the address of another page while one is open, for which nothing is loaded."""
-        self.browser.get(f"{self.origin}/#/{page}")
+        self.evaluate(f"void (location.hash = '#/{page}')")
 
     def wait(self, condition: Callable[[], Result]) -> Result:
         """What the page shows may be replaced while it is read."""

@@ -53,7 +53,7 @@ def test_show_a_link_to_a_phone(door: Owner) -> None:
     """The page was opened by a name that others could know too."""
     share(door)
     door = Owner(door.browser, ORIGIN.replace("127.0.0.1", "host.localhost"))
-    door.turn_to("sharing")
+    door.open("sharing")
     door.sign_in(USER, PASSWORD)
     door.sees("Copy link")
     assert door.browser.find_elements(By.CSS_SELECTOR, ".qr") == []
