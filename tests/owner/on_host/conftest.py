@@ -99,6 +99,7 @@ def ann(window: Owner) -> Iterator[Owner]:
 @pytest.fixture
 def door(ann: Owner) -> Owner:
     """There is one camera, which is called Door."""
-    run("sim plug usb2-camera 3-1; usbdevctl assign 3-1 0; usbdevctl rename 0 Door")
+    sim(["plug", "usb2-camera", "3-1"])
+    run("usbdevctl assign 3-1 0; usbdevctl rename 0 Door")
     ann.sees_on_card(0, "Door")
     return ann
