@@ -5,9 +5,11 @@
 
 from __future__ import annotations
 
+import pytest
 from conftest import RunOnHost
 from streaming_camera import AVAILABLE, LOG, SHELL, SMALL, STATUS, STREAM
 
+MJPEG, H264 = 1, 0
 PROBE = f"""probe() {{ ffprobe -v error -select_streams v:0 -show_entries stream=codec_name,width,height,r_frame_rate \\
   -of csv=p=0:nk=1 "$(ls -t {STREAM}/*.ts | head -n 1)" | head -n 1; }}
 """
@@ -50,6 +52,15 @@ def test_a_port_that_is_switched_on_streams_again_until_the_profile_is_cleared(w
     )  # fmt: skip
     streams, no_more = "profile 1 streams 160x120 at 15.00 from camera 0", "profile 1 streams no more"
     assert done.stdout.splitlines() == ["no playlist", streams, no_more, streams, no_more]
+
+
+@pytest.mark.parametrize("codec", [MJPEG, H264])
+def test_a_stream_goes_on_when_its_camera_is_plugged_in_again(with_manager: RunOnHost, codec: int) -> None:
+    done = with_manager(
+        SHELL + f"store width=160 height=120 framerate=15 vcodec={codec}; said 'streams 160' 1\n"
+        "sim unplug 3-1 >/dev/null 2>&1; said 'no more' 1; sim plug hd-pro-webcam 3-1 >/dev/null; said 'streams 160' 2; live"
+    )
+    assert (done.stdout, done.stderr) == ("", "")
 
 
 def test_a_stream_is_back_after_a_reboot_from_the_node_that_its_camera_has_then(with_services: RunOnHost) -> None:

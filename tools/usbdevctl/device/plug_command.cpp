@@ -3,6 +3,7 @@
 
 // plug and unplug: the two device events, passed to the library's hotplug handler.
 #include <usbdev/hotplug.h>
+#include <usbdev/profiles.h>
 
 #include <memory>
 
@@ -15,7 +16,10 @@
 #include "command_line/shared_arguments.h"
 #include "device/device_channel.h"
 #include "device/hotplug_report.h"
+#include "output/numbers.h"
 #include "output/output.h"
+#include "stream/stream_notice.h"
+#include "stream/stream_text.h"
 
 namespace usbdevctl {
 
@@ -82,10 +86,18 @@ ExitStatus runHotplug(const PlugOptions &device, bool plugged, HotplugOutcome &o
   return outcome.channel >= 0 ? ExitStatus::ok : explainNoChannel(descriptor);
 }
 
+/// The library notifies of a camera that is back only if its profile streams MJPEG.
+void notifyUnlessMjpeg(const PlugOptions &device, int profile) {
+  _streaminfo stream = {};
+  if (device.type != kCamera || !numberUnlessNone(profile) || vl_get_stream_info(profile, &stream) != 0) return;
+  if (stream.vcodec != kMjpeg) notifyOfStream(profile);
+}
+
 ExitStatus plug(const PlugOptions &device) {
   HotplugOutcome outcome;
   const ExitStatus status = runHotplug(device, true, outcome);
   if (status == ExitStatus::failure) return status;
+  if (status == ExitStatus::ok) notifyUnlessMjpeg(device, outcome.profile);
   Camera other;
   other.channel = outcome.conflict.channel;
   if (other.channel >= 0) readAgain(other);
