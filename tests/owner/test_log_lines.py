@@ -75,6 +75,11 @@ def test_a_line_has_the_words_of_the_pages(line: str, english: str, german: str)
     assert known and [known.words(texts(language)) for language in ("en", "de")] == [english, german]
 
 
+@pytest.mark.parametrize(("rate", "words"), [(0.133, "8 seconds"), (0.13, "8 seconds"), (0.2, "5 seconds"), (0.4, "2.5 seconds")])
+def test_a_long_time_between_pictures_is_no_more_exact_than_the_rate_that_is_stored(rate: float, words: str) -> None:
+    assert texts("en").rate(rate) == f"1 picture every {words}"
+
+
 def test_a_setting_is_called_as_on_its_switch() -> None:
     known = parse("Enabled image reverse on Channel 1")
     assert known and [known.words(texts(one)) for one in LANGUAGES] == [

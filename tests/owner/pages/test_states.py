@@ -714,7 +714,7 @@ def test_if_no_camera_can_take_a_profile_the_button_that_moves_it_is_not_active_
     standin.state["channels"][4] |= {"switched_on": False}
     standin.state["profiles"][1] |= {"channel": None}
     owner.open("profile/2")
-    assert owner.sees("“Move to another camera”: there is no camera to which the profile could move now.", WOULD_WAIT)
+    assert owner.sees("“Move to another camera”: no other camera can take the profile now.", WOULD_WAIT)
     assert owner.sees("“Night camera” cannot take it now: its USB port is switched off.", "Plug in a camera that can stream beside the others")
     button = "[...document.querySelectorAll('button')].find((one) => one.innerText === 'Move to another camera')"
     why = f"document.getElementById({button}.getAttribute('aria-describedby')).innerText"
@@ -726,7 +726,7 @@ def test_if_no_camera_can_take_a_profile_the_button_that_moves_it_is_not_active_
     assert owner.barriers() == []
     standin.state["channels"][4] |= {"switched_on": True}
     standin.tell("channels", standin.state["channels"])
-    assert owner.sees_no_more("there is no camera to which the profile could move now")
+    assert owner.sees_no_more("no other camera can take the profile now")
     owner.press_keys(Keys.ENTER)
     assert owner.sees("Move the profile of")
     owner.press("Cancel")
@@ -741,7 +741,7 @@ def test_only_a_name_that_somebody_gave_moves_with_a_profile(owner: Owner, stand
     standin.state["channels"][0]["profile_name"] = name
     owner.open("profile/0")
     owner.press("Move to another camera")
-    assert owner.sees("The stream then comes from “Night camera”.", "then has no profile, and does not stream.", promise, "A shared link gets a new address; the old one stops working.")
+    assert owner.sees("The stream then comes from “Night camera”.", "loses it, and cannot stream without one.", promise, "A shared link gets a new address; the old one stops working.")
     owner.press("Move")
     assert owner.is_told(told)
 

@@ -89,7 +89,8 @@ def test_let_a_camera_stream_instead_when_no_profile_is_free(ann: Owner) -> None
     ann.sees_on_card(4, "It waits for “Door”")
     ann.sees_on_card(3, "Begins")  # the last one has its profile
     ann.press("Move a profile here")
-    assert ann.sees("Move the profile of “Door” to “USB 2.0 Camera: USB Camera, port 3-1.2”?", "The camera that has it now then has no profile, and does not stream.")
+    assert ann.sees("Move the profile of “Door” to “USB 2.0 Camera: USB Camera, port 3-1.2”?")
+    assert ann.sees("The camera that has the profile now loses it, and cannot stream without one.")
     ann.press("Move")
     assert ann.is_told("“Door” now shows the picture of “USB 2.0 Camera: USB Camera, port 3-1.2”.")
     assert ann.wait(lambda: streams(4))
