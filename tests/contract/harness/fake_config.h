@@ -53,6 +53,10 @@ class FakeConfig {
   // Just before the n-th open from now, what another writer does between two passes.
   void beforeOpenNumber(int number, std::function<void()> effect);
 
+  // From now on opens and closes let another thread go first. Not always, because on a busy machine each time may cost
+  // a share of the processor.
+  void expectManyThreads() { many_threads_ = true; }
+
   // Handles that are open now, of all threads and of the calling one.
   int openHandles() const;
   bool openInThisThread() const;
@@ -87,6 +91,7 @@ class FakeConfig {
     SharedValues pending;
   };
 
+  void letOthersIn() const;
   std::function<void()> dueEffect();
   int openResult(int mode);
   int closeResult(bool writing);
@@ -110,6 +115,7 @@ class FakeConfig {
   int failing_write_close_result_ = 1;
   int read_close_result_ = 1;
   int awaited_open_ = 0;
+  bool many_threads_ = false;
   std::function<void()> before_open_;
 };
 

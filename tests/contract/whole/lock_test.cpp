@@ -20,6 +20,8 @@ constexpr int kRounds = 200;
 
 class ManyThreads : public ContractTest {
  protected:
+  ManyThreads() { host.config.expectManyThreads(); }
+
   void run(const std::function<void()> &work) {
     threads_.emplace_back([work] {
       for (int round = 0; round < kRounds; ++round) work();
