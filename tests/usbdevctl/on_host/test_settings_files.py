@@ -183,6 +183,26 @@ def test_a_move_shows_what_changed() -> None:
     )
 
 
+def test_a_dry_run_of_a_move_shows_what_would_change_and_changes_nothing() -> None:
+    before = CONFIGURATION.read_text()
+    result = usbdevctl("move", "1", "ch1", "--dry-run")
+    assert (result.stderr, result.returncode) == ("", 0)
+    assert result.stdout == (
+        'would move profile 1: channel 1  5-1  "USB 2.0 Camera: HD USB Camera"  no profile\n'
+        "would change: fps 30 instead of 60\nthe share link would be a new one\n"
+    )
+    planned = document("move", "1", "ch1", "--dry-run")
+    assert [planned[key] for key in ("from_channel", "channel", "profile", "page")] == [0, 1, None, None]
+    assert planned["changes"] == [{"setting": "fps", "wanted": "60", "taken": "30"}]
+    assert CONFIGURATION.read_text() == before
+
+
+def test_a_dry_run_of_a_move_is_refused_as_the_move_is() -> None:
+    usbdevctl("slot", "off", "5-1")
+    assert usbdevctl("move", "1", "5-1", "--dry-run").stderr == usbdevctl("move", "1", "5-1").stderr != ""
+    assert [one["reason"] for one in refusals("5-1", "--dry-run")] == ["port_off"]
+
+
 def test_a_profile_moves_to_a_camera_that_waits_for_the_old_one() -> None:
     subprocess.run(["sim", "plug", "hd-usb-camera", "3-2"], check=True, capture_output=True)
     try:
@@ -203,8 +223,8 @@ def test_a_move_that_would_do_harm_changes_nothing() -> None:
     assert CONFIGURATION.read_text() == before
 
 
-def refusals(target: str) -> list[dict[str, Any]]:
-    result = usbdevctl("move", "1", target, "--json")
+def refusals(target: str, *options: str) -> list[dict[str, Any]]:
+    result = usbdevctl("move", "1", target, "--json", *options)
     assert result.returncode == 1
     return list(json.loads(result.stdout)["refusals"])
 

@@ -23,6 +23,7 @@ namespace {
 struct MoveOptions {
   int profile = 0;
   CameraArgument camera{CameraName::By::channel};
+  bool dry_run = false;
   bool json = false;
 };
 
@@ -89,20 +90,33 @@ Json changesJson(const std::vector<StreamDifference> &differences) {
   return changes;
 }
 
-ExitStatus report(const MoveOptions &options, Move &move) {
-  const ExitStatus read_again = readAgain(move.target);
-  if (read_again != ExitStatus::ok) return read_again;
-  std::string page;
-  if (!readSharePage(options.profile, page)) return configurationUnreadable();
+/// Prints the move, which is done or would be.
+void printMove(const MoveOptions &options, const Move &move, const std::string &page) {
   Fields members;
   members.add(forPrograms("from_channel", move.source.channel))
       .add(forPrograms("differences", differenceTexts(move.plan.differences)))
       .add(forPrograms("changes", changesJson(move.plan.differences)))
       .add(forPrograms("page", page.empty() ? Json() : Json(page)));
-  print(changeOutput("moved profile " + std::to_string(options.profile), members, move.target, options.json));
-  if (options.json) return ExitStatus::ok;
-  for (const StreamDifference &it : move.plan.differences) print("changed: " + differenceText(it) + "\n");
-  if (!page.empty()) print("new share link: " + page + "\n");
+  const std::string moved = options.dry_run ? "would move profile " : "moved profile ";
+  print(changeOutput(moved + std::to_string(options.profile), members, move.target, options.json));
+  if (options.json) return;
+  const std::string changed = options.dry_run ? "would change: " : "changed: ";
+  for (const StreamDifference &it : move.plan.differences) print(changed + differenceText(it) + "\n");
+}
+
+ExitStatus announce(const MoveOptions &options, const Move &move) {
+  printMove(options, move, "");
+  if (move.settings.share.enabled && !options.json) print("the share link would be a new one\n");
+  return ExitStatus::ok;
+}
+
+ExitStatus report(const MoveOptions &options, Move &move) {
+  const ExitStatus read_again = readAgain(move.target);
+  if (read_again != ExitStatus::ok) return read_again;
+  std::string page;
+  if (!readSharePage(options.profile, page)) return configurationUnreadable();
+  printMove(options, move, page);
+  if (!page.empty() && !options.json) print("new share link: " + page + "\n");
   return ExitStatus::ok;
 }
 
@@ -116,6 +130,7 @@ ExitStatus move(const MoveOptions &options) {
     return refuse({{cameraText(move.target) + ": it has the profile", kOwnCamera}}, options.json);
   }
   if (!move.plan.refusals.empty()) return refuse(move.plan.refusals, options.json);
+  if (options.dry_run) return announce(options, move);
   const Applied applied = applySteps(move.plan.steps);
   if (applied.steps != move.plan.steps.size()) return takeBack(move, applied.steps, options.json);
   const ExitStatus reported = report(options, move);
@@ -130,6 +145,7 @@ void addMove(Command &program) {
                                         [options] { return move(*options); });
   addProfile(command, options->profile);
   addCamera(command, options->camera);
+  command.add("--dry-run", &options->dry_run, "Show what the move would change, and change nothing");
   addJsonFlag(command, options->json);
 }
 
