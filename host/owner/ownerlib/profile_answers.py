@@ -25,11 +25,23 @@ class Name(SignedIn):
         self.finish({"name": renamed["profile_name"]})
 
 
+NO_CHANNEL = "The request has no proper channel."
+
+
 class Move(SignedIn):
+    """The profile on another camera, and before that, what would change."""
+
+    async def get(self, profile: str) -> None:
+        channel = self.get_query_argument("channel", "")
+        if channel not in map(str, range(CHANNELS)):
+            raise problems.invalid(NO_CHANNEL)
+        planned = await program.ask("move", profile, f"ch{channel}", "--dry-run", seconds=program.SECONDS_WITH_CAMERA)
+        self.finish({"differences": differences(planned)})
+
     async def post(self, profile: str) -> None:
         channel = self.members({"channel": int})["channel"]
         if channel not in range(CHANNELS):
-            raise problems.invalid("The request has no proper channel.")
+            raise problems.invalid(NO_CHANNEL)
         moved = await program.ask("move", profile, f"ch{channel}", seconds=program.SECONDS_WITH_CAMERA)
         to = self.camera(channel=channel) or {"name": "", "port": ""}
         await self.did("moved", {"profile": int(profile)}, camera=to["name"], port=to["port"])

@@ -3,7 +3,7 @@
 
 // What an owner can do with a camera. What loses something is asked about first; what the host refuses is taken back.
 
-import { call } from "./api.js";
+import { call, read } from "./api.js";
 import { attachedWithoutProfile, freeProfiles, nameOf, ownName } from "./channels.js";
 import { signedOut } from "./connection.js";
 import { hostsWords } from "./hosts_words.js";
@@ -155,6 +155,20 @@ async function moveTo(from, to) {
   if (answer) notice(t(moved, { name: nameOf(from), camera: nameOf(to) }), answer.differences.map(differenceText).filter(Boolean).join(" "));
 }
 
+// What becomes of the settings on the other camera.
+async function outcome(from, to) {
+  const camera = nameOf(to);
+  try {
+    const { differences } = await read(`/profiles/${from.profile}/move?channel=${to.channel}`);
+    const changes = differences.map(differenceText).filter(Boolean).join(" ");
+    return changes ? t("move.differs", { camera, changes }) : t("move.fits", { camera });
+  } catch {
+    return t("move.unknown", { camera });
+  }
+}
+
+const choicesOf = (label, cameras, outcome) => ({ label, options: cameras.map(asOption), asked: t("move.asked"), outcome });
+
 function consequencesOf(settings, to, owners) {
   const said = { to: to ? t("other_camera", { name: nameOf(to) }) : t("move.chosen") };
   const ends = t(owners.length === 1 ? "move.ends" : "move.ends_chosen");
@@ -172,7 +186,7 @@ export async function move(channel, state) {
   const { able, others } = movesTo(channel, state);
   const title = t("move.title", { name: nameOf(channel) });
   const settings = channel.profile_name ? "move.settings" : "move.settings_unnamed";
-  const choices = { label: t("move.to"), options: able.map(asOption) };
+  const choices = choicesOf(t("move.to"), able, (chosen) => outcome(channel, state.channels[chosen]));
   const consequences = [...consequencesOf(settings, able.length === 1 && able[0], [channel]), ...others];
   const chosen = await ask({ title, consequences, choices, yes: t("do.move") });
   if (chosen !== null) await moveTo(channel, state.channels[chosen]);
@@ -183,7 +197,7 @@ const withProfile = (state) => state.channels.filter((one) => one.profile !== nu
 // Moves a profile that is chosen to this channel.
 export async function moveHere(channel, state, owners = withProfile(state)) {
   const title = t(owners.length === 1 ? "move.here_from" : "move.here_title", { name: nameOf(channel), other: nameOf(owners[0]) });
-  const choices = { label: t("move.from"), options: owners.map(asOption) };
+  const choices = choicesOf(t("move.from"), owners, (chosen) => outcome(state.channels[chosen], channel));
   const chosen = await ask({ title, consequences: consequencesOf("move.settings", channel, owners), choices, yes: t("do.move") });
   if (chosen !== null) await moveTo(state.channels[chosen], channel);
 }

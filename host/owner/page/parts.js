@@ -101,11 +101,23 @@ export const PressedChoice = ({ id, label, value, options, change, ...more }) =>
     icon=${one.value === value && "tick"} act=${() => one.value !== value && change(one.value)} ...${more}>${one.text}<//>`)}</div>
 </div>`;
 
+// What the host says of a choice comes a moment later.
 function Choices({ choices }) {
+  const [choice, setChoice] = useState(choices.options[0].value);
+  const [said, setSaid] = useState("");
+  useEffect(() => {
+    let isChosen = true;
+    setSaid(choices.asked);
+    choices.outcome(choice).then((text) => isChosen && setSaid(text));
+    return () => {
+      isChosen = false;
+    };
+  }, [choice]);
   return html`<div class="field"><label for="choice">${choices.label}</label>
-    <select id="choice" name="choice">
+    <select id="choice" name="choice" onChange=${(event) => setChoice(event.target.value)}>
       ${choices.options.map((one) => html`<option key=${one.value} value=${one.value}>${one.text}</option>`)}
-    </select></div>`;
+    </select></div>
+    <p class="outcome" role="status">${said}</p>`;
 }
 
 // Says what will happen before it happens. The keyboard starts on the way out, except where there is something to choose.

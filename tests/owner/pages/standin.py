@@ -85,6 +85,7 @@ class StandIn:
         self.films = 0  # how many were asked for
         self.hangs = False
         self.rate_taken: float = 24  # whatever is asked for
+        self.differences: list[dict[str, Any]] | None = []  # of a move; none if the host does not know them
         self.events = list(EVENTS)
         self.asked: list[tuple[str, str, Any]] = []
 
@@ -220,6 +221,9 @@ class Api(RequestHandler):
     def _answer(self, path: str) -> Any:
         if path.startswith("/channels/"):
             return FORMATS
+        if path.endswith("/move"):
+            self._note(path)
+            return None if self.standin.differences is None else {"differences": self.standin.differences}
         if path.endswith("/share"):
             return self.standin.shares.get(int(path.split("/")[2]), {"on": False, "password": False, "page": None})
         return {"/session": {"user": "ann", "csrf": "c"}, "/host": HOST, "/charts": CHARTS, "/report": "the report", "/events.csv": self._table(),
@@ -248,7 +252,7 @@ class Api(RequestHandler):
         if self.standin.refusal and path.startswith(self.standin.refused_path):
             return self.refuse(409, "refused", **self.standin.refusal)
         taken = {**body, "rate": self.standin.rate_taken} if path.endswith("/stream") else {}
-        return self.finish({"asked": body, "taken": taken, "not_stored": [], "differences": []})
+        return self.finish({"asked": body, "taken": taken, "not_stored": [], "differences": self.standin.differences or []})
 
     def _sign(self, body: dict[str, str] | None) -> None:
         if body and body["password"] != PASSWORD:

@@ -746,6 +746,38 @@ def test_only_a_name_that_somebody_gave_moves_with_a_profile(owner: Owner, stand
     assert owner.is_told(told)
 
 
+RATE, SIZE = {"setting": "rate", "wanted": "24", "taken": "30"}, {"setting": "size", "wanted": "1280x720", "taken": "640x480"}
+
+
+@pytest.mark.parametrize(
+    ("differences", "promise"),
+    [([], "“Night camera” offers the same settings."),
+     ([SIZE, RATE], "does not offer the same settings. Size: 640 × 480 instead of 1280 × 720. Rate: 30 pictures a second instead of 24"),
+     (None, "The host does not know now whether “Night camera” offers the same settings. What it does not offer becomes the nearest")],
+)  # fmt: skip
+def test_what_another_camera_makes_of_the_settings_is_said_before_a_move(
+    owner: Owner, standin: StandIn, differences: list[dict[str, str]] | None, promise: str
+) -> None:
+    standin.differences = differences
+    owner.open("profile/0")
+    owner.press("Move to another camera")
+    assert owner.sees(promise)
+    owner.press("Cancel")
+    owner.complaints()  # of the question that is not answered
+
+
+def test_each_camera_is_asked_when_it_is_chosen_for_a_move(owner: Owner, standin: StandIn) -> None:
+    standin.state["channels"][1] |= {"profile": None, "profile_name": None}
+    standin.state["profiles"][1] |= {"channel": None}
+    owner.open("profile/0")
+    owner.press("Move to another camera")
+    assert owner.sees("“Night camera” offers the same settings.")
+    owner.choose("To the camera", IN_PORT_3_1_2)
+    assert owner.sees("“USB 2.0 Camera: HD USB Camera” offers the same settings.")
+    assert [query["channel"] for method, path, query in standin.asked if path == "/profiles/0/move"] == ["4", "1"]
+    owner.press("Cancel")
+
+
 @pytest.mark.parametrize("name", ["Front door", ""])
 def test_only_a_name_that_somebody_gave_is_lost_with_a_profile(owner: Owner, standin: StandIn, name: str) -> None:
     standin.state["channels"][0]["profile_name"] = name

@@ -106,19 +106,29 @@ def test_a_profile_moves_with_its_name_to_another_camera(owner: Client) -> None:
     owner.ask("PUT", "/channels/0/profile", {"profile": 0})
     owner.ask("PUT", "/profiles/0/name", {"name": "Door"})
     owner.ask("PATCH", "/profiles/0/stream", {"rate": 24})
+    planned = owner.get("/profiles/0/move?channel=1")
+    assert (planned, channel(owner, 0)["profile_name"]) == ({"differences": [{"setting": "rate", "wanted": "24", "taken": "30"}]}, "Door")
     moved = owner.ask("POST", "/profiles/0/move", {"channel": 1}).json
     assert (moved["differences"], moved["page"]) == ([{"setting": "rate", "wanted": "24", "taken": "30"}], None)
     assert [channel(owner, number)["profile_name"] for number in (0, 1)] == [None, "Door"]
     assert owner.ask("POST", "/profiles/0/move", {"channel": 9}).error == "not_found"
 
 
+@pytest.mark.parametrize("channel", ["", "10", "-1", "one"])
+def test_a_move_needs_a_channel(owner: Client, channel: str) -> None:
+    owner.ask("PUT", "/channels/0/profile", {"profile": 0})
+    assert owner.ask("GET", f"/profiles/0/move?channel={channel}").error == "invalid"
+    assert owner.ask("POST", "/profiles/0/move", {"channel": int(channel) if channel in ("10", "-1") else channel}).error == "invalid"
+
+
 def test_a_move_that_does_not_fit_is_refused_with_its_reason(owner: Client) -> None:
     owner.ask("PUT", "/channels/0/profile", {"profile": 0})
     owner.ask("PUT", "/channels/1/switch", {"on": False})
-    refused = owner.ask("POST", "/profiles/0/move", {"channel": 1})
+    answers = [owner.ask("GET", "/profiles/0/move?channel=1"), owner.ask("POST", "/profiles/0/move", {"channel": 1})]
     owner.ask("PUT", "/channels/1/switch", {"on": True})
-    assert (refused.status, refused.error, refused.json["reason"]) == (409, "refused", "port_off")
-    assert refused.json["text"].endswith(": its port is off, and a stream cannot be set while it is.")
+    for refused in answers:
+        assert (refused.status, refused.error, refused.json["reason"]) == (409, "refused", "port_off")
+        assert refused.json["text"].endswith(": its port is off, and a stream cannot be set while it is.")
     assert channel(owner, 0)["profile"] == 0
 
 
@@ -173,6 +183,7 @@ def test_a_camera_is_asked_for_its_formats(owner: Client) -> None:
         ("DELETE", "/channels/9", None), ("PUT", "/profiles/3/name", {"name": "x"}), ("GET", "/profiles/3/share", None),
         ("PUT", "/profiles/3/share", {"on": True}), ("POST", "/profiles/3/share/renewal", None),
         ("PATCH", "/profiles/3/stream", {"rate": 5}), ("POST", "/profiles/3/move", {"channel": 0}),
+        ("GET", "/profiles/3/move?channel=0", None),
     ],
 )  # fmt: skip
 def test_what_is_not_there_is_not_found(owner: Client, method: str, path: str, body: object) -> None:

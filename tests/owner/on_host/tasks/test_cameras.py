@@ -194,7 +194,7 @@ def test_move_to_another_camera(door: Owner) -> None:
     run("sim plug hd-pro-webcam 5-1")
     door.turn_to("profile/0")
     door.press("Move to another camera")
-    assert door.sees("The stream then comes from “HD Pro Webcam C920”.")
+    assert door.sees("The stream then comes from “HD Pro Webcam C920”.", "“HD Pro Webcam C920” offers the same settings.")
     door.choose("To the camera", "Port 5-1: HD Pro Webcam C920")
     door.press("Move")
     assert door.is_told("“Door” now shows the picture of “HD Pro Webcam C920”.")
