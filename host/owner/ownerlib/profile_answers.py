@@ -12,6 +12,8 @@ from usbdev.records import CHANNELS
 from ownerlib.answers import SignedIn
 
 LONGEST_NAME = 255  # bytes
+CHANNEL_NUMBERS = [str(number) for number in range(CHANNELS)]
+NO_CHANNEL = "The request has no proper channel."
 
 
 class Name(SignedIn):
@@ -25,15 +27,12 @@ class Name(SignedIn):
         self.finish({"name": renamed["profile_name"]})
 
 
-NO_CHANNEL = "The request has no proper channel."
-
-
 class Move(SignedIn):
     """The profile on another camera, and before that, what would change."""
 
     async def get(self, profile: str) -> None:
         channel = self.get_query_argument("channel", "")
-        if channel not in map(str, range(CHANNELS)):
+        if channel not in CHANNEL_NUMBERS:
             raise problems.invalid(NO_CHANNEL)
         planned = await program.ask("move", profile, f"ch{channel}", "--dry-run", seconds=program.SECONDS_WITH_CAMERA)
         self.finish({"differences": differences(planned)})
