@@ -169,6 +169,13 @@ def test_the_guest_runs_only_when_it_is_asked_for(machine: Machine) -> None:
     assert "--label-exclude ^(packages|kernel|kernel_short|pages|case)$" in call
 
 
+def test_what_runs_as_part_of_another_test_does_not_run_twice(machine: Machine) -> None:
+    assert machine.dev("test").status == 0
+    for preset in ("release", "asan"):
+        (call,) = (call for call in machine.called("ctest") if f"build/{preset} " in call)
+        assert re.search(r"--label-exclude \^\S*\bcase\b\S*\$", call), preset
+
+
 def test_the_pages_are_looked_at_when_that_is_asked_for(machine: Machine) -> None:
     assert machine.dev("test", "--pages").status == 0
     (call,) = machine.called("ctest")

@@ -30,7 +30,7 @@ USBDEVCTL = BUILD / "usbdevctl"
 RunOnHost = Callable[[str], "subprocess.CompletedProcess[str]"]
 
 
-@pytest.fixture(scope="module")
+@pytest.fixture(scope="session")
 def host() -> Iterator[RenewedHost]:
     with RenewedHost(BUILD) as started:
         yield started
