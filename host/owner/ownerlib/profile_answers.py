@@ -13,7 +13,7 @@ from ownerlib.answers import SignedIn
 
 LONGEST_NAME = 255  # bytes
 CHANNEL_NUMBERS = [str(number) for number in range(CHANNELS)]
-NO_CHANNEL = "The request has no proper channel."
+NO_CHANNEL = f"The request needs a channel, 0 to {CHANNELS - 1}."
 
 
 class Name(SignedIn):

@@ -149,18 +149,20 @@ function hindrance(channel, from, state) {
   return other && other !== from ? t("move.waits", { camera, other: nameOf(other) }) : "";
 }
 
+const changesText = (differences) => differences.map(differenceText).filter(Boolean).join(" ");
+
 async function moveTo(from, to) {
   const answer = await attempt(() => call("POST", `/profiles/${from.profile}/move`, { channel: to.channel }));
   const moved = from.profile_name ? "done.moved" : "done.moved_unnamed";
-  if (answer) notice(t(moved, { name: nameOf(from), camera: nameOf(to) }), answer.differences.map(differenceText).filter(Boolean).join(" "));
+  if (answer) notice(t(moved, { name: nameOf(from), camera: nameOf(to) }), changesText(answer.differences));
 }
 
 // What becomes of the settings on the other camera.
-async function outcome(from, to) {
+async function outcomeOfMove(from, to) {
   const camera = nameOf(to);
   try {
-    const { differences } = await read(`/profiles/${from.profile}/move?channel=${to.channel}`);
-    const changes = differences.map(differenceText).filter(Boolean).join(" ");
+    const answer = await read(`/profiles/${from.profile}/move?channel=${to.channel}`);
+    const changes = changesText(answer.differences);
     return changes ? t("move.differs", { camera, changes }) : t("move.fits", { camera });
   } catch {
     return t("move.unknown", { camera });
@@ -186,7 +188,7 @@ export async function move(channel, state) {
   const { able, others } = movesTo(channel, state);
   const title = t("move.title", { name: nameOf(channel) });
   const settings = channel.profile_name ? "move.settings" : "move.settings_unnamed";
-  const choices = choicesOf(t("move.to"), able, (chosen) => outcome(channel, state.channels[chosen]));
+  const choices = choicesOf(t("move.to"), able, (chosen) => outcomeOfMove(channel, state.channels[chosen]));
   const consequences = [...consequencesOf(settings, able.length === 1 && able[0], [channel]), ...others];
   const chosen = await ask({ title, consequences, choices, yes: t("do.move") });
   if (chosen !== null) await moveTo(channel, state.channels[chosen]);
@@ -197,7 +199,7 @@ const withProfile = (state) => state.channels.filter((one) => one.profile !== nu
 // Moves a profile that is chosen to this channel.
 export async function moveHere(channel, state, owners = withProfile(state)) {
   const title = t(owners.length === 1 ? "move.here_from" : "move.here_title", { name: nameOf(channel), other: nameOf(owners[0]) });
-  const choices = choicesOf(t("move.from"), owners, (chosen) => outcome(state.channels[chosen], channel));
+  const choices = choicesOf(t("move.from"), owners, (chosen) => outcomeOfMove(state.channels[chosen], channel));
   const chosen = await ask({ title, consequences: consequencesOf("move.settings", channel, owners), choices, yes: t("do.move") });
   if (chosen !== null) await moveTo(state.channels[chosen], channel);
 }

@@ -66,7 +66,7 @@ def test_a_viewer_who_fell_behind_catches_up(viewer: Viewer, encoder: Encoder, l
 
 @pytest.mark.parametrize("script", ["", WITHOUT_SOURCES], ids=["as it comes", "as a playlist"])
 def test_a_picture_that_something_stops_goes_on_by_itself(viewer: Viewer, encoder: Encoder, link: Link, script: str) -> None:
-    """As a key for media does. The page has no button for it."""
+    """A media key on a keyboard can stop it, for example; the page itself has no such button."""
     with changed(viewer, script):
         encoder.await_pictures()
         viewer.open(link["page"])

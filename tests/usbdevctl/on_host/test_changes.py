@@ -104,6 +104,26 @@ def test_the_manager_is_notified_of_whatever_may_begin_a_stream(manager: socket.
     assert notified(manager)[-1] == began[0]
 
 
+@pytest.fixture
+def webcam() -> Iterator[list[str]]:
+    """The node, port and name of a camera whose profile streams H.264."""
+    subprocess.run(["sim", "plug", "hd-pro-webcam", "1-2"], check=True, stdout=subprocess.DEVNULL)
+    usbdevctl("assign", "1-2", "1")
+    usbdevctl("stream", "set", "1", "--codec", "h264")
+    (camera,) = [row for row in document("channels")["channels"] if row["slot"] == "1-2"]
+    yield ["--node", str(camera["video_node"]), "--slot", "1-2", "--name", camera["device"]]
+    subprocess.run(["sim", "unplug", "1-2"], check=True, stdout=subprocess.DEVNULL)
+
+
+@pytest.mark.parametrize(("kind", "events"), [("camera", 1), ("audio", 0)])
+def test_only_a_camera_that_is_back_begins_its_stream_again(
+    manager: socket.socket, webcam: list[str], kind: str, events: int
+) -> None:
+    notified(manager)
+    assert usbdevctl("plug", "--type", kind, *webcam).returncode == 0
+    assert len(notified(manager)) == events
+
+
 def test_nothing_is_attached_to_be_switched() -> None:
     CONFIGURATION.write_text(
         "<velmora><ch4><exists>0</exists><profile>2</profile><usbslot>3-1</usbslot><devname>Cam</devname></ch4></velmora>"

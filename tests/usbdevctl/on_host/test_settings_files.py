@@ -5,6 +5,7 @@
 
 from __future__ import annotations
 
+import fcntl
 import json
 import os
 import subprocess
@@ -16,6 +17,8 @@ from typing import Any
 
 import pytest
 from conftest import APPLICATION, CONFIGURATION, document, usbdevctl
+
+HOTPLUG_LOCK = Path("/var/lock/usbdev-hotplug.lock")
 
 
 def links() -> dict[Path, Path]:
@@ -201,6 +204,12 @@ def test_a_dry_run_of_a_move_is_refused_as_the_move_is() -> None:
     usbdevctl("slot", "off", "5-1")
     assert usbdevctl("move", "1", "5-1", "--dry-run").stderr == usbdevctl("move", "1", "5-1").stderr != ""
     assert [one["reason"] for one in refusals("5-1", "--dry-run")] == ["port_off"]
+
+
+def test_a_dry_run_of_a_move_does_not_wait_for_a_camera_that_is_plugged_in() -> None:
+    with HOTPLUG_LOCK.open("w") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        assert usbdevctl("move", "1", "5-1", "--dry-run").returncode == 0
 
 
 def test_a_profile_moves_to_a_camera_that_waits_for_the_old_one() -> None:

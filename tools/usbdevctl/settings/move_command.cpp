@@ -104,12 +104,6 @@ void printMove(const MoveOptions &options, const Move &move, const std::string &
   for (const StreamDifference &it : move.plan.differences) print(changed + differenceText(it) + "\n");
 }
 
-ExitStatus announce(const MoveOptions &options, const Move &move) {
-  printMove(options, move, "");
-  if (move.settings.share.enabled && !options.json) print("the share link would be a new one\n");
-  return ExitStatus::ok;
-}
-
 ExitStatus report(const MoveOptions &options, Move &move) {
   const ExitStatus read_again = readAgain(move.target);
   if (read_again != ExitStatus::ok) return read_again;
@@ -120,17 +114,30 @@ ExitStatus report(const MoveOptions &options, Move &move) {
   return ExitStatus::ok;
 }
 
-ExitStatus move(const MoveOptions &options) {
-  const HotplugLock lock(kHotplugLockFile);  // so that neither camera is plugged in or removed meanwhile
-  if (!lock.error().empty()) return refuse({{lock.error(), kNotLocked}}, options.json);
-  Move move;
+ExitStatus plan(const MoveOptions &options, Move &move) {
   const ExitStatus prepared = prepare(options, move);
   if (prepared != ExitStatus::ok) return prepared;
   if (move.source.channel == move.target.channel) {
     return refuse({{cameraText(move.target) + ": it has the profile", kOwnCamera}}, options.json);
   }
-  if (!move.plan.refusals.empty()) return refuse(move.plan.refusals, options.json);
-  if (options.dry_run) return announce(options, move);
+  return move.plan.refusals.empty() ? ExitStatus::ok : refuse(move.plan.refusals, options.json);
+}
+
+ExitStatus announce(const MoveOptions &options) {
+  Move move;
+  const ExitStatus planned = plan(options, move);
+  if (planned != ExitStatus::ok) return planned;
+  printMove(options, move, "");
+  if (move.settings.share.enabled && !options.json) print("the share link would be a new one\n");
+  return ExitStatus::ok;
+}
+
+ExitStatus move(const MoveOptions &options) {
+  const HotplugLock lock(kHotplugLockFile);  // so that neither camera is plugged in or removed meanwhile
+  if (!lock.error().empty()) return refuse({{lock.error(), kNotLocked}}, options.json);
+  Move move;
+  const ExitStatus planned = plan(options, move);
+  if (planned != ExitStatus::ok) return planned;
   const Applied applied = applySteps(move.plan.steps);
   if (applied.steps != move.plan.steps.size()) return takeBack(move, applied.steps, options.json);
   const ExitStatus reported = report(options, move);
@@ -142,7 +149,7 @@ ExitStatus move(const MoveOptions &options) {
 void addMove(Command &program) {
   auto options = std::make_shared<MoveOptions>();
   Command &command = program.addCommand("move", "Move a profile with its name, settings and sharing to another camera",
-                                        [options] { return move(*options); });
+                                        [options] { return options->dry_run ? announce(*options) : move(*options); });
   addProfile(command, options->profile);
   addCamera(command, options->camera);
   command.add("--dry-run", &options->dry_run, "Show what the move would change, and change nothing");
