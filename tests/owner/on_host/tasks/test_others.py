@@ -214,14 +214,15 @@ def test_export_the_events(door: Owner) -> None:
 
 
 def test_see_when_a_camera_came_and_went(door: Owner) -> None:
-    run("sim unplug 3-1")
+    """Also other cameras came and went on this host."""
+    run("usbdevctl rename 0 Gate; sim unplug 3-1")
     door.sees_on_card(0, "Unplugged")
     door.press("Events")
     door.press("The charts show when each camera came and went.")
     assert door.sees("Plugged in and out")
-    mark = door.wait(lambda: door.browser.find_element(By.CSS_SELECTOR, ".mark.unplugged[tabindex]"))
+    mark = door.wait(lambda: door.browser.find_element(By.CSS_SELECTOR, ".mark.unplugged[tabindex][aria-label*=Gate]"))
     words = mark.get_attribute("aria-label")
-    assert "Door, unplugged" in words
+    assert "Gate, unplugged" in words
     assert words not in door.text()
     door.browser.execute_script("arguments[0].focus()", mark)
     assert door.sees(words)
